@@ -1,0 +1,55 @@
+# The flags that every target of the project is compiled and linked with: warnings, and the OpenSSF
+# compiler hardening guide's list as far as the compiler at hand takes it. Targets link korvel::flags.
+
+include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
+
+add_library(korvel_flags INTERFACE)
+add_library(korvel::flags ALIAS korvel_flags)
+
+target_compile_features(korvel_flags INTERFACE cxx_std_20)
+target_compile_options(korvel_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wformat=2 -Wimplicit-fallthrough -Wnon-virtual-dtor -Woverloaded-virtual
+    -Werror=format-security)
+if(KORVEL_WERROR)
+    target_compile_options(korvel_flags INTERFACE -Werror)
+endif()
+
+function(korvel_use_compile_flag flag)
+    string(MAKE_C_IDENTIFIER "KORVEL_HAS${flag}" known)
+    check_cxx_compiler_flag("-Werror ${flag}" ${known})
+    if(${known})
+        target_compile_options(korvel_flags INTERFACE ${flag})
+    endif()
+endfunction()
+
+foreach(flag IN ITEMS
+        -Wtrampolines -Wbidi-chars=any
+        -fstack-protector-strong -fstack-clash-protection
+        -fcf-protection=full -mbranch-protection=standard
+        -fstrict-flex-arrays=3 -ftrivial-auto-var-init=zero
+        -fno-delete-null-pointer-checks -fno-strict-overflow -fno-strict-aliasing)
+    korvel_use_compile_flag(${flag})
+endforeach()
+
+target_compile_definitions(korvel_flags INTERFACE _GLIBCXX_ASSERTIONS)
+
+if(KORVEL_SANITIZE)
+    target_compile_options(korvel_flags INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(korvel_flags INTERFACE -fsanitize=address,undefined)
+else()
+    # Fortified copies need the optimiser and clash with the sanitizers' own checks.
+    target_compile_options(korvel_flags INTERFACE
+        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
+        $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)
+endif()
+
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+target_link_options(korvel_flags INTERFACE
+    -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,nodlopen
+    -Wl,--as-needed -Wl,--no-copy-dt-needed-entries -Wl,--enable-new-dtags)

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+// Datagrams of the NetFP master's UNIX socket: one request, one response, both of fixed size and in the
+// board's own byte order.
+
+enum NetfpMaster_MessageType : std::uint32_t {
+    NETFP_MASTER_GET_SWITCH_PORT = 4,
+    NETFP_MASTER_SET_PORT_MIRRORING = 14,
+};
+
+enum Netfp_Direction : std::uint32_t {
+    Netfp_Direction_INBOUND = 1,
+    Netfp_Direction_OUTBOUND = 2,
+};
+
+/// Body of NETFP_MASTER_GET_SWITCH_PORT.
+struct NetfpMaster_GetSwitchPort {
+    char interfaceName[32];  ///< zero-padded; no zero when all 32 are used
+};
+
+/// Body of NETFP_MASTER_SET_PORT_MIRRORING.
+struct NetfpMaster_SetPortMirroring {
+    std::uint32_t enable;  ///< 1 enables, 0 disables
+    Netfp_Direction direction;
+    std::uint8_t fromPort;  ///< switch port that is mirrored
+    std::uint8_t toPort;    ///< switch port that gets the copies
+};
+
+struct NetfpMaster_Request {
+    NetfpMaster_MessageType type;
+    std::uint32_t requestId;  ///< the sender's; the response repeats it
+    union {
+        NetfpMaster_GetSwitchPort getSwitchPort;
+        NetfpMaster_SetPortMirroring setPortMirroring;
+        std::uint8_t bytes[140];
+    } body;
+};
+
+struct NetfpMaster_Response {
+    std::uint8_t head[8];     ///< the master's own
+    std::uint32_t requestId;  ///< of the request that this answers
+    std::int32_t errorCode;   ///< 0: success
+    std::int32_t switchPort;  ///< answer to NETFP_MASTER_GET_SWITCH_PORT
+    std::uint8_t rest[252];   ///< by message type
+};
+
+static_assert(std::endian::native == std::endian::little, "the wire has the board's byte order");
+static_assert(std::is_trivially_copyable_v<NetfpMaster_Request> &&
+              std::is_standard_layout_v<NetfpMaster_Request>);
+static_assert(offsetof(NetfpMaster_Request, type) == 0 && offsetof(NetfpMaster_Request, requestId) == 4);
+static_assert(offsetof(NetfpMaster_Request, body) == 8 && sizeof(NetfpMaster_Request) == 148);
+static_assert(offsetof(NetfpMaster_SetPortMirroring, enable) == 0);
+static_assert(offsetof(NetfpMaster_SetPortMirroring, direction) == 4);
+static_assert(offsetof(NetfpMaster_SetPortMirroring, fromPort) == 8);
+static_assert(offsetof(NetfpMaster_SetPortMirroring, toPort) == 9);
+static_assert(std::is_trivially_copyable_v<NetfpMaster_Response> &&
+              std::is_standard_layout_v<NetfpMaster_Response>);
+static_assert(offsetof(NetfpMaster_Response, requestId) == 8);
+static_assert(offsetof(NetfpMaster_Response, errorCode) == 12);
+static_assert(offsetof(NetfpMaster_Response, switchPort) == 16 && sizeof(NetfpMaster_Response) == 272);
