@@ -1,0 +1,7 @@
+#include "SimpleAction.hpp"
+
+namespace Korvel {
+
+SimpleAction::~SimpleAction() = default;
+
+}  // namespace Korvel

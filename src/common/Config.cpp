@@ -1,0 +1,189 @@
+#include "Config.hpp"
+
+#include <array>
+
+#include <unistd.h>
+
+#include "BoardSecurity.hpp"
+#include "InputFile.hpp"
+#include "IsolatedCpus.hpp"
+#include "Log.hpp"
+#include "Number.hpp"
+#include "Trim.hpp"
+
+using Korvel::logf;
+using Korvel::LogLvl;
+
+namespace {
+
+constexpr std::size_t expectedEntries = 10;
+constexpr unsigned l2SCTIsolatedCpus = 0b1110;
+
+const std::string privateDir = "/rom/private";
+const std::string antennaFlagFile = "/rom/private/is_ant";
+const std::string masterFlagFile = "/rom/private/is_master";
+const std::string deploymentTypeFile = "/rom/config/deployment_type";
+
+/// Where the deployment configuration of one dispatcher instance is.
+struct DeploymentConfig {
+    DispatcherType instance;
+    const char* overrideKey;
+    std::array<const char*, 3> files;  // by SFNDeploymentType
+};
+
+constexpr std::array deploymentConfigs{
+    DeploymentConfig{DispatcherType::IWF,
+                     "iwfDeploymentCfgPath",
+                     {"/etc/QEL_IWF.cfg", "/etc/SFN_Master_IWF.cfg", ""}},
+    DeploymentConfig{DispatcherType::SFN,
+                     "sfnDeploymentCfgPath",
+                     {"", "/etc/SFN_Master_PhyProxy.cfg", "/etc/SFN_ANT_PhyClient.cfg"}},
+};
+
+}  // namespace
+
+bool fileExists(const std::string& path) {
+    return ::access(path.c_str(), F_OK) == 0;
+}
+
+Config::Config(const std::string& path) : entries(expectedEntries) {
+    if (!isBoardSecured()) {
+        parseConfig(path);
+    }
+    readDebugLvl();
+    detectL2SCTEnv();
+    initSFNDeploymentType();
+}
+
+bool Config::shouldStartIWF() const {
+    return sfnDeploymentType != SFNDeploymentType::antenna;
+}
+
+bool Config::shouldStartSFN() const {
+    return sfnDeploymentType != SFNDeploymentType::none;
+}
+
+bool Config::shouldCollectLogOnExit() const {
+    const std::string* const disabled = find("doNotCollectLogOnExit");
+    return disabled == nullptr || *disabled != "1";
+}
+
+std::string Config::getDeploymentConfigFile(DispatcherType type) const {
+    for (const DeploymentConfig& config : deploymentConfigs) {
+        if (config.instance == type) {
+            const std::string* const path = find(config.overrideKey);
+            return path != nullptr ? *path : config.files.at(static_cast<std::size_t>(sfnDeploymentType));
+        }
+    }
+    return {};
+}
+
+std::string Config::checkForPrivate(const std::string& executablePath) const {
+    const std::size_t slash = executablePath.rfind('/');
+    if (isBoardSecured() || slash == std::string::npos) {
+        return executablePath;
+    }
+    const std::string candidate = privateDir + executablePath.substr(slash);
+    if (!fileExists(candidate)) {
+        return executablePath;
+    }
+    if (!isExecutable(candidate)) {
+        logf(LogLvl::error, "Private %s found but missing executable flag", candidate.c_str());
+        return executablePath;
+    }
+    return candidate;
+}
+
+void Config::parseConfig(const std::string& path) {
+    if (!fileExists(path)) {
+        return;
+    }
+    logf(LogLvl::information, "Opening '%s' file", path.c_str());
+    const std::optional<std::string> content = Korvel::readWholeFile(path);
+    if (!content) {
+        logf(LogLvl::error, "Error while opening '%s' file", path.c_str());
+        return;
+    }
+    std::istringstream lines(*content);
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.empty() && line.front() != '#') {
+            parseLine(line);
+        }
+    }
+}
+
+bool Config::parseLine(const std::string& line) {
+    std::istringstream stream(line);
+    std::string key;
+    std::string value;
+    const bool haveKey = getEntry(stream, key);
+    const bool haveValue = getEntry(stream, value);
+    if (key.empty() || value.empty()) {
+        logf(LogLvl::warning, "Trying to add incomplete entry: '%s','%s'", key.c_str(), value.c_str());
+        return false;
+    }
+    logf(LogLvl::debug, "Adding config entry [%s, %s]", key.c_str(), value.c_str());
+    entries[key] = value;
+    return haveKey && haveValue;
+}
+
+bool Config::getEntry(std::istringstream& stream, std::string& out) {
+    if (!std::getline(stream, out, '=')) {
+        logf(LogLvl::warning, "Could not get entry from: %s", stream.str().c_str());
+        return false;
+    }
+    trim(out);
+    return true;
+}
+
+void Config::readDebugLvl() {
+    const std::string* const level = find("debugCfg");
+    if (level != nullptr && Korvel::parseNumber(*level, debugLvl) != Korvel::NumberError::none) {
+        logf(LogLvl::error, "Parsing debugCfg failed");
+    }
+}
+
+void Config::detectL2SCTEnv() {
+    const std::string* const forced = find("L2SCTEnv");
+    if (forced != nullptr && *forced == "1") {
+        logf(LogLvl::information, "L2 SCT environment forced by config file");
+        l2SCTEnv = true;
+    }
+    if (Korvel::getIsolatedCpuMask() == l2SCTIsolatedCpus) {
+        logf(LogLvl::information, "Detected L2 SCT environment in isolcpus");
+        l2SCTEnv = true;
+    }
+}
+
+void Config::initSFNDeploymentType() {
+    if (fileExists(antennaFlagFile)) {
+        sfnDeploymentType = SFNDeploymentType::antenna;
+    } else if (fileExists(masterFlagFile)) {
+        sfnDeploymentType = SFNDeploymentType::master;
+    } else if (fileExists(deploymentTypeFile)) {
+        std::istringstream content(Korvel::readWholeFile(deploymentTypeFile).value_or(""));
+        sfnDeploymentType = fileIsEmpty(content) ? SFNDeploymentType::none : parseSFNType(content);
+    }
+}
+
+SFNDeploymentType Config::parseSFNType(std::istream& stream) {
+    std::string word;
+    stream >> word;
+    if (word == "8core_SfnAnt") {
+        return SFNDeploymentType::antenna;
+    }
+    return word == "6core_SfnMaster" ? SFNDeploymentType::master : SFNDeploymentType::none;
+}
+
+bool Config::fileIsEmpty(std::istream& stream) {
+    return stream.peek() == std::istream::traits_type::eof();
+}
+
+bool Config::isExecutable(const std::string& path) {
+    return ::access(path.c_str(), X_OK) == 0;
+}
+
+const std::string* Config::find(const std::string& key) const {
+    const auto entry = entries.find(key);
+    return entry == entries.end() ? nullptr : &entry->second;
+}

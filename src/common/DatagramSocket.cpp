@@ -1,0 +1,54 @@
+#include "DatagramSocket.hpp"
+
+#include <algorithm>
+#include <chrono>
+
+#include <sys/time.h>
+
+namespace Korvel {
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::steady_clock;
+
+constexpr std::chrono::seconds sendLimit{1};
+
+bool limitSends(int socket, microseconds limit) {
+    constexpr auto microsecondsPerSecond = microseconds::period::den;
+    timeval time{};
+    time.tv_sec = static_cast<decltype(time.tv_sec)>(limit.count() / microsecondsPerSecond);
+    time.tv_usec = static_cast<decltype(time.tv_usec)>(limit.count() % microsecondsPerSecond);
+    return ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof time) == 0;
+}
+
+}  // namespace
+
+UniqueFd openDatagramSocket(int family) {
+    UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (socket && !limitSends(socket.get(), sendLimit)) {
+        socket.reset();
+    }
+    return socket;
+}
+
+bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockaddr* address,
+                  socklen_t length) {
+    const auto deadline = steady_clock::now() + sendLimit;
+    bool shortened = false;
+    ssize_t sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);
+    while (sent < 0 && errno == EINTR) {
+        // A limit of zero would mean none at all.
+        const auto left = std::chrono::ceil<microseconds>(deadline - steady_clock::now());
+        limitSends(socket, std::max(left, microseconds{1}));
+        shortened = true;
+        sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);
+    }
+    if (shortened) {
+        const int reason = errno;
+        limitSends(socket, sendLimit);
+        errno = reason;
+    }
+    return sent >= 0;
+}
+
+}  // namespace Korvel

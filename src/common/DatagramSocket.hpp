@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include <sys/socket.h>
+
+#include "UniqueFd.hpp"
+
+namespace Korvel {
+
+/// A datagram socket of the given address family, none of whose sends blocks for ever.
+/// Empty with errno set where it cannot be had.
+UniqueFd openDatagramSocket(int family);
+
+/// Sends one datagram to `address` of `length` bytes. Waits at most one second for room at the other end,
+/// whatever signals arrive; the reason is then EAGAIN. False with errno set.
+[[nodiscard]] bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockaddr* address,
+                                socklen_t length);
+
+}  // namespace Korvel

@@ -1,0 +1,14 @@
+#pragma once
+
+namespace Korvel {
+
+enum class LogLvl : int { error = 0, warning = 1, information = 2, debug = 3 };
+
+/// The system log's priority for a level (LOG_ERR, LOG_WARNING, LOG_INFO); LOG_DEBUG for any other value.
+int logLvlToPriority(LogLvl level);
+
+/// In verbose mode, sends one record to the system log and a bare line end to standard output; otherwise
+/// does nothing. `format` and what follows are as for printf, without a line end.
+void logf(LogLvl level, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+}  // namespace Korvel

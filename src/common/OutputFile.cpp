@@ -1,0 +1,54 @@
+#include "OutputFile.hpp"
+
+#include <sys/stat.h>
+
+#include "Console.hpp"
+#include "SystemCall.hpp"
+#include "TrustedOpen.hpp"
+
+namespace Korvel {
+namespace {
+
+/// A device has nothing to empty.
+bool emptyFile(int file) {
+    struct stat status {};
+    return ::fstat(file, &status) == 0 &&
+           (!S_ISREG(status.st_mode) || uninterrupted([&] { return ::ftruncate(file, 0); }) == 0);
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path) : file(openTrusted(path)) {
+    if (file && !emptyFile(file.get())) {
+        file.reset();
+    }
+}
+
+void OutputFile::write(std::string_view text) {
+    while (!text.empty() && error == 0) {
+        const ssize_t count = uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); });
+        if (count <= 0) {
+            error = count < 0 ? errno : EIO;
+        } else {
+            text.remove_prefix(static_cast<std::size_t>(count));
+        }
+    }
+}
+
+bool OutputFile::close() {
+    if (!file.close() && error == 0) {
+        error = errno;
+    }
+    return error == 0;
+}
+
+bool writeDumpFile(const std::string& path, std::string_view text) {
+    OutputFile file(path);
+    if (!file.isOpen()) {
+        return fail("Error while opening ", path);
+    }
+    file.write(text);
+    return file.close() || fail("Error while writing ", path, ": ", std::strerror(file.writeError()));
+}
+
+}  // namespace Korvel

@@ -1,0 +1,39 @@
+#include "Shell.hpp"
+
+#include <cstdlib>
+
+#include "Console.hpp"
+
+namespace Korvel {
+namespace {
+
+// The fields of a wait status: the low seven bits tell how the child ended, the next byte its exit code.
+constexpr int endMask = 0x7f;
+constexpr int stopped = 0x7f;
+
+int exitCode(int status) {
+    return (status >> 8) & 0xff;
+}
+
+}  // namespace
+
+bool executeCommand(const std::string& commandLine) {
+    flushStandardOutput();
+    const int status = std::system(commandLine.c_str());
+    if (status < 0) {
+        return failErrno("Error while executing ", commandLine, " command, errno: ");
+    }
+    const int end = status & endMask;
+    if (end == stopped) {
+        return fail("Command: ", commandLine, " exited with error");
+    }
+    if (end != 0) {
+        return fail("Command: ", commandLine, " was signalled: ", end);
+    }
+    if (exitCode(status) != 0) {
+        return fail("Command: ", commandLine, " exited with error, exit code: ", exitCode(status));
+    }
+    return true;
+}
+
+}  // namespace Korvel

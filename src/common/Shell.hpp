@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace Korvel {
+
+/// Runs a shell command line and waits for its end. True when it exited with status 0; anything else is
+/// reported on standard error.
+bool executeCommand(const std::string& commandLine);
+
+}  // namespace Korvel

@@ -1,0 +1,25 @@
+#include "Trim.hpp"
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+bool isNoSpace(unsigned char character) {
+    return std::isspace(character) == 0;
+}
+
+}  // namespace
+
+void ltrim(std::string& text) {
+    text.erase(text.begin(), std::find_if(text.begin(), text.end(), isNoSpace));
+}
+
+void rtrim(std::string& text) {
+    text.erase(std::find_if(text.rbegin(), text.rend(), isNoSpace).base(), text.end());
+}
+
+void trim(std::string& text) {
+    rtrim(text);
+    ltrim(text);
+}

@@ -1,0 +1,63 @@
+#include "Wait.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <thread>
+
+#include <poll.h>
+
+#include "Console.hpp"
+
+namespace Korvel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+/// What poll() takes: milliseconds, rounded up so that it never wakes before the deadline; -1 for ever.
+int pollTimeout(const Deadline& deadline) {
+    if (!deadline) {
+        return -1;
+    }
+    const auto left = std::chrono::ceil<milliseconds>(*deadline - steady_clock::now());
+    return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, std::numeric_limits<int>::max()));
+}
+
+}  // namespace
+
+Deadline deadlineIn(milliseconds limit) {
+    return steady_clock::now() + limit;
+}
+
+bool hasPassed(const Deadline& deadline) {
+    return deadline && steady_clock::now() >= *deadline;
+}
+
+Readiness waitReadable(int descriptor, const Deadline& deadline) {
+    flushStandardOutput();
+    for (;;) {
+        pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
+        const int ready = ::poll(&waiting, 1, pollTimeout(deadline));
+        if (ready > 0) {
+            if ((waiting.revents & POLLNVAL) == 0) {
+                return Readiness::readable;
+            }
+            errno = EBADF;
+            return Readiness::failed;
+        }
+        if (ready < 0 && errno != EINTR) {
+            return Readiness::failed;
+        }
+        if (hasPassed(deadline)) {
+            return Readiness::timedOut;
+        }
+    }
+}
+
+void nap(milliseconds time) {
+    flushStandardOutput();
+    std::this_thread::sleep_for(time);
+}
+
+}  // namespace Korvel

@@ -1,0 +1,112 @@
+#include "FuseLogCollector.hpp"
+
+#include <sys/stat.h>
+
+#include "Configuration.hpp"
+#include "Console.hpp"
+#include "ConsoleHeader.hpp"
+#include "FileReader.hpp"
+#include "OutputFile.hpp"
+#include "Shell.hpp"
+#include "SmLogReader.hpp"
+
+namespace Korvel {
+namespace {
+
+constexpr unsigned historyLogSize = 0x200000;
+const std::string historyLog = "HistoryLog";
+
+}  // namespace
+
+const std::string FuseLogCollector::id = "fuse";
+const std::string FuseLogCollector::fusePath = "/tmp/fuse/";
+const std::vector<FuseLogCollector::Entry> FuseLogCollector::fuseInfoFiles = {
+    {fusePath, "tracing_on", "Tracing Enabled"},
+};
+const std::vector<FuseLogCollector::Entry> FuseLogCollector::fuseStatsFiles = {
+    {fusePath, "dispatcherCpu", "Dispatcher CPU"},
+    {fusePath, "dmaStats", "Dma Service Statistics"},
+};
+const std::vector<FuseLogCollector::Entry> FuseLogCollector::fuseStatsFilesIWF = {
+    {fusePath, "fpBridgeStats", "FPBridge Statistics"},
+};
+const std::vector<FuseLogCollector::Entry> FuseLogCollector::fuseLogsFiles = {
+    {fusePath, historyLog, "NETFP LOG"},
+};
+
+FuseLogCollector::FuseLogCollector(const std::string& workspaceDir, unsigned mask)
+    : LogCollector(workspaceDir + "/fuse") {
+    for (auto instance = Configuration::getInstanceBegin(); instance != Configuration::getInstanceEnd();
+         ++instance) {
+        const std::string subDir = Configuration::dispInstanceToString(*instance) + "/";
+        if (isModeEnabled(information, mask)) {
+            insertActiveFiles(fuseInfoFiles, subDir);
+        }
+        if (isModeEnabled(statistics, mask)) {
+            insertActiveFiles(fuseStatsFiles, subDir);
+            if (*instance == Configuration::IWF && !directoryExists("sfn/")) {
+                insertActiveFiles(fuseStatsFilesIWF, subDir);
+            }
+        }
+    }
+    if (isModeEnabled(dispatcherLog, mask)) {
+        insertActiveFiles(fuseLogsFiles, "");
+    }
+}
+
+void FuseLogCollector::insertActiveFiles(const std::vector<Entry>& table, const std::string& subDir) {
+    for (const Entry& entry : table) {
+        activeFiles.push_back({entry.directory + subDir, entry.fileName, entry.title});
+    }
+}
+
+bool FuseLogCollector::directoryExists(const std::string& relative) const {
+    struct stat status {};
+    return ::stat((fusePath + relative).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool FuseLogCollector::collectLogs(bool /*printRequested*/) {
+    progress("Starting log collection from fuse file system...");
+    for (const Entry& entry : activeFiles) {
+        const std::string path = entry.directory + entry.fileName;
+        if (entry.fileName == historyLog) {
+            progress("Reading ", entry.fileName, "...");
+            results[path] = readSmLog("dispatcher_log_memory", historyLogSize, 0);
+        } else {
+            progress("Reading ", path, "...");
+            results[path] = readFileToString(path);
+        }
+    }
+    return true;
+}
+
+void FuseLogCollector::printOnConsole() {
+    for (const Entry& entry : activeFiles) {
+        printLogHeader(entry.title);
+        print(results[entry.directory + entry.fileName], '\n');
+    }
+}
+
+void FuseLogCollector::dumpToFiles() {
+    for (const Entry& entry : activeFiles) {
+        dump(entry);
+    }
+}
+
+void FuseLogCollector::dump(const Entry& entry) {
+    const std::size_t found = entry.directory.find(fusePath);
+    if (found == std::string::npos) {
+        return;
+    }
+    const std::string outDir = collectorDir + "/" + entry.directory.substr(found + fusePath.size());
+    executeCommand("mkdir -p " + outDir);
+    const std::string file = outDir + entry.fileName + ".log";
+    const std::string& content = results[entry.directory + entry.fileName];
+    if (content.empty()) {
+        fail("Output of ", file, " is empty");
+    } else {
+        writeDumpFile(file, content);
+    }
+}
+
+}  // namespace Korvel

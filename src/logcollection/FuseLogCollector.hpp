@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "LogCollector.hpp"
+
+namespace Korvel {
+
+/// The state files that the dispatchers publish under "/tmp/fuse/", and the dispatcher's history log from
+/// shared memory.
+class FuseLogCollector : public LogCollector {
+public:
+    enum Mode : unsigned { information = 1, statistics = 2, dispatcherLog = 4, allModes = 7 };
+
+    struct Entry {
+        std::string directory;  ///< ends in "/"
+        std::string fileName;
+        std::string title;  ///< the console's heading
+    };
+
+    static const std::string id;
+    static const std::string fusePath;
+    static const std::vector<Entry> fuseInfoFiles;
+    static const std::vector<Entry> fuseStatsFiles;
+    /// Only where the board has no SFN instance.
+    static const std::vector<Entry> fuseStatsFilesIWF;
+    static const std::vector<Entry> fuseLogsFiles;
+
+    /// `mask`: the Mode bits to collect, for the instances selected now.
+    FuseLogCollector(const std::string& workspaceDir, unsigned mask);
+
+    bool collectLogs(bool printRequested) override;
+    void printOnConsole() override;
+    /// Writes a file for each source that had content; an empty one is reported.
+    void dumpToFiles() override;
+
+    static bool isModeEnabled(Mode mode, unsigned mask) { return (mode & mask) != 0; }
+
+private:
+    void insertActiveFiles(const std::vector<Entry>& table, const std::string& subDir);
+    /// `relative`: below the fuse tree.
+    bool directoryExists(const std::string& relative) const;
+    void dump(const Entry& entry);
+
+    std::vector<Entry> activeFiles;
+    std::map<std::string, std::string> results;  // by full path
+};
+
+}  // namespace Korvel

@@ -1,0 +1,122 @@
+#include "MmiChannel.hpp"
+
+#include <cstring>
+#include <span>
+
+#include <arpa/inet.h>
+
+#include "Console.hpp"
+#include "DatagramSocket.hpp"
+#include "SystemCall.hpp"
+#include "Wait.hpp"
+
+namespace Korvel {
+namespace {
+
+constexpr std::chrono::milliseconds silenceLimit{500};
+constexpr std::chrono::seconds replyTimeLimit{60};
+constexpr std::size_t replySizeLimit = 16U << 20U;
+
+const sockaddr* generic(const sockaddr_in& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+}  // namespace
+
+MmiChannel::MmiChannel(const Configuration::Config& config) : settings(config) {}
+
+bool MmiChannel::open() {
+    socket = openDatagramSocket(AF_INET);
+    if (!socket) {
+        return failErrno("Error while opening socket, errno: ");
+    }
+    if (!setDestination() || !bindLocalPort()) {
+        socket.reset();
+        return false;
+    }
+    receiveBuffer.assign(settings.receiveBufferSize, '\0');
+    return true;
+}
+
+bool MmiChannel::setDestination() {
+    destination.sin_family = AF_INET;
+    destination.sin_port = htons(settings.dispatcherPort);
+    return ::inet_pton(AF_INET, settings.dispatcherAddress.c_str(), &destination.sin_addr) == 1 ||
+           fail("inet_pton error for address: ", settings.dispatcherAddress);
+}
+
+bool MmiChannel::bindLocalPort() {
+    const int enabled = 1;
+    if (::setsockopt(socket.get(), SOL_SOCKET, SO_REUSEADDR, &enabled, sizeof enabled) != 0) {
+        return failErrno("setsockopt SO_REUSEADDR error: ");
+    }
+    progress("Binding to port: ", settings.localPort);
+    sockaddr_in local{};
+    local.sin_family = AF_INET;
+    local.sin_port = htons(settings.localPort);
+    local.sin_addr.s_addr = htonl(INADDR_ANY);
+    return ::bind(socket.get(), generic(local), sizeof local) == 0 ||
+           failErrno("Error while binding socket, errno: ");
+}
+
+void MmiChannel::close() {
+    if (!socket.close()) {
+        failErrno("Error while closing socket, errno: ");
+    }
+}
+
+bool MmiChannel::query(const std::string& command, std::string& reply) {
+    progress("Sending MMI request: ", command);
+    if (!send(command)) {
+        return false;
+    }
+    const Deadline deadline = deadlineIn(replyTimeLimit);
+    std::string chunk;
+    while (receiveChunk(chunk)) {
+        if (chunk == settings.endOfMessageMarker) {
+            progress("Response received successfully");
+            break;
+        }
+        const std::size_t room = replySizeLimit - reply.size();
+        reply.append(chunk, 0, room);
+        if (chunk.size() > room || hasPassed(deadline)) {
+            fail("Reply to ", command, " does not end, cut");
+            break;
+        }
+    }
+    return true;
+}
+
+bool MmiChannel::send(const std::string& command) {
+    return sendDatagram(socket.get(), std::as_bytes(std::span(command)), generic(destination),
+                        sizeof destination) ||
+           failErrno("Sending command ", command, " to MmiSvc failed, errno: ");
+}
+
+bool MmiChannel::receiveChunk(std::string& chunk) {
+    const Deadline deadline = deadlineIn(silenceLimit);
+    ssize_t size = -1;
+    do {
+        switch (waitReadable(socket.get(), deadline)) {
+            case Readiness::timedOut:
+                return fail("poll(): Timed out while waiting for response");
+            case Readiness::failed:
+                return failErrno("poll(): An error occured, errno: ");
+            case Readiness::readable:
+                break;
+        }
+        size = uninterrupted([&] {
+            return ::recv(socket.get(), receiveBuffer.data(), receiveBuffer.size(), MSG_DONTWAIT);
+        });
+    } while (size < 0 && errno == EAGAIN);  // a datagram that the kernel dropped after all
+    if (size == 0) {
+        return fail("recv(): Peer has performed an orderly shutdown");
+    }
+    if (size < 0) {
+        return failErrno("recv(): An error occured, errno: ");
+    }
+    chunk.assign(receiveBuffer.data(), strnlen(receiveBuffer.data(), static_cast<std::size_t>(size)));
+    return true;
+}
+
+}  // namespace Korvel

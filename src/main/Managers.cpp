@@ -1,0 +1,15 @@
+#include "Managers.hpp"
+
+#include "ActionMgr.hpp"
+#include "CollectorMgr.hpp"
+
+namespace Korvel {
+
+std::vector<std::unique_ptr<IManager>> managers;
+
+void registerManagers() {
+    managers.push_back(std::make_unique<CollectorMgr>());
+    managers.push_back(std::make_unique<ActionMgr>());
+}
+
+}  // namespace Korvel

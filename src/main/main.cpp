@@ -1,0 +1,70 @@
+#include <algorithm>
+#include <csignal>
+#include <exception>
+
+#include "CommonOptions.hpp"
+#include "Config.hpp"
+#include "Configuration.hpp"
+#include "Console.hpp"
+#include "DispatcherSelection.hpp"
+#include "Managers.hpp"
+#include "StandardStreams.hpp"
+#include "Usage.hpp"
+
+namespace Korvel {
+namespace {
+
+const char* const configurationFile = "/rom/private/fpdispatcher.conf";
+
+/// The first manager that claims the command line, or null.
+IManager* findManager(int argc, char** argv) {
+    const auto manager = std::find_if(managers.begin(), managers.end(), [&](const auto& candidate) {
+        return candidate->detectKeywords(argc, argv);
+    });
+    return manager == managers.end() ? nullptr : manager->get();
+}
+
+bool carryOut(IManager& manager, int argc, char** argv) {
+    progress("Detected ", manager.getName(), " keywords.");
+    if (!manager.resolveRequest(argc, argv)) {
+        progress(manager.getName(), " Failed to process the request.");
+        return false;
+    }
+    return manager.run();
+}
+
+bool runCommandLine(int argc, char** argv) {
+    registerManagers();
+    if (consumeCommonOptions(argc, argv) == OptionsResult::helpWanted) {
+        printUsage(argc, argv);
+        return true;
+    }
+    const Config platform(configurationFile);
+    if (platform.shouldCollectLogOnExit()) {
+        Configuration::setCollectLogsOnExit();
+    }
+    selectDispatcherFromPlatform(platform);
+    IManager* const manager = findManager(argc, argv);
+    if (manager == nullptr) {
+        print("Did not detect a supported Keyword.\n", "Use \"", argc > 0 ? argv[0] : "",
+              " --help\" for help.\n");
+        return false;
+    }
+    return carryOut(*manager, argc, argv);
+}
+
+}  // namespace
+}  // namespace Korvel
+
+int main(int argc, char** argv) {
+    Korvel::openMissingStandardStreams();
+    // Ignored, as a parent may have left it, it would keep system() from learning how a command ended.
+    std::signal(SIGCHLD, SIG_DFL);
+    bool success = false;
+    try {
+        success = Korvel::runCommandLine(argc, argv);
+    } catch (const std::exception& failure) {
+        Korvel::fail("Error: ", failure.what());
+    }
+    return Korvel::finishStandardOutput() && success ? 0 : 1;
+}

@@ -1,0 +1,48 @@
+#include "ResponseReceiver.hpp"
+
+#include <sys/socket.h>
+
+#include "Console.hpp"
+#include "SystemCall.hpp"
+
+namespace Korvel {
+namespace {
+
+Received reportFailure() {
+    failErrnoNumber("Failed to receive from Linux Socket: ");
+    return Received::failure;
+}
+
+}  // namespace
+
+Deadline deadlineInX100(unsigned timeout) {
+    constexpr std::chrono::milliseconds unit{100};
+    return timeout == 0 ? Deadline{} : deadlineIn(unit * timeout);
+}
+
+Received receiveResponse(int socket, const Deadline& deadline, std::size_t minimumSize,
+                         NetfpMaster_Response& response) {
+    do {
+        switch (waitReadable(socket, deadline)) {
+            case Readiness::timedOut:
+                return Received::nothing;
+            case Readiness::failed:
+                return reportFailure();
+            case Readiness::readable:
+                break;
+        }
+        NetfpMaster_Response datagram{};
+        const ssize_t size =
+            uninterrupted([&] { return ::recv(socket, &datagram, sizeof datagram, MSG_DONTWAIT); });
+        if (size < 0 && errno != EAGAIN) {
+            return reportFailure();
+        }
+        if (size >= static_cast<ssize_t>(minimumSize)) {
+            response = datagram;
+            return Received::response;
+        }
+    } while (!hasPassed(deadline));
+    return Received::nothing;
+}
+
+}  // namespace Korvel

@@ -1,0 +1,42 @@
+#include "UnixAddress.hpp"
+
+#include <cerrno>
+#include <cstring>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "DatagramSocket.hpp"
+
+namespace Korvel {
+namespace {
+
+bool setAddress(sockaddr_un& address, const std::string& path) {
+    address = {};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        errno = ENAMETOOLONG;
+        return false;
+    }
+    std::memcpy(address.sun_path, path.data(), path.size());
+    return true;
+}
+
+const sockaddr* generic(const sockaddr_un& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+}  // namespace
+
+bool bindToPath(int socket, const std::string& path) {
+    sockaddr_un address{};
+    return setAddress(address, path) && ::bind(socket, generic(address), sizeof address) == 0;
+}
+
+bool sendToPath(int socket, const std::string& path, const void* data, std::size_t size) {
+    sockaddr_un address{};
+    return setAddress(address, path) &&
+           sendDatagram(socket, {static_cast<const std::byte*>(data), size}, generic(address), sizeof address);
+}
+
+}  // namespace Korvel
