@@ -32,9 +32,8 @@ struct DeploymentConfig {
 };
 
 constexpr std::array deploymentConfigs{
-    DeploymentConfig{DispatcherType::IWF,
-                     "iwfDeploymentCfgPath",
-                     {"/etc/QEL_IWF.cfg", "/etc/SFN_Master_IWF.cfg", ""}},
+    DeploymentConfig{
+        DispatcherType::IWF, "iwfDeploymentCfgPath", {"/etc/QEL_IWF.cfg", "/etc/SFN_Master_IWF.cfg", ""}},
     DeploymentConfig{DispatcherType::SFN,
                      "sfnDeploymentCfgPath",
                      {"", "/etc/SFN_Master_PhyProxy.cfg", "/etc/SFN_ANT_PhyClient.cfg"}},
@@ -78,7 +77,7 @@ std::string Config::getDeploymentConfigFile(DispatcherType type) const {
     return {};
 }
 
-std::string Config::checkForPrivate(const std::string& executablePath) const {
+std::string Config::checkForPrivate(const std::string& executablePath) {
     const std::size_t slash = executablePath.rfind('/');
     if (isBoardSecured() || slash == std::string::npos) {
         return executablePath;

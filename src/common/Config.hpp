@@ -33,7 +33,7 @@ public:
 
     /// The private replacement of an executable, "/rom/private/NAME", where the board is not secured and
     /// there is an executable one; else `executablePath` itself.
-    std::string checkForPrivate(const std::string& executablePath) const;
+    static std::string checkForPrivate(const std::string& executablePath);
 
 private:
     using Entries = std::unordered_map<std::string, std::string>;

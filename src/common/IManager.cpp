@@ -2,7 +2,8 @@
 
 namespace Korvel {
 
-IManager::IManager(const std::string& managerName) : name(managerName) {}
+IManager::IManager(const std::string& managerName) : name(managerName) {
+}
 
 IManager::~IManager() = default;
 

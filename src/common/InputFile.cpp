@@ -11,7 +11,8 @@
 namespace Korvel {
 
 InputFile::InputFile(const std::string& path)
-    : file(uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); })) {
+    : file(
+          uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); })) {
     struct stat status {};
     if (!file) {
         return;

@@ -44,7 +44,8 @@ void printHelpLines(const std::string& prefix, std::span<const CollectionKeyword
 
 }  // namespace
 
-CollectorMgr::CollectorMgr() : IManager("LogCollection") {}
+CollectorMgr::CollectorMgr() : IManager("LogCollection") {
+}
 
 bool CollectorMgr::detectKeywords(int argc, char** argv) {
     return argc > 1 && std::any_of(argv + 1, argv + argc, claimsCommandLine);
@@ -162,6 +163,7 @@ void CollectorMgr::disableSignal(int signalNumber) {
     ::sigaction(signalNumber, &action, nullptr);
 }
 
-void CollectorMgr::sigHandlerNoOp(int /*signalNumber*/) {}
+void CollectorMgr::sigHandlerNoOp(int /*signalNumber*/) {
+}
 
 }  // namespace Korvel

@@ -60,7 +60,7 @@ void FuseLogCollector::insertActiveFiles(const std::vector<Entry>& table, const 
     }
 }
 
-bool FuseLogCollector::directoryExists(const std::string& relative) const {
+bool FuseLogCollector::directoryExists(const std::string& relative) {
     struct stat status {};
     return ::stat((fusePath + relative).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }

@@ -41,7 +41,7 @@ public:
 private:
     void insertActiveFiles(const std::vector<Entry>& table, const std::string& subDir);
     /// `relative`: below the fuse tree.
-    bool directoryExists(const std::string& relative) const;
+    static bool directoryExists(const std::string& relative);
     void dump(const Entry& entry);
 
     std::vector<Entry> activeFiles;

@@ -23,7 +23,8 @@ const sockaddr* generic(const sockaddr_in& address) {
 
 }  // namespace
 
-MmiChannel::MmiChannel(const Configuration::Config& config) : settings(config) {}
+MmiChannel::MmiChannel(const Configuration::Config& config) : settings(config) {
+}
 
 bool MmiChannel::open() {
     socket = openDatagramSocket(AF_INET);
@@ -105,9 +106,8 @@ bool MmiChannel::receiveChunk(std::string& chunk) {
             case Readiness::readable:
                 break;
         }
-        size = uninterrupted([&] {
-            return ::recv(socket.get(), receiveBuffer.data(), receiveBuffer.size(), MSG_DONTWAIT);
-        });
+        size = uninterrupted(
+            [&] { return ::recv(socket.get(), receiveBuffer.data(), receiveBuffer.size(), MSG_DONTWAIT); });
     } while (size < 0 && errno == EAGAIN);  // a datagram that the kernel dropped after all
     if (size == 0) {
         return fail("recv(): Peer has performed an orderly shutdown");

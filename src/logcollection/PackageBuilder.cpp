@@ -30,7 +30,8 @@ constexpr std::array packageKinds{
 }  // namespace
 
 PackageBuilder::PackageBuilder(const std::string& workspace, const std::string& basePath)
-    : workspaceDir(workspace), packageBasePath(basePath) {}
+    : workspaceDir(workspace), packageBasePath(basePath) {
+}
 
 void PackageBuilder::build(unsigned outputMask) const {
     const auto* const kind =

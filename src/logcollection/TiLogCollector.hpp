@@ -1,9 +1,10 @@
 #pragma once
 
 #include <string>
-#include <sys/types.h>
 #include <unordered_map>
 #include <vector>
+
+#include <sys/types.h>
 
 #include "LogCollector.hpp"
 

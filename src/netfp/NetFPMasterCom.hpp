@@ -40,7 +40,7 @@ public:
 
     /// The switch port behind a Linux interface; -1 where the master does not tell. Of a name, the first 32
     /// bytes count.
-    int getSwitchPortForInterface(std::string interfaceName);
+    int getSwitchPortForInterface(const std::string& interfaceName);
 
     /// Switches mirroring of one direction between two switch ports, of whose numbers the low 8 bits count.
     bool setPortMirroring(bool enable, Netfp_Direction direction, int fromPort, int toPort);

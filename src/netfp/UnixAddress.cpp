@@ -35,8 +35,8 @@ bool bindToPath(int socket, const std::string& path) {
 
 bool sendToPath(int socket, const std::string& path, const void* data, std::size_t size) {
     sockaddr_un address{};
-    return setAddress(address, path) &&
-           sendDatagram(socket, {static_cast<const std::byte*>(data), size}, generic(address), sizeof address);
+    return setAddress(address, path) && sendDatagram(socket, {static_cast<const std::byte*>(data), size},
+                                                     generic(address), sizeof address);
 }
 
 }  // namespace Korvel
