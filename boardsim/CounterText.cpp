@@ -1,0 +1,19 @@
+#include "CounterText.hpp"
+
+#include <iomanip>
+#include <sstream>
+
+std::string counterText(std::string_view title, std::span<const std::string_view> counters) {
+    constexpr int nameWidth = 36;
+    constexpr int valueWidth = 10;
+    constexpr std::size_t step = 1009;
+    std::ostringstream out;
+    out << title << '\n';
+    std::size_t value = 0;
+    for (const std::string_view name : counters) {
+        out << "  " << std::left << std::setw(nameWidth) << name << std::right << std::setw(valueWidth)
+            << value << '\n';
+        value += step;
+    }
+    return out.str();
+}

@@ -1,0 +1,82 @@
+#include "DatagramSocket.hpp"
+
+#include <array>
+#include <cstring>
+#include <stdexcept>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include "SystemCall.hpp"
+
+namespace {
+
+template <typename Address>
+const sockaddr* generic(const Address& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+}  // namespace
+
+DatagramSocket::DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path)
+    : socket(checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket")), file(std::move(path)) {
+    checked(::bind(socket.get(), address, length), "bind " + file);
+}
+
+DatagramSocket DatagramSocket::atPath(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) {
+        throw std::length_error("socket path too long: " + path);
+    }
+    std::memcpy(address.sun_path, path.data(), path.size());
+    ::unlink(path.c_str());
+    DatagramSocket bound(AF_UNIX, generic(address), sizeof address, path);
+    constexpr mode_t everyone = 0666;
+    checked(::chmod(path.c_str(), everyone), "chmod " + path);
+    return bound;
+}
+
+DatagramSocket DatagramSocket::atLocalPort(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return {AF_INET, generic(address), sizeof address, {}};
+}
+
+DatagramSocket::~DatagramSocket() {
+    if (socket.get() >= 0 && !file.empty()) {
+        ::unlink(file.c_str());
+    }
+}
+
+Datagram DatagramSocket::receive() const {
+    std::array<char, 65536> buffer{};
+    Sender sender;
+    sender.length = sizeof sender.address;
+    const auto count =
+        checked(uninterrupted([&] {
+                    return ::recvfrom(socket.get(), buffer.data(), buffer.size(), 0,
+                                      reinterpret_cast<sockaddr*>(&sender.address), &sender.length);
+                }),
+                "recvfrom");
+    return {std::string(buffer.data(), static_cast<std::size_t>(count)), sender};
+}
+
+bool DatagramSocket::send(std::string_view bytes, const Sender& receiver) const {
+    return ::sendto(socket.get(), bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
+                    generic(receiver.address), receiver.length) >= 0;
+}
+
+void DatagramSocket::connect(const Sender& receiver) const {
+    checked(::connect(socket.get(), generic(receiver.address), receiver.length), "connect");
+}
+
+void DatagramSocket::disconnect() const {
+    sockaddr nobody{};
+    nobody.sa_family = AF_UNSPEC;
+    checked(::connect(socket.get(), &nobody, sizeof nobody), "disconnect");
+}

@@ -1,0 +1,105 @@
+#include "DumpPeer.hpp"
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <string_view>
+#include <thread>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "FaultActs.hpp"
+#include "SignalDescriptor.hpp"
+#include "SystemCall.hpp"
+
+namespace {
+
+constexpr int usualPauseMs = 5;
+constexpr std::size_t bodyPieces = 4;
+
+}  // namespace
+
+struct DumpPeer::Acts {
+    static constexpr std::array rows{
+        FaultAct<Act>{{""}, &DumpPeer::writeWhole},
+        FaultAct<Act>{{"silent"}, &DumpPeer::writeNothing},
+        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &DumpPeer::writeSlowly},
+        FaultAct<Act>{{"dying"}, &DumpPeer::dieHalfway},
+        FaultAct<Act>{{"unended"}, &DumpPeer::writeUnended},
+        FaultAct<Act>{{"short"}, &DumpPeer::writeShort},
+    };
+};
+
+DumpPeer::DumpPeer(std::string processName, std::function<std::string()> describeState, Fault misbehaviour,
+                   const std::string& directory)
+    : name(std::move(processName)),
+      state(std::move(describeState)),
+      fault(std::move(misbehaviour)),
+      act(findAct<Act>(Acts::rows, fault)),
+      path(directory + "/" + name + ".log"),
+      signals(openSignalDescriptor({SIGUSR1})),
+      record(name) {
+}
+
+std::vector<FaultKind> DumpPeer::faultKinds() {
+    return kindsOf<Act>(Acts::rows);
+}
+
+void DumpPeer::serve() {
+    readSignal(signals);
+    record.addSignal("SIGUSR1");
+    (this->*act)();
+}
+
+DumpPeer::Pieces DumpPeer::wholeDump() const {
+    Pieces pieces{"<" + name + "_dump>\n"};
+    const std::string body = state();
+    const std::size_t size = body.size() / bodyPieces + 1;
+    for (std::size_t start = 0; start < body.size(); start += size) {
+        pieces.push_back(body.substr(start, size));
+    }
+    pieces.push_back("</" + name + "_dump>\n");
+    return pieces;
+}
+
+void DumpPeer::writePieces(const Pieces& pieces, int pauseMs) const {
+    constexpr mode_t mode = 0644;
+    const UniqueFd file(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode),
+                                "cannot write " + path));
+    for (const std::string& piece : pieces) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
+        if (::write(file.get(), piece.data(), piece.size()) < 0) {
+            return;  // a full disk cuts the dump, as on a board
+        }
+    }
+}
+
+void DumpPeer::writeWhole() const {
+    writePieces(wholeDump(), usualPauseMs);
+}
+
+void DumpPeer::writeNothing() const {
+}
+
+void DumpPeer::writeSlowly() const {
+    writePieces(wholeDump(), fault.number);
+}
+
+void DumpPeer::dieHalfway() const {
+    Pieces pieces = wholeDump();
+    pieces.resize(pieces.size() / 2);
+    writePieces(pieces, usualPauseMs);
+    throw PeerDeath();
+}
+
+void DumpPeer::writeUnended() const {
+    Pieces pieces = wholeDump();
+    pieces.pop_back();
+    writePieces(pieces, usualPauseMs);
+}
+
+void DumpPeer::writeShort() const {
+    const Pieces pieces = wholeDump();
+    writePieces({pieces.front(), pieces.back()}, usualPauseMs);
+}

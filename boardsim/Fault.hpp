@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// A way to misbehave that a peer knows, as people name it: "silent", or "slow:200" with a number.
+struct FaultKind {
+    std::string_view name;
+    bool takesNumber = false;
+    int least = 0;  ///< smallest number taken
+    int most = 0;   ///< greatest number taken
+};
+
+/// How one peer misbehaves. An empty kind: not at all.
+struct Fault {
+    std::string kind;
+    int number = 0;  ///< 0 where the kind takes none
+};
+
+/// Longest delay that a fault may ask for, in milliseconds.
+constexpr int longestDelayMs = 600'000;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <algorithm>
+#include <span>
+#include <stdexcept>
+#include <vector>
+
+#include "Fault.hpp"
+
+/// One row of a peer's table of faults: the kind, and what the peer then does in place of its duty.
+/// The first row of a table has an empty name and does the duty.
+template <typename Act>
+struct FaultAct {
+    FaultKind kind;
+    Act act;
+};
+
+/// What a peer with this fault does. Throws std::invalid_argument where the table does not know it.
+template <typename Act>
+Act findAct(std::span<const FaultAct<Act>> table, const Fault& fault) {
+    const auto row =
+        std::ranges::find_if(table, [&](const FaultAct<Act>& each) { return each.kind.name == fault.kind; });
+    if (row == table.end()) {
+        throw std::invalid_argument("unknown fault: " + fault.kind);
+    }
+    return row->act;
+}
+
+/// The kinds of fault in a table, without the row for the duty.
+template <typename Act>
+std::vector<FaultKind> kindsOf(std::span<const FaultAct<Act>> table) {
+    std::vector<FaultKind> kinds;
+    for (const FaultAct<Act>& row : table.subspan(1)) {
+        kinds.push_back(row.kind);
+    }
+    return kinds;
+}

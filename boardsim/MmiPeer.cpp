@@ -1,0 +1,119 @@
+#include "MmiPeer.hpp"
+
+#include <array>
+#include <chrono>
+#include <thread>
+
+#include "FaultActs.hpp"
+#include "MmiReply.hpp"
+
+namespace {
+
+/// One byte more than a datagram of the MMI service has at most.
+constexpr std::size_t unusualSize = 513;
+
+std::string everyByte() {
+    constexpr int last = 0xff;
+    std::string bytes;
+    for (int byte = 1; byte <= last; ++byte) {
+        bytes += static_cast<char>(byte);
+    }
+    return bytes;
+}
+
+}  // namespace
+
+struct MmiPeer::Acts {
+    static constexpr std::array rows{
+        FaultAct<Act>{{""}, &MmiPeer::replyRight},
+        FaultAct<Act>{{"silent"}, &MmiPeer::replyNothing},
+        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &MmiPeer::replySlowly},
+        FaultAct<Act>{{"dying"}, &MmiPeer::dieAfterFirst},
+        FaultAct<Act>{{"unended"}, &MmiPeer::replyUnended},
+        FaultAct<Act>{{"endless"}, &MmiPeer::replyEndlessly},
+        FaultAct<Act>{{"binary"}, &MmiPeer::replyBinary},
+        FaultAct<Act>{{"joined"}, &MmiPeer::replyJoined},
+        FaultAct<Act>{{"empty"}, &MmiPeer::replyEmptyAfterFirst},
+        FaultAct<Act>{{"stale"}, &MmiPeer::replyStaleFirst},
+    };
+};
+
+MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misbehaviour)
+    : instance(instanceName),
+      fault(std::move(misbehaviour)),
+      act(findAct<Act>(Acts::rows, fault)),
+      socket(DatagramSocket::atLocalPort(port)),
+      record(instanceName + "_dispatcher") {
+}
+
+std::vector<FaultKind> MmiPeer::faultKinds() {
+    return kindsOf<Act>(Acts::rows);
+}
+
+void MmiPeer::serve() {
+    const Datagram request = socket.receive();
+    record.addDatagram(request.bytes);
+    (this->*act)(mmiReplyText(instance, request.bytes), request.sender);
+}
+
+void MmiPeer::sendAll(const std::vector<std::string>& datagrams, const Sender& sender) const {
+    for (const std::string& datagram : datagrams) {
+        socket.send(datagram, sender);
+    }
+}
+
+void MmiPeer::replyRight(const std::string& text, const Sender& sender) const {
+    sendAll(mmiDatagrams(text), sender);
+    socket.send(mmiEndOfMessage, sender);
+}
+
+void MmiPeer::replyNothing(const std::string& /*text*/, const Sender& /*sender*/) const {
+}
+
+void MmiPeer::replySlowly(const std::string& text, const Sender& sender) const {
+    std::vector<std::string> datagrams = mmiDatagrams(text);
+    datagrams.emplace_back(mmiEndOfMessage);
+    for (const std::string& datagram : datagrams) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
+        socket.send(datagram, sender);
+    }
+}
+
+void MmiPeer::dieAfterFirst(const std::string& text, const Sender& sender) const {
+    socket.send(mmiDatagrams(text).front(), sender);
+    throw PeerDeath();
+}
+
+void MmiPeer::replyUnended(const std::string& text, const Sender& sender) const {
+    for (std::size_t start = 0; start < text.size(); start += unusualSize) {
+        std::string datagram = text.substr(start, unusualSize);
+        datagram.resize(unusualSize, '.');
+        socket.send(datagram, sender);
+    }
+}
+
+void MmiPeer::replyEndlessly(const std::string& text, const Sender& sender) const {
+    const std::string datagram = mmiDatagrams(text).front();
+    socket.connect(sender);  // so that the end comes when nobody listens any more
+    while (socket.send(datagram, sender)) {
+        std::this_thread::sleep_for(std::chrono::microseconds(20));
+    }
+    socket.disconnect();
+}
+
+void MmiPeer::replyBinary(const std::string& /*text*/, const Sender& sender) const {
+    sendAll({everyByte(), "\n\n", everyByte() + "\n", std::string(mmiEndOfMessage)}, sender);
+}
+
+void MmiPeer::replyJoined(const std::string& text, const Sender& sender) const {
+    socket.send(mmiDatagrams(text).front() + std::string(mmiEndOfMessage), sender);
+}
+
+void MmiPeer::replyEmptyAfterFirst(const std::string& text, const Sender& sender) const {
+    sendAll({mmiDatagrams(text).front(), ""}, sender);
+}
+
+void MmiPeer::replyStaleFirst(const std::string& text, const Sender& sender) const {
+    socket.send("left over from an earlier command\n", sender);
+    replyRight(text, sender);
+}

@@ -1,0 +1,125 @@
+#include "NetfpMasterPeer.hpp"
+
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <string_view>
+#include <thread>
+
+#include "FaultActs.hpp"
+
+namespace {
+
+constexpr std::size_t oversize = 400;
+
+std::string_view bytesOf(const NetfpMaster_Response& response) {
+    return {reinterpret_cast<const char*>(&response), sizeof response};
+}
+
+}  // namespace
+
+struct NetfpMasterPeer::Acts {
+    static constexpr std::array rows{
+        FaultAct<Act>{{""}, &NetfpMasterPeer::sendRight},
+        FaultAct<Act>{{"silent"}, &NetfpMasterPeer::sendNothing},
+        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &NetfpMasterPeer::sendLate},
+        FaultAct<Act>{{"error", true, INT32_MIN, INT32_MAX}, &NetfpMasterPeer::sendError},
+        FaultAct<Act>{{"stale"}, &NetfpMasterPeer::sendStaleFirst},
+        FaultAct<Act>{{"truncated", true, 0, sizeof(NetfpMaster_Response)}, &NetfpMasterPeer::sendTruncated},
+        FaultAct<Act>{{"oversized"}, &NetfpMasterPeer::sendOversized},
+        FaultAct<Act>{{"dying"}, &NetfpMasterPeer::die},
+    };
+};
+
+NetfpMasterPeer::NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fault misbehaviour,
+                                 const std::string& path)
+    : table(std::move(interfaces)),
+      fault(std::move(misbehaviour)),
+      act(findAct<Act>(Acts::rows, fault)),
+      socket(DatagramSocket::atPath(path)) {
+}
+
+std::vector<FaultKind> NetfpMasterPeer::faultKinds() {
+    return kindsOf<Act>(Acts::rows);
+}
+
+void NetfpMasterPeer::serve() {
+    const Datagram request = socket.receive();
+    record.addDatagram(request.bytes);
+    (this->*act)(answerTo(request.bytes), request.sender);
+}
+
+NetfpMaster_Response NetfpMasterPeer::answerTo(const std::string& bytes) {
+    NetfpMaster_Request request{};
+    std::memcpy(&request, bytes.data(), std::min(bytes.size(), sizeof request));
+    NetfpMaster_Response response{};
+    std::memcpy(response.head, "response", sizeof response.head);
+    response.requestId = request.requestId;
+    if (bytes.size() != sizeof request) {
+        response.errorCode = wrongSize;
+        return response;
+    }
+    switch (request.type) {
+        case NETFP_MASTER_GET_SWITCH_PORT:
+            answerGetSwitchPort(request, response);
+            break;
+        case NETFP_MASTER_SET_PORT_MIRRORING:
+            answerSetPortMirroring(request, response);
+            break;
+        default:
+            response.errorCode = unknownMessage;
+    }
+    return response;
+}
+
+void NetfpMasterPeer::answerGetSwitchPort(const NetfpMaster_Request& request,
+                                          NetfpMaster_Response& response) {
+    const char* name = request.body.getSwitchPort.interfaceName;
+    const auto port = table->portOf({name, ::strnlen(name, sizeof request.body.getSwitchPort.interfaceName)});
+    response.errorCode = port ? 0 : unknownInterface;
+    response.switchPort = port.value_or(0);
+}
+
+void NetfpMasterPeer::answerSetPortMirroring(const NetfpMaster_Request& request,
+                                             NetfpMaster_Response& response) {
+    response.errorCode = table->setMirroring(request.body.setPortMirroring) ? 0 : refusedMirroring;
+}
+
+void NetfpMasterPeer::sendRight(const NetfpMaster_Response& response, const Sender& sender) const {
+    socket.send(bytesOf(response), sender);
+}
+
+void NetfpMasterPeer::sendNothing(const NetfpMaster_Response& /*response*/, const Sender& /*sender*/) const {
+}
+
+void NetfpMasterPeer::sendLate(const NetfpMaster_Response& response, const Sender& sender) const {
+    std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
+    sendRight(response, sender);
+}
+
+void NetfpMasterPeer::sendError(const NetfpMaster_Response& response, const Sender& sender) const {
+    NetfpMaster_Response refusal = response;
+    refusal.errorCode = fault.number;
+    sendRight(refusal, sender);
+}
+
+void NetfpMasterPeer::sendStaleFirst(const NetfpMaster_Response& response, const Sender& sender) const {
+    NetfpMaster_Response stale = response;
+    --stale.requestId;
+    sendRight(stale, sender);
+    sendRight(response, sender);
+}
+
+void NetfpMasterPeer::sendTruncated(const NetfpMaster_Response& response, const Sender& sender) const {
+    socket.send(bytesOf(response).substr(0, static_cast<std::size_t>(fault.number)), sender);
+}
+
+void NetfpMasterPeer::sendOversized(const NetfpMaster_Response& response, const Sender& sender) const {
+    std::string bytes(bytesOf(response));
+    bytes.resize(oversize, '\xa5');
+    socket.send(bytes, sender);
+}
+
+void NetfpMasterPeer::die(const NetfpMaster_Response& /*response*/, const Sender& /*sender*/) const {
+    throw PeerDeath();
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "DatagramSocket.hpp"
+#include "Fault.hpp"
+#include "InterfaceTable.hpp"
+#include "NetfpMaster.hpp"
+#include "Peer.hpp"
+#include "RequestRecord.hpp"
+
+/// The NetFP master's request socket: answers each request datagram with one response, out of a table.
+/// Strict: a datagram of another size and a message type that it does not know get an error code.
+class NetfpMasterPeer : public Peer {
+public:
+    /// Error codes of its responses, beside 0.
+    static constexpr std::int32_t unknownInterface = -1;
+    static constexpr std::int32_t unknownMessage = -2;
+    static constexpr std::int32_t wrongSize = -3;
+    static constexpr std::int32_t refusedMirroring = -4;
+
+    explicit NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fault misbehaviour = {},
+                             const std::string& path = "/tmp/NetfpMaster");
+
+    /// The faults that the constructor takes.
+    static std::vector<FaultKind> faultKinds();
+
+    int descriptor() const override { return socket.descriptor(); }
+    void serve() override;
+
+private:
+    struct Acts;
+    using Act = void (NetfpMasterPeer::*)(const NetfpMaster_Response&, const Sender&) const;
+
+    NetfpMaster_Response answerTo(const std::string& bytes);
+    void answerGetSwitchPort(const NetfpMaster_Request& request, NetfpMaster_Response& response);
+    void answerSetPortMirroring(const NetfpMaster_Request& request, NetfpMaster_Response& response);
+
+    void sendRight(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendNothing(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendLate(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendError(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendStaleFirst(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendTruncated(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendOversized(const NetfpMaster_Response& response, const Sender& sender) const;
+    void die(const NetfpMaster_Response& response, const Sender& sender) const;
+
+    std::shared_ptr<InterfaceTable> table;
+    Fault fault;
+    Act act;
+    DatagramSocket socket;
+    RequestRecord record{"netfp_master"};
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include <string>
+
+/// What the NetFP processes without a table of their own have to say in their dumps.
+std::string netfpProxyState();
+std::string netfpServerState();
+std::string resourceManagerState();

@@ -1,0 +1,24 @@
+#include "PeerThread.hpp"
+
+#include <sys/eventfd.h>
+
+#include "PeerLoop.hpp"
+#include "SystemCall.hpp"
+
+PeerThread::PeerThread(std::unique_ptr<Peer> peer) : stop(checked(::eventfd(0, EFD_CLOEXEC), "eventfd")) {
+    peers.push_back(std::move(peer));
+    thread = std::thread([this] { serve(); });
+}
+
+PeerThread::~PeerThread() {
+    ::eventfd_write(stop.get(), 1);
+    thread.join();
+}
+
+void PeerThread::serve() noexcept {
+    try {
+        servePeers(peers, stop.get());
+    } catch (const PeerDeath&) {
+        peers.clear();
+    }
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <string>
+
+/// Writes the state files that the dispatcher `instance` ("iwf", "sfn") publishes: ROOT/INSTANCE/...
+/// Throws std::system_error.
+void writeStateTree(const std::string& instance, const std::string& root = "/tmp/fuse");
