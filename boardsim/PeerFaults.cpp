@@ -1,0 +1,85 @@
+#include "PeerFaults.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "UsageError.hpp"
+
+namespace {
+
+/// The kind in `group` that a scenario calls `name`, if there is one.
+std::optional<FaultKind> findKind(const FaultGroup& group, std::string_view name) {
+    if (!name.starts_with(group.prefix)) {
+        return std::nullopt;
+    }
+    const std::vector<FaultKind> kinds = group.kinds();
+    const auto row = std::ranges::find(kinds, name.substr(group.prefix.size()), &FaultKind::name);
+    return row == kinds.end() ? std::nullopt : std::optional(*row);
+}
+
+FaultKind findKind(const PeerEntry& peer, std::string_view name) {
+    for (const FaultGroup& group : peer.faults) {
+        if (const auto kind = findKind(group, name)) {
+            return *kind;
+        }
+    }
+    throw UsageError(std::string(peer.name) + " knows no fault '" + std::string(name) + "'");
+}
+
+int parseFaultNumber(const FaultKind& kind, std::string_view text) {
+    int number = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc{} || stop != end || number < kind.least || number > kind.most) {
+        throw UsageError("fault '" + std::string(kind.name) + "' takes a number from " +
+                         std::to_string(kind.least) + " to " + std::to_string(kind.most) + ": " +
+                         std::string(kind.name) + ":N");
+    }
+    return number;
+}
+
+}  // namespace
+
+std::string parsePeerName(const std::string& text) {
+    if (findPeer(text) == nullptr) {
+        throw UsageError("unknown peer: '" + text + "'");
+    }
+    return text;
+}
+
+PeerFault parsePeerFault(const std::string& text) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) {
+        throw UsageError("not PEER=FAULT: '" + text + "'");
+    }
+    const std::string peer = parsePeerName(text.substr(0, equals));
+    const std::size_t colon = text.find(':', equals);
+    const bool hasNumber = colon != std::string::npos;
+    const std::string name = text.substr(equals + 1, hasNumber ? colon - equals - 1 : std::string::npos);
+    const FaultKind kind = findKind(*findPeer(peer), name);
+    if (hasNumber && !kind.takesNumber) {
+        throw UsageError("fault '" + name + "' takes no number");
+    }
+    const std::string_view number = hasNumber ? std::string_view(text).substr(colon + 1) : "";
+    return {peer, {name, kind.takesNumber ? parseFaultNumber(kind, number) : 0}};
+}
+
+std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
+    std::vector<std::string> texts;
+    for (const auto& [peer, fault] : faults) {
+        const bool takesNumber = findKind(*findPeer(peer), fault.kind).takesNumber;
+        texts.push_back(peer + "=" + fault.kind + (takesNumber ? ":" + std::to_string(fault.number) : ""));
+    }
+    return texts;
+}
+
+Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup& group) {
+    Fault found;
+    for (const auto& [name, fault] : scenario.faults) {
+        if (name == peer && findKind(group, fault.kind)) {
+            found = {fault.kind.substr(group.prefix.size()), fault.number};
+        }
+    }
+    return found;
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "Fault.hpp"
+#include "PeerCatalog.hpp"
+#include "Scenario.hpp"
+
+/// The name of a peer, if it is one. Throws UsageError otherwise.
+std::string parsePeerName(const std::string& text);
+
+/// A fault out of "PEER=FAULT" or "PEER=FAULT:N". Throws UsageError where the peer does not know it.
+PeerFault parsePeerFault(const std::string& text);
+
+/// Each fault as parsePeerFault() takes it.
+std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults);
+
+/// The last of the scenario's faults of `peer` that belongs to `group`, without the group's prefix.
+Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup& group);

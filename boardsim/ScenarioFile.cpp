@@ -1,0 +1,92 @@
+#include "ScenarioFile.hpp"
+
+#include <filesystem>
+#include <sstream>
+
+#include <toml++/toml.h>
+
+#include "ScenarioKeys.hpp"
+#include "UsageError.hpp"
+
+namespace {
+
+/// A string, a whole number or a truth value as the text that its key takes.
+std::string scalarText(const toml::node& node) {
+    if (const auto* text = node.as_string()) {
+        return text->get();
+    }
+    if (const auto* number = node.as_integer()) {
+        return std::to_string(number->get());
+    }
+    if (const auto* truth = node.as_boolean()) {
+        return truth->get() ? "true" : "false";
+    }
+    throw UsageError("neither text, nor whole number, nor truth value");
+}
+
+void applyValue(const ScenarioKey& key, const toml::node& value, Scenario& scenario) {
+    if (key.form != KeyForm::list) {
+        key.set(scenario, scalarText(value));
+        return;
+    }
+    const auto* values = value.as_array();
+    if (values == nullptr) {
+        throw UsageError("not an array");
+    }
+    for (const toml::node& each : *values) {
+        key.set(scenario, scalarText(each));
+    }
+}
+
+void applyKey(std::string_view name, const toml::node& value, Scenario& scenario) {
+    const ScenarioKey* key = findScenarioKey(name);
+    if (key == nullptr) {
+        throw UsageError("unknown key");
+    }
+    applyValue(*key, value, scenario);
+}
+
+toml::table parseFile(const std::string& path) {
+    try {
+        return toml::parse_file(path);
+    } catch (const toml::parse_error& error) {
+        std::ostringstream text;
+        text << path << ':' << error.source().begin.line << ": " << error.description();
+        throw UsageError(text.str());
+    }
+}
+
+}  // namespace
+
+void loadScenario(const std::string& path, Scenario& scenario) {
+    const std::string earlierConfig = std::exchange(scenario.config, {});
+    for (const auto& [name, value] : parseFile(path)) {
+        try {
+            applyKey(name.str(), value, scenario);
+        } catch (const UsageError& error) {
+            throw UsageError(path + ':' + std::to_string(value.source().begin.line) + ": " +
+                             std::string(name.str()) + ": " + error.what());
+        }
+    }
+    scenario.config = scenario.config.empty()
+                          ? earlierConfig
+                          : (std::filesystem::path(path).parent_path() / scenario.config).string();
+}
+
+std::string scenarioText(const Scenario& scenario) {
+    toml::table table;
+    for (const ScenarioKey& key : scenarioKeys()) {
+        toml::array values;
+        for (const std::string& value : key.get(scenario)) {
+            values.push_back(value);
+        }
+        if (key.form == KeyForm::list) {
+            table.insert(key.name, values);
+        } else if (!values.empty()) {
+            table.insert(key.name, *values[0].as_string());
+        }
+    }
+    std::ostringstream text;
+    text << table << '\n';
+    return text.str();
+}

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "Scenario.hpp"
+
+/// Applies a scenario file (TOML) to `scenario`; keys that it leaves out stay as they are. A relative
+/// path in it is taken from the file's own folder. Throws UsageError where the file cannot be read or
+/// says what makes no sense.
+void loadScenario(const std::string& path, Scenario& scenario);
+
+/// `scenario` as the text of a scenario file.
+std::string scenarioText(const Scenario& scenario);
