@@ -1,0 +1,29 @@
+#include "BwrapArguments.hpp"
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "SystemCall.hpp"
+
+void BwrapArguments::addFile(const std::string& option, std::string_view text, const std::string& path) {
+    add({option, std::to_string(hold(text)), path});
+}
+
+int BwrapArguments::seal() {
+    std::string text;
+    for (const std::string& word : list) {
+        text.append(word).push_back('\0');
+    }
+    return hold(text);
+}
+
+int BwrapArguments::hold(std::string_view text) {
+    UniqueFd memory(checked(::memfd_create("boardsim", MFD_CLOEXEC), "memfd_create"));
+    while (!text.empty()) {
+        const auto written = checked(::write(memory.get(), text.data(), text.size()), "memfd");
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    checked(::lseek(memory.get(), 0, SEEK_SET), "memfd");
+    data.push_back(std::move(memory));
+    return data.back().get();
+}

@@ -1,0 +1,69 @@
+#include "PeerProcess.hpp"
+
+#include <array>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "BoardPaths.hpp"
+#include "ChildProcess.hpp"
+#include "PeerLoop.hpp"
+#include "ScenarioFile.hpp"
+#include "SystemCall.hpp"
+
+namespace {
+
+/// Under this number a peer finds the pipe in which it says that it is ready.
+constexpr int readinessNumber = 3;
+
+void sayReady() {
+    const UniqueFd readiness(readinessNumber);
+    checked(::write(readiness.get(), "!", 1), "readiness");
+}
+
+/// Dies as in a crash: at once, so that socket files stay behind.
+void serveUntilDeath(const Peers& peers) {
+    try {
+        servePeers(peers, neverReadable);
+    } catch (const PeerDeath&) {
+        std::_Exit(EXIT_FAILURE);
+    }
+}
+
+}  // namespace
+
+PeerStart startPeerProcess(std::string_view name) {
+    std::array<int, 2> ends{};
+    checked(::pipe2(ends.data(), O_CLOEXEC), "pipe");
+    UniqueFd readable(ends[0]);
+    const UniqueFd writable(ends[1]);
+    ChildProcess child;
+    child.silence(STDIN_FILENO);
+    child.silence(STDOUT_FILENO);
+    child.give(writable.get(), readinessNumber);
+    const pid_t pid = child.start(BoardPaths::peerProgram(name), {std::string(name)});
+    return {std::string(name), pid, std::move(readable)};
+}
+
+void waitUntilReady(const PeerStart& start) {
+    char byte = 0;
+    if (checked(uninterrupted([&] { return ::read(start.readiness.get(), &byte, 1); }), "readiness") == 0) {
+        throw std::runtime_error(start.name + " did not start");
+    }
+}
+
+int runPeerProcess(const PeerEntry& peer) {
+    try {
+        Scenario scenario;
+        loadScenario(BoardPaths::scenario, scenario);
+        const Peers peers = peer.build(scenario);
+        sayReady();
+        serveUntilDeath(peers);
+    } catch (const std::exception& error) {
+        std::cerr << peer.name << ": " << error.what() << '\n';
+    }
+    return EXIT_FAILURE;
+}

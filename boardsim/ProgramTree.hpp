@@ -1,0 +1,42 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+/// The folder tree that this program belongs to - a build folder, or the prefix of an installation - and
+/// its place on the simulated board.
+class ProgramTree {
+public:
+    /// `program` is the path of this program, without symbolic links. The tree is the folder that it lies
+    /// in, or the one above a folder named bin.
+    explicit ProgramTree(const std::filesystem::path& program);
+
+    /// The tree of the running program.
+    static ProgramTree ofThisProgram();
+
+    /// Where the tree is on the host.
+    const std::filesystem::path& onHost() const { return host; }
+
+    /// Where the tree is on the board: /opt/korvel, or unchanged where the board has it anyway.
+    const std::filesystem::path& onBoard() const { return board; }
+
+    /// True where the board has the tree anyway, as part of its /usr.
+    bool isPartOfUsr() const { return host == board; }
+
+    /// The folder of the tree's programs, and that of the board's shell commands, seen from the board.
+    std::filesystem::path programsOnBoard() const { return programs.empty() ? board : board / programs; }
+    std::filesystem::path commandsOnBoard() const;
+
+    /// This program's path below the tree.
+    std::filesystem::path programInTree() const { return programs / name; }
+
+    /// The path on the board of a command that is given by a path into the tree; any other command
+    /// unchanged.
+    std::string commandOnBoard(const std::string& command) const;
+
+private:
+    std::filesystem::path host;
+    std::filesystem::path board;
+    std::filesystem::path programs;  // below the tree
+    std::filesystem::path name;
+};

@@ -1,0 +1,114 @@
+#include "Sandbox.hpp"
+
+#include <array>
+#include <filesystem>
+#include <string_view>
+
+#include <unistd.h>
+
+#include "BoardPaths.hpp"
+#include "PeerCatalog.hpp"
+#include "ScenarioFile.hpp"
+#include "TextFile.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The tree once more, for the peers: the word "korvel" may stand in none of their paths, since searches
+/// of the process list leave such lines out.
+constexpr const char* peersTree = "/opt/board";
+
+/// The board's own /etc, as far as programs need one.
+constexpr std::array<std::pair<const char*, std::string_view>, 4> etcFiles{{
+    {"/etc/passwd", "root:x:0:0:root:/root:/bin/bash\nnobody:x:65534:65534:nobody:/:/bin/false\n"},
+    {"/etc/group", "root:x:0:\ntty:x:5:\nnogroup:x:65534:\n"},
+    {"/etc/hosts", "127.0.0.1 localhost board\n"},
+    {"/etc/hostname", "board\n"},
+}};
+
+void addNamespaces(BwrapArguments& arguments) {
+    arguments.add(
+        {"--unshare-pid", "--unshare-net", "--unshare-ipc", "--unshare-uts", "--hostname", "board"});
+    if (::geteuid() != 0) {
+        arguments.add({"--unshare-user", "--uid", "0", "--gid", "0"});
+    }
+    arguments.add({"--cap-drop", "ALL", "--die-with-parent", "--as-pid-1"});
+}
+
+/// The host's programs and libraries. Folders beside /usr are links into it on most systems.
+void addPrograms(BwrapArguments& arguments) {
+    arguments.add({"--ro-bind", "/usr", "/usr"});
+    for (const char* folder : {"/bin", "/sbin", "/lib", "/lib32", "/lib64", "/libx32"}) {
+        if (fs::is_symlink(folder)) {
+            arguments.add({"--symlink", fs::read_symlink(folder), folder});
+        } else {
+            arguments.add({"--ro-bind-try", folder, folder});
+        }
+    }
+}
+
+void addEtc(BwrapArguments& arguments) {
+    for (const auto& [path, text] : etcFiles) {
+        arguments.addFile("--file", text, path);
+    }
+    for (const char* path : {"/etc/ld.so.cache", "/etc/alternatives"}) {
+        arguments.add({"--ro-bind-try", path, path});
+    }
+}
+
+void addDisk(BwrapArguments& arguments, const char* path, std::uint64_t size) {
+    arguments.add({"--perms", "1777", "--size", std::to_string(size), "--tmpfs", path});
+}
+
+void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
+    arguments.add({"--proc", "/proc"});
+    arguments.addFile("--ro-bind-data", scenario.cmdline + "\n", "/proc/cmdline");
+    arguments.add({"--dev", "/dev"});
+    addDisk(arguments, "/tmp", scenario.tmpSize);
+    addDisk(arguments, "/ffs", scenario.ffsSize);
+    for (const char* folder :
+         {"/ffs/run/logs", "/rom/private", "/rom/config", "/root", BoardPaths::receivedDir}) {
+        arguments.add({"--dir", folder});
+    }
+}
+
+void addTree(BwrapArguments& arguments, const ProgramTree& tree) {
+    if (!tree.isPartOfUsr()) {
+        arguments.add({"--ro-bind", tree.onHost(), tree.onBoard()});
+    }
+    arguments.add({"--ro-bind", tree.onHost(), peersTree});
+    const fs::path program = peersTree / tree.programInTree();
+    arguments.add({"--symlink", program, BoardPaths::init});
+    for (const PeerEntry& peer : peerCatalog()) {
+        arguments.add({"--symlink", program, BoardPaths::peerProgram(peer.name)});
+    }
+}
+
+void addScenario(BwrapArguments& arguments, Scenario scenario) {
+    if (!scenario.config.empty()) {
+        arguments.addFile("--file", readTextFile(scenario.config), BoardPaths::config);
+        scenario.config = BoardPaths::config;
+    }
+    arguments.addFile("--file", scenarioText(scenario), BoardPaths::scenario);
+}
+
+void addEnvironment(BwrapArguments& arguments, const ProgramTree& tree) {
+    const std::string path = tree.programsOnBoard().string() + ":" + tree.commandsOnBoard().string() +
+                             ":/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
+    arguments.add({"--setenv", "PATH", path, "--setenv", "HOME", "/root", "--chdir", "/root"});
+}
+
+}  // namespace
+
+BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tree) {
+    BwrapArguments arguments;
+    addNamespaces(arguments);
+    addPrograms(arguments);
+    addEtc(arguments);
+    addFolders(arguments, scenario);
+    addTree(arguments, tree);
+    addScenario(arguments, scenario);
+    addEnvironment(arguments, tree);
+    return arguments;
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "BwrapArguments.hpp"
+#include "ProgramTree.hpp"
+#include "Scenario.hpp"
+
+/// How bubblewrap is to make the sandbox of a board: its root, disks, /etc, network and processes, with
+/// the program tree and the scenario in it. Throws std::system_error where the scenario's configuration
+/// file cannot be read.
+BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tree);

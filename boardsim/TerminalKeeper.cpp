@@ -1,0 +1,20 @@
+#include "TerminalKeeper.hpp"
+
+#include <csignal>
+
+#include <unistd.h>
+
+TerminalKeeper::TerminalKeeper() : foreground(::tcgetpgrp(STDIN_FILENO)) {
+}
+
+TerminalKeeper::~TerminalKeeper() {
+    if (foreground != ::getpgrp()) {
+        return;  // no terminal, or not ours to begin with
+    }
+    sigset_t background{};
+    sigemptyset(&background);
+    sigaddset(&background, SIGTTOU);
+    ::pthread_sigmask(SIG_BLOCK, &background, nullptr);  // or taking it back would stop this program
+    ::tcsetpgrp(STDIN_FILENO, foreground);
+    ::pthread_sigmask(SIG_UNBLOCK, &background, nullptr);
+}

@@ -1,0 +1,72 @@
+#include <charconv>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "CommandLine.hpp"
+#include "PeerCatalog.hpp"
+#include "PeerProcess.hpp"
+#include "SandboxRun.hpp"
+#include "Supervisor.hpp"
+#include "UsageError.hpp"
+
+namespace {
+
+constexpr int usageStatus = 2;
+constexpr int noBoardStatus = 3;
+
+/// As the sandbox's first process: init LINE COMMAND...
+int runInit(int argc, char** argv) {
+    const std::string_view number = argv[1];
+    int lineDescriptor = -1;
+    std::from_chars(number.data(), number.data() + number.size(), lineDescriptor);
+    return supervise(lineDescriptor, {argv + 2, argv + argc});
+}
+
+/// As the program that people start.
+int runBoardsim(int argc, char** argv) {
+    const Request request = parseCommandLine(argc, argv);
+    if (request.help) {
+        std::cout << helpText();
+        return EXIT_SUCCESS;
+    }
+    return runInSandbox(request.scenario, request.command);
+}
+
+/// This one program is the board's first process and every peer, too; the name under which it was started
+/// tells which.
+int runAs(const std::string& name, int argc, char** argv) {
+    if (const PeerEntry* peer = findPeer(name)) {
+        return runPeerProcess(*peer);
+    }
+    if (name == "init" && argc > 2) {
+        return runInit(argc, argv);
+    }
+    return runBoardsim(argc, argv);
+}
+
+/// Each line of a message with the program's name in front.
+int fail(std::string_view message, int status) {
+    for (std::size_t end = 0; end != std::string_view::npos;) {
+        end = message.find('\n');
+        std::cerr << "boardsim: " << message.substr(0, end) << '\n';
+        message.remove_prefix(end == std::string_view::npos ? 0 : end + 1);
+    }
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return runAs(std::filesystem::path(argv[0]).filename(), argc, argv);
+    } catch (const UsageError& error) {
+        return fail(error.what(), usageStatus);
+    } catch (const std::exception& error) {
+        return fail(error.what(), noBoardStatus);
+    }
+}
