@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing, as root or by sudo.
+#   scripts/setup.sh [build|board|test|lint|bench]...     default: all of them
+set -euo pipefail
+cd "$(dirname "$0")"
+
+wanted="${*:-build board test lint bench}"
+missing=()
+while read -r package purpose; do
+    case " $wanted " in *" $purpose "*) ;; *) continue ;; esac
+    state=$(dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2> /dev/null || true)
+    case "$state" in ii*) ;; *) missing+=("$package") ;; esac
+done < <(grep -v '^#' packages.txt)
+
+if [ ${#missing[@]} -eq 0 ]; then
+    exit 0
+fi
+echo "== Installing: ${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo > /dev/null; then
+        echo "Neither root nor sudo. Have these packages installed: ${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Checks everything: formatting, clang++ with clang-tidy, and all tests, once with the sanitizers and once
+# as shipped. Installs what the machine lacks. Only what changed is built again.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+step() {
+    echo
+    echo "== $*"
+}
+
+scripts/setup.sh
+
+step "Formatting"
+find src platform boardsim tests -name '*.?pp' -o -name '*.h' | xargs clang-format --dry-run -Werror
+
+build() {
+    step "Building: $1"
+    CMAKE_GENERATOR=Ninja cmake --preset "$1" > /dev/null
+    cmake --build --preset "$1"
+}
+
+run() {
+    step "Tests: $1"
+    ctest --preset "$1" -j "$(nproc)"
+}
+
+build lint
+build sanitizers
+run sanitizers
+build release
+run release

@@ -1,0 +1,86 @@
+#include "CommandTimes.hpp"
+
+#include <cstdlib>
+#include <functional>
+#include <stdexcept>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+/// Runs a command to its end with its output thrown away.
+void runCommand(std::vector<std::string> words) {
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    pid_t child = -1;
+    const int error = posix_spawnp(&child, arguments.front(), &actions, nullptr, arguments.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    int status = -1;
+    if (error != 0 || waitpid(child, &status, 0) != child || status != 0) {
+        throw std::runtime_error("failed: " + words.front());
+    }
+}
+
+/// The directories that dumping information and statistics of both instances makes, one call each.
+void makeAllDirectories() {
+    for (const char* const directory : {"fuse", "mmi", "fuse/iwf/", "fuse/iwf/", "fuse/iwf/", "fuse/sfn/",
+                                        "fuse/sfn/", "fuse/sfn/", "mmi/iwf/", "mmi/sfn/"}) {
+        const std::string command = std::string("mkdir -p /tmp/korvel/") + directory;
+        if (std::system(command.c_str()) != 0) {
+            throw std::runtime_error("failed: " + command);
+        }
+    }
+}
+
+void addBenchmark(const char* name, const std::function<void()>& work) {
+    constexpr int repetitions = 15;
+    benchmark::RegisterBenchmark(name,
+                                 [work](benchmark::State& state) {
+                                     for ([[maybe_unused]] auto round : state) {
+                                         work();
+                                     }
+                                 })
+        ->Unit(benchmark::kMillisecond)
+        ->UseRealTime()
+        ->Repetitions(repetitions)
+        ->ReportAggregatesOnly();
+}
+
+/// Shows the figures as usual and keeps the medians.
+class MedianKeeper : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.aggregate_name == "median") {
+                medians[run.run_name.function_name] = run.GetAdjustedRealTime();
+            }
+        }
+    }
+
+    std::map<std::string, double> medians;
+};
+
+}  // namespace
+
+std::map<std::string, double> measureCommandTimes() {
+    addBenchmark(dumpInfoAndStatistics, [] { runCommand({"korvel", "-d", "all", "dump", "dinf", "dstat"}); });
+    addBenchmark(makeDirectories, makeAllDirectories);
+    addBenchmark(getPortByName, [] { runCommand({"korvel", "getport", "eth1"}); });
+    addBenchmark(getPortByNumber, [] { runCommand({"korvel", "getport", "4"}); });
+    addBenchmark(readKernelCommandLine, [] { runCommand({"sh", "-c", "sh -c \"/bin/cat /proc/cmdline\""}); });
+    MedianKeeper keeper;
+    benchmark::RunSpecifiedBenchmarks(&keeper);
+    return keeper.medians;
+}

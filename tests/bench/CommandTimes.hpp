@@ -1,0 +1,15 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+/// Median wall-clock time in milliseconds by benchmark name. All benchmarks take turns, so that a noisy
+/// moment of the machine hits them alike.
+std::map<std::string, double> measureCommandTimes();
+
+/// Names of the benchmarks.
+constexpr const char* dumpInfoAndStatistics = "korvel -d all dump dinf dstat";
+constexpr const char* makeDirectories = "as many system(\"mkdir -p ...\")";
+constexpr const char* getPortByName = "korvel getport eth1";
+constexpr const char* getPortByNumber = "korvel getport 4";
+constexpr const char* readKernelCommandLine = "sh -c 'sh -c \"/bin/cat /proc/cmdline\"'";

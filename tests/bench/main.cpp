@@ -1,0 +1,46 @@
+// Measures what the program costs on the simulated board that this runs on, whose shared-memory logs are to
+// be full, and holds it against what is promised. Exit status 1 where a promise is broken.
+
+#include <cstdio>
+#include <exception>
+
+#include <benchmark/benchmark.h>
+
+#include "CommandTimes.hpp"
+#include "Figures.hpp"
+#include "MemoryPeak.hpp"
+
+namespace {
+
+bool reportAll() {
+    constexpr double kiBPerMiB = 1024;
+    auto times = measureCommandTimes();
+    const double memory = static_cast<double>(peakMemoryKiB({"korvel", "-d", "all", "print"}));
+    std::printf("\nMedians of one run, all commands taking turns:\n");
+    bool kept = true;
+    for (const Figure& figure : {
+             Figure{"korvel -d all dump dinf dstat, beyond its mkdir calls",
+                    times[dumpInfoAndStatistics] - times[makeDirectories], 20, "ms"},
+             Figure{"korvel getport eth1, beyond getport 4", times[getPortByName] - times[getPortByNumber], 5,
+                    "ms"},
+             Figure{"korvel getport 4, against two shells and cat",
+                    times[getPortByNumber] / times[readKernelCommandLine], 2, "times"},
+             Figure{"korvel -d all print with full logs, private and file memory", memory / kiBPerMiB, 24,
+                    "MiB"},
+         }) {
+        kept = report(figure) && kept;
+    }
+    return kept;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    try {
+        return reportAll() ? 0 : 1;
+    } catch (const std::exception& failure) {
+        std::fprintf(stderr, "%s\n", failure.what());
+        return 1;
+    }
+}
