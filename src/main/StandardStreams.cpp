@@ -1,24 +1,19 @@
 #include "StandardStreams.hpp"
 
-#include <fcntl.h>
+#include <initializer_list>
 
-#include "UniqueFd.hpp"
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace Korvel {
-namespace {
-
-/// Child processes are to have the standard descriptors, so this one stays open over exec.
-UniqueFd openNull() {
-    return UniqueFd(::open("/dev/null", O_RDWR));  // NOLINT(android-cloexec-open)
-}
-
-}  // namespace
 
 void openMissingStandardStreams() {
-    UniqueFd lowestFree = openNull();
-    while (lowestFree && lowestFree.get() <= STDERR_FILENO) {
-        static_cast<void>(lowestFree.release());
-        lowestFree = openNull();
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(descriptor, F_GETFD) == -1) {
+            // Takes this number, the lowest free one. Child processes are to have it as well, so it stays
+            // open over exec.
+            ::open("/dev/null", O_RDWR);
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <stdexcept>
 
 namespace fs = std::filesystem;
@@ -23,6 +24,15 @@ std::string contentOfFile(const std::string& path) {
         throw std::runtime_error("cannot read " + path);
     }
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> linesOfFile(const std::string& path) {
+    std::istringstream content(contentOfFile(path));
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(content, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 std::vector<std::string> filesBelow(const std::string& directory) {

@@ -1,0 +1,222 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Board.hpp"
+#include "PeerFaults.hpp"
+#include "Process.hpp"
+#include "VerboseText.hpp"
+
+namespace {
+
+/// What a NetFP master receives that is asked for the port of `name`, as its record shows it.
+std::string portRequest(const std::string& name) {
+    // Message type 4, and the identifier that every run begins with.
+    std::string hex = "0400000067458b6b";
+    const std::string digits = "0123456789abcdef";
+    for (std::size_t i = 0; i < 140; ++i) {
+        const auto byte = static_cast<unsigned char>(i < name.size() && i < 32 ? name[i] : '\0');
+        hex += {digits[byte / 16U], digits[byte % 16U]};
+    }
+    return hex;
+}
+
+const std::string verboseChannel =
+    "Creating Socket for Client\n"
+    "Binding to Client Socket \"/tmp/Korvel\"\n";
+
+std::string verboseStart(const std::string& argument) {
+    return verboseEnabled + isolatedCpusRecord +
+           "Looking up Action keyword \"getport\"\n"
+           "Detected Action keywords.\n"
+           "Executing \"getport\" action\n"
+           "Get Port Entry\n"
+           "Get Port: Retrieving port number for \"" +
+           argument + "\"\n";
+}
+
+void expectOutcome(const Outcome& outcome, const std::string& out, const std::string& err, int status = 0) {
+    EXPECT_EQ(outcome.out, out);
+    EXPECT_EQ(outcome.err, err);
+    EXPECT_EQ(outcome.status, status);
+}
+
+Scenario withMasterFault(const std::string& fault) {
+    return {.faults = {parsePeerFault("netfp_master=" + fault)}};
+}
+
+}  // namespace
+
+TEST(GetPort, PrintsThePortBehindAnInterface) {
+    const Board board({});
+    expectOutcome(korvel({"getport", "eth2"}), "3\n", "");
+    EXPECT_EQ(Board::received("netfp_master"), std::vector{portRequest("eth2")});
+}
+
+TEST(GetPort, TellsEachStepInVerboseMode) {
+    const Board board({});
+    expectOutcome(korvel({"-v", "getport", "eth2"}),
+                  verboseStart("eth2") + verboseChannel +
+                      "Sending get interface request for \"eth2\"\n"
+                      "Received response ID: 1804289383, Error Code: 0\n"
+                      "Receive Success Response.  Port Number: 3\n"
+                      "Client Socket closed\n"
+                      "3\n",
+                  "");
+}
+
+TEST(GetPort, EchoesAPortNumberWithoutAskingTheMaster) {
+    const Board board({});
+    expectOutcome(korvel({"getport", "4"}), "4\n", "");
+    expectOutcome(korvel({"getport", " +2x"}), "2\n", "");
+    EXPECT_EQ(Board::received("netfp_master"), std::vector<std::string>{});
+}
+
+TEST(GetPort, ReportsNumbersThatAreNoPort) {
+    const Board board({});
+    expectOutcome(korvel({"getport", "0"}), "", "Get Port: Invalid port number \"0\"\n");
+    expectOutcome(korvel({"getport", "7"}), "", "Get Port: Invalid port number \"7\"\n");
+    EXPECT_EQ(Board::received("netfp_master"), std::vector<std::string>{});
+}
+
+TEST(GetPort, TakesANegativeNumberForAnInterfaceName) {
+    const Board board({});
+    expectOutcome(korvel({"getport", "-1"}), "",
+                  "Response from Server was not successful.\n"
+                  "Get Port: Invalid port number \"-1\"\n");
+    EXPECT_EQ(Board::received("netfp_master"), std::vector{portRequest("-1")});
+}
+
+TEST(GetPort, RefusesNumbersBeyond32Bits) {
+    for (const std::string argument : {"2147483648", "-2147483649", "99999999999999999999"}) {
+        SCOPED_TRACE(argument);
+        expectOutcome(korvel({"getport", argument}), "",
+                      "Get Port: Port number out of range \"" + argument + "\"\n", 1);
+    }
+}
+
+TEST(GetPort, NeedsAnArgument) {
+    expectOutcome(korvel({"getport"}), "", "Get Port: Not enough arguments\n", 1);
+}
+
+TEST(GetPort, IgnoresFurtherArguments) {
+    expectOutcome(korvel({"getport", "1", "eth1", "7"}), "1\n", "");
+}
+
+TEST(GetPort, SendsAtMost32BytesOfAName) {
+    const Board board({});
+    for (const std::size_t length : {31U, 32U, 33U, 4096U}) {
+        SCOPED_TRACE(length);
+        const std::string name(length, 'x');
+        expectOutcome(korvel({"getport", name}), "",
+                      "Response from Server was not successful.\n"
+                      "Get Port: Invalid port number \"" +
+                          name + "\"\n");
+        EXPECT_EQ(Board::received("netfp_master").back(), portRequest(name));
+    }
+}
+
+TEST(GetPort, ReportsAMasterThatIsNotThere) {
+    expectOutcome(korvel({"getport", "eth1"}), "",
+                  "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 2: No such file or directory\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, ReportsAMasterThatIsGone) {
+    { const Board board({}); }
+    expectOutcome(korvel({"getport", "eth1"}), "",
+                  "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 111: Connection refused\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, GivesUpOnASilentMasterWithoutFurtherWords) {
+    const Board board(withMasterFault("silent"));
+    expectOutcome(korvel({"getport", "eth1"}), "", "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, GivesUpOnAMasterThatDies) {
+    const Board board(withMasterFault("dying"));
+    expectOutcome(korvel({"getport", "eth1"}), "", "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, ReportsAnErrorOfTheMaster) {
+    const Board board(withMasterFault("error:-22"));
+    expectOutcome(korvel({"-v", "getport", "eth1"}),
+                  verboseStart("eth1") + verboseChannel +
+                      "Sending get interface request for \"eth1\"\n"
+                      "Received response ID: 1804289383, Error Code: -22\n"
+                      "Client Socket closed\n",
+                  "Response from Server was not successful.\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, SkipsAStaleAnswer) {
+    const Board board(withMasterFault("stale"));
+    expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
+}
+
+TEST(GetPort, SkipsAnswersThatAreTooShortForAPort) {
+    const Board board(withMasterFault("truncated:19"));
+    expectOutcome(korvel({"-v", "getport", "eth1"}),
+                  verboseStart("eth1") + verboseChannel +
+                      "Sending get interface request for \"eth1\"\n"
+                      "Client Socket closed\n",
+                  "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, TakesAnAnswerThatEndsBehindThePort) {
+    const Board board(withMasterFault("truncated:20"));
+    expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
+}
+
+TEST(GetPort, TakesAnAnswerThatIsTooLong) {
+    const Board board(withMasterFault("oversized"));
+    expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
+}
+
+TEST(GetPort, WaitsForASlowMaster) {
+    const Board board(withMasterFault("slow:300"));
+    expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
+}
+
+TEST(GetPort, UsesThePathsOfTheOptions) {
+    const Board board({});
+    run({"mv", "/tmp/NetfpMaster", "/tmp/elsewhere"});
+    expectOutcome(korvel({"-c", "/tmp/client", "-m", "/tmp/elsewhere", "getport", "eth1"}), "2\n", "");
+    EXPECT_EQ(run({"test", "-S", "/tmp/client"}).status, 0);
+}
+
+TEST(GetPort, RefusesSocketPathsThatDoNotFit) {
+    const Board board({});
+    const std::string fits = "/tmp/" + std::string(102, 'p');
+    const std::string tooLong = fits + "p";
+    expectOutcome(korvel({"-c", fits, "getport", "eth1"}), "2\n", "");
+    expectOutcome(korvel({"-c", tooLong, "getport", "eth1"}), "",
+                  "Failed to Bind to Client Socket: 36: File name too long\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
+    expectOutcome(korvel({"-m", tooLong, "getport", "eth1"}), "",
+                  "Failed to Send to Master Socket \"" + tooLong +
+                      "\": 36: File name too long\n"
+                      "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, ReportsAClientSocketThatCannotBeHad) {
+    expectOutcome(korvel({"-c", "/nowhere/client", "getport", "eth1"}), "",
+                  "Failed to Bind to Client Socket: 2: No such file or directory\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
+    expectOutcome(
+        run({"strace", "-o", "/dev/null", "-e", "inject=socket:error=EMFILE", "korvel", "getport", "eth1"}),
+        "",
+        "Client Socket Creation Failed: 24: Too many open files\n"
+        "Get Port: Invalid port number \"eth1\"\n");
+}
+
+TEST(GetPort, ReportsAReceiveThatFails) {
+    const Board board({});
+    expectOutcome(
+        run({"strace", "-o", "/dev/null", "-e", "inject=recvfrom:error=EIO", "korvel", "getport", "eth1"}),
+        "",
+        "Failed to receive from Linux Socket: 5: Input/output error\n"
+        "Get Port: Invalid port number \"eth1\"\n");
+}
