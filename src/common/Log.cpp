@@ -5,6 +5,7 @@
 #include <syslog.h>
 
 #include "Console.hpp"
+#include "SystemLogRoom.hpp"
 
 namespace Korvel {
 
@@ -25,10 +26,12 @@ void logf(LogLvl level, const char* format, ...) {
     if (!isVerboseMode()) {
         return;
     }
-    std::va_list arguments;
-    va_start(arguments, format);
-    vsyslog(logLvlToPriority(level), format, arguments);
-    va_end(arguments);
+    if (systemLogHasRoom()) {
+        std::va_list arguments;
+        va_start(arguments, format);
+        vsyslog(logLvlToPriority(level), format, arguments);
+        va_end(arguments);
+    }
     print('\n');
 }
 

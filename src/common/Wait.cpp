@@ -24,24 +24,14 @@ int pollTimeout(const Deadline& deadline) {
     return static_cast<int>(std::clamp<milliseconds::rep>(left.count(), 0, std::numeric_limits<int>::max()));
 }
 
-}  // namespace
-
-Deadline deadlineIn(milliseconds limit) {
-    return steady_clock::now() + limit;
-}
-
-bool hasPassed(const Deadline& deadline) {
-    return deadline && steady_clock::now() >= *deadline;
-}
-
-Readiness waitReadable(int descriptor, const Deadline& deadline) {
+Readiness waitFor(short event, int descriptor, const Deadline& deadline) {
     flushStandardOutput();
     for (;;) {
-        pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
+        pollfd waiting{.fd = descriptor, .events = event, .revents = 0};
         const int ready = ::poll(&waiting, 1, pollTimeout(deadline));
         if (ready > 0) {
             if ((waiting.revents & POLLNVAL) == 0) {
-                return Readiness::readable;
+                return Readiness::ready;
             }
             errno = EBADF;
             return Readiness::failed;
@@ -53,6 +43,24 @@ Readiness waitReadable(int descriptor, const Deadline& deadline) {
             return Readiness::timedOut;
         }
     }
+}
+
+}  // namespace
+
+Deadline deadlineIn(milliseconds limit) {
+    return steady_clock::now() + limit;
+}
+
+bool hasPassed(const Deadline& deadline) {
+    return deadline && steady_clock::now() >= *deadline;
+}
+
+Readiness waitReadable(int descriptor, const Deadline& deadline) {
+    return waitFor(POLLIN, descriptor, deadline);
+}
+
+Readiness waitWritable(int descriptor, const Deadline& deadline) {
+    return waitFor(POLLOUT, descriptor, deadline);
 }
 
 void nap(milliseconds time) {

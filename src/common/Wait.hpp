@@ -11,11 +11,14 @@ using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 Deadline deadlineIn(std::chrono::milliseconds limit);
 bool hasPassed(const Deadline& deadline);
 
-enum class Readiness { readable, timedOut, failed };
+enum class Readiness { ready, timedOut, failed };
 
 /// Waits until `descriptor` has something to read (or an error to fetch) or the deadline is there. A
 /// signal does not end the wait. Looks at least once, however late it is. `failed` leaves errno set.
 Readiness waitReadable(int descriptor, const Deadline& deadline);
+
+/// The same, for room to write.
+Readiness waitWritable(int descriptor, const Deadline& deadline);
 
 /// Sleeps for the whole time, whatever signals arrive.
 void nap(std::chrono::milliseconds time);

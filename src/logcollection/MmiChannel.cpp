@@ -103,7 +103,7 @@ bool MmiChannel::receiveChunk(std::string& chunk) {
                 return fail("poll(): Timed out while waiting for response");
             case Readiness::failed:
                 return failErrno("poll(): An error occured, errno: ");
-            case Readiness::readable:
+            case Readiness::ready:
                 break;
         }
         size = uninterrupted(

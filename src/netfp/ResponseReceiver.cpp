@@ -28,7 +28,7 @@ Received receiveResponse(int socket, const Deadline& deadline, std::size_t minim
                 return Received::nothing;
             case Readiness::failed:
                 return reportFailure();
-            case Readiness::readable:
+            case Readiness::ready:
                 break;
         }
         NetfpMaster_Response datagram{};
