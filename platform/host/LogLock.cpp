@@ -1,0 +1,49 @@
+#include "LogLock.hpp"
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+#include <sys/file.h>
+
+namespace HostBoard {
+namespace {
+
+constexpr std::chrono::seconds patience{1};
+constexpr std::chrono::microseconds pollInterval{500};
+
+}  // namespace
+
+// Polls, because flock() knows no deadline. The mutex is not kept between two tries: it is never held
+// longer than one operation on the log takes.
+bool LogLock::acquire() {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (!tryAcquire()) {
+        if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) {
+            return false;
+        }
+        std::this_thread::sleep_for(pollInterval);
+    }
+    return true;
+}
+
+/// False with errno EWOULDBLOCK when somebody holds the lock.
+bool LogLock::tryAcquire() {
+    std::unique_lock threads(mutex, std::try_to_lock);
+    if (!threads) {
+        errno = EWOULDBLOCK;
+        return false;
+    }
+    if (::flock(memory.descriptor(), LOCK_EX | LOCK_NB) != 0) {
+        return false;
+    }
+    threads.release();
+    return true;
+}
+
+void LogLock::release() {
+    ::flock(memory.descriptor(), LOCK_UN);
+    mutex.unlock();
+}
+
+}  // namespace HostBoard

@@ -1,0 +1,113 @@
+#include "LogRing.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <type_traits>
+
+namespace HostBoard {
+namespace {
+
+constexpr std::uint64_t ringMagic = 0x31474F4C4D53564B;  // "KVSMLOG1"
+
+// Bytes are counted in 64 bits, which never wrap. The positions handed out are these counts modulo
+// 2^32 - 1, plus 1, so that they wrap from the highest 32-bit number to 1 and are never 0.
+constexpr std::uint64_t positionCount = 0xFFFFFFFF;
+
+// A store that a dying process leaves half done would leave a wrong head or tail behind.
+static_assert(std::atomic_ref<std::uint64_t>::is_always_lock_free);
+
+std::uint64_t load(std::uint64_t& field) {
+    return std::atomic_ref(field).load();
+}
+
+/// An exchange rather than a store: not only what stands before it in the program has happened by then,
+/// but also nothing of what stands behind it. A process that dies in between depends on both.
+void store(std::uint64_t& field, std::uint64_t value) {
+    std::atomic_ref(field).exchange(value);
+}
+
+unsigned positionAt(std::uint64_t written) {
+    return static_cast<unsigned>(written % positionCount + 1);
+}
+
+}  // namespace
+
+LogRing::LogRing(std::span<std::byte> memory)
+    : header(*reinterpret_cast<Header*>(memory.data())),
+      text(reinterpret_cast<char*>(memory.subspan(headerSize, textSize).data()), textSize) {
+    static_assert(std::is_trivially_copyable_v<Header> && sizeof(Header) <= headerSize);
+}
+
+bool LogRing::prepare() {
+    if (load(header.magic) == 0) {
+        restart(0);
+        store(header.magic, ringMagic);
+    }
+    return load(header.magic) == ringMagic && load(header.head) - load(header.tail) <= capacity;
+}
+
+void LogRing::restart(std::uint64_t written) {
+    store(header.tail, written);
+    store(header.head, written);
+}
+
+void LogRing::append(std::string_view line) {
+    const std::uint64_t head = load(header.head);
+    const std::uint64_t newHead = head + line.size();
+    if (newHead - load(header.tail) > capacity) {
+        store(header.tail, behindLineAt(newHead - capacity - 1));
+    }
+    copyIn(head, line);
+    store(header.head, newHead);
+}
+
+LogRing::Excerpt LogRing::read(std::span<char> buffer, unsigned start) const {
+    const std::optional<std::uint64_t> kept = findKept(start);
+    const std::uint64_t from = kept.value_or(load(header.tail));
+    const auto size = std::min<std::uint64_t>(load(header.head) - from, buffer.size());
+    const std::span<char> copy = buffer.first(static_cast<std::size_t>(size));
+    copyOut(from, copy);
+    const std::size_t length = std::string_view(copy.data(), copy.size()).rfind('\n') + 1;  // npos + 1 is 0
+    return {.length = length, .end = positionAt(from + length), .late = start != 0 && !kept};
+}
+
+/// Bytes written before `position`, when that is where a kept line begins or the newest ends.
+std::optional<std::uint64_t> LogRing::findKept(unsigned position) const {
+    const std::uint64_t head = load(header.head);
+    const std::uint64_t tail = load(header.tail);
+    const std::uint64_t behind = (positionAt(head) + positionCount - position) % positionCount;
+    if (position == 0 || behind > head - tail) {
+        return std::nullopt;
+    }
+    const std::uint64_t written = head - behind;
+    return written == tail || textAt(written - 1) == '\n' ? std::optional(written) : std::nullopt;
+}
+
+/// Where the line that holds byte number `written` ends; the head at the latest.
+std::uint64_t LogRing::behindLineAt(std::uint64_t written) const {
+    const std::uint64_t head = load(header.head);
+    while (written != head && textAt(written) != '\n') {
+        ++written;
+    }
+    return std::min(written + 1, head);
+}
+
+char& LogRing::textAt(std::uint64_t written) const {
+    return text[written % textSize];
+}
+
+void LogRing::copyIn(std::uint64_t written, std::string_view line) {
+    const std::span<char> room = text.subspan(written % textSize);
+    const std::size_t beforeEdge = std::min(line.size(), room.size());
+    std::ranges::copy(line.substr(0, beforeEdge), room.begin());
+    std::ranges::copy(line.substr(beforeEdge), text.begin());
+}
+
+void LogRing::copyOut(std::uint64_t written, std::span<char> buffer) const {
+    const std::span<char> rest = text.subspan(written % textSize);
+    const std::size_t beforeEdge = std::min(buffer.size(), rest.size());
+    std::ranges::copy(rest.first(beforeEdge), buffer.begin());
+    std::ranges::copy(text.first(buffer.size() - beforeEdge), buffer.subspan(beforeEdge).begin());
+}
+
+}  // namespace HostBoard

@@ -1,0 +1,58 @@
+#include "SharedLog.hpp"
+
+#include <utility>
+
+namespace HostBoard {
+
+std::unique_ptr<SharedLog> SharedLog::open(const std::string& name) {
+    SharedMemory memory(("/" + name).c_str());
+    Mapping mapping = memory.map(0, LogRing::memorySize);
+    if (!mapping || !memory.reopen()) {
+        return nullptr;
+    }
+    std::unique_ptr<SharedLog> log(new SharedLog(std::move(memory), std::move(mapping)));
+    return log->maybeLog() ? std::move(log) : nullptr;
+}
+
+SharedLog::SharedLog(SharedMemory object, Mapping place)
+    : memory(std::move(object)), mapping(std::move(place)), lock(memory), ring(mapping.bytes()) {
+}
+
+/// Whether this is a log, as far as can be told: a lock that cannot be had now is no reason to say no.
+bool SharedLog::maybeLog() {
+    const LogLock::Hold hold(lock);
+    return !hold || ready();
+}
+
+bool SharedLog::append(std::string_view line) {
+    const LogLock::Hold hold(lock);
+    if (!hold || !ready()) {
+        return false;
+    }
+    ring.append(line);
+    return true;
+}
+
+std::optional<LogRing::Excerpt> SharedLog::read(std::span<char> buffer, unsigned start) {
+    const LogLock::Hold hold(lock);
+    if (!hold || !ready()) {
+        return std::nullopt;
+    }
+    return ring.read(buffer, start);
+}
+
+void SharedLog::afterForkInChild() {
+    static_cast<void>(memory.reopen());  // without it, the child's operations fail
+    lock.admitThreads();
+}
+
+/// Whether the object has the length of a log, and memory behind all of it.
+bool SharedLog::backed() {
+    const std::optional<SharedMemory::Extent> extent = memory.extent();
+    if (!extent || (extent->length != 0 && extent->length != LogRing::memorySize)) {
+        return false;
+    }
+    return extent->backed >= LogRing::memorySize || memory.reserve(0, LogRing::memorySize);
+}
+
+}  // namespace HostBoard

@@ -1,0 +1,54 @@
+#include "Vask.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+
+#include "BoardSetting.hpp"
+#include "HostBoard.hpp"
+#include "PhysicalWindow.hpp"
+
+namespace {
+
+using HostBoard::boardSetting;
+using HostBoard::PhysicalWindow;
+
+// A caller reads on behind the pointer that it gets, as far as it likes, so a window is mapped in one
+// piece. Only where it would fill the address space, it is not.
+constexpr std::uint64_t mappingStep = std::uint64_t{1} << (sizeof(void*) > 4 ? 32 : 26);
+
+std::array<PhysicalWindow, 2>& windows() {
+    // Never freed: pointers into them stay good until the process ends.
+    static auto& all = *new std::array<PhysicalWindow, 2>{
+        PhysicalWindow(HostBoard::ddrMemory, 0x80000000, 0x80000000, mappingStep),
+        PhysicalWindow(HostBoard::switchRegisters, 0x02090000, 0x10000, mappingStep),
+    };
+    return all;
+}
+
+}  // namespace
+
+int vask_cma_process_init() {
+    return boardSetting(HostBoard::cmaErrorFile);
+}
+
+int vask_cma_phy_to_virt(unsigned int physical, void** virtualPointer) {
+    auto* const window = std::ranges::find_if(
+        windows(), [physical](const PhysicalWindow& one) { return one.contains(physical); });
+    if (virtualPointer == nullptr || window == windows().end()) {
+        return EFAULT;
+    }
+    return window->translate(physical, *virtualPointer);
+}
+
+int vask_security_is_secure_env(int* secure) {
+    if (secure == nullptr) {
+        return EFAULT;
+    }
+    const int error = boardSetting(HostBoard::secureErrorFile);
+    if (error == 0) {
+        *secure = boardSetting(HostBoard::secureFile);
+    }
+    return error;
+}
