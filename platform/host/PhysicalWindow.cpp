@@ -44,7 +44,7 @@ bool PhysicalWindow::opened() {
     if (!memory) {
         memory = SharedMemory(name);
     }
-    return memory.grow(windowLength);
+    return memory && memory.grow(windowLength);
 }
 
 /// The piece that begins `start` bytes into the window; empty, with the reason in errno, when it cannot

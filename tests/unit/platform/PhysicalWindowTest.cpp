@@ -1,11 +1,14 @@
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include "ChildProcess.hpp"
 #include "PhysicalWindow.hpp"
 
 namespace {
@@ -24,6 +27,19 @@ protected:
         void* address = nullptr;
         EXPECT_EQ(window.translate(physical, address), 0);
         return static_cast<std::byte*>(address);
+    }
+
+    /// Whether the translation fails, and leaves the pointer as it was, in a process for which `resource`
+    /// ends at `limit`.
+    bool failsUnder(decltype(RLIMIT_NOFILE) resource, rlim_t limit) {
+        ChildProcess limited([this, resource, limit] {
+            std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit both{.rlim_cur = limit, .rlim_max = limit};
+            void* address = this;
+            return ::setrlimit(resource, &both) == 0 && window.translate(base, address) != 0 &&
+                   address == this;
+        });
+        return limited.succeeds();
     }
 
     const std::string name = "/window_" + std::to_string(::getpid());
@@ -68,11 +84,17 @@ TEST_F(PhysicalWindowTest, GrowsAgainWhenItsMemoryWasCut) {
     EXPECT_EQ(*at(base), std::byte{0});
 }
 
-TEST_F(PhysicalWindowTest, FailsWithoutSharedMemory) {
+TEST_F(PhysicalWindowTest, FailsWithACodeWhenMemoryCannotBeHad) {
+    EXPECT_TRUE(failsUnder(RLIMIT_NOFILE, 3));
+    EXPECT_TRUE(failsUnder(RLIMIT_FSIZE, 1 << 20));
+    EXPECT_TRUE(failsUnder(RLIMIT_AS, 1 << 20));
+}
+
+TEST_F(PhysicalWindowTest, SaysWhyItCannotOpenItsMemory) {
     void* address = this;
     PhysicalWindow nowhere("/no/such/folder", base, length, step);
 
-    EXPECT_NE(nowhere.translate(base, address), 0);
+    EXPECT_EQ(nowhere.translate(base, address), EINVAL);
     EXPECT_EQ(address, this);
 }
 
