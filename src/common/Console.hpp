@@ -42,6 +42,7 @@ bool fail(const Pieces&... pieces) {
     flushStandardOutput();
     std::ostringstream line;
     (line << ... << pieces) << '\n';
+    std::cerr.clear();        // an earlier line that was lost is no reason to lose this one
     std::cerr << line.str();  // in one piece, so that lines of several processes do not mix
     return false;
 }

@@ -5,6 +5,8 @@
 
 #include <sys/time.h>
 
+#include "Console.hpp"
+
 namespace Korvel {
 namespace {
 
@@ -33,6 +35,7 @@ UniqueFd openDatagramSocket(int family) {
 
 bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockaddr* address,
                   socklen_t length) {
+    flushStandardOutput();
     const auto deadline = steady_clock::now() + sendLimit;
     bool shortened = false;
     ssize_t sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);

@@ -8,8 +8,8 @@ enum class LogLvl : int { error = 0, warning = 1, information = 2, debug = 3 };
 int logLvlToPriority(LogLvl level);
 
 /// In verbose mode, sends one record to the system log and a bare line end to standard output; otherwise
-/// does nothing. `format` and what follows are as for printf, without a line end. A system log that takes no
-/// records for a second loses this one.
+/// does nothing. `format` and what follows are as for printf, without a line end. A system log that has
+/// stopped reading loses the record.
 void logf(LogLvl level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 }  // namespace Korvel

@@ -38,10 +38,11 @@ public:
     }
 
     /// Closes now, for a caller that reports a failed close: false with errno set. The descriptor is given
-    /// up in either case, and is not closed again after EINTR: Linux has freed the number all the same.
+    /// up in either case. An interrupted close is not repeated and is none that failed: Linux has freed the
+    /// number all the same.
     [[nodiscard]] bool close() noexcept {
         const int old = release();
-        return old == none || ::close(old) == 0;
+        return old == none || ::close(old) == 0 || errno == EINTR;
     }
 
 private:

@@ -26,6 +26,10 @@ int pollTimeout(const Deadline& deadline) {
 
 Readiness waitFor(short event, int descriptor, const Deadline& deadline) {
     flushStandardOutput();
+    if (descriptor < 0) {  // poll() would pass over it and sleep
+        errno = EBADF;
+        return Readiness::failed;
+    }
     for (;;) {
         pollfd waiting{.fd = descriptor, .events = event, .revents = 0};
         const int ready = ::poll(&waiting, 1, pollTimeout(deadline));

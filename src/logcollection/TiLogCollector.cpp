@@ -127,6 +127,9 @@ void TiLogCollector::collectDump(const std::string& name, bool printRequested) {
     }
     progress("Dumping ", name, " to ", destination, "... ");
     const bool complete = awaitDump(name, source, destination);
+    if (copyError != 0) {
+        fail("Error while writing ", destination, ": ", std::strerror(copyError));
+    }
     std::remove(source.c_str());
     if (!complete) {
         logs[name] += incompleteNote;
@@ -154,23 +157,22 @@ bool TiLogCollector::signalProcess(const std::string& name) {
 
 bool TiLogCollector::awaitDump(const std::string& name, const std::string& source,
                                const std::string& destination) {
-    copyError = 0;
     for (int round = 0; round < dumpRounds; ++round) {
         if (copyDumpFileToWorkspace(source, destination)) {
             logs[name] = readFileFromLine(destination, 0);
+        } else if (copyError != 0) {
+            logs[name] = readFileFromLine(source, 0);  // a full disk does not keep it from the console
         }
         if (isCompleteDump(logs[name], name)) {
             return true;
         }
         nap(dumpPause);
     }
-    if (copyError != 0) {
-        fail("Error while writing ", destination, ": ", std::strerror(copyError));
-    }
     return false;
 }
 
 bool TiLogCollector::copyDumpFileToWorkspace(const std::string& source, const std::string& destination) {
+    copyError = 0;
     InputFile input(source);
     if (!input.isOpen()) {
         return false;

@@ -46,8 +46,8 @@ public:
     /// `pidFilePath`. Processes that do not run are left out.
     static Pids getPids(const std::vector<std::string>& names, const std::string& pidFilePath);
 
-    /// Copies a file as far as it has been written. False where it cannot be read or the copy not be
-    /// written whole.
+    /// Copies a file as far as it has been written. False where either file cannot be opened or the copy not
+    /// be written whole.
     bool copyDumpFileToWorkspace(const std::string& source, const std::string& destination);
 
     /// Deletes the whole directory that holds `path`.
@@ -63,7 +63,7 @@ private:
     std::vector<std::string> processes;
     Pids pids;
     std::unordered_map<std::string, std::string> logs;
-    int copyError = 0;  // errno of the last copy that could not be written
+    int copyError = 0;  // errno of the last copy, where it could not be written; else 0
 };
 
 }  // namespace Korvel

@@ -1,13 +1,14 @@
 #include <algorithm>
-#include <csignal>
 #include <exception>
 
 #include "CommonOptions.hpp"
 #include "Config.hpp"
 #include "Configuration.hpp"
 #include "Console.hpp"
+#include "ConsoleStreams.hpp"
 #include "DispatcherSelection.hpp"
 #include "Managers.hpp"
+#include "SignalDispositions.hpp"
 #include "StandardStreams.hpp"
 #include "Usage.hpp"
 
@@ -58,8 +59,8 @@ bool runCommandLine(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     Korvel::openMissingStandardStreams();
-    // Ignored, as a parent may have left it, it would keep system() from learning how a command ended.
-    std::signal(SIGCHLD, SIG_DFL);
+    Korvel::setSignalDispositions();
+    const Korvel::ConsoleStreams streams;
     bool success = false;
     try {
         success = Korvel::runCommandLine(argc, argv);
