@@ -1,6 +1,5 @@
 #include "ChildProcess.hpp"
 
-#include <csignal>
 #include <system_error>
 
 #include <fcntl.h>
@@ -34,19 +33,14 @@ void ChildProcess::silence(int number) {
     check(::posix_spawn_file_actions_addopen(&actions, number, "/dev/null", O_RDWR, 0), "/dev/null");
 }
 
-void ChildProcess::restoreSignals(std::initializer_list<int> signals) {
-    sigset_t restored{};
-    sigemptyset(&restored);
-    for (const int each : signals) {
-        sigaddset(&restored, each);
-    }
-    check(::posix_spawnattr_setsigdefault(&attributes, &restored), "signals");
-    flags |= POSIX_SPAWN_SETSIGDEF;
+void ChildProcess::leaveProcessGroup() {
+    flags |= POSIX_SPAWN_SETPGROUP;
 }
 
 pid_t ChildProcess::start(const std::string& program, std::vector<std::string> arguments) {
     check(::posix_spawnattr_setflags(&attributes, flags), "flags");
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& each : arguments) {
         pointers.push_back(each.data());
     }

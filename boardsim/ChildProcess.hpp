@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,8 @@ public:
     /// The child's descriptor `number` is /dev/null.
     void silence(int number);
 
-    /// The child takes these signals as if nobody had changed what they do.
-    void restoreSignals(std::initializer_list<int> signals);
+    /// The child leads a process group of its own, so that Ctrl-C does not reach it.
+    void leaveProcessGroup();
 
     /// Starts `program` (looked for in PATH where its name has no slash) and returns its id; the caller
     /// waits for it. `arguments` begin with the program's name for itself. Throws std::system_error with

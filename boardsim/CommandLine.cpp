@@ -26,10 +26,18 @@ std::vector<option> optionTable() {
     int value = firstKey;
     for (const ScenarioKey& key : scenarioKeys()) {
         const int argument = key.form == KeyForm::toggle ? no_argument : required_argument;
-        table.push_back({key.name.data(), argument, nullptr, value++});
+        table.push_back({key.name.data(), argument, nullptr, value++});  // the names are literals
     }
     table.push_back({nullptr, 0, nullptr, 0});
     return table;
+}
+
+/// What getopt_long() refused: with ':' for lack of an argument. It tells a letter behind a single dash in
+/// optopt, anything else is the word that it read last.
+std::string refusedOption(int value, const char* lastWord) {
+    const bool letter = value == '?' && optopt >= ' ';
+    const std::string name = letter ? std::string("-") + static_cast<char>(optopt) : lastWord;
+    return (value == ':' ? "a value is missing: " : "unknown option: ") + name;
 }
 
 void applyOption(const ScenarioKey& key, const std::string& value, Scenario& scenario) {
@@ -64,16 +72,15 @@ Request parseCommandLine(int argc, char** argv) {
     opterr = 0;
     for (int value = 0; (value = ::getopt_long(argc, argv, "+:", table.data(), nullptr)) != -1;) {
         if (value == ':' || value == '?') {
-            throw UsageError((value == ':' ? "a value is missing: " : "unknown option: ") +
-                             std::string(argv[optind - 1]));
+            throw UsageError(refusedOption(value, argv[optind - 1]));
         }
+        const std::string argument = optarg == nullptr ? "true" : optarg;
         if (value == help) {
             request.help = true;
         } else if (value == scenarioFile) {
-            loadScenario(optarg, request.scenario);
+            loadScenario(argument, request.scenario);
         } else {
-            settings.emplace_back(&scenarioKeys()[static_cast<std::size_t>(value - firstKey)],
-                                  optarg == nullptr ? "true" : optarg);
+            settings.emplace_back(&scenarioKeys()[static_cast<std::size_t>(value - firstKey)], argument);
         }
     }
     for (const auto& [key, value] : settings) {  // last, for they override the scenario file

@@ -20,9 +20,10 @@ const sockaddr* generic(const Address& address) {
 
 }  // namespace
 
-DatagramSocket::DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path)
+DatagramSocket::DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path,
+                               const std::string& what)
     : socket(checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket")), file(std::move(path)) {
-    checked(::bind(socket.get(), address, length), "bind " + file);
+    checked(::bind(socket.get(), address, length), what);
 }
 
 DatagramSocket DatagramSocket::atPath(const std::string& path) {
@@ -33,7 +34,7 @@ DatagramSocket DatagramSocket::atPath(const std::string& path) {
     }
     std::memcpy(address.sun_path, path.data(), path.size());
     ::unlink(path.c_str());
-    DatagramSocket bound(AF_UNIX, generic(address), sizeof address, path);
+    DatagramSocket bound(AF_UNIX, generic(address), sizeof address, path, "cannot bind " + path);
     constexpr mode_t everyone = 0666;
     checked(::chmod(path.c_str(), everyone), "chmod " + path);
     return bound;
@@ -44,7 +45,7 @@ DatagramSocket DatagramSocket::atLocalPort(std::uint16_t port) {
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return {AF_INET, generic(address), sizeof address, {}};
+    return {AF_INET, generic(address), sizeof address, {}, "cannot bind UDP port " + std::to_string(port)};
 }
 
 DatagramSocket::~DatagramSocket() {

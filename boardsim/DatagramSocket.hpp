@@ -49,7 +49,8 @@ public:
     void disconnect() const;
 
 private:
-    DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path);
+    DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path,
+                   const std::string& what);
 
     UniqueFd socket;
     std::string file;  // empty for UDP

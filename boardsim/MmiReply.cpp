@@ -63,7 +63,7 @@ constexpr std::array commands{
 }  // namespace
 
 std::string mmiReplyText(std::string_view instance, const std::string& command) {
-    const auto row = std::ranges::find(commands, std::string_view(command), &MmiCommand::name);
+    const auto* row = std::ranges::find(commands, std::string_view(command), &MmiCommand::name);
     if (row == commands.end()) {
         return "Unknown command: " + command + "\n";
     }

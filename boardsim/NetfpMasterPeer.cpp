@@ -120,6 +120,7 @@ void NetfpMasterPeer::sendOversized(const NetfpMaster_Response& response, const 
     socket.send(bytes, sender);
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the table of faults takes members
 void NetfpMasterPeer::die(const NetfpMaster_Response& /*response*/, const Sender& /*sender*/) const {
     throw PeerDeath();
 }

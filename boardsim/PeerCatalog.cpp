@@ -103,6 +103,6 @@ std::span<const PeerEntry> peerCatalog() {
 }
 
 const PeerEntry* findPeer(std::string_view name) {
-    const auto row = std::ranges::find(catalog, name, &PeerEntry::name);
+    const auto* row = std::ranges::find(catalog, name, &PeerEntry::name);
     return row == catalog.end() ? nullptr : &*row;
 }

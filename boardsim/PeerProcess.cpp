@@ -44,6 +44,7 @@ PeerStart startPeerProcess(std::string_view name) {
     child.silence(STDIN_FILENO);
     child.silence(STDOUT_FILENO);
     child.give(writable.get(), readinessNumber);
+    child.leaveProcessGroup();
     const pid_t pid = child.start(BoardPaths::peerProgram(name), {std::string(name)});
     return {std::string(name), pid, std::move(readable)};
 }

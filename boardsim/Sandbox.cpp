@@ -9,7 +9,7 @@
 #include "BoardPaths.hpp"
 #include "PeerCatalog.hpp"
 #include "ScenarioFile.hpp"
-#include "TextFile.hpp"
+#include "UserFile.hpp"
 
 namespace fs = std::filesystem;
 
@@ -87,7 +87,7 @@ void addTree(BwrapArguments& arguments, const ProgramTree& tree) {
 
 void addScenario(BwrapArguments& arguments, Scenario scenario) {
     if (!scenario.config.empty()) {
-        arguments.addFile("--file", readTextFile(scenario.config), BoardPaths::config);
+        arguments.addFile("--file", readUserFile(scenario.config), BoardPaths::config);
         scenario.config = BoardPaths::config;
     }
     arguments.addFile("--file", scenarioText(scenario), BoardPaths::scenario);

@@ -2,11 +2,13 @@
 
 #include <filesystem>
 #include <sstream>
+#include <utility>
 
 #include <toml++/toml.h>
 
 #include "ScenarioKeys.hpp"
 #include "UsageError.hpp"
+#include "UserFile.hpp"
 
 namespace {
 
@@ -48,7 +50,7 @@ void applyKey(std::string_view name, const toml::node& value, Scenario& scenario
 
 toml::table parseFile(const std::string& path) {
     try {
-        return toml::parse_file(path);
+        return toml::parse(readUserFile(path), path);
     } catch (const toml::parse_error& error) {
         std::ostringstream text;
         text << path << ':' << error.source().begin.line << ": " << error.description();

@@ -34,7 +34,7 @@ bool parseTruth(const std::string& text) {
 /// Bytes out of "65536", "64K" or "64M".
 std::uint64_t parseSize(const std::string& text) {
     constexpr std::array<std::pair<char, unsigned>, 2> suffixes{{{'K', 10}, {'M', 20}}};
-    const auto suffix =
+    const auto* suffix =
         std::ranges::find_if(suffixes, [&](const auto& each) { return text.ends_with(each.first); });
     const bool plain = suffix == suffixes.end();
     const unsigned shift = plain ? 0 : suffix->second;
@@ -52,8 +52,8 @@ constexpr std::array deploymentNames{
 };
 
 Deployment parseDeployment(const std::string& text) {
-    const auto row = std::ranges::find(deploymentNames, std::string_view(text),
-                                       &decltype(deploymentNames)::value_type::first);
+    const auto* row = std::ranges::find(deploymentNames, std::string_view(text),
+                                        &decltype(deploymentNames)::value_type::first);
     if (row == deploymentNames.end()) {
         throw UsageError("unknown deployment: '" + text + "'");
     }
@@ -61,7 +61,7 @@ Deployment parseDeployment(const std::string& text) {
 }
 
 Values nameOf(Deployment deployment) {
-    const auto row =
+    const auto* row =
         std::ranges::find(deploymentNames, deployment, &decltype(deploymentNames)::value_type::second);
     return {std::string(row->first)};
 }
@@ -125,6 +125,6 @@ std::span<const ScenarioKey> scenarioKeys() {
 }
 
 const ScenarioKey* findScenarioKey(std::string_view name) {
-    const auto row = std::ranges::find(keys, name, &ScenarioKey::name);
+    const auto* row = std::ranges::find(keys, name, &ScenarioKey::name);
     return row == keys.end() ? nullptr : &*row;
 }

@@ -42,10 +42,17 @@ void skipLowProcessIds() {
     }
 }
 
+/// Undoes what the host's side did to outlive Ctrl-C; children are to begin as usual, and the first
+/// process of a sandbox is spared these signals anyway.
+void restoreSignals() {
+    for (const int each : {SIGINT, SIGTERM}) {
+        std::signal(each, SIG_DFL);
+    }
+}
+
 /// Starts the command. Where it cannot be run, says so and gives the exit status for it in `status`.
 std::optional<pid_t> startCommand(const std::vector<std::string>& command, int& status) {
     ChildProcess child;
-    child.restoreSignals({SIGINT, SIGTERM});
     try {
         return child.start(command.front(), command);
     } catch (const std::system_error& error) {
@@ -108,6 +115,7 @@ int supervise(int lineDescriptor, const std::vector<std::string>& command) {
     const ControlLine line{UniqueFd(lineDescriptor)};
     ::fcntl(lineDescriptor, F_SETFD, FD_CLOEXEC);
     line.send(ControlLine::up);
+    restoreSignals();
     const UniqueFd childSignals = openSignalDescriptor({SIGCHLD});
     Scenario scenario;
     loadScenario(BoardPaths::scenario, scenario);

@@ -1,0 +1,14 @@
+#include "UserFile.hpp"
+
+#include <system_error>
+
+#include "TextFile.hpp"
+#include "UsageError.hpp"
+
+std::string readUserFile(const std::string& path) {
+    try {
+        return readTextFile(path);
+    } catch (const std::system_error& error) {
+        throw UsageError(error.what());
+    }
+}
