@@ -1,0 +1,110 @@
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Boardsim.hpp"
+
+namespace fs = std::filesystem;
+
+TEST(BoardsimCommandTest, EndsWithTheStatusOfTheCommand) {
+    const struct {
+        std::vector<std::string> arguments;
+        int status;
+        std::string err;
+    } cases[] = {
+        {{"--bare", "true"}, 0, ""},
+        {{"--bare", "--", "sh", "-c", "exit 7"}, 7, ""},
+        {{"--bare", "--", "sh", "-c", "kill -9 $$"}, 137, ""},
+        {{"--bare", "--", "no-such-command"}, 127, "boardsim: no-such-command: No such file or directory\n"},
+        {{"--bare", "--", "/usr"}, 126, "boardsim: /usr: Permission denied\n"},
+    };
+    for (const auto& [arguments, status, err] : cases) {
+        SCOPED_TRACE(arguments.back());
+        const Outcome outcome = boardsim(arguments);
+        EXPECT_EQ(outcome.status, status);
+        EXPECT_EQ(outcome.err, err);
+        EXPECT_EQ(outcome.out, "");
+    }
+}
+
+TEST(BoardsimCommandTest, PassesArgumentsStreamsAndEnvironmentOn) {
+    const Outcome outcome =
+        boardsim({"--bare", "sh", "-c", "cat; echo \"$0|$1|$WORD\"; echo err >&2", "--first", "a  b"},
+                 {.environment = {{"WORD", "passed"}}});
+
+    EXPECT_EQ(outcome.out, "--first|a  b|passed\n");
+    EXPECT_EQ(outcome.err, "err\n");
+}
+
+TEST(BoardsimCommandTest, RunsAShellByDefault) {
+    const Outcome outcome = run({"sh", "-c", "echo 'echo $0; exit 3' | " BOARDSIM_PROGRAM " --bare"});
+
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.out, "bash\n");
+}
+
+TEST(BoardsimCommandTest, FindsItsOwnProgramsByNameAndByTheirPlaceOnTheHost) {
+    const fs::path program = BOARDSIM_PROGRAM;
+    const std::string relative = fs::relative(program);
+    const std::string help = boardsim({"--help"}).out;
+
+    EXPECT_EQ(boardsim({"--bare", "--", "boardsim", "--help"}).out, help);
+    EXPECT_EQ(boardsim({"--bare", "--", program, "--help"}).out, help);
+    EXPECT_EQ(boardsim({"--bare", "--", relative, "--help"}).out, help);
+}
+
+TEST(BoardsimCommandTest, EndsWhatTheCommandLeavesRunning) {
+    const Outcome outcome = onBoard({"--bare"}, "(trap '' TERM HUP; sleep 1000; sleep 1000) & echo started");
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "started\n");
+}
+
+TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
+    const struct {
+        std::vector<std::string> arguments;
+        std::string err;
+    } cases[] = {
+        {{"--colour"}, "boardsim: unknown option: --colour\n"},
+        {{"-x"}, "boardsim: unknown option: -x\n"},
+        {{"--without"}, "boardsim: a value is missing: --without\n"},
+        {{"--without", "nobody"}, "boardsim: --without: unknown peer: 'nobody'\n"},
+        {{"--fault", "nobody=silent"}, "boardsim: --fault: unknown peer: 'nobody'\n"},
+        {{"--fault", "netfp_master=sad"}, "boardsim: --fault: netfp_master knows no fault 'sad'\n"},
+        {{"--deployment", "moon"}, "boardsim: --deployment: unknown deployment: 'moon'\n"},
+        {{"--cma-error", "x"}, "boardsim: --cma-error: no number, or out of range: 'x'\n"},
+        {{"--tmp-size", "0"}, "boardsim: --tmp-size: no size of a disk: '0'\n"},
+        {{"--config", "/no/file"}, "boardsim: cannot read /no/file: No such file or directory\n"},
+        {{"--scenario", "/no/file"}, "boardsim: cannot read /no/file: No such file or directory\n"},
+    };
+    for (const auto& [arguments, err] : cases) {
+        SCOPED_TRACE(err);
+        const Outcome outcome = boardsim(arguments);
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err, err);
+    }
+}
+
+TEST(BoardsimCommandTest, NamesARemedyWhereBubblewrapIsMissing) {
+    const Outcome outcome = boardsim({"true"}, {.environment = {{"PATH", "/nowhere"}}});
+
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(outcome.err,
+              "boardsim: bwrap cannot be run: No such file or directory\n"
+              "boardsim: install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)\n");
+}
+
+TEST(BoardsimCommandTest, NamesARemedyWhereTheSandboxIsRefused) {
+    const Outcome outcome =
+        boardsim({"--bare", "--", "boardsim", "true"});  // its own sandbox refuses another
+
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_TRUE(outcome.err.starts_with("bwrap: ")) << outcome.err;
+    EXPECT_EQ(
+        outcome.err.substr(outcome.err.find('\n') + 1),
+        "boardsim: the sandbox was refused, for the reason that bwrap gives above\n"
+        "boardsim: it takes user namespaces (sysctl kernel.unprivileged_userns_clone=1; on Ubuntu also\n"
+        "boardsim: kernel.apparmor_restrict_unprivileged_userns=0) or a root user with its capabilities\n");
+}

@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "Boardsim.hpp"
+
+namespace fs = std::filesystem;
+
+TEST(BoardsimHostTest, ShowsEachPeerOnceInTheProcessList) {
+    const Outcome outcome = boardsim({"ps", "aux"});
+
+    for (const char* name : {"netfp_master", "netfp_proxy", "netfp_server", "resmgr_server", "iwf_dispatcher",
+                             "sfn_dispatcher", "system_log"}) {
+        SCOPED_TRACE(name);
+        const std::size_t place = outcome.out.find(name);
+        EXPECT_NE(place, std::string::npos);
+        EXPECT_EQ(outcome.out.find(name, place + 1), std::string::npos);
+    }
+}
+
+TEST(BoardsimHostTest, HidesNoPeerFromASearchThatLeavesTheProductOut) {
+    const Outcome outcome =
+        boardsim({"sh", "-c",
+                  "for p in /run/boardsim/peers/*; do readlink /proc/$(pidof ${p##*/})/exe; done | sort -u"});
+
+    EXPECT_THAT(outcome.out,
+                testing::AllOf(testing::StartsWith("/opt/board/"), testing::Not(testing::HasSubstr("korvel")),
+                               testing::Not(testing::HasSubstr("grep"))));
+}
+
+TEST(BoardsimHostTest, StartsProcessIdsAboveThoseOfTheNetlinkPorts) {
+    std::istringstream ids(boardsim({"ps", "-e", "-o", "pid="}).out);
+    int id = 0;
+    ids >> id;
+    EXPECT_EQ(id, 1);
+    while (ids >> id) {
+        EXPECT_GT(id, 300);
+    }
+}
+
+TEST(BoardsimHostTest, IsRootWithoutCapabilitiesAndWithFilesOfItsOwn) {
+    const Outcome outcome = onBoard(
+        {"--bare"},
+        "id -un; hostname; pwd; echo $HOME; grep CapEff /proc/self/status; cut -d: -f1 /etc/passwd; ls /etc");
+
+    EXPECT_EQ(outcome.out,
+              "root\nboard\n/root\n/root\nCapEff:\t0000000000000000\nroot\nnobody\n"
+              "alternatives\ngroup\nhostname\nhosts\nld.so.cache\npasswd\n");
+}
+
+TEST(BoardsimHostTest, LeavesNothingOnTheHost) {
+    const std::string name = "boardsim_leak." + std::to_string(::getpid());
+
+    const Outcome outcome =
+        boardsim({"sh", "-c", "touch /tmp/$0 /dev/shm/$0 /run/$0 /ffs/$0 /rom/$0 /root/$0 /$0", name});
+
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    for (const char* folder : {"/tmp/", "/dev/shm/", "/run/", "/ffs/", "/rom/", "/root/", "/"}) {
+        std::error_code unreadable;
+        EXPECT_FALSE(fs::exists(folder + name, unreadable)) << folder;
+    }
+}
+
+TEST(BoardsimHostTest, CannotWriteToTheHostsPrograms) {
+    const Outcome outcome =
+        boardsim({"--bare", "--", "sh", "-c", "for f in /usr /opt/korvel /opt/board; do touch $f/x; done"});
+
+    EXPECT_EQ(outcome.err,
+              "touch: cannot touch '/usr/x': Read-only file system\n"
+              "touch: cannot touch '/opt/korvel/x': Read-only file system\n"
+              "touch: cannot touch '/opt/board/x': Read-only file system\n");
+}
+
+TEST(BoardsimHostTest, HasANetworkOfItsOwn) {
+    EXPECT_EQ(boardsim({"--bare", "--", "ls", "/sys/class/net"}).status, 2);
+    EXPECT_EQ(boardsim({"--bare", "--", "sh", "-c", "sed 1,2d /proc/net/dev | cut -d: -f1"}).out, "    lo\n");
+}
+
+TEST(BoardsimHostTest, CollectsWhatLinuxKnows) {
+    const Outcome outcome = boardsim({"sh", "-c",
+                                      "logger -d --socket-errors=on hello; fp_linux_log_collect /tmp/w && ls "
+                                      "/tmp/w/linux && cat /tmp/w/linux/cmdline.log"});
+
+    EXPECT_EQ(outcome.out,
+              "cmdline.log\ninterfaces.log\nmounts.log\nprocesses.log\nsystem.log\nuptime.log\n"
+              "console=ttyS0,115200n8 root=/dev/ram0 rw mem=2G isolcpus=1,2,3\n");
+}
+
+TEST(BoardsimHostTest, RefusesToCollectWithoutAFolder) {
+    const Outcome outcome = boardsim({"fp_linux_log_collect"});
+
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "usage: fp_linux_log_collect DIR\n");
+}
+
+TEST(BoardsimHostTest, NeedsNoPrivilege) {
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "every other test shows it";
+    }
+    // A copy, since a folder of root's may be closed to others.
+    const fs::path copy = fs::path(testing::TempDir()) / ("boardsim." + std::to_string(::getpid()));
+    const fs::path tree = fs::path(BOARDSIM_PROGRAM).parent_path();
+    fs::create_directory(copy);
+    for (const char* part : {"boardsim", "lib", "libexec"}) {
+        fs::copy(tree / part, copy / part, fs::copy_options::recursive);
+    }
+
+    const Outcome outcome = run(
+        {"setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", copy / "boardsim", "sh", "-c",
+         "id -u; grep CapEff /proc/self/status; pidof netfp_master > /dev/null && touch /tmp/file; exit 5"});
+
+    fs::remove_all(copy);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "0\nCapEff:\t0000000000000000\n");
+    EXPECT_EQ(outcome.status, 5);
+}

@@ -1,0 +1,111 @@
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "Boardsim.hpp"
+#include "TestFiles.hpp"
+
+namespace {
+
+/// A file of the host for one test, of the given content; removed in the end.
+class HostFile {
+public:
+    HostFile(const std::string& name, const std::string& content)
+        : path(testing::TempDir() + name + "." + std::to_string(::getpid())) {
+        writeFile(path, content);
+    }
+    HostFile(const HostFile&) = delete;
+    HostFile& operator=(const HostFile&) = delete;
+    HostFile(HostFile&&) = delete;
+    HostFile& operator=(HostFile&&) = delete;
+    ~HostFile() { ::unlink(path.c_str()); }
+
+    const std::string path;
+};
+
+constexpr const char* peerNames = "ps -e -o args= | grep -E '^(system_log|[a-z]+_[a-z]+)$'";
+
+}  // namespace
+
+TEST(BoardsimOptionsTest, StartsThePeersOfTheDeployment) {
+    const struct {
+        std::string deployment;
+        std::string dispatchers;
+    } cases[] = {
+        {"iwf", "iwf_dispatcher\n"},
+        {"sfn-master", "iwf_dispatcher\nsfn_dispatcher\n"},
+        {"sfn-antenna", "sfn_dispatcher\n"},
+    };
+    for (const auto& [deployment, dispatchers] : cases) {
+        SCOPED_TRACE(deployment);
+        EXPECT_EQ(onBoard({"--deployment", deployment}, peerNames).out,
+                  "system_log\nnetfp_master\nnetfp_proxy\nnetfp_server\nresmgr_server\n" + dispatchers);
+    }
+}
+
+TEST(BoardsimOptionsTest, LeavesPeersOutAndGivesOthersFaults) {
+    const Outcome outcome =
+        onBoard({"--without", "netfp_proxy", "--without=system_log", "--fault", "netfp_master=error:-9",
+                 "--deployment", "iwf"},
+                std::string(peerNames) + "; grep -E 'fault|without' /run/boardsim/scenario.toml");
+
+    EXPECT_EQ(outcome.out,
+              "netfp_master\nnetfp_server\nresmgr_server\niwf_dispatcher\n"
+              "fault = [ 'netfp_master=error:-9' ]\nwithout = [ 'netfp_proxy', 'system_log' ]\n");
+}
+
+TEST(BoardsimOptionsTest, ShowsTheKernelCommandLine) {
+    EXPECT_EQ(onBoard({"--bare", "--cmdline", "isolcpus=1,2 'quoted'"}, "cat /proc/cmdline").out,
+              "isolcpus=1,2 'quoted'\n");
+    EXPECT_EQ(onBoard({"--bare"}, "cat /proc/cmdline").out,
+              "console=ttyS0,115200n8 root=/dev/ram0 rw mem=2G isolcpus=1,2,3\n");
+}
+
+TEST(BoardsimOptionsTest, HasDisksOfTheSizesAskedFor) {
+    EXPECT_EQ(onBoard({"--bare", "--tmp-size", "3M", "--ffs-size", "512K"}, "df --output=size /tmp /ffs").out,
+              "1K-blocks\n     3072\n      512\n");
+}
+
+TEST(BoardsimOptionsTest, InstallsFilesOfTheHost) {
+    const HostFile config("my.conf", "key=value\n");
+
+    EXPECT_EQ(onBoard({"--config", config.path}, "cat /rom/private/fpdispatcher.conf").out, "key=value\n");
+}
+
+TEST(BoardsimOptionsTest, LaysDownTheSettingsOfTheLibraries) {
+    EXPECT_EQ(onBoard({"--secured", "--secure-error", "5", "--cma-error", "-6"},
+                      "cd /run/boardsim && cat secure secure_error cma_error")
+                  .out,
+              "1\n5\n-6\n");
+    EXPECT_EQ(onBoard({}, "ls /run/boardsim").out, "init\npeers\nreceived\nscenario.toml\nsystem.log\n");
+}
+
+TEST(BoardsimOptionsTest, HasNeitherPeersNorPrivateFilesWhenBare) {
+    EXPECT_EQ(onBoard({"--bare"}, std::string(peerNames) + "; find /rom /ffs /tmp /dev/shm | sort").out,
+              "/dev/shm\n/ffs\n/ffs/run\n/ffs/run/logs\n/rom\n/rom/config\n/rom/private\n/tmp\n");
+}
+
+TEST(BoardsimOptionsTest, TakesAScenarioFileThatOptionsOverride) {
+    const HostFile scenario("scenario.toml", "deployment = 'iwf'\ncma-error = 4\nsecured = true\n");
+
+    EXPECT_EQ(onBoard({"--cma-error", "5", "--scenario", scenario.path},
+                      "ls /rom/config; cat /run/boardsim/cma_error /run/boardsim/secure")
+                  .out,
+              "deployment_type\n5\n1\n");
+}
+
+TEST(BoardsimOptionsTest, ListsEveryOptionAndPeerInItsHelp) {
+    const Outcome outcome = boardsim({"--help"});
+
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* word :
+         {"--deployment", "--secured",    "--secure-error", "--cma-error",    "--cmdline",
+          "--config",     "--tmp-size",   "--ffs-size",     "--without",      "--fault",
+          "--full-logs",  "--scenario",   "--bare",         "--help",         "netfp_master",
+          "netfp_proxy",  "netfp_server", "resmgr_server",  "iwf_dispatcher", "sfn_dispatcher",
+          "system_log",   " truncated:N", " dump-unended"}) {
+        EXPECT_THAT(outcome.out, testing::HasSubstr(word));
+    }
+}

@@ -1,0 +1,180 @@
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "ArgumentVector.hpp"
+#include "Boardsim.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A word in the command line of a test's own processes, by which they can be told from all others.
+std::string mark() {
+    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+    return std::string(test->name()) + "." + std::to_string(::getpid());
+}
+
+/// True while a process that is not ending has mark() on its command line.
+bool markedProcessRuns() {
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::ifstream file(entry.path() / "cmdline");
+        std::string line;
+        std::getline(file, line);  // of a process that is just gone it reads nothing
+        if (line.find(mark()) != std::string::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Waits for what must come; the test's own time-out ends a wait in vain.
+template <typename Condition>
+void waitUntil(Condition condition) {
+    while (!condition()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+}
+
+/// A board whose command has written "ready".
+class RunningBoard {
+public:
+    explicit RunningBoard(const std::string& script)
+        : process(boardsimCommand({"--bare", "--", "bash", "-c", script, mark()})) {
+        waitUntil([&] { return process.outSoFar() == "ready\n"; });
+    }
+
+    Outcome endAfter(int signal) {
+        ::kill(process.pid(), signal);
+        return process.wait();
+    }
+
+private:
+    Process process;
+};
+
+/// boardsim on a terminal of its own.
+class Terminal {
+public:
+    explicit Terminal(const std::vector<std::string>& command) {
+        child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            ArgumentVector words(command);
+            ::execvp(words.argv()[1], words.argv() + 1);  // without the name that it puts in front
+            ::_exit(1);
+        }
+    }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+    Terminal(Terminal&&) = delete;
+    Terminal& operator=(Terminal&&) = delete;
+    ~Terminal() { ::close(terminal); }
+
+    void type(const std::string& keys) const {
+        ASSERT_EQ(::write(terminal, keys.data(), keys.size()), keys.size());
+    }
+
+    /// Takes what appears on the terminal until `text` is there.
+    void expect(const std::string& text) {
+        while (shown.find(text) == std::string::npos) {
+            char byte = 0;
+            ASSERT_EQ(::read(terminal, &byte, 1), 1) << "instead of " << text << ": " << shown;
+            shown += byte;
+        }
+        shown.clear();
+    }
+
+    int wait() const {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+private:
+    int terminal = -1;
+    pid_t child = -1;
+    std::string shown;
+};
+
+constexpr const char* ctrlC = "\x03";
+
+}  // namespace
+
+TEST(BoardsimSignalTest, EndsEverythingAtASignal) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        SCOPED_TRACE(signal);
+        RunningBoard board("echo ready; exec -a $0 sleep 1000");
+        ASSERT_TRUE(markedProcessRuns());
+
+        EXPECT_EQ(board.endAfter(signal).status, 128 + signal);
+
+        EXPECT_FALSE(markedProcessRuns());
+    }
+}
+
+TEST(BoardsimSignalTest, LetsTheCommandEndInItsOwnWay) {
+    RunningBoard board("trap 'echo handled; exit 5' TERM; echo ready; sleep 1000 & wait");
+
+    const Outcome outcome = board.endAfter(SIGTERM);
+
+    EXPECT_EQ(outcome.status, 5);
+    EXPECT_EQ(outcome.out, "ready\nhandled\n");
+}
+
+TEST(BoardsimSignalTest, EndsACommandThatDoesNotListen) {
+    RunningBoard board("trap '' TERM; echo ready; while :; do sleep 1; done");
+
+    EXPECT_EQ(board.endAfter(SIGTERM).status, 128 + SIGTERM);
+
+    EXPECT_FALSE(markedProcessRuns());
+}
+
+TEST(BoardsimSignalTest, LeavesNothingBehindWhenItIsKilled) {
+    RunningBoard board("echo ready; trap '' TERM HUP; while :; do sleep 1; done");
+
+    EXPECT_EQ(board.endAfter(SIGKILL).status, 128 + SIGKILL);
+
+    waitUntil([] { return !markedProcessRuns(); });
+}
+
+TEST(BoardsimSignalTest, EndsEverythingAtCtrlC) {
+    Terminal terminal(boardsimCommand({"--", "bash", "-c", "echo ready; exec -a $0 sleep 1000", mark()}));
+    terminal.expect("ready");
+
+    terminal.type(ctrlC);
+
+    EXPECT_EQ(terminal.wait(), 128 + SIGINT);
+    EXPECT_FALSE(markedProcessRuns());
+}
+
+TEST(BoardsimSignalTest, LeavesCtrlCToAShellOnTheBoard) {
+    Terminal terminal(boardsimCommand({}));
+    terminal.expect("board# ");
+    terminal.type("sh -c 'echo rea\"\"dy; exec sleep 1000'\n");
+    terminal.expect("ready");
+
+    terminal.type(ctrlC);
+
+    terminal.expect("board# ");
+    terminal.type("pidof netfp_master > /dev/null && exit 6\n");
+    EXPECT_EQ(terminal.wait(), 6);
+}
+
+TEST(BoardsimSignalTest, GivesTheTerminalBack) {
+    Terminal terminal({"bash", "-c", std::string(BOARDSIM_PROGRAM) + "; read word; echo \"got $word\""});
+    terminal.expect("board# ");
+
+    terminal.type("exit\n");
+    terminal.type("it\n");
+
+    terminal.expect("got it");
+    EXPECT_EQ(terminal.wait(), 0);
+}

@@ -1,0 +1,63 @@
+#include "DatagramClient.hpp"
+
+#include <array>
+#include <cstring>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "SystemCall.hpp"
+
+namespace {
+
+sockaddr_un pathAddress(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::memcpy(address.sun_path, path.data(), std::min(path.size(), sizeof address.sun_path - 1));
+    return address;
+}
+
+template <typename Address>
+const sockaddr* generic(const Address& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+}  // namespace
+
+DatagramClient DatagramClient::ofPath(const std::string& serverPath, const std::string& ownPath) {
+    UniqueFd socket(checked(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket"));
+    const sockaddr_un own = pathAddress(ownPath);
+    const sockaddr_un server = pathAddress(serverPath);
+    ::unlink(ownPath.c_str());
+    checked(::bind(socket.get(), generic(own), sizeof own), "bind");
+    checked(::connect(socket.get(), generic(server), sizeof server), "connect");
+    return DatagramClient(std::move(socket));
+}
+
+DatagramClient DatagramClient::ofPort(std::uint16_t port) {
+    UniqueFd socket(checked(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket"));
+    sockaddr_in server{};
+    server.sin_family = AF_INET;
+    server.sin_port = htons(port);
+    server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    checked(::connect(socket.get(), generic(server), sizeof server), "connect");
+    return DatagramClient(std::move(socket));
+}
+
+bool DatagramClient::send(std::string_view bytes) const {
+    return ::send(socket.get(), bytes.data(), bytes.size(), MSG_NOSIGNAL) >= 0;
+}
+
+std::optional<std::string> DatagramClient::receive(std::chrono::milliseconds patience) const {
+    pollfd wait{.fd = socket.get(), .events = POLLIN, .revents = 0};
+    if (::poll(&wait, 1, static_cast<int>(patience.count())) != 1) {
+        return std::nullopt;
+    }
+    std::array<char, 65536> buffer{};
+    const auto count = ::recv(socket.get(), buffer.data(), buffer.size(), 0);
+    return count < 0 ? std::nullopt
+                     : std::optional(std::string(buffer.data(), static_cast<std::size_t>(count)));
+}

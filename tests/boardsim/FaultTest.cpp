@@ -1,0 +1,87 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "DumpPeer.hpp"
+#include "MmiPeer.hpp"
+#include "NetfpMasterPeer.hpp"
+#include "PeerFaults.hpp"
+#include "UsageError.hpp"
+
+namespace {
+
+std::string complaintAbout(const std::string& text) {
+    try {
+        parsePeerFault(text);
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+}  // namespace
+
+TEST(FaultTest, IsParsedFromPeerKindAndNumber) {
+    const PeerFault fault = parsePeerFault("netfp_master=error:-5");
+
+    EXPECT_EQ(fault.peer, "netfp_master");
+    EXPECT_EQ(fault.fault.kind, "error");
+    EXPECT_EQ(fault.fault.number, -5);
+}
+
+TEST(FaultTest, IsRefusedWithTheReason) {
+    const struct {
+        const char* text;
+        const char* complaint;
+    } cases[] = {
+        {"netfp_master", "not PEER=FAULT: 'netfp_master'"},
+        {"=silent", "unknown peer: ''"},
+        {"netfp=silent", "unknown peer: 'netfp'"},
+        {"netfp_master=", "netfp_master knows no fault ''"},
+        {"netfp_master=unended", "netfp_master knows no fault 'unended'"},
+        {"system_log=silent", "system_log knows no fault 'silent'"},
+        {"netfp_proxy=dump-silent", "netfp_proxy knows no fault 'dump-silent'"},
+        {"netfp_master=silent:1", "fault 'silent' takes no number"},
+        {"netfp_master=truncated", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
+        {"netfp_master=truncated:273", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
+        {"netfp_master=slow:1s", "fault 'slow' takes a number from 0 to 600000: slow:N"},
+    };
+    for (const auto& [text, complaint] : cases) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(complaintAbout(text), complaint);
+    }
+}
+
+TEST(FaultTest, IsWrittenAsItIsParsed) {
+    std::vector<std::string> texts;
+    for (const PeerEntry& peer : peerCatalog()) {
+        for (const FaultGroup& group : peer.faults) {
+            for (const FaultKind& kind : group.kinds()) {
+                texts.push_back(std::string(peer.name) + "=" + std::string(group.prefix) +
+                                std::string(kind.name) +
+                                (kind.takesNumber ? ":" + std::to_string(kind.most) : ""));
+            }
+        }
+    }
+    std::vector<PeerFault> faults;
+    faults.reserve(texts.size());
+    for (const std::string& text : texts) {
+        faults.push_back(parsePeerFault(text));
+    }
+
+    EXPECT_EQ(peerFaultTexts(faults), texts);
+}
+
+TEST(FaultTest, CountsLastForTheThingThatItBelongsTo) {
+    Scenario scenario;
+    for (const char* text : {"netfp_master=silent", "netfp_master=dump-slow:3", "netfp_master=slow:7"}) {
+        scenario.faults.push_back(parsePeerFault(text));
+    }
+    const PeerEntry& master = *findPeer("netfp_master");
+
+    EXPECT_EQ(faultFor(scenario, "netfp_master", master.faults[0]).kind, "slow");
+    EXPECT_EQ(faultFor(scenario, "netfp_master", master.faults[0]).number, 7);
+    EXPECT_EQ(faultFor(scenario, "netfp_master", master.faults[1]).kind, "slow");
+    EXPECT_EQ(faultFor(scenario, "netfp_master", master.faults[1]).number, 3);
+    EXPECT_EQ(faultFor(scenario, "netfp_proxy", findPeer("netfp_proxy")->faults[0]).kind, "");
+}

@@ -1,0 +1,115 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "PeerFaults.hpp"
+#include "ScenarioFile.hpp"
+#include "TextFile.hpp"
+#include "UsageError.hpp"
+
+namespace {
+
+constexpr const char* file = "/tmp/scenario.toml";
+
+Scenario load(const std::string& text) {
+    writeTextFile(file, text);
+    Scenario scenario;
+    loadScenario(file, scenario);
+    return scenario;
+}
+
+std::string complaintAbout(const std::string& text) {
+    try {
+        load(text);
+    } catch (const UsageError& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+}  // namespace
+
+TEST(ScenarioFileTest, SaysWhatTheOptionsSay) {
+    const Scenario scenario = load(
+        "deployment = 'sfn-antenna'\n"
+        "secured = true\n"
+        "secure-error = -3\n"
+        "cma-error = 4\n"
+        "cmdline = 'quiet'\n"
+        "config = '/etc/hosts'\n"
+        "tmp-size = '3M'\n"
+        "ffs-size = 8192\n"
+        "without = ['netfp_proxy', 'system_log']\n"
+        "fault = ['netfp_master=slow:5']\n"
+        "full-logs = true\n"
+        "bare = false\n");
+
+    EXPECT_EQ(scenario.deployment, Deployment::sfnAntenna);
+    EXPECT_TRUE(scenario.secured);
+    EXPECT_EQ(scenario.secureError, -3);
+    EXPECT_EQ(scenario.cmaError, 4);
+    EXPECT_EQ(scenario.cmdline, "quiet");
+    EXPECT_EQ(scenario.config, "/etc/hosts");
+    EXPECT_EQ(scenario.tmpSize, 3U << 20);
+    EXPECT_EQ(scenario.ffsSize, 8192U);
+    EXPECT_EQ(scenario.without, (std::set<std::string>{"netfp_proxy", "system_log"}));
+    EXPECT_EQ(peerFaultTexts(scenario.faults), std::vector<std::string>{"netfp_master=slow:5"});
+    EXPECT_TRUE(scenario.fullLogs);
+    EXPECT_FALSE(scenario.bare);
+}
+
+TEST(ScenarioFileTest, LeavesAloneWhatItDoesNotName) {
+    Scenario scenario;
+    scenario.cmdline = "kept";
+    scenario.config = "kept.conf";
+    writeTextFile(file, "secured = true\n");
+
+    loadScenario(file, scenario);
+
+    EXPECT_EQ(scenario.cmdline, "kept");
+    EXPECT_EQ(scenario.config, "kept.conf");
+}
+
+TEST(ScenarioFileTest, TakesARelativePathFromItsOwnFolder) {
+    EXPECT_EQ(load("config = 'my.conf'\n").config, "/tmp/my.conf");
+}
+
+TEST(ScenarioFileTest, IsWrittenAsItIsRead) {
+    const std::string text =
+        scenarioText(load("deployment = 'iwf'\n"
+                          "secured = true\n"
+                          "cma-error = 4\n"
+                          "cmdline = \"it's \\\"quoted\\\"\\n\"\n"
+                          "without = ['netfp_proxy']\n"
+                          "fault = ['netfp_master=slow:5', 'netfp_server=short']\n"
+                          "bare = true\n"));
+
+    EXPECT_EQ(scenarioText(load(text)), text);
+}
+
+TEST(ScenarioFileTest, IsRefusedWithTheLineAndTheReason) {
+    const struct {
+        const char* text;
+        const char* complaint;
+    } cases[] = {
+        {"\ncolour = 1\n", "/tmp/scenario.toml:2: colour: unknown key"},
+        {"secured = 1\n", "/tmp/scenario.toml:1: secured: neither true nor false: '1'"},
+        {"cma-error = 1.5\n",
+         "/tmp/scenario.toml:1: cma-error: neither text, nor whole number, nor truth value"},
+        {"cma-error = 4294967296\n",
+         "/tmp/scenario.toml:1: cma-error: no number, or out of range: '4294967296'"},
+        {"without = 'netfp_proxy'\n", "/tmp/scenario.toml:1: without: not an array"},
+        {"without = ['nobody']\n", "/tmp/scenario.toml:1: without: unknown peer: 'nobody'"},
+        {"tmp-size = '0K'\n", "/tmp/scenario.toml:1: tmp-size: no size of a disk: '0K'"},
+        {"tmp-size = '99999999999999999M'\n",
+         "/tmp/scenario.toml:1: tmp-size: no size of a disk: '99999999999999999M'"},
+    };
+    for (const auto& [text, complaint] : cases) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(complaintAbout(text), complaint);
+    }
+}
+
+TEST(ScenarioFileTest, IsRefusedWhereItIsNoToml) {
+    EXPECT_TRUE(complaintAbout("\n\nsecured true\n").starts_with("/tmp/scenario.toml:3: "));
+}
