@@ -1,0 +1,16 @@
+#include "Injection.hpp"
+
+Outcome runInjected(const Injection& injection, const std::vector<std::string>& command,
+                    Surroundings surroundings) {
+    std::vector<std::string> words{"strace", "--quiet=all", "-o", "/dev/null"};
+    for (const std::string& fault : injection.faults) {
+        words.insert(words.end(), {"-e", "inject=" + fault});
+    }
+    if (!injection.path.empty()) {
+        words.insert(words.end(), {"-P", injection.path});
+    }
+    words.insert(words.end(), command.begin(), command.end());
+    // The search for leaks traces the process itself, which only one can do at a time.
+    surroundings.environment.insert({"ASAN_OPTIONS", "detect_leaks=0"});
+    return run(words, surroundings);
+}

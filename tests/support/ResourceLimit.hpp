@@ -1,0 +1,18 @@
+#pragma once
+
+#include <sys/resource.h>
+
+/// Keeps this process to a limit (RLIMIT_...) from construction to destruction.
+class ResourceLimit {
+public:
+    ResourceLimit(int limitedResource, rlim_t value);
+    ResourceLimit(const ResourceLimit&) = delete;
+    ResourceLimit& operator=(const ResourceLimit&) = delete;
+    ResourceLimit(ResourceLimit&&) = delete;
+    ResourceLimit& operator=(ResourceLimit&&) = delete;
+    ~ResourceLimit();
+
+private:
+    const int resource;
+    rlimit before{};
+};
