@@ -62,6 +62,12 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
 
 }  // namespace
 
+std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
+    return stream << "exit status " << outcome.status << "\nstandard output:\n"
+                  << outcome.out << "standard error:\n"
+                  << outcome.err;
+}
+
 Process::Process(const std::vector<std::string>& command, const Surroundings& surroundings)
     : out(::memfd_create("stdout", MFD_CLOEXEC)), err(::memfd_create("stderr", MFD_CLOEXEC)) {
     child = ::fork();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,7 +14,12 @@ struct Outcome {
     int status = -1;  ///< exit status; 128 + N where signal N ended it
     std::string out;
     std::string err;
+
+    bool operator==(const Outcome&) const = default;
 };
+
+/// All of it as it stands, for the message of a comparison that fails.
+std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 
 /// What a process is started with beside its command line.
 struct Surroundings {
