@@ -1,0 +1,66 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Board.hpp"
+#include "BoardTexts.hpp"
+#include "Injection.hpp"
+#include "Process.hpp"
+
+/// A simulated board, log collection as a process on it, and what becomes of that.
+class CollectionFixture : public testing::Test {
+protected:
+    static constexpr const char* workDir = "/tmp/korvel";
+    static constexpr const char* packageDir = "/ffs/run/logs";
+    static constexpr const char* timedOut = "poll(): Timed out while waiting for response";
+
+    /// Starts a board; without a scenario one on which everything runs and nothing misbehaves.
+    void startBoard(const Scenario& scenario = {});
+
+    /// Starts a board whose peers have these faults, each "PEER=FAULT".
+    void startBoardWithFaults(const Words& faults);
+
+    /// Starts a board on which these peers do not run.
+    void startBoardWithout(const Words& peers);
+
+    const Board& board() const { return *running; }
+
+    /// Runs korvel with these arguments to its end. Other programs' messages are English.
+    static Outcome collect(const Words& arguments, const Surroundings& surroundings = {});
+
+    /// The same with system calls that go wrong.
+    static Outcome collectInjected(const Injection& injection, const Words& arguments);
+
+    /// Starts korvel without waiting for its end.
+    static std::unique_ptr<Process> startCollection(const Words& arguments, Surroundings surroundings = {});
+
+    /// Every file in the work directory.
+    static Files workFiles();
+
+    /// What a dispatcher's MMI service was asked so far.
+    static Words requestsTo(const std::string& dispatcher);
+
+    /// Returns once a dispatcher has been asked something.
+    static void awaitRequestTo(const std::string& dispatcher);
+
+    /// Where programs are found, the board's own first.
+    static std::string searchPath();
+
+    /// Puts a shell script on the search path of the runs that get the returned surroundings, in front of a
+    /// command of the board of the same name.
+    static Surroundings withCommand(const std::string& name, const std::string& script);
+
+private:
+    std::unique_ptr<Board> running;
+};
+
+/// How a run ends that did what it was asked for.
+Outcome success(std::string out = {}, std::string err = {});
+
+/// How a run ends that did not.
+Outcome failure(std::string out, std::string err);

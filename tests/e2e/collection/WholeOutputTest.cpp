@@ -1,0 +1,198 @@
+#include <filesystem>
+
+#include "CollectionFixture.hpp"
+#include "GrowingLog.hpp"
+#include "TestFiles.hpp"
+
+namespace {
+
+/// Everything that a run prints.
+class CollectionOutputTest : public CollectionFixture {
+protected:
+    static constexpr const char* dispatcherLog = "dispatcher_log_memory";
+    static constexpr const char* syslibLog = "syslib_log_memory";
+
+    /// The section of a process whose dump found no directory any more.
+    static std::string lostDump(const std::string& process) { return section(process, incompleteNote); }
+
+    /// The TI collector's sections after a run that was to print: all dumps but the first are lost.
+    static std::string printedTi(const std::string& syslib) {
+        return section("netfp_proxy", dumpText("netfp_proxy")) + lostDump("netfp_server") +
+               lostDump("netfp_master") + lostDump("resmgr_server") + header("SYSLIB LOG") + syslib;
+    }
+
+    static std::string printedDispatchers(const std::string& history) {
+        return printedStates("iwf", allStates) + printedStates("sfn", allStates) +
+               section("NETFP LOG", history) + printedReplies("iwf", allCommands) +
+               printedReplies("sfn", allCommands);
+    }
+
+    static std::string verboseInstance(const std::string& name, const std::string& port) {
+        std::string text = "Starting log collection from MMI service in dispatcher instance " + name +
+                           "...\nBinding to port: " + port + "\n";
+        for (const std::string& command : allCommands) {
+            text += "Sending MMI request: " + command + "\nResponse received successfully\n";
+        }
+        return text;
+    }
+
+    static std::string verboseFuse() {
+        return "Starting log collection from fuse file system...\n"
+               "Reading /tmp/fuse/iwf/tracing_on...\n"
+               "Reading /tmp/fuse/iwf/dispatcherCpu...\n"
+               "Reading /tmp/fuse/iwf/dmaStats...\n"
+               "Reading /tmp/fuse/sfn/tracing_on...\n"
+               "Reading /tmp/fuse/sfn/dispatcherCpu...\n"
+               "Reading /tmp/fuse/sfn/dmaStats...\n"
+               "Reading HistoryLog...\n";
+    }
+
+    std::string verboseDump(const std::string& process) const {
+        return "Sending 'kill -10' signal to " + process + " [pid:" + std::to_string(board().pid(process)) +
+               "]...\nDumping " + process + " to /tmp/korvel/ti/" + process + ".log... \n";
+    }
+
+    std::string verboseTi() const {
+        return "Starting log collection from TI...\n" + verboseDump("netfp_proxy") +
+               verboseDump("netfp_server") + verboseDump("netfp_master") + verboseDump("resmgr_server");
+    }
+};
+
+TEST_F(CollectionOutputTest, PrintAloneCollectsAndPrintsEverythingAndWritesNoFile) {
+    startBoard();
+    const GrowingLog history(dispatcherLog);
+    const GrowingLog syslib(syslibLog);
+
+    const Outcome outcome = collect({"print"});
+
+    EXPECT_EQ(outcome, success(printedDispatchers(history.versionIn(outcome.out)) +
+                               printedTi(syslib.versionIn(outcome.out))));
+    EXPECT_EQ(workFiles(), Files{});
+}
+
+TEST_F(CollectionOutputTest, TheDumpDirectoryIsGoneOnceItsDumpsAreToBePrinted) {
+    startBoard();
+
+    collect({"print", "proxy"});
+
+    EXPECT_TRUE(std::filesystem::is_directory(workDir));
+    EXPECT_FALSE(std::filesystem::exists("/tmp/korvel/ti"));
+}
+
+TEST_F(CollectionOutputTest, AVerboseRunTellsEachStepInItsOrderBesideWhatGoesWrong) {
+    startBoard();
+    const GrowingLog history(dispatcherLog);
+    const GrowingLog syslib(syslibLog);
+
+    const Outcome outcome = collect({"-v", "-d", "all", "all", "dump", "print"}, {.together = true});
+
+    EXPECT_EQ(outcome,
+              success("Verbose mode enabled.\n"
+                      "Communicating with both dispatchers\n"
+                      "\n"
+                      "Detected LogCollection keywords.\n" +
+                      verboseFuse() + verboseInstance("iwf", "7778") + verboseInstance("sfn", "8778") +
+                      verboseTi() + "Error while opening /tmp/korvel/ti/syslib_sm_log.log\n" +
+                      printedDispatchers(history.versionIn(outcome.out)) +
+                      printedTi(syslib.versionIn(outcome.out))));
+}
+
+TEST_F(CollectionOutputTest, EveryDumpReachesItsFileWhereNothingIsPrinted) {
+    startBoard();
+    const GrowingLog history(dispatcherLog);
+    const GrowingLog syslib(syslibLog);
+
+    const Outcome outcome = collect({"-v", "-d", "all", "dump"});
+
+    EXPECT_EQ(outcome, success("Verbose mode enabled.\n"
+                               "Communicating with both dispatchers\n"
+                               "\n"
+                               "Detected LogCollection keywords.\n" +
+                               verboseFuse() + verboseInstance("iwf", "7778") +
+                               verboseInstance("sfn", "8778") + verboseTi()));
+    const Files files = workFiles();
+    EXPECT_EQ(files,
+              together({stateFiles("iwf", allStates),
+                        stateFiles("sfn", allStates),
+                        replyFiles("iwf", allCommands),
+                        replyFiles("sfn", allCommands),
+                        dumpFiles(netfpProcesses),
+                        {{"fuse/HistoryLog.log", history.versionIn(files.at("fuse/HistoryLog.log"))},
+                         {"ti/syslib_sm_log.log", syslib.versionIn(files.at("ti/syslib_sm_log.log"))}}}));
+}
+
+TEST_F(CollectionOutputTest, TheDispatchersOfOneInstancePrintAsOneBlock) {
+    startBoard();
+    const GrowingLog history(dispatcherLog);
+
+    const Outcome outcome = collect({"-d", "iwf", "print", "dall"});
+
+    EXPECT_EQ(outcome,
+              success(printedStates("iwf", allStates) + section("NETFP LOG", history.versionIn(outcome.out)) +
+                      printedReplies("iwf", allCommands)));
+}
+
+TEST_F(CollectionOutputTest, CollectorsThatHaveNothingToDoAreNamedInVerboseMode) {
+    startBoard();
+
+    const Outcome outcome = collect({"-v", "server", "print"});
+
+    EXPECT_EQ(outcome,
+              success("Verbose mode enabled.\n"
+                      "\n"
+                      "Detected LogCollection keywords.\n"
+                      "Creation of LogCollector of type (fuse) skipped - no options specified\n"
+                      "Creation of LogCollector of type (mmi) skipped - no options specified\n"
+                      "Starting log collection from TI...\n" +
+                      verboseDump("netfp_server") + section("netfp_server", dumpText("netfp_server"))));
+}
+
+TEST_F(CollectionOutputTest, TheSyslibTextEndsTheOutputAsItStands) {
+    startBoardWithout({"netfp_server"});
+    const std::string text = GrowingLog(syslibLog).text();
+
+    EXPECT_EQ(collect({"print", "slog"}), success(header("SYSLIB LOG") + text));
+    EXPECT_EQ(collect({"print", "slog", "dlog", "dump"}).status, 0);
+}
+
+TEST_F(CollectionOutputTest, LogsThatNobodyWritesToPrintAsHeadersAlone) {
+    startBoardWithout({"netfp_server", "iwf_dispatcher", "sfn_dispatcher"});
+    EXPECT_EQ(collect({"print", "slog", "dlog"}), success(section("NETFP LOG", "") + header("SYSLIB LOG")));
+}
+
+TEST_F(CollectionOutputTest, FullLogsAreCollectedWhole) {
+    startBoard({.without = {"netfp_server", "iwf_dispatcher", "sfn_dispatcher"}, .fullLogs = true});
+    const std::string history = GrowingLog(dispatcherLog).text();
+    const std::string syslib = GrowingLog(syslibLog).text();
+    ASSERT_GT(history.size(), std::size_t{2'000'000});
+
+    const Outcome outcome = collect({"dump", "dlog", "slog"});
+
+    EXPECT_EQ(outcome, success());
+    EXPECT_EQ(workFiles(), (Files{{"fuse/HistoryLog.log", history}, {"ti/syslib_sm_log.log", syslib}}));
+}
+
+TEST_F(CollectionOutputTest, DumpedAndPackedFilesComeBeforeWhatIsPrinted) {
+    startBoard();
+
+    const Outcome outcome =
+        collect({"-v", "-d", "iwf", "print", "dump", "pkg-pm", "dinf"}, {.together = true});
+
+    const std::string package = "/ffs/run/logs/netfp_logs_post_mortem.tgz";
+    EXPECT_EQ(outcome, success("Verbose mode enabled.\n"
+                               "Communicating with iwf dispatcher\n"
+                               "\n"
+                               "Detected LogCollection keywords.\n"
+                               "Creation of LogCollector of type (ti) skipped - no options specified\n"
+                               "Starting log collection from fuse file system...\n"
+                               "Reading /tmp/fuse/iwf/tracing_on...\n"
+                               "Starting log collection from MMI service in dispatcher instance iwf...\n"
+                               "Binding to port: 7778\n"
+                               "Sending MMI request: SocketSvcInfo\n"
+                               "Response received successfully\n"
+                               "Creating " +
+                               package + " package...\n" + run({"tar", "tzf", package}).out +
+                               printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands)));
+}
+
+}  // namespace
