@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Config.hpp"
+#include "OutputCapture.hpp"
+#include "SystemLog.hpp"
+
+/// A board whose files a test lays down, and its system log. In verbose mode.
+class ConfigFixture : public testing::Test {
+protected:
+    static constexpr const char* configurationFile = "/rom/private/fpdispatcher.conf";
+
+    void SetUp() override;
+    void TearDown() override;
+
+    /// The board's configuration with `text` in its file.
+    static Config configOf(const std::string& text);
+    /// The board's configuration with the file that is there, or without one.
+    static Config config();
+
+    static void secureTheBoard();
+    static void failTheQueryForASecuredBoard();
+
+    /// What this program logged since the last call, each as "LEVEL: TEXT".
+    std::vector<std::string> records();
+
+private:
+    SystemLog systemLog;
+    OutputCapture lineEnds;  // of the records
+};

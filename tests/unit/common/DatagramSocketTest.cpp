@@ -1,0 +1,144 @@
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/time.h>
+#include <sys/un.h>
+
+#include "DatagramSocket.hpp"
+#include "Probe.hpp"
+#include "ResourceLimit.hpp"
+#include "SignalStorm.hpp"
+
+using namespace Korvel;
+using namespace std::chrono_literals;
+using std::chrono::steady_clock;
+
+namespace {
+
+/// A peer with a socket at /tmp/peer that reads when the test does, and a socket to send to it.
+class DatagramSocket : public testing::Test {
+protected:
+    DatagramSocket() { EXPECT_EQ(::bind(peer.get(), peerAddress(), sizeof(sockaddr_un)), 0); }
+
+    bool send(std::string_view text) const {
+        return sendDatagram(socket.get(), std::as_bytes(std::span(text)), peerAddress(), sizeof(sockaddr_un));
+    }
+
+    void fillTheQueueOfThePeer() const {
+        while (::sendto(socket.get(), "x", 1, MSG_DONTWAIT, peerAddress(), sizeof(sockaddr_un)) == 1) {
+        }
+        ASSERT_EQ(errno, EAGAIN);
+    }
+
+    std::string received() const {
+        std::array<char, 4096> buffer{};
+        const ssize_t length = ::recv(peer.get(), buffer.data(), buffer.size(), MSG_DONTWAIT);
+        return length < 0 ? std::strerror(errno)
+                          : std::string(buffer.data(), static_cast<std::size_t>(length));
+    }
+
+    /// What a send on the socket waits at most.
+    std::chrono::microseconds sendLimit() const {
+        timeval limit{};
+        socklen_t size = sizeof limit;
+        EXPECT_EQ(::getsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, &size), 0);
+        return std::chrono::seconds(limit.tv_sec) + std::chrono::microseconds(limit.tv_usec);
+    }
+
+    /// About a second, less what a coarse clock may cut off.
+    static constexpr auto atLeast = 950ms;
+
+    UniqueFd socket = openDatagramSocket(AF_UNIX);
+    UniqueFd peer{::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
+
+private:
+    static const sockaddr* peerAddress() {
+        static const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/tmp/peer"};
+        return reinterpret_cast<const sockaddr*>(&address);
+    }
+};
+
+TEST_F(DatagramSocket, IsClosedInChildren) {
+    EXPECT_EQ(::fcntl(socket.get(), F_GETFD), FD_CLOEXEC);
+}
+
+TEST_F(DatagramSocket, LimitsEverySendToASecond) {
+    EXPECT_EQ(sendLimit(), 1s);
+}
+
+TEST_F(DatagramSocket, SendsADatagramWhole) {
+    EXPECT_TRUE(send("one"));
+    EXPECT_TRUE(send(""));
+    EXPECT_TRUE(send(std::string(4000, 'x')));
+
+    EXPECT_EQ(received(), "one");
+    EXPECT_EQ(received(), "");
+    EXPECT_EQ(received(), std::string(4000, 'x'));
+    EXPECT_EQ(received(), "Resource temporarily unavailable");
+}
+
+TEST_F(DatagramSocket, TellsThatThereIsNobodyAtTheAddress) {
+    peer.reset();
+
+    EXPECT_FALSE(send("one"));
+    EXPECT_EQ(errno, ECONNREFUSED);
+}
+
+TEST_F(DatagramSocket, GivesAPeerThatNeverReadsUpAfterASecond) {
+    fillTheQueueOfThePeer();
+    const auto begin = steady_clock::now();
+
+    EXPECT_FALSE(send("one too many"));
+
+    EXPECT_EQ(errno, EAGAIN);
+    EXPECT_GE(steady_clock::now() - begin, atLeast);
+}
+
+TEST_F(DatagramSocket, GivesAPeerThatNeverReadsUpAfterASecondOfSignals) {
+    fillTheQueueOfThePeer();
+    const SignalStorm storm;
+    const auto begin = steady_clock::now();
+
+    EXPECT_FALSE(send("one too many"));
+
+    EXPECT_EQ(errno, EAGAIN);
+    EXPECT_GE(steady_clock::now() - begin, atLeast);
+    EXPECT_GT(SignalStorm::count(), 0);
+}
+
+TEST_F(DatagramSocket, HasTheWholeSecondAgainAfterASendThatSignalsInterrupted) {
+    fillTheQueueOfThePeer();
+    {
+        const SignalStorm storm;
+        EXPECT_FALSE(send("one too many"));
+    }
+
+    EXPECT_EQ(sendLimit(), 1s);
+}
+
+TEST(OpenDatagramSocket, TellsThatTheFamilyIsUnknown) {
+    EXPECT_FALSE(openDatagramSocket(AF_MAX));
+    EXPECT_EQ(errno, EAFNOSUPPORT);
+}
+
+TEST(OpenDatagramSocket, TellsThatThereAreNoDescriptorsLeft) {
+    const ResourceLimit noDescriptors(RLIMIT_NOFILE, 0);
+
+    EXPECT_FALSE(openDatagramSocket(AF_UNIX));
+    EXPECT_EQ(errno, EMFILE);
+}
+
+TEST(OpenDatagramSocket, FailsWhereSendsCannotBeLimited) {
+    const Outcome outcome = probeInjected({.faults = {"setsockopt:error=ENOMEM"}}, {"openDatagramSocket"});
+
+    EXPECT_EQ(outcome.out, "Cannot allocate memory\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+}  // namespace

@@ -1,0 +1,103 @@
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include "DescriptorBuffer.hpp"
+#include "SignalStorm.hpp"
+#include "TestFiles.hpp"
+#include "UniqueFd.hpp"
+
+using Korvel::DescriptorBuffer;
+using Korvel::UniqueFd;
+
+namespace {
+
+constexpr const char* path = "/tmp/output";
+
+/// A stream whose output lands in a file.
+class BufferedFile : public testing::Test {
+protected:
+    UniqueFd file{::open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0644)};
+    DescriptorBuffer buffer{file.get()};
+    std::ostream stream{&buffer};
+};
+
+TEST_F(BufferedFile, GetsItsTextWhenTheStreamIsFlushed) {
+    stream << "text " << 7;
+    EXPECT_EQ(contentOfFile(path), "");
+
+    stream.flush();
+    EXPECT_EQ(contentOfFile(path), "text 7");
+}
+
+TEST_F(BufferedFile, GetsManySmallPiecesInTheirOrder) {
+    std::string expected;
+    for (int i = 0; i < 20000; ++i) {
+        stream << i << ' ';
+        stream.put('.');
+        expected += std::to_string(i) + " .";
+    }
+    stream.flush();
+
+    EXPECT_TRUE(contentOfFile(path) == expected);
+}
+
+TEST_F(BufferedFile, GetsALargePieceBehindWhatWasHeld) {
+    const std::string large(100000, 'x');
+
+    stream << "held " << large;
+
+    EXPECT_TRUE(contentOfFile(path) == "held " + large);
+}
+
+TEST(BufferedDevice, FailsTheStreamAndTellsWhy) {
+    const UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
+    DescriptorBuffer buffer(full.get());
+    std::ostream stream(&buffer);
+
+    stream << "text" << std::flush;
+
+    EXPECT_EQ(errno, ENOSPC);
+    EXPECT_FALSE(stream);
+}
+
+/// A stream into a pipe that is full long before its reader begins.
+class SlowPipe : public testing::Test {
+protected:
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> reader{::popen("sleep 0.2; cat > /tmp/output", "we"),
+                                                           ::pclose};
+    const int descriptor = ::fileno(reader.get());
+    DescriptorBuffer buffer{descriptor};
+    std::ostream stream{&buffer};
+    const std::string large = std::string(1U << 20, 'x');
+
+    void expectEverythingAtTheReader() {
+        stream << "first " << large << " last" << std::flush;
+
+        EXPECT_TRUE(stream);
+        reader.reset();
+        EXPECT_TRUE(contentOfFile(path) == "first " + large + " last");
+    }
+};
+
+TEST_F(SlowPipe, GetsEverythingThroughSignals) {
+    const SignalStorm storm;
+
+    expectEverythingAtTheReader();
+    EXPECT_GT(SignalStorm::count(), 0);
+}
+
+TEST_F(SlowPipe, GetsEverythingThroughSignalsWhereItDoesNotBlock) {
+    ASSERT_EQ(::fcntl(descriptor, F_SETFL, O_NONBLOCK), 0);
+    const SignalStorm storm;
+
+    expectEverythingAtTheReader();
+    EXPECT_GT(SignalStorm::count(), 0);
+}
+
+}  // namespace

@@ -1,0 +1,144 @@
+#include <cstring>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+
+#include "InputFile.hpp"
+#include "OutputCapture.hpp"
+#include "Probe.hpp"
+#include "Shell.hpp"
+#include "TestFiles.hpp"
+
+using namespace Korvel;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* path = "/tmp/file";
+
+/// Every byte of a file of `size` bytes; no two pieces of it are alike.
+std::string patternOf(std::size_t size) {
+    std::string pattern;
+    while (pattern.size() < size) {
+        pattern += std::to_string(pattern.size()) + ' ';
+    }
+    pattern.resize(size);
+    return pattern;
+}
+
+std::string openingOf(const std::string& name) {
+    const InputFile file(name);
+    return file.isOpen() ? "open" : std::strerror(errno);
+}
+
+TEST(InputFile, OpensRegularFilesAlone) {
+    writeFile(path, "");
+    fs::create_directory("/tmp/folder");
+    fs::create_symlink("file", "/tmp/link");
+    fs::create_symlink("nowhere", "/tmp/dangling");
+    fs::create_symlink("circle", "/tmp/circle");
+    ASSERT_EQ(::mkfifo("/tmp/fifo", S_IRUSR | S_IWUSR), 0);
+    const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/tmp/socket"};
+    const UniqueFd socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+
+    EXPECT_EQ(openingOf(path), "open");
+    EXPECT_EQ(openingOf("/tmp/link"), "open");
+    EXPECT_EQ(openingOf("/proc/self/status"), "open");
+    EXPECT_EQ(openingOf("/tmp/absent"), "No such file or directory");
+    EXPECT_EQ(openingOf("/tmp/dangling"), "No such file or directory");
+    EXPECT_EQ(openingOf("/tmp/circle"), "Too many levels of symbolic links");
+    EXPECT_EQ(openingOf("/tmp/folder"), "Is a directory");
+    EXPECT_EQ(openingOf("/tmp/fifo"), "No such device or address");
+    EXPECT_EQ(openingOf("/tmp/socket"), "No such device or address");
+    EXPECT_EQ(openingOf("/dev/zero"), "No such device or address");
+    EXPECT_EQ(openingOf(""), "No such file or directory");
+}
+
+TEST(InputFile, IsClosedInChildren) {
+    writeFile(path, "");
+    OutputCapture console;
+    EXPECT_TRUE(executeCommand("ls /proc/self/fd"));
+    const std::string without = console.out();
+
+    const InputFile file(path);
+    EXPECT_TRUE(executeCommand("ls /proc/self/fd"));
+
+    EXPECT_TRUE(file.isOpen());
+    EXPECT_EQ(console.out(), without);
+}
+
+TEST(InputFile, ReadsFromStartToEnd) {
+    writeFile(path, "abcdefgh");
+    InputFile file(path);
+    std::string buffer(5, '?');
+
+    EXPECT_EQ(file.read(buffer), 5U);
+    EXPECT_EQ(buffer, "abcde");
+    EXPECT_EQ(file.read(buffer), 3U);
+    EXPECT_EQ(buffer, "fghde");
+    EXPECT_EQ(file.read(buffer), 0U);
+}
+
+TEST(InputFile, TellsThatItsKindCannotBeLearned) {
+    writeFile(path, "");
+
+    const Outcome outcome =
+        probeInjected({.faults = {"newfstatat:error=EIO"}, .path = path}, {"openInputFile", path});
+
+    EXPECT_EQ(outcome.out, "Input/output error\n");
+}
+
+TEST(ReadWholeFile, ReturnsEveryByteOfALargeFile) {
+    const std::string pattern = patternOf((2U << 20) + 1);
+    writeFile(path, pattern);
+
+    EXPECT_TRUE(readWholeFile(path) == pattern);
+}
+
+TEST(ReadWholeFile, ReadsAFileWhoseSizeReadsZero) {
+    ASSERT_EQ(fs::file_size("/proc/version"), 0U);
+
+    EXPECT_EQ(readWholeFile("/proc/version"), run({"cat", "/proc/version"}).out);
+}
+
+TEST(ReadWholeFile, HasNothingOfAFileThatCannotBeOpened) {
+    EXPECT_EQ(readWholeFile("/tmp/absent"), std::nullopt);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST(ReadWholeFile, GoesOnAfterASignal) {
+    writeFile(path, "all of it");
+
+    const Outcome outcome =
+        probeInjected({.faults = {"read:error=EINTR:when=1"}, .path = path}, {"readWholeFile", path});
+
+    EXPECT_EQ(outcome.out, "all of it\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST(ReadWholeFile, OpensOnAfterASignal) {
+    writeFile(path, "all of it");
+
+    const Outcome outcome =
+        probeInjected({.faults = {"openat:error=EINTR:when=1"}, .path = path}, {"readWholeFile", path});
+
+    EXPECT_EQ(outcome.out, "all of it\n");
+}
+
+TEST(ReadWholeFile, ReportsAReadThatBreaksOffAndReturnsWhatCameBefore) {
+    const std::string pattern = patternOf(100000);
+    writeFile(path, pattern);
+
+    const Outcome outcome =
+        probeInjected({.faults = {"read:error=EIO:when=2"}, .path = path}, {"readWholeFile", path});
+
+    EXPECT_EQ(outcome.out, pattern.substr(0, 65536) + "\n");
+    EXPECT_EQ(outcome.err, "Error while reading /tmp/file: Input/output error\n");
+}
+
+}  // namespace

@@ -1,0 +1,104 @@
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "Log.hpp"
+#include "OutputCapture.hpp"
+#include "SystemLog.hpp"
+#include "VerboseMode.hpp"
+
+using namespace Korvel;
+
+namespace {
+
+using Records = std::vector<std::string>;
+
+constexpr LogLvl beyondAllLevels{42};
+constexpr LogLvl belowAllLevels{-1};
+
+class Logf : public testing::Test {
+protected:
+    void SetUp() override { setVerboseMode(true); }
+    void TearDown() override { setVerboseMode(false); }
+
+    SystemLog systemLog;
+    OutputCapture console;
+};
+
+TEST_F(Logf, WritesNothingAnywhereOutsideVerboseMode) {
+    setVerboseMode(false);
+
+    logf(LogLvl::error, "port %d", 7);
+
+    EXPECT_EQ(systemLog.records(), Records{});
+    EXPECT_EQ(console.out(), "");
+    EXPECT_EQ(console.err(), "");
+}
+
+TEST_F(Logf, SendsTheFormattedTextAndPrintsABareLineEnd) {
+    logf(LogLvl::information, "port %d of %s", 7, "eth0");
+
+    EXPECT_EQ(systemLog.records(), Records{"<14>TIME common_test: port 7 of eth0"});
+    EXPECT_EQ(console.out(), "\n");
+    EXPECT_EQ(console.err(), "");
+}
+
+TEST_F(Logf, SendsEachLevelWithItsPriority) {
+    logf(LogLvl::error, "error");
+    logf(LogLvl::warning, "warning");
+    logf(LogLvl::information, "information");
+    logf(LogLvl::debug, "debug");
+    logf(beyondAllLevels, "beyond");
+
+    EXPECT_EQ(systemLog.records(), (Records{
+                                       "<11>TIME common_test: error",
+                                       "<12>TIME common_test: warning",
+                                       "<14>TIME common_test: information",
+                                       "<15>TIME common_test: debug",
+                                       "<15>TIME common_test: beyond",
+                                   }));
+    EXPECT_EQ(console.out(), "\n\n\n\n\n");
+}
+
+TEST_F(Logf, PrintsItsLineEndWithoutASystemLog) {
+    std::filesystem::remove("/dev/log");
+
+    logf(LogLvl::error, "to nobody");
+
+    EXPECT_EQ(console.out(), "\n");
+    EXPECT_EQ(console.err(), "");
+}
+
+TEST_F(Logf, LosesARecordThatTheSystemLogHasNoRoomFor) {
+    systemLog.fill();
+
+    logf(LogLvl::error, "lost");
+
+    EXPECT_EQ(systemLog.records(), Records{});
+    EXPECT_EQ(console.out(), "\n");
+    EXPECT_EQ(console.err(), "");
+}
+
+TEST_F(Logf, SendsAgainOnceTheSystemLogHasRoom) {
+    systemLog.fill();
+    logf(LogLvl::error, "lost");
+    systemLog.records();
+
+    logf(LogLvl::error, "kept");
+
+    EXPECT_EQ(systemLog.records(), Records{"<11>TIME common_test: kept"});
+}
+
+TEST(LogLvlToPriority, MapsEveryLevel) {
+    EXPECT_EQ(logLvlToPriority(LogLvl::error), 3);
+    EXPECT_EQ(logLvlToPriority(LogLvl::warning), 4);
+    EXPECT_EQ(logLvlToPriority(LogLvl::information), 6);
+    EXPECT_EQ(logLvlToPriority(LogLvl::debug), 7);
+    EXPECT_EQ(logLvlToPriority(LogLvl{0}), 3);
+    EXPECT_EQ(logLvlToPriority(LogLvl{1}), 4);
+    EXPECT_EQ(logLvlToPriority(LogLvl{2}), 6);
+    EXPECT_EQ(logLvlToPriority(beyondAllLevels), 7);
+    EXPECT_EQ(logLvlToPriority(belowAllLevels), 7);
+}
+
+}  // namespace

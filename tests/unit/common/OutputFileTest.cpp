@@ -1,0 +1,165 @@
+#include <csignal>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "OutputCapture.hpp"
+#include "OutputFile.hpp"
+#include "Probe.hpp"
+#include "ResourceLimit.hpp"
+#include "TestFiles.hpp"
+
+using namespace Korvel;
+
+namespace {
+
+constexpr const char* path = "/tmp/dump.log";
+
+class OutputFileTest : public testing::Test {
+protected:
+    OutputFile file{path};
+};
+
+TEST_F(OutputFileTest, KeepsTheOrderOfItsWrites) {
+    file.write("one ");
+    file.write("");
+    file.write(std::string_view("t\0o", 3));
+
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(contentOfFile(path), std::string("one t\0o", 7));
+    EXPECT_EQ(file.writeError(), 0);
+}
+
+TEST_F(OutputFileTest, IsEmptiedWhenItIsOpened) {
+    file.write("before");
+    EXPECT_TRUE(file.close());
+
+    OutputFile again(path);
+    EXPECT_TRUE(again.isOpen());
+    EXPECT_EQ(contentOfFile(path), "");
+}
+
+TEST_F(OutputFileTest, WritesNothingBehindItsFirstError) {
+    std::filesystem::create_symlink("/dev/full", "/tmp/full");
+    OutputFile full("/tmp/full");
+    full.write("text");
+    ASSERT_EQ(full.writeError(), ENOSPC);
+    std::filesystem::remove("/tmp/full");
+
+    full.write("more");
+
+    EXPECT_FALSE(full.close());
+    EXPECT_EQ(full.writeError(), ENOSPC);
+}
+
+TEST_F(OutputFileTest, TellsThatItCannotBeOpened) {
+    EXPECT_FALSE(OutputFile("/tmp/absent/dump.log").isOpen());
+}
+
+class WriteDumpFile : public testing::Test {
+protected:
+    OutputCapture console;
+};
+
+TEST_F(WriteDumpFile, ReplacesWhatWasThere) {
+    writeFile(path, "a longer text than the next");
+
+    EXPECT_TRUE(writeDumpFile(path, "text\n"));
+
+    EXPECT_EQ(contentOfFile(path), "text\n");
+    EXPECT_EQ(console.out(), "");
+    EXPECT_EQ(console.err(), "");
+}
+
+TEST_F(WriteDumpFile, WritesALargeText) {
+    const std::string text(3U << 20, 'x');
+
+    EXPECT_TRUE(writeDumpFile(path, text));
+
+    EXPECT_TRUE(contentOfFile(path) == text);
+}
+
+TEST_F(WriteDumpFile, LeavesAnEmptyFileForAnEmptyText) {
+    EXPECT_TRUE(writeDumpFile(path, ""));
+
+    EXPECT_EQ(contentOfFile(path), "");
+}
+
+TEST_F(WriteDumpFile, ReportsAFileThatCannotBeOpened) {
+    EXPECT_FALSE(writeDumpFile("/tmp/absent/dump.log", "text"));
+
+    EXPECT_EQ(console.out(), "");
+    EXPECT_EQ(console.err(), "Error while opening /tmp/absent/dump.log\n");
+}
+
+TEST_F(WriteDumpFile, ReportsAFullDiskOnce) {
+    std::filesystem::create_symlink("/dev/full", path);
+
+    EXPECT_FALSE(writeDumpFile(path, std::string(1U << 20, 'x')));
+
+    EXPECT_EQ(console.err(), "Error while writing /tmp/dump.log: No space left on device\n");
+}
+
+TEST_F(WriteDumpFile, GoesOnAfterAShortWriteAndReportsTheNextThatFails) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    {
+        const ResourceLimit smallFiles(RLIMIT_FSIZE, 1000);
+        EXPECT_FALSE(writeDumpFile(path, std::string(2000, 'x')));
+    }
+    std::signal(SIGXFSZ, SIG_DFL);
+
+    EXPECT_EQ(contentOfFile(path), std::string(1000, 'x'));
+    EXPECT_EQ(console.err(), "Error while writing /tmp/dump.log: File too large\n");
+}
+
+/// The same in a process whose system calls on the file fail.
+class WriteDumpFileUnderFaults : public testing::Test {
+protected:
+    static Outcome writeUnder(const std::string& fault) {
+        writeFile(path, "before");
+        return probeInjected({.faults = {fault}, .path = path}, {"writeDumpFile", path, "text"});
+    }
+};
+
+TEST_F(WriteDumpFileUnderFaults, GoesOnAfterASignal) {
+    for (const std::string call : {"write", "ftruncate"}) {
+        SCOPED_TRACE(call);
+        const Outcome outcome = writeUnder(call + ":error=EINTR:when=1");
+
+        EXPECT_EQ(outcome.out, "true\n");
+        EXPECT_EQ(outcome.err, "");
+        EXPECT_EQ(contentOfFile(path), "text");
+    }
+}
+
+TEST_F(WriteDumpFileUnderFaults, ReportsAWriteThatMakesNoProgress) {
+    const Outcome outcome = writeUnder("write:retval=0");
+
+    EXPECT_EQ(outcome.out, "false\n");
+    EXPECT_EQ(outcome.err, "Error while writing /tmp/dump.log: Input/output error\n");
+}
+
+TEST_F(WriteDumpFileUnderFaults, ReportsAFailedCloseAsAFailedWrite) {
+    // The first close is that of the descriptor that the way to the file was found by.
+    const Outcome outcome = writeUnder("close:error=EDQUOT:when=2");
+
+    EXPECT_EQ(outcome.out, "false\n");
+    EXPECT_EQ(outcome.err, "Error while writing /tmp/dump.log: Disk quota exceeded\n");
+}
+
+TEST_F(WriteDumpFileUnderFaults, TakesAnInterruptedCloseForOneThatWasDone) {
+    const Outcome outcome = writeUnder("close:error=EINTR");
+
+    EXPECT_EQ(outcome.out, "true\n");
+    EXPECT_EQ(outcome.err, "");
+}
+
+TEST_F(WriteDumpFileUnderFaults, ReportsAFileThatCannotBeEmptiedAsOneThatCannotBeOpened) {
+    const Outcome outcome = writeUnder("ftruncate:error=EPERM");
+
+    EXPECT_EQ(outcome.out, "false\n");
+    EXPECT_EQ(outcome.err, "Error while opening /tmp/dump.log\n");
+    EXPECT_EQ(contentOfFile(path), "before");
+}
+
+}  // namespace

@@ -1,0 +1,110 @@
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include <unistd.h>
+
+#include "Console.hpp"
+#include "DatagramSocket.hpp"
+#include "InputFile.hpp"
+#include "IsolatedCpus.hpp"
+#include "OutputFile.hpp"
+#include "Shell.hpp"
+#include "SmLogReader.hpp"
+#include "TrustedOpen.hpp"
+#include "Wait.hpp"
+
+namespace {
+
+using Arguments = char**;
+
+std::string truth(bool value) {
+    return value ? "true" : "false";
+}
+
+/// What an owner of a descriptor says: "open", or why it is not.
+template <typename Open>
+std::string openness(Open open) {
+    errno = 0;
+    return open() ? "open" : std::strerror(errno);
+}
+
+std::string getIsolatedCpuMaskTwice(Arguments /*arguments*/) {
+    const unsigned first = Korvel::getIsolatedCpuMask();
+    return std::to_string(first) + " " + std::to_string(Korvel::getIsolatedCpuMask());
+}
+
+std::string speak(Arguments /*arguments*/) {
+    Korvel::print("first line\n");
+    Korvel::fail("second line");
+    Korvel::print("third line\n");
+    Korvel::executeCommand("echo fourth line");
+    Korvel::print("fifth line\n");
+    return truth(Korvel::finishStandardOutput());
+}
+
+std::string speakTwice(Arguments /*arguments*/) {
+    Korvel::print("first line\n");
+    Korvel::flushStandardOutput();
+    errno = EINVAL;  // of no concern to what was lost before
+    Korvel::print("second line\n");
+    return truth(Korvel::finishStandardOutput());
+}
+
+std::string waitForInput(Arguments /*arguments*/) {
+    Korvel::print("waits\n");
+    errno = 0;
+    const Korvel::Readiness readiness = Korvel::waitReadable(STDIN_FILENO, {});
+    return readiness == Korvel::Readiness::ready ? "ready" : std::strerror(errno);
+}
+
+std::string napForAnHour(Arguments /*arguments*/) {
+    Korvel::print("naps\n");
+    Korvel::nap(std::chrono::hours(1));
+    return {};
+}
+
+struct Function {
+    std::string_view name;
+    std::string (*call)(Arguments arguments);
+};
+
+constexpr std::array functions{
+    Function{"executeCommand", [](Arguments words) { return truth(Korvel::executeCommand(words[0])); }},
+    Function{"getIsolatedCpuMaskTwice", getIsolatedCpuMaskTwice},
+    Function{"napForAnHour", napForAnHour},
+    Function{"openDatagramSocket",
+             [](Arguments) {
+                 return openness([] { return static_cast<bool>(Korvel::openDatagramSocket(AF_UNIX)); });
+             }},
+    Function{"openInputFile",
+             [](Arguments words) { return openness([&] { return Korvel::InputFile(words[0]).isOpen(); }); }},
+    Function{"openTrusted",
+             [](Arguments words) {
+                 return openness([&] { return static_cast<bool>(Korvel::openTrusted(words[0])); });
+             }},
+    Function{"readSmLog",
+             [](Arguments words) {
+                 const auto size = static_cast<unsigned>(std::stoul(words[1]));
+                 return Korvel::readSmLog(words[0], size, static_cast<AppID>(std::stoul(words[2])));
+             }},
+    Function{"readWholeFile",
+             [](Arguments words) { return Korvel::readWholeFile(words[0]).value_or(std::strerror(errno)); }},
+    Function{"speak", speak},
+    Function{"speakTwice", speakTwice},
+    Function{"waitForInput", waitForInput},
+    Function{"writeDumpFile",
+             [](Arguments words) { return truth(Korvel::writeDumpFile(words[0], words[1])); }},
+};
+
+}  // namespace
+
+int main(int /*argc*/, char** argv) {
+    const auto* const function = std::ranges::find(functions, std::string_view(argv[1]), &Function::name);
+    std::cout << function->call(argv + 2) << std::endl;
+    return 0;
+}

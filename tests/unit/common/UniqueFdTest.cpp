@@ -1,0 +1,85 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+
+#include "UniqueFd.hpp"
+
+using Korvel::UniqueFd;
+
+namespace {
+
+bool isOpen(int descriptor) {
+    return ::fcntl(descriptor, F_GETFD) != -1;
+}
+
+/// An owner, and the number of what it owned at first.
+class OwnedDescriptor : public testing::Test {
+protected:
+    UniqueFd owner{::open("/dev/null", O_RDONLY | O_CLOEXEC)};
+    const int number = owner.get();
+};
+
+TEST_F(OwnedDescriptor, IsClosedWithItsOwner) {
+    { const UniqueFd last = std::move(owner); }
+
+    EXPECT_FALSE(isOpen(number));
+}
+
+TEST_F(OwnedDescriptor, MovesFromOwnerToOwner) {
+    UniqueFd next = std::move(owner);
+    owner = std::move(next);
+
+    EXPECT_EQ(owner.get(), number);
+    EXPECT_TRUE(isOpen(number));
+    EXPECT_FALSE(next);  // NOLINT(bugprone-use-after-move): an owner that gave up is empty
+}
+
+TEST_F(OwnedDescriptor, StaysWhereItsOwnerIsAssignedToItself) {
+    UniqueFd& same = owner;
+    owner = std::move(same);
+
+    EXPECT_EQ(owner.get(), number);
+    EXPECT_TRUE(isOpen(number));
+}
+
+TEST_F(OwnedDescriptor, IsClosedForAnotherThatTakesItsPlace) {
+    const int other = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+
+    owner.reset(other);
+
+    EXPECT_EQ(owner.get(), other);
+    EXPECT_FALSE(isOpen(number));
+}
+
+TEST_F(OwnedDescriptor, SurvivesAnOwnerThatReleasedIt) {
+    EXPECT_EQ(owner.release(), number);
+
+    EXPECT_FALSE(owner);
+    EXPECT_TRUE(isOpen(number));
+    ::close(number);
+}
+
+TEST_F(OwnedDescriptor, ReportsACloseThatFailed) {
+    ::close(number);
+
+    EXPECT_FALSE(owner.close());
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_FALSE(owner);
+}
+
+TEST_F(OwnedDescriptor, LeavesErrnoAloneWhereItIsReset) {
+    ::close(number);
+    errno = ENOSPC;
+
+    owner.reset();
+
+    EXPECT_EQ(errno, ENOSPC);
+}
+
+TEST(EmptyOwner, ClosesNothing) {
+    UniqueFd empty;
+
+    EXPECT_FALSE(empty);
+    EXPECT_TRUE(empty.close());
+}
+
+}  // namespace
