@@ -103,6 +103,17 @@ Surroundings CollectionFixture::withCommand(const std::string& name, const std::
     return surroundings;
 }
 
+std::string CollectionFixture::verboseStart(const std::string& selection, const Words& skippedCollectors) {
+    // The empty line is the trace of a record for the system log: the board isolates its cores.
+    std::string text = "Verbose mode enabled.\n" + selection + "\nDetected LogCollection keywords.\n";
+    for (const std::string& collector : skippedCollectors) {
+        text.append("Creation of LogCollector of type (")
+            .append(collector)
+            .append(") skipped - no options specified\n");
+    }
+    return text;
+}
+
 Outcome success(std::string out, std::string err) {
     return {0, std::move(out), std::move(err)};
 }

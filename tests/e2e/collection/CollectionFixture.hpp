@@ -19,6 +19,12 @@ protected:
     static constexpr const char* packageDir = "/ffs/run/logs";
     static constexpr const char* timedOut = "poll(): Timed out while waiting for response";
 
+    /// The search for the NetFP processes, as the shell gets it.
+    static constexpr const char* listing =
+        "ps aux | grep -v -E \"grep|korvel\" | grep -E "
+        "\"netfp_server|netfp_proxy|netfp_master|resmgr_server\""
+        " > /tmp/korvelpids.tmp";
+
     /// Starts a board; without a scenario one on which everything runs and nothing misbehaves.
     void startBoard(const Scenario& scenario = {});
 
@@ -54,6 +60,10 @@ protected:
     /// Puts a shell script on the search path of the runs that get the returned surroundings, in front of a
     /// command of the board of the same name.
     static Surroundings withCommand(const std::string& name, const std::string& script);
+
+    /// How a verbose run begins: what it says of the option "-d" (lines, or nothing), then of the collectors
+    /// that have nothing to do.
+    static std::string verboseStart(const std::string& selection, const Words& skippedCollectors);
 
 private:
     std::unique_ptr<Board> running;

@@ -144,12 +144,9 @@ TEST_F(DumpFileTest, OnAFullDiskTheProcessesCannotEvenBeListed) {
 
     const Outcome outcome = collect({"print", "proxy"});
 
-    EXPECT_EQ(outcome,
-              success(section("netfp_proxy", ""),
-                      "grep: write error: No space left on device\n"
-                      "Command: ps aux | grep -v -E \"grep|korvel\" | grep -E "
-                      "\"netfp_server|netfp_proxy|netfp_master|resmgr_server\" > /tmp/korvelpids.tmp "
-                      "exited with error, exit code: 2\n"));
+    EXPECT_EQ(outcome, success(section("netfp_proxy", ""),
+                               "grep: write error: No space left on device\nCommand: " +
+                                   std::string(listing) + " exited with error, exit code: 2\n"));
 }
 
 TEST_F(DumpFileTest, AWorkDirectoryThatCannotBeMadeIsReportedAndEverythingIsPrinted) {

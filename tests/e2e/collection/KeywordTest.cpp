@@ -34,11 +34,9 @@ TEST_F(CollectionKeywordTest, KeywordsAreWholeWordsInLowerCase) {
 
 TEST_F(CollectionKeywordTest, VerboseModeTellsThatTheRequestFailed) {
     startBoard();
-    EXPECT_EQ(collect({"-v", "print", "foo"}), failure("Verbose mode enabled.\n"
-                                                       "\n"
-                                                       "Detected LogCollection keywords.\n"
-                                                       "LogCollection Failed to process the request.\n",
-                                                       "Unknown parameter: foo\n"));
+    EXPECT_EQ(collect({"-v", "print", "foo"}),
+              failure(verboseStart("", {}) + "LogCollection Failed to process the request.\n",
+                      "Unknown parameter: foo\n"));
 }
 
 TEST_F(CollectionKeywordTest, AllIsClaimedButLacksAnOutputMode) {

@@ -171,25 +171,22 @@ TEST_F(PackageTest, AVerboseRunNamesThePackageAndListsItsMembers) {
         SCOPED_TRACE(keyword);
         const Outcome outcome = collect({"-v", "-d", "iwf", keyword, "dstat"});
 
-        EXPECT_EQ(outcome, success("Verbose mode enabled.\n"
-                                   "Communicating with iwf dispatcher\n"
-                                   "\n"
-                                   "Detected LogCollection keywords.\n"
-                                   "Creation of LogCollector of type (ti) skipped - no options specified\n"
-                                   "Starting log collection from fuse file system...\n"
-                                   "Reading /tmp/fuse/iwf/dispatcherCpu...\n"
-                                   "Reading /tmp/fuse/iwf/dmaStats...\n"
-                                   "Starting log collection from MMI service in dispatcher instance iwf...\n"
-                                   "Binding to port: 7778\n"
-                                   "Sending MMI request: SocketSvcCounters\n"
-                                   "Response received successfully\n"
-                                   "Sending MMI request: ReassemblyCounters\n"
-                                   "Response received successfully\n"
-                                   "Sending MMI request: HeapStats\n"
-                                   "Response received successfully\n"
-                                   "Creating " +
-                                       package(suffix) + " package...\n" + listingOf(package(suffix)),
-                                   err));
+        EXPECT_EQ(outcome,
+                  success(verboseStart("Communicating with iwf dispatcher\n", {"ti"}) +
+                              "Starting log collection from fuse file system...\n"
+                              "Reading /tmp/fuse/iwf/dispatcherCpu...\n"
+                              "Reading /tmp/fuse/iwf/dmaStats...\n"
+                              "Starting log collection from MMI service in dispatcher instance iwf...\n"
+                              "Binding to port: 7778\n"
+                              "Sending MMI request: SocketSvcCounters\n"
+                              "Response received successfully\n"
+                              "Sending MMI request: ReassemblyCounters\n"
+                              "Response received successfully\n"
+                              "Sending MMI request: HeapStats\n"
+                              "Response received successfully\n"
+                              "Creating " +
+                              package(suffix) + " package...\n" + listingOf(package(suffix)),
+                          err));
     }
 }
 
@@ -201,6 +198,16 @@ TEST_F(PackageTest, WhatLiesInTheWorkDirectoryIsPackedTooAndStays) {
 
     EXPECT_EQ(filesIn(package("_post_mortem.tgz")), workFiles());
     EXPECT_EQ(workFiles().at("archive/old.log.gz"), "archived");
+}
+
+TEST_F(PackageTest, DumpsThatArePrintedAreNotPacked) {
+    startBoard();
+
+    const Outcome outcome = collect({"-d", "iwf", "print", "pkg-pm", "dinf", "proxy"});
+
+    EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands) +
+                               section("netfp_proxy", dumpText("netfp_proxy"))));
+    EXPECT_EQ(membersOf(package("_post_mortem.tgz")), sorted(iwfMembers, linuxMembers));
 }
 
 TEST_F(PackageTest, TheGatheringCommandGetsTheWorkDirectoryAndItsErrorsAreNotShown) {

@@ -11,10 +11,11 @@ namespace {
 class PidFileTest : public CollectionFixture {
 protected:
     static constexpr const char* pidFile = "/tmp/korvelpids.tmp";
-    static constexpr const char* listing =
-        "Command: ps aux | grep -v -E \"grep|korvel\" | grep -E "
-        "\"netfp_server|netfp_proxy|netfp_master|resmgr_server\" > /tmp/korvelpids.tmp "
-        "exited with error, exit code: ";
+    /// What is said of a search that ends with this exit code.
+    static std::string failedListing(int code) {
+        return "Command: " + std::string(listing) + " exited with error, exit code: " + std::to_string(code) +
+               "\n";
+    }
 
     /// A `ps` that lists this.
     static Surroundings withListing(const std::string& lines) {
@@ -44,7 +45,7 @@ TEST_F(PidFileTest, ItStaysWhereNoProcessIsFound) {
 
     const Outcome outcome = collect({"dump", "proxy"}, withoutNetfpProcesses());
 
-    EXPECT_EQ(outcome, success("", std::string(listing) + "1\n"));
+    EXPECT_EQ(outcome, success("", failedListing(1)));
     EXPECT_EQ(contentOfFile(pidFile), "");
     EXPECT_EQ(workFiles(), Files{});
     EXPECT_EQ(Board::received("netfp_proxy"), Words{});
@@ -70,7 +71,7 @@ TEST_F(PidFileTest, ALinkInItsPlaceIsNotFollowedWhereNothingIsFoundEither) {
 
     const Outcome outcome = collect({"dump", "proxy"}, withoutNetfpProcesses());
 
-    EXPECT_EQ(outcome, success("", std::string(listing) + "1\n"));
+    EXPECT_EQ(outcome, success("", failedListing(1)));
     EXPECT_EQ(contentOfFile("/tmp/precious"), "precious");
     EXPECT_EQ(contentOfFile(pidFile), "");
 }
@@ -100,12 +101,7 @@ TEST_F(PidFileTest, ListedNumbersThatAreNoProcessesAreSkipped) {
         return "Sending 'kill -10' signal to " + process + " [pid:" + pid + "]...\nInvalid pid for " +
                process + " [pid:" + pid + "], process may not be running, skipping\n";
     };
-    EXPECT_EQ(outcome, success("Verbose mode enabled.\n"
-                               "\n"
-                               "Detected LogCollection keywords.\n"
-                               "Creation of LogCollector of type (fuse) skipped - no options specified\n"
-                               "Creation of LogCollector of type (mmi) skipped - no options specified\n"
-                               "Starting log collection from TI...\n" +
+    EXPECT_EQ(outcome, success(verboseStart("", {"fuse", "mmi"}) + "Starting log collection from TI...\n" +
                                skipped("netfp_proxy", "0") + skipped("netfp_server", "1") +
                                skipped("netfp_master", "-5") + skipped("resmgr_server", "0")));
 }
@@ -147,7 +143,7 @@ TEST_F(PidFileTest, AListingThatFailsSkipsEveryProcess) {
 
     const Outcome outcome = collect({"print", "proxy"}, withCommand("grep", "exit 2\n"));
 
-    EXPECT_EQ(outcome, success(section("netfp_proxy", ""), std::string(listing) + "2\n"));
+    EXPECT_EQ(outcome, success(section("netfp_proxy", ""), failedListing(2)));
 }
 
 }  // namespace

@@ -28,6 +28,11 @@ protected:
         return together({stateFiles("iwf", allStates), emptyReplyFiles("iwf", allCommands)});
     }
 
+    /// The first command of a run, and the others of its kind, wait at the gate.
+    static Surroundings withSlowDirectories() {
+        return withCommand("mkdir", Gate::script() + "exec /bin/mkdir \"$@\"\n");
+    }
+
     /// The request with a package on top.
     Words packedRequest() const {
         Words request = silentRequest;
@@ -99,14 +104,29 @@ TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunWhileThePackageI
     EXPECT_EQ(filesIn(package("_post_mortem.tgz")), workFiles());
 }
 
+TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunBeforeItsFirstCommandHasEnded) {
+    startBoard();
+    const std::unique_ptr<Process> run =
+        startCollection({"-d", "iwf", "pkg-sdown", "dinf"}, withSlowDirectories());
+    Gate::await();
+
+    ::kill(run->pid(), SIGTERM);
+    Gate::open();
+
+    EXPECT_EQ(run->wait(), success());
+    EXPECT_EQ(filesIn(package("_shutdown.tgz")), workFiles());
+}
+
 TEST_F(CollectionSignalTest, WithoutAPackageATerminationRequestEndsTheRun) {
-    startSilentBoard();
-    const std::unique_ptr<Process> run = startCollection(silentRequest);
-    awaitRequestTo("iwf_dispatcher");
+    startBoard();
+    const std::unique_ptr<Process> run =
+        startCollection({"-d", "iwf", "print", "dump", "dinf"}, withSlowDirectories());
+    Gate::await();
 
     ::kill(run->pid(), SIGTERM);
 
-    EXPECT_EQ(run->wait().status, terminated);
+    EXPECT_EQ(run->wait(), (Outcome{terminated, "", ""}));
+    Gate::open();
 }
 
 TEST_F(CollectionSignalTest, ChildProcessesDoNotInheritThatATerminationRequestHasNoEffect) {

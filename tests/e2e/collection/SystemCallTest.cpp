@@ -148,10 +148,7 @@ TEST_F(CollectionSystemCallTest, CommandsThatCannotBeStartedAreReportedAndEveryt
               success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands) +
                           section("netfp_proxy", ""),
                       unstarted("mkdir -p /tmp/korvel/fuse") + unstarted("mkdir -p /tmp/korvel/mmi") +
-                          unstarted("mkdir -p /tmp/korvel/ti") +
-                          unstarted("ps aux | grep -v -E \"grep|korvel\" | grep -E "
-                                    "\"netfp_server|netfp_proxy|netfp_master|resmgr_server\" > "
-                                    "/tmp/korvelpids.tmp") +
+                          unstarted("mkdir -p /tmp/korvel/ti") + unstarted(listing) +
                           unstarted("mkdir -p /tmp/korvel/fuse/iwf/") +
                           "Error while opening /tmp/korvel/fuse/iwf/tracing_on.log\n" +
                           unstarted("mkdir -p /tmp/korvel/mmi/iwf/") +
