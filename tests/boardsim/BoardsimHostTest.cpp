@@ -104,14 +104,15 @@ TEST(BoardsimHostTest, NeedsNoPrivilege) {
     }
     // A copy, since a folder of root's may be closed to others.
     const fs::path copy = fs::path(testing::TempDir()) / ("boardsim." + std::to_string(::getpid()));
-    const fs::path tree = fs::path(BOARDSIM_PROGRAM).parent_path();
-    fs::create_directory(copy);
-    for (const char* part : {"boardsim", "lib", "libexec"}) {
-        fs::copy(tree / part, copy / part, fs::copy_options::recursive);
+    const fs::path tree = fs::path(BOARDSIM_PROGRAM).parent_path().parent_path();
+    for (const char* part : {"bin", PLATFORM_LIBRARIES}) {
+        fs::create_directories(copy / part);
+        fs::copy(tree / part, copy / part);
     }
 
     const Outcome outcome = run(
-        {"setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", copy / "boardsim", "sh", "-c",
+        {"setpriv", "--reuid", "65534", "--regid", "65534", "--clear-groups", copy / "bin/boardsim", "sh",
+         "-c",
          "id -u; grep CapEff /proc/self/status; pidof netfp_master > /dev/null && touch /tmp/file; exit 5"});
 
     fs::remove_all(copy);
