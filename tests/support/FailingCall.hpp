@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include <sys/syscall.h>
+
+/// A system call that the kernel refuses, for failures that no file and no peer can cause.
+struct FailingCall {
+    /// Narrows the failure to calls with this value in one of their arguments.
+    struct Argument {
+        unsigned index;  ///< from 0
+        std::uint32_t value;
+    };
+
+    long number;  ///< SYS_...
+    int error;    ///< the errno value that callers get
+    std::optional<Argument> argument = {};
+};
+
+/// The call behind poll(), which some processors only have in its wider form.
+#ifdef SYS_poll
+constexpr long pollCall = SYS_poll;
+#else
+constexpr long pollCall = SYS_ppoll;
+#endif
+
+/// Runs `work` to its end on a thread of its own on which, and in whose children, `call` fails.
+/// Throws std::system_error where the kernel cannot be told so; an exception of `work` ends the program.
+void runFailing(const FailingCall& call, const std::function<void()>& work);

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+// The NetFP master's datagrams byte by byte.
+
+/// Four bytes, lowest first.
+std::string littleEndian(std::uint32_t number);
+
+/// A request of 148 bytes: what `body` does not fill is zero.
+std::string masterRequest(std::uint32_t type, std::uint32_t id, std::string_view body);
+
+/// The identifier in a request.
+std::uint32_t idOfRequest(const std::string& request);
+
+/// A response of 272 bytes to the request `id`.
+std::string masterResponse(std::uint32_t id, std::int32_t errorCode, std::int32_t switchPort = 0);

@@ -1,0 +1,75 @@
+#include "ScriptedPeer.hpp"
+
+#include <mutex>
+#include <utility>
+
+#include "DatagramSocket.hpp"
+#include "Peer.hpp"
+#include "PeerThread.hpp"
+
+/// What both threads know.
+class ScriptedPeer::Script {
+public:
+    void tell(Answer next) {
+        const std::lock_guard lock(mutex);
+        answer = std::move(next);
+    }
+
+    /// Notes the request; the answer that it gets.
+    Answer take(const std::string& request) {
+        const std::lock_guard lock(mutex);
+        received.push_back(request);
+        return answer;
+    }
+
+    std::vector<std::string> requests() const {
+        const std::lock_guard lock(mutex);
+        return received;
+    }
+
+private:
+    mutable std::mutex mutex;
+    Answer answer = [](const std::string& /*request*/, const Reply& /*reply*/) {};
+    std::vector<std::string> received;
+};
+
+class ScriptedPeer::Service : public Peer {
+public:
+    Service(std::shared_ptr<Script> told, DatagramSocket bound)
+        : script(std::move(told)), socket(std::move(bound)) {}
+
+    int descriptor() const override { return socket.descriptor(); }
+
+    void serve() override {
+        const Datagram request = socket.receive();
+        script->take(request.bytes)(
+            request.bytes, [&](std::string_view bytes) { return socket.send(bytes, request.sender); });
+    }
+
+private:
+    std::shared_ptr<Script> script;
+    DatagramSocket socket;
+};
+
+ScriptedPeer::ScriptedPeer(DatagramSocket socket)
+    : script(std::make_shared<Script>()),
+      thread(std::make_unique<PeerThread>(std::make_unique<Service>(script, std::move(socket)))) {
+}
+
+ScriptedPeer::~ScriptedPeer() = default;
+
+ScriptedPeer ScriptedPeer::atPath(const std::string& path) {
+    return ScriptedPeer(DatagramSocket::atPath(path));
+}
+
+ScriptedPeer ScriptedPeer::atLocalPort(std::uint16_t port) {
+    return ScriptedPeer(DatagramSocket::atLocalPort(port));
+}
+
+void ScriptedPeer::answers(Answer answer) {
+    script->tell(std::move(answer));
+}
+
+std::vector<std::string> ScriptedPeer::requests() const {
+    return script->requests();
+}
