@@ -1,0 +1,226 @@
+// The exchange with the NetFP master on a descriptor of the caller's.
+
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <thread>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "FailingCall.hpp"
+#include "NetFPMasterSocket.hpp"
+#include "NetfpMasterWire.hpp"
+#include "Printed.hpp"
+#include "ScriptedPeer.hpp"
+#include "SignalStorm.hpp"
+#include "TestFiles.hpp"
+#include "UniqueFd.hpp"
+#include "VerboseMode.hpp"
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::uint32_t id = 0xfedcba98;
+constexpr int longerThanAnyTest = 36000;  // in units of 100 ms
+
+class NetFPMasterSocketTest : public testing::Test {
+protected:
+    void TearDown() override { Korvel::setVerboseMode(false); }
+
+    void connect(const std::string& path = "/tmp/client") {
+        printed = printedBy([&] { socket.reset(Korvel::connectAndBindToLinuxSocket(path)); });
+    }
+
+    bool send(const std::string& path = "/tmp/master") {
+        NetfpMaster_Request request{};
+        request.type = NETFP_MASTER_GET_SWITCH_PORT;
+        request.requestId = id;
+        bool done = false;
+        printed = printedBy([&] { done = Korvel::sendNetFPRequest(socket.get(), path, &request); });
+        return done;
+    }
+
+    bool receive(int retries = longerThanAnyTest) {
+        bool done = false;
+        printed =
+            printedBy([&] { done = Korvel::receiveNetFpResponse(socket.get(), &response, id, retries); });
+        return done;
+    }
+
+    /// Connects, and sends a request that the master answers with these datagrams.
+    void givenAnswers(std::vector<std::string> datagrams) {
+        master.answers([datagrams = std::move(datagrams)](const std::string& /*request*/,
+                                                          const ScriptedPeer::Reply& reply) {
+            for (const std::string& datagram : datagrams) {
+                while (!reply(datagram)) {
+                    std::this_thread::yield();
+                }
+            }
+        });
+        connect();
+        ASSERT_TRUE(send());
+    }
+
+    std::string responseBytes() const {
+        std::string bytes(sizeof response, '\0');
+        std::memcpy(bytes.data(), &response, sizeof response);
+        return bytes;
+    }
+
+    ScriptedPeer master = ScriptedPeer::atPath("/tmp/master");
+    Korvel::UniqueFd socket;
+    NetfpMaster_Response response{};
+    Printed printed;
+};
+
+}  // namespace
+
+TEST_F(NetFPMasterSocketTest, BindsAPathInPlaceOfWhateverIsThere) {
+    writeFile("/tmp/client", "left behind");
+
+    connect();
+
+    EXPECT_TRUE(socket);
+    EXPECT_EQ(printed, Printed{});
+    EXPECT_TRUE(fs::is_socket("/tmp/client"));
+}
+
+TEST_F(NetFPMasterSocketTest, TellsItsStepsInVerboseMode) {
+    Korvel::setVerboseMode(true);
+
+    connect();
+
+    EXPECT_EQ(printed, (Printed{.out = "Opening Linux Socket for response from server\n"
+                                       "Binding to Linux client Socket \"/tmp/client\"\n"}));
+}
+
+TEST_F(NetFPMasterSocketTest, ReportsASocketThatCannotBeHad) {
+    runFailing({.number = SYS_socket, .error = EMFILE}, [&] { connect(); });
+
+    EXPECT_EQ(socket.get(), -1);
+    EXPECT_EQ(printed, (Printed{.err = "Socket Creation Failed: 24: Too many open files\n"}));
+}
+
+TEST_F(NetFPMasterSocketTest, ReportsAPathThatCannotBeBound) {
+    const struct {
+        std::string path;
+        std::string message;
+    } cases[] = {
+        {"/tmp/missing/client", "Failed to Bind to Linux Socket: 2: No such file or directory\n"},
+        {std::string(108, 'c'), "Failed to Bind to Linux Socket: 36: File name too long\n"},
+    };
+    for (const auto& [path, message] : cases) {
+        connect(path);
+
+        EXPECT_EQ(socket.get(), -1);
+        EXPECT_EQ(printed, Printed{.err = message});
+    }
+}
+
+TEST_F(NetFPMasterSocketTest, SendsTheRequestWithTheCallersIdentifier) {
+    givenAnswers({masterResponse(id, 0)});
+
+    EXPECT_EQ(printed, Printed{});
+    ASSERT_TRUE(receive());
+    EXPECT_EQ(master.requests(), std::vector{masterRequest(4, id, "")});
+}
+
+TEST_F(NetFPMasterSocketTest, ReportsASendThatFails) {
+    connect();
+    const struct {
+        std::string path;
+        std::string message;
+    } cases[] = {
+        {"/tmp/nobody", "Failed to Send to Linux Socket: 2: No such file or directory\n"},
+        {std::string(108, 'm'), "Failed to Send to Linux Socket: 36: File name too long\n"},
+    };
+    for (const auto& [path, message] : cases) {
+        EXPECT_FALSE(send(path));
+        EXPECT_EQ(printed, Printed{.err = message});
+    }
+}
+
+TEST_F(NetFPMasterSocketTest, DoesNotWaitForEverForRoomInTheMastersQueue) {
+    const Korvel::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
+    connect();
+
+    while (send("/tmp/deaf")) {
+    }
+
+    EXPECT_EQ(printed, (Printed{.err = "Failed to Send to Linux Socket: 11: Resource temporarily "
+                                       "unavailable\n"}));
+}
+
+TEST_F(NetFPMasterSocketTest, TakesTheResponseWithTheIdentifierWhateverItsErrorCode) {
+    givenAnswers({masterResponse(id, -5, 3)});
+
+    EXPECT_TRUE(receive());
+
+    EXPECT_EQ(printed, Printed{});
+    EXPECT_EQ(responseBytes(), masterResponse(id, -5, 3));
+}
+
+TEST_F(NetFPMasterSocketTest, DropsOtherDatagrams) {
+    std::vector<std::string> datagrams;
+    for (int i = 0; i < 34; ++i) {
+        datagrams.insert(datagrams.end(),
+                         {masterResponse(id + 1, 0, 1), "", masterResponse(id, 0, 1).substr(0, 15)});
+    }
+    datagrams.push_back(masterResponse(id, 0, 4));
+    givenAnswers(datagrams);
+
+    EXPECT_TRUE(receive(50));  // fewer than there are datagrams
+
+    EXPECT_EQ(responseBytes(), masterResponse(id, 0, 4));
+}
+
+TEST_F(NetFPMasterSocketTest, FillsUpAShortResponseWithZeros) {
+    givenAnswers({masterResponse(id, 0, 4).substr(0, 16)});
+
+    EXPECT_TRUE(receive());
+
+    EXPECT_EQ(responseBytes(), masterResponse(id, 0, 4).substr(0, 16) + std::string(256, '\0'));
+}
+
+TEST_F(NetFPMasterSocketTest, TakesTheFirst272BytesOfALongerDatagram) {
+    givenAnswers({masterResponse(id, 0, 4) + "surplus"});
+
+    EXPECT_TRUE(receive());
+
+    EXPECT_EQ(responseBytes(), masterResponse(id, 0, 4));
+}
+
+TEST_F(NetFPMasterSocketTest, GivesUpWithoutAWordAndLeavesTheResponseAlone) {
+    givenAnswers({masterResponse(id - 1, 0, 4)});
+
+    EXPECT_FALSE(receive(2));
+
+    EXPECT_EQ(printed, Printed{});
+    EXPECT_EQ(responseBytes(), std::string(272, '\0'));
+}
+
+TEST_F(NetFPMasterSocketTest, WaitsWithoutLimitForZeroRetriesThroughSignals) {
+    constexpr int manySignals = 20;
+    master.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
+        while (SignalStorm::count() < manySignals) {
+            std::this_thread::sleep_for(1ms);
+        }
+        reply(masterResponse(id, 0, 2));
+    });
+    connect();
+    const SignalStorm storm;
+    ASSERT_TRUE(send());
+
+    EXPECT_TRUE(receive(0));
+
+    EXPECT_EQ(responseBytes(), masterResponse(id, 0, 2));
+}
+
+TEST_F(NetFPMasterSocketTest, ReportsAReceiveThatFails) {
+    EXPECT_FALSE(receive());  // without a socket
+
+    EXPECT_EQ(printed, (Printed{.err = "Failed to receive from Linux Socket: 9: Bad file descriptor\n"}));
+}
