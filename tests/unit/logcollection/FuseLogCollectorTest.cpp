@@ -1,0 +1,153 @@
+// Which files of the state tree are collected, and the history log.
+
+#include <algorithm>
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "Configuration.hpp"
+#include "FuseLogCollector.hpp"
+#include "Printed.hpp"
+#include "TestFiles.hpp"
+#include "VerboseMode.hpp"
+
+namespace fs = std::filesystem;
+namespace Configuration = Korvel::Configuration;
+using Korvel::FuseLogCollector;
+
+namespace {
+
+constexpr unsigned information = 1;  // coverage
+constexpr unsigned statistics = 2;
+constexpr unsigned log = 4;
+constexpr unsigned everything = 7;
+
+/// A selection of instances lasts as long as the process does.
+class FuseLogCollectorTest : public testing::Test {
+protected:
+    FuseLogCollectorTest() { fs::remove_all("/tmp/fuse"); }
+    void TearDown() override { Korvel::setVerboseMode(false); }
+
+    /// Everything that either instance publishes.
+    static void publish(const std::string& instance) {
+        const fs::path folder = fs::path("/tmp/fuse") / instance;
+        for (const std::string file : {"tracing_on", "dispatcherCpu", "dmaStats", "fpBridgeStats"}) {
+            writeFile(folder / file, file);
+        }
+    }
+
+    /// The "Reading" lines of a collection, which are one for each source.
+    static Printed sourcesOf(unsigned mask) {
+        FuseLogCollector collector("/tmp/korvel", mask);
+        Korvel::setVerboseMode(true);
+        bool succeeded = false;
+        Printed printed = printedBy([&] { succeeded = collector.collectLogs(false); });
+        EXPECT_TRUE(succeeded);
+        return printed;
+    }
+
+    static Printed reading(const std::vector<std::string>& sources) {
+        Printed expected{.out = "Starting log collection from fuse file system...\n"};
+        for (const std::string& source : sources) {
+            expected.out += "Reading " + source + "...\n";
+        }
+        return expected;
+    }
+};
+
+using Row = std::vector<std::string>;
+
+std::vector<Row> rows(const std::vector<FuseLogCollector::Entry>& entries) {
+    std::vector<Row> result(entries.size());
+    std::transform(entries.begin(), entries.end(), result.begin(), [](const auto& entry) {
+        return Row{entry.directory, entry.fileName, entry.title};
+    });
+    return result;
+}
+
+}  // namespace
+
+TEST_F(FuseLogCollectorTest, HasItsTables) {
+    const std::string tree = "/tmp/fuse/";
+    EXPECT_EQ(FuseLogCollector::id, "fuse");
+    EXPECT_EQ(FuseLogCollector::fusePath, tree);
+    EXPECT_EQ(rows(FuseLogCollector::fuseInfoFiles),
+              (std::vector<Row>{{tree, "tracing_on", "Tracing Enabled"}}));
+    EXPECT_EQ(rows(FuseLogCollector::fuseStatsFiles),
+              (std::vector<Row>{{tree, "dispatcherCpu", "Dispatcher CPU"},
+                                {tree, "dmaStats", "Dma Service Statistics"}}));
+    EXPECT_EQ(rows(FuseLogCollector::fuseStatsFilesIWF),
+              (std::vector<Row>{{tree, "fpBridgeStats", "FPBridge Statistics"}}));
+    EXPECT_EQ(rows(FuseLogCollector::fuseLogsFiles), (std::vector<Row>{{tree, "HistoryLog", "NETFP LOG"}}));
+}
+
+TEST_F(FuseLogCollectorTest, CollectsOnlyTheHistoryLogForMask4) {
+    Configuration::setDispatcherInstance(Configuration::IWF);
+    Configuration::setDispatcherInstance(Configuration::SFN);
+    publish("iwf");
+
+    EXPECT_EQ(sourcesOf(log), reading({"HistoryLog"}));
+}
+
+TEST_F(FuseLogCollectorTest, CollectsTheHistoryLogWithoutAnyInstance) {
+    EXPECT_EQ(sourcesOf(everything), reading({"HistoryLog"}));
+}
+
+TEST_F(FuseLogCollectorTest, CollectsBothInstancesInTheirOrder) {
+    Configuration::setDispatcherInstance(Configuration::SFN);
+    Configuration::setDispatcherInstance(Configuration::IWF);
+    publish("iwf");
+    publish("sfn");
+
+    EXPECT_EQ(sourcesOf(everything),
+              reading({"/tmp/fuse/iwf/tracing_on", "/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats",
+                       "/tmp/fuse/sfn/tracing_on", "/tmp/fuse/sfn/dispatcherCpu", "/tmp/fuse/sfn/dmaStats",
+                       "HistoryLog"}));
+}
+
+TEST_F(FuseLogCollectorTest, CollectsInformationAndStatisticsByTheirBits) {
+    Configuration::setDispatcherInstance(Configuration::IWF);
+    publish("iwf");
+
+    EXPECT_EQ(sourcesOf(information), reading({"/tmp/fuse/iwf/tracing_on"}));
+    EXPECT_EQ(sourcesOf(statistics), reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats",
+                                              "/tmp/fuse/iwf/fpBridgeStats"}));
+}
+
+TEST_F(FuseLogCollectorTest, CollectsBridgeStatisticsOfIwfWhereTheTreeHasNoSfnDirectory) {
+    Configuration::setDispatcherInstance(Configuration::IWF);
+    publish("iwf");
+    const Printed withBridge =
+        reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats", "/tmp/fuse/iwf/fpBridgeStats"});
+    const Printed withoutBridge = reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats"});
+
+    EXPECT_EQ(sourcesOf(statistics), withBridge);
+
+    writeFile("/tmp/fuse/sfn", "no directory");
+    EXPECT_EQ(sourcesOf(statistics), withBridge);
+
+    fs::remove("/tmp/fuse/sfn");
+    fs::create_directory("/tmp/fuse/sfn");
+    EXPECT_EQ(sourcesOf(statistics), withoutBridge);
+}
+
+TEST_F(FuseLogCollectorTest, NeverCollectsBridgeStatisticsWhereSfnAloneIsSelected) {
+    Configuration::setDispatcherInstance(Configuration::SFN);
+
+    Printed expected = reading({"/tmp/fuse/sfn/dispatcherCpu", "/tmp/fuse/sfn/dmaStats"});
+    expected.err =
+        "Error while opening /tmp/fuse/sfn/dispatcherCpu\nError while opening /tmp/fuse/sfn/dmaStats\n";
+    EXPECT_EQ(sourcesOf(statistics), expected);
+}
+
+TEST_F(FuseLogCollectorTest, FixesItsFilesWhenItIsCreated) {
+    Configuration::setDispatcherInstance(Configuration::IWF);
+    publish("iwf");
+    FuseLogCollector collector("/tmp/korvel", statistics);
+    fs::create_directory("/tmp/fuse/sfn");
+    Korvel::setVerboseMode(true);
+
+    EXPECT_EQ(
+        printedBy([&] { collector.collectLogs(false); }),
+        reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats", "/tmp/fuse/iwf/fpBridgeStats"}));
+}

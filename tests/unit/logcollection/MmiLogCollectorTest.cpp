@@ -1,0 +1,217 @@
+// What is asked of the dispatchers' MMI services, and how their replies are put together.
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include "HeaderLine.hpp"
+#include "MmiLogCollectorFixture.hpp"
+#include "SignalStorm.hpp"
+#include "VerboseMode.hpp"
+
+using Korvel::MmiLogCollector;
+
+namespace {
+
+const std::string timedOut = "poll(): Timed out while waiting for response\n";
+
+class MmiLogCollectorTest : public MmiLogCollectorFixture {
+protected:
+    /// What the console shows of the one reply to an information command that IWF sent in `datagrams`.
+    std::string shownOf(const Datagrams& datagrams) {
+        selectIwf();
+        answers(iwf, datagrams);
+        EXPECT_EQ(collect(information), Printed{});
+        return show().out;
+    }
+
+    static std::string shownInfo(const std::string& reply) {
+        return headerLine("iwf Socket Service Info") + reply + "\n";
+    }
+};
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+Pairs pairs(const std::vector<MmiLogCollector::Entry>& entries) {
+    Pairs result(entries.size());
+    std::transform(entries.begin(), entries.end(), result.begin(),
+                   [](const auto& entry) { return std::pair(entry.command, entry.title); });
+    return result;
+}
+
+}  // namespace
+
+TEST_F(MmiLogCollectorTest, HasItsTables) {
+    EXPECT_EQ(MmiLogCollector::id, "mmi");
+    EXPECT_EQ(pairs(MmiLogCollector::mmiInfoCmds), (Pairs{{"SocketSvcInfo", "Socket Service Info"}}));
+    EXPECT_EQ(pairs(MmiLogCollector::mmiStatsCmds), (Pairs{{"SocketSvcCounters", "Socket Service Counters"},
+                                                           {"ReassemblyCounters", "Reassembly Counters"},
+                                                           {"HeapStats", "Heap Statistics"}}));
+}
+
+TEST_F(MmiLogCollectorTest, SendsTheCommandsOfItsMaskInTheirOrder) {
+    selectIwf();
+    repeatsCommands(iwf);
+
+    EXPECT_EQ(collect(statistics), Printed{});
+    EXPECT_EQ(collect(information), Printed{});
+    EXPECT_EQ(collect(everything), Printed{});
+
+    EXPECT_EQ(iwf.requests(),
+              (Datagrams{"SocketSvcCounters", "ReassemblyCounters", "HeapStats",  //
+                         "SocketSvcInfo",                                         //
+                         "SocketSvcInfo", "SocketSvcCounters", "ReassemblyCounters", "HeapStats"}));
+}
+
+TEST_F(MmiLogCollectorTest, JoinsTheDatagramsOfAReplyUpToTheMarker) {
+    EXPECT_EQ(shownOf({"first\n", "second", "third\n", marker, "never read"}),
+              shownInfo("first\nsecondthird\n"));
+}
+
+TEST_F(MmiLogCollectorTest, EndsAnEmptyReplyWithTheMarker) {
+    EXPECT_EQ(shownOf({marker}), "");
+    EXPECT_TRUE(succeeded);
+}
+
+TEST_F(MmiLogCollectorTest, TakesTheTextUpToTheFirstZeroByte) {
+    using namespace std::string_literals;
+    EXPECT_EQ(shownOf({"text\0hidden"s, "\0nothing"s, "more\n"s, marker + "\0\0"s}), shownInfo("textmore\n"));
+}
+
+TEST_F(MmiLogCollectorTest, BoundsTheTextOfADatagramAtTheSizeOfTheBuffer) {
+    EXPECT_EQ(shownOf({std::string(513, 'a'), std::string(600, 'b'), "c", marker}),
+              shownInfo(std::string(513, 'a') + std::string(513, 'b') + "c"));
+}
+
+TEST_F(MmiLogCollectorTest, DoesNotRecognizeAMarkerThatSharesItsDatagramWithText) {
+    selectIwf();
+    answers(iwf, {"text" + marker});
+    EXPECT_EQ(collect(information), Printed{.err = timedOut});
+    EXPECT_EQ(show().out, shownInfo("text" + marker));
+
+    answers(iwf, {marker + "\n"});
+    EXPECT_EQ(collect(information), Printed{.err = timedOut});
+    EXPECT_EQ(show().out, shownInfo(marker + "\n"));
+}
+
+TEST_F(MmiLogCollectorTest, KeepsAReplyThatBreaksOff) {
+    selectIwf();
+    answers(iwf, {"begun"});
+
+    EXPECT_EQ(collect(information), Printed{.err = timedOut});
+
+    EXPECT_TRUE(succeeded);
+    EXPECT_EQ(show().out, shownInfo("begun"));
+}
+
+TEST_F(MmiLogCollectorTest, EndsAReplyAtAnEmptyDatagram) {
+    selectIwf();
+    answers(iwf, {"begun", "", "never read", marker});
+
+    EXPECT_EQ(collect(information), (Printed{.err = "recv(): Peer has performed an orderly shutdown\n"}));
+
+    EXPECT_EQ(show().out, shownInfo("begun"));
+}
+
+TEST_F(MmiLogCollectorTest, QueriesIwfBeforeSfn) {
+    selectSfn();
+    selectIwf();
+    std::string order;
+    const auto note = [&order](const std::string& name) {
+        return [&order, name](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
+            order += name;
+            reply(marker);
+        };
+    };
+    iwf.answers(note("iwf "));
+    sfn.answers(note("sfn "));
+
+    EXPECT_EQ(collect(statistics), Printed{});
+
+    EXPECT_EQ(order, "iwf iwf iwf sfn sfn sfn ");
+}
+
+TEST_F(MmiLogCollectorTest, QueriesSfnAloneFromItsOwnPortsWhereItAloneIsSelected) {
+    selectSfn();
+    repeatsCommands(sfn);
+    Korvel::setVerboseMode(true);
+
+    EXPECT_EQ(collect(information),
+              (Printed{.out = "Starting log collection from MMI service in dispatcher instance sfn...\n"
+                              "Binding to port: 8778\n"
+                              "Sending MMI request: SocketSvcInfo\n"
+                              "Response received successfully\n"}));
+
+    EXPECT_EQ(iwf.requests(), Datagrams{});
+    EXPECT_EQ(sfn.requests(), Datagrams{"SocketSvcInfo"});
+}
+
+TEST_F(MmiLogCollectorTest, QueriesNobodyWhereNothingIsSelected) {
+    Korvel::setVerboseMode(true);
+
+    EXPECT_EQ(collect(everything), Printed{});
+
+    EXPECT_TRUE(succeeded);
+    EXPECT_EQ(show(), Printed{});
+}
+
+TEST_F(MmiLogCollectorTest, TellsItsStepsInVerboseMode) {
+    selectIwf();
+    answers(iwf, {"text", marker});
+    Korvel::setVerboseMode(true);
+
+    EXPECT_EQ(collect(statistics),
+              (Printed{.out = "Starting log collection from MMI service in dispatcher instance iwf...\n"
+                              "Binding to port: 7778\n"
+                              "Sending MMI request: SocketSvcCounters\n"
+                              "Response received successfully\n"
+                              "Sending MMI request: ReassemblyCounters\n"
+                              "Response received successfully\n"
+                              "Sending MMI request: HeapStats\n"
+                              "Response received successfully\n"}));
+}
+
+TEST_F(MmiLogCollectorTest, GoesOnAfterSignals) {
+    selectIwf();
+    iwf.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
+        constexpr int signalsForADatagram = 10;
+        for (int count = 1; count <= 3; ++count) {
+            const int target = SignalStorm::count() + signalsForADatagram;
+            while (SignalStorm::count() < target) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            }
+            reply(std::to_string(count));
+        }
+        reply(marker);
+    });
+    const SignalStorm storm;
+
+    EXPECT_EQ(collect(information), Printed{});
+
+    EXPECT_EQ(show().out, shownInfo("123"));
+}
+
+TEST_F(MmiLogCollectorTest, CutsAReplyThatDoesNotEndAndGoesOn) {
+    selectIwf();
+    selectSfn();
+    repeatsCommands(sfn);
+    std::atomic<bool> over = false;
+    const std::string piece(512, 'x');
+    iwf.answers([&](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
+        while (!over) {
+            reply(piece);
+        }
+    });
+
+    const Printed printed = collect(information);
+    over = true;
+
+    EXPECT_EQ(printed, (Printed{.err = "Reply to SocketSvcInfo does not end, cut\n"}));
+    EXPECT_TRUE(succeeded);
+    const std::string shown = show().out;  // too much to be shown by a failure
+    EXPECT_EQ(shown.size(), shownInfo("").size() + (16U << 20U) +
+                                (headerLine("sfn Socket Service Info") + "SocketSvcInfo\n").size());
+    EXPECT_TRUE(shown == shownInfo(std::string(16U << 20U, 'x')) + headerLine("sfn Socket Service Info") +
+                             "SocketSvcInfo\n");
+}
