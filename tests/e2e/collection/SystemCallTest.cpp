@@ -1,7 +1,5 @@
 #include <filesystem>
 
-#include <unistd.h>
-
 #include "CollectionFixture.hpp"
 #include "TestFiles.hpp"
 #include "TextFile.hpp"
@@ -196,18 +194,30 @@ TEST_F(CollectionSystemCallTest, AFullConsoleIsReportedOnceAndSpoilsNoFile) {
     EXPECT_EQ(workFiles(), allFiles());
 }
 
-TEST_F(CollectionSystemCallTest, TooFewDescriptorsKeepFilesFromBeingWrittenButNotFromBeingPrinted) {
+TEST_F(CollectionSystemCallTest, WithoutDescriptorsForTheirDirectoryFilesAreReportedAndThePrintIsWhole) {
+    startBoard();
+
+    const Outcome outcome = collectInjected({.faults = {"openat:error=EMFILE"}, .path = "/tmp/korvel/mmi"},
+                                            {"-d", "iwf", "print", "dump", "dinf"});
+
+    EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands),
+                               "Error while opening /tmp/korvel/mmi/iwf/SocketSvcInfo.log\n"));
+    EXPECT_EQ(workFiles(), stateFiles("iwf", infoStates));
+}
+
+TEST_F(CollectionSystemCallTest, DescriptorsThatAreTooFewForTheShellAreEnoughForTheRest) {
     startBoard();
     const std::vector<int> inherited{3, 4, 5, 6, 7, 8, 9};  // whoever started the tests may have left some
 
-    // One is enough to load the program and to read and to ask, but not to walk to a file's directory.
-    const Outcome outcome =
-        collect({"-d", "iwf", "print", "dump", "dinf"},
-                {.closedDescriptors = inherited, .limits = {{RLIMIT_NOFILE, STDERR_FILENO + 2}}});
+    const Outcome outcome = collect({"-d", "iwf", "print", "dump", "dinf", "proxy"},
+                                    {.closedDescriptors = inherited, .limits = {{RLIMIT_NOFILE, 9}}});
 
-    EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands),
-                               "Error while opening /tmp/korvel/fuse/iwf/tracing_on.log\n"
-                               "Error while opening /tmp/korvel/mmi/iwf/SocketSvcInfo.log\n"));
+    // The shell keeps its own copies of descriptors from number 10 on.
+    EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands) +
+                                   section("netfp_proxy", ""),
+                               "sh: 1: 1: Invalid argument\nCommand: " + std::string(listing) +
+                                   " exited with error, exit code: 2\n"));
+    EXPECT_EQ(workFiles(), together({stateFiles("iwf", infoStates), replyFiles("iwf", infoCommands)}));
 }
 
 }  // namespace
