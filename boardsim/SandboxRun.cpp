@@ -1,7 +1,6 @@
 #include "SandboxRun.hpp"
 
 #include <csignal>
-#include <cstdlib>
 #include <optional>
 #include <system_error>
 
@@ -13,7 +12,6 @@
 #include "ProgramTree.hpp"
 #include "Sandbox.hpp"
 #include "SignalDescriptor.hpp"
-#include "SystemCall.hpp"
 #include "TerminalKeeper.hpp"
 
 namespace {

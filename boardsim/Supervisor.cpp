@@ -1,7 +1,7 @@
 #include "Supervisor.hpp"
 
+#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <iostream>
