@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <regex>
 #include <sstream>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "BoardCommand.hpp"
@@ -68,9 +68,7 @@ TEST_F(PackageBuilderTest, PutsTheTimeIntoTheNameOfThePlainPackageAlone) {
     EXPECT_EQ(build(plain), Printed{});
 
     const std::vector<std::string> packages = filesBelow(packageFolder);
-    ASSERT_EQ(packages.size(), 1);
-    EXPECT_TRUE(std::regex_match(packages[0], std::regex("netfp_logs_[0-9]{6}_[0-9]{6}\\.tgz")))
-        << packages[0];
+    ASSERT_THAT(packages, testing::ElementsAre(testing::MatchesRegex("netfp_logs_[0-9]{6}_[0-9]{6}[.]tgz")));
     EXPECT_EQ(members(packages[0]), (std::vector<std::string>{"./", "./ti/", "./ti/netfp_proxy.log"}));
 }
 
