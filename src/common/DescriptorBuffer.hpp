@@ -10,7 +10,7 @@ namespace Korvel {
 /// Other failures fail the stream and leave errno set.
 class DescriptorBuffer : public std::streambuf {
 public:
-    explicit DescriptorBuffer(int descriptor);
+    explicit DescriptorBuffer(int target);
 
 protected:
     int_type overflow(int_type character) override;
