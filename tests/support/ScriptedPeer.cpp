@@ -1,5 +1,6 @@
 #include "ScriptedPeer.hpp"
 
+#include <condition_variable>
 #include <mutex>
 #include <utility>
 
@@ -19,16 +20,19 @@ public:
     Answer take(const std::string& request) {
         const std::lock_guard lock(mutex);
         received.push_back(request);
+        changed.notify_all();
         return answer;
     }
 
-    std::vector<std::string> requests() const {
-        const std::lock_guard lock(mutex);
+    std::vector<std::string> awaitRequests(std::size_t count) const {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return received.size() >= count; });
         return received;
     }
 
 private:
     mutable std::mutex mutex;
+    mutable std::condition_variable changed;
     Answer answer = [](const std::string& /*request*/, const Reply& /*reply*/) {};
     std::vector<std::string> received;
 };
@@ -71,5 +75,9 @@ void ScriptedPeer::answers(Answer answer) {
 }
 
 std::vector<std::string> ScriptedPeer::requests() const {
-    return script->requests();
+    return awaitRequests(0);
+}
+
+std::vector<std::string> ScriptedPeer::awaitRequests(std::size_t count) const {
+    return script->awaitRequests(count);
 }

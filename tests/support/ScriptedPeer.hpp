@@ -36,6 +36,9 @@ public:
     /// The bytes of each request so far.
     std::vector<std::string> requests() const;
 
+    /// The same, once there are `count` at least.
+    std::vector<std::string> awaitRequests(std::size_t count) const;
+
 private:
     class Script;
     class Service;

@@ -69,7 +69,8 @@ TEST_F(NetFPMasterComWaitTest, GivesUpOnASilentMasterWithoutAWordAndAsksNextWith
         EXPECT_EQ(asked.printed, Printed{});
     }
 
-    EXPECT_EQ(master.requests(), (std::vector{portRequest(id), portRequest(id + 1), portRequest(id + 2)}));
+    EXPECT_EQ(master.awaitRequests(3),
+              (std::vector{portRequest(id), portRequest(id + 1), portRequest(id + 2)}));
 }
 
 TEST_F(NetFPMasterComWaitTest, KeepsItsIdentifierAfterAResponse) {
@@ -245,7 +246,7 @@ TEST_F(NetFPMasterComWaitTest, ReportsAReceiveThatFailsAndKeepsItsIdentifier) {
         EXPECT_EQ(asked.port, -1);
         EXPECT_EQ(asked.printed, Printed{.err = message});
     }
-    EXPECT_EQ(master.requests(), (std::vector{portRequest(id), portRequest(id), portRequest(id)}));
+    EXPECT_EQ(master.awaitRequests(3), (std::vector{portRequest(id), portRequest(id), portRequest(id)}));
 }
 
 TEST_F(NetFPMasterComWaitTest, EndsInTimeWhereADatagramThatWasAnnouncedIsNotThere) {
