@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Checks everything: formatting, clang++ with clang-tidy, and all tests, once with the sanitizers and once
-# as shipped. Installs what the machine lacks. Only what changed is built again.
+# Checks everything: formatting, clang++ with clang-tidy (which for the tests themselves is tidy-tests.sh's),
+# and all tests, once with the sanitizers and once as shipped. Installs what the machine lacks. Only what
+# changed is built again.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
