@@ -13,6 +13,9 @@ std::string readFileToString(const std::string& path) {
         fail("Error while opening ", path);
         return {};
     }
+    if (errno != 0) {
+        failErrno("Error while reading ", path, ": ");
+    }
     return *std::move(content);
 }
 

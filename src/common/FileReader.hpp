@@ -4,7 +4,8 @@
 
 namespace Korvel {
 
-// Readers of small files. A file that cannot be opened is reported on standard error and reads as empty.
+// Readers of small files. A file that cannot be opened is reported on standard error and reads as empty; one
+// whose reading breaks off is reported too, and reads as far as it went.
 
 /// Every byte of the file.
 std::string readFileToString(const std::string& path);

@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include "Console.hpp"
 #include "SystemCall.hpp"
 
 namespace Korvel {
@@ -46,9 +45,7 @@ std::optional<std::string> readWholeFile(const std::string& path) {
         content.append(piece.data(), *count);
         count = file.read(piece);
     }
-    if (!count) {
-        failErrno("Error while reading ", path, ": ");
-    }
+    errno = count ? 0 : errno;
     return content;
 }
 

@@ -26,8 +26,8 @@ private:
     UniqueFd file;
 };
 
-/// Every byte of the file; none with errno set where it cannot be opened. Says on standard error when
-/// reading breaks off, and returns what came before.
+/// Every byte of the file; none with errno set where it cannot be opened. Where reading breaks off, what
+/// came before; errno then tells why, and is 0 otherwise.
 std::optional<std::string> readWholeFile(const std::string& path);
 
 }  // namespace Korvel

@@ -137,3 +137,13 @@ TEST(PlatformConfiguration, ThatWouldMakeAReaderWaitIsSkipped) {
                                 "<14>korvel: Detected L2 SCT environment in isolcpus",
                             }));
 }
+
+TEST(PlatformConfiguration, WhoseReadingBreaksOffTakesItsDefaultsWithoutAWord) {
+    const Board board({.deployment = Deployment::iwf});
+    writeFile(configurationFile, "doNotCollectLogOnExit=1\n");
+    const Outcome outcome = run({"strace", "-f", "-o", "/dev/null", "-P", configurationFile, "-e",
+                                 "inject=read:error=EIO", "korvel", "getport", "4"});
+    EXPECT_EQ(outcome.out, "4\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+}
