@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Board.hpp"
+#include "Injection.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 #include "VerboseText.hpp"
@@ -205,18 +206,14 @@ TEST(GetPort, ReportsAClientSocketThatCannotBeHad) {
     expectOutcome(korvel({"-c", "/nowhere/client", "getport", "eth1"}), "",
                   "Failed to Bind to Client Socket: 2: No such file or directory\n"
                   "Get Port: Invalid port number \"eth1\"\n");
-    expectOutcome(
-        run({"strace", "-o", "/dev/null", "-e", "inject=socket:error=EMFILE", "korvel", "getport", "eth1"}),
-        "",
-        "Client Socket Creation Failed: 24: Too many open files\n"
-        "Get Port: Invalid port number \"eth1\"\n");
+    expectOutcome(runInjected({.faults = {"socket:error=EMFILE"}}, {"korvel", "getport", "eth1"}), "",
+                  "Client Socket Creation Failed: 24: Too many open files\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
 }
 
 TEST(GetPort, ReportsAReceiveThatFails) {
     const Board board({});
-    expectOutcome(
-        run({"strace", "-o", "/dev/null", "-e", "inject=recvfrom:error=EIO", "korvel", "getport", "eth1"}),
-        "",
-        "Failed to receive from Linux Socket: 5: Input/output error\n"
-        "Get Port: Invalid port number \"eth1\"\n");
+    expectOutcome(runInjected({.faults = {"recvfrom:error=EIO"}}, {"korvel", "getport", "eth1"}), "",
+                  "Failed to receive from Linux Socket: 5: Input/output error\n"
+                  "Get Port: Invalid port number \"eth1\"\n");
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "Board.hpp"
+#include "Injection.hpp"
 #include "Process.hpp"
 #include "TestFiles.hpp"
 #include "VerboseText.hpp"
@@ -141,8 +142,8 @@ TEST(PlatformConfiguration, ThatWouldMakeAReaderWaitIsSkipped) {
 TEST(PlatformConfiguration, WhoseReadingBreaksOffTakesItsDefaultsWithoutAWord) {
     const Board board({.deployment = Deployment::iwf});
     writeFile(configurationFile, "doNotCollectLogOnExit=1\n");
-    const Outcome outcome = run({"strace", "-f", "-o", "/dev/null", "-P", configurationFile, "-e",
-                                 "inject=read:error=EIO", "korvel", "getport", "4"});
+    const Outcome outcome =
+        runInjected({.faults = {"read:error=EIO"}, .path = configurationFile}, {"korvel", "getport", "4"});
     EXPECT_EQ(outcome.out, "4\n");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);
