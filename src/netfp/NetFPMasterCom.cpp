@@ -60,7 +60,9 @@ bool NetFPMasterCom::close() {
 }
 
 bool NetFPMasterCom::sendNetFPRequest(NetfpMaster_Request* request) {
-    request->requestId = requestId;
+    if (request != nullptr) {
+        request->requestId = requestId;
+    }
     return sendToPath(socketFd.get(), _masterSocketPath, request, sizeof *request) ||
            failErrnoNumber("Failed to Send to Master Socket \"", _masterSocketPath, "\": ");
 }

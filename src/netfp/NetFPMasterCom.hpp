@@ -30,7 +30,8 @@ public:
     /// Closes the client socket; false only where closing fails. One that is not connected is reported.
     bool close();
 
-    /// Stamps the identifier into the request and sends it. Needs a connect() that succeeded.
+    /// Stamps the identifier into the request and sends it. Needs a connect() that succeeded. A null request
+    /// fails as a bad address.
     bool sendNetFPRequest(NetfpMaster_Request* request);
 
     /// Waits up to getTimeout() for the response to the last request and judges it: error code 0, and

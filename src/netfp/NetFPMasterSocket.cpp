@@ -33,6 +33,10 @@ bool sendNetFPRequest(int fd, const std::string& path, NetfpMaster_Request* requ
 }
 
 bool receiveNetFpResponse(int fd, NetfpMaster_Response* response, unsigned id, int retries) {
+    if (response == nullptr) {
+        errno = EFAULT;
+        return failErrnoNumber("Failed to receive from Linux Socket: ");
+    }
     const Deadline deadline = deadlineInX100(static_cast<unsigned>(std::max(retries, 0)));
     NetfpMaster_Response received{};
     while (receiveResponse(fd, deadline, responseHeaderSize, received) == Received::response) {

@@ -34,6 +34,10 @@ bool bindToPath(int socket, const std::string& path) {
 }
 
 bool sendToPath(int socket, const std::string& path, const void* data, std::size_t size) {
+    if (data == nullptr) {
+        errno = EFAULT;
+        return false;
+    }
     sockaddr_un address{};
     return setAddress(address, path) && sendDatagram(socket, {static_cast<const std::byte*>(data), size},
                                                      generic(address), sizeof address);

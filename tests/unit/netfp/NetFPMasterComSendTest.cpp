@@ -102,3 +102,13 @@ TEST_F(NetFPMasterComSendTest, NeedsAConnectedSocket) {
     EXPECT_EQ(printed, (Printed{.err = "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 9: Bad file "
                                        "descriptor\n"}));
 }
+
+TEST_F(NetFPMasterComSendTest, RefusesAMissingRequest) {
+    bool sent = true;
+
+    const Printed printed = printedBy([&] { sent = client.sendNetFPRequest(nullptr); });
+
+    EXPECT_FALSE(sent);
+    EXPECT_EQ(printed,
+              (Printed{.err = "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 14: Bad address\n"}));
+}

@@ -43,12 +43,13 @@ protected:
         return done;
     }
 
-    bool receive(int retries = longerThanAnyTest) {
+    bool receiveInto(NetfpMaster_Response* place, int retries) {
         bool done = false;
-        printed =
-            printedBy([&] { done = Korvel::receiveNetFpResponse(socket.get(), &response, id, retries); });
+        printed = printedBy([&] { done = Korvel::receiveNetFpResponse(socket.get(), place, id, retries); });
         return done;
     }
+
+    bool receive(int retries = longerThanAnyTest) { return receiveInto(&response, retries); }
 
     /// Connects, and sends a request that the master answers with these datagrams.
     void givenAnswers(std::vector<std::string> datagrams) {
@@ -223,4 +224,12 @@ TEST_F(NetFPMasterSocketTest, ReportsAReceiveThatFails) {
     EXPECT_FALSE(receive());  // without a socket
 
     EXPECT_EQ(printed, (Printed{.err = "Failed to receive from Linux Socket: 9: Bad file descriptor\n"}));
+}
+
+TEST_F(NetFPMasterSocketTest, RefusesAMissingPlaceForTheResponse) {
+    connect();
+
+    EXPECT_FALSE(receiveInto(nullptr, longerThanAnyTest));
+
+    EXPECT_EQ(printed, (Printed{.err = "Failed to receive from Linux Socket: 14: Bad address\n"}));
 }
