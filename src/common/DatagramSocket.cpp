@@ -25,8 +25,8 @@ bool limitSends(int socket, microseconds limit) {
 
 }  // namespace
 
-UniqueFd openDatagramSocket(int family) {
-    UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+UniqueFd openDatagramSocket(int family, int protocol) {
+    UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol));
     if (socket && !limitSends(socket.get(), sendLimit)) {
         socket.reset();
     }
@@ -51,7 +51,7 @@ bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockadd
         limitSends(socket, sendLimit);
         errno = reason;
     }
-    return sent >= 0;
+    return sent == static_cast<ssize_t>(datagram.size());
 }
 
 }  // namespace Korvel

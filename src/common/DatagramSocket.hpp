@@ -9,9 +9,9 @@
 
 namespace Korvel {
 
-/// A datagram socket of the given address family, none of whose sends blocks for ever.
-/// Empty with errno set where it cannot be had.
-UniqueFd openDatagramSocket(int family);
+/// A datagram socket of the given address family, none of whose sends blocks for ever; protocol 0 is the
+/// family's usual one. Empty with errno set where it cannot be had.
+UniqueFd openDatagramSocket(int family, int protocol = 0);
 
 /// Sends one datagram to `address` of `length` bytes. Waits at most one second for room at the other end,
 /// whatever signals arrive; the reason is then EAGAIN. False with errno set.

@@ -1,7 +1,5 @@
 #include "Log.hpp"
 
-#include <cstdarg>
-
 #include <syslog.h>
 
 #include "Console.hpp"
@@ -22,16 +20,20 @@ int logLvlToPriority(LogLvl level) {
     }
 }
 
+void logToSystem(LogLvl level, const char* format, std::va_list arguments) {
+    if (systemLogHasRoom()) {
+        vsyslog(logLvlToPriority(level), format, arguments);
+    }
+}
+
 void logf(LogLvl level, const char* format, ...) {
     if (!isVerboseMode()) {
         return;
     }
-    if (systemLogHasRoom()) {
-        std::va_list arguments;
-        va_start(arguments, format);
-        vsyslog(logLvlToPriority(level), format, arguments);
-        va_end(arguments);
-    }
+    std::va_list arguments;
+    va_start(arguments, format);
+    logToSystem(level, format, arguments);
+    va_end(arguments);
     print('\n');
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdarg>
+
 namespace Korvel {
 
 enum class LogLvl : int { error = 0, warning = 1, information = 2, debug = 3 };
@@ -7,9 +9,13 @@ enum class LogLvl : int { error = 0, warning = 1, information = 2, debug = 3 };
 /// The system log's priority for a level (LOG_ERR, LOG_WARNING, LOG_INFO); LOG_DEBUG for any other value.
 int logLvlToPriority(LogLvl level);
 
+/// Sends one record to the system log. `format` and `arguments` are as for vprintf, without a line end. A
+/// system log that has stopped reading loses the record.
+void logToSystem(LogLvl level, const char* format, std::va_list arguments)
+    __attribute__((format(printf, 2, 0)));
+
 /// In verbose mode, sends one record to the system log and a bare line end to standard output; otherwise
-/// does nothing. `format` and what follows are as for printf, without a line end. A system log that has
-/// stopped reading loses the record.
+/// does nothing. `format` and what follows are as for printf, without a line end.
 void logf(LogLvl level, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 }  // namespace Korvel

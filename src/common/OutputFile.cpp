@@ -1,6 +1,7 @@
 #include "OutputFile.hpp"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "Console.hpp"
 #include "SystemCall.hpp"
@@ -16,10 +17,15 @@ bool emptyFile(int file) {
            (!S_ISREG(status.st_mode) || uninterrupted([&] { return ::ftruncate(file, 0); }) == 0);
 }
 
+bool goToEnd(int file) {
+    return ::lseek(file, 0, SEEK_END) != -1;
+}
+
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path) : file(openTrusted(path)) {
-    if (file && !emptyFile(file.get())) {
+OutputFile::OutputFile(const std::string& path, Mode mode) : file(openTrusted(path)) {
+    const auto prepare = mode == Mode::truncate ? emptyFile : goToEnd;
+    if (file && !prepare(file.get())) {
         file.reset();
     }
 }

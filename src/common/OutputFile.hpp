@@ -7,16 +7,25 @@
 
 namespace Korvel {
 
-/// A file that is written anew, under the rules of openTrusted(). Its first error sticks: nothing is
-/// written behind it.
+/// A file that is written, under the rules of openTrusted(). Its first error sticks: nothing is written
+/// behind it.
 class OutputFile {
 public:
-    /// Opens and empties `path`; isOpen() tells whether that worked.
-    explicit OutputFile(const std::string& path);
+    enum class Mode {
+        truncate,  ///< what was there goes
+        append,    ///< what was there stays, and writing goes on behind it
+    };
+
+    /// Not open.
+    OutputFile() = default;
+
+    /// Opens `path`; isOpen() tells whether that worked.
+    explicit OutputFile(const std::string& path, Mode mode = Mode::truncate);
 
     bool isOpen() const { return static_cast<bool>(file); }
+    bool hasFailed() const { return !isOpen() || error != 0; }
 
-    /// Writes all of `text`, or notes why that failed.
+    /// Hands all of `text` to the system, or notes why that failed. Needs an open file.
     void write(std::string_view text);
 
     /// Closes, which is when some file systems tell of a full disk. True when nothing failed so far.

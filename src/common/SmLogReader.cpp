@@ -2,22 +2,17 @@
 
 #include <cstring>
 
+#include "SmLogs.hpp"
+
 namespace Korvel {
-namespace {
-
-// Meaningful to the log library alone.
-constexpr AppID client = 3;
-constexpr unsigned readMode = 5;
-
-}  // namespace
 
 std::string readSmLog(const char* logName, unsigned size, AppID app) {
-    SmLog* const log = SmLog::getClientInstance(logName, client);
+    SmLog* const log = SmLog::getClientInstance(logName, smLogReaderApp);
     if (log == nullptr) {
         return {};
     }
     std::string text(size, '\0');
-    log->read(text.data(), size, app, 0, readMode);
+    log->read(text.data(), size, app, 0, smLogReadMode);
     text.resize(strnlen(text.data(), text.size()));
     return text;
 }
