@@ -9,6 +9,7 @@
 #include "OutputFile.hpp"
 #include "Shell.hpp"
 #include "SmLogReader.hpp"
+#include "SmLogs.hpp"
 
 namespace Korvel {
 namespace {
@@ -71,7 +72,7 @@ bool FuseLogCollector::collectLogs(bool /*printRequested*/) {
         const std::string path = entry.directory + entry.fileName;
         if (entry.fileName == historyLog) {
             progress("Reading ", entry.fileName, "...");
-            results[path] = readSmLog("dispatcher_log_memory", historyLogSize, 0);
+            results[path] = readSmLog(dispatcherLogName, historyLogSize, 0);
         } else {
             progress("Reading ", path, "...");
             results[path] = readFileToString(path);

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <sstream>
+#include <utility>
 
 #include <unistd.h>
 
@@ -15,6 +16,7 @@
 #include "OutputFile.hpp"
 #include "Shell.hpp"
 #include "SmLogReader.hpp"
+#include "SmLogs.hpp"
 #include "Wait.hpp"
 #include "Words.hpp"
 
@@ -111,7 +113,7 @@ TiLogCollector::Pids TiLogCollector::getPids(const std::vector<std::string>& nam
 bool TiLogCollector::collectLogs(bool printRequested) {
     progress("Starting log collection from TI...");
     if (syslibLogEnabled) {
-        logs[syslibSmLogId] = readSmLog("syslib_log_memory", syslibLogSize, 0);
+        logs[syslibSmLogId] = readSmLog(syslibLogName, syslibLogSize, 0);
     }
     for (const std::string& name : processes) {
         collectDump(name, printRequested);
@@ -157,11 +159,15 @@ bool TiLogCollector::signalProcess(const std::string& name) {
 
 bool TiLogCollector::awaitDump(const std::string& name, const std::string& source,
                                const std::string& destination) {
+    copyError = 0;
     for (int round = 0; round < dumpRounds; ++round) {
+        const int earlierError = std::exchange(copyError, 0);
         if (copyDumpFileToWorkspace(source, destination)) {
             logs[name] = readFileFromLine(destination, 0);
-        } else if (copyError != 0) {
-            logs[name] = readFileFromLine(source, 0);  // a full disk does not keep it from the console
+        } else if (copyError != 0) {  // a full disk does not keep it from the console
+            logs[name] = readWholeFile(source).value_or(logs[name]);
+        } else {
+            copyError = earlierError;  // the source is gone: nothing makes up for what went wrong
         }
         if (isCompleteDump(logs[name], name)) {
             return true;
@@ -172,7 +178,6 @@ bool TiLogCollector::awaitDump(const std::string& name, const std::string& sourc
 }
 
 bool TiLogCollector::copyDumpFileToWorkspace(const std::string& source, const std::string& destination) {
-    copyError = 0;
     InputFile input(source);
     if (!input.isOpen()) {
         return false;

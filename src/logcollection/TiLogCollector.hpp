@@ -63,7 +63,7 @@ private:
     std::vector<std::string> processes;
     Pids pids;
     std::unordered_map<std::string, std::string> logs;
-    int copyError = 0;  // errno of the last copy, where it could not be written; else 0
+    int copyError = 0;  // errno of the last copy that found a source and could not be written; else 0
 };
 
 }  // namespace Korvel

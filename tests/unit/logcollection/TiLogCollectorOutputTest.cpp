@@ -8,6 +8,7 @@
 
 #include "HeaderLine.hpp"
 #include "Printed.hpp"
+#include "RemovedWhenRead.hpp"
 #include "SharedLogText.hpp"
 #include "StackProcess.hpp"
 #include "TestFiles.hpp"
@@ -128,6 +129,20 @@ TEST_F(TiLogCollectorOutputTest, ReportsASyslibFileThatCannotBeWrittenAndStillSh
               (Printed{.err = "Error while writing /tmp/korvel/ti/syslib_sm_log.log: No space left on "
                               "device\n"}));
     EXPECT_EQ(show(), (Printed{.out = headerLine("SYSLIB LOG") + log}));
+}
+
+TEST_F(TiLogCollectorOutputTest, ReportsADumpThatCouldNotBeCopiedBeforeItVanished) {
+    const StackProcess process("netfp_proxy");
+    create(proxy);
+    writeFile("/tmp/netfp_proxy.log", "begun");
+    fs::create_symlink("/dev/full", dumpFile);
+    const RemovedWhenRead vanishing("/tmp/netfp_proxy.log", 2);  // to be copied, and to be shown
+
+    collect();
+
+    EXPECT_EQ(printed, (Printed{.err = "Error while writing /tmp/korvel/ti/netfp_proxy.log: No space left "
+                                       "on device\n"}));
+    EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + "begun" + incomplete + "\n"}));
 }
 
 TEST_F(TiLogCollectorOutputTest, ReportsOnceADumpThatCannotBeCopiedAndStillShowsIt) {
