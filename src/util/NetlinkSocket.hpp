@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+#include <linux/netlink.h>
+
+#include "UniqueFd.hpp"
+
+namespace Util {
+
+// Netlink sockets between programs, of the user-socket protocol. Failures leave errno set and are reported
+// by the callers, each in its own words.
+
+/// The header in front of every payload, as the kernel's headers have it.
+constexpr std::size_t netlinkHeaderSize = sizeof(nlmsghdr);
+static_assert(netlinkHeaderSize == 16);
+
+/// Bytes that a payload has at most.
+constexpr std::size_t maxNetlinkPayload = 4096;
+
+/// An unbound socket, none of whose sends blocks for ever. Empty where it cannot be had.
+Korvel::UniqueFd openNetlinkSocket();
+
+/// Binds to this process's id as the port id.
+[[nodiscard]] bool bindNetlinkSocket(int socket);
+
+/// Sends the payload, of at most maxNetlinkPayload bytes, behind its header to the port id `destination`.
+[[nodiscard]] bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned destination,
+                                      unsigned sequence);
+
+}  // namespace Util
