@@ -48,6 +48,7 @@ void removeLeftovers() {
     }
     for (const PeerEntry& peer : peerCatalog()) {
         std::filesystem::remove(BoardPaths::receivedFile(peer.name));
+        std::filesystem::remove(BoardPaths::heartbeatFile(peer.name));
         std::filesystem::remove("/tmp/" + std::string(peer.name) + ".log");
     }
 }

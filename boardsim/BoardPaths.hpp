@@ -16,11 +16,16 @@ constexpr const char* systemLog = "/run/boardsim/system.log";
 constexpr const char* init = "/run/boardsim/init";
 /// One file a peer: what it received.
 constexpr const char* receivedDir = "/run/boardsim/received";
+/// One file a peer: the status in its heartbeats, a number that people may change.
+constexpr const char* heartbeatDir = "/run/boardsim/heartbeat";
 /// The program under each peer's name.
 constexpr const char* peersDir = "/run/boardsim/peers";
 
 inline std::string receivedFile(std::string_view peer) {
     return std::string(receivedDir) + "/" + std::string(peer);
+}
+inline std::string heartbeatFile(std::string_view peer) {
+    return std::string(heartbeatDir) + "/" + std::string(peer);
 }
 inline std::string peerProgram(std::string_view peer) {
     return std::string(peersDir) + "/" + std::string(peer);

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include <arpa/inet.h>
+#include <linux/netlink.h>
 #include <netinet/in.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -20,9 +21,10 @@ const sockaddr* generic(const Address& address) {
 
 }  // namespace
 
-DatagramSocket::DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path,
-                               const std::string& what)
-    : socket(checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket")), file(std::move(path)) {
+DatagramSocket::DatagramSocket(int family, int protocol, const sockaddr* address, socklen_t length,
+                               std::string path, const std::string& what)
+    : socket(checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol), "socket")),
+      file(std::move(path)) {
     checked(::bind(socket.get(), address, length), what);
 }
 
@@ -34,7 +36,7 @@ DatagramSocket DatagramSocket::atPath(const std::string& path) {
     }
     std::memcpy(address.sun_path, path.data(), path.size());
     ::unlink(path.c_str());
-    DatagramSocket bound(AF_UNIX, generic(address), sizeof address, path, "cannot bind " + path);
+    DatagramSocket bound(AF_UNIX, 0, generic(address), sizeof address, path, "cannot bind " + path);
     constexpr mode_t everyone = 0666;
     checked(::chmod(path.c_str(), everyone), "chmod " + path);
     return bound;
@@ -45,7 +47,19 @@ DatagramSocket DatagramSocket::atLocalPort(std::uint16_t port) {
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return {AF_INET, generic(address), sizeof address, {}, "cannot bind UDP port " + std::to_string(port)};
+    return {AF_INET, 0, generic(address), sizeof address, {}, "cannot bind UDP port " + std::to_string(port)};
+}
+
+DatagramSocket DatagramSocket::atNetlinkPort(std::uint32_t portId) {
+    sockaddr_nl address{};
+    address.nl_family = AF_NETLINK;
+    address.nl_pid = portId;
+    return {AF_NETLINK,
+            NETLINK_USERSOCK,
+            generic(address),
+            sizeof address,
+            {},
+            "cannot bind netlink port id " + std::to_string(portId)};
 }
 
 DatagramSocket::~DatagramSocket() {

@@ -30,6 +30,9 @@ public:
     /// Bound to a UDP port of 127.0.0.1. Throws std::system_error.
     static DatagramSocket atLocalPort(std::uint16_t port);
 
+    /// Bound to a netlink port id of the user-socket protocol. Throws std::system_error.
+    static DatagramSocket atNetlinkPort(std::uint32_t portId);
+
     DatagramSocket(const DatagramSocket&) = delete;
     DatagramSocket& operator=(const DatagramSocket&) = delete;
     DatagramSocket(DatagramSocket&&) = default;
@@ -49,9 +52,9 @@ public:
     void disconnect() const;
 
 private:
-    DatagramSocket(int family, const sockaddr* address, socklen_t length, std::string path,
+    DatagramSocket(int family, int protocol, const sockaddr* address, socklen_t length, std::string path,
                    const std::string& what);
 
     UniqueFd socket;
-    std::string file;  // empty for UDP
+    std::string file;  // empty where the address is no path
 };

@@ -5,10 +5,14 @@
 #include <string>
 
 #include "DumpPeer.hpp"
+#include "FastPathNetlink.hpp"
+#include "HeartbeatStatus.hpp"
 #include "InterfaceTable.hpp"
+#include "ManagedInterfaces.hpp"
 #include "MmiPeer.hpp"
 #include "NetfpMasterPeer.hpp"
 #include "NetfpState.hpp"
+#include "NetlinkPeer.hpp"
 #include "PeerFaults.hpp"
 #include "SmLogPeer.hpp"
 #include "StateTree.hpp"
@@ -21,7 +25,14 @@ constexpr std::array masterFaults{
     FaultGroup{"dump-", DumpPeer::faultKinds},
 };
 constexpr std::array dumpFaults{FaultGroup{"", DumpPeer::faultKinds}};
-constexpr std::array mmiFaults{FaultGroup{"", MmiPeer::faultKinds}};
+constexpr std::array proxyFaults{
+    FaultGroup{"", DumpPeer::faultKinds},
+    FaultGroup{"netlink-", NetlinkPeer::faultKinds},
+};
+constexpr std::array dispatcherFaults{
+    FaultGroup{"", MmiPeer::faultKinds},
+    FaultGroup{"netlink-", NetlinkPeer::faultKinds},
+};
 
 /// A list of peers from the peers themselves, which an initializer list could only copy.
 template <typename... Each>
@@ -29,6 +40,19 @@ Peers together(Each... each) {
     Peers peers;
     (peers.push_back(std::move(each)), ...);
     return peers;
+}
+
+NetlinkPeer::Service heartbeats(const std::string& name, std::uint32_t requestType,
+                                std::uint32_t responseType) {
+    return {requestType, sizeof(FastPath_HeartbeatReq), responseType,
+            [status = HeartbeatStatus(name)](std::string_view /*payload*/) { return status.value(); }};
+}
+
+NetlinkPeer::Service interfaceAdding(std::shared_ptr<ManagedInterfaces> interfaces) {
+    return {FASTPATH_ADD_INTERFACE_REQ, sizeof(NetfpProxy_AddInterfaceReq), FASTPATH_ADD_INTERFACE_RESP,
+            [list = std::move(interfaces)](std::string_view payload) {
+                return list->add(payload.substr(offsetof(NetfpProxy_AddInterfaceReq, interfaceName)));
+            }};
 }
 
 std::unique_ptr<Peer> makeDumpPeer(const Scenario& scenario, const std::string& name,
@@ -45,7 +69,16 @@ Peers buildMaster(const Scenario& scenario) {
 }
 
 Peers buildProxy(const Scenario& scenario) {
-    return together(makeDumpPeer(scenario, "netfp_proxy", netfpProxyState));
+    const std::string name = "netfp_proxy";
+    auto interfaces = std::make_shared<ManagedInterfaces>();
+    std::vector<NetlinkPeer::Service> services{
+        heartbeats(name, FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_HEARTBEAT_RESP),
+        interfaceAdding(interfaces)};
+    return together(std::make_unique<DumpPeer>(
+                        name, [interfaces] { return netfpProxyState() + interfaces->text(); },
+                        faultFor(scenario, name, proxyFaults[0])),
+                    std::make_unique<NetlinkPeer>(name, FASTPATH_NETFP_PROXY_PORT_ID, std::move(services),
+                                                  faultFor(scenario, name, proxyFaults[1])));
 }
 
 Peers buildServer(const Scenario& scenario) {
@@ -57,19 +90,24 @@ Peers buildResourceManager(const Scenario& scenario) {
     return together(makeDumpPeer(scenario, "resmgr_server", resourceManagerState));
 }
 
-Peers buildDispatcher(const Scenario& scenario, const std::string& instance, std::uint16_t port) {
+Peers buildDispatcher(const Scenario& scenario, const std::string& instance, std::uint16_t port,
+                      std::uint32_t portId) {
     const std::string name = instance + "_dispatcher";
     writeStateTree(instance);
-    return together(std::make_unique<MmiPeer>(instance, port, faultFor(scenario, name, mmiFaults[0])),
+    std::vector<NetlinkPeer::Service> services{
+        heartbeats(name, FASTPATH_DISPATCHER_HEARTBEAT_REQ, FASTPATH_DISPATCHER_HEARTBEAT_RESP)};
+    return together(std::make_unique<MmiPeer>(instance, port, faultFor(scenario, name, dispatcherFaults[0])),
+                    std::make_unique<NetlinkPeer>(name, portId, std::move(services),
+                                                  faultFor(scenario, name, dispatcherFaults[1])),
                     std::make_unique<SmLogPeer>(SmLogPeer::dispatcher, name));
 }
 
 Peers buildIwfDispatcher(const Scenario& scenario) {
-    return buildDispatcher(scenario, "iwf", 7777);
+    return buildDispatcher(scenario, "iwf", 7777, FASTPATH_IWF_DISPATCHER_PORT_ID);
 }
 
 Peers buildSfnDispatcher(const Scenario& scenario) {
-    return buildDispatcher(scenario, "sfn", 8777);
+    return buildDispatcher(scenario, "sfn", 8777, FASTPATH_SFN_DISPATCHER_PORT_ID);
 }
 
 Peers buildSystemLog(const Scenario& /*scenario*/) {
@@ -89,11 +127,11 @@ bool whereSfnIs(Deployment deployment) {
 constexpr std::array catalog{
     PeerEntry{"system_log", always, {}, buildSystemLog},
     PeerEntry{"netfp_master", always, masterFaults, buildMaster},
-    PeerEntry{"netfp_proxy", always, dumpFaults, buildProxy},
+    PeerEntry{"netfp_proxy", always, proxyFaults, buildProxy},
     PeerEntry{"netfp_server", always, dumpFaults, buildServer},
     PeerEntry{"resmgr_server", always, dumpFaults, buildResourceManager},
-    PeerEntry{"iwf_dispatcher", whereIwfIs, mmiFaults, buildIwfDispatcher},
-    PeerEntry{"sfn_dispatcher", whereSfnIs, mmiFaults, buildSfnDispatcher},
+    PeerEntry{"iwf_dispatcher", whereIwfIs, dispatcherFaults, buildIwfDispatcher},
+    PeerEntry{"sfn_dispatcher", whereSfnIs, dispatcherFaults, buildSfnDispatcher},
 };
 
 }  // namespace

@@ -79,7 +79,8 @@ TEST(BoardsimOptionsTest, LaysDownTheSettingsOfTheLibraries) {
                       "cd /run/boardsim && cat secure secure_error cma_error")
                   .out,
               "1\n5\n-6\n");
-    EXPECT_EQ(onBoard({}, "ls /run/boardsim").out, "init\npeers\nreceived\nscenario.toml\nsystem.log\n");
+    EXPECT_EQ(onBoard({}, "ls /run/boardsim").out,
+              "heartbeat\ninit\npeers\nreceived\nscenario.toml\nsystem.log\n");
 }
 
 TEST(BoardsimOptionsTest, HasNeitherPeersNorPrivateFilesWhenBare) {

@@ -1,0 +1,159 @@
+#include "NetlinkPeer.hpp"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstring>
+#include <limits>
+#include <thread>
+
+#include <linux/netlink.h>
+
+#include "FaultActs.hpp"
+
+namespace {
+
+constexpr std::uint16_t everyMessageType = 1;  // what a message is stands in its payload
+constexpr std::size_t oversize = 400;
+constexpr std::uint32_t wrongBy = 1000;  // far from every number in use
+
+std::uint32_t portIdOf(const Sender& sender) {
+    sockaddr_nl address{};
+    std::memcpy(&address, &sender.address, sizeof address);
+    return address.nl_pid;
+}
+
+/// Whether the request's header says what is true.
+bool isTruthful(const nlmsghdr& header, const Datagram& request) {
+    return header.nlmsg_len == request.bytes.size() && header.nlmsg_type == everyMessageType &&
+           header.nlmsg_flags == 0 && header.nlmsg_pid == portIdOf(request.sender);
+}
+
+}  // namespace
+
+struct NetlinkPeer::Response {
+    nlmsghdr header;
+    std::uint32_t messageType;
+    std::uint32_t status;
+
+    std::string_view bytes() const { return {reinterpret_cast<const char*>(this), sizeof *this}; }
+};
+
+struct NetlinkPeer::Acts {
+    static constexpr int mostStatus = std::numeric_limits<int>::max();
+    static constexpr std::array rows{
+        FaultAct<Act>{{""}, &NetlinkPeer::sendRight},
+        FaultAct<Act>{{"silent"}, &NetlinkPeer::sendNothing},
+        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &NetlinkPeer::sendLate},
+        FaultAct<Act>{{"error", true, 1, mostStatus}, &NetlinkPeer::sendError},
+        FaultAct<Act>{{"stale"}, &NetlinkPeer::sendStaleFirst},
+        FaultAct<Act>{{"sequence"}, &NetlinkPeer::sendWrongSequence},
+        FaultAct<Act>{{"type"}, &NetlinkPeer::sendWrongType},
+        FaultAct<Act>{{"port"}, &NetlinkPeer::sendWrongPort},
+        FaultAct<Act>{{"truncated", true, 0, sizeof(Response)}, &NetlinkPeer::sendTruncated},
+        FaultAct<Act>{{"oversized"}, &NetlinkPeer::sendOversized},
+        FaultAct<Act>{{"dying"}, &NetlinkPeer::die},
+    };
+};
+
+NetlinkPeer::NetlinkPeer(std::string_view processName, std::uint32_t ownPortId, std::vector<Service> offered,
+                         Fault misbehaviour)
+    : portId(ownPortId),
+      services(std::move(offered)),
+      fault(std::move(misbehaviour)),
+      act(findAct<Act>(Acts::rows, fault)),
+      socket(DatagramSocket::atNetlinkPort(ownPortId)),
+      record(processName) {
+}
+
+std::vector<FaultKind> NetlinkPeer::faultKinds() {
+    return kindsOf<Act>(Acts::rows);
+}
+
+void NetlinkPeer::serve() {
+    const Datagram request = socket.receive();
+    record.addDatagram(request.bytes);
+    if (const auto response = answerTo(request)) {
+        (this->*act)(*response, request.sender);
+    }
+}
+
+std::optional<NetlinkPeer::Response> NetlinkPeer::answerTo(const Datagram& request) const {
+    nlmsghdr header{};
+    std::uint32_t messageType = 0;
+    if (request.bytes.size() < sizeof header + sizeof messageType) {
+        return std::nullopt;
+    }
+    const std::string_view payload = std::string_view(request.bytes).substr(sizeof header);
+    std::memcpy(&header, request.bytes.data(), sizeof header);
+    std::memcpy(&messageType, payload.data(), sizeof messageType);
+    const auto service = std::ranges::find(services, messageType, &Service::requestType);
+    if (service == services.end() || service->requestSize != payload.size() || !isTruthful(header, request)) {
+        return std::nullopt;
+    }
+    return Response{.header = {.nlmsg_len = sizeof(Response),
+                               .nlmsg_type = everyMessageType,
+                               .nlmsg_flags = 0,
+                               .nlmsg_seq = header.nlmsg_seq,
+                               .nlmsg_pid = portId},
+                    .messageType = service->responseType,
+                    .status = service->status(payload)};
+}
+
+void NetlinkPeer::sendRight(const Response& response, const Sender& sender) const {
+    socket.send(response.bytes(), sender);
+}
+
+void NetlinkPeer::sendNothing(const Response& /*response*/, const Sender& /*sender*/) const {
+}
+
+void NetlinkPeer::sendLate(const Response& response, const Sender& sender) const {
+    std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
+    sendRight(response, sender);
+}
+
+void NetlinkPeer::sendError(const Response& response, const Sender& sender) const {
+    Response refusal = response;
+    refusal.status = static_cast<std::uint32_t>(fault.number);
+    sendRight(refusal, sender);
+}
+
+void NetlinkPeer::sendStaleFirst(const Response& response, const Sender& sender) const {
+    Response stale = response;
+    --stale.header.nlmsg_seq;
+    sendRight(stale, sender);
+    sendRight(response, sender);
+}
+
+void NetlinkPeer::sendWrongSequence(const Response& response, const Sender& sender) const {
+    Response wrong = response;
+    wrong.header.nlmsg_seq += wrongBy;
+    sendRight(wrong, sender);
+}
+
+void NetlinkPeer::sendWrongType(const Response& response, const Sender& sender) const {
+    Response wrong = response;
+    wrong.messageType += wrongBy;
+    sendRight(wrong, sender);
+}
+
+void NetlinkPeer::sendWrongPort(const Response& response, const Sender& sender) const {
+    Response wrong = response;
+    wrong.header.nlmsg_pid += wrongBy;
+    sendRight(wrong, sender);
+}
+
+void NetlinkPeer::sendTruncated(const Response& response, const Sender& sender) const {
+    socket.send(response.bytes().substr(0, static_cast<std::size_t>(fault.number)), sender);
+}
+
+void NetlinkPeer::sendOversized(const Response& response, const Sender& sender) const {
+    std::string bytes(response.bytes());
+    bytes.resize(oversize, '\xa5');
+    socket.send(bytes, sender);
+}
+
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the table of faults takes members
+void NetlinkPeer::die(const Response& /*response*/, const Sender& /*sender*/) const {
+    throw PeerDeath();
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "DatagramSocket.hpp"
+#include "Fault.hpp"
+#include "Peer.hpp"
+#include "RequestRecord.hpp"
+
+/// A netlink port of the fast-path stack: answers requests of the types that it knows, each with a message
+/// type and a status.
+/// Strict: a datagram of another size, an unknown message type, and a header that does not fit the datagram
+/// or its sender get no answer.
+class NetlinkPeer : public Peer {
+public:
+    /// One kind of request.
+    struct Service {
+        std::uint32_t requestType;
+        std::size_t requestSize;  ///< bytes of the payload, its message type included
+        std::uint32_t responseType;
+        /// The status that a request is answered with. Its payload has requestSize bytes.
+        std::function<std::uint32_t(std::string_view payload)> status;
+    };
+
+    /// Requests are recorded under the name of the process.
+    NetlinkPeer(std::string_view processName, std::uint32_t ownPortId, std::vector<Service> offered,
+                Fault misbehaviour = {});
+
+    /// The faults that the constructor takes.
+    static std::vector<FaultKind> faultKinds();
+
+    int descriptor() const override { return socket.descriptor(); }
+    void serve() override;
+
+private:
+    struct Acts;
+    struct Response;
+    using Act = void (NetlinkPeer::*)(const Response&, const Sender&) const;
+
+    std::optional<Response> answerTo(const Datagram& request) const;
+
+    void sendRight(const Response& response, const Sender& sender) const;
+    void sendNothing(const Response& response, const Sender& sender) const;
+    void sendLate(const Response& response, const Sender& sender) const;
+    void sendError(const Response& response, const Sender& sender) const;
+    void sendStaleFirst(const Response& response, const Sender& sender) const;
+    void sendWrongSequence(const Response& response, const Sender& sender) const;
+    void sendWrongType(const Response& response, const Sender& sender) const;
+    void sendWrongPort(const Response& response, const Sender& sender) const;
+    void sendTruncated(const Response& response, const Sender& sender) const;
+    void sendOversized(const Response& response, const Sender& sender) const;
+    void die(const Response& response, const Sender& sender) const;
+
+    std::uint32_t portId;
+    std::vector<Service> services;
+    Fault fault;
+    Act act;
+    DatagramSocket socket;
+    RequestRecord record;
+};
