@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "AddInterfaceAction.hpp"
 #include "Console.hpp"
 #include "GetPortAction.hpp"
 
@@ -9,6 +10,7 @@ namespace Korvel {
 
 ActionMgr::ActionMgr() : IManager("Action") {
     actions.push_back(std::make_unique<GetPortAction>());
+    actions.push_back(std::make_unique<AddInterfaceAction>());
 }
 
 bool ActionMgr::detectKeywords(int argc, char** argv) {

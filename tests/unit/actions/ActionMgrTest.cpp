@@ -108,7 +108,9 @@ TEST_F(ActionMgrTest, ListsTheActionsInTheirOrder) {
                               "<>  getport interface:\n"
                               "<>    interface (interface name to get the port from)\n"
                               "<>  Examples:\n"
-                              "<>    /bin/k getport eth1\n"}));
+                              "<>    /bin/k getport eth1\n"
+                              "<>==============\n"
+                              "<>   /bin/k add_interface <interface_name>"}));
 }
 
 TEST_F(ActionMgrTest, HasNothingLeftToDoAfterTheRequest) {
