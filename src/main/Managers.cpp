@@ -2,6 +2,7 @@
 
 #include "ActionMgr.hpp"
 #include "CollectorMgr.hpp"
+#include "SupervisionMgr.hpp"
 
 namespace Korvel {
 
@@ -10,6 +11,7 @@ std::vector<std::unique_ptr<IManager>> managers;
 void registerManagers() {
     managers.push_back(std::make_unique<CollectorMgr>());
     managers.push_back(std::make_unique<ActionMgr>());
+    managers.push_back(std::make_unique<SupervisionMgr>());
 }
 
 }  // namespace Korvel

@@ -1,0 +1,251 @@
+#include "SupervisionMgr.hpp"
+
+#include <array>
+#include <chrono>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include <sys/socket.h>
+
+#include "Configuration.hpp"
+#include "Console.hpp"
+#include "FastPathNetlink.hpp"
+#include "Invariant.hpp"
+#include "NetlinkSocket.hpp"
+#include "SmLogs.hpp"
+#include "SystemCall.hpp"
+#include "Wait.hpp"
+
+namespace Korvel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using std::chrono::system_clock;
+
+constexpr AppID logApplication = 5;  // meaningful to the log library alone
+constexpr unsigned timeoutsInARow = 10;
+constexpr seconds cyclePause{4};
+constexpr milliseconds responseTimeout{2000};
+constexpr milliseconds cycleLimit{10000};
+
+HeartbeatRespStatus::Status statusOf(const FastPath_HeartbeatResp& response) {
+    return response.status == 0 ? HeartbeatRespStatus::OK : HeartbeatRespStatus::ERROR;
+}
+
+}  // namespace
+
+struct SupervisionMgr::HeartbeatResponse {
+    nlmsghdr header;
+    FastPath_HeartbeatResp payload;
+};
+
+SupervisionMgr::SupervisionMgr() : IManager("Supervision") {
+}
+
+bool SupervisionMgr::detectKeywords(int argc, char** argv) {
+    return argc >= 2 && std::strcmp(argv[1], "supervision") == 0;
+}
+
+void SupervisionMgr::printHelpMsg(const std::string& indent, const std::string& programName) {
+    print("  Supervision:\n");
+    print(indent, "== Examples ==\n");
+    print(indent, "  ", programName, "  supervision\n\n");
+}
+
+bool SupervisionMgr::run() {
+    if (initialize()) {
+        logf(LogLvl::information, "Starting supervision of dispatcher%s%s and netfp_proxy",
+             iwfSelected ? " IWF" : "", sfnSelected ? " SFN" : "");
+        heartbeatMonitor();
+    }
+    cleanup();
+    return false;
+}
+
+bool SupervisionMgr::initialize() {
+    logClient = SmLog::getClientInstance(dispatcherLogName, logApplication);
+    requireInvariant(nullptr != logClient, "nullptr != logClient", "SupervisionMgr");
+    netlinkFd = Util::openNetlinkSocket();
+    if (!netlinkFd) {
+        logf(LogLvl::error, "Error while creating netlink socket, errno: %s", std::strerror(errno));
+        return false;
+    }
+    if (!Util::bindNetlinkSocket(netlinkFd.get())) {
+        logf(LogLvl::error, "Error while binding netlink socket, errno: %s", std::strerror(errno));
+        return false;
+    }
+    for (auto instance = Configuration::getInstanceBegin(); instance != Configuration::getInstanceEnd();
+         ++instance) {
+        (*instance == Configuration::IWF ? iwfSelected : sfnSelected) = true;
+    }
+    expectedResponses = Configuration::getInstanceCount() + 1;  // netfp_proxy answers, too
+    return expectedResponses > 1;
+}
+
+void SupervisionMgr::heartbeatMonitor() {
+    for (unsigned timeouts = 0; timeouts < timeoutsInARow;) {
+        ++seqNumber.dispatcher;
+        if (iwfSelected) {
+            sendDispatcherHeartbeatReq(FASTPATH_IWF_DISPATCHER_PORT_ID);
+        }
+        if (sfnSelected) {
+            sendDispatcherHeartbeatReq(FASTPATH_SFN_DISPATCHER_PORT_ID);
+        }
+        sendNetfpProxyHearbeatReq();
+        switch (waitForHeartbeatsResp()) {
+            case allHealthy:
+                timeouts = 0;
+                nap(cyclePause);
+                break;
+            case timedOut:
+                ++timeouts;
+                break;
+            default:
+                return;
+        }
+    }
+}
+
+void SupervisionMgr::sendDispatcherHeartbeatReq(int portId) {
+    sendRequest(FASTPATH_DISPATCHER_HEARTBEAT_REQ, static_cast<std::uint32_t>(portId), seqNumber.dispatcher,
+                "dispatcher");
+}
+
+void SupervisionMgr::sendNetfpProxyHearbeatReq() {
+    ++seqNumber.netfpProxy;
+    sendRequest(FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_PORT_ID, seqNumber.netfpProxy,
+                "netfp proxy");
+}
+
+void SupervisionMgr::sendRequest(std::uint32_t messageType, std::uint32_t portId, std::uint32_t sequence,
+                                 const char* peer) {
+    const FastPath_HeartbeatReq request{.messageType = messageType};
+    if (!Util::sendNetlinkMessage(netlinkFd.get(), std::as_bytes(std::span(&request, 1)), portId, sequence)) {
+        logf(LogLvl::error, "Error while sending heartbeat request to %s, errno: %s", peer,
+             std::strerror(errno));
+    }
+}
+
+int SupervisionMgr::waitForHeartbeatsResp() {
+    HeartbeatRespStatus status;
+    std::uint32_t remaining = expectedResponses;
+    bool expired = false;
+    const auto start = system_clock::now();
+    while (remaining >= 1 && !expired) {
+        const Readiness readiness = waitReadable(netlinkFd.get(), deadlineIn(responseTimeout));
+        expired = system_clock::now() - start > cycleLimit;
+        if (readiness == Readiness::timedOut) {
+            return abandonCycle(timedOut, status, "poll(): Timed out while waiting for response");
+        }
+        if (readiness == Readiness::failed) {
+            return abandonCycle(stop, status,
+                                std::string("poll(): An error occured, errno: ") + std::strerror(errno));
+        }
+        HeartbeatResponse response{};
+        static_assert(sizeof response == 24);
+        const ssize_t size =
+            uninterrupted([&] { return ::recv(netlinkFd.get(), &response, sizeof response, 0); });
+        if (size == 0) {
+            return abandonCycle(stop, status, "recv(): Peer has performed an orderly shutdown");
+        }
+        if (size < 0) {
+            return abandonCycle(stop, status,
+                                std::string("recv(): An error occured, errno: ") + std::strerror(errno));
+        }
+        if (size != sizeof response) {
+            logf(LogLvl::error, "Unexpected message size: %u", static_cast<unsigned>(size));
+        } else if (!takeResponse(response, status, remaining)) {
+            return stop;
+        }
+    }
+    return concludeCycle(status);
+}
+
+/// False where the supervision must stop. A response to somebody else's question is only reported.
+bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
+                                  std::uint32_t& remaining) {
+    if (response.header.nlmsg_seq == seqNumber.dispatcher) {
+        return takeDispatcherResponse(response, status, remaining);
+    }
+    if (response.header.nlmsg_seq != seqNumber.netfpProxy) {
+        logf(LogLvl::error, "Unexpected netlink sequence number: %u", response.header.nlmsg_seq);
+    } else if (response.payload.messageType != FASTPATH_NETFP_PROXY_HEARTBEAT_RESP) {
+        logf(LogLvl::error, "NetfpProxy Heartbeat: unexpected return message type");
+    } else {
+        --remaining;
+        status.netfpProxy = statusOf(response.payload);
+    }
+    return true;
+}
+
+bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
+                                            std::uint32_t& remaining) {
+    if (response.payload.messageType != FASTPATH_DISPATCHER_HEARTBEAT_RESP) {
+        logf(LogLvl::error, "Dispatcher Heartbeat: unexpected return message type");
+        return true;
+    }
+    --remaining;
+    switch (response.header.nlmsg_pid) {
+        case FASTPATH_IWF_DISPATCHER_PORT_ID:
+            status.iwf = statusOf(response.payload);
+            return true;
+        case FASTPATH_SFN_DISPATCHER_PORT_ID:
+            status.sfn = statusOf(response.payload);
+            return true;
+        default:
+            logf(LogLvl::error, "Invalid dispatcher PID received: %u", response.header.nlmsg_pid);
+            return false;
+    }
+}
+
+int SupervisionMgr::abandonCycle(int result, const HeartbeatRespStatus& status, const std::string& reason) {
+    logf(LogLvl::error, "%s", reason.c_str());
+    logf(LogLvl::information, "%s", getStatusStr(status).c_str());
+    return result;
+}
+
+int SupervisionMgr::concludeCycle(const HeartbeatRespStatus& status) {
+    if ((!iwfSelected || status.iwf == HeartbeatRespStatus::OK) &&
+        (!sfnSelected || status.sfn == HeartbeatRespStatus::OK) &&
+        status.netfpProxy == HeartbeatRespStatus::OK) {
+        return allHealthy;
+    }
+    const std::string line = getStatusStr(status);
+    fail(line);
+    logf(LogLvl::error, "%s", line.c_str());
+    return stop;
+}
+
+void SupervisionMgr::cleanup() {
+    if (!netlinkFd.close()) {
+        logf(LogLvl::error, "Error while closing netlink socket, errno: %s", std::strerror(errno));
+    }
+}
+
+std::string SupervisionMgr::getStatusStr(const HeartbeatRespStatus& status) const {
+    constexpr std::size_t size = 256;
+    std::array<char, size> line{};
+    const auto text = [](bool selected, HeartbeatRespStatus::Status value) {
+        return selected ? HeartbeatRespStatus::toString(value) : "";
+    };
+    std::snprintf(line.data(), line.size(), "Heartbeat status:%s%s%s%s NetfpProxy: %s",
+                  iwfSelected ? " IWF Dispatcher:" : "", text(iwfSelected, status.iwf).c_str(),
+                  sfnSelected ? " SFN Dispatcher:" : "", text(sfnSelected, status.sfn).c_str(),
+                  HeartbeatRespStatus::toString(status.netfpProxy).c_str());
+    return line.data();
+}
+
+void SupervisionMgr::logf(LogLvl level, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::va_list again;
+    va_copy(again, arguments);
+    logClient->vwrite(static_cast<int>(level), "Supervision", format, arguments);
+    logToSystem(level, format, again);
+    va_end(again);
+    va_end(arguments);
+}
+
+}  // namespace Korvel
