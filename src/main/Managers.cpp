@@ -1,6 +1,7 @@
 #include "Managers.hpp"
 
 #include "ActionMgr.hpp"
+#include "ArchiveMgr.hpp"
 #include "CollectorMgr.hpp"
 #include "SupervisionMgr.hpp"
 
@@ -12,6 +13,7 @@ void registerManagers() {
     managers.push_back(std::make_unique<CollectorMgr>());
     managers.push_back(std::make_unique<ActionMgr>());
     managers.push_back(std::make_unique<SupervisionMgr>());
+    managers.push_back(std::make_unique<ArchiveMgr>());
 }
 
 }  // namespace Korvel
