@@ -1,5 +1,7 @@
 #include "NetfpMasterWire.hpp"
 
+#include "WireNumber.hpp"
+
 namespace {
 
 constexpr std::size_t requestSize = 148;
@@ -9,14 +11,6 @@ constexpr std::size_t responseIdOffset = 8;
 
 }  // namespace
 
-std::string littleEndian(std::uint32_t number) {
-    std::string bytes;
-    for (unsigned shift = 0; shift < 32; shift += 8) {
-        bytes.push_back(static_cast<char>(static_cast<unsigned char>(number >> shift)));
-    }
-    return bytes;
-}
-
 std::string masterRequest(std::uint32_t type, std::uint32_t id, std::string_view body) {
     std::string bytes = littleEndian(type) + littleEndian(id);
     bytes.append(body).resize(requestSize);
@@ -24,12 +18,7 @@ std::string masterRequest(std::uint32_t type, std::uint32_t id, std::string_view
 }
 
 std::uint32_t idOfRequest(const std::string& request) {
-    std::uint32_t id = 0;
-    for (unsigned place = 0; place < 4; ++place) {
-        const auto byte = static_cast<unsigned char>(request.at(requestIdOffset + place));
-        id |= static_cast<std::uint32_t>(byte) << (8 * place);
-    }
-    return id;
+    return numberAt(request, requestIdOffset);
 }
 
 std::string masterResponse(std::uint32_t id, std::int32_t errorCode, std::int32_t switchPort) {

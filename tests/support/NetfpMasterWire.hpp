@@ -6,9 +6,6 @@
 
 // The NetFP master's datagrams byte by byte.
 
-/// Four bytes, lowest first.
-std::string littleEndian(std::uint32_t number);
-
 /// A request of 148 bytes: what `body` does not fill is zero.
 std::string masterRequest(std::uint32_t type, std::uint32_t id, std::string_view body);
 

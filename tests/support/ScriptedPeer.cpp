@@ -70,6 +70,10 @@ ScriptedPeer ScriptedPeer::atLocalPort(std::uint16_t port) {
     return ScriptedPeer(DatagramSocket::atLocalPort(port));
 }
 
+ScriptedPeer ScriptedPeer::atNetlinkPort(std::uint32_t portId) {
+    return ScriptedPeer(DatagramSocket::atNetlinkPort(portId));
+}
+
 void ScriptedPeer::answers(Answer answer) {
     script->tell(std::move(answer));
 }

@@ -20,9 +20,11 @@ public:
     /// What to do with a request; runs on the peer's thread and must come to an end.
     using Answer = std::function<void(const std::string& request, const Reply& reply)>;
 
-    /// Servers at a UNIX socket's path and at a UDP port of 127.0.0.1.
+    /// Servers at a UNIX socket's path, at a UDP port of 127.0.0.1, and at a netlink port id of the
+    /// user-socket protocol.
     static ScriptedPeer atPath(const std::string& path);
     static ScriptedPeer atLocalPort(std::uint16_t port);
+    static ScriptedPeer atNetlinkPort(std::uint32_t portId);
 
     ScriptedPeer(const ScriptedPeer&) = delete;
     ScriptedPeer& operator=(const ScriptedPeer&) = delete;

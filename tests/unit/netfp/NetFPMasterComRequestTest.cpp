@@ -3,6 +3,7 @@
 #include "NetFPMasterComFixture.hpp"
 #include "NetfpMasterWire.hpp"
 #include "VerboseMode.hpp"
+#include "WireNumber.hpp"
 
 using Korvel::NetFPMasterCom;
 
