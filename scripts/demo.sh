@@ -14,9 +14,29 @@ on_board() {
 }
 
 echo
-echo "== On a simulated board"
+echo "== One-shot actions on a simulated board"
 on_board \
     'korvel getport eth1' \
+    'korvel add_interface eth4' \
+    'korvel print proxy'
+
+echo
+echo "== Supervision: two healthy cycles of four seconds, then a dispatcher turns unhealthy"
+on_board \
+    'korvel -d all supervision &' \
+    'sleep 6; cat /run/boardsim/received/sfn_dispatcher' \
+    'echo 3 > /run/boardsim/heartbeat/sfn_dispatcher' \
+    'wait $! || echo "exit status $?"'
+
+echo
+echo "== The archiver, following both logs while they grow"
+on_board \
+    'timeout 7 korvel archive || true' \
+    'tail -n 4 /tmp/korvel/archive/*/runtime.log'
+
+echo
+echo "== Log collection"
+on_board \
     'korvel -d all dump dinf' \
     'cd /tmp/korvel && find . -type f -printf "%6s  %p\n" | sort -k 2' \
     'korvel -d all pkg' \
