@@ -34,6 +34,11 @@ HeartbeatRespStatus::Status statusOf(const FastPath_HeartbeatResp& response) {
     return response.status == 0 ? HeartbeatRespStatus::OK : HeartbeatRespStatus::ERROR;
 }
 
+bool sendRequest(int socket, FastPath_MessageType messageType, std::uint32_t portId, std::uint32_t sequence) {
+    const FastPath_HeartbeatReq request{.messageType = messageType};
+    return Util::sendNetlinkMessage(socket, std::as_bytes(std::span(&request, 1)), portId, sequence);
+}
+
 }  // namespace
 
 struct SupervisionMgr::HeartbeatResponse {
@@ -109,21 +114,18 @@ void SupervisionMgr::heartbeatMonitor() {
 }
 
 void SupervisionMgr::sendDispatcherHeartbeatReq(int portId) {
-    sendRequest(FASTPATH_DISPATCHER_HEARTBEAT_REQ, static_cast<std::uint32_t>(portId), seqNumber.dispatcher,
-                "dispatcher");
+    if (!sendRequest(netlinkFd.get(), FASTPATH_DISPATCHER_HEARTBEAT_REQ, static_cast<std::uint32_t>(portId),
+                     seqNumber.dispatcher)) {
+        logf(LogLvl::error, "Error while sending heartbeat request to dispatcher, errno: %s",
+             std::strerror(errno));
+    }
 }
 
 void SupervisionMgr::sendNetfpProxyHearbeatReq() {
     ++seqNumber.netfpProxy;
-    sendRequest(FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_PORT_ID, seqNumber.netfpProxy,
-                "netfp proxy");
-}
-
-void SupervisionMgr::sendRequest(std::uint32_t messageType, std::uint32_t portId, std::uint32_t sequence,
-                                 const char* peer) {
-    const FastPath_HeartbeatReq request{.messageType = messageType};
-    if (!Util::sendNetlinkMessage(netlinkFd.get(), std::as_bytes(std::span(&request, 1)), portId, sequence)) {
-        logf(LogLvl::error, "Error while sending heartbeat request to %s, errno: %s", peer,
+    if (!sendRequest(netlinkFd.get(), FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_PORT_ID,
+                     seqNumber.netfpProxy)) {
+        logf(LogLvl::error, "Error while sending heartbeat request to netfp proxy, errno: %s",
              std::strerror(errno));
     }
 }
@@ -137,22 +139,24 @@ int SupervisionMgr::waitForHeartbeatsResp() {
         const Readiness readiness = waitReadable(netlinkFd.get(), deadlineIn(responseTimeout));
         expired = system_clock::now() - start > cycleLimit;
         if (readiness == Readiness::timedOut) {
-            return abandonCycle(timedOut, status, "poll(): Timed out while waiting for response");
+            logf(LogLvl::error, "poll(): Timed out while waiting for response");
+            return abandonCycle(timedOut, status);
         }
         if (readiness == Readiness::failed) {
-            return abandonCycle(stop, status,
-                                std::string("poll(): An error occured, errno: ") + std::strerror(errno));
+            logf(LogLvl::error, "poll(): An error occured, errno: %s", std::strerror(errno));
+            return abandonCycle(stop, status);
         }
         HeartbeatResponse response{};
         static_assert(sizeof response == 24);
         const ssize_t size =
             uninterrupted([&] { return ::recv(netlinkFd.get(), &response, sizeof response, 0); });
         if (size == 0) {
-            return abandonCycle(stop, status, "recv(): Peer has performed an orderly shutdown");
+            logf(LogLvl::error, "recv(): Peer has performed an orderly shutdown");
+            return abandonCycle(stop, status);
         }
         if (size < 0) {
-            return abandonCycle(stop, status,
-                                std::string("recv(): An error occured, errno: ") + std::strerror(errno));
+            logf(LogLvl::error, "recv(): An error occured, errno: %s", std::strerror(errno));
+            return abandonCycle(stop, status);
         }
         if (size != sizeof response) {
             logf(LogLvl::error, "Unexpected message size: %u", static_cast<unsigned>(size));
@@ -200,8 +204,7 @@ bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, H
     }
 }
 
-int SupervisionMgr::abandonCycle(int result, const HeartbeatRespStatus& status, const std::string& reason) {
-    logf(LogLvl::error, "%s", reason.c_str());
+int SupervisionMgr::abandonCycle(int result, const HeartbeatRespStatus& status) {
     logf(LogLvl::information, "%s", getStatusStr(status).c_str());
     return result;
 }

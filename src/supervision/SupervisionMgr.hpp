@@ -67,13 +67,11 @@ private:
         std::uint32_t netfpProxy = 100;
     };
 
-    void sendRequest(std::uint32_t messageType, std::uint32_t portId, std::uint32_t sequence,
-                     const char* peer);
     bool takeResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
                       std::uint32_t& remaining);
     bool takeDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
                                 std::uint32_t& remaining);
-    int abandonCycle(int result, const HeartbeatRespStatus& status, const std::string& reason);
+    int abandonCycle(int result, const HeartbeatRespStatus& status);
     int concludeCycle(const HeartbeatRespStatus& status);
 
     bool iwfSelected = false;
