@@ -1,0 +1,88 @@
+// System calls that fail under a receive, and a transport that has no log to report to.
+
+#include <array>
+
+#include "FailingCall.hpp"
+#include "NetlinkHelperFixture.hpp"
+#include "NetlinkWire.hpp"
+#include "ResourceLimit.hpp"
+
+using namespace std::chrono_literals;
+using Util::NetlinkHelper;
+
+namespace {
+
+constexpr unsigned untouched = 0xdeadbeef;
+
+class NetlinkHelperFailureTest : public NetlinkHelperFixture {
+protected:
+    int receive(NetlinkHelper& from) {
+        return from.receive(buffer.data(), static_cast<unsigned>(buffer.size()), 0ms, sequence);
+    }
+
+    /// The report of a receive during which the kernel refuses `call`, with a datagram there.
+    Reports reportsUnder(const FailingCall& call) {
+        EXPECT_TRUE(helper.open());
+        arrives(netlinkMessage(7, ownPort(), "abc"));
+        int result = 0;
+        runFailing(call, [&] { result = receive(helper); });
+        EXPECT_EQ(result, NetlinkHelper::failed);
+        EXPECT_EQ(sequence, untouched);
+        return reports();
+    }
+
+    std::array<char, 8> buffer{};
+    unsigned sequence = untouched;
+};
+
+}  // namespace
+
+TEST_F(NetlinkHelperFailureTest, ReportsAWaitThatFails) {
+    EXPECT_EQ(reportsUnder({.number = pollCall, .error = ENOMEM}),
+              reported("poll() error: Cannot allocate memory"));
+}
+
+TEST_F(NetlinkHelperFailureTest, ReportsAReceiveThatFails) {
+    EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = ENOBUFS}),
+              reported("recv() error: No buffer space available"));
+}
+
+TEST_F(NetlinkHelperFailureTest, ReportsAReceiveOfNothingAsTheEndOfTheConnection) {
+    constexpr int none = 0;  // the call then gives 0 and does nothing
+
+    EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = none}),
+              reported("Connection closed unexpectedly"));
+}
+
+TEST_F(NetlinkHelperFailureTest, ReportsAReceiveOnASocketThatIsNotOpen) {
+    EXPECT_EQ(receive(helper), NetlinkHelper::failed);
+
+    EXPECT_EQ(sequence, untouched);
+    EXPECT_EQ(reports(), reported("poll() error: Bad file descriptor"));
+}
+
+TEST_F(NetlinkHelperFailureTest, KeepsWorkingWithoutALog) {
+    NetlinkHelper mute(nullptr);
+
+    EXPECT_TRUE(mute.open());
+    EXPECT_TRUE(mute.send("abc", 3, ownPort(), 7));
+    EXPECT_EQ(receive(mute), 3);
+    EXPECT_EQ(sequence, 7);
+    EXPECT_TRUE(mute.close());
+}
+
+TEST_F(NetlinkHelperFailureTest, FailsWithoutALogAsWithOne) {
+    NetlinkHelper mute(nullptr);
+    {
+        const ResourceLimit noDescriptors(RLIMIT_NOFILE, 0);
+        EXPECT_FALSE(mute.open());
+    }
+    EXPECT_FALSE(mute.close());
+    ASSERT_TRUE(mute.open());
+
+    EXPECT_FALSE(mute.open());
+    EXPECT_FALSE(mute.send("abc", 4097, ownPort(), 0));
+    EXPECT_EQ(receive(mute), NetlinkHelper::timedOut);
+    EXPECT_EQ(mute.receive(buffer.data(), 4097, 0ms, sequence), NetlinkHelper::failed);
+    EXPECT_EQ(reports(), Reports{});
+}

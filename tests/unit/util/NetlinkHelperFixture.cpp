@@ -1,0 +1,47 @@
+#include "NetlinkHelperFixture.hpp"
+
+#include <linux/netlink.h>
+#include <unistd.h>
+
+#include "LogEntries.hpp"
+
+namespace {
+
+sockaddr_nl addressOf(unsigned portId) {
+    sockaddr_nl address{};
+    address.nl_family = AF_NETLINK;
+    address.nl_pid = portId;
+    return address;
+}
+
+const sockaddr* generic(const sockaddr_nl& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+}  // namespace
+
+NetlinkHelperFixture::Reports NetlinkHelperFixture::reports() {
+    Reports all = logEntries("dispatcher_log_memory");
+    all.erase(all.begin(), all.begin() + static_cast<Reports::difference_type>(reportsSeen));
+    reportsSeen += all.size();
+    return all;
+}
+
+unsigned NetlinkHelperFixture::ownPort() {
+    return static_cast<unsigned>(::getpid());
+}
+
+Korvel::UniqueFd NetlinkHelperFixture::socketAt(unsigned portId) {
+    Korvel::UniqueFd socket(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK));
+    const sockaddr_nl address = addressOf(portId);
+    if (::bind(socket.get(), generic(address), sizeof address) != 0) {
+        socket.reset();
+    }
+    return socket;
+}
+
+void NetlinkHelperFixture::arrives(std::string_view datagram) const {
+    const sockaddr_nl address = addressOf(ownPort());
+    ASSERT_EQ(::sendto(stranger.get(), datagram.data(), datagram.size(), 0, generic(address), sizeof address),
+              static_cast<ssize_t>(datagram.size()));
+}

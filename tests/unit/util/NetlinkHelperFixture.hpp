@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+
+#include "NetlinkHelper.hpp"
+#include "SmLog.hpp"
+#include "UniqueFd.hpp"
+
+/// A transport that reports to a shared-memory log, not open yet.
+class NetlinkHelperFixture : public testing::Test {
+protected:
+    using Reports = std::vector<std::string>;
+
+    /// What the transport reported since the last call.
+    Reports reports();
+
+    /// The one report with this text.
+    static Reports reported(const std::string& text) { return {"0 NetlinkHelper: " + text}; }
+
+    bool send(std::string_view payload, unsigned destination, unsigned sequence = 0) {
+        return helper.send(payload.data(), static_cast<unsigned>(payload.size()), destination, sequence);
+    }
+
+    /// This process's port id, which the transport binds.
+    static unsigned ownPort();
+
+    /// A socket bound to this port id that nobody reads; empty with errno set where that cannot be had.
+    static Korvel::UniqueFd socketAt(unsigned portId);
+
+    /// Has these bytes lie in the queue of the socket at this process's port id.
+    void arrives(std::string_view datagram) const;
+
+    SmLog* log = SmLog::getClientInstance("dispatcher_log_memory", 3);
+    Util::NetlinkHelper helper{log};
+
+private:
+    std::size_t reportsSeen = 0;
+    Korvel::UniqueFd stranger{::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, 2)};
+};
