@@ -26,19 +26,19 @@ ArchiveMgr::ArchiveLogInfo::ArchiveLogInfo(ArchiveMgr& manager, const std::strin
     }
 }
 
-void ArchiveMgr::ArchiveLogInfo::updateLog(char* buffer, unsigned size) {
-    if (smLog == nullptr || runtimeFile.hasFailed() || buffer == nullptr || size == 0) {
+void ArchiveMgr::ArchiveLogInfo::updateLog(char* scratch, unsigned size) {
+    if (smLog == nullptr || runtimeFile.hasFailed() || scratch == nullptr || size == 0) {
         return;
     }
-    buffer[0] = '\0';
-    newPosition = smLog->read(buffer, size, 0, lastPosition, smLogReadMode);
+    scratch[0] = '\0';
+    newPosition = smLog->read(scratch, size, 0, lastPosition, smLogReadMode);
     if (smLog->overlap(lastPosition, newPosition)) {
         write(overlapWarning);
     }
     if (newPosition == lastPosition) {
         return;
     }
-    const std::string_view text(buffer, ::strnlen(buffer, size));
+    const std::string_view text(scratch, ::strnlen(scratch, size));
     if (write(text)) {
         bytesWritten += static_cast<std::uint32_t>(text.size());
         if (bytesWritten >= rotationThreshold) {

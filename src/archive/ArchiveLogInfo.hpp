@@ -23,9 +23,9 @@ public:
     /// outlive this object; so must `log`, which may be null: nothing is followed then.
     ArchiveLogInfo(ArchiveMgr& manager, const std::string& shortName, SmLog* log);
 
-    /// Takes over what the log has got since the last call, at most `size` - 1 bytes of it. `buffer` is for
+    /// Takes over what the log has got since the last call, at most `size` - 1 bytes of it. `scratch` is for
     /// its use and has `size` bytes.
-    void updateLog(char* buffer, unsigned size);
+    void updateLog(char* scratch, unsigned size);
 
 private:
     bool openRuntimeFile(OutputFile::Mode mode);

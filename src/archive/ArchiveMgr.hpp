@@ -17,6 +17,10 @@ public:
     class ArchiveLogInfo;
 
     ArchiveMgr();
+    ArchiveMgr(const ArchiveMgr&) = delete;
+    ArchiveMgr& operator=(const ArchiveMgr&) = delete;
+    ArchiveMgr(ArchiveMgr&&) = delete;
+    ArchiveMgr& operator=(ArchiveMgr&&) = delete;
     ~ArchiveMgr() override;
 
     bool detectKeywords(int argc, char** argv) override;

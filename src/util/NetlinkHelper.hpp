@@ -18,8 +18,8 @@ public:
     static constexpr int timedOut = -1;
     static constexpr int failed = -2;
 
-    /// `log` is not owned and must outlive this object; null: failures go unreported.
-    explicit NetlinkHelper(SmLog* log);
+    /// `client` is not owned and must outlive this object; null: failures go unreported.
+    explicit NetlinkHelper(SmLog* client);
     NetlinkHelper(const NetlinkHelper&) = delete;
     NetlinkHelper& operator=(const NetlinkHelper&) = delete;
     NetlinkHelper(NetlinkHelper&&) = delete;
