@@ -1,0 +1,167 @@
+// How the supervision begins, and how it ends before it has begun.
+
+#include <system_error>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "FailingCall.hpp"
+#include "ScriptedPeer.hpp"
+#include "SupervisionMgrFixture.hpp"
+
+using Korvel::HeartbeatRespStatus;
+
+namespace {
+
+class SupervisionMgrStartTest : public SupervisionMgrFixture {
+protected:
+    /// Runs the supervision while one of its system calls fails.
+    bool runWith(const FailingCall& failing) {
+        bool success = true;
+        runFailing(failing, [&] { success = run(); });
+        return success;
+    }
+
+    /// A server where the supervision's own socket would be; throws where the supervision has it.
+    static ScriptedPeer atOwnPort() {
+        return ScriptedPeer::atNetlinkPort(static_cast<std::uint32_t>(::getpid()));
+    }
+
+    /// The status line with a different status for each peer.
+    std::string statusLine() const {
+        HeartbeatRespStatus status;
+        status.iwf = HeartbeatRespStatus::OK;
+        status.sfn = HeartbeatRespStatus::ERROR;
+        return manager.getStatusStr(status);
+    }
+
+    ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
+};
+
+constexpr FailingCall noNetlinkSocket{.number = SYS_socket,
+                                      .error = EMFILE,
+                                      .argument = FailingCall::Argument{.index = 0, .value = AF_NETLINK}};
+
+}  // namespace
+
+TEST_F(SupervisionMgrStartTest, EndsWithoutAWordWhereNoDispatcherIsSelected) {
+    EXPECT_FALSE(run());
+
+    EXPECT_EQ(printed, Printed{});
+    expectLogged({});
+    EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
+}
+
+TEST_F(SupervisionMgrStartTest, GivesItsPortUpWhereNoDispatcherIsSelected) {
+    run();
+
+    EXPECT_NO_THROW(atOwnPort());
+}
+
+TEST_F(SupervisionMgrStartTest, TakesItsProcessIdAsPortId) {
+    select({iwf});
+
+    EXPECT_TRUE(manager.initialize());
+
+    EXPECT_THROW(atOwnPort(), std::system_error);
+    expectLogged({});
+}
+
+TEST_F(SupervisionMgrStartTest, GivesItsPortUpInTheEnd) {
+    select({iwf});
+    ASSERT_TRUE(manager.initialize());
+
+    manager.cleanup();
+
+    EXPECT_NO_THROW(atOwnPort());
+    expectLogged({});
+}
+
+TEST_F(SupervisionMgrStartTest, HasNothingToCleanUpWithoutASocket) {
+    EXPECT_EQ(printedBy([&] { manager.cleanup(); }), Printed{});
+
+    expectLogged({});
+}
+
+TEST_F(SupervisionMgrStartTest, ReportsASocketThatCannotBeClosed) {
+    select({iwf});
+    ASSERT_TRUE(manager.initialize());
+
+    runFailing({.number = SYS_close, .error = EIO}, [&] { manager.cleanup(); });
+
+    expectLogged({error("Error while closing netlink socket, errno: Input/output error")});
+}
+
+TEST_F(SupervisionMgrStartTest, ReportsASocketThatCannotBeHad) {
+    select({iwf, sfn});
+
+    EXPECT_FALSE(runWith(noNetlinkSocket));
+
+    EXPECT_EQ(printed, Printed{});
+    expectLogged({error("Error while creating netlink socket, errno: Too many open files")});
+    EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
+}
+
+TEST_F(SupervisionMgrStartTest, ReportsASocketWhoseSendsCannotBeLimited) {
+    select({iwf, sfn});
+
+    EXPECT_FALSE(runWith({.number = SYS_setsockopt, .error = ENOBUFS}));
+
+    EXPECT_EQ(printed, Printed{});
+    expectLogged({error("Error while creating netlink socket, errno: No buffer space available")});
+}
+
+TEST_F(SupervisionMgrStartTest, ReportsAPortIdThatIsTaken) {
+    const ScriptedPeer other = atOwnPort();
+    select({iwf, sfn});
+
+    EXPECT_FALSE(run());
+
+    EXPECT_EQ(printed, Printed{});
+    expectLogged({error("Error while binding netlink socket, errno: Address already in use")});
+    EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
+}
+
+TEST_F(SupervisionMgrStartTest, ReportsAFailureEvenWhereNoDispatcherIsSelected) {
+    EXPECT_FALSE(runWith(noNetlinkSocket));
+
+    expectLogged({error("Error while creating netlink socket, errno: Too many open files")});
+}
+
+TEST_F(SupervisionMgrStartTest, ShowsNetfpProxyAloneBeforeItKnowsTheSelection) {
+    select({iwf, sfn});
+
+    EXPECT_EQ(statusLine(), "Heartbeat status: NetfpProxy: NOT_RECEIVED");
+}
+
+TEST_F(SupervisionMgrStartTest, ShowsTheIwfDispatcherAloneWhereItAloneIsSelected) {
+    select({iwf});
+    ASSERT_TRUE(manager.initialize());
+
+    EXPECT_EQ(statusLine(), "Heartbeat status: IWF Dispatcher:OK NetfpProxy: NOT_RECEIVED");
+}
+
+TEST_F(SupervisionMgrStartTest, ShowsTheSfnDispatcherAloneWhereItAloneIsSelected) {
+    select({sfn});
+    ASSERT_TRUE(manager.initialize());
+
+    EXPECT_EQ(statusLine(), "Heartbeat status: SFN Dispatcher:ERROR NetfpProxy: NOT_RECEIVED");
+}
+
+TEST_F(SupervisionMgrStartTest, ShowsBothDispatchersWhereBothAreSelected) {
+    select({sfn, iwf});
+    ASSERT_TRUE(manager.initialize());
+
+    EXPECT_EQ(statusLine(),
+              "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:ERROR NetfpProxy: NOT_RECEIVED");
+}
+
+TEST_F(SupervisionMgrStartTest, ShowsAStatusWithoutANameAsNothing) {
+    select({iwf});
+    ASSERT_TRUE(manager.initialize());
+    HeartbeatRespStatus status;
+    status.iwf = HeartbeatRespStatus::Status{3};
+    status.netfpProxy = HeartbeatRespStatus::Status{4};
+
+    EXPECT_EQ(manager.getStatusStr(status), "Heartbeat status: IWF Dispatcher: NetfpProxy: ");
+}
