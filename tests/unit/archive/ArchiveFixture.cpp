@@ -1,0 +1,35 @@
+#include "ArchiveFixture.hpp"
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "SmLogs.hpp"
+
+using namespace Korvel;
+
+ArchiveFixture::ArchiveFixture() {
+    ::setenv("LC_ALL", "C", 1);  // for the words of other programs
+    std::filesystem::remove_all("/tmp/korvel");
+}
+
+Printed ArchiveFixture::follow() {
+    SmLog* const client = SmLog::getClientInstance(dispatcherLogName, smLogReaderApp);
+    return printedBy([&] { follower.emplace(manager, "dispatcher", client); });
+}
+
+Printed ArchiveFixture::update(unsigned size) {
+    std::string buffer(size, '?');
+    return printedBy([&] { follower->updateLog(buffer.data(), size); });
+}
+
+Printed ArchiveFixture::archive(unsigned bytes) {
+    const unsigned whole = bytes / RecordedLog::largest;
+    log.write(whole / 2);
+    const Printed first = update();
+    log.write(whole - whole / 2);
+    if (bytes % RecordedLog::largest != 0) {
+        log.write(1, bytes % RecordedLog::largest);
+    }
+    const Printed second = update();
+    return {first.out + second.out, first.err + second.err};
+}
