@@ -41,6 +41,7 @@ struct NetlinkPeer::Response {
 
 struct NetlinkPeer::Acts {
     static constexpr int mostStatus = std::numeric_limits<int>::max();
+    static constexpr int leastSize = 1;  // the kernel carries no empty netlink datagram
     static constexpr std::array rows{
         FaultAct<Act>{{""}, &NetlinkPeer::sendRight},
         FaultAct<Act>{{"silent"}, &NetlinkPeer::sendNothing},
@@ -50,7 +51,7 @@ struct NetlinkPeer::Acts {
         FaultAct<Act>{{"sequence"}, &NetlinkPeer::sendWrongSequence},
         FaultAct<Act>{{"type"}, &NetlinkPeer::sendWrongType},
         FaultAct<Act>{{"port"}, &NetlinkPeer::sendWrongPort},
-        FaultAct<Act>{{"truncated", true, 0, sizeof(Response)}, &NetlinkPeer::sendTruncated},
+        FaultAct<Act>{{"truncated", true, leastSize, sizeof(Response)}, &NetlinkPeer::sendTruncated},
         FaultAct<Act>{{"oversized"}, &NetlinkPeer::sendOversized},
         FaultAct<Act>{{"dying"}, &NetlinkPeer::die},
     };
