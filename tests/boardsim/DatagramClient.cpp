@@ -4,10 +4,12 @@
 #include <cstring>
 
 #include <arpa/inet.h>
+#include <linux/netlink.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include "SystemCall.hpp"
 
@@ -17,6 +19,13 @@ sockaddr_un pathAddress(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.data(), std::min(path.size(), sizeof address.sun_path - 1));
+    return address;
+}
+
+sockaddr_nl netlinkAddress(std::uint32_t portId) {
+    sockaddr_nl address{};
+    address.nl_family = AF_NETLINK;
+    address.nl_pid = portId;
     return address;
 }
 
@@ -43,6 +52,15 @@ DatagramClient DatagramClient::ofPort(std::uint16_t port) {
     server.sin_family = AF_INET;
     server.sin_port = htons(port);
     server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    checked(::connect(socket.get(), generic(server), sizeof server), "connect");
+    return DatagramClient(std::move(socket));
+}
+
+DatagramClient DatagramClient::ofNetlinkPort(std::uint32_t portId) {
+    UniqueFd socket(checked(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK), "socket"));
+    const sockaddr_nl own = netlinkAddress(static_cast<std::uint32_t>(::getpid()));
+    const sockaddr_nl server = netlinkAddress(portId);
+    checked(::bind(socket.get(), generic(own), sizeof own), "bind");
     checked(::connect(socket.get(), generic(server), sizeof server), "connect");
     return DatagramClient(std::move(socket));
 }

@@ -17,6 +17,10 @@ public:
     /// Of a UDP port of this machine.
     static DatagramClient ofPort(std::uint16_t port);
 
+    /// Of a netlink port id of the user-socket protocol; the client's own port id is the process id, so that
+    /// there is one at a time.
+    static DatagramClient ofNetlinkPort(std::uint32_t portId);
+
     /// False, with errno, where the peer cannot be reached.
     bool send(std::string_view bytes) const;
 

@@ -40,10 +40,15 @@ TEST(FaultTest, IsRefusedWithTheReason) {
         {"netfp_master=", "netfp_master knows no fault ''"},
         {"netfp_master=unended", "netfp_master knows no fault 'unended'"},
         {"system_log=silent", "system_log knows no fault 'silent'"},
+        {"netfp_proxy=sequence", "netfp_proxy knows no fault 'sequence'"},
+        {"netfp_proxy=netlink-short", "netfp_proxy knows no fault 'netlink-short'"},
+        {"netfp_master=netlink-silent", "netfp_master knows no fault 'netlink-silent'"},
+        {"iwf_dispatcher=netlink-unended", "iwf_dispatcher knows no fault 'netlink-unended'"},
         {"netfp_proxy=dump-silent", "netfp_proxy knows no fault 'dump-silent'"},
         {"netfp_master=silent:1", "fault 'silent' takes no number"},
         {"netfp_master=truncated", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
         {"netfp_master=truncated:273", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
+        {"netfp_proxy=netlink-stale:1", "fault 'netlink-stale' takes no number"},
         {"netfp_master=slow:1s", "fault 'slow' takes a number from 0 to 600000: slow:N"},
     };
     for (const auto& [text, complaint] : cases) {
@@ -84,4 +89,16 @@ TEST(FaultTest, CountsLastForTheThingThatItBelongsTo) {
     EXPECT_EQ(faultFor(scenario, "netfp_master", master.faults[1]).kind, "slow");
     EXPECT_EQ(faultFor(scenario, "netfp_master", master.faults[1]).number, 3);
     EXPECT_EQ(faultFor(scenario, "netfp_proxy", findPeer("netfp_proxy")->faults[0]).kind, "");
+}
+
+TEST(FaultTest, IsOneOfNetlinkAloneBehindItsPrefix) {
+    for (const char* peer : {"netfp_proxy", "iwf_dispatcher", "sfn_dispatcher"}) {
+        SCOPED_TRACE(peer);
+        const Scenario scenario{.faults = {parsePeerFault(std::string(peer) + "=netlink-error:3")}};
+        const PeerEntry& entry = *findPeer(peer);
+
+        EXPECT_EQ(faultFor(scenario, peer, entry.faults[0]).kind, "");
+        EXPECT_EQ(faultFor(scenario, peer, entry.faults[1]).kind, "error");
+        EXPECT_EQ(faultFor(scenario, peer, entry.faults[1]).number, 3);
+    }
 }

@@ -1,0 +1,79 @@
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+#include "HeartbeatStatus.hpp"
+#include "TextFile.hpp"
+
+namespace {
+
+constexpr const char* file = "/run/boardsim/heartbeat/netfp_proxy";
+
+}  // namespace
+
+TEST(HeartbeatStatusTest, IsHealthyAtFirst) {
+    const HeartbeatStatus status("netfp_proxy");
+
+    EXPECT_EQ(status.value(), 0);
+    EXPECT_EQ(readTextFile(file), "0\n");
+}
+
+TEST(HeartbeatStatusTest, IsHealthyAgainWhereItBeginsAnew) {
+    writeTextFile(file, "5\n");
+
+    const HeartbeatStatus status("netfp_proxy");
+
+    EXPECT_EQ(status.value(), 0);
+}
+
+TEST(HeartbeatStatusTest, IsTheNumberThatItsFileHoldsAtTheMoment) {
+    const HeartbeatStatus status("netfp_proxy");
+    const struct {
+        const char* text;
+        std::uint32_t value;
+    } cases[] = {{"1\n", 1}, {"7", 7}, {"4294967295\n", 4294967295}, {"0\n", 0}};
+
+    for (const auto& [text, value] : cases) {
+        writeTextFile(file, text);
+        EXPECT_EQ(status.value(), value) << text;
+    }
+}
+
+TEST(HeartbeatStatusTest, IsHealthyWhereItsFileHoldsNoNumber) {
+    const HeartbeatStatus status("netfp_proxy");
+
+    for (const char* text : {"", "\n", "ill\n", "-1\n", "4294967296\n"}) {
+        writeTextFile(file, text);
+        EXPECT_EQ(status.value(), 0) << text;
+    }
+}
+
+TEST(HeartbeatStatusTest, IsHealthyWhereItsFileIsGone) {
+    const HeartbeatStatus status("netfp_proxy");
+    writeTextFile(file, "5\n");
+    ASSERT_EQ(status.value(), 5);
+
+    std::filesystem::remove(file);
+    EXPECT_EQ(status.value(), 0);
+
+    std::filesystem::create_directory(file);
+    EXPECT_EQ(status.value(), 0);
+}
+
+TEST(HeartbeatStatusTest, IsEachPeersOwn) {
+    const HeartbeatStatus iwf("iwf_dispatcher");
+    const HeartbeatStatus sfn("sfn_dispatcher");
+
+    writeTextFile("/run/boardsim/heartbeat/sfn_dispatcher", "3\n");
+
+    EXPECT_EQ(iwf.value(), 0);
+    EXPECT_EQ(sfn.value(), 3);
+}
+
+TEST(HeartbeatStatusTest, ThrowsWhereItsFileCannotBeWritten) {
+    std::filesystem::create_directory(file);
+
+    EXPECT_THROW(HeartbeatStatus("netfp_proxy"), std::system_error);
+}
