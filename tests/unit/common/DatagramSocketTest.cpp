@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <linux/netlink.h>
 #include <sys/time.h>
 #include <sys/un.h>
 
@@ -20,6 +21,20 @@ using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
 namespace {
+
+template <typename Value>
+Value optionOf(const UniqueFd& socket, int option) {
+    Value value{};
+    socklen_t size = sizeof value;
+    EXPECT_EQ(::getsockopt(socket.get(), SOL_SOCKET, option, &value, &size), 0);
+    return value;
+}
+
+/// What a send on the socket waits at most.
+std::chrono::microseconds sendLimit(const UniqueFd& socket) {
+    const auto limit = optionOf<timeval>(socket, SO_SNDTIMEO);
+    return std::chrono::seconds(limit.tv_sec) + std::chrono::microseconds(limit.tv_usec);
+}
 
 /// A peer with a socket at /tmp/peer that reads when the test does, and a socket to send to it.
 class DatagramSocket : public testing::Test {
@@ -43,14 +58,6 @@ protected:
                           : std::string(buffer.data(), static_cast<std::size_t>(length));
     }
 
-    /// What a send on the socket waits at most.
-    std::chrono::microseconds sendLimit() const {
-        timeval limit{};
-        socklen_t size = sizeof limit;
-        EXPECT_EQ(::getsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, &size), 0);
-        return std::chrono::seconds(limit.tv_sec) + std::chrono::microseconds(limit.tv_usec);
-    }
-
     /// About a second, less what a coarse clock may cut off.
     static constexpr auto atLeast = 950ms;
 
@@ -69,7 +76,7 @@ TEST_F(DatagramSocket, IsClosedInChildren) {
 }
 
 TEST_F(DatagramSocket, LimitsEverySendToASecond) {
-    EXPECT_EQ(sendLimit(), 1s);
+    EXPECT_EQ(sendLimit(socket), 1s);
 }
 
 TEST_F(DatagramSocket, SendsADatagramWhole) {
@@ -119,7 +126,33 @@ TEST_F(DatagramSocket, HasTheWholeSecondAgainAfterASendThatSignalsInterrupted) {
         EXPECT_FALSE(send("one too many"));
     }
 
-    EXPECT_EQ(sendLimit(), 1s);
+    EXPECT_EQ(sendLimit(socket), 1s);
+}
+
+TEST(SendDatagram, FailsWhereTheSystemTakesLessThanTheWhole) {
+    for (const auto& [taken, answer] : {std::pair("0", "false\n"), {"4", "false\n"}, {"5", "true\n"}}) {
+        SCOPED_TRACE(taken);
+        const Outcome outcome =
+            probeInjected({.faults = {std::string("sendto:retval=") + taken}}, {"sendDatagram", "whole"});
+
+        EXPECT_EQ(outcome.out, answer);
+        EXPECT_EQ(outcome.err, "");
+    }
+}
+
+TEST(OpenDatagramSocket, IsOfTheProtocolThatIsAskedFor) {
+    const UniqueFd socket = openDatagramSocket(AF_NETLINK, NETLINK_USERSOCK);
+
+    EXPECT_EQ(optionOf<int>(socket, SO_DOMAIN), AF_NETLINK);
+    EXPECT_EQ(optionOf<int>(socket, SO_TYPE), SOCK_DGRAM);
+    EXPECT_EQ(optionOf<int>(socket, SO_PROTOCOL), NETLINK_USERSOCK);
+    EXPECT_EQ(sendLimit(socket), 1s);
+    EXPECT_EQ(::fcntl(socket.get(), F_GETFD), FD_CLOEXEC);
+}
+
+TEST(OpenDatagramSocket, TellsThatTheProtocolIsUnknown) {
+    EXPECT_FALSE(openDatagramSocket(AF_NETLINK, 1000));
+    EXPECT_EQ(errno, EPROTONOSUPPORT);
 }
 
 TEST(OpenDatagramSocket, TellsThatTheFamilyIsUnknown) {

@@ -1,3 +1,4 @@
+#include <cstdarg>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -87,6 +88,53 @@ TEST_F(Logf, SendsAgainOnceTheSystemLogHasRoom) {
     logf(LogLvl::error, "kept");
 
     EXPECT_EQ(systemLog.records(), Records{"<11>TIME common_test: kept"});
+}
+
+/// The record alone, whatever the mode.
+class LogToSystem : public testing::Test {
+protected:
+    static void log(LogLvl level, const char* format, ...) __attribute__((format(printf, 2, 3))) {
+        std::va_list arguments;
+        va_start(arguments, format);
+        logToSystem(level, format, arguments);
+        va_end(arguments);
+    }
+
+    SystemLog systemLog;
+    OutputCapture console;
+};
+
+TEST_F(LogToSystem, SendsTheFormattedTextWithItsPriorityAndPrintsNothing) {
+    log(LogLvl::error, "port %d of %s", 7, "eth0");
+    log(LogLvl::information, "nothing but text");
+
+    EXPECT_EQ(systemLog.records(), (Records{
+                                       "<11>TIME common_test: port 7 of eth0",
+                                       "<14>TIME common_test: nothing but text",
+                                   }));
+    EXPECT_EQ(console.out(), "");
+    EXPECT_EQ(console.err(), "");
+}
+
+TEST_F(LogToSystem, PrintsNothingInVerboseModeEither) {
+    setVerboseMode(true);
+
+    log(LogLvl::warning, "port %d", 7);
+    setVerboseMode(false);
+
+    EXPECT_EQ(systemLog.records(), Records{"<12>TIME common_test: port 7"});
+    EXPECT_EQ(console.out(), "");
+}
+
+TEST_F(LogToSystem, LosesARecordThatTheSystemLogHasNoRoomFor) {
+    systemLog.fill();
+
+    log(LogLvl::error, "lost");
+    systemLog.records();
+    log(LogLvl::error, "kept");
+
+    EXPECT_EQ(systemLog.records(), Records{"<11>TIME common_test: kept"});
+    EXPECT_EQ(console.err(), "");
 }
 
 TEST(LogLvlToPriority, MapsEveryLevel) {

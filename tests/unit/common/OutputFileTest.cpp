@@ -53,7 +53,31 @@ TEST_F(OutputFileTest, WritesNothingBehindItsFirstError) {
 }
 
 TEST_F(OutputFileTest, TellsThatItCannotBeOpened) {
-    EXPECT_FALSE(OutputFile("/tmp/absent/dump.log").isOpen());
+    const OutputFile absent("/tmp/absent/dump.log");
+
+    EXPECT_FALSE(absent.isOpen());
+    EXPECT_TRUE(absent.hasFailed());
+}
+
+TEST_F(OutputFileTest, IsNotOpenWithoutAPath) {
+    OutputFile none;
+
+    EXPECT_FALSE(none.isOpen());
+    EXPECT_TRUE(none.hasFailed());
+    EXPECT_EQ(none.writeError(), 0);
+
+    none = OutputFile(path);
+    EXPECT_TRUE(none.isOpen());
+}
+
+TEST_F(OutputFileTest, HasFailedOnceAWriteHas) {
+    std::filesystem::create_symlink("/dev/full", "/tmp/full");
+    OutputFile full("/tmp/full");
+    EXPECT_FALSE(full.hasFailed());
+
+    full.write("text");
+
+    EXPECT_TRUE(full.hasFailed());
 }
 
 class WriteDumpFile : public testing::Test {

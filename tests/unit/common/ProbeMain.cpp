@@ -6,11 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include <sys/un.h>
 #include <unistd.h>
 
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
 #include "InputFile.hpp"
+#include "Invariant.hpp"
 #include "IsolatedCpus.hpp"
 #include "OutputFile.hpp"
 #include "Shell.hpp"
@@ -68,12 +70,37 @@ std::string napForAnHour(Arguments /*arguments*/) {
     return {};
 }
 
+std::string appendToFile(Arguments words) {
+    Korvel::OutputFile file(words[0], Korvel::OutputFile::Mode::append);
+    if (!file.isOpen()) {
+        return std::strerror(errno);
+    }
+    file.write(words[1]);
+    return truth(file.close());
+}
+
+std::string breakInvariant(Arguments /*arguments*/) {
+    Korvel::print("printed before\n");
+    Korvel::requireInvariant(false, "nullptr != client", "ProbeMain");
+    return "still there";
+}
+
+/// To nobody: a test says what the system makes of it.
+std::string sendDatagram(Arguments words) {
+    const Korvel::UniqueFd socket = Korvel::openDatagramSocket(AF_UNIX);
+    const sockaddr_un nobody{.sun_family = AF_UNIX, .sun_path = "/tmp/nobody"};
+    return truth(Korvel::sendDatagram(socket.get(), std::as_bytes(std::span(std::string_view(words[0]))),
+                                      reinterpret_cast<const sockaddr*>(&nobody), sizeof nobody));
+}
+
 struct Function {
     std::string_view name;
     std::string (*call)(Arguments arguments);
 };
 
 constexpr std::array functions{
+    Function{"appendToFile", appendToFile},
+    Function{"breakInvariant", breakInvariant},
     Function{"executeCommand", [](Arguments words) { return truth(Korvel::executeCommand(words[0])); }},
     Function{"getIsolatedCpuMaskTwice", getIsolatedCpuMaskTwice},
     Function{"napForAnHour", napForAnHour},
@@ -94,6 +121,7 @@ constexpr std::array functions{
              }},
     Function{"readWholeFile",
              [](Arguments words) { return Korvel::readWholeFile(words[0]).value_or(std::strerror(errno)); }},
+    Function{"sendDatagram", sendDatagram},
     Function{"speak", speak},
     Function{"speakTwice", speakTwice},
     Function{"waitForInput", waitForInput},

@@ -1,0 +1,85 @@
+#include <cerrno>
+#include <csignal>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "OutputFile.hpp"
+#include "Probe.hpp"
+#include "ResourceLimit.hpp"
+#include "TestFiles.hpp"
+
+using namespace Korvel;
+
+namespace {
+
+constexpr const char* path = "/tmp/runtime.log";
+
+class OutputFileAppendTest : public testing::Test {
+protected:
+    static OutputFile open() { return OutputFile(path, OutputFile::Mode::append); }
+};
+
+TEST_F(OutputFileAppendTest, WritesBehindWhatWasThere) {
+    writeFile(path, "before, ");
+    OutputFile file = open();
+
+    file.write("now");
+    file.write(" and then");
+
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(contentOfFile(path), "before, now and then");
+}
+
+TEST_F(OutputFileAppendTest, KeepsWhatWasThereWithoutAWrite) {
+    writeFile(path, "before");
+
+    EXPECT_TRUE(open().close());
+
+    EXPECT_EQ(contentOfFile(path), "before");
+}
+
+TEST_F(OutputFileAppendTest, IsMadeWhereThereIsNone) {
+    OutputFile file = open();
+
+    file.write("first");
+
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(contentOfFile(path), "first");
+}
+
+TEST_F(OutputFileAppendTest, WritesNothingBehindItsFirstError) {
+    writeFile(path, "before");
+    std::signal(SIGXFSZ, SIG_IGN);
+    OutputFile file = open();
+    {
+        const ResourceLimit smallFiles(RLIMIT_FSIZE, 8);
+        file.write("more than fits");
+    }
+    std::signal(SIGXFSZ, SIG_DFL);
+
+    file.write("and more");
+
+    EXPECT_TRUE(file.hasFailed());
+    EXPECT_FALSE(file.close());
+    EXPECT_EQ(file.writeError(), EFBIG);
+    EXPECT_EQ(contentOfFile(path), "beforemo");
+}
+
+TEST_F(OutputFileAppendTest, IsNotOpenWhereItsEndCannotBeFound) {
+    writeFile(path, "before");
+
+    const Outcome outcome =
+        probeInjected({.faults = {"lseek:error=EOVERFLOW"}, .path = path}, {"appendToFile", path, "text"});
+
+    EXPECT_EQ(outcome.out, "Value too large for defined data type\n");
+    EXPECT_EQ(contentOfFile(path), "before");
+}
+
+TEST_F(OutputFileAppendTest, IsRefusedWhereItCouldWait) {
+    ASSERT_EQ(::mkfifo(path, 0600), 0);
+
+    EXPECT_FALSE(open().isOpen());
+}
+
+}  // namespace
