@@ -8,7 +8,7 @@
 // Messages of the fast-path stack on netlink sockets of the user-socket protocol (NETLINK_USERSOCK): each is
 // the payload behind the kernel's struct nlmsghdr, without padding, in the board's own byte order. What a
 // message is stands in its first word; nlmsg_type is 1 in all of them. A response repeats the request's
-// nlmsg_seq and has the sender's port id in nlmsg_pid.
+// nlmsg_seq; nlmsg_pid is the sender's port id, by which the two dispatchers are told apart.
 
 /// The fixed port ids of the processes that take requests. A client's port id is its process id.
 enum FastPath_PortId : std::uint32_t {

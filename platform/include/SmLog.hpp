@@ -20,11 +20,13 @@ public:
         __attribute__((format(printf, 4, 5))) = 0;
 
     /// As write(), with the arguments in a list.
-    virtual void vwrite(int level, const char* tag, const char* format, std::va_list arguments) = 0;
+    virtual void vwrite(int level, const char* tag, const char* format, std::va_list arguments)
+        __attribute__((format(printf, 4, 0))) = 0;
 
     /// Copies log text into `buffer` of `size` bytes, from position `start` on (0: from the oldest entry
     /// kept), with a zero behind it where it fits. Returns the position behind the last byte copied, to
-    /// be given as `start` of the next read.
+    /// be given as `start` of the next read; `start` itself where there is nothing new. `app` and `mode` are
+    /// the library's own.
     virtual unsigned read(char* buffer, unsigned size, AppID app, unsigned start, unsigned mode) = 0;
 
     /// True when entries between `lastPosition` and the read that returned `newPosition` were overwritten

@@ -11,13 +11,12 @@
 namespace Korvel {
 namespace {
 
-constexpr AppID logApplication = 3;  // meaningful to the log library alone
 constexpr std::chrono::seconds responseTimeout{2};
 constexpr std::size_t nameSize = sizeof NetfpProxy_AddInterfaceReq::interfaceName;
 
 using ProxyChannel = Util::Netlink<NetfpProxy_AddInterfaceReq, NetfpProxy_AddInterfaceResp>;
 
-bool judge(const NetfpProxy_AddInterfaceResp& response) {
+bool isSuccess(const NetfpProxy_AddInterfaceResp& response) {
     if (response.messageType != FASTPATH_ADD_INTERFACE_RESP) {
         print("Netlink communication error, wrong message type: ", response.messageType, '\n');
         return false;
@@ -36,7 +35,7 @@ std::string AddInterfaceAction::getKeyword() {
 }
 
 bool AddInterfaceAction::run(int argc, char** argv) {
-    logClient = SmLog::getClientInstance(dispatcherLogName, logApplication);
+    logClient = SmLog::getClientInstance(dispatcherLogName, smLogApplication);
     if (!parseParameters(argc, argv)) {
         return false;
     }
@@ -66,7 +65,7 @@ bool AddInterfaceAction::handleRequest() {
     NetfpProxy_AddInterfaceResp response{};
     ProxyChannel proxy(FASTPATH_NETFP_PROXY_PORT_ID, logClient);
     return proxy.open() && proxy.send(request, 0) && proxy.receive(response, responseTimeout) &&
-           judge(response);
+           isSuccess(response);
 }
 
 void AddInterfaceAction::printHelpMsg(const std::string& indent, const std::string& programName) {

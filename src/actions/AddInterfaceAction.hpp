@@ -9,8 +9,8 @@
 namespace Korvel {
 
 /// "add_interface": has netfp_proxy take a Linux network interface under its management, and prints whether
-/// it did. All of that goes to standard output; why the exchange failed is in the dispatcher's shared-memory
-/// log.
+/// it did and what it answered if not. All of that goes to standard output; why the exchange itself failed is
+/// in the dispatcher's shared-memory log.
 class AddInterfaceAction : public SimpleAction {
 public:
     static constexpr std::string_view keyword = "add_interface";
@@ -19,10 +19,15 @@ public:
     bool run(int argc, char** argv) override;
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
-private:
+    // The steps of run().
+
+    /// Takes the interface's name, of 1 to 31 bytes. False, with the reason printed, where it is none.
     bool parseParameters(int argc, char** argv);
+
+    /// The exchange with netfp_proxy. True when that has the interface under its management.
     bool handleRequest();
 
+private:
     std::string interfaceName;
     SmLog* logClient = nullptr;  // the library's; null where the log cannot be had
 };

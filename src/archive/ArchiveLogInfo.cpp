@@ -20,7 +20,7 @@ ArchiveMgr::ArchiveLogInfo::ArchiveLogInfo(ArchiveMgr& manager, const std::strin
       startupPath(directory + "/startup.log"),
       middlePath(directory + "/middle.log"),
       smLog(log) {
-    executeCommand("mkdir -p " + directory);
+    executeCommand("mkdir -p " + directory);  // opening the file tells whether the folder is there
     if (openRuntimeFile(OutputFile::Mode::truncate)) {
         mgr.logf(LogLvl::information, "%s open for monitoring", runtimePath.c_str());
     }
@@ -62,8 +62,7 @@ bool ArchiveMgr::ArchiveLogInfo::write(std::string_view text) {
 }
 
 void ArchiveMgr::ArchiveLogInfo::rotate() {
-    static_cast<void>(
-        runtimeFile.close());  // what it holds was written; reopening tells what has become of it
+    static_cast<void>(runtimeFile.close());  // all was written; nothing is left to do but to go on
     const std::string& target = startupArchived ? middlePath : startupPath;
     const bool archived =
         executeCommand("cp " + runtimePath + " " + target) && executeCommand("/bin/gzip -f " + target);

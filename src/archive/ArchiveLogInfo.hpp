@@ -13,8 +13,9 @@ namespace Korvel {
 /// Follows one shared-memory log into files of a folder of its own:
 /// - startup.log.gz: the first 2 MiB, or a little more, since this object was made,
 /// - middle.log.gz: of the later pieces of that size the last one that is complete,
-/// - runtime.log: what came after that. A piece leaves it only when its compressed copy is whole, so that
-///   ending the process at any moment loses nothing.
+/// - runtime.log: what came after that. A piece leaves it only when its compressed copy is whole: at whatever
+///   moment the process is ended, no text is lost but that of the piece before in middle.log.gz. The next
+///   object for the folder starts runtime.log anew.
 /// What cannot be done is reported through the manager. After a file that could not be opened or written it
 /// is idle.
 class ArchiveMgr::ArchiveLogInfo {
@@ -23,7 +24,7 @@ public:
     /// outlive this object; so must `log`, which may be null: nothing is followed then.
     ArchiveLogInfo(ArchiveMgr& manager, const std::string& shortName, SmLog* log);
 
-    /// Takes over what the log has got since the last call, at most `size` - 1 bytes of it. `scratch` is for
+    /// Takes over what the log has got since the last call, as much as `size` holds. `scratch` is for
     /// its use and has `size` bytes.
     void updateLog(char* scratch, unsigned size);
 

@@ -1,11 +1,13 @@
 #include "ArchiveMgr.hpp"
 
 #include <chrono>
+#include <csignal>
 #include <cstdarg>
 #include <cstring>
 
 #include "ArchiveLogInfo.hpp"
 #include "Console.hpp"
+#include "HarmlessSignal.hpp"
 #include "Invariant.hpp"
 #include "SmLogs.hpp"
 #include "Wait.hpp"
@@ -34,12 +36,13 @@ void ArchiveMgr::printHelpMsg(const std::string& indent, const std::string& prog
 }
 
 bool ArchiveMgr::run() {
-    logClient = SmLog::getClientInstance(dispatcherLogName, smLogReaderApp);
+    logClient = SmLog::getClientInstance(dispatcherLogName, smLogApplication);
     requireInvariant(nullptr != logClient, "nullptr != logClient", "ArchiveMgr");
+    makeHarmless(SIGPIPE);  // a command's failure may have nobody left to be told
     buffer.resize(bufferSize);
     dispatcherLog = std::make_unique<ArchiveLogInfo>(*this, "dispatcher", logClient);
     syslibLog = std::make_unique<ArchiveLogInfo>(*this, "syslib",
-                                                 SmLog::getClientInstance(syslibLogName, smLogReaderApp));
+                                                 SmLog::getClientInstance(syslibLogName, smLogApplication));
     for (;;) {
         dispatcherLog->updateLog(buffer.data(), bufferSize);
         syslibLog->updateLog(buffer.data(), bufferSize);

@@ -10,8 +10,8 @@
 namespace Korvel {
 
 /// "archive": follows the dispatcher's and SYSLIB's shared-memory logs into files below /tmp/korvel/archive/
-/// until the process is ended from outside. Nothing is printed; problems are reported in the dispatcher's
-/// shared-memory log.
+/// until the process is ended from outside. Problems are reported in the dispatcher's shared-memory log; only
+/// of a shell command that fails standard error tells as well.
 class ArchiveMgr : public IManager {
 public:
     class ArchiveLogInfo;

@@ -1,6 +1,5 @@
 #include "DatagramSocket.hpp"
 
-#include <algorithm>
 #include <chrono>
 
 #include <sys/time.h>
@@ -40,9 +39,12 @@ bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockadd
     bool shortened = false;
     ssize_t sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);
     while (sent < 0 && errno == EINTR) {
-        // A limit of zero would mean none at all.
         const auto left = std::chrono::ceil<microseconds>(deadline - steady_clock::now());
-        limitSends(socket, std::max(left, microseconds{1}));
+        if (left <= microseconds::zero()) {
+            errno = EAGAIN;
+            break;
+        }
+        limitSends(socket, left);
         shortened = true;
         sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);
     }

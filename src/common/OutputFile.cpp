@@ -1,7 +1,6 @@
 #include "OutputFile.hpp"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "Console.hpp"
 #include "SystemCall.hpp"
@@ -17,15 +16,10 @@ bool emptyFile(int file) {
            (!S_ISREG(status.st_mode) || uninterrupted([&] { return ::ftruncate(file, 0); }) == 0);
 }
 
-bool goToEnd(int file) {
-    return ::lseek(file, 0, SEEK_END) != -1;
-}
-
 }  // namespace
 
 OutputFile::OutputFile(const std::string& path, Mode mode) : file(openTrusted(path)) {
-    const auto prepare = mode == Mode::truncate ? emptyFile : goToEnd;
-    if (file && !prepare(file.get())) {
+    if (file && mode == Mode::truncate && !emptyFile(file.get())) {
         file.reset();
     }
 }

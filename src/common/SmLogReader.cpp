@@ -7,7 +7,7 @@
 namespace Korvel {
 
 std::string readSmLog(const char* logName, unsigned size, AppID app) {
-    SmLog* const log = SmLog::getClientInstance(logName, smLogReaderApp);
+    SmLog* const log = SmLog::getClientInstance(logName, smLogApplication);
     if (log == nullptr) {
         return {};
     }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int linkLimit = 40;  // the kernel's own, against links that point at each other
 constexpr mode_t newFileMode = 0666;
-constexpr int openFlags = O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | O_NOFOLLOW;
+constexpr int openFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | O_NOFOLLOW;
 
 bool isTrusted(const struct stat& status) {
     return status.st_uid == 0 || status.st_uid == ::geteuid();

@@ -6,8 +6,8 @@
 
 namespace Korvel {
 
-/// Opens `path` for writing, creating the file where there is none and keeping what is in it where there is
-/// one. Empty with errno set where that fails.
+/// Opens `path` for writing behind what is in it, creating the file where there is none. Empty with errno
+/// set where that fails.
 ///
 /// Never waits (a FIFO or a socket fails) and never falls for what another user planted in a shared folder:
 /// a symbolic link on the way, or the file itself, must belong to the caller or to root, else the reason is

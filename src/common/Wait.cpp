@@ -52,7 +52,8 @@ Readiness waitFor(short event, int descriptor, const Deadline& deadline) {
 }  // namespace
 
 Deadline deadlineIn(milliseconds limit) {
-    return steady_clock::now() + limit;
+    constexpr milliseconds longest = std::chrono::hours(100 * 365 * 24);  // the clock counts nanoseconds
+    return steady_clock::now() + std::clamp(limit, milliseconds::zero(), longest);
 }
 
 bool hasPassed(const Deadline& deadline) {

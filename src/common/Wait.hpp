@@ -8,6 +8,7 @@ namespace Korvel {
 /// The moment at which a wait ends; empty for a wait without limit.
 using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
+/// A limit below zero counts as zero, and one beyond a hundred years as that.
 Deadline deadlineIn(std::chrono::milliseconds limit);
 bool hasPassed(const Deadline& deadline);
 

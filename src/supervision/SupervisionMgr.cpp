@@ -1,16 +1,20 @@
 #include "SupervisionMgr.hpp"
 
 #include <array>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <span>
 
 #include <sys/socket.h>
 
 #include "Configuration.hpp"
 #include "Console.hpp"
 #include "FastPathNetlink.hpp"
+#include "HarmlessSignal.hpp"
 #include "Invariant.hpp"
 #include "NetlinkSocket.hpp"
 #include "SmLogs.hpp"
@@ -60,6 +64,7 @@ void SupervisionMgr::printHelpMsg(const std::string& indent, const std::string& 
 }
 
 bool SupervisionMgr::run() {
+    makeHarmless(SIGPIPE);  // the last status reaches the logs, whoever has stopped reading standard error
     if (initialize()) {
         logf(LogLvl::information, "Starting supervision of dispatcher%s%s and netfp_proxy",
              iwfSelected ? " IWF" : "", sfnSelected ? " SFN" : "");
@@ -136,27 +141,14 @@ int SupervisionMgr::waitForHeartbeatsResp() {
     bool expired = false;
     const auto start = system_clock::now();
     while (remaining >= 1 && !expired) {
-        const Readiness readiness = waitReadable(netlinkFd.get(), deadlineIn(responseTimeout));
-        expired = system_clock::now() - start > cycleLimit;
-        if (readiness == Readiness::timedOut) {
-            logf(LogLvl::error, "poll(): Timed out while waiting for response");
-            return abandonCycle(timedOut, status);
-        }
-        if (readiness == Readiness::failed) {
-            logf(LogLvl::error, "poll(): An error occured, errno: %s", std::strerror(errno));
-            return abandonCycle(stop, status);
-        }
         HeartbeatResponse response{};
         static_assert(sizeof response == 24);
-        const ssize_t size =
-            uninterrupted([&] { return ::recv(netlinkFd.get(), &response, sizeof response, 0); });
-        if (size == 0) {
-            logf(LogLvl::error, "recv(): Peer has performed an orderly shutdown");
-            return abandonCycle(stop, status);
-        }
-        if (size < 0) {
-            logf(LogLvl::error, "recv(): An error occured, errno: %s", std::strerror(errno));
-            return abandonCycle(stop, status);
+        std::size_t size = 0;
+        const std::optional<int> end = receive(response, size);
+        expired = system_clock::now() - start > cycleLimit;
+        if (end) {
+            logf(LogLvl::information, "%s", getStatusStr(status).c_str());
+            return *end;
         }
         if (size != sizeof response) {
             logf(LogLvl::error, "Unexpected message size: %u", static_cast<unsigned>(size));
@@ -167,7 +159,34 @@ int SupervisionMgr::waitForHeartbeatsResp() {
     return concludeCycle(status);
 }
 
-/// False where the supervision must stop. A response to somebody else's question is only reported.
+/// Takes the next datagram, cut to the size of a response. Where there is none, reports why and gives the
+/// result with which the cycle ends.
+std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::size_t& size) {
+    switch (waitReadable(netlinkFd.get(), deadlineIn(responseTimeout))) {
+        case Readiness::timedOut:
+            logf(LogLvl::error, "poll(): Timed out while waiting for response");
+            return timedOut;
+        case Readiness::failed:
+            logf(LogLvl::error, "poll(): An error occured, errno: %s", std::strerror(errno));
+            return stop;
+        case Readiness::ready:
+            break;
+    }
+    const ssize_t count =
+        uninterrupted([&] { return ::recv(netlinkFd.get(), &response, sizeof response, 0); });
+    if (count == 0) {
+        logf(LogLvl::error, "recv(): Peer has performed an orderly shutdown");
+        return stop;
+    }
+    if (count < 0) {
+        logf(LogLvl::error, "recv(): An error occured, errno: %s", std::strerror(errno));
+        return stop;
+    }
+    size = static_cast<std::size_t>(count);
+    return std::nullopt;
+}
+
+/// False where the supervision must stop. What is no answer to this cycle's questions is only reported.
 bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
                                   std::uint32_t& remaining) {
     if (response.header.nlmsg_seq == seqNumber.dispatcher) {
@@ -202,11 +221,6 @@ bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, H
             logf(LogLvl::error, "Invalid dispatcher PID received: %u", response.header.nlmsg_pid);
             return false;
     }
-}
-
-int SupervisionMgr::abandonCycle(int result, const HeartbeatRespStatus& status) {
-    logf(LogLvl::information, "%s", getStatusStr(status).c_str());
-    return result;
 }
 
 int SupervisionMgr::concludeCycle(const HeartbeatRespStatus& status) {
@@ -245,7 +259,9 @@ void SupervisionMgr::logf(LogLvl level, const char* format, ...) {
     va_start(arguments, format);
     std::va_list again;
     va_copy(again, arguments);
-    logClient->vwrite(static_cast<int>(level), "Supervision", format, arguments);
+    if (logClient != nullptr) {
+        logClient->vwrite(static_cast<int>(level), "Supervision", format, arguments);
+    }
     logToSystem(level, format, again);
     va_end(again);
     va_end(arguments);

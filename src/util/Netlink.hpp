@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <type_traits>
 
@@ -22,8 +24,8 @@ public:
                                    static_cast<unsigned>(destination), sequence);
     }
 
-    /// True when a payload of exactly the response's size has come; a shorter one is reported. `sequence` is
-    /// its header's nlmsg_seq.
+    /// True when a payload of the response's size has come; a longer one is cut to it, a shorter one is
+    /// reported and false. `sequence` is the header's nlmsg_seq.
     bool receive(Resp& response, std::chrono::milliseconds timeout, unsigned& sequence) {
         const int size =
             NetlinkHelper::receive(reinterpret_cast<char*>(&response), sizeof response, timeout, sequence);

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdarg>
 #include <cstring>
+#include <span>
 
 #include <sys/socket.h>
 
@@ -14,7 +16,7 @@
 namespace Util {
 namespace {
 
-constexpr unsigned payloadLimit = maxNetlinkPayload;
+constexpr unsigned payloadLimit = 4096;  // bytes
 
 }  // namespace
 
@@ -59,7 +61,12 @@ bool NetlinkHelper::send(const char* payload, unsigned length, unsigned destinat
         report("Payload size too large: %u, max: %u", length, payloadLimit);
         return false;
     }
-    if (!sendNetlinkMessage(fd.get(), std::as_bytes(std::span(payload, length)), destination, sequence)) {
+    const bool isThere = payload != nullptr || length == 0;
+    if (!isThere) {
+        errno = EFAULT;
+    }
+    if (!isThere ||
+        !sendNetlinkMessage(fd.get(), std::as_bytes(std::span(payload, length)), destination, sequence)) {
         report("Error while sending netling message: %s", std::strerror(errno));
         return false;
     }
@@ -72,7 +79,7 @@ int NetlinkHelper::receive(char* buffer, unsigned expected, std::chrono::millise
         report("Expected packet size too large: %u, max: %u", expected, payloadLimit);
         return failed;
     }
-    if (buffer == nullptr && expected > 0) {
+    if (buffer == nullptr && expected > 0) {  // recv() would say so of its own buffer
         report("recv() error: %s", std::strerror(EFAULT));
         return failed;
     }
@@ -90,7 +97,7 @@ int NetlinkHelper::receive(char* buffer, unsigned expected, std::chrono::millise
 }
 
 int NetlinkHelper::takeDatagram(char* buffer, unsigned expected, unsigned& sequence) {
-    std::array<char, netlinkHeaderSize + maxNetlinkPayload> datagram{};
+    std::array<char, netlinkHeaderSize + payloadLimit> datagram{};
     const ssize_t length = Korvel::uninterrupted(
         [&] { return ::recv(fd.get(), datagram.data(), netlinkHeaderSize + expected, 0); });
     if (length == 0) {

@@ -11,7 +11,7 @@ namespace Util {
 /// header goes out, one datagram comes in. Knows nothing of what payloads mean; neither nlmsg_type, nlmsg_len
 /// nor the sender of what arrives is judged.
 /// Owns its descriptor. Every failure is reported once, to the log client (level 0, tag "NetlinkHelper");
-/// nothing is printed and nothing is tried again.
+/// nothing is printed, and no exchange is tried again.
 class NetlinkHelper {
 public:
     /// What receive() gives in place of a length.
@@ -30,12 +30,12 @@ public:
     /// failure. A socket that cannot be bound stays open.
     bool open();
 
-    /// Sends `length` bytes, at most 4096, to the port id `destination`.
+    /// Sends `length` bytes, at most 4096, to the port id `destination`. Needs a socket, as does receive().
     bool send(const char* payload, unsigned length, unsigned destination, unsigned sequence);
 
     /// Waits up to `timeout` for one datagram and copies its payload, cut to `expected` bytes (at most 4096),
-    /// into `buffer`. Returns how many bytes that were, `timedOut` or `failed`; `sequence` is set only with
-    /// the former.
+    /// into `buffer`. Returns how many bytes that were, and sets `sequence` to the header's nlmsg_seq; else
+    /// `timedOut` or `failed`. A time-out below zero counts as zero.
     int receive(char* buffer, unsigned expected, std::chrono::milliseconds timeout, unsigned& sequence);
 
     /// Closes the socket; where there is none, that is a failure.

@@ -1,9 +1,8 @@
 #include "NetlinkSocket.hpp"
 
-#include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
+#include <vector>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -44,21 +43,16 @@ bool bindNetlinkSocket(int socket) {
 
 bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned destination,
                         unsigned sequence) {
-    if (payload.size() > maxNetlinkPayload || (payload.data() == nullptr && !payload.empty())) {
-        errno = payload.size() > maxNetlinkPayload ? EMSGSIZE : EFAULT;
-        return false;
-    }
     const nlmsghdr header{.nlmsg_len = static_cast<std::uint32_t>(netlinkHeaderSize + payload.size()),
                           .nlmsg_type = everyMessageType,
                           .nlmsg_flags = 0,
                           .nlmsg_seq = sequence,
                           .nlmsg_pid = ownPortId()};
-    std::array<std::byte, netlinkHeaderSize + maxNetlinkPayload> message{};
+    std::vector<std::byte> message(sizeof header);
     std::memcpy(message.data(), &header, sizeof header);
-    std::copy(payload.begin(), payload.end(), message.begin() + netlinkHeaderSize);
+    message.insert(message.end(), payload.begin(), payload.end());
     const sockaddr_nl address = addressOf(destination);
-    return Korvel::sendDatagram(socket, std::span(message).first(header.nlmsg_len), generic(address),
-                                sizeof address);
+    return Korvel::sendDatagram(socket, message, generic(address), sizeof address);
 }
 
 }  // namespace Util

@@ -16,16 +16,13 @@ namespace Util {
 constexpr std::size_t netlinkHeaderSize = sizeof(nlmsghdr);
 static_assert(netlinkHeaderSize == 16);
 
-/// Bytes that a payload has at most.
-constexpr std::size_t maxNetlinkPayload = 4096;
-
 /// An unbound socket, none of whose sends blocks for ever. Empty where it cannot be had.
 Korvel::UniqueFd openNetlinkSocket();
 
 /// Binds to this process's id as the port id.
 [[nodiscard]] bool bindNetlinkSocket(int socket);
 
-/// Sends the payload, of at most maxNetlinkPayload bytes, behind its header to the port id `destination`.
+/// Sends the payload behind its header to the port id `destination`.
 [[nodiscard]] bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned destination,
                                       unsigned sequence);
 
