@@ -70,15 +70,6 @@ std::string napForAnHour(Arguments /*arguments*/) {
     return {};
 }
 
-std::string appendToFile(Arguments words) {
-    Korvel::OutputFile file(words[0], Korvel::OutputFile::Mode::append);
-    if (!file.isOpen()) {
-        return std::strerror(errno);
-    }
-    file.write(words[1]);
-    return truth(file.close());
-}
-
 std::string breakInvariant(Arguments /*arguments*/) {
     Korvel::print("printed before\n");
     Korvel::requireInvariant(false, "nullptr != client", "ProbeMain");
@@ -99,7 +90,6 @@ struct Function {
 };
 
 constexpr std::array functions{
-    Function{"appendToFile", appendToFile},
     Function{"breakInvariant", breakInvariant},
     Function{"executeCommand", [](Arguments words) { return truth(Korvel::executeCommand(words[0])); }},
     Function{"getIsolatedCpuMaskTwice", getIsolatedCpuMaskTwice},
