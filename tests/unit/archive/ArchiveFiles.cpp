@@ -8,6 +8,9 @@
 namespace {
 
 std::string unpacked(const std::string& path) {
+    if (!std::filesystem::exists(path + ".gz")) {
+        return {};
+    }
     const Outcome outcome = run({"/bin/gzip", "-dc", path + ".gz"});
     return outcome.status == 0 ? outcome.out : "";
 }

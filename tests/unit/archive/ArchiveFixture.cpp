@@ -3,8 +3,6 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "SmLogs.hpp"
-
 using namespace Korvel;
 
 ArchiveFixture::ArchiveFixture() {
@@ -13,7 +11,8 @@ ArchiveFixture::ArchiveFixture() {
 }
 
 Printed ArchiveFixture::follow() {
-    SmLog* const client = SmLog::getClientInstance(dispatcherLogName, smLogReaderApp);
+    constexpr AppID application = 3;
+    SmLog* const client = SmLog::getClientInstance("dispatcher_log_memory", application);
     return printedBy([&] { follower.emplace(manager, "dispatcher", client); });
 }
 

@@ -1,0 +1,135 @@
+// The archiver is killed while it rotates: every entry that was in runtime.log is still in one of the files.
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+#include <thread>
+
+#include <sys/prctl.h>
+#include <sys/wait.h>
+
+#include "ArchiveRunFixture.hpp"
+#include "TestFiles.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::set<std::string> lines(const std::string& text) {
+    std::set<std::string> all;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        all.insert(line);
+    }
+    return all;
+}
+
+std::string contentIfThere(const std::string& path) {
+    return fs::exists(path) ? contentOfFile(path) : "";
+}
+
+class ArchiveKillTest : public ArchiveRunFixture,
+                        public testing::WithParamInterface<std::chrono::milliseconds> {
+protected:
+    /// A command that the archiver leaves behind becomes a child of this process.
+    ArchiveKillTest() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
+
+    /// Has the log archived up to a few entries before the next rotation.
+    void approachRotation() {
+        syslib.log.write(entriesOfAPiece - 1);
+        await([this] { return syslib.hasAll(); });
+    }
+
+    void completePiece() { syslib.log.write(1); }
+
+    /// Waits until the complete piece is being copied to `target`, and then for the moment of this test.
+    static void awaitMoment(const std::string& target) {
+        while (!fs::exists(target) && !fs::exists(target + ".gz")) {
+            std::this_thread::sleep_for(200us);
+        }
+        std::this_thread::sleep_for(GetParam());
+    }
+
+    /// Kills the archiver alone: the command that it is waiting for comes to its end.
+    void killArchiver() {
+        EXPECT_EQ(end(SIGKILL), endedBy(SIGKILL));
+        reapLeftCommands();
+    }
+
+    /// Kills the command as well.
+    void killArchiverAndItsCommand() {
+        EXPECT_EQ(end(SIGKILL), endedBy(SIGKILL));
+        std::ifstream children("/proc/thread-self/children");
+        for (pid_t child = 0; children >> child;) {
+            ::kill(child, SIGKILL);
+        }
+        reapLeftCommands();
+    }
+
+    /// How many of the log's entries are in none of the files.
+    std::size_t lostEntries() {
+        const ArchiveFiles& files = syslib.files;
+        const std::set<std::string> kept = lines(files.all() + "\n" + contentIfThere(files.startupPath) +
+                                                 "\n" + contentIfThere(files.middlePath));
+        const std::set<std::string> written = lines(syslib.log.text());
+        return static_cast<std::size_t>(
+            std::ranges::count_if(written, [&](const std::string& line) { return !kept.contains(line); }));
+    }
+
+    static constexpr int highSpeed = 100;
+
+private:
+    static void reapLeftCommands() {
+        while (::waitpid(-1, nullptr, 0) > 0) {
+        }
+    }
+
+    static constexpr unsigned entriesOfAPiece = threshold / RecordedLog::largest;
+};
+
+TEST_P(ArchiveKillTest, InTheFirstRotationLosesNothing) {
+    start(atSpeed(highSpeed));
+    approachRotation();
+    completePiece();
+    awaitMoment(syslib.files.startupPath);
+
+    killArchiver();
+
+    EXPECT_EQ(lostEntries(), 0U);
+}
+
+TEST_P(ArchiveKillTest, TogetherWithTheCommandInTheFirstRotationLosesNothing) {
+    start(atSpeed(highSpeed));
+    approachRotation();
+    completePiece();
+    awaitMoment(syslib.files.startupPath);
+
+    killArchiverAndItsCommand();
+
+    EXPECT_EQ(lostEntries(), 0U);
+}
+
+TEST_P(ArchiveKillTest, TogetherWithTheCommandInTheSecondRotationLosesNothing) {
+    start(atSpeed(highSpeed));
+    approachRotation();
+    completePiece();
+    await([this] { return syslib.hasAll(); });
+    approachRotation();
+    completePiece();
+    awaitMoment(syslib.files.middlePath);
+
+    killArchiverAndItsCommand();
+
+    EXPECT_EQ(lostEntries(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Moments, ArchiveKillTest,
+                         testing::Values(0ms, 2ms, 4ms, 6ms, 8ms, 10ms, 12ms, 15ms, 20ms, 30ms, 50ms),
+                         [](const auto& moment) { return std::to_string(moment.param.count()) + "ms"; });
+
+}  // namespace

@@ -1,0 +1,71 @@
+// Rotations that fail while the archiver runs.
+
+#include <filesystem>
+
+#include "ArchiveRunFixture.hpp"
+#include "OwnCommand.hpp"
+#include "TestFiles.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class ArchiveRecoveryTest : public ArchiveRunFixture {
+protected:
+    /// Has the syslib log archived up to the threshold. What is there by then is written over.
+    void reachThreshold() {
+        syslib.log.write(300);
+        await([this] { return syslib.hasAll(); });
+        syslib.log.write(300);
+    }
+
+    /// What the shell and its commands print when SYSLIB's startup.log cannot be compressed.
+    std::string notCompressed() const {
+        const std::string& path = syslib.files.startupPath;
+        return "gzip: " + path + ".gz: Is a directory\nCommand: /bin/gzip -f " + path +
+               " exited with error, exit code: 1\n";
+    }
+};
+
+TEST_F(ArchiveRecoveryTest, AFileThatCannotBeCompressedStaysAndIsCompressedWhenThatIsPossible) {
+    fs::create_directories(syslib.files.startupPath + ".gz");
+    Surroundings together = atSpeed(speed);
+    together.together = true;
+    start(together);
+    reachThreshold();
+    await([this] { return archiver().outSoFar() == notCompressed(); });
+    EXPECT_TRUE(syslib.files.runtime() == syslib.log.text());
+    syslib.log.write(1);
+    await([this] { return archiver().outSoFar() == notCompressed() + notCompressed(); });
+    EXPECT_TRUE(syslib.files.runtime() == syslib.log.text());
+
+    fs::remove(syslib.files.startupPath + ".gz");
+    syslib.log.write(1);
+    await([this] { return syslib.hasAll(); });
+
+    EXPECT_EQ(end(), (Outcome{128 + SIGTERM, notCompressed() + notCompressed(), ""}));
+    EXPECT_EQ(filesBelow(syslib.files.directory),
+              (std::vector<std::string>{"runtime.log", "startup.log.gz"}));
+    EXPECT_EQ(records(),
+              (std::vector<std::string>{openForMonitoring(dispatcher), openForMonitoring(syslib)}));
+}
+
+TEST_F(ArchiveRecoveryTest, AFileThatCannotBeReopenedIsReportedAndTheOtherLogGoesOn) {
+    Surroundings surroundings = atSpeed(speed);
+    surroundings.environment["PATH"] = searchPathWith("cp", "/bin/cp \"$@\" && rm \"$1\" && mkdir \"$1\"\n");
+    start(surroundings);
+    reachThreshold();
+    await([this] { return records().size() == 3; });
+    const std::string before = syslib.log.text();
+
+    syslib.log.write(600);
+    dispatcher.log.write(1);
+    await([this] { return dispatcher.hasAll(); });
+
+    EXPECT_EQ(end(), endedBy(SIGTERM));
+    EXPECT_TRUE(syslib.files.startup() == before);
+    EXPECT_EQ(filesBelow(syslib.files.directory), std::vector<std::string>{"startup.log.gz"});
+    EXPECT_EQ(records().at(2), notOpened(syslib));
+}
+
+}  // namespace

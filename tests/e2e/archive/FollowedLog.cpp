@@ -1,0 +1,16 @@
+#include "FollowedLog.hpp"
+
+// In both, runtime.log is read before the others: a rotation meanwhile shows as entries that are there twice.
+
+bool FollowedLog::hasNewest() {
+    const std::string runtime = files.runtime();
+    const std::string middle = files.middle();
+    const std::string newest = (middle.empty() ? files.startup() : middle) + runtime;
+    return runtime.size() < threshold && !newest.empty() && log.text().ends_with(newest);
+}
+
+bool FollowedLog::hasAll() {
+    const std::string runtime = files.runtime();
+    const std::string archived = files.startup() + files.middle() + runtime;
+    return runtime.size() < threshold && !archived.empty() && archived == log.text();
+}
