@@ -8,6 +8,7 @@
 #include "NetlinkWire.hpp"
 #include "ScriptedHeartbeats.hpp"
 #include "SupervisionFixture.hpp"
+#include "Trace.hpp"
 
 using namespace std::chrono_literals;
 
@@ -41,6 +42,23 @@ TEST_F(SupervisionCycleTest, CountsTimeOutsAnewAfterAHealthyCycle) {
     expectInSharedMemory(records);
     EXPECT_EQ(iwf.requests().size(), 20);
     EXPECT_EQ(proxy.requests().size(), 20);
+}
+
+TEST_F(SupervisionCycleTest, DoesNotPauseAfterATimeOut) {
+    const Heartbeat errorInTheSecond = [](unsigned cycle) {
+        return cycle == 2 ? std::optional(1U) : std::nullopt;
+    };
+    iwf.answers(heartbeats(iwfPort, errorInTheSecond));
+    proxy.answers(heartbeats(proxyPort, errorInTheSecond));
+    Words pauses;
+
+    EXPECT_EQ(runTraced("clock_nanosleep,nanosleep", {"korvel", "-d", "iwf", "supervision"}, pauses),
+              endedWith("Heartbeat status: IWF Dispatcher:ERROR NetfpProxy: ERROR"));
+
+    std::erase_if(pauses,  // strace notes signals and the end as well
+                  [](const std::string& line) { return line.find("nanosleep(") == std::string::npos; });
+    EXPECT_EQ(pauses, Words{});
+    EXPECT_EQ(proxy.requests().size(), 2);
 }
 
 TEST_F(SupervisionCycleTest, IgnoresTheLateAnswerToAnEarlierCycle) {

@@ -57,6 +57,15 @@ TEST_F(SupervisionLogTest, IsNotStoppedByASystemLogThatHasStoppedReading) {
     EXPECT_EQ(stuck.records(), Words{});
 }
 
+TEST_F(SupervisionLogTest, LogsTheLastStatusThoughNobodyReadsStandardError) {
+    startBoardOfOneCycle();
+
+    // The pipe's reader is gone before the supervision begins.
+    run({"sh", "-c", "{ sleep 0.5; korvel supervision 2>&1; } | true"});
+
+    expectLogged({started("IWF SFN"), error(proxyIsIll)});
+}
+
 TEST_F(SupervisionLogTest, WritesToASharedMemoryLogThatIsFull) {
     startBoardOfOneCycle({.fullLogs = true});
 

@@ -72,6 +72,13 @@ TEST_F(SupervisionMgrTest, LogsInBothPlacesWithEachLevel) {
                   {"3 Supervision: debug", "<15>TIME supervision_test: debug"}});
 }
 
+TEST_F(SupervisionMgrTest, LogsInTheSystemLogAloneBeforeItHasTheOther) {
+    manager.logf(LogLvl::error, "early");
+
+    EXPECT_EQ(systemLog.records(), std::vector{error("early").inSystemLog});
+    EXPECT_EQ(sharedMemoryLog(), std::vector<std::string>{});
+}
+
 TEST_F(SupervisionMgrTest, PrintsNothingOfWhatItLogs) {
     manager.initialize();
 
