@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cerrno>
 #include <cstdint>
 #include <functional>
 #include <optional>
 
+#include <sys/socket.h>
 #include <sys/syscall.h>
 
 /// A system call that the kernel refuses, for failures that no file and no peer can cause.
@@ -25,6 +27,10 @@ constexpr long pollCall = SYS_poll;
 #else
 constexpr long pollCall = SYS_ppoll;
 #endif
+
+/// No netlink socket is to be had, as where all descriptors are in use.
+constexpr FailingCall noNetlinkSocket{
+    .number = SYS_socket, .error = EMFILE, .argument = FailingCall::Argument{0, AF_NETLINK}};
 
 /// Runs `work` to its end on a thread of its own on which, and in whose children, `call` fails.
 /// Throws std::system_error where the kernel cannot be told so; an exception of `work` ends the program.

@@ -5,8 +5,8 @@
 
 #include "AddInterfaceFixture.hpp"
 #include "ArgumentVector.hpp"
+#include "FailingCall.hpp"
 #include "NetlinkWire.hpp"
-#include "ResourceLimit.hpp"
 #include "ScriptedPeer.hpp"
 #include "SmLog.hpp"
 
@@ -27,10 +27,7 @@ TEST_F(AddInterfaceActionFailureTest, LeavesASocketThatCannotBeHadToTheLog) {
     ASSERT_NE(SmLog::getClientInstance(logName, 3), nullptr);  // has its descriptor from now on
     bool success = true;
 
-    printed = printedBy([&] {
-        const ResourceLimit noDescriptors(RLIMIT_NOFILE, 0);
-        success = run({"eth1"});
-    });
+    printed = printedBy([&] { runFailing(noNetlinkSocket, [&] { success = run({"eth1"}); }); });
 
     EXPECT_FALSE(success);
     EXPECT_EQ(printed, failureOf("eth1"));

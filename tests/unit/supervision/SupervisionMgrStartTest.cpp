@@ -38,10 +38,6 @@ protected:
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
 };
 
-constexpr FailingCall noNetlinkSocket{.number = SYS_socket,
-                                      .error = EMFILE,
-                                      .argument = FailingCall::Argument{.index = 0, .value = AF_NETLINK}};
-
 }  // namespace
 
 TEST_F(SupervisionMgrStartTest, EndsWithoutAWordWhereNoDispatcherIsSelected) {

@@ -5,7 +5,6 @@
 #include "FailingCall.hpp"
 #include "NetlinkHelperFixture.hpp"
 #include "NetlinkWire.hpp"
-#include "ResourceLimit.hpp"
 
 using namespace std::chrono_literals;
 using Util::NetlinkHelper;
@@ -73,10 +72,7 @@ TEST_F(NetlinkHelperFailureTest, KeepsWorkingWithoutALog) {
 
 TEST_F(NetlinkHelperFailureTest, FailsWithoutALogAsWithOne) {
     NetlinkHelper mute(nullptr);
-    {
-        const ResourceLimit noDescriptors(RLIMIT_NOFILE, 0);
-        EXPECT_FALSE(mute.open());
-    }
+    runFailing(noNetlinkSocket, [&] { EXPECT_FALSE(mute.open()); });
     EXPECT_FALSE(mute.close());
     ASSERT_TRUE(mute.open());
 
