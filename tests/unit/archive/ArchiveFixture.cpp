@@ -22,7 +22,7 @@ Printed ArchiveFixture::update(unsigned size) {
 }
 
 Printed ArchiveFixture::archive(unsigned bytes) {
-    const unsigned whole = bytes / RecordedLog::largest;
+    const auto whole = static_cast<unsigned>(bytes / RecordedLog::largest);
     log.write(whole / 2);
     const Printed first = update();
     log.write(whole - whole / 2);
