@@ -27,14 +27,14 @@ FaultKind findKind(const PeerEntry& peer, std::string_view name) {
     throw UsageError(std::string(peer.name) + " knows no fault '" + std::string(name) + "'");
 }
 
-int parseFaultNumber(const FaultKind& kind, std::string_view text) {
+/// `name` is what the scenario calls the kind.
+int parseFaultNumber(const FaultKind& kind, const std::string& name, std::string_view text) {
     int number = 0;
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc{} || stop != end || number < kind.least || number > kind.most) {
-        throw UsageError("fault '" + std::string(kind.name) + "' takes a number from " +
-                         std::to_string(kind.least) + " to " + std::to_string(kind.most) + ": " +
-                         std::string(kind.name) + ":N");
+        throw UsageError("fault '" + name + "' takes a number from " + std::to_string(kind.least) + " to " +
+                         std::to_string(kind.most) + ": " + name + ":N");
     }
     return number;
 }
@@ -62,7 +62,7 @@ PeerFault parsePeerFault(const std::string& text) {
         throw UsageError("fault '" + name + "' takes no number");
     }
     const std::string_view number = hasNumber ? std::string_view(text).substr(colon + 1) : "";
-    return {peer, {name, kind.takesNumber ? parseFaultNumber(kind, number) : 0}};
+    return {peer, {name, kind.takesNumber ? parseFaultNumber(kind, name, number) : 0}};
 }
 
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {

@@ -49,6 +49,8 @@ TEST(FaultTest, IsRefusedWithTheReason) {
         {"netfp_master=truncated", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
         {"netfp_master=truncated:273", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
         {"netfp_proxy=netlink-stale:1", "fault 'netlink-stale' takes no number"},
+        {"netfp_proxy=netlink-truncated:25",
+         "fault 'netlink-truncated' takes a number from 1 to 24: netlink-truncated:N"},
         {"netfp_master=slow:1s", "fault 'slow' takes a number from 0 to 600000: slow:N"},
     };
     for (const auto& [text, complaint] : cases) {
