@@ -40,9 +40,12 @@ bool ArchiveMgr::run() {
     requireInvariant(nullptr != logClient, "nullptr != logClient", "ArchiveMgr");
     makeHarmless(SIGPIPE);  // a command's failure may have nobody left to be told
     buffer.resize(bufferSize);
-    dispatcherLog = std::make_unique<ArchiveLogInfo>(*this, "dispatcher", logClient);
-    syslibLog = std::make_unique<ArchiveLogInfo>(*this, "syslib",
-                                                 SmLog::getClientInstance(syslibLogName, smLogApplication));
+    const auto follow = [this](const char* shortName, const char* logName) {
+        return std::make_unique<ArchiveLogInfo>(*this, shortName,
+                                                SmLog::getClientInstance(logName, smLogApplication));
+    };
+    dispatcherLog = follow("dispatcher", dispatcherLogName);
+    syslibLog = follow("syslib", syslibLogName);
     for (;;) {
         dispatcherLog->updateLog(buffer.data(), bufferSize);
         syslibLog->updateLog(buffer.data(), bufferSize);
