@@ -22,7 +22,7 @@ protected:
         writeFile(fs::path(disk) / "filler", std::string(fillerSize, 'x'));
     }
 
-    void removeFiller() const { fs::remove(fs::path(disk) / "filler"); }
+    static void removeFiller() { fs::remove(fs::path(disk) / "filler"); }
 
     /// Returns when the attempt to rotate has failed.
     void failToRotate() {
@@ -53,7 +53,7 @@ TEST_F(ArchiveFullDiskTest, AWriteThatFailsIsReportedOnceAndTheOtherLogGoesOn) {
     failToRotate();
     const std::string before = syslib.log.text();
     syslib.log.write(1);
-    await([this] { return records().size() == 3; });
+    awaitRecords(3);
 
     removeFiller();
     syslib.log.write(1);

@@ -68,7 +68,7 @@ TEST_F(ArchiveGapTest, WhoseWarningCannotBeWrittenIsReportedOnce) {
     stopArchiver();
     syslib.log.write(moreThanTheLogKeeps);
     continueArchiver();
-    await([this] { return records().size() == 3; });
+    awaitRecords(3);
     syslib.log.write(1);
     dispatcher.log.write(1, shortEntry);
     await([this] { return dispatcher.hasAll(); });

@@ -55,7 +55,7 @@ TEST_F(ArchiveRecoveryTest, AFileThatCannotBeReopenedIsReportedAndTheOtherLogGoe
     surroundings.environment["PATH"] = searchPathWith("cp", "/bin/cp \"$@\" && rm \"$1\" && mkdir \"$1\"\n");
     start(surroundings);
     reachThreshold();
-    await([this] { return records().size() == 3; });
+    awaitRecords(3);
     const std::string before = syslib.log.text();
 
     syslib.log.write(600);

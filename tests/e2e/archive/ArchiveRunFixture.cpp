@@ -14,7 +14,7 @@ ArchiveRunFixture::ArchiveRunFixture() {
     std::filesystem::remove_all("/tmp/korvel");
 }
 
-void ArchiveRunFixture::start(Surroundings surroundings) {
+void ArchiveRunFixture::start(const Surroundings& surroundings) {
     process = std::make_unique<Process>(std::vector<std::string>{"korvel", "archive"}, surroundings);
 }
 
@@ -47,4 +47,8 @@ std::string ArchiveRunFixture::notWritten(const FollowedLog& followed) {
 
 std::vector<std::string> ArchiveRunFixture::records() {
     return logEntries("dispatcher_log_memory");
+}
+
+void ArchiveRunFixture::awaitRecords(std::size_t count) {
+    await([count] { return records().size() >= count; });
 }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -19,7 +20,7 @@ protected:
 
     ArchiveRunFixture();
 
-    void start(Surroundings surroundings = atSpeed(speed));
+    void start(const Surroundings& surroundings = atSpeed(speed));
     const Process& archiver() const { return *process; }
 
     /// Sends a signal to the archiver, and waits for its end.
@@ -38,6 +39,9 @@ protected:
 
     /// All that stands in the dispatcher's log.
     static std::vector<std::string> records();
+
+    /// Waits until so many entries stand there.
+    static void awaitRecords(std::size_t count);
 
     FollowedLog dispatcher{"dispatcher_log_memory", "dispatcher"};
     FollowedLog syslib{"syslib_log_memory", "syslib"};

@@ -38,7 +38,8 @@ void RecordedLog::write(unsigned count, std::size_t size) {
 const std::string& RecordedLog::text() {
     std::string news(wholeLog, '\0');
     position = log->read(news.data(), wholeLog, 0, position, readMode);
-    recorded.append(news.c_str());
+    news.resize(std::strlen(news.c_str()));
+    recorded.append(news);
     return recorded;
 }
 
