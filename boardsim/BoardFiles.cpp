@@ -46,8 +46,10 @@ void removeLeftovers() {
     for (const char* path : {"/tmp/NetfpMaster", "/dev/log", "/tmp/fuse", BoardPaths::systemLog}) {
         std::filesystem::remove_all(path);
     }
+    for (const auto& record : std::filesystem::directory_iterator(BoardPaths::receivedDir)) {
+        std::filesystem::remove(record);
+    }
     for (const PeerEntry& peer : peerCatalog()) {
-        std::filesystem::remove(BoardPaths::receivedFile(peer.name));
         std::filesystem::remove(BoardPaths::heartbeatFile(peer.name));
         std::filesystem::remove("/tmp/" + std::string(peer.name) + ".log");
     }

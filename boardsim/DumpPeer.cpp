@@ -48,7 +48,7 @@ std::vector<FaultKind> DumpPeer::faultKinds() {
 
 void DumpPeer::serve() {
     readSignal(signals);
-    record.addSignal("SIGUSR1");
+    record.addLine("SIGUSR1");
     (this->*act)();
 }
 

@@ -24,10 +24,6 @@ void RequestRecord::addDatagram(std::string_view bytes) const {
     addLine(line);
 }
 
-void RequestRecord::addSignal(std::string_view name) const {
-    addLine(std::string(name));
-}
-
 void RequestRecord::addLine(std::string line) const {
     line += '\n';  // one write: a reader sees whole lines
     checked(::write(file.get(), line.data(), line.size()), "cannot record a request");

@@ -5,11 +5,15 @@
 #include "AddInterfaceAction.hpp"
 #include "Console.hpp"
 #include "GetPortAction.hpp"
+#include "LoopbackPortAction.hpp"
+#include "MirrorPortAction.hpp"
 
 namespace Korvel {
 
 ActionMgr::ActionMgr() : IManager("Action") {
     actions.push_back(std::make_unique<GetPortAction>());
+    actions.push_back(std::make_unique<MirrorPortAction>());
+    actions.push_back(std::make_unique<LoopbackPortAction>());
     actions.push_back(std::make_unique<AddInterfaceAction>());
 }
 

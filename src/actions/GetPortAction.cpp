@@ -1,29 +1,13 @@
 #include "GetPortAction.hpp"
 
 #include "Console.hpp"
-#include "NetFPMasterCom.hpp"
-#include "Number.hpp"
+#include "PortArgument.hpp"
 
 namespace Korvel {
 namespace {
 
-constexpr int noPort = -1;
-constexpr int firstPort = 1;
-constexpr int lastPort = 4;
-
-/// Asks the NetFP master. noPort, with the reason reported, where that fails.
-int lookUpPort(const std::string& interfaceName) {
-    NetFPMasterCom master;
-    if (!master.connect()) {
-        return noPort;
-    }
-    const int port = master.getSwitchPortForInterface(interfaceName);
-    master.close();
-    return port;
-}
-
 void printPort(int port, const std::string& argument) {
-    if (port < firstPort || port > lastPort) {
+    if (!isSwitchPort(port)) {
         fail("Get Port: Invalid port number \"", argument, "\"");
     } else {
         print(port, '\n');
@@ -42,19 +26,9 @@ bool GetPortAction::run(int argc, char** argv) {
         return fail("Get Port: Not enough arguments");
     }
     const std::string argument = argv[2];
-    progress("Get Port: Retrieving port number for \"", argument, "\"");
-    int port = noPort;
-    switch (parseNumber(argument, port)) {
-        case NumberError::none:
-            progress("Get Port: Using port number value");
-            break;
-        case NumberError::noDigits:
-            break;
-        case NumberError::outOfRange:
-            return fail("Get Port: Port number out of range \"", argument, "\"");
-    }
-    if (port < 0) {
-        port = lookUpPort(argument);
+    const int port = resolvePort("Get Port", argument);
+    if (port == portOutOfRange) {
+        return false;
     }
     printPort(port, argument);
     return true;

@@ -17,9 +17,13 @@ int exitCode(int status) {
 
 }  // namespace
 
-bool executeCommand(const std::string& commandLine) {
+int runShell(const std::string& commandLine) {
     flushStandardOutput();
-    const int status = std::system(commandLine.c_str());
+    return std::system(commandLine.c_str());
+}
+
+bool executeCommand(const std::string& commandLine) {
+    const int status = runShell(commandLine);
     if (status < 0) {
         return failErrno("Error while executing ", commandLine, " command, errno: ");
     }

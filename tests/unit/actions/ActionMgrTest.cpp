@@ -110,6 +110,23 @@ TEST_F(ActionMgrTest, ListsTheActionsInTheirOrder) {
                               "<>  Examples:\n"
                               "<>    /bin/k getport eth1\n"
                               "<>==============\n"
+                              "<>  mirrorport enable from to:\n"
+                              "<>  mirrorport disable from to:\n"
+                              "<>    enable    (enable port mirroring)\n"
+                              "<>    disable   (disable port mirroring)\n"
+                              "<>    from      (interface or switch port to mirror from)\n"
+                              "<>    to        (interface or switch port  to mirror to)\n"
+                              "<>  Examples:\n"
+                              "<>    /bin/k mirrorport enable eth0 eth1\n"
+                              "<>==============\n"
+                              "<>  loopbackport enable interface:\n"
+                              "<>  loopbackport disable interface:\n"
+                              "<>    enable    (enable Loopback Port)\n"
+                              "<>    disable   (disable Loopback Port)\n"
+                              "<>    interface (interface or switch port to loopback)\n"
+                              "<>  Examples:\n"
+                              "<>    /bin/k loopbackport enable eth0\n"
+                              "<>==============\n"
                               "<>   /bin/k add_interface <interface_name>"}));
 }
 

@@ -1,0 +1,51 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Board.hpp"
+#include "Process.hpp"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
+
+std::string readRegister(const std::string& address) {
+    return run({"devmem", address}).out;
+}
+
+}  // namespace
+
+TEST(LoopbackPort, SetsTheRegistersOfThePortBehindAnInterface) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"loopbackport", "enable", "eth3"}), quietSuccess);
+
+    EXPECT_EQ(Board::received("devmem"),
+              (Lines{"devmem 0x02090510 32 0", "devmem 0x02090504 32 2", "devmem 0x02090510 32 0x00000030",
+                     "devmem 0x02090504 32 0"}));
+    EXPECT_EQ(readRegister("0x02090510"), "0x00000030\n");
+    EXPECT_EQ(readRegister("0x02090504"), "0x00000000\n");
+}
+
+TEST(LoopbackPort, ClearsThemAgain) {
+    const Board board({});
+    korvel({"loopbackport", "enable", "4"});
+
+    EXPECT_EQ(korvel({"loopbackport", "dis", "4"}), quietSuccess);
+
+    EXPECT_EQ(readRegister("0x02090510"), "0x00000000\n");
+}
+
+TEST(LoopbackPort, FailsWithoutAWrittenRegisterWhereTheInterfaceIsUnknown) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"loopbackport", "enable", "eth9"}),
+              (Outcome{.status = 1,
+                       .out = "",
+                       .err = "Response from Server was not successful.\n"
+                              "Loopback Port: Invalid port number \"eth9\"\n"}));
+    EXPECT_EQ(Board::received("devmem"), Lines{});
+}

@@ -1,0 +1,69 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Board.hpp"
+#include "PeerFaults.hpp"
+#include "Process.hpp"
+
+namespace {
+
+const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
+
+/// What the NetFP master's dump says of mirroring.
+std::string mirroring() {
+    const std::string dump = korvel({"print", "master"}).out;
+    const std::string title = "mirroring:\n";
+    const std::size_t start = dump.find(title) + title.size();
+    return dump.substr(start, dump.find("</netfp_master_dump>") - start);
+}
+
+/// A set-port-mirroring request as the master's record shows it.
+std::string record(const std::string& enable, const std::string& direction, const std::string& ports) {
+    const std::string identifier = "67458b6b";  // that every run begins with
+    return "0e000000" + identifier + enable + "000000" + direction + "000000" + ports + std::string(260, '0');
+}
+
+}  // namespace
+
+TEST(MirrorPort, MirrorsBothDirectionsUntilItIsTakenBack) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"mirrorport", "enable", "eth0", "eth1"}), quietSuccess);
+    EXPECT_EQ(mirroring(), "  inbound port 1 to port 2\n  outbound port 1 to port 2\n");
+
+    EXPECT_EQ(korvel({"mirrorport", "disable", "eth0", "eth1"}), quietSuccess);
+    EXPECT_EQ(mirroring(), "");
+}
+
+TEST(MirrorPort, AsksTheMasterForOneDirectionAfterTheOther) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"mirrorport", "e", "2", "4"}), quietSuccess);
+
+    EXPECT_EQ(Board::received("netfp_master"),
+              (std::vector{record("01", "01", "0204"), record("01", "02", "0204")}));
+}
+
+TEST(MirrorPort, SucceedsWhereTheMasterRefuses) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"mirrorport", "enable", "1", "9"}),
+              (Outcome{.status = 0, .out = "", .err = "Response from Server was not successful.\n"}));
+    EXPECT_EQ(mirroring(), "");
+}
+
+TEST(MirrorPort, SucceedsWithoutAWordWhereTheMasterIsSilent) {
+    const Board board({.faults = {parsePeerFault("netfp_master=silent")}});
+
+    EXPECT_EQ(korvel({"mirrorport", "enable", "1", "2"}), quietSuccess);
+    EXPECT_EQ(Board::received("netfp_master"), std::vector{record("01", "01", "0102")});
+}
+
+TEST(MirrorPort, FailsWhereTheCommandLineIsWrong) {
+    EXPECT_EQ(korvel({"mirrorport", "enable", "5", "1"}),
+              (Outcome{.status = 1, .out = "", .err = "Port Mirroring: Invalid 'from' port number \n"}));
+    EXPECT_EQ(korvel({"mirrorport", "on", "1", "2"}),
+              (Outcome{.status = 1, .out = "", .err = "Port Mirroring: Could not find enable/disable\n"}));
+}
