@@ -9,12 +9,14 @@
 #include "BoardPaths.hpp"
 #include "PeerCatalog.hpp"
 #include "PeerProcess.hpp"
+#include "PhysicalMemory.hpp"
 #include "SmLogPeer.hpp"
 #include "SystemCall.hpp"
 #include "TextFile.hpp"
 
 Board::Board(const Scenario& scenario) {
     layBoardFiles(scenario);
+    PhysicalMemory::lay();
     if (scenario.fullLogs) {
         fillSmLog(SmLogPeer::dispatcher);
         fillSmLog(SmLogPeer::systemLibrary);

@@ -3,10 +3,10 @@
 #include <iomanip>
 #include <sstream>
 
-std::string counterText(std::string_view title, std::span<const std::string_view> counters) {
+std::string counterText(std::string_view title, std::span<const std::string_view> counters,
+                        std::size_t step) {
     constexpr int nameWidth = 36;
     constexpr int valueWidth = 10;
-    constexpr std::size_t step = 1009;
     std::ostringstream out;
     out << title << '\n';
     std::size_t value = 0;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 
 /// A block of statistics: the title, then a line with name and value for each counter. The values are
-/// made up, but the same in every run.
-std::string counterText(std::string_view title, std::span<const std::string_view> counters);
+/// made up, but the same in every run: multiples of `step`.
+std::string counterText(std::string_view title, std::span<const std::string_view> counters,
+                        std::size_t step = 1009);

@@ -1,7 +1,19 @@
 #include "InterfaceTable.hpp"
 
 #include <algorithm>
+#include <cstring>
+#include <iomanip>
 #include <sstream>
+
+namespace {
+
+/// A message's text field, of which the zeros are padding.
+template <std::size_t size>
+std::string fieldText(const char (&field)[size]) {
+    return {field, ::strnlen(field, size)};
+}
+
+}  // namespace
 
 std::optional<std::int32_t> InterfaceTable::portOf(std::string_view interface) const {
     const auto row = ports.find(interface);
@@ -27,6 +39,40 @@ bool InterfaceTable::setMirroring(const NetfpMaster_SetPortMirroring& wish) {
     return true;
 }
 
+bool InterfaceTable::rename(std::string_view currentName, const std::string& newName) {
+    const auto row = ports.find(currentName);
+    if (row == ports.end() || newName.empty() || ports.contains(newName)) {
+        return false;
+    }
+    auto node = ports.extract(row);
+    node.key() = newName;
+    ports.insert(std::move(node));
+    return true;
+}
+
+bool InterfaceTable::addMulticast(const NetfpMaster_AddMulticastMac& wish) {
+    const std::string interface = fieldText(wish.interfaceName);
+    const bool isGroup = (wish.mac[0] & 1U) != 0;
+    if (!portOf(interface) || !isGroup || wish.ignoreVlan != (wish.vlanId == 0 ? 1U : 0U)) {
+        return false;
+    }
+    std::ostringstream filter;
+    filter << fieldText(wish.regionName) << ' ' << interface << ' ' << std::hex << std::setfill('0');
+    const char* separator = "";
+    for (const std::uint8_t byte : wish.mac) {
+        filter << separator << std::setw(2) << +byte;
+        separator = ":";
+    }
+    filter << " type 0x" << std::setw(4) << wish.etherType << " vlan ";
+    if (wish.ignoreVlan != 0) {
+        filter << "any";
+    } else {
+        filter << std::dec << wish.vlanId;
+    }
+    multicastFilters.push_back(filter.str());
+    return true;
+}
+
 std::string InterfaceTable::text() const {
     std::ostringstream out;
     out << "interfaces:\n";
@@ -37,6 +83,10 @@ std::string InterfaceTable::text() const {
     for (const auto& [key, to] : mirrors) {
         out << "  " << (key.first == Netfp_Direction_INBOUND ? "inbound" : "outbound") << " port "
             << +key.second << " to port " << +to << '\n';
+    }
+    out << (multicastFilters.empty() ? "" : "multicast:\n");
+    for (const std::string& filter : multicastFilters) {
+        out << "  " << filter << '\n';
     }
     return out.str();
 }

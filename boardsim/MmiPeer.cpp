@@ -40,6 +40,7 @@ struct MmiPeer::Acts {
 
 MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misbehaviour)
     : instance(instanceName),
+      statistics(instanceName),
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
       socket(DatagramSocket::atLocalPort(port)),
@@ -53,25 +54,30 @@ std::vector<FaultKind> MmiPeer::faultKinds() {
 void MmiPeer::serve() {
     const Datagram request = socket.receive();
     record.addDatagram(request.bytes);
-    (this->*act)(mmiReplyText(instance, request.bytes), request.sender);
+    (this->*act)(answerTo(request.bytes), request.sender);
 }
 
-void MmiPeer::sendAll(const std::vector<std::string>& datagrams, const Sender& sender) const {
-    for (const std::string& datagram : datagrams) {
-        socket.send(datagram, sender);
+MmiPeer::Texts MmiPeer::answerTo(const std::string& command) const {
+    return command == QosStatistics::resetRequest ? statistics.reset()
+                                                  : mmiDatagrams(mmiReplyText(instance, command));
+}
+
+void MmiPeer::sendAll(const Texts& texts, const Sender& sender) const {
+    for (const std::string& text : texts) {
+        socket.send(text, sender);
     }
 }
 
-void MmiPeer::replyRight(const std::string& text, const Sender& sender) const {
-    sendAll(mmiDatagrams(text), sender);
+void MmiPeer::replyRight(const Texts& texts, const Sender& sender) const {
+    sendAll(texts, sender);
     socket.send(mmiEndOfMessage, sender);
 }
 
-void MmiPeer::replyNothing(const std::string& /*text*/, const Sender& /*sender*/) const {
+void MmiPeer::replyNothing(const Texts& /*texts*/, const Sender& /*sender*/) const {
 }
 
-void MmiPeer::replySlowly(const std::string& text, const Sender& sender) const {
-    std::vector<std::string> datagrams = mmiDatagrams(text);
+void MmiPeer::replySlowly(const Texts& texts, const Sender& sender) const {
+    Texts datagrams = texts;
     datagrams.emplace_back(mmiEndOfMessage);
     for (const std::string& datagram : datagrams) {
         std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
@@ -79,12 +85,16 @@ void MmiPeer::replySlowly(const std::string& text, const Sender& sender) const {
     }
 }
 
-void MmiPeer::dieAfterFirst(const std::string& text, const Sender& sender) const {
-    socket.send(mmiDatagrams(text).front(), sender);
+void MmiPeer::dieAfterFirst(const Texts& texts, const Sender& sender) const {
+    socket.send(texts.front(), sender);
     throw PeerDeath();
 }
 
-void MmiPeer::replyUnended(const std::string& text, const Sender& sender) const {
+void MmiPeer::replyUnended(const Texts& texts, const Sender& sender) const {
+    std::string text;
+    for (const std::string& piece : texts) {
+        text += piece;
+    }
     for (std::size_t start = 0; start < text.size(); start += unusualSize) {
         std::string datagram = text.substr(start, unusualSize);
         datagram.resize(unusualSize, '.');
@@ -92,8 +102,8 @@ void MmiPeer::replyUnended(const std::string& text, const Sender& sender) const 
     }
 }
 
-void MmiPeer::replyEndlessly(const std::string& text, const Sender& sender) const {
-    const std::string datagram = mmiDatagrams(text).front();
+void MmiPeer::replyEndlessly(const Texts& texts, const Sender& sender) const {
+    const std::string datagram = texts.front();
     socket.connect(sender);  // so that the end comes when nobody listens any more
     while (socket.send(datagram, sender)) {
         std::this_thread::sleep_for(std::chrono::microseconds(20));
@@ -101,19 +111,19 @@ void MmiPeer::replyEndlessly(const std::string& text, const Sender& sender) cons
     socket.disconnect();
 }
 
-void MmiPeer::replyBinary(const std::string& /*text*/, const Sender& sender) const {
+void MmiPeer::replyBinary(const Texts& /*texts*/, const Sender& sender) const {
     sendAll({everyByte(), "\n\n", everyByte() + "\n", std::string(mmiEndOfMessage)}, sender);
 }
 
-void MmiPeer::replyJoined(const std::string& text, const Sender& sender) const {
-    socket.send(mmiDatagrams(text).front() + std::string(mmiEndOfMessage), sender);
+void MmiPeer::replyJoined(const Texts& texts, const Sender& sender) const {
+    socket.send(texts.front() + std::string(mmiEndOfMessage), sender);
 }
 
-void MmiPeer::replyEmptyAfterFirst(const std::string& text, const Sender& sender) const {
-    sendAll({mmiDatagrams(text).front(), ""}, sender);
+void MmiPeer::replyEmptyAfterFirst(const Texts& texts, const Sender& sender) const {
+    sendAll({texts.front(), ""}, sender);
 }
 
-void MmiPeer::replyStaleFirst(const std::string& text, const Sender& sender) const {
+void MmiPeer::replyStaleFirst(const Texts& texts, const Sender& sender) const {
     socket.send("left over from an earlier command\n", sender);
-    replyRight(text, sender);
+    replyRight(texts, sender);
 }

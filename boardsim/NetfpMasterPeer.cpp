@@ -12,6 +12,10 @@ namespace {
 
 constexpr std::size_t oversize = 400;
 
+// Faults of the work itself rather than of the answer.
+constexpr const char* refusesRename = "refuse-rename";
+constexpr const char* ignoresRenames = "ignore-renames";
+
 std::string_view bytesOf(const NetfpMaster_Response& response) {
     return {reinterpret_cast<const char*>(&response), sizeof response};
 }
@@ -28,6 +32,8 @@ struct NetfpMasterPeer::Acts {
         FaultAct<Act>{{"truncated", true, 0, sizeof(NetfpMaster_Response)}, &NetfpMasterPeer::sendTruncated},
         FaultAct<Act>{{"oversized"}, &NetfpMasterPeer::sendOversized},
         FaultAct<Act>{{"dying"}, &NetfpMasterPeer::die},
+        FaultAct<Act>{{refusesRename, true, 1, INT32_MAX}, &NetfpMasterPeer::sendRight},
+        FaultAct<Act>{{ignoresRenames}, &NetfpMasterPeer::sendRight},
     };
 };
 
@@ -66,6 +72,12 @@ NetfpMaster_Response NetfpMasterPeer::answerTo(const std::string& bytes) {
         case NETFP_MASTER_SET_PORT_MIRRORING:
             answerSetPortMirroring(request, response);
             break;
+        case NETFP_MASTER_RENAME_INTERFACE:
+            answerRenameInterface(request, response);
+            break;
+        case NETFP_MASTER_ADD_MULTICAST_MAC:
+            answerAddMulticastMac(request, response);
+            break;
         default:
             response.errorCode = unknownMessage;
     }
@@ -83,6 +95,22 @@ void NetfpMasterPeer::answerGetSwitchPort(const NetfpMaster_Request& request,
 void NetfpMasterPeer::answerSetPortMirroring(const NetfpMaster_Request& request,
                                              NetfpMaster_Response& response) {
     response.errorCode = table->setMirroring(request.body.setPortMirroring) ? 0 : refusedMirroring;
+}
+
+void NetfpMasterPeer::answerRenameInterface(const NetfpMaster_Request& request,
+                                            NetfpMaster_Response& response) {
+    const auto& [currentName, newName] = request.body.renameInterface;
+    const auto nameIn = [](const auto& field) { return std::string(field, ::strnlen(field, sizeof field)); };
+    ++renames;
+    const bool refused = fault.kind == refusesRename && renames == fault.number;
+    const bool ignored = fault.kind == ignoresRenames;
+    const bool done = !refused && (ignored || table->rename(nameIn(currentName), nameIn(newName)));
+    response.errorCode = done ? 0 : refusedRename;
+}
+
+void NetfpMasterPeer::answerAddMulticastMac(const NetfpMaster_Request& request,
+                                            NetfpMaster_Response& response) {
+    response.errorCode = table->addMulticast(request.body.addMulticastMac) ? 0 : refusedMulticast;
 }
 
 void NetfpMasterPeer::sendRight(const NetfpMaster_Response& response, const Sender& sender) const {

@@ -20,6 +20,8 @@ public:
     static constexpr std::int32_t unknownMessage = -2;
     static constexpr std::int32_t wrongSize = -3;
     static constexpr std::int32_t refusedMirroring = -4;
+    static constexpr std::int32_t refusedRename = -5;
+    static constexpr std::int32_t refusedMulticast = -6;
 
     explicit NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fault misbehaviour = {},
                              const std::string& path = "/tmp/NetfpMaster");
@@ -37,6 +39,8 @@ private:
     NetfpMaster_Response answerTo(const std::string& bytes);
     void answerGetSwitchPort(const NetfpMaster_Request& request, NetfpMaster_Response& response);
     void answerSetPortMirroring(const NetfpMaster_Request& request, NetfpMaster_Response& response);
+    void answerRenameInterface(const NetfpMaster_Request& request, NetfpMaster_Response& response);
+    void answerAddMulticastMac(const NetfpMaster_Request& request, NetfpMaster_Response& response);
 
     void sendRight(const NetfpMaster_Response& response, const Sender& sender) const;
     void sendNothing(const NetfpMaster_Response& response, const Sender& sender) const;
@@ -51,5 +55,6 @@ private:
     Fault fault;
     Act act;
     DatagramSocket socket;
+    int renames = 0;  // asked for so far
     RequestRecord record{"netfp_master"};
 };

@@ -10,7 +10,9 @@
 
 enum NetfpMaster_MessageType : std::uint32_t {
     NETFP_MASTER_GET_SWITCH_PORT = 4,
+    NETFP_MASTER_RENAME_INTERFACE = 6,
     NETFP_MASTER_SET_PORT_MIRRORING = 14,
+    NETFP_MASTER_ADD_MULTICAST_MAC = 17,
 };
 
 enum Netfp_Direction : std::uint32_t {
@@ -31,12 +33,32 @@ struct NetfpMaster_SetPortMirroring {
     std::uint8_t toPort;    ///< switch port that gets the copies
 };
 
+/// Body of NETFP_MASTER_RENAME_INTERFACE: the Linux interface behind a switch port gets another name.
+struct NetfpMaster_RenameInterface {
+    char currentName[32];  ///< both zero-padded, and with a zero
+    char newName[32];
+};
+
+/// Body of NETFP_MASTER_ADD_MULTICAST_MAC: frames to a multicast address are let through.
+struct NetfpMaster_AddMulticastMac {
+    char regionName[32];  ///< of the lookup table that takes the filter; zero-padded
+    std::uint16_t etherType;
+    std::uint16_t vlanId;
+    std::uint32_t ignoreVlan;  ///< 1: frames of every VLAN match
+    std::uint8_t unused[6];    ///< 0
+    std::uint8_t mac[6];
+    char interfaceName[32];  ///< zero-padded, and with a zero
+    std::uint32_t always1;
+};
+
 struct NetfpMaster_Request {
     NetfpMaster_MessageType type;
     std::uint32_t requestId;  ///< the sender's; the response repeats it
     union {
         NetfpMaster_GetSwitchPort getSwitchPort;
+        NetfpMaster_RenameInterface renameInterface;
         NetfpMaster_SetPortMirroring setPortMirroring;
+        NetfpMaster_AddMulticastMac addMulticastMac;
         std::uint8_t bytes[140];
     } body;
 };
@@ -58,6 +80,17 @@ static_assert(offsetof(NetfpMaster_SetPortMirroring, enable) == 0);
 static_assert(offsetof(NetfpMaster_SetPortMirroring, direction) == 4);
 static_assert(offsetof(NetfpMaster_SetPortMirroring, fromPort) == 8);
 static_assert(offsetof(NetfpMaster_SetPortMirroring, toPort) == 9);
+static_assert(offsetof(NetfpMaster_RenameInterface, currentName) == 0);
+static_assert(offsetof(NetfpMaster_RenameInterface, newName) == 32);
+static_assert(sizeof(NetfpMaster_RenameInterface) == 64);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, regionName) == 0);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, etherType) == 32);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, vlanId) == 34);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, ignoreVlan) == 36);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, mac) == 46);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, interfaceName) == 52);
+static_assert(offsetof(NetfpMaster_AddMulticastMac, always1) == 84);
+static_assert(sizeof(NetfpMaster_AddMulticastMac) == 88);
 static_assert(std::is_trivially_copyable_v<NetfpMaster_Response> &&
               std::is_standard_layout_v<NetfpMaster_Response>);
 static_assert(offsetof(NetfpMaster_Response, requestId) == 8);

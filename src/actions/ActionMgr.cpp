@@ -3,10 +3,15 @@
 #include <algorithm>
 
 #include "AddInterfaceAction.hpp"
+#include "AddMulticastMACAction.hpp"
 #include "Console.hpp"
+#include "DescriptorDumpAction.hpp"
 #include "GetPortAction.hpp"
 #include "LoopbackPortAction.hpp"
+#include "MemoryDumpAction.hpp"
 #include "MirrorPortAction.hpp"
+#include "PortSwapAction.hpp"
+#include "ResetQoSStatsAction.hpp"
 
 namespace Korvel {
 
@@ -14,6 +19,11 @@ ActionMgr::ActionMgr() : IManager("Action") {
     actions.push_back(std::make_unique<GetPortAction>());
     actions.push_back(std::make_unique<MirrorPortAction>());
     actions.push_back(std::make_unique<LoopbackPortAction>());
+    actions.push_back(std::make_unique<PortSwapAction>());
+    actions.push_back(std::make_unique<AddMulticastMACAction>());
+    actions.push_back(std::make_unique<ResetQoSStatsAction>());
+    actions.push_back(std::make_unique<MemoryDumpAction>());
+    actions.push_back(std::make_unique<DescriptorDumpAction>());
     actions.push_back(std::make_unique<AddInterfaceAction>());
 }
 

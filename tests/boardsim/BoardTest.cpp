@@ -71,12 +71,14 @@ TEST(BoardTest, RunsTheDispatchersOfItsDeployment) {
     } cases[] = {
         {Deployment::iwf,
          {"config/deployment_type"},
-         {"iwf/dispatcherCpu", "iwf/dmaStats", "iwf/fpBridgeStats", "iwf/tracing_on"}},
-        {Deployment::sfnAntenna, {"private/is_ant"}, {"sfn/dispatcherCpu", "sfn/dmaStats", "sfn/tracing_on"}},
+         {"iwf/dispatcherCpu", "iwf/dmaStats", "iwf/fpBridgeStats", "iwf/qosStats", "iwf/tracing_on"}},
+        {Deployment::sfnAntenna,
+         {"private/is_ant"},
+         {"sfn/dispatcherCpu", "sfn/dmaStats", "sfn/qosStats", "sfn/tracing_on"}},
         {Deployment::sfnMaster,
          {"private/is_master"},
-         {"iwf/dispatcherCpu", "iwf/dmaStats", "iwf/fpBridgeStats", "iwf/tracing_on", "sfn/dispatcherCpu",
-          "sfn/dmaStats", "sfn/tracing_on"}},
+         {"iwf/dispatcherCpu", "iwf/dmaStats", "iwf/fpBridgeStats", "iwf/qosStats", "iwf/tracing_on",
+          "sfn/dispatcherCpu", "sfn/dmaStats", "sfn/qosStats", "sfn/tracing_on"}},
     };
     for (const auto& [deployment, marks, state] : cases) {
         Scenario scenario;

@@ -1,0 +1,108 @@
+#include "HexDump.hpp"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#include "Console.hpp"
+
+namespace Korvel {
+namespace {
+
+constexpr unsigned lineBytes = 16;
+constexpr std::size_t pieceSize = 65536;
+constexpr std::size_t longestLine = 96;
+constexpr char digits[] = "0123456789ABCDEF";
+constexpr unsigned digitBits = 4;
+
+/// "00 " to "FF ", three characters a byte.
+constexpr auto hexColumns = [] {
+    std::array<std::array<char, 3>, 256> columns{};
+    for (unsigned byte = 0; byte < columns.size(); ++byte) {
+        columns[byte] = {digits[byte >> digitBits], digits[byte % 16], ' '};
+    }
+    return columns;
+}();
+
+constexpr auto shownCharacters = [] {
+    constexpr unsigned firstPrintable = 32;
+    constexpr unsigned lastPrintable = 126;
+    std::array<char, 256> characters{};
+    for (unsigned byte = 0; byte < characters.size(); ++byte) {
+        const bool printable = byte >= firstPrintable && byte <= lastPrintable;
+        characters[byte] = printable ? static_cast<char>(byte) : '.';
+    }
+    return characters;
+}();
+
+/// Text that grows in a buffer until it is worth printing. Lines are written without a look at the room, of
+/// which there is always enough for one.
+class Lines {
+public:
+    void add(std::uint32_t offset, const unsigned char* bytes, unsigned count) {
+        put(" ");
+        putOffset(offset);
+        put("  ");
+        for (unsigned i = 0; i < count; ++i) {
+            const auto& column = hexColumns[bytes[i]];
+            put({column.data(), column.size()});
+        }
+        put(" '");
+        for (unsigned i = 0; i < count; ++i) {
+            *end++ = shownCharacters[bytes[i]];
+        }
+        put("'\n");
+        if (static_cast<std::size_t>(end - text.data()) >= pieceSize) {
+            flush();
+        }
+    }
+
+    void flush() {
+        print(std::string_view(text.data(), static_cast<std::size_t>(end - text.data())));
+        end = text.data();
+    }
+
+private:
+    void put(std::string_view piece) {
+        std::memcpy(end, piece.data(), piece.size());
+        end += piece.size();
+    }
+
+    /// At least four digits.
+    void putOffset(std::uint32_t offset) {
+        unsigned shift = 3 * digitBits;
+        while (shift < 7 * digitBits && (offset >> (shift + digitBits)) != 0) {
+            shift += digitBits;
+        }
+        for (;; shift -= digitBits) {
+            *end++ = digits[(offset >> shift) % 16];
+            if (shift == 0) {
+                return;
+            }
+        }
+    }
+
+    std::vector<char> text = std::vector<char>(pieceSize + longestLine);
+    char* end = text.data();
+};
+
+}  // namespace
+
+void printHexDump(const void* data, unsigned size) {
+    const auto* const bytes = static_cast<const unsigned char*>(data);
+    Lines lines;
+    std::uint64_t offset = 0;
+    for (; offset + lineBytes < size; offset += lineBytes) {
+        lines.add(static_cast<std::uint32_t>(offset), bytes + offset, lineBytes);
+    }
+    // The last line, which a dump of nothing has as well: it lies before the first offset.
+    constexpr std::uint32_t beforeFirst = 0U - lineBytes;
+    const auto last = static_cast<std::uint32_t>(offset);
+    lines.add(size == 0 ? beforeFirst : last, bytes + offset, size - last);
+    lines.flush();
+}
+
+}  // namespace Korvel

@@ -1,0 +1,144 @@
+#include "ResetQoSStatsAction.hpp"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <span>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
+#include "Console.hpp"
+#include "DatagramSocket.hpp"
+#include "SystemCall.hpp"
+#include "Wait.hpp"
+
+namespace Korvel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::system_clock;
+
+constexpr std::uint16_t localPort = 4141;
+constexpr std::size_t replySize = 56;
+constexpr milliseconds replyTimeout{1500};
+constexpr milliseconds replyLimit{7500};
+
+/// "REASON-NUMBER REASON" behind the message, right after a system call.
+bool failNumberAndReason(const char* message) {
+    const int reason = errno;
+    return fail(message, reason, " ", std::strerror(reason));
+}
+
+const sockaddr* generic(const sockaddr_in& address) {
+    return reinterpret_cast<const sockaddr*>(&address);
+}
+
+sockaddr_in internetAddress(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    return address;
+}
+
+}  // namespace
+
+ResetQoSStatsAction::~ResetQoSStatsAction() {
+    if (!socketFd.close()) {
+        fail("ResetQosStats: Socket closing failed");
+    }
+}
+
+std::string ResetQoSStatsAction::getKeyword() {
+    return keyword;
+}
+
+bool ResetQoSStatsAction::run(int argc, char** /*argv*/) {
+    if (argc != 2) {
+        return fail("ResetQosStats: Wrong number of parameters");
+    }
+    if (!initialize()) {
+        return false;
+    }
+    for (auto instance = Configuration::getInstanceBegin(); instance != Configuration::getInstanceEnd();
+         ++instance) {
+        sendCleanStatsReq(Configuration::getConfig(*instance));
+        if (!waitForResp(*instance)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ResetQoSStatsAction::initialize() {
+    socketFd = openDatagramSocket(AF_INET);
+    if (!socketFd) {
+        return failNumberAndReason("Error while creating  socket, errno:");
+    }
+    const sockaddr_in address = internetAddress(localPort);  // INADDR_ANY is zero
+    if (::bind(socketFd.get(), generic(address), sizeof address) != 0) {
+        return failNumberAndReason("Error while binding  socket, errno:");
+    }
+    return true;
+}
+
+int ResetQoSStatsAction::sendCleanStatsReq(const Configuration::Config& config) {
+    sockaddr_in address = internetAddress(config.dispatcherPort);
+    if (::inet_pton(AF_INET, config.dispatcherAddress.c_str(), &address.sin_addr) != 1) {
+        fail("inet_pton error for address: ", config.dispatcherAddress);
+        return -1;
+    }
+    if (!sendDatagram(socketFd.get(), std::as_bytes(std::span(keyword)), generic(address), sizeof address)) {
+        failNumberAndReason("Error while sending QoS stats reset request to dispatcher, errno:");
+        return -1;
+    }
+    return 0;
+}
+
+bool ResetQoSStatsAction::waitForResp(const Configuration::DispatcherInstance& instance) {
+    const std::string& expected = Configuration::getConfig(instance).endOfMessageMarker;
+    bool received = false;
+    const auto start = system_clock::now();
+    while (system_clock::now() - start <= replyLimit) {
+        std::string text;
+        if (!receiveText(text) || text == expected) {
+            break;
+        }
+        print(text, '\n');
+        received = true;
+    }
+    return received;
+}
+
+/// The next datagram as a text, cut to the size of a reply. False, reported, where none comes.
+bool ResetQoSStatsAction::receiveText(std::string& text) {
+    switch (waitReadable(socketFd.get(), deadlineIn(replyTimeout))) {
+        case Readiness::timedOut:
+            return fail("poll(): Timed out while waiting for response");
+        case Readiness::failed:
+            return failErrno("poll(): An error occured, errno: %s");
+        case Readiness::ready:
+            break;
+    }
+    std::array<char, replySize> buffer{};
+    const ssize_t count =
+        uninterrupted([&] { return ::recv(socketFd.get(), buffer.data(), buffer.size(), 0); });
+    if (count == 0) {
+        return fail("recv(): Peer has performed an orderly shutdown");
+    }
+    if (count < 0) {
+        return failErrno("recv(): An error occured, errno: %s");
+    }
+    text.assign(buffer.data(), ::strnlen(buffer.data(), buffer.size()));
+    return true;
+}
+
+void ResetQoSStatsAction::printHelpMsg(const std::string& indent, const std::string& programName) {
+    print(indent, keyword, "\n");
+    print(indent, "Examples:\n");
+    print(indent, programName, " -d iwf ", keyword, "\n");
+}
+
+}  // namespace Korvel
