@@ -14,9 +14,19 @@ on_board() {
 }
 
 echo
-echo "== One-shot actions on a simulated board"
+echo "== One-shot actions on a simulated board, and what they change there"
 on_board \
     'korvel getport eth1' \
+    'korvel mirrorport enable eth0 eth3' \
+    'korvel portswap eth1 eth2' \
+    'korvel addmulticastmac 01:00:5e:00:00:01 eth0 100' \
+    'korvel print master' \
+    'korvel loopbackport enable eth3' \
+    'devmem 0x02090510' \
+    'korvel -d iwf resetqosstats' \
+    'head -n 4 /tmp/fuse/iwf/qosStats /tmp/fuse/sfn/qosStats' \
+    'korvel mem_dump 0xeb700040 60' \
+    'korvel desc_dump 0xeb6b6100' \
     'korvel add_interface eth4' \
     'korvel print proxy'
 

@@ -11,6 +11,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "DumpedMemory.hpp"
+
 namespace {
 
 /// Runs a command to its end with its output thrown away.
@@ -43,8 +45,10 @@ void makeAllDirectories() {
     }
 }
 
-void addBenchmark(const char* name, const std::function<void()>& work) {
-    constexpr int repetitions = 15;
+constexpr int manyTimes = 15;
+constexpr int fewTimes = 3;  // for work that takes seconds
+
+void addBenchmark(const char* name, int repetitions, const std::function<void()>& work) {
     benchmark::RegisterBenchmark(name,
                                  [work](benchmark::State& state) {
                                      for ([[maybe_unused]] auto round : state) {
@@ -75,11 +79,23 @@ public:
 }  // namespace
 
 std::map<std::string, double> measureCommandTimes() {
-    addBenchmark(dumpInfoAndStatistics, [] { runCommand({"korvel", "-d", "all", "dump", "dinf", "dstat"}); });
-    addBenchmark(makeDirectories, makeAllDirectories);
-    addBenchmark(getPortByName, [] { runCommand({"korvel", "getport", "eth1"}); });
-    addBenchmark(getPortByNumber, [] { runCommand({"korvel", "getport", "4"}); });
-    addBenchmark(readKernelCommandLine, [] { runCommand({"sh", "-c", "sh -c \"/bin/cat /proc/cmdline\""}); });
+    addBenchmark(dumpInfoAndStatistics, manyTimes, [] {
+        runCommand({"korvel", "-d", "all", "dump", "dinf", "dstat"});
+    });
+    addBenchmark(makeDirectories, manyTimes, makeAllDirectories);
+    addBenchmark(getPortByName, manyTimes, [] { runCommand({"korvel", "getport", "eth1"}); });
+    addBenchmark(getPortByNumber, manyTimes, [] { runCommand({"korvel", "getport", "4"}); });
+    addBenchmark(swapPorts, manyTimes, [] { runCommand({"korvel", "portswap", "eth0", "eth1"}); });
+    addBenchmark(dumpMemory, fewTimes, [] { runCommand(memoryDumpCommand); });
+    addBenchmark(dumpByXxd, fewTimes, [] {
+        runCommand({"xxd", "-g1", "-u", "-l", std::to_string(dumpedBytes), memoryFile});
+    });
+    addBenchmark(dumpByHexdump, fewTimes, [] {
+        runCommand({"hexdump", "-C", "-n", std::to_string(dumpedBytes), memoryFile});
+    });
+    addBenchmark(readKernelCommandLine, manyTimes, [] {
+        runCommand({"sh", "-c", "sh -c \"/bin/cat /proc/cmdline\""});
+    });
     MedianKeeper keeper;
     benchmark::RunSpecifiedBenchmarks(&keeper);
     return keeper.medians;

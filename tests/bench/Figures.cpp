@@ -4,7 +4,7 @@
 
 bool report(const Figure& figure) {
     const bool kept = figure.measured <= figure.limit;
-    std::printf("%-62s %9.2f %-5s limit %6.1f  %s\n", figure.name.c_str(), figure.measured,
+    std::printf("%-62s %9.3f %-5s limit %6.2f  %s\n", figure.name.c_str(), figure.measured,
                 figure.unit.c_str(), figure.limit, kept ? "kept" : "EXCEEDED");
     return kept;
 }

@@ -7,6 +7,7 @@
 #include <benchmark/benchmark.h>
 
 #include "CommandTimes.hpp"
+#include "DumpedMemory.hpp"
 #include "Figures.hpp"
 #include "MemoryPeak.hpp"
 
@@ -14,7 +15,9 @@ namespace {
 
 bool reportAll() {
     constexpr double kiBPerMiB = 1024;
+    fillDumpedMemory();
     auto times = measureCommandTimes();
+    const double dumpMemoryUse = static_cast<double>(peakMemoryKiB(memoryDumpCommand));
     const double memory = static_cast<double>(peakMemoryKiB({"korvel", "-d", "all", "print"}));
     std::printf("\nMedians of one run, all commands taking turns:\n");
     bool kept = true;
@@ -25,6 +28,13 @@ bool reportAll() {
                     "ms"},
              Figure{"korvel getport 4, against two shells and cat",
                     times[getPortByNumber] / times[readKernelCommandLine], 2, "times"},
+             Figure{"korvel portswap, beyond getport 4", times[swapPorts] - times[getPortByNumber], 20, "ms"},
+             Figure{"korvel mem_dump of 64 MiB, against xxd -g1 -u", times[dumpMemory] / times[dumpByXxd],
+                    0.5, "times"},
+             Figure{"korvel mem_dump of 64 MiB, against hexdump -C", times[dumpMemory] / times[dumpByHexdump],
+                    0.05, "times"},
+             Figure{"korvel mem_dump of 64 MiB, private and file memory", dumpMemoryUse / kiBPerMiB, 6,
+                    "MiB"},
              Figure{"korvel -d all print with full logs, private and file memory", memory / kiBPerMiB, 24,
                     "MiB"},
          }) {
