@@ -29,8 +29,9 @@ struct NetfpMaster_GetSwitchPort {
 struct NetfpMaster_SetPortMirroring {
     std::uint32_t enable;  ///< 1 enables, 0 disables
     Netfp_Direction direction;
-    std::uint8_t fromPort;  ///< switch port that is mirrored
-    std::uint8_t toPort;    ///< switch port that gets the copies
+    std::uint8_t fromPort;   ///< switch port that is mirrored
+    std::uint8_t toPort;     ///< switch port that gets the copies
+    std::uint8_t unused[2];  ///< 0
 };
 
 /// Body of NETFP_MASTER_RENAME_INTERFACE: the Linux interface behind a switch port gets another name.
@@ -48,18 +49,18 @@ struct NetfpMaster_AddMulticastMac {
     std::uint8_t unused[6];    ///< 0
     std::uint8_t mac[6];
     char interfaceName[32];  ///< zero-padded, and with a zero
-    std::uint32_t always1;
+    std::uint32_t always1;   ///< its meaning is the master's
 };
 
 struct NetfpMaster_Request {
     NetfpMaster_MessageType type;
     std::uint32_t requestId;  ///< the sender's; the response repeats it
     union {
+        std::uint8_t bytes[140];  ///< first, so that `{}` clears all of the body
         NetfpMaster_GetSwitchPort getSwitchPort;
         NetfpMaster_RenameInterface renameInterface;
         NetfpMaster_SetPortMirroring setPortMirroring;
         NetfpMaster_AddMulticastMac addMulticastMac;
-        std::uint8_t bytes[140];
     } body;
 };
 
@@ -80,6 +81,7 @@ static_assert(offsetof(NetfpMaster_SetPortMirroring, enable) == 0);
 static_assert(offsetof(NetfpMaster_SetPortMirroring, direction) == 4);
 static_assert(offsetof(NetfpMaster_SetPortMirroring, fromPort) == 8);
 static_assert(offsetof(NetfpMaster_SetPortMirroring, toPort) == 9);
+static_assert(sizeof(NetfpMaster_SetPortMirroring) == 12);
 static_assert(offsetof(NetfpMaster_RenameInterface, currentName) == 0);
 static_assert(offsetof(NetfpMaster_RenameInterface, newName) == 32);
 static_assert(sizeof(NetfpMaster_RenameInterface) == 64);

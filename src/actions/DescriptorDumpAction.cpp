@@ -49,6 +49,7 @@ void DescriptorDumpAction::printDescriptor() const {
     if (memory == nullptr) {
         return;
     }
+    flushStandardOutput();  // as in hexDump()
     const FPDisp::Descriptor descriptor(memory);
     printFormatted(
         "    Buffer length:      %u\n    Orig buffer length: %u\n    Buffer ptr:      %p\n"

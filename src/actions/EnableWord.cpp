@@ -6,21 +6,21 @@
 namespace Korvel {
 namespace {
 
-struct EnableWord {
+struct SwitchWord {
     std::string_view word;
     bool enable;
 };
 
-constexpr std::array enableWords{
-    EnableWord{"enable", true},   EnableWord{"e", true},  EnableWord{"en", true},
-    EnableWord{"disable", false}, EnableWord{"d", false}, EnableWord{"dis", false},
+constexpr std::array switchWords{
+    SwitchWord{"enable", true},   SwitchWord{"e", true},  SwitchWord{"en", true},
+    SwitchWord{"disable", false}, SwitchWord{"d", false}, SwitchWord{"dis", false},
 };
 
 }  // namespace
 
 std::optional<bool> parseEnableWord(std::string_view word) {
-    const auto* const row = std::ranges::find(enableWords, word, &EnableWord::word);
-    return row == enableWords.end() ? std::nullopt : std::optional(row->enable);
+    const auto* const row = std::ranges::find(switchWords, word, &SwitchWord::word);
+    return row == switchWords.end() ? std::nullopt : std::optional(row->enable);
 }
 
 }  // namespace Korvel

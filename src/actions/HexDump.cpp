@@ -14,13 +14,16 @@ namespace {
 
 constexpr unsigned lineBytes = 16;
 constexpr std::size_t pieceSize = 65536;
-constexpr std::size_t longestLine = 96;
+constexpr std::size_t columnSize = 3;  // two digits and a blank
+constexpr std::size_t longestOffset = 8;
+constexpr std::size_t longestLine =
+    1 + longestOffset + 2 + lineBytes * columnSize + 2 + lineBytes + 2;  // blanks, quotes and line end
 constexpr char digits[] = "0123456789ABCDEF";
 constexpr unsigned digitBits = 4;
 
-/// "00 " to "FF ", three characters a byte.
+/// "00 " to "FF ".
 constexpr auto hexColumns = [] {
-    std::array<std::array<char, 3>, 256> columns{};
+    std::array<std::array<char, columnSize>, 256> columns{};
     for (unsigned byte = 0; byte < columns.size(); ++byte) {
         columns[byte] = {digits[byte >> digitBits], digits[byte % 16], ' '};
     }
@@ -42,7 +45,17 @@ constexpr auto shownCharacters = [] {
 /// which there is always enough for one.
 class Lines {
 public:
-    void add(std::uint32_t offset, const unsigned char* bytes, unsigned count) {
+    Lines() = default;
+    Lines(const Lines&) = delete;
+    Lines& operator=(const Lines&) = delete;
+    Lines(Lines&&) = delete;
+    Lines& operator=(Lines&&) = delete;
+    ~Lines() = default;
+
+    /// Reads each of the `count` bytes once: others may be writing to them.
+    void add(std::uint32_t offset, const unsigned char* source, unsigned count) {
+        std::array<unsigned char, lineBytes> bytes{};
+        std::memcpy(bytes.data(), source, count);
         put(" ");
         putOffset(offset);
         put("  ");

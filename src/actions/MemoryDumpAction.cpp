@@ -59,6 +59,7 @@ void MemoryDumpAction::printMemory() const {
 }
 
 void MemoryDumpAction::hexDump(const void* data, unsigned size) {
+    flushStandardOutput();  // what is not mapped ends the process, and the address is to be seen then
     if (data != nullptr) {
         printHexDump(data, size);
     }

@@ -18,7 +18,7 @@ public:
 
     // The steps of run().
 
-    /// The switch port behind an interface's name or a number; see resolvePort().
+    /// The switch port behind an interface's name or a number, noPort or portOutOfRange; see resolvePort().
     static int retrievePortNumber(const std::string& argument);
 
     /// Sends the request for the inbound direction and, where that succeeds, for the outbound one.

@@ -1,5 +1,7 @@
 #include "PortSwapAction.hpp"
 
+#include <cstddef>
+
 #include "Console.hpp"
 #include "NetFPMasterCom.hpp"
 
@@ -8,7 +10,7 @@ namespace {
 
 constexpr const char* temporaryName = "tmpN";
 
-/// Copies a name with its closing zero. False, and nothing is copied, where it does not fit.
+/// Copies a name into a field of zeros. False, and nothing is copied, where no zero would be left behind it.
 template <std::size_t size>
 bool copyName(const std::string& name, char (&field)[size]) {
     if (name.size() >= size) {
@@ -29,8 +31,9 @@ bool PortSwapAction::run(int argc, char** argv) {
     if (argc <= 3) {
         return fail("PortSwap : Not enough arguments");
     }
-    const std::string& from = interfaces[0] = argv[2];
-    const std::string& to = interfaces[1] = argv[3];
+    interfaces[0] = argv[2];
+    interfaces[1] = argv[3];
+    const auto& [from, to] = interfaces;
     const int fromBefore = getIntfPort(from);
     const int toBefore = getIntfPort(to);
     if (fromBefore < 0 || toBefore < 0) {
@@ -77,8 +80,7 @@ int PortSwapAction::renameIntf(const std::string& currentName, const std::string
 }
 
 int PortSwapAction::swapPort() {
-    const std::string& from = interfaces[0];
-    const std::string& to = interfaces[1];
+    const auto& [from, to] = interfaces;
     if (renameIntf(from, temporaryName) < 0) {
         fail("PortSwap : swap failed : from ", from, " to ", temporaryName);
         return -1;

@@ -17,7 +17,8 @@ public:
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
-    // The steps of run(); below zero is a failure, which they report. Each has a connection of its own.
+    // The steps of run(), each with a connection of its own. Below zero is a failure, which they report,
+    // other than a look-up that runs out of time.
 
     /// The switch port behind an interface, or -1, as the master says.
     static int getIntfPort(const std::string& interfaceName);

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstring>
 #include <span>
 
@@ -100,10 +101,13 @@ int ResetQoSStatsAction::sendCleanStatsReq(const Configuration::Config& config) 
 bool ResetQoSStatsAction::waitForResp(const Configuration::DispatcherInstance& instance) {
     const std::string& expected = Configuration::getConfig(instance).endOfMessageMarker;
     bool received = false;
+    bool expired = false;
     const auto start = system_clock::now();
-    while (system_clock::now() - start <= replyLimit) {
+    while (!expired) {
         std::string text;
-        if (!receiveText(text) || text == expected) {
+        const bool arrived = receiveText(text);
+        expired = system_clock::now() - start > replyLimit;
+        if (!arrived || text == expected) {
             break;
         }
         print(text, '\n');

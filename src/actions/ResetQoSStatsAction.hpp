@@ -21,7 +21,8 @@ public:
 
     std::string getKeyword() override;
 
-    /// False with the first instance that answers nothing; later ones are not asked.
+    /// False with the first instance that answers nothing; later ones are not asked. One that answers with
+    /// the end marker alone is not reported.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;

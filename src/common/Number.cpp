@@ -8,6 +8,17 @@ namespace Korvel {
 
 namespace {
 
+/// The base that C's notation tells: newer C libraries know more of them than those of boards.
+int baseOf(const std::string& text) {
+    const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
+    const std::size_t digits = start == std::string::npos ? text.size() : text.find_first_not_of("+-", start);
+    const std::string prefix = digits == std::string::npos ? "" : text.substr(digits, 2);
+    if (prefix == "0x" || prefix == "0X") {
+        return 16;
+    }
+    return prefix.starts_with('0') ? 8 : 10;
+}
+
 /// Any number from `Value`'s range; `end` points behind its digits.
 template <typename Value>
 NumberError parse(const char* text, int base, Value& value, char*& end) {
@@ -33,7 +44,7 @@ NumberError parseNumber(const std::string& text, int& value) {
 
 NumberError parseUnsigned(const std::string& text, int base, std::uint32_t& value, std::size_t& length) {
     char* end = nullptr;
-    const NumberError error = parse(text.c_str(), base, value, end);
+    const NumberError error = parse(text.c_str(), base == 0 ? baseOf(text) : base, value, end);
     if (error == NumberError::none) {
         length = static_cast<std::size_t>(end - text.c_str());
     }

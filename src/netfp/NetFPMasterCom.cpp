@@ -117,7 +117,8 @@ bool NetFPMasterCom::setPortMirroring(bool enable, Netfp_Direction direction, in
     request.body.setPortMirroring = {.enable = enable ? 1U : 0U,
                                      .direction = direction,
                                      .fromPort = static_cast<std::uint8_t>(fromPort),
-                                     .toPort = static_cast<std::uint8_t>(toPort)};
+                                     .toPort = static_cast<std::uint8_t>(toPort),
+                                     .unused = {}};
     return sendNetFPRequest(&request) && receiveNetFpResponse(alwaysTrueCallback);
 }
 
