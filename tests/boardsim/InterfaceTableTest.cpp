@@ -1,3 +1,9 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include <gtest/gtest.h>
 
 #include "InterfaceTable.hpp"
@@ -9,7 +15,19 @@ constexpr const char* interfaces =
 
 NetfpMaster_SetPortMirroring wish(std::uint32_t enable, Netfp_Direction direction, std::uint8_t from,
                                   std::uint8_t to) {
-    return {enable, direction, from, to};
+    return {enable, direction, from, to, {}};
+}
+
+/// A filter for a group's address at eth1.
+NetfpMaster_AddMulticastMac filter(std::uint16_t vlan) {
+    NetfpMaster_AddMulticastMac wish{};
+    std::string_view("region").copy(wish.regionName, sizeof wish.regionName);
+    wish.etherType = 0x0800;
+    wish.vlanId = vlan;
+    wish.ignoreVlan = vlan == 0 ? 1 : 0;
+    std::ranges::copy(std::to_array<std::uint8_t>({0x01, 0x00, 0x5e, 0x00, 0x0a, 0xfb}), wish.mac);
+    std::string_view("eth1").copy(wish.interfaceName, sizeof wish.interfaceName);
+    return wish;
 }
 
 }  // namespace
@@ -45,5 +63,58 @@ TEST(InterfaceTableTest, RefusesMirroringThatTheSwitchCannotDo) {
     for (const NetfpMaster_SetPortMirroring& each : wishes) {
         EXPECT_FALSE(table.setMirroring(each));
     }
+    EXPECT_EQ(table.text(), interfaces);
+}
+
+TEST(InterfaceTableTest, KeepsThePortOfAnInterfaceThatGetsAnotherName) {
+    InterfaceTable table;
+
+    EXPECT_TRUE(table.rename("eth1", "wan"));
+
+    EXPECT_EQ(table.portOf("wan"), 2);
+    EXPECT_EQ(table.portOf("eth1"), std::nullopt);
+    EXPECT_EQ(table.text(),
+              "interfaces:\n  eth0 port 1\n  eth2 port 3\n  eth3 port 4\n  wan port 2\nmirroring:\n");
+}
+
+TEST(InterfaceTableTest, RefusesRenamesOfUnknownInterfacesAndToNamesThatCannotBe) {
+    InterfaceTable table;
+
+    EXPECT_FALSE(table.rename("eth9", "wan"));
+    EXPECT_FALSE(table.rename("", "wan"));
+    EXPECT_FALSE(table.rename("eth0", ""));
+    EXPECT_FALSE(table.rename("eth0", "eth1"));
+    EXPECT_FALSE(table.rename("eth0", "eth0"));
+
+    EXPECT_EQ(table.text(), interfaces);
+}
+
+TEST(InterfaceTableTest, ListsMulticastFiltersInTheirOrder) {
+    InterfaceTable table;
+
+    EXPECT_TRUE(table.addMulticast(filter(100)));
+    EXPECT_TRUE(table.addMulticast(filter(0)));
+
+    EXPECT_EQ(table.text(), std::string(interfaces) +
+                                "multicast:\n"
+                                "  region eth1 01:00:5e:00:0a:fb type 0x0800 vlan 100\n"
+                                "  region eth1 01:00:5e:00:0a:fb type 0x0800 vlan any\n");
+}
+
+TEST(InterfaceTableTest, RefusesFiltersThatTheSwitchCannotHave) {
+    InterfaceTable table;
+    NetfpMaster_AddMulticastMac unknownInterface = filter(0);
+    unknownInterface.interfaceName[3] = '9';
+    NetfpMaster_AddMulticastMac noGroup = filter(0);
+    noGroup.mac[0] = 0x02;
+    NetfpMaster_AddMulticastMac namedAndIgnored = filter(100);
+    namedAndIgnored.ignoreVlan = 1;
+    NetfpMaster_AddMulticastMac neitherNamedNorIgnored = filter(0);
+    neitherNamedNorIgnored.ignoreVlan = 0;
+
+    for (const auto& wish : {unknownInterface, noGroup, namedAndIgnored, neitherNamedNorIgnored}) {
+        EXPECT_FALSE(table.addMulticast(wish));
+    }
+
     EXPECT_EQ(table.text(), interfaces);
 }

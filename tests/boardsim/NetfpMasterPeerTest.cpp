@@ -34,7 +34,24 @@ NetfpMaster_Request portRequest(std::string_view interface) {
 
 NetfpMaster_Request mirrorRequest(std::uint8_t from, std::uint8_t to) {
     NetfpMaster_Request request = requestOf(NETFP_MASTER_SET_PORT_MIRRORING);
-    request.body.setPortMirroring = {1, Netfp_Direction_OUTBOUND, from, to};
+    request.body.setPortMirroring = {1, Netfp_Direction_OUTBOUND, from, to, {}};
+    return request;
+}
+
+NetfpMaster_Request renameRequest(std::string_view currentName, std::string_view newName) {
+    NetfpMaster_Request request = requestOf(NETFP_MASTER_RENAME_INTERFACE);
+    auto& [current, next] = request.body.renameInterface;
+    currentName.copy(current, sizeof current);
+    newName.copy(next, sizeof next);
+    return request;
+}
+
+NetfpMaster_Request multicastRequest(std::uint8_t firstByte) {
+    NetfpMaster_Request request = requestOf(NETFP_MASTER_ADD_MULTICAST_MAC);
+    NetfpMaster_AddMulticastMac& filter = request.body.addMulticastMac;
+    filter.mac[0] = firstByte;
+    filter.ignoreVlan = 1;
+    std::string_view("eth3").copy(filter.interfaceName, sizeof filter.interfaceName);
     return request;
 }
 
@@ -79,6 +96,8 @@ struct Master {
 };
 
 constexpr std::size_t whole = sizeof(NetfpMaster_Response);
+constexpr Answer done{whole, requestId, 0, 0};
+constexpr Answer renameRefused{whole, requestId, NetfpMasterPeer::refusedRename, 0};
 
 }  // namespace
 
@@ -115,6 +134,53 @@ TEST(NetfpMasterPeerTest, RefusesMirroringThatTheTableRefuses) {
 
     EXPECT_EQ(master.ask(bytesOf(mirrorRequest(1, 9))),
               (Answer{whole, requestId, NetfpMasterPeer::refusedMirroring, 0}));
+}
+
+TEST(NetfpMasterPeerTest, TellsThePortOfARenamedInterfaceUnderItsNewName) {
+    const Master master;
+    const std::string longest(31, 'n');
+
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth1", longest))), done);
+
+    EXPECT_EQ(master.ask(bytesOf(portRequest(longest))), (Answer{whole, requestId, 0, 2}));
+    EXPECT_EQ(master.ask(bytesOf(portRequest("eth1"))),
+              (Answer{whole, requestId, NetfpMasterPeer::unknownInterface, 0}));
+}
+
+TEST(NetfpMasterPeerTest, RefusesARenameThatTheTableRefuses) {
+    const Master master;
+
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "eth1"))), renameRefused);
+}
+
+TEST(NetfpMasterPeerTest, RefusesTheOneRenameThatItsFaultCounts) {
+    const Master master({"refuse-rename", 2});
+
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth9", "a"))), renameRefused);  // an unknown one counts
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "b"))), renameRefused);
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "c"))), done);
+
+    EXPECT_EQ(master.ask(bytesOf(portRequest("c"))), (Answer{whole, requestId, 0, 1}));
+}
+
+TEST(NetfpMasterPeerTest, CallsRenamesDoneThatItIgnores) {
+    const Master master({"ignore-renames"});
+
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "a"))), done);
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth9", "b"))), done);
+
+    EXPECT_EQ(master.ask(bytesOf(portRequest("eth0"))), (Answer{whole, requestId, 0, 1}));
+}
+
+TEST(NetfpMasterPeerTest, AddsMulticastFiltersThatTheTableTakes) {
+    const Master master;
+
+    EXPECT_EQ(master.ask(bytesOf(multicastRequest(0x01))), done);
+    EXPECT_EQ(master.ask(bytesOf(multicastRequest(0x02))),
+              (Answer{whole, requestId, NetfpMasterPeer::refusedMulticast, 0}));
+
+    EXPECT_THAT(master.table->text(),
+                testing::EndsWith("multicast:\n   eth3 01:00:00:00:00:00 type 0x0000 vlan any\n"));
 }
 
 TEST(NetfpMasterPeerTest, RefusesWhatIsNoRequest) {
