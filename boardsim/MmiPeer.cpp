@@ -103,7 +103,7 @@ void MmiPeer::replyUnended(const Texts& texts, const Sender& sender) const {
 }
 
 void MmiPeer::replyEndlessly(const Texts& texts, const Sender& sender) const {
-    const std::string datagram = texts.front();
+    const std::string& datagram = texts.front();
     socket.connect(sender);  // so that the end comes when nobody listens any more
     while (socket.send(datagram, sender)) {
         std::this_thread::sleep_for(std::chrono::microseconds(20));

@@ -13,6 +13,7 @@ constexpr unsigned dumpedDescriptorBytes = 64;
 
 /// An address that nobody follows, only for %p.
 const void* shown(std::uint32_t physical) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): it is only shown
     return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(physical));
 }
 

@@ -18,6 +18,7 @@ namespace {
 /// Runs a command to its end with its output thrown away.
 void runCommand(std::vector<std::string> words) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }

@@ -7,6 +7,7 @@
 
 pid_t startProgram(std::vector<std::string> words) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }

@@ -17,7 +17,7 @@ bool reportAll() {
     constexpr double kiBPerMiB = 1024;
     fillDumpedMemory();
     auto times = measureCommandTimes();
-    const double dumpMemoryUse = static_cast<double>(peakMemoryKiB(memoryDumpCommand));
+    const auto dumpMemoryUse = static_cast<double>(peakMemoryKiB(memoryDumpCommand));
     const double memory = static_cast<double>(peakMemoryKiB({"korvel", "-d", "all", "print"}));
     std::printf("\nMedians of one run, all commands taking turns:\n");
     bool kept = true;
