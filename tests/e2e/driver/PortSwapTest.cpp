@@ -1,0 +1,161 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Board.hpp"
+#include "MasterDump.hpp"
+#include "PeerFaults.hpp"
+#include "Process.hpp"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
+const std::string refused = "Response from Server was not successful.\n";
+
+Outcome failure(const std::string& message) {
+    return {.status = 1, .out = "", .err = message};
+}
+
+Scenario withMasterFault(const std::string& fault) {
+    return {.faults = {parsePeerFault("netfp_master=" + fault)}};
+}
+
+const std::string untouched = "  eth0 port 1\n  eth1 port 2\n  eth2 port 3\n  eth3 port 4\nmirroring:\n";
+
+/// A name of at most 32 characters as the master's record shows it.
+std::string field(const std::string& name) {
+    const std::string digits = "0123456789abcdef";
+    std::string hex;
+    for (const char character : name) {
+        const auto byte = static_cast<unsigned char>(character);
+        hex += {digits[byte / 16U], digits[byte % 16U]};
+    }
+    hex.resize(64, '0');
+    return hex;
+}
+
+/// Each record of the master without the request's identifier, which differs.
+Lines receivedByMaster() {
+    Lines records = Board::received("netfp_master");
+    for (std::string& record : records) {
+        record.erase(8, 8);
+    }
+    return records;
+}
+
+std::string lookUp(const std::string& name) {
+    return "04000000" + field(name) + std::string(216, '0');
+}
+
+std::string renaming(const std::string& currentName, const std::string& newName) {
+    return "06000000" + field(currentName) + field(newName) + std::string(152, '0');
+}
+
+}  // namespace
+
+TEST(PortSwap, ExchangesThePortsOfTwoInterfaces) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth3"}), quietSuccess);
+
+    EXPECT_EQ(receivedByMaster(),
+              (Lines{lookUp("eth0"), lookUp("eth3"), renaming("eth0", "tmpN"), renaming("eth3", "eth0"),
+                     renaming("tmpN", "eth3"), lookUp("eth0"), lookUp("eth3")}));
+    EXPECT_EQ(masterDump(), "  eth0 port 4\n  eth1 port 2\n  eth2 port 3\n  eth3 port 1\nmirroring:\n");
+    EXPECT_EQ(korvel({"getport", "eth0"}).out, "4\n");
+    EXPECT_EQ(korvel({"getport", "eth3"}).out, "1\n");
+}
+
+TEST(PortSwap, IsUndoneByItself) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}), quietSuccess);
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}), quietSuccess);
+
+    EXPECT_EQ(masterDump(), untouched);
+}
+
+TEST(PortSwap, TakesItsRenamesBackWhereOneIsRefused) {
+    const struct {
+        std::string fault;
+        std::string message;
+    } cases[] = {
+        {"refuse-rename:1",
+         "PortSwap : rename recv failed : (eth0,tmpN)\n"
+         "PortSwap : swap failed : from eth0 to tmpN\n"},
+        {"refuse-rename:2",
+         "PortSwap : rename recv failed : (eth1,eth0)\n"
+         "PortSwap : swap failed : from  eth1 to eth0\n"},
+        {"refuse-rename:3",
+         "PortSwap : rename recv failed : (tmpN,eth1)\n"
+         "PortSwap : swap failed from tmpN to eth1\n"},
+    };
+    for (const auto& [fault, message] : cases) {
+        SCOPED_TRACE(fault);
+        const Board board(withMasterFault(fault));
+
+        EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),
+                  failure(refused + message + "PortSwap : swap failed\n"));
+
+        EXPECT_EQ(masterDump(), untouched);
+    }
+}
+
+TEST(PortSwap, NoticesThatTheMasterDidNotDoWhatItCalledDone) {
+    const Board board(withMasterFault("ignore-renames"));
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}), failure("PortSwap : swap failed: (1,2;1,2)\n"));
+}
+
+TEST(PortSwap, NeverExchangesAnInterfaceWithItself) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth0"}),
+              failure(refused + "PortSwap : rename recv failed : (eth0,eth0)\n"
+                                "PortSwap : swap failed : from  eth0 to eth0\n"
+                                "PortSwap : swap failed\n"));
+
+    EXPECT_EQ(masterDump(), untouched);
+}
+
+TEST(PortSwap, RenamesNothingWhereAnInterfaceIsUnknown) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth9"}),
+              failure(refused + "PortSwap : can't get interface's port (1,-1)\n"));
+
+    EXPECT_EQ(receivedByMaster(), (Lines{lookUp("eth0"), lookUp("eth9")}));
+}
+
+TEST(PortSwap, FailsWithoutTwoInterfaces) {
+    const Board board({});
+
+    EXPECT_EQ(korvel({"portswap", "eth0"}), failure("PortSwap : Not enough arguments\n"));
+    EXPECT_EQ(receivedByMaster(), Lines{});
+}
+
+TEST(PortSwap, FailsWhereTheMasterAnswersWithErrors) {
+    const Board board(withMasterFault("error:7"));
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),
+              failure(refused + refused + "PortSwap : can't get interface's port (-1,-1)\n"));
+}
+
+TEST(PortSwap, FailsWhereTheMasterIsSilent) {
+    const Board board(withMasterFault("silent"));
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),
+              failure("PortSwap : can't get interface's port (-1,-1)\n"));
+    EXPECT_EQ(receivedByMaster(), (Lines{lookUp("eth0"), lookUp("eth1")}));
+}
+
+TEST(PortSwap, FailsWhereTheMasterDies) {
+    const Board board(withMasterFault("dying"));
+
+    EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),
+              failure("Failed to Send to Master Socket \"/tmp/NetfpMaster\": 111: Connection refused\n"
+                      "PortSwap : can't get interface's port (-1,-1)\n"));
+}
