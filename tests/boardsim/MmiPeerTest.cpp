@@ -12,6 +12,7 @@
 #include "MmiPeer.hpp"
 #include "MmiReply.hpp"
 #include "PeerThread.hpp"
+#include "TestFiles.hpp"
 
 namespace {
 
@@ -61,6 +62,33 @@ TEST(MmiPeerTest, AnswersAnUnknownCommandWithAnError) {
 
     const std::vector<std::string> expected{"Unknown command: heapstats\n", marker};
     EXPECT_EQ(mmi.ask("heapstats", 2), expected);
+}
+
+TEST(MmiPeerTest, ClearsTheQosStatisticsOfItsInstance) {
+    const Mmi mmi;
+    const std::string before = contentOfFile("/tmp/fuse/iwf/qosStats");
+
+    const std::vector<std::string> expected{"iwf: QoS statistics cleared", marker};
+    EXPECT_EQ(mmi.ask("resetqosstats", 2), expected);
+
+    const std::string cleared = contentOfFile("/tmp/fuse/iwf/qosStats");
+    EXPECT_NE(cleared, before);
+    EXPECT_EQ(mmi.ask("resetqosstats", 2), expected);
+    EXPECT_EQ(contentOfFile("/tmp/fuse/iwf/qosStats"), cleared);
+}
+
+TEST(MmiPeerTest, TakesNothingButTheWholeWordForThatRequest) {
+    const Mmi mmi;
+    const std::string before = contentOfFile("/tmp/fuse/iwf/qosStats");
+
+    for (const std::string_view command :
+         {std::string_view("resetqosstats\0", 14), std::string_view("resetqosstats now"),
+          std::string_view("resetqosstat"), std::string_view("ResetQosStats")}) {
+        const std::vector<std::string> expected{"Unknown command: " + std::string(command) + "\n", marker};
+        EXPECT_EQ(mmi.ask(command, 2), expected);
+    }
+
+    EXPECT_EQ(contentOfFile("/tmp/fuse/iwf/qosStats"), before);
 }
 
 TEST(MmiPeerTest, RecordsCommandsByteForByte) {

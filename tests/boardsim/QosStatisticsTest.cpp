@@ -1,0 +1,63 @@
+#include <string>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+#include "QosStatistics.hpp"
+#include "TestFiles.hpp"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const std::string counted =
+    "sfn: QoS\n"
+    "  class 0, frames                              0\n"
+    "  class 0, dropped                          1009\n"
+    "  class 1, frames                           2018\n"
+    "  class 1, dropped                          3027\n"
+    "  class 2, frames                           4036\n"
+    "  class 2, dropped                          5045\n";
+
+const std::string cleared =
+    "sfn: QoS\n"
+    "  class 0, frames                              0\n"
+    "  class 0, dropped                             0\n"
+    "  class 1, frames                              0\n"
+    "  class 1, dropped                             0\n"
+    "  class 2, frames                              0\n"
+    "  class 2, dropped                             0\n";
+
+}  // namespace
+
+TEST(QosStatisticsTest, ShowInAFileOfTheInstance) {
+    const QosStatistics statistics("sfn");
+
+    EXPECT_EQ(contentOfFile("/tmp/fuse/sfn/qosStats"), counted);
+    EXPECT_EQ(filesBelow("/tmp/fuse"), Texts{"sfn/qosStats"});
+}
+
+TEST(QosStatisticsTest, AreZeroAfterAReset) {
+    const QosStatistics statistics("sfn", "/tmp/elsewhere");
+
+    EXPECT_EQ(statistics.reset(), Texts{"sfn: QoS statistics cleared"});
+    EXPECT_EQ(contentOfFile("/tmp/elsewhere/sfn/qosStats"), cleared);
+
+    EXPECT_EQ(statistics.reset(), Texts{"sfn: QoS statistics cleared"});
+    EXPECT_EQ(contentOfFile("/tmp/elsewhere/sfn/qosStats"), cleared);
+}
+
+TEST(QosStatisticsTest, AreThoseOfOneInstance) {
+    const QosStatistics iwf("iwf");
+    const QosStatistics sfn("sfn");
+
+    EXPECT_EQ(iwf.reset(), Texts{"iwf: QoS statistics cleared"});
+
+    EXPECT_EQ(contentOfFile("/tmp/fuse/sfn/qosStats"), counted);
+}
+
+TEST(QosStatisticsTest, CannotBeWhereThereIsNoFolderForThem) {
+    writeFile("/tmp/file", "");
+
+    EXPECT_THROW(QosStatistics("iwf", "/tmp/file"), std::system_error);
+}
