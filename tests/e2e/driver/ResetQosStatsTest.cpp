@@ -41,9 +41,9 @@ Scenario withIwfFault(const std::string& fault) {
     return {.faults = {parsePeerFault("iwf_dispatcher=" + fault)}};
 }
 
-void expectReset(const std::string& fault, const std::string& out, const std::string& err, int status) {
+void expectReset(const std::string& fault, const Outcome& outcome) {
     const Board board(withIwfFault(fault));
-    EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats"}), (Outcome{.status = status, .out = out, .err = err}));
+    EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats"}), outcome);
     EXPECT_EQ(Board::received("iwf_dispatcher"), request);
 }
 
@@ -111,27 +111,32 @@ TEST(ResetQosStats, FailsWhereNobodyListens) {
 }
 
 TEST(ResetQosStats, WaitsForASlowDispatcher) {
-    expectReset("slow:300", iwfCleared, "", 0);
+    expectReset("slow:300", {.status = 0, .out = iwfCleared, .err = ""});
 }
 
 TEST(ResetQosStats, TakesWhatADispatcherSaidBeforeItDied) {
-    expectReset("dying", iwfCleared, timedOut, 0);
+    expectReset("dying", {.status = 0, .out = iwfCleared, .err = timedOut});
 }
 
 TEST(ResetQosStats, TakesWhatCameBeforeAnEmptyDatagram) {
-    expectReset("empty", iwfCleared, "recv(): Peer has performed an orderly shutdown\n", 0);
+    expectReset("empty",
+                {.status = 0, .out = iwfCleared, .err = "recv(): Peer has performed an orderly shutdown\n"});
 }
 
 TEST(ResetQosStats, PrintsAMarkerThatIsJoinedToTheText) {
-    expectReset("joined", "iwf: QoS statistics cleared<MMI_END_OF_MSG>\n", timedOut, 0);
+    expectReset("joined",
+                {.status = 0, .out = "iwf: QoS statistics cleared<MMI_END_OF_MSG>\n", .err = timedOut});
 }
 
 TEST(ResetQosStats, CutsLongTextsAt56Bytes) {
-    expectReset("unended", "iwf: QoS statistics cleared" + std::string(29, '.') + "\n", timedOut, 0);
+    expectReset(
+        "unended",
+        {.status = 0, .out = "iwf: QoS statistics cleared" + std::string(29, '.') + "\n", .err = timedOut});
 }
 
 TEST(ResetQosStats, PrintsALineThatWasLeftOver) {
-    expectReset("stale", "left over from an earlier command\n\n" + iwfCleared, "", 0);
+    expectReset("stale",
+                {.status = 0, .out = "left over from an earlier command\n\n" + iwfCleared, .err = ""});
 }
 
 TEST(ResetQosStats, EndsAnAnswerThatDoesNotEnd) {

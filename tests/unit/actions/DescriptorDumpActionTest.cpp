@@ -31,7 +31,7 @@ class DescriptorDumpActionTest : public DumpFixture {
 protected:
     DescriptorDumpActionTest() { put(buffer, content); }
 
-    void given(const Fields& fields) { put(memory, bytesOf(fields)); }
+    static void given(const Fields& fields) { put(memory, bytesOf(fields)); }
 
     /// Runs the action anew with these words behind its keyword.
     bool dump(const std::vector<std::string>& arguments) {
