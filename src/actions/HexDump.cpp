@@ -1,5 +1,6 @@
 #include "HexDump.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -55,7 +56,7 @@ public:
     /// Reads each of the `count` bytes once: others may be writing to them.
     void add(std::uint32_t offset, const unsigned char* source, unsigned count) {
         std::array<unsigned char, lineBytes> bytes{};
-        std::memcpy(bytes.data(), source, count);
+        std::copy_n(source, count, bytes.begin());
         put(" ");
         putOffset(offset);
         put("  ");
