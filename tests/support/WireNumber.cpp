@@ -16,3 +16,8 @@ std::uint32_t numberAt(const std::string& message, std::size_t offset) {
     }
     return number;
 }
+
+std::string textAt(const std::string& message, std::size_t offset, std::size_t size) {
+    const std::string field = message.substr(offset, size);
+    return field.substr(0, field.find('\0'));
+}

@@ -13,7 +13,7 @@ constexpr std::size_t bodyOffset = 8;
 constexpr int unknownInterface = -1;
 
 std::string nameIn(const std::string& request) {
-    return request.substr(bodyOffset, 32).c_str();
+    return textAt(request, bodyOffset, 32);
 }
 
 }  // namespace

@@ -35,12 +35,10 @@ TEST_F(PortSwapFailureTest, DoesNotRenameAnInterfaceWhoseNameTheRequestCannotHol
 
         EXPECT_FALSE(swap({from, "eth1"}));
 
-        EXPECT_EQ(printed, (Printed{.err = "PortSwap : rename send failed : (" + from +
-                                           ",tmpN)\n"
-                                           "PortSwap : swap failed : from " +
-                                           from +
-                                           " to tmpN\n"
-                                           "PortSwap : swap failed\n"}));
+        std::string message = "PortSwap : rename send failed : (";
+        message.append(from).append(",tmpN)\nPortSwap : swap failed : from ").append(from);
+        message.append(" to tmpN\nPortSwap : swap failed\n");
+        EXPECT_EQ(printed, Printed{.err = message});
         Lines sent = requestsWithoutIdentifiers();
         sent.erase(sent.begin(), sent.begin() + static_cast<std::ptrdiff_t>(before));
         EXPECT_EQ(sent, (Lines{lookUp(asked), lookUp("eth1")}));

@@ -18,7 +18,7 @@ constexpr int unknownInterface = -1;
 constexpr int refusedRename = -5;
 
 std::string nameAt(const std::string& request, std::size_t offset) {
-    return request.substr(offset, nameSize).c_str();
+    return textAt(request, offset, nameSize);
 }
 
 std::string field(const std::string& name) {
