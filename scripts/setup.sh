@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that are missing, as root or by sudo.
-#   scripts/setup.sh [build|board|test|lint|bench]...     default: all of them
+#   scripts/setup.sh build|board|test|lint|bench|package|arm...
 set -euo pipefail
 cd "$(dirname "$0")"
 
-wanted="${*:-build board test lint bench}"
+wanted="$*"
 missing=()
 while read -r package purpose; do
     case " $wanted " in *" $purpose "*) ;; *) continue ;; esac

@@ -10,7 +10,7 @@ step() {
     echo "== $*"
 }
 
-scripts/setup.sh
+scripts/setup.sh build board test lint
 
 step "Formatting"
 find src platform boardsim tests -name '*.?pp' -o -name '*.h' | xargs clang-format --dry-run -Werror
