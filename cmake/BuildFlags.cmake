@@ -33,7 +33,8 @@ foreach(flag IN ITEMS
     korvel_use_compile_flag(${flag})
 endforeach()
 
-target_compile_definitions(korvel_flags INTERFACE _GLIBCXX_ASSERTIONS)
+# Where long has 32 bits, file sizes and times have 64 all the same.
+target_compile_definitions(korvel_flags INTERFACE _GLIBCXX_ASSERTIONS _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
 if(KORVEL_SANITIZE)
     target_compile_options(korvel_flags INTERFACE

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <span>
 
 namespace HostBoard {
@@ -31,10 +32,13 @@ void LogEntry::appendList(const char* format, std::va_list arguments) {
     }
 }
 
-// Without gmtime(), whose time zone data is behind a lock that a forked child may never get.
+// Without gmtime(), whose time zone data is behind a lock that a forked child may never get, and without
+// system_clock::now(), which in the C++ libraries of 32-bit processors may end in 2038.
 void LogEntry::appendTime() {
     using namespace std::chrono;
-    const auto now = floor<microseconds>(system_clock::now());
+    timespec clock{};
+    ::clock_gettime(CLOCK_REALTIME, &clock);
+    const sys_time<microseconds> now(seconds(clock.tv_sec) + floor<microseconds>(nanoseconds(clock.tv_nsec)));
     const auto today = floor<days>(now);
     const year_month_day date(today);
     const hh_mm_ss time(now - today);

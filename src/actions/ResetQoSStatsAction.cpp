@@ -15,12 +15,12 @@
 #include "DatagramSocket.hpp"
 #include "SystemCall.hpp"
 #include "Wait.hpp"
+#include "WallClock.hpp"
 
 namespace Korvel {
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::system_clock;
 
 constexpr std::uint16_t localPort = 4141;
 constexpr std::size_t replySize = 56;
@@ -102,11 +102,11 @@ bool ResetQoSStatsAction::waitForResp(const Configuration::DispatcherInstance& i
     const std::string& expected = Configuration::getConfig(instance).endOfMessageMarker;
     bool received = false;
     bool expired = false;
-    const auto start = system_clock::now();
+    const auto start = wallClockNow();
     while (!expired) {
         std::string text;
         const bool arrived = receiveText(text);
-        expired = system_clock::now() - start > replyLimit;
+        expired = wallClockNow() - start > replyLimit;
         if (!arrived || text == expected) {
             break;
         }

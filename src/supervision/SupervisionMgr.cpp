@@ -20,13 +20,13 @@
 #include "SmLogs.hpp"
 #include "SystemCall.hpp"
 #include "Wait.hpp"
+#include "WallClock.hpp"
 
 namespace Korvel {
 namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
-using std::chrono::system_clock;
 
 constexpr AppID logApplication = 5;  // meaningful to the log library alone
 constexpr unsigned timeoutsInARow = 10;
@@ -139,13 +139,13 @@ int SupervisionMgr::waitForHeartbeatsResp() {
     HeartbeatRespStatus status;
     std::uint32_t remaining = expectedResponses;
     bool expired = false;
-    const auto start = system_clock::now();
+    const auto start = wallClockNow();
     while (remaining >= 1 && !expired) {
         HeartbeatResponse response{};
         static_assert(sizeof response == 24);
         std::size_t size = 0;
         const std::optional<int> end = receive(response, size);
-        expired = system_clock::now() - start > cycleLimit;
+        expired = wallClockNow() - start > cycleLimit;
         if (end) {
             logf(LogLvl::information, "%s", getStatusStr(status).c_str());
             return *end;
