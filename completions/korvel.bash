@@ -1,0 +1,108 @@
+# shellcheck shell=bash
+# Completion of korvel(1) for bash. It needs nothing but bash.
+
+# What follows each action: "interface" and "switch" are completed, other operands only count.
+_korvel_operands() {
+    case $1 in
+        getport | add_interface) echo interface ;;
+        mirrorport) echo switch interface interface ;;
+        loopbackport) echo switch interface ;;
+        portswap) echo interface interface ;;
+        addmulticastmac) echo address interface ;;
+    esac
+}
+
+# The words of $1 that begin with $2.
+_korvel_offer() {
+    mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
+}
+
+_korvel_offer_interfaces() {
+    local folder=/sys/class/net/
+    mapfile -t COMPREPLY < <(compgen -d -- "$folder$1")
+    COMPREPLY=("${COMPREPLY[@]#"$folder"}")
+}
+
+# The options but for those that were given and mean nothing more a second time: _korvel_offer_options CURRENT GIVEN...
+_korvel_offer_options() {
+    local current=$1 option offered='-d'
+    shift
+    for option in -v -c -m --help; do
+        [[ " $* " == *" $option "* ]] || offered+=" $option"
+    done
+    _korvel_offer "$offered" "$current"
+}
+
+# Collection keywords stand in a row, each once and one package at most: _korvel_offer_keywords CURRENT GIVEN...
+_korvel_offer_keywords() {
+    local current=$1 keyword offered='' packages='pkg pkg-trs pkg-sup pkg-pm pkg-sdown'
+    shift
+    [[ " $*" == *' pkg'* ]] && packages=''
+    for keyword in print dump $packages all netfp proxy server master resmgr slog dall dinf dstat dlog; do
+        [[ " $* " == *" $keyword "* ]] || offered+=" $keyword"
+    done
+    _korvel_offer "$offered" "$current"
+}
+
+# The first word that is no option decides what may follow: _korvel_offer_words CURRENT GIVEN...
+_korvel_offer_words() {
+    local actions='getport mirrorport loopbackport portswap addmulticastmac resetqosstats mem_dump desc_dump add_interface'
+    local current=$1 operands collection
+    shift
+    if (($# == 0)); then
+        _korvel_offer_keywords "$current"
+        collection=("${COMPREPLY[@]}")
+        _korvel_offer "$actions supervision archive" "$current"
+        COMPREPLY+=("${collection[@]}")
+        return
+    fi
+    case $1 in
+        print | dump | pkg | pkg-* | all | netfp | proxy | server | master | resmgr | slog | dall | dinf | dstat | dlog)
+            _korvel_offer_keywords "$current" "$@"
+            return
+            ;;
+    esac
+    read -ra operands <<< "$(_korvel_operands "$1")"
+    case ${operands[$# - 1]-} in
+        switch) _korvel_offer 'enable disable' "$current" ;;
+        interface) _korvel_offer_interfaces "$current" ;;
+    esac
+}
+
+_korvel() {
+    local line=${COMP_LINE:0:COMP_POINT} current='' awaited='' word
+    local -a typed options=() words=()
+    COMPREPLY=()
+    # Not COMP_WORDS, in which a MAC address is many words. A backslash keeps a blank within a path.
+    # shellcheck disable=SC2162
+    read -a typed <<< "$line"
+    if [[ $line != *[[:blank:]] ]]; then
+        current=${typed[-1]}
+        unset 'typed[-1]'
+    fi
+    for word in "${typed[@]:1}"; do
+        if [[ $awaited ]]; then
+            awaited=''
+            continue
+        fi
+        case $word in
+            --help) return ;;
+            -v) options+=("$word") ;;
+            -c | -m | -d) options+=("$word") awaited=$word ;;
+            *) words+=("$word") ;;
+        esac
+    done
+    case $awaited in
+        -c | -m) compopt -o default ;;
+        -d) _korvel_offer 'iwf sfn all' "$current" ;;
+        *)
+            if [[ $current == -* ]]; then
+                _korvel_offer_options "$current" "${options[@]}"
+            else
+                _korvel_offer_words "$current" "${words[@]}"
+            fi
+            ;;
+    esac
+}
+
+complete -F _korvel korvel

@@ -1,0 +1,112 @@
+# Completion of korvel(1) for fish.
+
+# The words before the cursor that belong to no option; --help, behind which nothing counts, is one of them.
+function __korvel_words
+    set -l awaited no
+    for word in (commandline --cut-at-cursor --current-process --tokenize)[2..]
+        if test $awaited = yes
+            set awaited no
+        else if contains -- $word -c -m -d
+            set awaited yes
+        else if test $word != -v
+            printf '%s\n' $word
+        end
+    end
+end
+
+function __korvel_is_first
+    not count (__korvel_words) >/dev/null
+end
+
+# What stands at the cursor behind an action: "interface", "switch", or nothing that can be completed.
+function __korvel_expects
+    set -l words (__korvel_words)
+    set -l operands
+    switch "$words[1]"
+        case getport add_interface
+            set operands interface
+        case mirrorport
+            set operands switch interface interface
+        case loopbackport
+            set operands switch interface
+        case portswap
+            set operands interface interface
+        case addmulticastmac
+            set operands address interface
+    end
+    set -l place (count $words)
+    test $place -gt 0; and test "$operands[$place]" = $argv[1]
+end
+
+# Collection keywords stand in a row, each once and one package at most.
+function __korvel_takes
+    set -l words (__korvel_words)
+    set -l packages pkg pkg-trs pkg-sup pkg-pm pkg-sdown
+    set -l family print dump $packages all netfp proxy server master resmgr slog dall dinf dstat dlog
+    if set -q words[1]; and not contains -- $words[1] $family
+        return 1
+    end
+    if contains -- $argv[1] $packages
+        not string match -q 'pkg*' -- $words
+    else
+        not contains -- $argv[1] $words
+    end
+end
+
+# Whether an option was given before: __korvel_has OPTION, or __korvel_has OPTION VALUE for one that takes a value, which
+# may be what is typed now.
+function __korvel_has
+    set -l words (commandline --cut-at-cursor --current-process --tokenize)
+    if set -q argv[2]; and test "$words[-1]" = $argv[1]
+        set -e words[-1]
+    end
+    contains -- $argv[1] $words
+end
+
+function __korvel_interfaces
+    set -l folders /sys/class/net/*/
+    string replace --regex '.*/(.+)/' '$1' -- $folders
+end
+
+complete --command korvel --no-files
+
+# "Old" options: none can be joined to another or to its value.
+complete -c korvel -o v -n 'not __korvel_has -v' -d 'Tell every step'
+complete -c korvel -o c -n 'not __korvel_has -c path' -rF -d 'Use this path for the client socket'
+complete -c korvel -o m -n 'not __korvel_has -m path' -rF -d 'Use this path for the master socket'
+complete -c korvel -o d -xa 'iwf sfn all' -d 'Choose the dispatchers'
+complete -c korvel -l help -d 'Show the help text'
+
+complete -c korvel -n __korvel_is_first -a getport -d 'Show the switch port behind an interface'
+complete -c korvel -n __korvel_is_first -a mirrorport -d 'Copy the traffic of one port to another'
+complete -c korvel -n __korvel_is_first -a loopbackport -d 'Loop a switch port back to itself'
+complete -c korvel -n __korvel_is_first -a portswap -d 'Exchange the switch ports of two interfaces'
+complete -c korvel -n __korvel_is_first -a addmulticastmac -d 'Let a multicast address through'
+complete -c korvel -n __korvel_is_first -a resetqosstats -d 'Clear the QoS statistics of the dispatchers'
+complete -c korvel -n __korvel_is_first -a mem_dump -d 'Show physical memory'
+complete -c korvel -n __korvel_is_first -a desc_dump -d 'Show a packet descriptor'
+complete -c korvel -n __korvel_is_first -a add_interface -d 'Have netfp_proxy manage an interface'
+complete -c korvel -n __korvel_is_first -a supervision -d 'Watch the processes by heartbeats'
+complete -c korvel -n __korvel_is_first -a archive -d 'Follow the shared-memory logs into files'
+
+complete -c korvel -n '__korvel_takes print' -a print -d 'Show on the console'
+complete -c korvel -n '__korvel_takes dump' -a dump -d 'Write to files below /tmp/korvel'
+complete -c korvel -n '__korvel_takes pkg' -a pkg -d 'Pack with the time in the name'
+complete -c korvel -n '__korvel_takes pkg-trs' -a pkg-trs -d 'Pack under a fixed name'
+complete -c korvel -n '__korvel_takes pkg-sup' -a pkg-sup -d 'Pack for the supervisor service'
+complete -c korvel -n '__korvel_takes pkg-pm' -a pkg-pm -d 'Pack after a crash'
+complete -c korvel -n '__korvel_takes pkg-sdown' -a pkg-sdown -d 'Pack on shutdown, where that is allowed'
+complete -c korvel -n '__korvel_takes all' -a all -d 'Everything'
+complete -c korvel -n '__korvel_takes netfp' -a netfp -d 'All NetFP processes and the SYSLIB log'
+complete -c korvel -n '__korvel_takes proxy' -a proxy -d 'The dump of netfp_proxy'
+complete -c korvel -n '__korvel_takes server' -a server -d 'The dump of netfp_server'
+complete -c korvel -n '__korvel_takes master' -a master -d 'The dump of netfp_master'
+complete -c korvel -n '__korvel_takes resmgr' -a resmgr -d 'The dump of resmgr_server'
+complete -c korvel -n '__korvel_takes slog' -a slog -d 'The SYSLIB log'
+complete -c korvel -n '__korvel_takes dall' -a dall -d 'Information and statistics of the dispatchers, and their log'
+complete -c korvel -n '__korvel_takes dinf' -a dinf -d 'Information of the dispatchers'
+complete -c korvel -n '__korvel_takes dstat' -a dstat -d 'Statistics of the dispatchers'
+complete -c korvel -n '__korvel_takes dlog' -a dlog -d 'The log of the dispatchers'
+
+complete -c korvel -n '__korvel_expects switch' -a 'enable disable'
+complete -c korvel -n '__korvel_expects interface' -a '(__korvel_interfaces)' -d Interface

@@ -1,0 +1,78 @@
+"""Shells at a terminal, with the completions that an installation has, and a korvel that shows its arguments."""
+
+import os
+import re
+import subprocess
+from pathlib import Path
+from typing import NamedTuple
+
+import pexpect
+
+HERE = Path(__file__).parent
+BUILD = Path(os.environ["KORVEL_BUILD"])
+
+PROMPT = "READY> "
+ALL_MATCHES = "\x14"  # Ctrl-T
+PATIENCE_SECONDS = 60
+
+
+class Kind(NamedTuple):
+    """How a shell is started. "{home}" in an argument or a value is its home folder, "{share}" the installed data."""
+
+    arguments: list[str]
+    environment: dict[str, str]
+
+
+KINDS = {
+    "bash": Kind(
+        ["bash", "--noprofile", "--rcfile", f"{HERE}/start.bash"],
+        {"TERM": "dumb", "COMPLETION_SCRIPT": "{share}/bash-completion/completions/korvel"}),
+    "bash-with-its-completion-package": Kind(
+        ["bash", "--noprofile", "--rcfile", f"{HERE}/start.bash"],
+        {"TERM": "dumb", "COMPLETION_SCRIPT": "/usr/share/bash-completion/bash_completion"}),
+    "zsh": Kind(
+        ["zsh"],
+        {"TERM": "dumb", "ZDOTDIR": "{home}", "COMPLETION_FOLDER": "{share}/zsh/site-functions"}),
+    "fish": Kind(
+        ["fish", "--init-command", f"source {HERE}/start.fish"],
+        {"TERM": "xterm"}),
+}
+
+
+def install_completions(prefix: Path) -> None:
+    """Where an installation puts them by default, whatever the build tree was told."""
+    subprocess.run(
+        ["cmake", f"-DCMAKE_INSTALL_PREFIX={prefix}", "-P", BUILD / "completions" / "cmake_install.cmake"],
+        check=True, stdout=subprocess.DEVNULL)
+
+
+class InteractiveShell:
+    """A shell of a kind in the folder `home`, which also has the installation. Ends when it is closed."""
+
+    def __init__(self, kind: str, home: Path) -> None:
+        install_completions(home)
+        (home / ".zshrc").symlink_to(HERE / "start.zsh")
+        arguments, settings = KINDS[kind]
+        places = {"home": home, "share": home / "share"}
+        environment = {"HOME": str(home), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "INPUTRC": "/dev/null",
+                       "XDG_DATA_DIRS": f"{home}/share", "XDG_CONFIG_HOME": f"{home}/config"}
+        environment |= {name: value.format(**places) for name, value in settings.items()}
+        self.terminal = pexpect.spawn(arguments[0], arguments[1:], cwd=home, env=environment, encoding="utf-8",
+                                      dimensions=(50, 400), timeout=PATIENCE_SECONDS)
+        self.terminal.expect_exact(PROMPT)
+
+    def arguments_after(self, keys: str) -> list[str]:
+        """The arguments that korvel gets when `keys` are typed, and then Enter."""
+        self.terminal.send(keys + "\r")
+        self.terminal.expect("ARGUMENTS(.*?)END")
+        arguments = re.findall("<([^>]*)>", self.terminal.match[1])
+        self.terminal.expect_exact(PROMPT)
+        return arguments
+
+    def matches(self, line: str) -> list[str]:
+        """What is offered for the word at the end of `line`, in alphabetical order."""
+        before = line.split()[1:] if line.endswith(" ") else line.split()[1:-1]
+        return sorted(self.arguments_after(line + ALL_MATCHES)[len(before):])
+
+    def close(self) -> None:
+        self.terminal.close(force=True)

@@ -1,0 +1,15 @@
+# shellcheck shell=bash
+# A bash for the tests: Ctrl-T puts every match on the line, and korvel shows its arguments.
+PS1='READY> '
+bind 'set enable-bracketed-paste off'
+bind 'set bell-style none'
+bind '"\C-t": insert-completions'
+
+korvel() {
+    printf 'ARGUMENTS'
+    [ $# -eq 0 ] || printf '<%s>' "$@"
+    printf 'END\n'
+}
+
+# shellcheck source=/dev/null
+source "$COMPLETION_SCRIPT"

@@ -1,0 +1,17 @@
+# A fish for the tests: Ctrl-T puts every match on the line, and korvel shows its arguments.
+set fish_greeting
+function fish_prompt
+    printf 'READY> '
+end
+function fish_title
+end
+
+function korvel
+    printf 'ARGUMENTS%sEND\n' (string join '' '<'$argv'>')
+end
+
+function insert_all
+    set -l found (complete --do-complete (commandline --cut-at-cursor --current-process) | string split -f1 \t)
+    commandline --current-token --replace -- "$found"
+end
+bind \ct insert_all

@@ -1,0 +1,19 @@
+# A zsh for the tests: Ctrl-T puts every match on the line, and korvel shows its arguments.
+PS1='READY> '
+unsetopt prompt_sp prompt_cr beep
+unset zle_bracketed_paste
+
+korvel() {
+    printf 'ARGUMENTS'
+    (( $# )) && printf '<%s>' "$@"
+    printf 'END\n'
+}
+
+fpath=($COMPLETION_FOLDER $fpath)
+autoload -Uz compinit
+compinit -u -D
+
+zle -C insert-all complete-word _generic
+bindkey '^T' insert-all
+zstyle ':completion:insert-all:*' completer _all_matches _complete
+zstyle ':completion:insert-all:*' insert true
