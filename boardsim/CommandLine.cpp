@@ -1,13 +1,10 @@
 #include "CommandLine.hpp"
 
-#include <iomanip>
-#include <sstream>
 #include <string_view>
 #include <utility>
 
 #include <getopt.h>
 
-#include "PeerCatalog.hpp"
 #include "ScenarioFile.hpp"
 #include "ScenarioKeys.hpp"
 #include "UsageError.hpp"
@@ -17,8 +14,6 @@ namespace {
 /// What getopt_long() returns for the options that are no keys of a scenario; a key's own value is its
 /// place in the table, from firstKey on.
 enum OptionValue : int { help = 1, scenarioFile, firstKey };
-
-constexpr int nameWidth = 26;
 
 std::vector<option> optionTable() {
     std::vector<option> table{{"help", no_argument, nullptr, help},
@@ -48,21 +43,6 @@ void applyOption(const ScenarioKey& key, const std::string& value, Scenario& sce
     }
 }
 
-void addHelpLine(std::ostream& out, const std::string& option, std::string_view text) {
-    out << "  " << std::left << std::setw(nameWidth) << option << ' ' << text << '\n';
-}
-
-std::string faultNames(const PeerEntry& peer) {
-    std::string names;
-    for (const FaultGroup& group : peer.faults) {
-        for (const FaultKind& kind : group.kinds()) {
-            names +=
-                ' ' + std::string(group.prefix) + std::string(kind.name) + (kind.takesNumber ? ":N" : "");
-        }
-    }
-    return names.empty() ? " -" : names;
-}
-
 }  // namespace
 
 Request parseCommandLine(int argc, char** argv) {
@@ -88,20 +68,4 @@ Request parseCommandLine(int argc, char** argv) {
     }
     request.command.assign(argv + optind, argv + argc);
     return request;
-}
-
-std::string helpText() {
-    std::ostringstream out;
-    out << "boardsim [options] [--] [COMMAND...]\n"
-           "Runs COMMAND (a shell by default) on a simulated board and ends with its exit status.\n\n";
-    for (const ScenarioKey& key : scenarioKeys()) {
-        addHelpLine(out, "--" + std::string(key.name) + " " + std::string(key.argument), key.help);
-    }
-    addHelpLine(out, "--scenario FILE", "the same as keys of a TOML file; options override it");
-    addHelpLine(out, "--help", "this text");
-    out << "\nPeers, and the faults that each knows:\n";
-    for (const PeerEntry& peer : peerCatalog()) {
-        out << "  " << std::left << std::setw(16) << peer.name << faultNames(peer) << '\n';
-    }
-    return out.str();
 }

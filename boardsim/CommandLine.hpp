@@ -14,6 +14,3 @@ struct Request {
 
 /// Understands the program's command line; reads a scenario file that it names. Throws UsageError.
 Request parseCommandLine(int argc, char** argv);
-
-/// The text of --help.
-std::string helpText();

@@ -22,12 +22,15 @@ constexpr std::size_t bodyPieces = 4;
 
 struct DumpPeer::Acts {
     static constexpr std::array rows{
-        FaultAct<Act>{{""}, &DumpPeer::writeWhole},
-        FaultAct<Act>{{"silent"}, &DumpPeer::writeNothing},
-        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &DumpPeer::writeSlowly},
-        FaultAct<Act>{{"dying"}, &DumpPeer::dieHalfway},
-        FaultAct<Act>{{"unended"}, &DumpPeer::writeUnended},
-        FaultAct<Act>{{"short"}, &DumpPeer::writeShort},
+        FaultAct<Act>{{}, &DumpPeer::writeWhole},
+        FaultAct<Act>{{"silent", "no dump"}, &DumpPeer::writeNothing},
+        FaultAct<Act>{
+            {"slow", "MS milliseconds pass before each of its pieces, six or fewer", "MS", 0, longestDelayMs},
+            &DumpPeer::writeSlowly},
+        FaultAct<Act>{{"dying", "it dies in the middle"}, &DumpPeer::dieHalfway},
+        FaultAct<Act>{{"unended", "the last line is missing"}, &DumpPeer::writeUnended},
+        FaultAct<Act>{{"short", "nothing between first and last line, less than 64 bytes"},
+                      &DumpPeer::writeShort},
     };
 };
 

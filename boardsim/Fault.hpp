@@ -6,9 +6,12 @@
 /// A way to misbehave that a peer knows, as people name it: "silent", or "slow:200" with a number.
 struct FaultKind {
     std::string_view name;
-    bool takesNumber = false;
-    int least = 0;  ///< smallest number taken
-    int most = 0;   ///< greatest number taken
+    std::string_view help;         ///< what happens
+    std::string_view number = "";  ///< what help calls the number; empty: the kind takes none
+    int least = 0;                 ///< smallest number taken
+    int most = 0;                  ///< greatest number taken
+
+    bool takesNumber() const { return !number.empty(); }
 };
 
 /// How one peer misbehaves. An empty kind: not at all.

@@ -1,14 +1,18 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <span>
 #include <stdexcept>
 #include <vector>
 
 #include "Fault.hpp"
 
+/// Bytes of an answer with the fault "oversized"; more than any answer has.
+inline constexpr std::size_t oversizedAnswer = 400;
+
 /// One row of a peer's table of faults: the kind, and what the peer then does in place of its duty.
-/// The first row of a table has an empty name and does the duty.
+/// The first row of a table has an empty kind and does the duty.
 template <typename Act>
 struct FaultAct {
     FaultKind kind;

@@ -25,16 +25,19 @@ std::string everyByte() {
 
 struct MmiPeer::Acts {
     static constexpr std::array rows{
-        FaultAct<Act>{{""}, &MmiPeer::replyRight},
-        FaultAct<Act>{{"silent"}, &MmiPeer::replyNothing},
-        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &MmiPeer::replySlowly},
-        FaultAct<Act>{{"dying"}, &MmiPeer::dieAfterFirst},
-        FaultAct<Act>{{"unended"}, &MmiPeer::replyUnended},
-        FaultAct<Act>{{"endless"}, &MmiPeer::replyEndlessly},
-        FaultAct<Act>{{"binary"}, &MmiPeer::replyBinary},
-        FaultAct<Act>{{"joined"}, &MmiPeer::replyJoined},
-        FaultAct<Act>{{"empty"}, &MmiPeer::replyEmptyAfterFirst},
-        FaultAct<Act>{{"stale"}, &MmiPeer::replyStaleFirst},
+        FaultAct<Act>{{}, &MmiPeer::replyRight},
+        FaultAct<Act>{{"silent", "no reply"}, &MmiPeer::replyNothing},
+        FaultAct<Act>{{"slow", "MS milliseconds pass before each datagram", "MS", 0, longestDelayMs},
+                      &MmiPeer::replySlowly},
+        FaultAct<Act>{{"dying", "it dies after the first datagram"}, &MmiPeer::dieAfterFirst},
+        FaultAct<Act>{{"unended", "datagrams of 513 bytes, no end marker"}, &MmiPeer::replyUnended},
+        FaultAct<Act>{{"endless", "datagrams for as long as somebody listens"}, &MmiPeer::replyEndlessly},
+        FaultAct<Act>{{"binary", "every byte from 0x01 to 0xff, and empty lines"}, &MmiPeer::replyBinary},
+        FaultAct<Act>{{"joined", "text and end marker come in one datagram"}, &MmiPeer::replyJoined},
+        FaultAct<Act>{{"empty", "the first datagram, then an empty one, then nothing"},
+                      &MmiPeer::replyEmptyAfterFirst},
+        FaultAct<Act>{{"stale", "a line left over from an earlier command comes first"},
+                      &MmiPeer::replyStaleFirst},
     };
 };
 

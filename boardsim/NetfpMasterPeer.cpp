@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr std::size_t oversize = 400;
-
 // Faults of the work itself rather than of the answer.
 constexpr const char* refusesRename = "refuse-rename";
 constexpr const char* ignoresRenames = "ignore-renames";
@@ -24,16 +22,23 @@ std::string_view bytesOf(const NetfpMaster_Response& response) {
 
 struct NetfpMasterPeer::Acts {
     static constexpr std::array rows{
-        FaultAct<Act>{{""}, &NetfpMasterPeer::sendRight},
-        FaultAct<Act>{{"silent"}, &NetfpMasterPeer::sendNothing},
-        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &NetfpMasterPeer::sendLate},
-        FaultAct<Act>{{"error", true, INT32_MIN, INT32_MAX}, &NetfpMasterPeer::sendError},
-        FaultAct<Act>{{"stale"}, &NetfpMasterPeer::sendStaleFirst},
-        FaultAct<Act>{{"truncated", true, 0, sizeof(NetfpMaster_Response)}, &NetfpMasterPeer::sendTruncated},
-        FaultAct<Act>{{"oversized"}, &NetfpMasterPeer::sendOversized},
-        FaultAct<Act>{{"dying"}, &NetfpMasterPeer::die},
-        FaultAct<Act>{{refusesRename, true, 1, INT32_MAX}, &NetfpMasterPeer::sendRight},
-        FaultAct<Act>{{ignoresRenames}, &NetfpMasterPeer::sendRight},
+        FaultAct<Act>{{}, &NetfpMasterPeer::sendRight},
+        FaultAct<Act>{{"silent", "no answer"}, &NetfpMasterPeer::sendNothing},
+        FaultAct<Act>{{"slow", "the answer comes MS milliseconds late", "MS", 0, longestDelayMs},
+                      &NetfpMasterPeer::sendLate},
+        FaultAct<Act>{{"error", "the answer carries this error code", "CODE", INT32_MIN, INT32_MAX},
+                      &NetfpMasterPeer::sendError},
+        FaultAct<Act>{{"stale", "an answer to an earlier request comes first"},
+                      &NetfpMasterPeer::sendStaleFirst},
+        FaultAct<Act>{{"truncated", "only the first BYTES of the answer come", "BYTES", 0,
+                       sizeof(NetfpMaster_Response)},
+                      &NetfpMasterPeer::sendTruncated},
+        FaultAct<Act>{{"oversized", "400 bytes come instead of 272"}, &NetfpMasterPeer::sendOversized},
+        FaultAct<Act>{{"dying", "it dies at the first request"}, &NetfpMasterPeer::die},
+        FaultAct<Act>{{refusesRename, "the Nth rename since the board's start is refused", "N", 1, INT32_MAX},
+                      &NetfpMasterPeer::sendRight},
+        FaultAct<Act>{{ignoresRenames, "renames are answered with success, and not done"},
+                      &NetfpMasterPeer::sendRight},
     };
 };
 
@@ -144,7 +149,7 @@ void NetfpMasterPeer::sendTruncated(const NetfpMaster_Response& response, const 
 
 void NetfpMasterPeer::sendOversized(const NetfpMaster_Response& response, const Sender& sender) const {
     std::string bytes(bytesOf(response));
-    bytes.resize(oversize, '\xa5');
+    bytes.resize(oversizedAnswer, '\xa5');
     socket.send(bytes, sender);
 }
 

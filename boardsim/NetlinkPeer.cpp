@@ -14,8 +14,7 @@
 namespace {
 
 constexpr std::uint16_t everyMessageType = 1;  // what a message is stands in its payload
-constexpr std::size_t oversize = 400;
-constexpr std::uint32_t wrongBy = 1000;  // far from every number in use
+constexpr std::uint32_t wrongBy = 1000;        // far from every number in use
 
 std::uint32_t portIdOf(const Sender& sender) {
     sockaddr_nl address{};
@@ -43,17 +42,23 @@ struct NetlinkPeer::Acts {
     static constexpr int mostStatus = std::numeric_limits<int>::max();
     static constexpr int leastSize = 1;  // the kernel carries no empty netlink datagram
     static constexpr std::array rows{
-        FaultAct<Act>{{""}, &NetlinkPeer::sendRight},
-        FaultAct<Act>{{"silent"}, &NetlinkPeer::sendNothing},
-        FaultAct<Act>{{"slow", true, 0, longestDelayMs}, &NetlinkPeer::sendLate},
-        FaultAct<Act>{{"error", true, 1, mostStatus}, &NetlinkPeer::sendError},
-        FaultAct<Act>{{"stale"}, &NetlinkPeer::sendStaleFirst},
-        FaultAct<Act>{{"sequence"}, &NetlinkPeer::sendWrongSequence},
-        FaultAct<Act>{{"type"}, &NetlinkPeer::sendWrongType},
-        FaultAct<Act>{{"port"}, &NetlinkPeer::sendWrongPort},
-        FaultAct<Act>{{"truncated", true, leastSize, sizeof(Response)}, &NetlinkPeer::sendTruncated},
-        FaultAct<Act>{{"oversized"}, &NetlinkPeer::sendOversized},
-        FaultAct<Act>{{"dying"}, &NetlinkPeer::die},
+        FaultAct<Act>{{}, &NetlinkPeer::sendRight},
+        FaultAct<Act>{{"silent", "no answer"}, &NetlinkPeer::sendNothing},
+        FaultAct<Act>{{"slow", "the answer comes MS milliseconds late", "MS", 0, longestDelayMs},
+                      &NetlinkPeer::sendLate},
+        FaultAct<Act>{{"error", "the answer carries this status, whatever was done", "STATUS", 1, mostStatus},
+                      &NetlinkPeer::sendError},
+        FaultAct<Act>{{"stale", "an answer with the previous sequence number comes first"},
+                      &NetlinkPeer::sendStaleFirst},
+        FaultAct<Act>{{"sequence", "the answer's sequence number is 1000 too great"},
+                      &NetlinkPeer::sendWrongSequence},
+        FaultAct<Act>{{"type", "the answer's message type is 1000 too great"}, &NetlinkPeer::sendWrongType},
+        FaultAct<Act>{{"port", "the answer's port id is 1000 too great"}, &NetlinkPeer::sendWrongPort},
+        FaultAct<Act>{
+            {"truncated", "only the first BYTES of the answer come", "BYTES", leastSize, sizeof(Response)},
+            &NetlinkPeer::sendTruncated},
+        FaultAct<Act>{{"oversized", "400 bytes come instead of 24"}, &NetlinkPeer::sendOversized},
+        FaultAct<Act>{{"dying", "it dies at the first request"}, &NetlinkPeer::die},
     };
 };
 
@@ -150,7 +155,7 @@ void NetlinkPeer::sendTruncated(const Response& response, const Sender& sender) 
 
 void NetlinkPeer::sendOversized(const Response& response, const Sender& sender) const {
     std::string bytes(response.bytes());
-    bytes.resize(oversize, '\xa5');
+    bytes.resize(oversizedAnswer, '\xa5');
     socket.send(bytes, sender);
 }
 

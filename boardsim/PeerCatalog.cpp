@@ -20,19 +20,15 @@
 
 namespace {
 
-constexpr std::array masterFaults{
-    FaultGroup{"", NetfpMasterPeer::faultKinds},
-    FaultGroup{"dump-", DumpPeer::faultKinds},
-};
-constexpr std::array dumpFaults{FaultGroup{"", DumpPeer::faultKinds}};
-constexpr std::array proxyFaults{
-    FaultGroup{"", DumpPeer::faultKinds},
-    FaultGroup{"netlink-", NetlinkPeer::faultKinds},
-};
-constexpr std::array dispatcherFaults{
-    FaultGroup{"", MmiPeer::faultKinds},
-    FaultGroup{"netlink-", NetlinkPeer::faultKinds},
-};
+constexpr FaultTopic requestTopic{"answers to requests on /tmp/NetfpMaster", NetfpMasterPeer::faultKinds};
+constexpr FaultTopic dumpTopic{"dumps to /tmp/PEER.log", DumpPeer::faultKinds};
+constexpr FaultTopic mmiTopic{"replies of the MMI service", MmiPeer::faultKinds};
+constexpr FaultTopic netlinkTopic{"answers by netlink", NetlinkPeer::faultKinds};
+
+constexpr std::array masterFaults{FaultGroup{"", &requestTopic}, FaultGroup{"dump-", &dumpTopic}};
+constexpr std::array dumpFaults{FaultGroup{"", &dumpTopic}};
+constexpr std::array proxyFaults{FaultGroup{"", &dumpTopic}, FaultGroup{"netlink-", &netlinkTopic}};
+constexpr std::array dispatcherFaults{FaultGroup{"", &mmiTopic}, FaultGroup{"netlink-", &netlinkTopic}};
 
 /// A list of peers from the peers themselves, which an initializer list could only copy.
 template <typename... Each>
@@ -125,13 +121,24 @@ bool whereSfnIs(Deployment deployment) {
 }
 
 constexpr std::array catalog{
-    PeerEntry{"system_log", always, {}, buildSystemLog},
-    PeerEntry{"netfp_master", always, masterFaults, buildMaster},
-    PeerEntry{"netfp_proxy", always, proxyFaults, buildProxy},
-    PeerEntry{"netfp_server", always, dumpFaults, buildServer},
-    PeerEntry{"resmgr_server", always, dumpFaults, buildResourceManager},
-    PeerEntry{"iwf_dispatcher", whereIwfIs, dispatcherFaults, buildIwfDispatcher},
-    PeerEntry{"sfn_dispatcher", whereSfnIs, dispatcherFaults, buildSfnDispatcher},
+    PeerEntry{"system_log", "takes records from /dev/log", always, {}, buildSystemLog},
+    PeerEntry{
+        "netfp_master",
+        "answers requests on /tmp/NetfpMaster: eth0 to eth3 are the switch ports 1 to 4; mirrors ports, "
+        "renames interfaces, keeps multicast filters; dumps its table",
+        always, masterFaults, buildMaster},
+    PeerEntry{
+        "netfp_proxy",
+        "heartbeats and add-interface on netlink port id 110; dumps, with the interfaces that it manages",
+        always, proxyFaults, buildProxy},
+    PeerEntry{"netfp_server", "dumps; writes to the log syslib_log_memory", always, dumpFaults, buildServer},
+    PeerEntry{"resmgr_server", "dumps", always, dumpFaults, buildResourceManager},
+    PeerEntry{"iwf_dispatcher",
+              "heartbeats on netlink port id 120, MMI service on UDP port 7777, state files under "
+              "/tmp/fuse/iwf; writes to the log dispatcher_log_memory",
+              whereIwfIs, dispatcherFaults, buildIwfDispatcher},
+    PeerEntry{"sfn_dispatcher", "the same with netlink port id 130, UDP port 8777 and /tmp/fuse/sfn",
+              whereSfnIs, dispatcherFaults, buildSfnDispatcher},
 };
 
 }  // namespace

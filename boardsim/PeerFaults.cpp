@@ -58,17 +58,17 @@ PeerFault parsePeerFault(const std::string& text) {
     const bool hasNumber = colon != std::string::npos;
     const std::string name = text.substr(equals + 1, hasNumber ? colon - equals - 1 : std::string::npos);
     const FaultKind kind = findKind(*findPeer(peer), name);
-    if (hasNumber && !kind.takesNumber) {
+    if (hasNumber && !kind.takesNumber()) {
         throw UsageError("fault '" + name + "' takes no number");
     }
     const std::string_view number = hasNumber ? std::string_view(text).substr(colon + 1) : "";
-    return {peer, {name, kind.takesNumber ? parseFaultNumber(kind, name, number) : 0}};
+    return {peer, {name, kind.takesNumber() ? parseFaultNumber(kind, name, number) : 0}};
 }
 
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
     std::vector<std::string> texts;
     for (const auto& [peer, fault] : faults) {
-        const bool takesNumber = findKind(*findPeer(peer), fault.kind).takesNumber;
+        const bool takesNumber = findKind(*findPeer(peer), fault.kind).takesNumber();
         texts.push_back(peer + "=" + fault.kind + (takesNumber ? ":" + std::to_string(fault.number) : ""));
     }
     return texts;

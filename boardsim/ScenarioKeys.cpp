@@ -31,18 +31,29 @@ bool parseTruth(const std::string& text) {
     return text == "true";
 }
 
+/// What may stand behind the digits of a size, and the bits that it shifts them by.
+constexpr std::array<std::pair<char, unsigned>, 2> sizeSuffixes{{{'M', 20}, {'K', 10}}};
+
 /// Bytes out of "65536", "64K" or "64M".
 std::uint64_t parseSize(const std::string& text) {
-    constexpr std::array<std::pair<char, unsigned>, 2> suffixes{{{'K', 10}, {'M', 20}}};
     const auto* suffix =
-        std::ranges::find_if(suffixes, [&](const auto& each) { return text.ends_with(each.first); });
-    const bool plain = suffix == suffixes.end();
+        std::ranges::find_if(sizeSuffixes, [&](const auto& each) { return text.ends_with(each.first); });
+    const bool plain = suffix == sizeSuffixes.end();
     const unsigned shift = plain ? 0 : suffix->second;
     const auto count = parseNumber<std::uint64_t>(plain ? text : text.substr(0, text.size() - 1));
     if (count == 0 || count > (std::numeric_limits<std::uint64_t>::max() >> shift)) {
         throw UsageError("no size of a disk: '" + text + "'");
     }
     return count << shift;
+}
+
+Values sizeOf(std::uint64_t bytes) {
+    for (const auto& [suffix, shift] : sizeSuffixes) {
+        if (((bytes >> shift) << shift) == bytes) {
+            return {std::to_string(bytes >> shift) + suffix};
+        }
+    }
+    return {std::to_string(bytes)};
 }
 
 constexpr std::array deploymentNames{
@@ -69,9 +80,6 @@ Values nameOf(Deployment deployment) {
 Values valueOf(int number) {
     return number == 0 ? Values{} : Values{std::to_string(number)};
 }
-Values valueOf(std::uint64_t number) {
-    return {std::to_string(number)};
-}
 Values valueOf(bool truth) {
     return truth ? Values{"true"} : Values{};
 }
@@ -79,43 +87,57 @@ Values valueOf(const std::string& text) {
     return text.empty() ? Values{} : Values{text};
 }
 
+constexpr std::string_view boardSection = "The board";
+constexpr std::string_view peersSection = "Its peers";
+
 constexpr std::array keys{
-    ScenarioKey{"deployment", KeyForm::single, "KIND", "iwf, sfn-master (the default) or sfn-antenna",
-                [](Scenario& s, const std::string& v) { s.deployment = parseDeployment(v); },
-                [](const Scenario& s) { return nameOf(s.deployment); }},
-    ScenarioKey{"secured", KeyForm::toggle, "", "the board says that it is secured",
+    ScenarioKey{
+        "deployment", boardSection, KeyForm::single, "KIND",
+        "iwf: the IWF dispatcher alone; sfn-master: both dispatchers; sfn-antenna: the SFN dispatcher alone",
+        [](Scenario& s, const std::string& v) { s.deployment = parseDeployment(v); },
+        [](const Scenario& s) { return nameOf(s.deployment); }},
+    ScenarioKey{"secured", boardSection, KeyForm::toggle, "", "the board says that it is secured",
                 [](Scenario& s, const std::string& v) { s.secured = parseTruth(v); },
                 [](const Scenario& s) { return valueOf(s.secured); }},
-    ScenarioKey{"secure-error", KeyForm::single, "CODE", "asking whether it is secured fails with CODE",
+    ScenarioKey{"secure-error", boardSection, KeyForm::single, "CODE",
+                "asking whether it is secured fails with CODE",
                 [](Scenario& s, const std::string& v) { s.secureError = parseNumber<int>(v); },
                 [](const Scenario& s) { return valueOf(s.secureError); }},
-    ScenarioKey{"cma-error", KeyForm::single, "CODE", "preparing for address translation fails with CODE",
-                [](Scenario& s, const std::string& v) { s.cmaError = parseNumber<int>(v); },
-                [](const Scenario& s) { return valueOf(s.cmaError); }},
-    ScenarioKey{"cmdline", KeyForm::single, "TEXT", "kernel command line, as /proc/cmdline shows it",
+    ScenarioKey{
+        "cma-error", boardSection, KeyForm::single, "CODE",
+        "preparing for address translation fails with CODE: for mem_dump, desc_dump and the command devmem",
+        [](Scenario& s, const std::string& v) { s.cmaError = parseNumber<int>(v); },
+        [](const Scenario& s) { return valueOf(s.cmaError); }},
+    ScenarioKey{"cmdline", boardSection, KeyForm::single, "TEXT", "what /proc/cmdline shows",
                 [](Scenario& s, const std::string& v) { s.cmdline = v; },
                 [](const Scenario& s) { return Values{s.cmdline}; }},
-    ScenarioKey{"config", KeyForm::single, "FILE", "installed as /rom/private/fpdispatcher.conf",
+    ScenarioKey{"config", boardSection, KeyForm::single, "FILE",
+                "is installed as /rom/private/fpdispatcher.conf",
                 [](Scenario& s, const std::string& v) { s.config = v; },
                 [](const Scenario& s) { return valueOf(s.config); }},
-    ScenarioKey{"tmp-size", KeyForm::single, "SIZE", "bytes of the disk under /tmp; K and M multiply (64M)",
+    ScenarioKey{"tmp-size", boardSection, KeyForm::single, "SIZE",
+                "size of the disk under /tmp, in bytes or with K or M",
                 [](Scenario& s, const std::string& v) { s.tmpSize = parseSize(v); },
-                [](const Scenario& s) { return valueOf(s.tmpSize); }},
-    ScenarioKey{"ffs-size", KeyForm::single, "SIZE", "the same for the disk under /ffs (64M)",
+                [](const Scenario& s) { return sizeOf(s.tmpSize); }},
+    ScenarioKey{"ffs-size", boardSection, KeyForm::single, "SIZE", "the same of the disk under /ffs",
                 [](Scenario& s, const std::string& v) { s.ffsSize = parseSize(v); },
-                [](const Scenario& s) { return valueOf(s.ffsSize); }},
-    ScenarioKey{"without", KeyForm::list, "PEER", "PEER does not run (repeatable)",
-                [](Scenario& s, const std::string& v) { s.without.insert(parsePeerName(v)); },
-                [](const Scenario& s) { return Values(s.without.begin(), s.without.end()); }},
-    ScenarioKey{"fault", KeyForm::list, "PEER=FAULT[:N]", "PEER misbehaves (repeatable)",
-                [](Scenario& s, const std::string& v) { s.faults.push_back(parsePeerFault(v)); },
-                [](const Scenario& s) { return peerFaultTexts(s.faults); }},
-    ScenarioKey{"full-logs", KeyForm::toggle, "", "both shared-memory logs are filled to capacity",
-                [](Scenario& s, const std::string& v) { s.fullLogs = parseTruth(v); },
-                [](const Scenario& s) { return valueOf(s.fullLogs); }},
-    ScenarioKey{"bare", KeyForm::toggle, "", "the sandbox alone: no peers, no files under /rom",
+                [](const Scenario& s) { return sizeOf(s.ffsSize); }},
+    ScenarioKey{"bare", boardSection, KeyForm::toggle, "",
+                "the sandbox alone: no peers, no files under /rom; of the other options only --cmdline and "
+                "the sizes then count",
                 [](Scenario& s, const std::string& v) { s.bare = parseTruth(v); },
                 [](const Scenario& s) { return valueOf(s.bare); }},
+    ScenarioKey{"without", peersSection, KeyForm::list, "PEER", "PEER does not run; repeatable",
+                [](Scenario& s, const std::string& v) { s.without.insert(parsePeerName(v)); },
+                [](const Scenario& s) { return Values(s.without.begin(), s.without.end()); }},
+    ScenarioKey{"fault", peersSection, KeyForm::list, "PEER=FAULT[:N]",
+                "PEER misbehaves; repeatable, and of several faults of one table below the last one counts",
+                [](Scenario& s, const std::string& v) { s.faults.push_back(parsePeerFault(v)); },
+                [](const Scenario& s) { return peerFaultTexts(s.faults); }},
+    ScenarioKey{"full-logs", peersSection, KeyForm::toggle, "",
+                "both shared-memory logs are filled to capacity",
+                [](Scenario& s, const std::string& v) { s.fullLogs = parseTruth(v); },
+                [](const Scenario& s) { return valueOf(s.fullLogs); }},
 };
 
 }  // namespace

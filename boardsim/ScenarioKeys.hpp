@@ -18,6 +18,7 @@ enum class KeyForm : std::uint8_t {
 /// (NAME = VALUE).
 struct ScenarioKey {
     std::string_view name;
+    std::string_view section;  ///< of the help text
     KeyForm form;
     std::string_view argument;  ///< what help calls the value
     std::string_view help;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CommandLine.hpp"
+#include "HelpText.hpp"
 #include "PeerCatalog.hpp"
 #include "PeerProcess.hpp"
 #include "SandboxRun.hpp"

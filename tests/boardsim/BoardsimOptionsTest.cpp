@@ -1,6 +1,5 @@
 #include <string>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -95,18 +94,4 @@ TEST(BoardsimOptionsTest, TakesAScenarioFileThatOptionsOverride) {
                       "ls /rom/config; cat /run/boardsim/cma_error /run/boardsim/secure")
                   .out,
               "deployment_type\n5\n1\n");
-}
-
-TEST(BoardsimOptionsTest, ListsEveryOptionAndPeerInItsHelp) {
-    const Outcome outcome = boardsim({"--help"});
-
-    EXPECT_EQ(outcome.status, 0);
-    for (const char* word :
-         {"--deployment", "--secured",    "--secure-error", "--cma-error",    "--cmdline",
-          "--config",     "--tmp-size",   "--ffs-size",     "--without",      "--fault",
-          "--full-logs",  "--scenario",   "--bare",         "--help",         "netfp_master",
-          "netfp_proxy",  "netfp_server", "resmgr_server",  "iwf_dispatcher", "sfn_dispatcher",
-          "system_log",   " truncated:N", " dump-unended"}) {
-        EXPECT_THAT(outcome.out, testing::HasSubstr(word));
-    }
 }

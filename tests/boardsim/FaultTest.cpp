@@ -73,7 +73,7 @@ TEST(FaultTest, IsWrittenAsItIsParsed) {
             for (const FaultKind& kind : group.kinds()) {
                 texts.push_back(std::string(peer.name) + "=" + std::string(group.prefix) +
                                 std::string(kind.name) +
-                                (kind.takesNumber ? ":" + std::to_string(kind.most) : ""));
+                                (kind.takesNumber() ? ":" + std::to_string(kind.most) : ""));
             }
         }
     }

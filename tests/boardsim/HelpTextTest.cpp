@@ -1,0 +1,62 @@
+#include <sstream>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "HelpText.hpp"
+#include "PeerCatalog.hpp"
+#include "ScenarioKeys.hpp"
+
+namespace {
+
+/// A row of the help text that begins with `name`, which ends there or has its help behind it.
+auto hasRow(const std::string& name) {
+    return testing::AnyOf(testing::HasSubstr("\n" + name + " "), testing::HasSubstr("\n" + name + "\n"));
+}
+
+}  // namespace
+
+TEST(HelpTextTest, HasLinesThatFitATerminal) {
+    std::istringstream text(helpText());
+    for (std::string line; std::getline(text, line);) {
+        EXPECT_LE(line.size(), 80U) << line;
+        EXPECT_FALSE(line.ends_with(' ')) << line;
+    }
+}
+
+TEST(HelpTextTest, HasARowForEachOption) {
+    for (const ScenarioKey& key : scenarioKeys()) {
+        const std::string argument = key.argument.empty() ? "" : " " + std::string(key.argument);
+        EXPECT_THAT(helpText(), hasRow("  --" + std::string(key.name) + argument));
+        EXPECT_FALSE(key.help.empty()) << key.name;
+    }
+    EXPECT_THAT(helpText(), hasRow("  --scenario FILE"));
+    EXPECT_THAT(helpText(), hasRow("  --help"));
+}
+
+TEST(HelpTextTest, TellsWhatHoldsWithoutAnOption) {
+    EXPECT_THAT(helpText(), testing::HasSubstr("(default: sfn-master)"));
+    EXPECT_THAT(helpText(), testing::HasSubstr("(default: 64M)"));
+}
+
+TEST(HelpTextTest, HasARowForEachPeer) {
+    for (const PeerEntry& peer : peerCatalog()) {
+        EXPECT_THAT(helpText(), hasRow("  " + std::string(peer.name)));
+        EXPECT_FALSE(peer.help.empty()) << peer.name;
+    }
+}
+
+TEST(HelpTextTest, HasARowForEachFaultAndNamesThePeersThatKnowIt) {
+    for (const PeerEntry& peer : peerCatalog()) {
+        for (const FaultGroup& group : peer.faults) {
+            EXPECT_THAT(helpText(), testing::HasSubstr(" " + std::string(peer.name) + "=" +
+                                                       std::string(group.prefix) + "FAULT"));
+            for (const FaultKind& kind : group.kinds()) {
+                const std::string number = kind.takesNumber() ? ":" + std::string(kind.number) : "";
+                EXPECT_THAT(helpText(), hasRow("    " + std::string(kind.name) + number));
+                EXPECT_FALSE(kind.help.empty()) << kind.name;
+            }
+        }
+    }
+}
