@@ -1,0 +1,5 @@
+#include "BoardSupport.hpp"
+
+const char* boardText() {
+    return "from this board";
+}
