@@ -1,6 +1,5 @@
 """What TAB offers for korvel in one kind of shell, which the argument names."""
 
-import os
 import sys
 import tempfile
 import unittest

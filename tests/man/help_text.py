@@ -1,0 +1,41 @@
+"""What the programs' own help texts name."""
+
+import os
+import re
+import subprocess
+from pathlib import Path
+
+BUILD = Path(os.environ["KORVEL_BUILD"])
+
+
+def help_of(program: str) -> str:
+    return subprocess.run([program, "--help"], executable=BUILD / program,
+                          check=True, capture_output=True, text=True).stdout
+
+
+def korvel_options() -> set[str]:
+    return set(re.findall(r"^    (-\S+)", help_of("korvel"), re.M))
+
+
+def korvel_keywords() -> set[str]:
+    text = help_of("korvel")
+    collection, rest = text.split("  Log Collection:\n")[1].split("  Actions:\n")
+    collected = re.findall(r"^      ([a-z-]+)\*? *\(", collection, re.M)
+    actions = re.findall(r"^    =+\n +(?:korvel )?(\w+)", rest, re.M)
+    lasting = re.findall(r"^      korvel  (\w+)$", rest, re.M)
+    return {*collected, *actions, *lasting}
+
+
+def boardsim_options() -> set[str]:
+    return set(re.findall(r"^  (--\S+)", help_of("boardsim"), re.M))
+
+
+def boardsim_peers() -> set[str]:
+    peers = help_of("boardsim").split("Peers, each a process under its own name:\n")[1].split("\n\n")[0]
+    return set(re.findall(r"^  (\w+)", peers, re.M))
+
+
+def boardsim_faults() -> dict[str, set[str]]:
+    """By the first line of their table."""
+    tables = re.findall(r"^Faults of (.*):\n((?:  .*\n)*)", help_of("boardsim"), re.M)
+    return {title: set(re.findall(r"^    ([a-z-]+)", rows, re.M)) for title, rows in tables}
