@@ -84,7 +84,7 @@ int remaining(std::optional<Clock::time_point> end) {
 }
 
 /// Waits until the command has ended, or the host has, or the host's signal did not end it in time.
-int accompany(pid_t command, const UniqueFd& childSignals, const ControlLine& line) {
+int accompanyCommand(pid_t command, const UniqueFd& childSignals, const ControlLine& line) {
     std::optional<Clock::time_point> end;
     int lateStatus = 0;
     std::array<pollfd, 2> waits{{{childSignals.get(), POLLIN, 0}, {line.descriptor(), POLLIN, 0}}};
@@ -126,5 +126,5 @@ int supervise(int lineDescriptor, const std::vector<std::string>& command) {
     }
     int status = 0;
     const auto process = startCommand(command, status);
-    return process ? accompany(*process, childSignals, line) : status;
+    return process ? accompanyCommand(*process, childSignals, line) : status;
 }

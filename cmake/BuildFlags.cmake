@@ -9,9 +9,11 @@ add_library(korvel::flags ALIAS korvel_flags)
 
 target_compile_features(korvel_flags INTERFACE cxx_std_20)
 target_compile_options(korvel_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wall -Wextra -Wpedantic -Wconversion
     -Wformat=2 -Wimplicit-fallthrough -Wnon-virtual-dtor -Woverloaded-virtual
     -Werror=format-security)
+# Where files are compiled together, the names of one file's own are in sight of the next.
+target_compile_options(korvel_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow>)
 if(KORVEL_WERROR)
     target_compile_options(korvel_flags INTERFACE -Werror)
 endif()

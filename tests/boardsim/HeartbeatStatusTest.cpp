@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr const char* file = "/run/boardsim/heartbeat/netfp_proxy";
+constexpr const char* statusFile = "/run/boardsim/heartbeat/netfp_proxy";
 
 }  // namespace
 
@@ -17,11 +17,11 @@ TEST(HeartbeatStatusTest, IsHealthyAtFirst) {
     const HeartbeatStatus status("netfp_proxy");
 
     EXPECT_EQ(status.value(), 0);
-    EXPECT_EQ(readTextFile(file), "0\n");
+    EXPECT_EQ(readTextFile(statusFile), "0\n");
 }
 
 TEST(HeartbeatStatusTest, IsHealthyAgainWhereItBeginsAnew) {
-    writeTextFile(file, "5\n");
+    writeTextFile(statusFile, "5\n");
 
     const HeartbeatStatus status("netfp_proxy");
 
@@ -36,7 +36,7 @@ TEST(HeartbeatStatusTest, IsTheNumberThatItsFileHoldsAtTheMoment) {
     } cases[] = {{"1\n", 1}, {"7", 7}, {"4294967295\n", 4294967295}, {"0\n", 0}};
 
     for (const auto& [text, value] : cases) {
-        writeTextFile(file, text);
+        writeTextFile(statusFile, text);
         EXPECT_EQ(status.value(), value) << text;
     }
 }
@@ -45,20 +45,20 @@ TEST(HeartbeatStatusTest, IsHealthyWhereItsFileHoldsNoNumber) {
     const HeartbeatStatus status("netfp_proxy");
 
     for (const char* text : {"", "\n", "ill\n", "-1\n", "4294967296\n"}) {
-        writeTextFile(file, text);
+        writeTextFile(statusFile, text);
         EXPECT_EQ(status.value(), 0) << text;
     }
 }
 
 TEST(HeartbeatStatusTest, IsHealthyWhereItsFileIsGone) {
     const HeartbeatStatus status("netfp_proxy");
-    writeTextFile(file, "5\n");
+    writeTextFile(statusFile, "5\n");
     ASSERT_EQ(status.value(), 5);
 
-    std::filesystem::remove(file);
+    std::filesystem::remove(statusFile);
     EXPECT_EQ(status.value(), 0);
 
-    std::filesystem::create_directory(file);
+    std::filesystem::create_directory(statusFile);
     EXPECT_EQ(status.value(), 0);
 }
 
@@ -73,7 +73,7 @@ TEST(HeartbeatStatusTest, IsEachPeersOwn) {
 }
 
 TEST(HeartbeatStatusTest, ThrowsWhereItsFileCannotBeWritten) {
-    std::filesystem::create_directory(file);
+    std::filesystem::create_directory(statusFile);
 
     EXPECT_THROW(HeartbeatStatus("netfp_proxy"), std::system_error);
 }

@@ -22,17 +22,18 @@ Content at(std::uint32_t physical) {
     return content;
 }
 
-/// The first words of the descriptor.
-using Words = std::array<std::uint32_t, 8>;
-const Words words{0x8000003c, 0, 0x00010203, 0xc000003c, 0xeb700040, 0, 0xc0000100, 0xeb700000};
+/// The first descriptorWords of the descriptor.
+using DescriptorWords = std::array<std::uint32_t, 8>;
+const DescriptorWords descriptorWords{0x8000003c, 0, 0x00010203, 0xc000003c,
+                                      0xeb700040, 0, 0xc0000100, 0xeb700000};
 
 }  // namespace
 
 TEST(PhysicalMemoryTest, HoldsADescriptorWhoseLengthsHaveOtherBitsAboveThem) {
     PhysicalMemory::lay();
 
-    EXPECT_EQ(at<Words>(0xeb6b6100), words);
-    EXPECT_EQ(at<Words>(0xeb6b6120), Words{});
+    EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
+    EXPECT_EQ(at<DescriptorWords>(0xeb6b6120), DescriptorWords{});
 }
 
 TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
@@ -52,7 +53,7 @@ TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
 TEST(PhysicalMemoryTest, LiesInTheMemoryOfEveryBoard) {
     const Board board({});
 
-    EXPECT_EQ(at<Words>(PhysicalMemory::descriptor), words);
+    EXPECT_EQ(at<DescriptorWords>(PhysicalMemory::descriptor), descriptorWords);
     EXPECT_EQ(run({"devmem", "0xeb6b611c"}).out, "0xEB700000\n");
 }
 
@@ -62,5 +63,5 @@ TEST(PhysicalMemoryTest, IsLaidAnewOverWhatWasLeft) {
 
     PhysicalMemory::lay();
 
-    EXPECT_EQ(at<Words>(0xeb6b6100), words);
+    EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
 }

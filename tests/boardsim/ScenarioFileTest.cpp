@@ -9,16 +9,16 @@
 
 namespace {
 
-constexpr const char* file = "/tmp/scenario.toml";
+constexpr const char* scenarioPath = "/tmp/scenario.toml";
 
 Scenario load(const std::string& text) {
-    writeTextFile(file, text);
+    writeTextFile(scenarioPath, text);
     Scenario scenario;
-    loadScenario(file, scenario);
+    loadScenario(scenarioPath, scenario);
     return scenario;
 }
 
-std::string complaintAbout(const std::string& text) {
+std::string complaintAboutScenario(const std::string& text) {
     try {
         load(text);
     } catch (const UsageError& error) {
@@ -62,9 +62,9 @@ TEST(ScenarioFileTest, LeavesAloneWhatItDoesNotName) {
     Scenario scenario;
     scenario.cmdline = "kept";
     scenario.config = "kept.conf";
-    writeTextFile(file, "secured = true\n");
+    writeTextFile(scenarioPath, "secured = true\n");
 
-    loadScenario(file, scenario);
+    loadScenario(scenarioPath, scenario);
 
     EXPECT_EQ(scenario.cmdline, "kept");
     EXPECT_EQ(scenario.config, "kept.conf");
@@ -106,10 +106,10 @@ TEST(ScenarioFileTest, IsRefusedWithTheLineAndTheReason) {
     };
     for (const auto& [text, complaint] : cases) {
         SCOPED_TRACE(text);
-        EXPECT_EQ(complaintAbout(text), complaint);
+        EXPECT_EQ(complaintAboutScenario(text), complaint);
     }
 }
 
 TEST(ScenarioFileTest, IsRefusedWhereItIsNoToml) {
-    EXPECT_TRUE(complaintAbout("\n\nsecured true\n").starts_with("/tmp/scenario.toml:3: "));
+    EXPECT_TRUE(complaintAboutScenario("\n\nsecured true\n").starts_with("/tmp/scenario.toml:3: "));
 }

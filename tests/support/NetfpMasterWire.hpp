@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+inline constexpr int unknownInterface = -1;  ///< an error code of the master
+
 // The NetFP master's datagrams byte by byte.
 
 /// A request of 148 bytes: what `body` does not fill is zero.

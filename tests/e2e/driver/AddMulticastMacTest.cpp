@@ -5,6 +5,7 @@
 
 #include "Board.hpp"
 #include "MasterDump.hpp"
+#include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 
@@ -12,21 +13,12 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
 constexpr const char* group = "01:00:5e:00:00:fb";
 
 const std::string interfaces = "  eth0 port 1\n  eth1 port 2\n  eth2 port 3\n  eth3 port 4\nmirroring:\n";
 const std::string receiveFailed =
     "AddMulticastMAC recv failed : (MAC: 01:00:5e:00:00:fb, interface: eth1, vlanID: 0)\n"
     "AddMulticastMAC failed\n";
-
-Outcome failure(const std::string& message) {
-    return {.status = 1, .out = "", .err = message};
-}
-
-Scenario withMasterFault(const std::string& fault) {
-    return {.faults = {parsePeerFault("netfp_master=" + fault)}};
-}
 
 /// A request for `group` at eth1 as the master's record shows it.
 std::string record(const std::string& vlan, const std::string& ignoresVlan) {

@@ -5,6 +5,7 @@
 
 #include "Board.hpp"
 #include "Injection.hpp"
+#include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 #include "VerboseText.hpp"
@@ -41,10 +42,6 @@ void expectOutcome(const Outcome& outcome, const std::string& out, const std::st
     EXPECT_EQ(outcome.out, out);
     EXPECT_EQ(outcome.err, err);
     EXPECT_EQ(outcome.status, status);
-}
-
-Scenario withMasterFault(const std::string& fault) {
-    return {.faults = {parsePeerFault("netfp_master=" + fault)}};
 }
 
 }  // namespace

@@ -4,13 +4,12 @@
 #include <gtest/gtest.h>
 
 #include "Board.hpp"
+#include "Outcomes.hpp"
 #include "Process.hpp"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
 
 std::string readRegister(const std::string& address) {
     return run({"devmem", address}).out;

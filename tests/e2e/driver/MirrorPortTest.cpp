@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "Board.hpp"
+#include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 
 namespace {
-
-const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
 
 /// What the NetFP master's dump says of mirroring.
 std::string mirroring() {

@@ -5,6 +5,7 @@
 
 #include "Board.hpp"
 #include "MasterDump.hpp"
+#include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 
@@ -12,16 +13,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-const Outcome quietSuccess{.status = 0, .out = "", .err = ""};
 const std::string refused = "Response from Server was not successful.\n";
-
-Outcome failure(const std::string& message) {
-    return {.status = 1, .out = "", .err = message};
-}
-
-Scenario withMasterFault(const std::string& fault) {
-    return {.faults = {parsePeerFault("netfp_master=" + fault)}};
-}
 
 const std::string untouched = "  eth0 port 1\n  eth1 port 2\n  eth2 port 3\n  eth3 port 4\nmirroring:\n";
 

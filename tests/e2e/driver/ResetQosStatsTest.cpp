@@ -19,7 +19,7 @@ using Lines = std::vector<std::string>;
 
 const std::string iwfCleared = "iwf: QoS statistics cleared\n";
 const std::string sfnCleared = "sfn: QoS statistics cleared\n";
-const std::string timedOut = "poll(): Timed out while waiting for response\n";
+const std::string pollTimedOut = "poll(): Timed out while waiting for response\n";
 const Lines request{"7265736574716f737374617473"};  // "resetqosstats"
 
 Lines statistics(const std::string& instance) {
@@ -97,7 +97,7 @@ TEST(ResetQosStats, FailsAtTheFirstInstanceThatStaysSilent) {
     const Board board(withIwfFault("silent"));
     const Lines sfn = statistics("sfn");
 
-    EXPECT_EQ(korvel({"-d", "all", "resetqosstats"}), (Outcome{.status = 1, .out = "", .err = timedOut}));
+    EXPECT_EQ(korvel({"-d", "all", "resetqosstats"}), (Outcome{.status = 1, .out = "", .err = pollTimedOut}));
 
     EXPECT_EQ(Board::received("iwf_dispatcher"), request);
     EXPECT_EQ(Board::received("sfn_dispatcher"), Lines{});
@@ -107,7 +107,7 @@ TEST(ResetQosStats, FailsAtTheFirstInstanceThatStaysSilent) {
 TEST(ResetQosStats, FailsWhereNobodyListens) {
     const Board board({.without = {"iwf_dispatcher"}});
 
-    EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats"}), (Outcome{.status = 1, .out = "", .err = timedOut}));
+    EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats"}), (Outcome{.status = 1, .out = "", .err = pollTimedOut}));
 }
 
 TEST(ResetQosStats, WaitsForASlowDispatcher) {
@@ -115,7 +115,7 @@ TEST(ResetQosStats, WaitsForASlowDispatcher) {
 }
 
 TEST(ResetQosStats, TakesWhatADispatcherSaidBeforeItDied) {
-    expectReset("dying", {.status = 0, .out = iwfCleared, .err = timedOut});
+    expectReset("dying", {.status = 0, .out = iwfCleared, .err = pollTimedOut});
 }
 
 TEST(ResetQosStats, TakesWhatCameBeforeAnEmptyDatagram) {
@@ -125,13 +125,13 @@ TEST(ResetQosStats, TakesWhatCameBeforeAnEmptyDatagram) {
 
 TEST(ResetQosStats, PrintsAMarkerThatIsJoinedToTheText) {
     expectReset("joined",
-                {.status = 0, .out = "iwf: QoS statistics cleared<MMI_END_OF_MSG>\n", .err = timedOut});
+                {.status = 0, .out = "iwf: QoS statistics cleared<MMI_END_OF_MSG>\n", .err = pollTimedOut});
 }
 
 TEST(ResetQosStats, CutsLongTextsAt56Bytes) {
-    expectReset(
-        "unended",
-        {.status = 0, .out = "iwf: QoS statistics cleared" + std::string(29, '.') + "\n", .err = timedOut});
+    expectReset("unended", {.status = 0,
+                            .out = "iwf: QoS statistics cleared" + std::string(29, '.') + "\n",
+                            .err = pollTimedOut});
 }
 
 TEST(ResetQosStats, PrintsALineThatWasLeftOver) {

@@ -69,8 +69,6 @@ protected:
     const std::string content = patternOf(1024);
 };
 
-const std::string outOfRange = "Value provided to decriptor dump is out of range\n";
-
 }  // namespace
 
 TEST_F(DescriptorDumpActionTest, ShowsTheFieldsAndTheFirst64Bytes) {

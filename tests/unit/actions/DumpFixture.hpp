@@ -16,6 +16,8 @@ protected:
     static constexpr std::uint32_t memory = 0xeb6b6100;  ///< an address like any other of the board's memory
     static constexpr std::uint32_t nowhere = 0x10;       ///< no memory of the board
 
+    static constexpr const char* outOfRange = "Value provided to decriptor dump is out of range\n";
+
     static void put(std::uint32_t physical, std::string_view bytes);
 
     /// Where this process sees the address, as an action shows it.

@@ -41,8 +41,6 @@ protected:
     Korvel::LoopbackPortAction action;
 };
 
-const Printed nothing;
-
 }  // namespace
 
 TEST_F(LoopbackPortActionTest, WritesTheRegistersOfEachPortInTheirOrder) {
@@ -65,7 +63,7 @@ TEST_F(LoopbackPortActionTest, WritesTheRegistersOfEachPortInTheirOrder) {
     };
     for (const auto& each : cases) {
         EXPECT_TRUE(loop({"enable", each.port}));
-        EXPECT_EQ(printed, nothing);
+        EXPECT_EQ(printed, Printed{});
         EXPECT_EQ(commands(), each.commands);
     }
     EXPECT_EQ(requests(), Words{});
@@ -84,7 +82,7 @@ TEST_F(LoopbackPortActionTest, LooksAnInterfaceUpAtTheMaster) {
 
     EXPECT_TRUE(loop({"en", "eth2", "ignored"}));
 
-    EXPECT_EQ(printed, nothing);
+    EXPECT_EQ(printed, Printed{});
     EXPECT_EQ(requests(), Words{"port eth2"});
     EXPECT_EQ(commands().front(), "devmem 0x02090410 32 0");
 }

@@ -32,8 +32,6 @@ protected:
     }
 };
 
-const std::string outOfRange = "Value provided to decriptor dump is out of range\n";
-
 }  // namespace
 
 TEST_F(MemoryDumpActionTest, DumpsTheBytesAtAPhysicalAddress) {

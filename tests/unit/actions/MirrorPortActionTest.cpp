@@ -42,8 +42,6 @@ protected:
     Korvel::MirrorPortAction action;
 };
 
-const Printed nothing;
-
 }  // namespace
 
 TEST_F(MirrorPortActionTest, LooksInterfacesUpAndMirrorsBothDirections) {
@@ -51,7 +49,7 @@ TEST_F(MirrorPortActionTest, LooksInterfacesUpAndMirrorsBothDirections) {
 
     EXPECT_TRUE(mirror({"enable", "eth0", "eth1"}));
 
-    EXPECT_EQ(printed, nothing);
+    EXPECT_EQ(printed, Printed{});
     EXPECT_EQ(requests(), (Words{"port eth0", "port eth1", body(1, inbound, 1, 2), body(1, outbound, 1, 2)}));
 }
 
@@ -78,7 +76,7 @@ TEST_F(MirrorPortActionTest, LeavesAToPortAboveTheLastToTheMaster) {
 
     EXPECT_TRUE(mirror({"dis", "1", "9"}));
 
-    EXPECT_EQ(printed, nothing);
+    EXPECT_EQ(printed, Printed{});
     EXPECT_EQ(requests(), bothDirections(0, 1, 9));
 }
 

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr std::size_t bodyOffset = 8;
-constexpr int unknownInterface = -1;
 
 std::string nameIn(const std::string& request) {
     return textAt(request, bodyOffset, 32);

@@ -10,8 +10,6 @@ namespace {
 
 class PortSwapActionTest : public PortSwapFixture {};
 
-const Printed nothing;
-
 }  // namespace
 
 TEST_F(PortSwapActionTest, ExchangesTheNamesByWayOfATemporaryOneAndLooksWhetherItHelped) {
@@ -19,7 +17,7 @@ TEST_F(PortSwapActionTest, ExchangesTheNamesByWayOfATemporaryOneAndLooksWhetherI
 
     EXPECT_TRUE(swap({"eth0", "eth1"}));
 
-    EXPECT_EQ(printed, nothing);
+    EXPECT_EQ(printed, Printed{});
     EXPECT_EQ(requestsWithoutIdentifiers(),
               (Lines{lookUp("eth0"), lookUp("eth1"), rename("eth0", "tmpN"), rename("eth1", "eth0"),
                      rename("tmpN", "eth1"), lookUp("eth0"), lookUp("eth1")}));
@@ -60,7 +58,7 @@ TEST_F(PortSwapActionTest, IgnoresFurtherArguments) {
     givenRenamingMaster();
 
     EXPECT_TRUE(swap({"eth0", "eth1", "eth2", "x"}));
-    EXPECT_EQ(printed, nothing);
+    EXPECT_EQ(printed, Printed{});
 }
 
 TEST_F(PortSwapActionTest, TakesPortNumbersForInterfaceNames) {
@@ -100,7 +98,7 @@ TEST_F(PortSwapActionTest, TakesPort0ForAPort) {
     givenRenamingMaster({{"eth0", 0}, {"eth1", 2}});
 
     EXPECT_TRUE(swap({"eth0", "eth1"}));
-    EXPECT_EQ(printed, nothing);
+    EXPECT_EQ(printed, Printed{});
 }
 
 TEST_F(PortSwapActionTest, FailsWhereTheMasterCallsRenamesDoneThatItDidNotDo) {

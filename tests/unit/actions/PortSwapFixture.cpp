@@ -14,7 +14,6 @@ constexpr std::size_t nameSize = 32;
 constexpr std::size_t currentNameOffset = 8;
 constexpr std::size_t newNameOffset = currentNameOffset + nameSize;
 constexpr std::uint32_t renameInterface = 6;
-constexpr int unknownInterface = -1;
 constexpr int refusedRename = -5;
 
 std::string nameAt(const std::string& request, std::size_t offset) {

@@ -54,7 +54,7 @@ TEST(GetConfig, TellsHowToReachEachInstance) {
     } cases[] = {{IWF, 7778, 7777}, {SFN, 8778, 8777}};
     for (const auto& [instance, localPort, dispatcherPort] : cases) {
         SCOPED_TRACE(instance);
-        const Config& record = getConfig(instance);
+        const Korvel::Configuration::Config& record = getConfig(instance);
         EXPECT_EQ(record.localPort, localPort);
         EXPECT_EQ(record.dispatcherPort, dispatcherPort);
         EXPECT_EQ(record.dispatcherAddress, "127.0.0.1");

@@ -17,22 +17,22 @@ using Korvel::UniqueFd;
 
 namespace {
 
-constexpr const char* path = "/tmp/output";
+constexpr const char* bufferedPath = "/tmp/output";
 
 /// A stream whose output lands in a file.
 class BufferedFile : public testing::Test {
 protected:
-    UniqueFd file{::open(path, O_WRONLY | O_CREAT | O_CLOEXEC, 0644)};
+    UniqueFd file{::open(bufferedPath, O_WRONLY | O_CREAT | O_CLOEXEC, 0644)};
     DescriptorBuffer buffer{file.get()};
     std::ostream stream{&buffer};
 };
 
 TEST_F(BufferedFile, GetsItsTextWhenTheStreamIsFlushed) {
     stream << "text " << 7;
-    EXPECT_EQ(contentOfFile(path), "");
+    EXPECT_EQ(contentOfFile(bufferedPath), "");
 
     stream.flush();
-    EXPECT_EQ(contentOfFile(path), "text 7");
+    EXPECT_EQ(contentOfFile(bufferedPath), "text 7");
 }
 
 TEST_F(BufferedFile, GetsManySmallPiecesInTheirOrder) {
@@ -44,7 +44,7 @@ TEST_F(BufferedFile, GetsManySmallPiecesInTheirOrder) {
     }
     stream.flush();
 
-    EXPECT_TRUE(contentOfFile(path) == expected);
+    EXPECT_TRUE(contentOfFile(bufferedPath) == expected);
 }
 
 TEST_F(BufferedFile, GetsALargePieceBehindWhatWasHeld) {
@@ -52,7 +52,7 @@ TEST_F(BufferedFile, GetsALargePieceBehindWhatWasHeld) {
 
     stream << "held " << large;
 
-    EXPECT_TRUE(contentOfFile(path) == "held " + large);
+    EXPECT_TRUE(contentOfFile(bufferedPath) == "held " + large);
 }
 
 TEST(BufferedDevice, FailsTheStreamAndTellsWhy) {
@@ -81,7 +81,7 @@ protected:
 
         EXPECT_TRUE(stream);
         reader.reset();
-        EXPECT_TRUE(contentOfFile(path) == "first " + large + " last");
+        EXPECT_TRUE(contentOfFile(bufferedPath) == "first " + large + " last");
     }
 };
 

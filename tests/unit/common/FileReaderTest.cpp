@@ -9,7 +9,7 @@ using namespace Korvel;
 
 namespace {
 
-constexpr const char* path = "/tmp/file";
+constexpr const char* fileToRead = "/tmp/file";
 
 /// A small file, and what is reported about it.
 class FileReader : public testing::Test {
@@ -31,15 +31,15 @@ using ReadFileFromLine = FileReader;
 
 TEST_F(ReadFileToString, ReturnsEveryByte) {
     const std::string content("one\n\0two\r\n\xff", 11);
-    writeFile(path, content);
+    writeFile(fileToRead, content);
 
-    EXPECT_EQ(readFileToString(path), content);
+    EXPECT_EQ(readFileToString(fileToRead), content);
 }
 
 TEST_F(ReadFileToString, ReturnsAnEmptyTextForAnEmptyFile) {
-    writeFile(path, "");
+    writeFile(fileToRead, "");
 
-    EXPECT_EQ(readFileToString(path), "");
+    EXPECT_EQ(readFileToString(fileToRead), "");
 }
 
 TEST_F(ReadFileToString, ReportsAFileThatCannotBeOpened) {
@@ -63,8 +63,8 @@ TEST_F(GetNumberOfLinesInFile, CountsLineEnds) {
     } cases[] = {{"", 0}, {"one", 0}, {"one\n", 1}, {"one\ntwo", 1}, {"one\n\ntwo\n", 3}, {"\n", 1}};
     for (const auto& [content, lines] : cases) {
         SCOPED_TRACE(content);
-        writeFile(path, content);
-        EXPECT_EQ(getNumberOfLinesInFile(path), lines);
+        writeFile(fileToRead, content);
+        EXPECT_EQ(getNumberOfLinesInFile(fileToRead), lines);
     }
 }
 
@@ -75,38 +75,38 @@ TEST_F(GetNumberOfLinesInFile, ReportsAFileThatCannotBeOpened) {
 }
 
 TEST_F(ReadFileFromLine, CountsLinesFromZero) {
-    writeFile(path, "zero\none\n\nthree\n");
+    writeFile(fileToRead, "zero\none\n\nthree\n");
 
-    EXPECT_EQ(readFileFromLine(path, 0), "zero\none\n\nthree\n");
-    EXPECT_EQ(readFileFromLine(path, 1), "one\n\nthree\n");
-    EXPECT_EQ(readFileFromLine(path, 2), "\nthree\n");
-    EXPECT_EQ(readFileFromLine(path, 3), "three\n");
+    EXPECT_EQ(readFileFromLine(fileToRead, 0), "zero\none\n\nthree\n");
+    EXPECT_EQ(readFileFromLine(fileToRead, 1), "one\n\nthree\n");
+    EXPECT_EQ(readFileFromLine(fileToRead, 2), "\nthree\n");
+    EXPECT_EQ(readFileFromLine(fileToRead, 3), "three\n");
 }
 
 TEST_F(ReadFileFromLine, IsEmptyWhereTheLineIsTheNumberOfLinesOfTheFile) {
-    writeFile(path, "zero\none\n");
+    writeFile(fileToRead, "zero\none\n");
 
-    EXPECT_EQ(readFileFromLine(path, 2), "");
+    EXPECT_EQ(readFileFromLine(fileToRead, 2), "");
 }
 
 TEST_F(ReadFileFromLine, IsEmptyBeyondTheEnd) {
-    writeFile(path, "zero\none");
+    writeFile(fileToRead, "zero\none");
 
-    EXPECT_EQ(readFileFromLine(path, 2), "");
-    EXPECT_EQ(readFileFromLine(path, 4000000000U), "");
+    EXPECT_EQ(readFileFromLine(fileToRead, 2), "");
+    EXPECT_EQ(readFileFromLine(fileToRead, 4000000000U), "");
 }
 
 TEST_F(ReadFileFromLine, ReturnsALastLineWithoutALineEnd) {
-    writeFile(path, "zero\none");
+    writeFile(fileToRead, "zero\none");
 
-    EXPECT_EQ(readFileFromLine(path, 1), "one");
+    EXPECT_EQ(readFileFromLine(fileToRead, 1), "one");
 }
 
 TEST_F(ReadFileFromLine, IsEmptyForAnEmptyFile) {
-    writeFile(path, "");
+    writeFile(fileToRead, "");
 
-    EXPECT_EQ(readFileFromLine(path, 0), "");
-    EXPECT_EQ(readFileFromLine(path, 1), "");
+    EXPECT_EQ(readFileFromLine(fileToRead, 0), "");
+    EXPECT_EQ(readFileFromLine(fileToRead, 1), "");
 }
 
 TEST_F(ReadFileFromLine, ReportsAFileThatCannotBeOpened) {

@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* path = "/tmp/file";
+constexpr const char* inputPath = "/tmp/file";
 
 /// Every byte of a file of `size` bytes; no two pieces of it are alike.
 std::string patternOf(std::size_t size) {
@@ -36,7 +36,7 @@ std::string openingOf(const std::string& name) {
 }
 
 TEST(InputFile, OpensRegularFilesAlone) {
-    writeFile(path, "");
+    writeFile(inputPath, "");
     fs::create_directory("/tmp/folder");
     fs::create_symlink("file", "/tmp/link");
     fs::create_symlink("nowhere", "/tmp/dangling");
@@ -46,7 +46,7 @@ TEST(InputFile, OpensRegularFilesAlone) {
     const UniqueFd socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
 
-    EXPECT_EQ(openingOf(path), "open");
+    EXPECT_EQ(openingOf(inputPath), "open");
     EXPECT_EQ(openingOf("/tmp/link"), "open");
     EXPECT_EQ(openingOf("/proc/self/status"), "open");
     EXPECT_EQ(openingOf("/tmp/absent"), "No such file or directory");
@@ -60,12 +60,12 @@ TEST(InputFile, OpensRegularFilesAlone) {
 }
 
 TEST(InputFile, IsClosedInChildren) {
-    writeFile(path, "");
+    writeFile(inputPath, "");
     OutputCapture console;
     EXPECT_TRUE(executeCommand("ls /proc/self/fd"));
     const std::string without = console.out();
 
-    const InputFile file(path);
+    const InputFile file(inputPath);
     EXPECT_TRUE(executeCommand("ls /proc/self/fd"));
 
     EXPECT_TRUE(file.isOpen());
@@ -73,8 +73,8 @@ TEST(InputFile, IsClosedInChildren) {
 }
 
 TEST(InputFile, ReadsFromStartToEnd) {
-    writeFile(path, "abcdefgh");
-    InputFile file(path);
+    writeFile(inputPath, "abcdefgh");
+    InputFile file(inputPath);
     std::string buffer(5, '?');
 
     EXPECT_EQ(file.read(buffer), 5U);
@@ -85,19 +85,19 @@ TEST(InputFile, ReadsFromStartToEnd) {
 }
 
 TEST(InputFile, TellsThatItsKindCannotBeLearned) {
-    writeFile(path, "");
+    writeFile(inputPath, "");
 
     const Outcome outcome =
-        probeInjected({.faults = {"newfstatat:error=EIO"}, .path = path}, {"openInputFile", path});
+        probeInjected({.faults = {"newfstatat:error=EIO"}, .path = inputPath}, {"openInputFile", inputPath});
 
     EXPECT_EQ(outcome.out, "Input/output error\n");
 }
 
 TEST(ReadWholeFile, ReturnsEveryByteOfALargeFile) {
     const std::string pattern = patternOf((2U << 20) + 1);
-    writeFile(path, pattern);
+    writeFile(inputPath, pattern);
 
-    EXPECT_TRUE(readWholeFile(path) == pattern);
+    EXPECT_TRUE(readWholeFile(inputPath) == pattern);
 }
 
 TEST(ReadWholeFile, ReadsAFileWhoseSizeReadsZero) {
@@ -112,30 +112,30 @@ TEST(ReadWholeFile, HasNothingOfAFileThatCannotBeOpened) {
 }
 
 TEST(ReadWholeFile, GoesOnAfterASignal) {
-    writeFile(path, "all of it");
+    writeFile(inputPath, "all of it");
 
-    const Outcome outcome =
-        probeInjected({.faults = {"read:error=EINTR:when=1"}, .path = path}, {"readWholeFile", path});
+    const Outcome outcome = probeInjected({.faults = {"read:error=EINTR:when=1"}, .path = inputPath},
+                                          {"readWholeFile", inputPath});
 
     EXPECT_EQ(outcome.out, "all of it\n");
     EXPECT_EQ(outcome.err, "");
 }
 
 TEST(ReadWholeFile, OpensOnAfterASignal) {
-    writeFile(path, "all of it");
+    writeFile(inputPath, "all of it");
 
-    const Outcome outcome =
-        probeInjected({.faults = {"openat:error=EINTR:when=1"}, .path = path}, {"readWholeFile", path});
+    const Outcome outcome = probeInjected({.faults = {"openat:error=EINTR:when=1"}, .path = inputPath},
+                                          {"readWholeFile", inputPath});
 
     EXPECT_EQ(outcome.out, "all of it\n");
 }
 
 TEST(ReadWholeFile, ReturnsWhatCameBeforeAReadThatBreaksOff) {
     const std::string pattern = patternOf(100000);
-    writeFile(path, pattern);
+    writeFile(inputPath, pattern);
 
     const Outcome outcome =
-        probeInjected({.faults = {"read:error=EIO:when=2"}, .path = path}, {"readWholeFile", path});
+        probeInjected({.faults = {"read:error=EIO:when=2"}, .path = inputPath}, {"readWholeFile", inputPath});
 
     EXPECT_EQ(outcome.out, pattern.substr(0, 65536) + "\n");
     EXPECT_EQ(outcome.err, "");

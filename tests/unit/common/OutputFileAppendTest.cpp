@@ -12,30 +12,30 @@ using namespace Korvel;
 
 namespace {
 
-constexpr const char* path = "/tmp/runtime.log";
+constexpr const char* appendedPath = "/tmp/runtime.log";
 
 class OutputFileAppendTest : public testing::Test {
 protected:
-    static OutputFile open() { return OutputFile(path, OutputFile::Mode::append); }
+    static OutputFile open() { return OutputFile(appendedPath, OutputFile::Mode::append); }
 };
 
 TEST_F(OutputFileAppendTest, WritesBehindWhatWasThere) {
-    writeFile(path, "before, ");
+    writeFile(appendedPath, "before, ");
     OutputFile file = open();
 
     file.write("now");
     file.write(" and then");
 
     EXPECT_TRUE(file.close());
-    EXPECT_EQ(contentOfFile(path), "before, now and then");
+    EXPECT_EQ(contentOfFile(appendedPath), "before, now and then");
 }
 
 TEST_F(OutputFileAppendTest, KeepsWhatWasThereWithoutAWrite) {
-    writeFile(path, "before");
+    writeFile(appendedPath, "before");
 
     EXPECT_TRUE(open().close());
 
-    EXPECT_EQ(contentOfFile(path), "before");
+    EXPECT_EQ(contentOfFile(appendedPath), "before");
 }
 
 TEST_F(OutputFileAppendTest, WritesBehindWhatAnotherWroteSinceItWasOpened) {
@@ -46,7 +46,7 @@ TEST_F(OutputFileAppendTest, WritesBehindWhatAnotherWroteSinceItWasOpened) {
     other.write("two, ");
     file.write("three");
 
-    EXPECT_EQ(contentOfFile(path), "one, two, three");
+    EXPECT_EQ(contentOfFile(appendedPath), "one, two, three");
 }
 
 TEST_F(OutputFileAppendTest, IsMadeWhereThereIsNone) {
@@ -55,11 +55,11 @@ TEST_F(OutputFileAppendTest, IsMadeWhereThereIsNone) {
     file.write("first");
 
     EXPECT_TRUE(file.close());
-    EXPECT_EQ(contentOfFile(path), "first");
+    EXPECT_EQ(contentOfFile(appendedPath), "first");
 }
 
 TEST_F(OutputFileAppendTest, WritesNothingBehindItsFirstError) {
-    writeFile(path, "before");
+    writeFile(appendedPath, "before");
     std::signal(SIGXFSZ, SIG_IGN);
     OutputFile file = open();
     {
@@ -73,11 +73,11 @@ TEST_F(OutputFileAppendTest, WritesNothingBehindItsFirstError) {
     EXPECT_TRUE(file.hasFailed());
     EXPECT_FALSE(file.close());
     EXPECT_EQ(file.writeError(), EFBIG);
-    EXPECT_EQ(contentOfFile(path), "beforemo");
+    EXPECT_EQ(contentOfFile(appendedPath), "beforemo");
 }
 
 TEST_F(OutputFileAppendTest, IsRefusedWhereItCouldWait) {
-    ASSERT_EQ(::mkfifo(path, 0600), 0);
+    ASSERT_EQ(::mkfifo(appendedPath, 0600), 0);
 
     EXPECT_FALSE(open().isOpen());
 }

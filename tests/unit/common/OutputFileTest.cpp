@@ -13,11 +13,11 @@ using namespace Korvel;
 
 namespace {
 
-constexpr const char* path = "/tmp/dump.log";
+constexpr const char* outputPath = "/tmp/dump.log";
 
 class OutputFileTest : public testing::Test {
 protected:
-    OutputFile file{path};
+    OutputFile file{outputPath};
 };
 
 TEST_F(OutputFileTest, KeepsTheOrderOfItsWrites) {
@@ -26,7 +26,7 @@ TEST_F(OutputFileTest, KeepsTheOrderOfItsWrites) {
     file.write(std::string_view("t\0o", 3));
 
     EXPECT_TRUE(file.close());
-    EXPECT_EQ(contentOfFile(path), std::string("one t\0o", 7));
+    EXPECT_EQ(contentOfFile(outputPath), std::string("one t\0o", 7));
     EXPECT_EQ(file.writeError(), 0);
 }
 
@@ -34,9 +34,9 @@ TEST_F(OutputFileTest, IsEmptiedWhenItIsOpened) {
     file.write("before");
     EXPECT_TRUE(file.close());
 
-    OutputFile again(path);
+    OutputFile again(outputPath);
     EXPECT_TRUE(again.isOpen());
-    EXPECT_EQ(contentOfFile(path), "");
+    EXPECT_EQ(contentOfFile(outputPath), "");
 }
 
 TEST_F(OutputFileTest, WritesNothingBehindItsFirstError) {
@@ -66,7 +66,7 @@ TEST_F(OutputFileTest, IsNotOpenWithoutAPath) {
     EXPECT_TRUE(none.hasFailed());
     EXPECT_EQ(none.writeError(), 0);
 
-    none = OutputFile(path);
+    none = OutputFile(outputPath);
     EXPECT_TRUE(none.isOpen());
 }
 
@@ -86,11 +86,11 @@ protected:
 };
 
 TEST_F(WriteDumpFile, ReplacesWhatWasThere) {
-    writeFile(path, "a longer text than the next");
+    writeFile(outputPath, "a longer text than the next");
 
-    EXPECT_TRUE(writeDumpFile(path, "text\n"));
+    EXPECT_TRUE(writeDumpFile(outputPath, "text\n"));
 
-    EXPECT_EQ(contentOfFile(path), "text\n");
+    EXPECT_EQ(contentOfFile(outputPath), "text\n");
     EXPECT_EQ(console.out(), "");
     EXPECT_EQ(console.err(), "");
 }
@@ -98,15 +98,15 @@ TEST_F(WriteDumpFile, ReplacesWhatWasThere) {
 TEST_F(WriteDumpFile, WritesALargeText) {
     const std::string text(3U << 20, 'x');
 
-    EXPECT_TRUE(writeDumpFile(path, text));
+    EXPECT_TRUE(writeDumpFile(outputPath, text));
 
-    EXPECT_TRUE(contentOfFile(path) == text);
+    EXPECT_TRUE(contentOfFile(outputPath) == text);
 }
 
 TEST_F(WriteDumpFile, LeavesAnEmptyFileForAnEmptyText) {
-    EXPECT_TRUE(writeDumpFile(path, ""));
+    EXPECT_TRUE(writeDumpFile(outputPath, ""));
 
-    EXPECT_EQ(contentOfFile(path), "");
+    EXPECT_EQ(contentOfFile(outputPath), "");
 }
 
 TEST_F(WriteDumpFile, ReportsAFileThatCannotBeOpened) {
@@ -117,9 +117,9 @@ TEST_F(WriteDumpFile, ReportsAFileThatCannotBeOpened) {
 }
 
 TEST_F(WriteDumpFile, ReportsAFullDiskOnce) {
-    std::filesystem::create_symlink("/dev/full", path);
+    std::filesystem::create_symlink("/dev/full", outputPath);
 
-    EXPECT_FALSE(writeDumpFile(path, std::string(1U << 20, 'x')));
+    EXPECT_FALSE(writeDumpFile(outputPath, std::string(1U << 20, 'x')));
 
     EXPECT_EQ(console.err(), "Error while writing /tmp/dump.log: No space left on device\n");
 }
@@ -128,11 +128,11 @@ TEST_F(WriteDumpFile, GoesOnAfterAShortWriteAndReportsTheNextThatFails) {
     std::signal(SIGXFSZ, SIG_IGN);
     {
         const ResourceLimit smallFiles(RLIMIT_FSIZE, 1000);
-        EXPECT_FALSE(writeDumpFile(path, std::string(2000, 'x')));
+        EXPECT_FALSE(writeDumpFile(outputPath, std::string(2000, 'x')));
     }
     std::signal(SIGXFSZ, SIG_DFL);
 
-    EXPECT_EQ(contentOfFile(path), std::string(1000, 'x'));
+    EXPECT_EQ(contentOfFile(outputPath), std::string(1000, 'x'));
     EXPECT_EQ(console.err(), "Error while writing /tmp/dump.log: File too large\n");
 }
 
@@ -140,8 +140,8 @@ TEST_F(WriteDumpFile, GoesOnAfterAShortWriteAndReportsTheNextThatFails) {
 class WriteDumpFileUnderFaults : public testing::Test {
 protected:
     static Outcome writeUnder(const std::string& fault) {
-        writeFile(path, "before");
-        return probeInjected({.faults = {fault}, .path = path}, {"writeDumpFile", path, "text"});
+        writeFile(outputPath, "before");
+        return probeInjected({.faults = {fault}, .path = outputPath}, {"writeDumpFile", outputPath, "text"});
     }
 };
 
@@ -152,7 +152,7 @@ TEST_F(WriteDumpFileUnderFaults, GoesOnAfterASignal) {
 
         EXPECT_EQ(outcome.out, "true\n");
         EXPECT_EQ(outcome.err, "");
-        EXPECT_EQ(contentOfFile(path), "text");
+        EXPECT_EQ(contentOfFile(outputPath), "text");
     }
 }
 
@@ -183,7 +183,7 @@ TEST_F(WriteDumpFileUnderFaults, ReportsAFileThatCannotBeEmptiedAsOneThatCannotB
 
     EXPECT_EQ(outcome.out, "false\n");
     EXPECT_EQ(outcome.err, "Error while opening /tmp/dump.log\n");
-    EXPECT_EQ(contentOfFile(path), "before");
+    EXPECT_EQ(contentOfFile(outputPath), "before");
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "CollectorMgr.hpp"
 #include "Configuration.hpp"
 #include "HeaderLine.hpp"
+#include "PackageFolder.hpp"
 #include "Printed.hpp"
 #include "SharedLogText.hpp"
 #include "TestFiles.hpp"
@@ -19,8 +20,6 @@ namespace fs = std::filesystem;
 namespace Configuration = Korvel::Configuration;
 
 namespace {
-
-const std::string packageFolder = "/ffs/run/logs";
 
 const std::string nothingRuns =
     "Command: ps aux | grep -v -E \"grep|korvel\" | grep -E "

@@ -8,6 +8,7 @@
 
 #include "BoardCommand.hpp"
 #include "Configuration.hpp"
+#include "FuseCoverage.hpp"
 #include "FuseLogCollector.hpp"
 #include "HeaderLine.hpp"
 #include "Printed.hpp"
@@ -19,11 +20,6 @@ namespace Configuration = Korvel::Configuration;
 using Korvel::FuseLogCollector;
 
 namespace {
-
-constexpr unsigned information = 1;  // coverage
-constexpr unsigned statistics = 2;
-constexpr unsigned log = 4;
-constexpr unsigned everything = 7;
 
 const std::string outFolder = "/tmp/korvel/fuse";
 
@@ -59,7 +55,7 @@ protected:
 
 TEST_F(FuseLogCollectorOutputTest, ShowsEachSourceUnderItsHeader) {
     const std::string history = writeSharedLog("dispatcher_log_memory", {"first", "second"});
-    EXPECT_EQ(collect(everything), Printed{});
+    EXPECT_EQ(collect(FuseCoverage::everything), Printed{});
 
     EXPECT_EQ(show(), (Printed{.out = headerLine("Tracing Enabled") + "state of tracing_on\n" +
                                       headerLine("Dispatcher CPU") + "state of dispatcherCpu\n" +
@@ -70,7 +66,7 @@ TEST_F(FuseLogCollectorOutputTest, ShowsEachSourceUnderItsHeader) {
 
 TEST_F(FuseLogCollectorOutputTest, WritesEachSourceAsItStandsToItsFile) {
     const std::string history = writeSharedLog("dispatcher_log_memory", {"first", "second"});
-    collect(everything);
+    collect(FuseCoverage::everything);
 
     EXPECT_EQ(dump(), Printed{});
 
@@ -83,7 +79,7 @@ TEST_F(FuseLogCollectorOutputTest, WritesEachSourceAsItStandsToItsFile) {
 }
 
 TEST_F(FuseLogCollectorOutputTest, KeepsWhatTheFilesHeldWhenTheyWereCollected) {
-    collect(information);
+    collect(FuseCoverage::information);
     writeFile("/tmp/fuse/iwf/tracing_on", "changed");
 
     EXPECT_EQ(show(), (Printed{.out = headerLine("Tracing Enabled") + "state of tracing_on\n"}));
@@ -93,7 +89,7 @@ TEST_F(FuseLogCollectorOutputTest, KeepsWhatTheFilesHeldWhenTheyWereCollected) {
 
 TEST_F(FuseLogCollectorOutputTest, ReportsAnEmptyFileWritesNoneForItAndShowsItsHeader) {
     writeFile("/tmp/fuse/iwf/tracing_on", "");
-    EXPECT_EQ(collect(information), Printed{});
+    EXPECT_EQ(collect(FuseCoverage::information), Printed{});
 
     EXPECT_EQ(dump(), (Printed{.err = "Output of /tmp/korvel/fuse/iwf/tracing_on.log is empty\n"}));
     EXPECT_EQ(show(), (Printed{.out = headerLine("Tracing Enabled") + "\n"}));
@@ -105,8 +101,9 @@ TEST_F(FuseLogCollectorOutputTest, ReportsAFileThatCannotBeReadWhenCollectingAnd
     fs::remove("/tmp/fuse/iwf/dmaStats");
     ASSERT_EQ(::mkfifo("/tmp/fuse/iwf/dmaStats", 0600), 0);
 
-    EXPECT_EQ(collect(statistics), (Printed{.err = "Error while opening /tmp/fuse/iwf/dispatcherCpu\n"
-                                                   "Error while opening /tmp/fuse/iwf/dmaStats\n"}));
+    EXPECT_EQ(collect(FuseCoverage::statistics),
+              (Printed{.err = "Error while opening /tmp/fuse/iwf/dispatcherCpu\n"
+                              "Error while opening /tmp/fuse/iwf/dmaStats\n"}));
 
     EXPECT_EQ(dump(), (Printed{.err = "Output of /tmp/korvel/fuse/iwf/dispatcherCpu.log is empty\n"
                                       "Output of /tmp/korvel/fuse/iwf/dmaStats.log is empty\n"}));
@@ -116,14 +113,14 @@ TEST_F(FuseLogCollectorOutputTest, ReportsAFileThatCannotBeReadWhenCollectingAnd
 }
 
 TEST_F(FuseLogCollectorOutputTest, ReportsAnEmptyHistoryLog) {
-    EXPECT_EQ(collect(log), Printed{});
+    EXPECT_EQ(collect(FuseCoverage::log), Printed{});
 
     EXPECT_EQ(dump(), (Printed{.err = "Output of /tmp/korvel/fuse/HistoryLog.log is empty\n"}));
     EXPECT_EQ(show(), (Printed{.out = headerLine("NETFP LOG") + "\n"}));
 }
 
 TEST_F(FuseLogCollectorOutputTest, ReportsADirectoryThatCannotBeCreatedByTheFilesThatItCannotOpen) {
-    collect(information);
+    collect(FuseCoverage::information);
     const BoardCommand mkdir("mkdir", "exit 1");
 
     EXPECT_EQ(dump(),
@@ -132,7 +129,7 @@ TEST_F(FuseLogCollectorOutputTest, ReportsADirectoryThatCannotBeCreatedByTheFile
 }
 
 TEST_F(FuseLogCollectorOutputTest, ReportsAFileThatCannotBeWrittenAndWritesTheOthers) {
-    collect(statistics);
+    collect(FuseCoverage::statistics);
     fs::create_directories(outFolder + "/iwf");
     fs::create_symlink("/dev/full", outFolder + "/iwf/dispatcherCpu.log");
 

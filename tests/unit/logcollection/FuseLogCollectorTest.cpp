@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "Configuration.hpp"
+#include "FuseCoverage.hpp"
 #include "FuseLogCollector.hpp"
 #include "Printed.hpp"
 #include "TestFiles.hpp"
@@ -16,11 +17,6 @@ namespace Configuration = Korvel::Configuration;
 using Korvel::FuseLogCollector;
 
 namespace {
-
-constexpr unsigned information = 1;  // coverage
-constexpr unsigned statistics = 2;
-constexpr unsigned log = 4;
-constexpr unsigned everything = 7;
 
 /// A selection of instances lasts as long as the process does.
 class FuseLogCollectorTest : public testing::Test {
@@ -86,11 +82,11 @@ TEST_F(FuseLogCollectorTest, CollectsOnlyTheHistoryLogForMask4) {
     Configuration::setDispatcherInstance(Configuration::SFN);
     publish("iwf");
 
-    EXPECT_EQ(sourcesOf(log), reading({"HistoryLog"}));
+    EXPECT_EQ(sourcesOf(FuseCoverage::log), reading({"HistoryLog"}));
 }
 
 TEST_F(FuseLogCollectorTest, CollectsTheHistoryLogWithoutAnyInstance) {
-    EXPECT_EQ(sourcesOf(everything), reading({"HistoryLog"}));
+    EXPECT_EQ(sourcesOf(FuseCoverage::everything), reading({"HistoryLog"}));
 }
 
 TEST_F(FuseLogCollectorTest, CollectsBothInstancesInTheirOrder) {
@@ -99,7 +95,7 @@ TEST_F(FuseLogCollectorTest, CollectsBothInstancesInTheirOrder) {
     publish("iwf");
     publish("sfn");
 
-    EXPECT_EQ(sourcesOf(everything),
+    EXPECT_EQ(sourcesOf(FuseCoverage::everything),
               reading({"/tmp/fuse/iwf/tracing_on", "/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats",
                        "/tmp/fuse/sfn/tracing_on", "/tmp/fuse/sfn/dispatcherCpu", "/tmp/fuse/sfn/dmaStats",
                        "HistoryLog"}));
@@ -109,9 +105,10 @@ TEST_F(FuseLogCollectorTest, CollectsInformationAndStatisticsByTheirBits) {
     Configuration::setDispatcherInstance(Configuration::IWF);
     publish("iwf");
 
-    EXPECT_EQ(sourcesOf(information), reading({"/tmp/fuse/iwf/tracing_on"}));
-    EXPECT_EQ(sourcesOf(statistics), reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats",
-                                              "/tmp/fuse/iwf/fpBridgeStats"}));
+    EXPECT_EQ(sourcesOf(FuseCoverage::information), reading({"/tmp/fuse/iwf/tracing_on"}));
+    EXPECT_EQ(
+        sourcesOf(FuseCoverage::statistics),
+        reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats", "/tmp/fuse/iwf/fpBridgeStats"}));
 }
 
 TEST_F(FuseLogCollectorTest, CollectsBridgeStatisticsOfIwfWhereTheTreeHasNoSfnDirectory) {
@@ -121,14 +118,14 @@ TEST_F(FuseLogCollectorTest, CollectsBridgeStatisticsOfIwfWhereTheTreeHasNoSfnDi
         reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats", "/tmp/fuse/iwf/fpBridgeStats"});
     const Printed withoutBridge = reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats"});
 
-    EXPECT_EQ(sourcesOf(statistics), withBridge);
+    EXPECT_EQ(sourcesOf(FuseCoverage::statistics), withBridge);
 
     writeFile("/tmp/fuse/sfn", "no directory");
-    EXPECT_EQ(sourcesOf(statistics), withBridge);
+    EXPECT_EQ(sourcesOf(FuseCoverage::statistics), withBridge);
 
     fs::remove("/tmp/fuse/sfn");
     fs::create_directory("/tmp/fuse/sfn");
-    EXPECT_EQ(sourcesOf(statistics), withoutBridge);
+    EXPECT_EQ(sourcesOf(FuseCoverage::statistics), withoutBridge);
 }
 
 TEST_F(FuseLogCollectorTest, NeverCollectsBridgeStatisticsWhereSfnAloneIsSelected) {
@@ -137,13 +134,13 @@ TEST_F(FuseLogCollectorTest, NeverCollectsBridgeStatisticsWhereSfnAloneIsSelecte
     Printed expected = reading({"/tmp/fuse/sfn/dispatcherCpu", "/tmp/fuse/sfn/dmaStats"});
     expected.err =
         "Error while opening /tmp/fuse/sfn/dispatcherCpu\nError while opening /tmp/fuse/sfn/dmaStats\n";
-    EXPECT_EQ(sourcesOf(statistics), expected);
+    EXPECT_EQ(sourcesOf(FuseCoverage::statistics), expected);
 }
 
 TEST_F(FuseLogCollectorTest, FixesItsFilesWhenItIsCreated) {
     Configuration::setDispatcherInstance(Configuration::IWF);
     publish("iwf");
-    FuseLogCollector collector("/tmp/korvel", statistics);
+    FuseLogCollector collector("/tmp/korvel", FuseCoverage::statistics);
     fs::create_directory("/tmp/fuse/sfn");
     Korvel::setVerboseMode(true);
 

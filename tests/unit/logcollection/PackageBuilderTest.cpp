@@ -10,6 +10,7 @@
 
 #include "BoardCommand.hpp"
 #include "PackageBuilder.hpp"
+#include "PackageFolder.hpp"
 #include "Printed.hpp"
 #include "Process.hpp"
 #include "TestFiles.hpp"
@@ -25,7 +26,6 @@ constexpr unsigned forSupervisor = 22;
 constexpr unsigned postMortem = 38;
 constexpr unsigned onShutdown = 70;
 
-const std::string packageFolder = "/ffs/run/logs";
 const std::string postMortemPackage = packageFolder + "/netfp_logs_post_mortem.tgz";
 
 const std::string copyFailed =

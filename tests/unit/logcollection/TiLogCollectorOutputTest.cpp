@@ -12,6 +12,7 @@
 #include "SharedLogText.hpp"
 #include "StackProcess.hpp"
 #include "TestFiles.hpp"
+#include "TiCoverage.hpp"
 #include "TiLogCollector.hpp"
 
 namespace fs = std::filesystem;
@@ -19,13 +20,8 @@ using Korvel::TiLogCollector;
 
 namespace {
 
-constexpr unsigned proxy = 2;  // coverage
-constexpr unsigned syslib = 16;
-
 const std::string syslibFile = "/tmp/korvel/ti/syslib_sm_log.log";
 const std::string dumpFile = "/tmp/korvel/ti/netfp_proxy.log";
-const std::string incomplete =
-    "\n====> This log may be not complete, terminator pattern was not found <====\n";
 
 class TiLogCollectorOutputTest : public testing::Test {
 protected:
@@ -58,14 +54,14 @@ protected:
 
 TEST_F(TiLogCollectorOutputTest, ShowsTheSyslibLogWithoutALineEndOfItsOwn) {
     const std::string log = writeSharedLog("syslib_log_memory", {"first", "second"});
-    create(syslib);
+    create(TiCoverage::syslib);
     collect();
 
     EXPECT_EQ(show(), (Printed{.out = headerLine("SYSLIB LOG") + log}));
 }
 
 TEST_F(TiLogCollectorOutputTest, ShowsTheHeaderOfAnEmptySyslibLog) {
-    create(syslib);
+    create(TiCoverage::syslib);
     collect();
 
     EXPECT_EQ(show(), (Printed{.out = headerLine("SYSLIB LOG") + writeSharedLog("syslib_log_memory", {})}));
@@ -73,7 +69,7 @@ TEST_F(TiLogCollectorOutputTest, ShowsTheHeaderOfAnEmptySyslibLog) {
 
 TEST_F(TiLogCollectorOutputTest, WritesTheSyslibLogToItsFileAlone) {
     const std::string log = writeSharedLog("syslib_log_memory", {"first", "second"});
-    create(syslib);
+    create(TiCoverage::syslib);
     collect();
     writeFile(syslibFile, "left behind by an earlier run, and longer than the log" + log);
 
@@ -85,7 +81,7 @@ TEST_F(TiLogCollectorOutputTest, WritesTheSyslibLogToItsFileAlone) {
 
 TEST_F(TiLogCollectorOutputTest, KeepsTheSyslibLogAsItWasWhenItWasCollected) {
     const std::string log = writeSharedLog("syslib_log_memory", {"early"});
-    create(syslib);
+    create(TiCoverage::syslib);
     collect();
     writeSharedLog("syslib_log_memory", {"late"});
 
@@ -93,7 +89,7 @@ TEST_F(TiLogCollectorOutputTest, KeepsTheSyslibLogAsItWasWhenItWasCollected) {
 }
 
 TEST_F(TiLogCollectorOutputTest, ReportsASyslibLogThatWasNotCollected) {
-    create(syslib);
+    create(TiCoverage::syslib);
 
     EXPECT_EQ(show(), (Printed{.err = "Syslib shared memory log not found\n"}));
     EXPECT_EQ(dump(), (Printed{.err = "Syslib shared memory log not found\n"}));
@@ -103,7 +99,7 @@ TEST_F(TiLogCollectorOutputTest, ReportsASyslibLogThatWasNotCollected) {
 
 TEST_F(TiLogCollectorOutputTest, LeavesTheSyslibLogAloneUnlessSelected) {
     writeSharedLog("syslib_log_memory", {"first"});
-    create(proxy);
+    create(TiCoverage::proxy);
     collect();
 
     EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + "\n"}));
@@ -112,7 +108,7 @@ TEST_F(TiLogCollectorOutputTest, LeavesTheSyslibLogAloneUnlessSelected) {
 }
 
 TEST_F(TiLogCollectorOutputTest, ReportsASyslibFileThatCannotBeOpened) {
-    create(syslib);
+    create(TiCoverage::syslib);
     collect();
     fs::remove_all("/tmp/korvel/ti");
 
@@ -121,7 +117,7 @@ TEST_F(TiLogCollectorOutputTest, ReportsASyslibFileThatCannotBeOpened) {
 
 TEST_F(TiLogCollectorOutputTest, ReportsASyslibFileThatCannotBeWrittenAndStillShowsTheLog) {
     const std::string log = writeSharedLog("syslib_log_memory", {"first"});
-    create(syslib);
+    create(TiCoverage::syslib);
     collect();
     fs::create_symlink("/dev/full", syslibFile);
 
@@ -133,7 +129,7 @@ TEST_F(TiLogCollectorOutputTest, ReportsASyslibFileThatCannotBeWrittenAndStillSh
 
 TEST_F(TiLogCollectorOutputTest, ReportsADumpThatCouldNotBeCopiedBeforeItVanished) {
     const StackProcess process("netfp_proxy");
-    create(proxy);
+    create(TiCoverage::proxy);
     writeFile("/tmp/netfp_proxy.log", "begun");
     fs::create_symlink("/dev/full", dumpFile);
     const RemovedWhenRead vanishing("/tmp/netfp_proxy.log", 2);  // to be copied, and to be shown
@@ -142,16 +138,16 @@ TEST_F(TiLogCollectorOutputTest, ReportsADumpThatCouldNotBeCopiedBeforeItVanishe
 
     EXPECT_EQ(printed, (Printed{.err = "Error while writing /tmp/korvel/ti/netfp_proxy.log: No space left "
                                        "on device\n"}));
-    EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + "begun" + incomplete + "\n"}));
+    EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + "begun" + incompleteDump + "\n"}));
 }
 
 TEST_F(TiLogCollectorOutputTest, ReportsOnceADumpThatCannotBeCopiedAndStillShowsIt) {
     const StackProcess process("netfp_proxy");
     const std::string complete = std::string(60, 'x') + "</netfp_proxy_dump>\n";
     const std::pair<std::string, std::string> cases[] = {{complete, complete},
-                                                         {"begun", "begun" + incomplete}};
+                                                         {"begun", "begun" + incompleteDump}};
     for (const auto& [text, shown] : cases) {
-        create(proxy);
+        create(TiCoverage::proxy);
         writeFile("/tmp/netfp_proxy.log", text);
         fs::remove(dumpFile);
         fs::create_symlink("/dev/full", dumpFile);
@@ -167,12 +163,12 @@ TEST_F(TiLogCollectorOutputTest, ReportsOnceADumpThatCannotBeCopiedAndStillShows
 
 TEST_F(TiLogCollectorOutputTest, NeverWaitsForTheWriterOfAFifo) {
     const StackProcess process("netfp_proxy");
-    create(proxy);
+    create(TiCoverage::proxy);
     ASSERT_EQ(::mkfifo("/tmp/netfp_proxy.log", 0600), 0);
 
     collect();
 
     EXPECT_EQ(printed, Printed{});
-    EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + incomplete + "\n"}));
+    EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + incompleteDump + "\n"}));
     EXPECT_FALSE(fs::exists("/tmp/netfp_proxy.log"));
 }

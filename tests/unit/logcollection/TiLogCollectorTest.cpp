@@ -10,6 +10,7 @@
 #include "Printed.hpp"
 #include "StackProcess.hpp"
 #include "TestFiles.hpp"
+#include "TiCoverage.hpp"
 #include "TiLogCollector.hpp"
 #include "VerboseMode.hpp"
 
@@ -17,14 +18,6 @@ namespace fs = std::filesystem;
 using Korvel::TiLogCollector;
 
 namespace {
-
-constexpr unsigned server = 1;  // coverage
-constexpr unsigned proxy = 2;
-constexpr unsigned syslib = 16;
-constexpr unsigned everyProcess = 15;
-
-const std::string incomplete =
-    "\n====> This log may be not complete, terminator pattern was not found <====\n";
 
 /// A complete dump of `size` characters.
 std::string dumpOf(const std::string& name, std::size_t size = 100) {
@@ -62,7 +55,7 @@ protected:
 TEST_F(TiLogCollectorTest, KeepsTheDumpThatAProcessWritesWhenItIsSignalled) {
     const std::string dump = dumpOf("netfp_proxy");
     const StackProcess process("netfp_proxy", "printf %s \"" + dump + "\" > /tmp/netfp_proxy.log");
-    create(proxy);
+    create(TiCoverage::proxy);
 
     EXPECT_EQ(collect(), Printed{});
 
@@ -77,7 +70,7 @@ TEST_F(TiLogCollectorTest, WaitsForADumpThatIsWrittenInPieces) {
     const StackProcess process("netfp_proxy", "printf %s \"" + dump.substr(0, 70) +
                                                   "\" > /tmp/netfp_proxy.log; sleep 0.1; printf %s \"" +
                                                   dump.substr(70) + "\" >> /tmp/netfp_proxy.log");
-    create(proxy);
+    create(TiCoverage::proxy);
 
     EXPECT_EQ(collect(), Printed{});
 
@@ -88,7 +81,7 @@ TEST_F(TiLogCollectorTest, FindsTheTerminatorAnywhereInTheDump) {
     const std::string dump = dumpOf("netfp_proxy") + "\nand more\n";
     const StackProcess process("netfp_proxy");
     writeFile("/tmp/netfp_proxy.log", dump);
-    create(proxy);
+    create(TiCoverage::proxy);
 
     collect();
 
@@ -97,8 +90,8 @@ TEST_F(TiLogCollectorTest, FindsTheTerminatorAnywhereInTheDump) {
 
 TEST_F(TiLogCollectorTest, NeverTakesADumpOf63CharactersOrLessForComplete) {
     const StackProcess process("netfp_proxy");
-    create(proxy);
-    const std::pair<std::size_t, std::string> cases[] = {{64, ""}, {63, incomplete}};
+    create(TiCoverage::proxy);
+    const std::pair<std::size_t, std::string> cases[] = {{64, ""}, {63, incompleteDump}};
     for (const auto& [size, note] : cases) {
         writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy", size));
 
@@ -112,24 +105,24 @@ TEST_F(TiLogCollectorTest, NotesThatADumpHasNoTerminatorOfItsOwn) {
     const std::string dump = dumpOf("netfp_server");
     const StackProcess process("netfp_proxy");
     writeFile("/tmp/netfp_proxy.log", dump);
-    create(proxy);
+    create(TiCoverage::proxy);
 
     EXPECT_EQ(collect(), Printed{});
 
-    EXPECT_EQ(shown(), headerLine("netfp_proxy") + dump + incomplete + "\n");
+    EXPECT_EQ(shown(), headerLine("netfp_proxy") + dump + incompleteDump + "\n");
     EXPECT_EQ(contentOfFile("/tmp/korvel/ti/netfp_proxy.log"), dump);
     EXPECT_FALSE(fs::exists("/tmp/netfp_proxy.log"));
 }
 
 TEST_F(TiLogCollectorTest, WaitsAboutASecondForADumpThatDoesNotCome) {
     const StackProcess process("netfp_proxy");
-    create(proxy);
+    create(TiCoverage::proxy);
     const auto start = std::chrono::steady_clock::now();
 
     EXPECT_EQ(collect(), Printed{});
 
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(1));
-    EXPECT_EQ(shown(), headerLine("netfp_proxy") + incomplete + "\n");
+    EXPECT_EQ(shown(), headerLine("netfp_proxy") + incompleteDump + "\n");
 }
 
 TEST_F(TiLogCollectorTest, SignalsTheSelectedProcessesInTheirOrder) {
@@ -140,7 +133,7 @@ TEST_F(TiLogCollectorTest, SignalsTheSelectedProcessesInTheirOrder) {
     const StackProcess master("netfp_master", dumpInTurn("netfp_master"));
     const StackProcess theServer("netfp_server", dumpInTurn("netfp_server"));
     const StackProcess theProxy("netfp_proxy", dumpInTurn("netfp_proxy"));
-    create(everyProcess);
+    create(TiCoverage::everyProcess);
 
     EXPECT_EQ(collect(), Printed{});
 
@@ -153,7 +146,7 @@ TEST_F(TiLogCollectorTest, SignalsTheSelectedProcessesInTheirOrder) {
 
 TEST_F(TiLogCollectorTest, SignalsNoProcessWithTheMaskOfTheSyslibLogAlone) {
     const StackProcess process("netfp_proxy");
-    create(syslib);
+    create(TiCoverage::syslib);
 
     EXPECT_EQ(collect(), Printed{});
 
@@ -161,7 +154,7 @@ TEST_F(TiLogCollectorTest, SignalsNoProcessWithTheMaskOfTheSyslibLogAlone) {
 }
 
 TEST_F(TiLogCollectorTest, SaysInVerboseModeThatAProcessIsNotRunningAndShowsItsHeader) {
-    create(everyProcess);
+    create(TiCoverage::everyProcess);
     Korvel::setVerboseMode(true);
 
     EXPECT_EQ(
@@ -183,7 +176,7 @@ TEST_F(TiLogCollectorTest, SaysInVerboseModeThatAProcessIsNotRunningAndShowsItsH
 TEST_F(TiLogCollectorTest, TellsItsStepsInVerboseMode) {
     const StackProcess process("netfp_proxy");
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));
-    create(proxy);
+    create(TiCoverage::proxy);
     Korvel::setVerboseMode(true);
 
     EXPECT_EQ(collect(), (Printed{.out = "Starting log collection from TI...\n"
@@ -196,7 +189,7 @@ TEST_F(TiLogCollectorTest, TellsItsStepsInVerboseMode) {
 TEST_F(TiLogCollectorTest, ReportsASignalThatCannotBeSentAndTakesTheDumpAllTheSame) {
     StackProcess process("netfp_proxy");
     const std::string pid = std::to_string(process.pid());
-    create(proxy);
+    create(TiCoverage::proxy);
     process.end();
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));
 
@@ -209,7 +202,7 @@ TEST_F(TiLogCollectorTest, ReportsASignalThatCannotBeSentAndTakesTheDumpAllTheSa
 TEST_F(TiLogCollectorTest, LeavesNoDirectoryBehindWhenConsolePrintingIsRequested) {
     const StackProcess process("netfp_proxy");
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));
-    create(proxy);
+    create(TiCoverage::proxy);
 
     EXPECT_EQ(collect(true), Printed{});
 
@@ -222,11 +215,11 @@ TEST_F(TiLogCollectorTest, HasNoPlaceForTheNextDumpWhenConsolePrintingIsRequeste
     const StackProcess second("netfp_server");
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));
     writeFile("/tmp/netfp_server.log", dumpOf("netfp_server"));
-    create(proxy | server);
+    create(TiCoverage::proxy | TiCoverage::server);
 
     EXPECT_EQ(collect(true), Printed{});
 
     EXPECT_EQ(shown(), headerLine("netfp_proxy") + dumpOf("netfp_proxy") + "\n" + headerLine("netfp_server") +
-                           incomplete + "\n");
+                           incompleteDump + "\n");
     EXPECT_FALSE(fs::exists("/tmp/netfp_server.log"));
 }

@@ -11,7 +11,7 @@ using Korvel::NetFPMasterCom;
 namespace {
 
 constexpr unsigned defaultTimeout = 10;  // in units of 100 ms
-constexpr unsigned longerThanAnyTest = 36000;
+constexpr unsigned hourInTenths = 36000;
 
 }  // namespace
 
@@ -25,7 +25,7 @@ std::uint32_t NetFPMasterComFixture::nextIdentifier() {
 }
 
 void NetFPMasterComFixture::SetUp() {
-    NetFPMasterCom::setTimeout(longerThanAnyTest);
+    NetFPMasterCom::setTimeout(hourInTenths);
     ASSERT_TRUE(client.connect());
 }
 

@@ -11,8 +11,6 @@ using Util::NetlinkHelper;
 
 namespace {
 
-constexpr unsigned untouched = 0xdeadbeef;
-
 class NetlinkHelperFailureTest : public NetlinkHelperFixture {
 protected:
     int receive(NetlinkHelper& from) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -11,6 +12,10 @@
 #include "NetlinkHelper.hpp"
 #include "SmLog.hpp"
 #include "UniqueFd.hpp"
+
+inline constexpr unsigned peerPort = 110;  ///< port id of the peer that tests play
+inline constexpr unsigned untouched = 0xdeadbeef;
+inline constexpr std::chrono::hours longerThanAnyTest{1};
 
 /// A transport that reports to a shared-memory log, not open yet.
 class NetlinkHelperFixture : public testing::Test {

@@ -11,9 +11,6 @@ using Util::NetlinkHelper;
 
 namespace {
 
-constexpr unsigned untouched = 0xdeadbeef;
-constexpr unsigned peerPort = 110;
-
 /// What a receive() led to.
 struct Received {
     int result = 0;

@@ -15,8 +15,6 @@ using std::chrono::steady_clock;
 
 namespace {
 
-constexpr unsigned peerPort = 110;
-
 class NetlinkHelperSendTest : public NetlinkHelperFixture {
 protected:
     void SetUp() override { ASSERT_TRUE(helper.open()); }

@@ -16,10 +16,6 @@ using Util::NetlinkHelper;
 
 namespace {
 
-constexpr unsigned peerPort = 110;
-constexpr unsigned untouched = 0xdeadbeef;
-constexpr auto longerThanAnyTest = 1h;
-
 class NetlinkHelperWaitTest : public NetlinkHelperFixture {
 protected:
     void SetUp() override { ASSERT_TRUE(helper.open()); }

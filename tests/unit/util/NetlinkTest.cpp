@@ -14,8 +14,6 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr unsigned proxyPort = 110;
-constexpr unsigned untouched = 0xdeadbeef;
-constexpr auto longerThanAnyTest = 1h;
 
 class NetlinkTest : public NetlinkHelperFixture {
 protected:
