@@ -55,7 +55,8 @@ class InteractiveShell:
         arguments, settings = KINDS[kind]
         places = {"home": home, "share": home / "share"}
         environment = {"HOME": str(home), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "INPUTRC": "/dev/null",
-                       "XDG_DATA_DIRS": f"{home}/share", "XDG_CONFIG_HOME": f"{home}/config"}
+                       "XDG_DATA_DIRS": f"{home}/share", "XDG_CONFIG_HOME": f"{home}/config",
+                       "XDG_RUNTIME_DIR": str(home)}
         environment |= {name: value.format(**places) for name, value in settings.items()}
         self.terminal = pexpect.spawn(arguments[0], arguments[1:], cwd=home, env=environment, encoding="utf-8",
                                       dimensions=(50, 400), timeout=PATIENCE_SECONDS)
