@@ -1,0 +1,145 @@
+"""The script that makes packages and makes sure of them, with the real program on a simulated board."""
+
+import unittest
+
+import board
+
+MAKE = f"{board.HELPERS}/make-package {board.PREFIX}/bin/korvel"
+# In place of korvel: a program that makes no package.
+MAKE_NONE = f"{board.HELPERS}/make-package true"
+NOT_WHOLE = "make-package: netfp_logs_post_mortem.tgz did not become whole; a previous one stays\n"
+
+BOARD = """
+cd /ffs/run/logs
+pack() {  # NAME WORD: a whole package that is told from others by a word in it
+    mkdir -p /tmp/packed; echo "$2" > /tmp/packed/word; tar -czf "$1" -C /tmp/packed word
+}
+word() { tar -xOzf "$1" word; }
+is_whole() { gzip -t "$1" && tar -tzf "$1" > /dev/null && echo whole; }
+fill() { dd if=/dev/zero of=/ffs/filler bs=1k count="$1" 2> /dev/null; }
+twelve_packages() {  # DAY: the first package is the oldest
+    for minute in $(seq -w 12); do
+        pack "netfp_logs_260101_00${minute}00.tgz" old
+        touch -d "$1 00:$minute" "netfp_logs_260101_00${minute}00.tgz"
+    done
+}
+"""
+
+
+def run(script: str, *options: str) -> board.Outcome:
+    return board.run(BOARD + script, *options)
+
+
+class PackagesOfAFixedName(unittest.TestCase):
+    maxDiff = None
+    names = {
+        "pkg-trs": "netfp_logs.tgz",
+        "pkg-sup": "netfp_logs_sup.tgz",
+        "pkg-pm": "netfp_logs_post_mortem.tgz",
+        "pkg-sdown": "netfp_logs_shutdown.tgz",
+    }
+
+    def test_replace_the_previous_one_once_they_are_whole(self) -> None:
+        for keyword, name in self.names.items():
+            with self.subTest(keyword):
+                outcome = run(f"pack netfp_logs_post_mortem.tgz last; pack {name} old\n"
+                              f"{MAKE} {keyword}; echo $?; tar -tzf {name} | grep -e word -e ./ti/netfp_proxy.log; ls")
+                names = "".join(f"{each}\n" for each in sorted({name, "netfp_logs_post_mortem.tgz"}))
+                self.assertEqual(outcome, (0, f"0\n./ti/netfp_proxy.log\n{names}", ""))
+
+    def test_are_made_where_there_was_none(self) -> None:
+        outcome = run(f"{MAKE} pkg-pm; echo $?; ls; is_whole *")
+        self.assertEqual(outcome, (0, "0\nnetfp_logs_post_mortem.tgz\nwhole\n", ""))
+
+    def test_give_way_to_the_previous_one_where_a_full_disk_cuts_them(self) -> None:
+        outcome = run(f"pack netfp_logs_post_mortem.tgz old; fill 1012; {MAKE} pkg-pm; echo $?; ls; word *",
+                      "--ffs-size", "1M", "--full-logs")
+        self.assertEqual(outcome.out, "1\nnetfp_logs_post_mortem.tgz\nold\n")
+        self.assertTrue(outcome.err.endswith(NOT_WHOLE), outcome.err)
+
+    def test_give_way_to_the_previous_one_where_none_was_made(self) -> None:
+        outcome = run(f"pack netfp_logs_post_mortem.tgz old; {MAKE_NONE} pkg-pm; echo $?; ls; word *")
+        self.assertEqual(outcome, (0, "1\nnetfp_logs_post_mortem.tgz\nold\n", NOT_WHOLE))
+
+    def test_may_be_switched_off_for_the_shutdown(self) -> None:
+        outcome = run("echo doNotCollectLogOnExit=1 > /rom/private/fpdispatcher.conf\n"
+                      f"pack netfp_logs_shutdown.tgz old; {MAKE} pkg-sdown; echo $?; ls; word *")
+        self.assertEqual(outcome, (0, "0\nnetfp_logs_shutdown.tgz\nold\n", ""))
+
+    def test_leave_the_target_of_a_link_alone_that_has_their_name(self) -> None:
+        outcome = run("echo theirs > /tmp/elsewhere; ln -s /tmp/elsewhere netfp_logs_post_mortem.tgz\n"
+                      f"{MAKE} pkg-pm; echo $?; cat /tmp/elsewhere; find . -type l; is_whole *; ls")
+        self.assertEqual(outcome, (0, "0\ntheirs\nwhole\nnetfp_logs_post_mortem.tgz\n", ""))
+
+
+class AfterARunThatWasKilledHalfWay(unittest.TestCase):
+    maxDiff = None
+
+    def test_the_previous_package_comes_back_in_place_of_a_cut_one(self) -> None:
+        outcome = run("pack netfp_logs_post_mortem.tgz.previous old; echo cut > netfp_logs_post_mortem.tgz\n"
+                      f"{MAKE_NONE} pkg-pm 2> /dev/null; ls; word *")
+        self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\nold\n", ""))
+
+    def test_the_previous_package_comes_back_where_there_is_none(self) -> None:
+        outcome = run(f"pack netfp_logs_post_mortem.tgz.previous old; {MAKE_NONE} pkg-pm 2> /dev/null; ls; word *")
+        self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\nold\n", ""))
+
+    def test_a_whole_package_stays(self) -> None:
+        outcome = run("pack netfp_logs_post_mortem.tgz.previous old; pack netfp_logs_post_mortem.tgz new\n"
+                      f"{MAKE_NONE} pkg-pm 2> /dev/null; ls; word *")
+        self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\nnew\n", ""))
+
+
+class PlainPackages(unittest.TestCase):
+    maxDiff = None
+    nine_newest = "".join(f"netfp_logs_260101_00{minute:02}00.tgz\n" for minute in range(4, 13))
+    show = "echo $?; ls netfp_logs_260101_*; ls | wc -l"
+
+    def test_are_thinned_to_the_new_one_and_the_nine_newest(self) -> None:
+        outcome = run(f"twelve_packages 2026-01-01; {MAKE} pkg; {self.show}; is_whole $(ls -t | head -n 1)")
+        self.assertEqual(outcome, (0, f"0\n{self.nine_newest}10\nwhole\n", ""))
+
+    def test_keep_the_new_one_where_the_clock_was_set_back_before(self) -> None:
+        outcome = run(f"twelve_packages 2099-01-01; {MAKE} pkg; {self.show}")
+        self.assertEqual(outcome, (0, f"0\n{self.nine_newest}10\n", ""))
+
+    def test_are_thinned_before_one_is_made_that_needs_the_room(self) -> None:
+        outcome = run(f"twelve_packages 2026-01-01; {MAKE_NONE} pkg; echo $?; ls | wc -l")
+        self.assertEqual(outcome, (0, "1\n10\n", "make-package: korvel made no package\n"))
+
+    def test_are_removed_where_a_full_disk_cut_them(self) -> None:
+        outcome = run(f"fill 1012; {MAKE} pkg; echo $?; ls", "--ffs-size", "1M", "--full-logs")
+        self.assertEqual(outcome.out, "1\n")
+        self.assertRegex(outcome.err.splitlines()[-1], r"^make-package: netfp_logs_\d{6}_\d{6}\.tgz is cut, removed$")
+
+    def test_leave_files_of_other_names_alone(self) -> None:
+        outcome = run(f"""
+            twelve_packages 2026-01-01; pack netfp_logs_post_mortem.tgz pm; touch -d 2020-01-01 netfp_logs_mine.tgz
+            {MAKE_NONE} pkg 2> /dev/null; ls | grep -v _260101_""")
+        self.assertEqual(outcome, (0, "netfp_logs_mine.tgz\nnetfp_logs_post_mortem.tgz\n", ""))
+
+
+class MakePackage(unittest.TestCase):
+    maxDiff = None
+
+    def test_lets_the_packing_end_when_it_is_stopped(self) -> None:
+        outcome = run(f"""
+            {MAKE} pkg-pm & until pgrep -x korvel > /dev/null; do sleep 0.01; done
+            kill -TERM $!; wait $!; echo $?; ls; is_whole *""")
+        self.assertEqual(outcome, (0, "0\nnetfp_logs_post_mortem.tgz\nwhole\n", ""))
+
+    def test_makes_one_package_after_the_other(self) -> None:
+        outcome = run(f"{MAKE} pkg-pm & first=$!; {MAKE} pkg-sdown & wait $first; echo $?; wait $!; echo $?; ls")
+        self.assertEqual(outcome, (0, "0\n0\nnetfp_logs_post_mortem.tgz\nnetfp_logs_shutdown.tgz\n", ""))
+
+    def test_refuses_what_is_no_package(self) -> None:
+        self.assertEqual(run(f"{MAKE} print; echo $?; ls"), (0, "1\n", "make-package: no package keyword: print\n"))
+        self.assertEqual(run(f"{MAKE}; echo $?; ls"), (0, "1\n", "make-package: usage: make-package KORVEL KEYWORD\n"))
+
+    def test_says_where_the_folder_of_packages_is_missing(self) -> None:
+        outcome = run(f"cd /; rmdir /ffs/run/logs; {MAKE} pkg; echo $?")
+        self.assertEqual(outcome, (0, "1\n", "make-package: no folder /ffs/run/logs\n"))
+
+
+if __name__ == "__main__":
+    unittest.main()
