@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -17,11 +18,20 @@ std::string fakeTimeLibrary() {
     throw std::runtime_error("libfaketime is not installed");
 }
 
+Surroundings withFakeTime(const std::string& time, Surroundings surroundings) {
+    surroundings.environment.insert({{"LD_PRELOAD", fakeTimeLibrary()},
+                                     {"FAKETIME", time},
+                                     {"ASAN_OPTIONS", "verify_asan_link_order=0"}});
+    return surroundings;
+}
+
 }  // namespace
 
 Surroundings atSpeed(int factor, Surroundings surroundings) {
-    surroundings.environment.insert({{"LD_PRELOAD", fakeTimeLibrary()},
-                                     {"FAKETIME", "+0 x" + std::to_string(factor)},
-                                     {"ASAN_OPTIONS", "verify_asan_link_order=0"}});
-    return surroundings;
+    return withFakeTime("+0 x" + std::to_string(factor), std::move(surroundings));
+}
+
+Surroundings atMoment(const std::string& moment, Surroundings surroundings) {
+    surroundings.environment.insert({"FAKETIME_DONT_FAKE_MONOTONIC", "1"});
+    return withFakeTime(moment, std::move(surroundings));
 }

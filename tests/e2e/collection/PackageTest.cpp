@@ -4,6 +4,7 @@
 #include <ctime>
 #include <filesystem>
 
+#include "FakeTime.hpp"
 #include "FullDisk.hpp"
 #include "PackageFixture.hpp"
 #include "TestFiles.hpp"
@@ -58,6 +59,15 @@ TEST_F(PackageTest, PkgAlonePacksTheDumpOfEverythingAndPrintsNothing) {
     ASSERT_EQ(packages.size(), std::size_t{1});
     EXPECT_EQ(filesIn(std::string(packageDir) + "/" + packages.front()), workFiles());
     EXPECT_EQ(workFiles().size(), std::size_t{2 * 3 + 1 + 2 * 4 + 4 + 1});
+}
+
+TEST_F(PackageTest, ThePlainPackageCarriesTimesThatDoNotFit32Bits) {
+    startBoard();
+
+    const Outcome outcome = collect({"-d", "iwf", "pkg", "dinf"}, atMoment("2040-02-29 12:34:56"));
+
+    EXPECT_EQ(outcome, success());
+    EXPECT_EQ(filesBelow(packageDir), Words{"netfp_logs_400229_123456.tgz"});
 }
 
 TEST_F(PackageTest, ThePlainPackageCarriesTheTimeAndJoinsEarlierOnes) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <iostream>
 #include <string>
@@ -16,9 +17,12 @@
 #include "IsolatedCpus.hpp"
 #include "OutputFile.hpp"
 #include "Shell.hpp"
+#include "SmLog.hpp"
 #include "SmLogReader.hpp"
+#include "Timestamp.hpp"
 #include "TrustedOpen.hpp"
 #include "Wait.hpp"
+#include "WallClock.hpp"
 
 namespace {
 
@@ -92,7 +96,9 @@ struct Function {
 constexpr std::array functions{
     Function{"breakInvariant", breakInvariant},
     Function{"executeCommand", [](Arguments words) { return truth(Korvel::executeCommand(words[0])); }},
+    Function{"getCurrentDateTime", [](Arguments) { return Korvel::getCurrentDateTime(); }},
     Function{"getIsolatedCpuMaskTwice", getIsolatedCpuMaskTwice},
+    Function{"getTimestamp", [](Arguments) { return Korvel::getTimestamp(); }},
     Function{"napForAnHour", napForAnHour},
     Function{"openDatagramSocket",
              [](Arguments) {
@@ -115,8 +121,18 @@ constexpr std::array functions{
     Function{"speak", speak},
     Function{"speakTwice", speakTwice},
     Function{"waitForInput", waitForInput},
+    Function{"wallClockNow",
+             [](Arguments) {
+                 const auto time = Korvel::wallClockNow().time_since_epoch();
+                 return std::to_string(std::chrono::duration_cast<std::chrono::seconds>(time).count());
+             }},
     Function{"writeDumpFile",
              [](Arguments words) { return truth(Korvel::writeDumpFile(words[0], words[1])); }},
+    Function{"writeSmLog",
+             [](Arguments words) {
+                 SmLog::getClientInstance(words[0], 3)->write(6, "Test", "%s", words[1]);
+                 return std::string("written");
+             }},
 };
 
 }  // namespace
