@@ -17,7 +17,9 @@ PATIENCE_SECONDS = 60
 
 
 class Kind(NamedTuple):
-    """How a shell is started. "{home}" in an argument or a value is its home folder, "{share}" the installed data."""
+    """How a shell is started. In a value, "{home}" is its home folder, "{share}" the installed data, and "{functions}"
+    where the installation has functions of zsh.
+    """
 
     arguments: list[str]
     environment: dict[str, str]
@@ -32,7 +34,7 @@ KINDS = {
         {"TERM": "dumb", "COMPLETION_SCRIPT": "/usr/share/bash-completion/bash_completion"}),
     "zsh": Kind(
         ["zsh"],
-        {"TERM": "dumb", "ZDOTDIR": "{home}", "COMPLETION_FOLDER": "{share}/zsh/site-functions"}),
+        {"TERM": "dumb", "ZDOTDIR": "{home}", "COMPLETION_FOLDER": "{functions}"}),
     "fish": Kind(
         ["fish", "--init-command", f"source {HERE}/start.fish"],
         {"TERM": "xterm"}),
@@ -40,7 +42,6 @@ KINDS = {
 
 
 def install_completions(prefix: Path) -> None:
-    """Where an installation puts them by default, whatever the build tree was told."""
     subprocess.run(
         ["cmake", f"-DCMAKE_INSTALL_PREFIX={prefix}", "-P", BUILD / "completions" / "cmake_install.cmake"],
         check=True, stdout=subprocess.DEVNULL)
@@ -53,9 +54,10 @@ class InteractiveShell:
         install_completions(home)
         (home / ".zshrc").symlink_to(HERE / "start.zsh")
         arguments, settings = KINDS[kind]
-        places = {"home": home, "share": home / "share"}
+        share = home / "share"
+        places = {"home": home, "share": share, "functions": next(share.rglob("_korvel")).parent}
         environment = {"HOME": str(home), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "INPUTRC": "/dev/null",
-                       "XDG_DATA_DIRS": f"{home}/share", "XDG_CONFIG_HOME": f"{home}/config",
+                       "XDG_DATA_DIRS": str(share), "XDG_CONFIG_HOME": f"{home}/config",
                        "XDG_RUNTIME_DIR": str(home)}
         environment |= {name: value.format(**places) for name, value in settings.items()}
         self.terminal = pexpect.spawn(arguments[0], arguments[1:], cwd=home, env=environment, encoding="utf-8",
