@@ -46,8 +46,10 @@ void removeLeftovers() {
     for (const char* path : {"/tmp/NetfpMaster", "/dev/log", "/tmp/fuse", BoardPaths::systemLog}) {
         std::filesystem::remove_all(path);
     }
-    for (const auto& record : std::filesystem::directory_iterator(BoardPaths::receivedDir)) {
-        std::filesystem::remove(record);
+    for (const char* directory : {BoardPaths::logDir, BoardPaths::receivedDir}) {
+        for (const auto& file : std::filesystem::directory_iterator(directory)) {
+            std::filesystem::remove(file);
+        }
     }
     for (const PeerEntry& peer : peerCatalog()) {
         std::filesystem::remove(BoardPaths::heartbeatFile(peer.name));

@@ -14,13 +14,18 @@ constexpr const char* config = "/run/boardsim/fpdispatcher.conf";
 constexpr const char* systemLog = "/run/boardsim/system.log";
 /// The program under the name of the sandbox's first process.
 constexpr const char* init = "/run/boardsim/init";
-/// One file a peer: what it received.
+/// One file a peer: what it received and answered, for people.
+constexpr const char* logDir = "/run/boardsim/log";
+/// One file a peer: what it received, byte for byte.
 constexpr const char* receivedDir = "/run/boardsim/received";
 /// One file a peer: the status in its heartbeats, a number that people may change.
 constexpr const char* heartbeatDir = "/run/boardsim/heartbeat";
 /// The program under each peer's name.
 constexpr const char* peersDir = "/run/boardsim/peers";
 
+inline std::string logFile(std::string_view peer) {
+    return std::string(logDir) + "/" + std::string(peer);
+}
 inline std::string receivedFile(std::string_view peer) {
     return std::string(receivedDir) + "/" + std::string(peer);
 }

@@ -42,7 +42,8 @@ DumpPeer::DumpPeer(std::string processName, std::function<std::string()> describ
       act(findAct<Act>(Acts::rows, fault)),
       path(directory + "/" + name + ".log"),
       signals(openSignalDescriptor({SIGUSR1})),
-      record(name) {
+      record(name),
+      log(name, fault) {
 }
 
 std::vector<FaultKind> DumpPeer::faultKinds() {
@@ -52,6 +53,7 @@ std::vector<FaultKind> DumpPeer::faultKinds() {
 void DumpPeer::serve() {
     readSignal(signals);
     record.addLine("SIGUSR1");
+    log.received("SIGUSR1");
     (this->*act)();
 }
 
@@ -70,12 +72,16 @@ void DumpPeer::writePieces(const Pieces& pieces, int pauseMs) const {
     constexpr mode_t mode = 0644;
     const UniqueFd file(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode),
                                 "cannot write " + path));
+    std::size_t size = 0;
     for (const std::string& piece : pieces) {
         std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
-        if (::write(file.get(), piece.data(), piece.size()) < 0) {
-            return;  // a full disk cuts the dump, as on a board
+        const auto written = ::write(file.get(), piece.data(), piece.size());
+        if (written < 0) {
+            break;  // a full disk cuts the dump, as on a board
         }
+        size += static_cast<std::size_t>(written);
     }
+    log.answered("dump in " + path, size);
 }
 
 void DumpPeer::writeWhole() const {
@@ -83,6 +89,7 @@ void DumpPeer::writeWhole() const {
 }
 
 void DumpPeer::writeNothing() const {
+    log.note("no dump");
 }
 
 void DumpPeer::writeSlowly() const {
@@ -93,6 +100,7 @@ void DumpPeer::dieHalfway() const {
     Pieces pieces = wholeDump();
     pieces.resize(pieces.size() / 2);
     writePieces(pieces, usualPauseMs);
+    log.note("it dies");
     throw PeerDeath();
 }
 

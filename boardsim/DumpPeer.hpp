@@ -6,6 +6,7 @@
 
 #include "Fault.hpp"
 #include "Peer.hpp"
+#include "PeerLog.hpp"
 #include "RequestRecord.hpp"
 #include "UniqueFd.hpp"
 
@@ -46,4 +47,5 @@ private:
     std::string path;
     UniqueFd signals;
     RequestRecord record;
+    PeerLog log;
 };

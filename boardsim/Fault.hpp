@@ -17,7 +17,8 @@ struct FaultKind {
 /// How one peer misbehaves. An empty kind: not at all.
 struct Fault {
     std::string kind;
-    int number = 0;  ///< 0 where the kind takes none
+    int number = 0;           ///< 0 where the kind takes none
+    std::string said = kind;  ///< as a scenario says it, with the prefix of its group and the number
 };
 
 /// Longest delay that a fault may ask for, in milliseconds.

@@ -121,7 +121,7 @@ std::string bearers(const FaultTopic& topic) {
     return text;
 }
 
-std::string faultsOf(const FaultTopic& topic) {
+std::string faultRows(const FaultTopic& topic) {
     std::string text = heading("Faults of " + std::string(topic.title));
     text += "  " + broken(bearers(topic), 2, 2);
     for (const FaultKind& kind : topic.kinds()) {
@@ -136,7 +136,7 @@ std::string faults() {
     std::set<const FaultTopic*> told;
     for (const PeerEntry& peer : peerCatalog()) {
         for (const FaultGroup& group : peer.faults) {
-            text += told.insert(group.topic).second ? faultsOf(*group.topic) : "";
+            text += told.insert(group.topic).second ? faultRows(*group.topic) : "";
         }
     }
     return text;

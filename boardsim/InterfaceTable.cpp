@@ -1,19 +1,10 @@
 #include "InterfaceTable.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <iomanip>
 #include <sstream>
 
-namespace {
-
-/// A message's text field, of which the zeros are padding.
-template <std::size_t size>
-std::string fieldText(const char (&field)[size]) {
-    return {field, ::strnlen(field, size)};
-}
-
-}  // namespace
+#include "MessageText.hpp"
 
 std::optional<std::int32_t> InterfaceTable::portOf(std::string_view interface) const {
     const auto row = ports.find(interface);
@@ -57,13 +48,8 @@ bool InterfaceTable::addMulticast(const NetfpMaster_AddMulticastMac& wish) {
         return false;
     }
     std::ostringstream filter;
-    filter << fieldText(wish.regionName) << ' ' << interface << ' ' << std::hex << std::setfill('0');
-    const char* separator = "";
-    for (const std::uint8_t byte : wish.mac) {
-        filter << separator << std::setw(2) << +byte;
-        separator = ":";
-    }
-    filter << " type 0x" << std::setw(4) << wish.etherType << " vlan ";
+    filter << fieldText(wish.regionName) << ' ' << interface << ' ' << macText(wish.mac) << std::hex
+           << std::setfill('0') << " type 0x" << std::setw(4) << wish.etherType << " vlan ";
     if (wish.ignoreVlan != 0) {
         filter << "any";
     } else {

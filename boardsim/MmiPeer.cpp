@@ -47,7 +47,8 @@ MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misb
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
       socket(DatagramSocket::atLocalPort(port)),
-      record(instanceName + "_dispatcher") {
+      record(instanceName + "_dispatcher"),
+      log(instanceName + "_dispatcher", fault) {
 }
 
 std::vector<FaultKind> MmiPeer::faultKinds() {
@@ -57,7 +58,10 @@ std::vector<FaultKind> MmiPeer::faultKinds() {
 void MmiPeer::serve() {
     const Datagram request = socket.receive();
     record.addDatagram(request.bytes);
+    log.received(request.bytes, request.bytes.size());
+    sent = {};
     (this->*act)(answerTo(request.bytes), request.sender);
+    logReply();
 }
 
 MmiPeer::Texts MmiPeer::answerTo(const std::string& command) const {
@@ -65,35 +69,56 @@ MmiPeer::Texts MmiPeer::answerTo(const std::string& command) const {
                                                   : mmiDatagrams(mmiReplyText(instance, command));
 }
 
-void MmiPeer::sendAll(const Texts& texts, const Sender& sender) const {
-    for (const std::string& text : texts) {
-        socket.send(text, sender);
+/// Many datagrams are one line, or a reply without end would fill the log.
+void MmiPeer::logReply() const {
+    if (sent.datagrams == 0) {
+        log.note("no reply");
+    } else {
+        const std::string plural = sent.datagrams == 1 ? "" : "s";
+        log.answered("reply of " + std::to_string(sent.datagrams) + " datagram" + plural, sent.bytes);
     }
 }
 
-void MmiPeer::replyRight(const Texts& texts, const Sender& sender) const {
+bool MmiPeer::send(std::string_view datagram, const Sender& sender) {
+    const bool taken = socket.send(datagram, sender);
+    if (taken) {
+        ++sent.datagrams;
+        sent.bytes += datagram.size();
+    }
+    return taken;
+}
+
+void MmiPeer::sendAll(const Texts& texts, const Sender& sender) {
+    for (const std::string& text : texts) {
+        send(text, sender);
+    }
+}
+
+void MmiPeer::replyRight(const Texts& texts, const Sender& sender) {
     sendAll(texts, sender);
-    socket.send(mmiEndOfMessage, sender);
+    send(mmiEndOfMessage, sender);
 }
 
-void MmiPeer::replyNothing(const Texts& /*texts*/, const Sender& /*sender*/) const {
+void MmiPeer::replyNothing(const Texts& /*texts*/, const Sender& /*sender*/) {
 }
 
-void MmiPeer::replySlowly(const Texts& texts, const Sender& sender) const {
+void MmiPeer::replySlowly(const Texts& texts, const Sender& sender) {
     Texts datagrams = texts;
     datagrams.emplace_back(mmiEndOfMessage);
     for (const std::string& datagram : datagrams) {
         std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
-        socket.send(datagram, sender);
+        send(datagram, sender);
     }
 }
 
-void MmiPeer::dieAfterFirst(const Texts& texts, const Sender& sender) const {
-    socket.send(texts.front(), sender);
+void MmiPeer::dieAfterFirst(const Texts& texts, const Sender& sender) {
+    send(texts.front(), sender);
+    logReply();
+    log.note("it dies");
     throw PeerDeath();
 }
 
-void MmiPeer::replyUnended(const Texts& texts, const Sender& sender) const {
+void MmiPeer::replyUnended(const Texts& texts, const Sender& sender) {
     std::string text;
     for (const std::string& piece : texts) {
         text += piece;
@@ -101,32 +126,32 @@ void MmiPeer::replyUnended(const Texts& texts, const Sender& sender) const {
     for (std::size_t start = 0; start < text.size(); start += unusualSize) {
         std::string datagram = text.substr(start, unusualSize);
         datagram.resize(unusualSize, '.');
-        socket.send(datagram, sender);
+        send(datagram, sender);
     }
 }
 
-void MmiPeer::replyEndlessly(const Texts& texts, const Sender& sender) const {
+void MmiPeer::replyEndlessly(const Texts& texts, const Sender& sender) {
     const std::string& datagram = texts.front();
     socket.connect(sender);  // so that the end comes when nobody listens any more
-    while (socket.send(datagram, sender)) {
+    while (send(datagram, sender)) {
         std::this_thread::sleep_for(std::chrono::microseconds(20));
     }
     socket.disconnect();
 }
 
-void MmiPeer::replyBinary(const Texts& /*texts*/, const Sender& sender) const {
+void MmiPeer::replyBinary(const Texts& /*texts*/, const Sender& sender) {
     sendAll({everyByte(), "\n\n", everyByte() + "\n", std::string(mmiEndOfMessage)}, sender);
 }
 
-void MmiPeer::replyJoined(const Texts& texts, const Sender& sender) const {
-    socket.send(texts.front() + std::string(mmiEndOfMessage), sender);
+void MmiPeer::replyJoined(const Texts& texts, const Sender& sender) {
+    send(texts.front() + std::string(mmiEndOfMessage), sender);
 }
 
-void MmiPeer::replyEmptyAfterFirst(const Texts& texts, const Sender& sender) const {
+void MmiPeer::replyEmptyAfterFirst(const Texts& texts, const Sender& sender) {
     sendAll({texts.front(), ""}, sender);
 }
 
-void MmiPeer::replyStaleFirst(const Texts& texts, const Sender& sender) const {
-    socket.send("left over from an earlier command\n", sender);
+void MmiPeer::replyStaleFirst(const Texts& texts, const Sender& sender) {
+    send("left over from an earlier command\n", sender);
     replyRight(texts, sender);
 }

@@ -2,11 +2,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "DatagramSocket.hpp"
 #include "Fault.hpp"
 #include "Peer.hpp"
+#include "PeerLog.hpp"
 #include "QosStatistics.hpp"
 #include "RequestRecord.hpp"
 
@@ -27,21 +29,29 @@ public:
 private:
     struct Acts;
     using Texts = std::vector<std::string>;  // a datagram each, without the end marker
-    using Act = void (MmiPeer::*)(const Texts& texts, const Sender& sender) const;
+    using Act = void (MmiPeer::*)(const Texts& texts, const Sender& sender);
 
     Texts answerTo(const std::string& command) const;
-    void sendAll(const Texts& texts, const Sender& sender) const;
+    void logReply() const;
+    bool send(std::string_view datagram, const Sender& sender);
+    void sendAll(const Texts& texts, const Sender& sender);
 
-    void replyRight(const Texts& texts, const Sender& sender) const;
-    void replyNothing(const Texts& texts, const Sender& sender) const;
-    void replySlowly(const Texts& texts, const Sender& sender) const;
-    void dieAfterFirst(const Texts& texts, const Sender& sender) const;
-    void replyUnended(const Texts& texts, const Sender& sender) const;
-    void replyEndlessly(const Texts& texts, const Sender& sender) const;
-    void replyBinary(const Texts& texts, const Sender& sender) const;
-    void replyJoined(const Texts& texts, const Sender& sender) const;
-    void replyEmptyAfterFirst(const Texts& texts, const Sender& sender) const;
-    void replyStaleFirst(const Texts& texts, const Sender& sender) const;
+    void replyRight(const Texts& texts, const Sender& sender);
+    void replyNothing(const Texts& texts, const Sender& sender);
+    void replySlowly(const Texts& texts, const Sender& sender);
+    void dieAfterFirst(const Texts& texts, const Sender& sender);
+    void replyUnended(const Texts& texts, const Sender& sender);
+    void replyEndlessly(const Texts& texts, const Sender& sender);
+    void replyBinary(const Texts& texts, const Sender& sender);
+    void replyJoined(const Texts& texts, const Sender& sender);
+    void replyEmptyAfterFirst(const Texts& texts, const Sender& sender);
+    void replyStaleFirst(const Texts& texts, const Sender& sender);
+
+    /// What has been sent of the reply at hand.
+    struct Sent {
+        std::size_t datagrams = 0;
+        std::size_t bytes = 0;
+    };
 
     std::string instance;
     QosStatistics statistics;
@@ -49,4 +59,6 @@ private:
     Act act;
     DatagramSocket socket;
     RequestRecord record;
+    PeerLog log;
+    Sent sent;
 };

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "FaultActs.hpp"
+#include "MessageText.hpp"
 
 namespace {
 
@@ -47,7 +48,8 @@ NetfpMasterPeer::NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fau
     : table(std::move(interfaces)),
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
-      socket(DatagramSocket::atPath(path)) {
+      socket(DatagramSocket::atPath(path)),
+      log("netfp_master", fault) {
 }
 
 std::vector<FaultKind> NetfpMasterPeer::faultKinds() {
@@ -57,6 +59,7 @@ std::vector<FaultKind> NetfpMasterPeer::faultKinds() {
 void NetfpMasterPeer::serve() {
     const Datagram request = socket.receive();
     record.addDatagram(request.bytes);
+    log.received(masterRequestText(request.bytes), request.bytes.size());
     (this->*act)(answerTo(request.bytes), request.sender);
 }
 
@@ -91,8 +94,7 @@ NetfpMaster_Response NetfpMasterPeer::answerTo(const std::string& bytes) {
 
 void NetfpMasterPeer::answerGetSwitchPort(const NetfpMaster_Request& request,
                                           NetfpMaster_Response& response) {
-    const char* name = request.body.getSwitchPort.interfaceName;
-    const auto port = table->portOf({name, ::strnlen(name, sizeof request.body.getSwitchPort.interfaceName)});
+    const auto port = table->portOf(fieldText(request.body.getSwitchPort.interfaceName));
     response.errorCode = port ? 0 : unknownInterface;
     response.switchPort = port.value_or(0);
 }
@@ -105,11 +107,10 @@ void NetfpMasterPeer::answerSetPortMirroring(const NetfpMaster_Request& request,
 void NetfpMasterPeer::answerRenameInterface(const NetfpMaster_Request& request,
                                             NetfpMaster_Response& response) {
     const auto& [currentName, newName] = request.body.renameInterface;
-    const auto nameIn = [](const auto& field) { return std::string(field, ::strnlen(field, sizeof field)); };
     ++renames;
     const bool refused = fault.kind == refusesRename && renames == fault.number;
     const bool ignored = fault.kind == ignoresRenames;
-    const bool done = !refused && (ignored || table->rename(nameIn(currentName), nameIn(newName)));
+    const bool done = !refused && (ignored || table->rename(fieldText(currentName), fieldText(newName)));
     response.errorCode = done ? 0 : refusedRename;
 }
 
@@ -118,11 +119,19 @@ void NetfpMasterPeer::answerAddMulticastMac(const NetfpMaster_Request& request,
     response.errorCode = table->addMulticast(request.body.addMulticastMac) ? 0 : refusedMulticast;
 }
 
+void NetfpMasterPeer::send(std::string_view bytes, const Sender& sender) const {
+    log.answered(masterResponseText(bytes), bytes.size());  // first: who has the answer can read it there
+    if (!socket.send(bytes, sender)) {
+        log.note(answerNotTaken);
+    }
+}
+
 void NetfpMasterPeer::sendRight(const NetfpMaster_Response& response, const Sender& sender) const {
-    socket.send(bytesOf(response), sender);
+    send(bytesOf(response), sender);
 }
 
 void NetfpMasterPeer::sendNothing(const NetfpMaster_Response& /*response*/, const Sender& /*sender*/) const {
+    log.note("no answer");
 }
 
 void NetfpMasterPeer::sendLate(const NetfpMaster_Response& response, const Sender& sender) const {
@@ -144,16 +153,16 @@ void NetfpMasterPeer::sendStaleFirst(const NetfpMaster_Response& response, const
 }
 
 void NetfpMasterPeer::sendTruncated(const NetfpMaster_Response& response, const Sender& sender) const {
-    socket.send(bytesOf(response).substr(0, static_cast<std::size_t>(fault.number)), sender);
+    send(bytesOf(response).substr(0, static_cast<std::size_t>(fault.number)), sender);
 }
 
 void NetfpMasterPeer::sendOversized(const NetfpMaster_Response& response, const Sender& sender) const {
     std::string bytes(bytesOf(response));
     bytes.resize(oversizedAnswer, '\xa5');
-    socket.send(bytes, sender);
+    send(bytes, sender);
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the table of faults takes members
 void NetfpMasterPeer::die(const NetfpMaster_Response& /*response*/, const Sender& /*sender*/) const {
+    log.note("it dies");
     throw PeerDeath();
 }

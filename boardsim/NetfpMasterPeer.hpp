@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "DatagramSocket.hpp"
@@ -9,6 +10,7 @@
 #include "InterfaceTable.hpp"
 #include "NetfpMaster.hpp"
 #include "Peer.hpp"
+#include "PeerLog.hpp"
 #include "RequestRecord.hpp"
 
 /// The NetFP master's request socket: answers each request datagram with one response, out of a table.
@@ -42,6 +44,7 @@ private:
     void answerRenameInterface(const NetfpMaster_Request& request, NetfpMaster_Response& response);
     void answerAddMulticastMac(const NetfpMaster_Request& request, NetfpMaster_Response& response);
 
+    void send(std::string_view bytes, const Sender& sender) const;
     void sendRight(const NetfpMaster_Response& response, const Sender& sender) const;
     void sendNothing(const NetfpMaster_Response& response, const Sender& sender) const;
     void sendLate(const NetfpMaster_Response& response, const Sender& sender) const;
@@ -57,4 +60,5 @@ private:
     DatagramSocket socket;
     int renames = 0;  // asked for so far
     RequestRecord record{"netfp_master"};
+    PeerLog log;
 };

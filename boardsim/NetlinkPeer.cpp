@@ -22,6 +22,22 @@ std::uint32_t portIdOf(const Sender& sender) {
     return address.nl_pid;
 }
 
+/// What stands in front of the payload; zeros where the datagram is too short for it.
+nlmsghdr headerOf(const Datagram& request) {
+    nlmsghdr header{};
+    std::memcpy(&header, request.bytes.data(), std::min(request.bytes.size(), sizeof header));
+    return header;
+}
+
+/// What stands behind the header.
+std::string_view payloadOf(const Datagram& request) {
+    return std::string_view(request.bytes).substr(std::min(request.bytes.size(), sizeof(nlmsghdr)));
+}
+
+std::string sequenceText(const nlmsghdr& header) {
+    return "sequence " + std::to_string(header.nlmsg_seq) + ": ";
+}
+
 /// Whether the request's header says what is true.
 bool isTruthful(const nlmsghdr& header, const Datagram& request) {
     return header.nlmsg_len == request.bytes.size() && header.nlmsg_type == everyMessageType &&
@@ -69,7 +85,8 @@ NetlinkPeer::NetlinkPeer(std::string_view processName, std::uint32_t ownPortId, 
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
       socket(DatagramSocket::atNetlinkPort(ownPortId)),
-      record(processName) {
+      record(processName),
+      log(processName, fault) {
 }
 
 std::vector<FaultKind> NetlinkPeer::faultKinds() {
@@ -79,38 +96,54 @@ std::vector<FaultKind> NetlinkPeer::faultKinds() {
 void NetlinkPeer::serve() {
     const Datagram request = socket.receive();
     record.addDatagram(request.bytes);
-    if (const auto response = answerTo(request)) {
-        (this->*act)(*response, request.sender);
+    const Service* service = findService(request);
+    if (service == nullptr) {
+        log.received("no request that it knows", request.bytes.size());
+        log.note("no answer");
+        return;
     }
+    const Response response = answerTo(request, *service);
+    log.received(sequenceText(response.header) + service->text(payloadOf(request)), request.bytes.size());
+    (this->*act)(response, request.sender);
 }
 
-std::optional<NetlinkPeer::Response> NetlinkPeer::answerTo(const Datagram& request) const {
-    nlmsghdr header{};
+const NetlinkPeer::Service* NetlinkPeer::findService(const Datagram& request) const {
+    const std::string_view payload = payloadOf(request);
     std::uint32_t messageType = 0;
-    if (request.bytes.size() < sizeof header + sizeof messageType) {
-        return std::nullopt;
+    if (payload.size() < sizeof messageType || !isTruthful(headerOf(request), request)) {
+        return nullptr;
     }
-    const std::string_view payload = std::string_view(request.bytes).substr(sizeof header);
-    std::memcpy(&header, request.bytes.data(), sizeof header);
     std::memcpy(&messageType, payload.data(), sizeof messageType);
     const auto service = std::ranges::find(services, messageType, &Service::requestType);
-    if (service == services.end() || service->requestSize != payload.size() || !isTruthful(header, request)) {
-        return std::nullopt;
+    return service == services.end() || service->requestSize != payload.size() ? nullptr : &*service;
+}
+
+NetlinkPeer::Response NetlinkPeer::answerTo(const Datagram& request, const Service& service) const {
+    return {.header = {.nlmsg_len = sizeof(Response),
+                       .nlmsg_type = everyMessageType,
+                       .nlmsg_flags = 0,
+                       .nlmsg_seq = headerOf(request).nlmsg_seq,
+                       .nlmsg_pid = portId},
+            .messageType = service.responseType,
+            .status = service.status(payloadOf(request))};
+}
+
+void NetlinkPeer::send(const Response& response, std::string_view bytes, const Sender& sender) const {
+    log.answered(sequenceText(response.header) + "type " + std::to_string(response.messageType) +
+                     ", status " + std::to_string(response.status) + ", from port id " +
+                     std::to_string(response.header.nlmsg_pid),
+                 bytes.size());  // first: who has the answer can read it there
+    if (!socket.send(bytes, sender)) {
+        log.note(answerNotTaken);
     }
-    return Response{.header = {.nlmsg_len = sizeof(Response),
-                               .nlmsg_type = everyMessageType,
-                               .nlmsg_flags = 0,
-                               .nlmsg_seq = header.nlmsg_seq,
-                               .nlmsg_pid = portId},
-                    .messageType = service->responseType,
-                    .status = service->status(payload)};
 }
 
 void NetlinkPeer::sendRight(const Response& response, const Sender& sender) const {
-    socket.send(response.bytes(), sender);
+    send(response, response.bytes(), sender);
 }
 
 void NetlinkPeer::sendNothing(const Response& /*response*/, const Sender& /*sender*/) const {
+    log.note("no answer");
 }
 
 void NetlinkPeer::sendLate(const Response& response, const Sender& sender) const {
@@ -150,16 +183,16 @@ void NetlinkPeer::sendWrongPort(const Response& response, const Sender& sender) 
 }
 
 void NetlinkPeer::sendTruncated(const Response& response, const Sender& sender) const {
-    socket.send(response.bytes().substr(0, static_cast<std::size_t>(fault.number)), sender);
+    send(response, response.bytes().substr(0, static_cast<std::size_t>(fault.number)), sender);
 }
 
 void NetlinkPeer::sendOversized(const Response& response, const Sender& sender) const {
     std::string bytes(response.bytes());
     bytes.resize(oversizedAnswer, '\xa5');
-    socket.send(bytes, sender);
+    send(response, bytes, sender);
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): the table of faults takes members
 void NetlinkPeer::die(const Response& /*response*/, const Sender& /*sender*/) const {
+    log.note("it dies");
     throw PeerDeath();
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "DatagramSocket.hpp"
 #include "Fault.hpp"
 #include "Peer.hpp"
+#include "PeerLog.hpp"
 #include "RequestRecord.hpp"
 
 /// A netlink port of the fast-path stack: answers requests of the types that it knows, each with a message
@@ -25,6 +25,8 @@ public:
         std::uint32_t responseType;
         /// The status that a request is answered with. Its payload has requestSize bytes.
         std::function<std::uint32_t(std::string_view payload)> status;
+        /// What such a request asks for, in a few words.
+        std::string (*text)(std::string_view payload);
     };
 
     /// Requests are recorded under the name of the process.
@@ -42,8 +44,10 @@ private:
     struct Response;
     using Act = void (NetlinkPeer::*)(const Response&, const Sender&) const;
 
-    std::optional<Response> answerTo(const Datagram& request) const;
+    const Service* findService(const Datagram& request) const;
+    Response answerTo(const Datagram& request, const Service& service) const;
 
+    void send(const Response& response, std::string_view bytes, const Sender& sender) const;
     void sendRight(const Response& response, const Sender& sender) const;
     void sendNothing(const Response& response, const Sender& sender) const;
     void sendLate(const Response& response, const Sender& sender) const;
@@ -62,4 +66,5 @@ private:
     Act act;
     DatagramSocket socket;
     RequestRecord record;
+    PeerLog log;
 };

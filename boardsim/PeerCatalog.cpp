@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <string>
 
 #include "DumpPeer.hpp"
@@ -9,6 +10,7 @@
 #include "HeartbeatStatus.hpp"
 #include "InterfaceTable.hpp"
 #include "ManagedInterfaces.hpp"
+#include "MessageText.hpp"
 #include "MmiPeer.hpp"
 #include "NetfpMasterPeer.hpp"
 #include "NetfpState.hpp"
@@ -41,13 +43,19 @@ Peers together(Each... each) {
 NetlinkPeer::Service heartbeats(const std::string& name, std::uint32_t requestType,
                                 std::uint32_t responseType) {
     return {requestType, sizeof(FastPath_HeartbeatReq), responseType,
-            [status = HeartbeatStatus(name)](std::string_view /*payload*/) { return status.value(); }};
+            [status = HeartbeatStatus(name)](std::string_view /*payload*/) { return status.value(); },
+            [](std::string_view /*payload*/) { return std::string("heartbeat"); }};
 }
 
 NetlinkPeer::Service interfaceAdding(std::shared_ptr<ManagedInterfaces> interfaces) {
     return {FASTPATH_ADD_INTERFACE_REQ, sizeof(NetfpProxy_AddInterfaceReq), FASTPATH_ADD_INTERFACE_RESP,
             [list = std::move(interfaces)](std::string_view payload) {
                 return list->add(payload.substr(offsetof(NetfpProxy_AddInterfaceReq, interfaceName)));
+            },
+            [](std::string_view payload) {
+                NetfpProxy_AddInterfaceReq request{};
+                std::memcpy(&request, payload.data(), sizeof request);
+                return "add interface " + fieldText(request.interfaceName);
             }};
 }
 

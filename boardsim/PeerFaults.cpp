@@ -62,14 +62,14 @@ PeerFault parsePeerFault(const std::string& text) {
         throw UsageError("fault '" + name + "' takes no number");
     }
     const std::string_view number = hasNumber ? std::string_view(text).substr(colon + 1) : "";
-    return {peer, {name, kind.takesNumber() ? parseFaultNumber(kind, name, number) : 0}};
+    return {peer,
+            {name, kind.takesNumber() ? parseFaultNumber(kind, name, number) : 0, text.substr(equals + 1)}};
 }
 
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
     std::vector<std::string> texts;
     for (const auto& [peer, fault] : faults) {
-        const bool takesNumber = findKind(*findPeer(peer), fault.kind).takesNumber();
-        texts.push_back(peer + "=" + fault.kind + (takesNumber ? ":" + std::to_string(fault.number) : ""));
+        texts.push_back(peer + "=" + fault.said);
     }
     return texts;
 }
@@ -78,7 +78,7 @@ Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup
     Fault found;
     for (const auto& [name, fault] : scenario.faults) {
         if (name == peer && findKind(group, fault.kind)) {
-            found = {fault.kind.substr(group.prefix.size()), fault.number};
+            found = {fault.kind.substr(group.prefix.size()), fault.number, fault.said};
         }
     }
     return found;

@@ -1,16 +1,17 @@
 #include "RequestRecord.hpp"
 
-#include <fcntl.h>
-#include <unistd.h>
+#include <cstdint>
+#include <utility>
 
 #include "BoardPaths.hpp"
-#include "SystemCall.hpp"
 
-RequestRecord::RequestRecord(std::string_view peer) {
-    const std::string path = BoardPaths::receivedFile(peer);
-    constexpr mode_t mode = 0644;
-    file.reset(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, mode),
-                       "cannot write " + path));
+namespace {
+
+constexpr std::uint64_t recordLimit = 4U << 20;
+
+}  // namespace
+
+RequestRecord::RequestRecord(std::string_view peer) : file(BoardPaths::receivedFile(peer), recordLimit) {
 }
 
 void RequestRecord::addDatagram(std::string_view bytes) const {
@@ -25,6 +26,5 @@ void RequestRecord::addDatagram(std::string_view bytes) const {
 }
 
 void RequestRecord::addLine(std::string line) const {
-    line += '\n';  // one write: a reader sees whole lines
-    checked(::write(file.get(), line.data(), line.size()), "cannot record a request");
+    file.addLine(std::move(line));
 }

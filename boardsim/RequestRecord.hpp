@@ -3,10 +3,10 @@
 #include <string>
 #include <string_view>
 
-#include "UniqueFd.hpp"
+#include "BoundedFile.hpp"
 
-/// What one peer received, kept in a file that can be read while the peer runs: a line for each datagram
-/// (lower-case hex), each signal (its name) and each call of a command (its words).
+/// What one peer received, byte for byte, kept in a file that can be read while the peer runs: a line for
+/// each datagram (lower-case hex), each signal (its name) and each call of a command (its words).
 class RequestRecord {
 public:
     /// Goes on with the peer's file where there is one. Throws std::system_error.
@@ -18,5 +18,5 @@ public:
     void addLine(std::string line) const;
 
 private:
-    UniqueFd file;
+    BoundedFile file;
 };

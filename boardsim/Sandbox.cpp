@@ -67,7 +67,7 @@ void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
     arguments.add({"--dev", "/dev"});
     addDisk(arguments, "/tmp", scenario.tmpSize);
     addDisk(arguments, "/ffs", scenario.ffsSize);
-    for (const char* folder : {"/ffs/run/logs", "/rom/private", "/rom/config", "/root",
+    for (const char* folder : {"/ffs/run/logs", "/rom/private", "/rom/config", "/root", BoardPaths::logDir,
                                BoardPaths::receivedDir, BoardPaths::heartbeatDir}) {
         arguments.add({"--dir", folder});
     }

@@ -1,13 +1,11 @@
 #include "SystemLogPeer.hpp"
 
 #include <algorithm>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-#include "SystemCall.hpp"
+#include <cstdint>
 
 namespace {
+
+constexpr std::uint64_t systemLogLimit = 4U << 20;
 
 /// A record as one line: line ends and zeros at its end are the sender's habit, those inside it would
 /// make two records of one.
@@ -16,20 +14,19 @@ std::string asLine(std::string text) {
     text.erase(text.find_last_not_of(breaks) + 1);
     std::ranges::replace_if(
         text, [&](char each) { return breaks.find(each) != std::string_view::npos; }, ' ');
-    return text + '\n';
+    return text;
 }
 
 }  // namespace
 
-SystemLogPeer::SystemLogPeer(const std::string& path, const std::string& file)
-    : log(checked(::open(file.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, mode_t{0644}),
-                  "cannot write " + file)),
-      socket(DatagramSocket::atPath(path)) {
+SystemLogPeer::SystemLogPeer(const std::string& path, const std::string& recordsPath)
+    : file(recordsPath, systemLogLimit), socket(DatagramSocket::atPath(path)) {
 }
 
 void SystemLogPeer::serve() {
     const Datagram message = socket.receive();
     record.addDatagram(message.bytes);
     const std::string line = asLine(message.bytes);
-    checked(::write(log.get(), line.data(), line.size()), "cannot write the system log");
+    log.received(line, message.bytes.size());
+    file.addLine(line);
 }

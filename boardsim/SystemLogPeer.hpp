@@ -3,22 +3,24 @@
 #include <string>
 
 #include "BoardPaths.hpp"
+#include "BoundedFile.hpp"
 #include "DatagramSocket.hpp"
 #include "Peer.hpp"
+#include "PeerLog.hpp"
 #include "RequestRecord.hpp"
-#include "UniqueFd.hpp"
 
 /// The board's system log: takes records from /dev/log and keeps them in a file, one a line.
 class SystemLogPeer : public Peer {
 public:
     explicit SystemLogPeer(const std::string& path = "/dev/log",
-                           const std::string& file = BoardPaths::systemLog);
+                           const std::string& recordsPath = BoardPaths::systemLog);
 
     int descriptor() const override { return socket.descriptor(); }
     void serve() override;
 
 private:
-    UniqueFd log;
+    BoundedFile file;
     DatagramSocket socket;
     RequestRecord record{"system_log"};
+    PeerLog log{"system_log"};
 };

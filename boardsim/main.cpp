@@ -12,6 +12,7 @@
 #include "PeerCatalog.hpp"
 #include "PeerProcess.hpp"
 #include "SandboxRun.hpp"
+#include "StatusCommand.hpp"
 #include "Supervisor.hpp"
 #include "UsageError.hpp"
 
@@ -30,6 +31,9 @@ int runInit(int argc, char** argv) {
 
 /// As the program that people start.
 int runBoardsim(int argc, char** argv) {
+    if (argc > 1 && argv[1] == std::string_view("status")) {
+        return runStatus({argv + 2, argv + argc});
+    }
     const Request request = parseCommandLine(argc, argv);
     if (request.help) {
         std::cout << helpText();

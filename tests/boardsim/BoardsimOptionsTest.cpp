@@ -79,7 +79,7 @@ TEST(BoardsimOptionsTest, LaysDownTheSettingsOfTheLibraries) {
                   .out,
               "1\n5\n-6\n");
     EXPECT_EQ(onBoard({}, "ls /run/boardsim").out,
-              "heartbeat\ninit\npeers\nreceived\nscenario.toml\nsystem.log\n");
+              "heartbeat\ninit\nlog\npeers\nreceived\nscenario.toml\nsystem.log\n");
 }
 
 TEST(BoardsimOptionsTest, HasNeitherPeersNorPrivateFilesWhenBare) {

@@ -10,9 +10,11 @@
 
 PeerThread NetlinkPeerFixture::peerWith(const Fault& fault) {
     const std::vector<NetlinkPeer::Service> services{
-        {plainRequest, 4, plainResponse, [](std::string_view /*payload*/) { return plainStatus; }},
+        {plainRequest, 4, plainResponse, [](std::string_view /*payload*/) { return plainStatus; },
+         [](std::string_view /*payload*/) { return std::string("plain"); }},
         {letterRequest, 5, letterResponse,
-         [](std::string_view payload) { return static_cast<std::uint32_t>(payload[4]); }},
+         [](std::string_view payload) { return static_cast<std::uint32_t>(payload[4]); },
+         [](std::string_view payload) { return "letter " + std::string(payload.substr(4)); }},
     };
     return PeerThread(std::make_unique<NetlinkPeer>("netfp_proxy", peerPort, services, fault));
 }

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "PeerLogContent.hpp"
+#include "RunningBoard.hpp"
+
+/// The log of this peer as it stands; an empty one where there is none.
+PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer);
+
+/// What all peers of one board receive and answer, as it happens.
+class BoardTraffic {
+public:
+    /// The lines that came since the last call, in the order of their times, each with its peer's name behind
+    /// the time. The first call gives all that are kept. It is the same board each time.
+    std::vector<std::string> next(const RunningBoard& board);
+
+private:
+    std::map<std::string, std::uint64_t, std::less<>> seen;  // lines of each peer since the board's start
+};

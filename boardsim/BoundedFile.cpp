@@ -1,0 +1,40 @@
+#include "BoundedFile.hpp"
+
+#include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "SystemCall.hpp"
+#include "TextFile.hpp"
+#include "UniqueFd.hpp"
+
+BoundedFile::BoundedFile(std::string filePath, std::uint64_t sizeLimit, Epitaph lineForDropped)
+    : path(std::move(filePath)), limit(sizeLimit), epitaph(lineForDropped) {
+    append("");
+}
+
+void BoundedFile::addLine(std::string line) const {
+    line += '\n';  // one write: a reader sees whole lines
+    if (append(line) > limit) {
+        dropOlderHalf();
+    }
+}
+
+/// Returns the size that the file then has. It is opened each time, for others may have replaced it.
+std::uint64_t BoundedFile::append(std::string_view bytes) const {
+    constexpr mode_t mode = 0644;
+    const UniqueFd file(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, mode),
+                                "cannot write " + path));
+    checked(::write(file.get(), bytes.data(), bytes.size()), "cannot write " + path);
+    return static_cast<std::uint64_t>(checked(::lseek(file.get(), 0, SEEK_END), path));
+}
+
+void BoundedFile::dropOlderHalf() const {
+    const std::string text = readTextFile(path);
+    const std::size_t cut = text.find('\n', text.size() / 2) + 1;
+    const std::string_view dropped = std::string_view(text).substr(0, cut);
+    const std::string successor = path + ".new";
+    writeTextFile(successor, (epitaph == nullptr ? "" : epitaph(dropped) + "\n") + text.substr(cut));
+    std::filesystem::rename(successor, path);
+}

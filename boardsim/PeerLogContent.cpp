@@ -1,0 +1,78 @@
+#include "PeerLogContent.hpp"
+
+#include <array>
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+#include <ctime>
+#include <utility>
+
+#include "TextFile.hpp"
+
+namespace {
+
+constexpr std::size_t textPlace = peerLogStampLength + 4;
+constexpr const char* epitaphFormat =
+    "%" SCNu64 " lines before these were dropped: %" SCNu64 " received, %" SCNu64 " answered";
+
+std::string stampOf(std::chrono::system_clock::time_point moment) {
+    const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(moment.time_since_epoch());
+    const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(milliseconds).count();
+    std::tm parts{};
+    ::gmtime_r(&seconds, &parts);
+    std::array<char, 64> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%F %T", &parts);
+    std::snprintf(text.data() + length, text.size() - length, ".%03d",
+                  static_cast<int>(milliseconds.count() % 1000));
+    return text.data();
+}
+
+bool takeEpitaph(const std::string& line, PeerLogContent& content) {
+    PeerLogContent counts;
+    const bool found =
+        line.size() > textPlace && std::sscanf(line.c_str() + textPlace, epitaphFormat, &counts.dropped,
+                                               &counts.received, &counts.answered) == 3;
+    if (found) {
+        content = counts;
+    }
+    return found;
+}
+
+/// The arrow behind the time; nothing in a line that is not the log's.
+std::string_view directionOf(std::string_view line) {
+    return line.size() < textPlace ? "" : line.substr(peerLogStampLength + 1, 2);
+}
+
+void takeLine(const std::string& line, PeerLogContent& content) {
+    const std::string_view direction = directionOf(line);
+    content.received += direction == "<-" ? 1U : 0U;
+    content.answered += direction == "->" ? 1U : 0U;
+    content.lines.push_back(line);
+}
+
+}  // namespace
+
+PeerLogContent parsePeerLog(std::string_view text) {
+    PeerLogContent content;
+    bool first = true;
+    for (const std::string& line : linesOf(std::string(text))) {
+        const bool isEpitaph = std::exchange(first, false) && takeEpitaph(line, content);
+        if (!isEpitaph && !directionOf(line).empty()) {
+            takeLine(line, content);
+        }
+    }
+    return content;
+}
+
+std::string peerLogEpitaph(std::string_view dropped) {
+    const PeerLogContent content = parsePeerLog(dropped);
+    std::array<char, 160> text{};
+    std::snprintf(text.data(), text.size(), epitaphFormat,
+                  static_cast<std::uint64_t>(content.dropped + content.lines.size()), content.received,
+                  content.answered);
+    return peerLogLine("--", text.data());
+}
+
+std::string peerLogLine(std::string_view direction, std::string_view text) {
+    return stampOf(std::chrono::system_clock::now()) + " " + std::string(direction) + " " + std::string(text);
+}

@@ -1,0 +1,18 @@
+#include "PrintableText.hpp"
+
+std::string printable(std::string_view bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    constexpr std::size_t longest = 200;
+    std::string text;
+    for (const char each : bytes.substr(0, longest)) {
+        const auto byte = static_cast<unsigned char>(each);
+        if (byte >= ' ' && byte <= '~') {
+            text += each;
+        } else {
+            text += "\\x";
+            text += digits[byte >> 4U];
+            text += digits[byte & 0xfU];
+        }
+    }
+    return text + (bytes.size() > longest ? "..." : "");
+}

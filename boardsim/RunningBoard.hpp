@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+#include "UniqueFd.hpp"
+
+/// A board that this user runs, seen from wherever processes see it: the host, or the board itself. Its files
+/// can be read for as long as this object lives, even when the board has ended.
+class RunningBoard {
+public:
+    /// All of them, the oldest first as far as process ids tell. Those that end meanwhile are left out.
+    static std::vector<RunningBoard> all();
+
+    /// Id of the process that people started and can end; on the board itself that of its first process.
+    pid_t pid() const { return keeper; }
+
+    /// What runs on it, as one line.
+    const std::string& command() const { return words; }
+
+    /// When it began, in UTC.
+    std::string startTime() const;
+
+    /// The place of one of its files for this process, without a look at whether it is there.
+    std::string pathTo(const std::string& path) const;
+
+    /// Id of its process that was started under exactly this name without arguments; 0 where there is none.
+    pid_t findProcess(const std::string& name) const;
+
+    /// Readable when the board has ended.
+    int endDescriptor() const { return end.get(); }
+
+private:
+    explicit RunningBoard(pid_t firstProcess);
+
+    UniqueFd root;
+    UniqueFd end;
+    pid_t keeper;
+    std::string words;
+};

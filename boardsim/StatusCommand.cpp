@@ -1,0 +1,134 @@
+#include "StatusCommand.hpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include <poll.h>
+
+#include "BoardTraffic.hpp"
+#include "HelpText.hpp"
+#include "RunningBoard.hpp"
+#include "StatusText.hpp"
+#include "SystemCall.hpp"
+#include "UsageError.hpp"
+
+namespace {
+
+constexpr std::size_t lastLines = 10;
+constexpr int pauseMs = 100;  // between two looks at what is new
+
+/// One of the boards at hand.
+struct Watched {
+    RunningBoard board;
+    BoardTraffic traffic = {};
+
+    std::vector<std::string> news() { return traffic.next(board); }
+};
+
+using Boards = std::vector<Watched>;
+
+enum class Wish : std::uint8_t { once, follow, help };
+
+Wish parseWish(const std::vector<std::string>& arguments) {
+    Wish wish = Wish::once;
+    for (const std::string& word : arguments) {
+        if (word == "-f" || word == "--follow") {
+            wish = Wish::follow;
+        } else if (word == "--help") {
+            return Wish::help;
+        } else {
+            throw UsageError("status takes --follow alone: " + word);
+        }
+    }
+    return wish;
+}
+
+void printLast(const std::vector<std::string>& lines) {
+    const std::size_t count = std::min(lines.size(), lastLines);
+    std::cout << (count == 0 ? "" : "\n");
+    for (const std::string& line :
+         std::vector(lines.end() - static_cast<std::ptrdiff_t>(count), lines.end())) {
+        std::cout << "  " << line << '\n';
+    }
+}
+
+Boards printAll() {
+    Boards boards;
+    const char* separator = "";
+    for (RunningBoard& running : RunningBoard::all()) {
+        try {
+            const std::string text = statusText(running);
+            boards.push_back({std::move(running)});
+            std::cout << separator << text;
+            printLast(boards.back().news());
+            separator = "\n";
+        } catch (const std::runtime_error&) {
+            continue;  // it has just ended
+        }
+    }
+    return boards;
+}
+
+/// Prints what is new. Of several boards each has its name above its lines, as `tail` does with files.
+class News {
+public:
+    void print(Watched& watched, bool several) {
+        for (const std::string& line : watched.news()) {
+            if (several && std::exchange(latest, watched.board.pid()) != watched.board.pid()) {
+                std::cout << "Board " << watched.board.pid() << ":\n";
+            }
+            std::cout << "  " << line << '\n';
+        }
+    }
+
+private:
+    pid_t latest = 0;
+};
+
+/// Waits for a while, but not longer than until a board ends. Whether this one has.
+bool hasEnded(const RunningBoard& board, int waitMs) {
+    pollfd wait{board.endDescriptor(), POLLIN, 0};
+    return checked(uninterrupted([&] { return ::poll(&wait, 1, waitMs); }), "poll") > 0;
+}
+
+void follow(Boards boards) {
+    const bool several = boards.size() > 1;
+    News news;
+    while (!boards.empty()) {
+        hasEnded(boards.front().board, pauseMs);
+        for (auto each = boards.begin(); each != boards.end();) {
+            const bool ended = hasEnded(each->board, 0);  // asked first, so that its last lines are there
+            news.print(*each, several);
+            if (ended) {
+                std::cout << "Board " << each->board.pid() << " has ended.\n";
+            }
+            each = ended ? boards.erase(each) : std::next(each);
+        }
+        std::cout << std::flush;
+    }
+}
+
+}  // namespace
+
+int runStatus(const std::vector<std::string>& arguments) {
+    const Wish wish = parseWish(arguments);
+    if (wish == Wish::help) {
+        std::cout << helpText();
+        return EXIT_SUCCESS;
+    }
+    Boards boards = printAll();
+    if (boards.empty()) {
+        std::cout << "No board is running.\n";
+        return EXIT_FAILURE;
+    }
+    if (wish == Wish::follow) {
+        std::cout << std::flush;
+        follow(std::move(boards));
+    }
+    return EXIT_SUCCESS;
+}

@@ -1,0 +1,133 @@
+// boardsim status, in a process table of the test's own, so that no other test's boards are in it.
+
+#include <regex>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "Boardsim.hpp"
+
+namespace {
+
+/// Runs a script that sees no processes but its own. boardsim is $0 to it, and `board OPTION...` is a board
+/// that has just come up and stays until the process $board is ended.
+Outcome apart(const std::string& script) {
+    const std::string beginning =
+        "board() { read -r < <(exec \"$program\" \"$@\" -- sh -c 'echo ready; exec sleep 1000'); board=$!; "
+        "}\n"
+        "program=$0\n";
+    return run({"unshare", "--user", "--map-root-user", "--pid", "--fork", "--mount-proc", "--kill-child",
+                "bash", "-c", beginning + script, BOARDSIM_PROGRAM});
+}
+
+/// With "TIME" in place of each time, and "ID" in place of each process id in a heading or a table.
+std::string steady(std::string text) {
+    text = std::regex_replace(text, std::regex("[0-9-]{10} [0-9:]{8}([.][0-9]{3})?"), "TIME");
+    text = std::regex_replace(text, std::regex("Board [0-9]+"), "Board ID");
+    return std::regex_replace(text, std::regex(" {4}[0-9]{3}  running"), "     ID  running");
+}
+
+}  // namespace
+
+TEST(BoardsimStatusTest, ShowsEachPeerAndWhatItLastReceivedAndAnswered) {
+    const Outcome outcome = apart(
+        "board --deployment iwf --without resmgr_server --fault netfp_server=short --fault netfp_proxy=dying "
+        "--fault netfp_proxy=netlink-slow:5 --fault netfp_master=dump-silent\n"
+        "kill -USR1 $(pidof netfp_server); until $0 status | grep -q -e '->'; do :; done\n"
+        "kill -USR1 $(pidof netfp_proxy); while pidof netfp_proxy > /dev/null; do :; done\n"
+        "$0 status");
+
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(steady(outcome.out),
+              "Board ID since TIME UTC: sh -c echo ready; exec sleep 1000\n"
+              "  PEER                PID  STATE    RECEIVED  ANSWERED  FAULTS\n"
+              "  system_log           ID  running         0         0  -\n"
+              "  netfp_master         ID  running         0         0  dump-silent\n"
+              "  netfp_proxy           -  dead            1         1  dying, netlink-slow:5\n"
+              "  netfp_server         ID  running         1         1  short\n"
+              "  iwf_dispatcher       ID  running         0         0  -\n"
+              "\n"
+              "  TIME  netfp_server    <- SIGUSR1\n"
+              "  TIME  netfp_server    -> dump in /tmp/netfp_server.log (41 bytes, fault short)\n"
+              "  TIME  netfp_proxy     <- SIGUSR1\n"
+              "  TIME  netfp_proxy     -> dump in /tmp/netfp_proxy.log (147 bytes, fault dying)\n"
+              "  TIME  netfp_proxy     -- it dies (fault dying)\n");
+}
+
+TEST(BoardsimStatusTest, ShowsARequestWhenItArrives) {
+    const Outcome outcome = apart(
+        "board\n"
+        "coproc $0 status --follow\n"
+        "exec 3<&${COPROC[0]}; next() { read -r line <&3 && echo \"$line\"; }\n"
+        "for line in 1 2 3 4 5 6 7 8 9; do next > /dev/null; done\n"
+        "kill -USR1 $(pidof netfp_server); next; next\n"
+        "kill $board; next; wait $COPROC_PID && echo followed to the end");
+
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(steady(outcome.out),
+              "TIME  netfp_server    <- SIGUSR1\n"
+              "TIME  netfp_server    -> dump in /tmp/netfp_server.log (343 bytes)\n"
+              "Board ID has ended.\n"
+              "followed to the end\n");
+}
+
+TEST(BoardsimStatusTest, TellsSeveralBoardsApart) {
+    const Outcome outcome = apart(
+        "board --bare; first=$board; board --bare; second=$board\n"
+        "$0 status | sed \"s/Board $first /first /; s/Board $second /second /\"");
+
+    EXPECT_EQ(steady(outcome.out),
+              "first since TIME UTC: sh -c echo ready; exec sleep 1000\n"
+              "  bare, without peers\n"
+              "\n"
+              "second since TIME UTC: sh -c echo ready; exec sleep 1000\n"
+              "  bare, without peers\n");
+}
+
+TEST(BoardsimStatusTest, NamesTheBoardOfALineWhereItFollowsSeveral) {
+    const Outcome outcome = apart(
+        "board; first=$board; board --bare; second=$board\n"
+        "coproc $0 status -f\n"
+        "exec 3<&${COPROC[0]}; next() { read -r line <&3 && echo \"$line\"; }\n"
+        "for line in 1 2 3 4 5 6 7 8 9 10 11 12; do next > /dev/null; done\n"
+        "{ kill -USR1 $(pidof netfp_server); next; next; kill $second; next; } |\n"
+        "    sed \"s/Board $first/first/; s/Board $second/second/\"");
+
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(steady(outcome.out),
+              "first:\n"
+              "TIME  netfp_server    <- SIGUSR1\n"
+              "TIME  netfp_server    -> dump in /tmp/netfp_server.log (343 bytes)\n");
+}
+
+TEST(BoardsimStatusTest, WorksOnTheBoardItself) {
+    const Outcome outcome = boardsim({"--bare", "--", "boardsim", "status"});
+
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(steady(outcome.out), "Board ID since TIME UTC: boardsim status\n  bare, without peers\n");
+}
+
+TEST(BoardsimStatusTest, SaysThatNoBoardIsRunning) {
+    for (const char* option : {"", "--follow"}) {
+        EXPECT_EQ(apart(std::string("$0 status ") + option),
+                  (Outcome{.status = 1, .out = "No board is running.\n", .err = ""}));
+    }
+}
+
+TEST(BoardsimStatusTest, ForgetsABoardThatWasKilled) {
+    const Outcome outcome =
+        apart("board; kill -KILL $board; while $0 status > /dev/null; do :; done; $0 status");
+
+    EXPECT_EQ(outcome, (Outcome{.status = 1, .out = "No board is running.\n", .err = ""}));
+}
+
+TEST(BoardsimStatusTest, TakesNothingElse) {
+    EXPECT_EQ(boardsim({"status", "--colour"}),
+              (Outcome{.status = 2, .out = "", .err = "boardsim: status takes --follow alone: --colour\n"}));
+}
+
+TEST(BoardsimStatusTest, IsACommandOfTheBoardBehindTwoDashes) {
+    EXPECT_EQ(boardsim({"--bare", "--", "status"}).status, 127);
+}

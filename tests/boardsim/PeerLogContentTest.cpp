@@ -1,0 +1,61 @@
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "PeerLogContent.hpp"
+
+namespace {
+
+constexpr const char* text =
+    "2026-11-21 10:15:02.123 <- SIGUSR1\n"
+    "2026-11-21 10:15:02.124 -> dump in /tmp/netfp_proxy.log (45 bytes)\n"
+    "2026-11-21 10:15:03.000 <- SIGUSR1\n"
+    "2026-11-21 10:15:03.000 -- no dump (fault silent)\n";
+
+}  // namespace
+
+TEST(PeerLogContentTest, CountsWhatWasReceivedAndAnswered) {
+    const PeerLogContent content = parsePeerLog(text);
+
+    EXPECT_EQ(content.lines.size(), 4U);
+    EXPECT_EQ(content.dropped, 0U);
+    EXPECT_EQ(content.received, 2U);
+    EXPECT_EQ(content.answered, 1U);
+}
+
+TEST(PeerLogContentTest, IsEmptyWhereNothingHappened) {
+    EXPECT_THAT(parsePeerLog("").lines, testing::IsEmpty());
+}
+
+TEST(PeerLogContentTest, CountsDroppedLinesInTheirPlace) {
+    const std::string epitaph = peerLogEpitaph(text);
+
+    EXPECT_EQ(epitaph.substr(peerLogStampLength),
+              " -- 4 lines before these were dropped: 2 received, 1 answered");
+    const PeerLogContent content = parsePeerLog(epitaph + "\n" + text);
+    EXPECT_EQ(content.lines.size(), 4U);
+    EXPECT_EQ(content.dropped, 4U);
+    EXPECT_EQ(content.received, 4U);
+    EXPECT_EQ(content.answered, 2U);
+}
+
+TEST(PeerLogContentTest, GoesOnCountingWhenLinesAreDroppedAgain) {
+    EXPECT_EQ(peerLogEpitaph(peerLogEpitaph(text) + "\n" + text).substr(peerLogStampLength),
+              " -- 8 lines before these were dropped: 4 received, 2 answered");
+}
+
+TEST(PeerLogContentTest, PassesOverLinesThatAreNotTheLogs) {
+    const PeerLogContent content = parsePeerLog("short\n2026-11-21 10:15:03.000 <- 4 lines before\n");
+
+    EXPECT_EQ(content.lines, std::vector<std::string>{"2026-11-21 10:15:03.000 <- 4 lines before"});
+    EXPECT_EQ(content.received, 1U);
+    EXPECT_EQ(content.dropped, 0U);
+}
+
+TEST(PeerLogContentTest, HasLinesWithDateAndTimeToTheMillisecond) {
+    EXPECT_THAT(peerLogLine("<-", "what came"),
+                testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{3} "
+                                      "<- what came"));
+}
