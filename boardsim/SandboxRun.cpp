@@ -11,16 +11,13 @@
 #include "ControlLine.hpp"
 #include "ProgramTree.hpp"
 #include "Sandbox.hpp"
+#include "SandboxRefusal.hpp"
 #include "SignalDescriptor.hpp"
 #include "TerminalKeeper.hpp"
 
 namespace {
 
 constexpr const char* missingRemedy = "install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)";
-constexpr const char* refusedRemedy =
-    "the sandbox was refused, for the reason that bwrap gives above\n"
-    "it takes user namespaces (sysctl kernel.unprivileged_userns_clone=1; on Ubuntu also\n"
-    "kernel.apparmor_restrict_unprivileged_userns=0) or a root user with its capabilities";
 
 /// Ctrl-C reaches every process at the terminal at once; bubblewrap is to outlive it, so that the command
 /// can end in good order. Blocked signals arrive at their descriptor although they are ignored.
@@ -47,7 +44,8 @@ pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::v
     try {
         return child.start("bwrap", words);
     } catch (const std::system_error& error) {
-        throw SandboxError("bwrap cannot be run: " + error.code().message() + "\n" + missingRemedy);
+        throw SandboxError("no sandbox: bwrap cannot be run: " + error.code().message() + "\n" +
+                           missingRemedy);
     }
 }
 
@@ -89,7 +87,7 @@ int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
     sandboxEnd.close();
     const int status = accompany(child, signals, line);
     if (line.receive() != ControlLine::up) {
-        throw SandboxError(refusedRemedy);
+        throw SandboxError(sandboxRefusal());
     }
     return status;
 }

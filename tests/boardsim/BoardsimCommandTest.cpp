@@ -86,25 +86,3 @@ TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
         EXPECT_EQ(outcome.err, err);
     }
 }
-
-TEST(BoardsimCommandTest, NamesARemedyWhereBubblewrapIsMissing) {
-    const Outcome outcome = boardsim({"true"}, {.environment = {{"PATH", "/nowhere"}}});
-
-    EXPECT_EQ(outcome.status, 3);
-    EXPECT_EQ(outcome.err,
-              "boardsim: bwrap cannot be run: No such file or directory\n"
-              "boardsim: install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)\n");
-}
-
-TEST(BoardsimCommandTest, NamesARemedyWhereTheSandboxIsRefused) {
-    const Outcome outcome =
-        boardsim({"--bare", "--", "boardsim", "true"});  // its own sandbox refuses another
-
-    EXPECT_EQ(outcome.status, 3);
-    EXPECT_TRUE(outcome.err.starts_with("bwrap: ")) << outcome.err;
-    EXPECT_EQ(
-        outcome.err.substr(outcome.err.find('\n') + 1),
-        "boardsim: the sandbox was refused, for the reason that bwrap gives above\n"
-        "boardsim: it takes user namespaces (sysctl kernel.unprivileged_userns_clone=1; on Ubuntu also\n"
-        "boardsim: kernel.apparmor_restrict_unprivileged_userns=0) or a root user with its capabilities\n");
-}
