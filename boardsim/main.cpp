@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include <unistd.h>
+
 #include "CommandLine.hpp"
 #include "HelpText.hpp"
 #include "PeerCatalog.hpp"
@@ -31,6 +33,7 @@ int runInit(int argc, char** argv) {
 
 /// As the program that people start.
 int runBoardsim(int argc, char** argv) {
+    ::close_range(STDERR_FILENO + 1, ~0U, 0);  // what a board inherits is said here, not by who starts it
     if (argc > 1 && argv[1] == std::string_view("status")) {
         return runStatus({argv + 2, argv + argc});
     }

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -12,6 +13,7 @@
 
 #include "ArgumentVector.hpp"
 #include "Boardsim.hpp"
+#include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
 
@@ -52,12 +54,20 @@ public:
         waitUntil([&] { return process.outSoFar() == "ready\n"; });
     }
 
-    Outcome endAfter(int signal) {
-        ::kill(process.pid(), signal);
-        return process.wait();
+    Outcome endAfter(int signal) { return endAfter(signal, process.pid()); }
+
+    /// The signal goes to bubblewrap, which is the only child.
+    Outcome endAfterBwrapGets(int signal) {
+        const std::string id = std::to_string(process.pid());
+        return endAfter(signal, std::stoi(contentOfFile("/proc/" + id + "/task/" + id + "/children")));
     }
 
 private:
+    Outcome endAfter(int signal, pid_t receiver) {
+        ::kill(receiver, signal);
+        return process.wait();
+    }
+
     Process process;
 };
 
@@ -76,7 +86,9 @@ public:
     Terminal& operator=(const Terminal&) = delete;
     Terminal(Terminal&&) = delete;
     Terminal& operator=(Terminal&&) = delete;
-    ~Terminal() { ::close(terminal); }
+    ~Terminal() { hangUp(); }
+
+    void hangUp() { ::close(std::exchange(terminal, -1)); }
 
     void type(const std::string& keys) const {
         ASSERT_EQ(::write(terminal, keys.data(), keys.size()), keys.size());
@@ -153,6 +165,37 @@ TEST(BoardsimSignalTest, EndsEverythingAtCtrlC) {
 
     EXPECT_EQ(terminal.wait(), 128 + SIGINT);
     EXPECT_FALSE(markedProcessRuns());
+}
+
+TEST(BoardsimSignalTest, LeavesNothingBehindWhenBubblewrapIsKilled) {
+    RunningBoard board("echo ready; trap '' TERM HUP; while :; do sleep 1; done");
+
+    EXPECT_EQ(board.endAfterBwrapGets(SIGKILL).status, 128 + SIGKILL);
+
+    waitUntil([] { return !markedProcessRuns(); });
+}
+
+TEST(BoardsimSignalTest, EndsEverythingWhenTheTerminalHangsUp) {
+    Terminal terminal(
+        boardsimCommand({"--", "bash", "-c", "trap '' HUP; echo ready; exec -a $0 sleep 1000", mark()}));
+    terminal.expect("ready");
+
+    terminal.hangUp();
+
+    EXPECT_EQ(terminal.wait(), 128 + SIGHUP);
+    waitUntil([] { return !markedProcessRuns(); });
+}
+
+TEST(BoardsimSignalTest, EndsAShellAndItsJobsWhenTheTerminalHangsUp) {
+    Terminal terminal(boardsimCommand({}));
+    terminal.expect("board# ");
+    terminal.type("(trap '' HUP; echo rea\"\"dy; exec -a " + mark() + " sleep 1000) &\n");
+    terminal.expect("ready");
+
+    terminal.hangUp();
+
+    terminal.wait();
+    waitUntil([] { return !markedProcessRuns(); });
 }
 
 TEST(BoardsimSignalTest, LeavesCtrlCToAShellOnTheBoard) {
