@@ -46,13 +46,13 @@ _korvel_offer_keywords() {
 
 # The first word that is no option decides what may follow: _korvel_offer_words CURRENT GIVEN...
 _korvel_offer_words() {
-    local actions='getport mirrorport loopbackport portswap addmulticastmac resetqosstats mem_dump desc_dump add_interface'
+    local actions='getport mirrorport loopbackport portswap addmulticastmac resetqosstats mem_dump desc_dump'
     local current=$1 operands collection
     shift
     if (($# == 0)); then
         _korvel_offer_keywords "$current"
         collection=("${COMPREPLY[@]}")
-        _korvel_offer "$actions supervision archive" "$current"
+        _korvel_offer "$actions add_interface supervision archive" "$current"
         COMPREPLY+=("${collection[@]}")
         return
     fi

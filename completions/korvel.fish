@@ -47,14 +47,14 @@ function __korvel_takes
         return 1
     end
     if contains -- $argv[1] $packages
-        not string match -q 'pkg*' -- $words
+        not string match -q -- 'pkg*' $words
     else
         not contains -- $argv[1] $words
     end
 end
 
-# Whether an option was given before: __korvel_has OPTION, or __korvel_has OPTION VALUE for one that takes a value, which
-# may be what is typed now.
+# Whether an option was given before: __korvel_has OPTION, or __korvel_has OPTION VALUE for one that takes a value,
+# which may be what is typed now.
 function __korvel_has
     set -l words (commandline --cut-at-cursor --current-process --tokenize)
     if set -q argv[2]; and test "$words[-1]" = $argv[1]
