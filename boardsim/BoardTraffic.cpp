@@ -1,7 +1,7 @@
 #include "BoardTraffic.hpp"
 
 #include <algorithm>
-#include <cstdio>
+#include <filesystem>
 #include <system_error>
 #include <utility>
 
@@ -32,16 +32,26 @@ PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer) {
 std::vector<std::string> BoardTraffic::next(const RunningBoard& board) {
     std::vector<std::string> news;
     for (const PeerEntry& peer : peerCatalog()) {
-        const PeerLogContent content = readPeerLog(board, peer.name);
-        std::uint64_t& known = seen[std::string(peer.name)];
-        const std::uint64_t passed = std::max(known, content.dropped) - content.dropped;
-        for (std::size_t i = passed; i < content.lines.size(); ++i) {
-            news.push_back(withName(content.lines[i], peer.name));
+        for (const std::string& line : newLines(board, peer.name)) {
+            news.push_back(withName(line, peer.name));
         }
-        known = std::max(known, content.dropped + content.lines.size());
     }
     std::ranges::stable_sort(news, {}, [](const std::string& line) {
         return std::string_view(line).substr(0, peerLogStampLength);
     });
     return news;
+}
+
+std::vector<std::string> BoardTraffic::newLines(const RunningBoard& board, std::string_view peer) {
+    std::error_code missing;
+    const std::uintmax_t size = std::filesystem::file_size(board.pathTo(BoardPaths::logFile(peer)), missing);
+    Seen& known = seen[std::string(peer)];
+    if (missing || size == known.size) {
+        return {};
+    }
+    PeerLogContent content = readPeerLog(board, peer);
+    const std::uint64_t passed = std::max(known.lines, content.dropped) - content.dropped;
+    known = {size, content.dropped + content.lines.size()};
+    content.lines.erase(content.lines.begin(), content.lines.begin() + static_cast<std::ptrdiff_t>(passed));
+    return std::move(content.lines);
 }

@@ -20,5 +20,12 @@ public:
     std::vector<std::string> next(const RunningBoard& board);
 
 private:
-    std::map<std::string, std::uint64_t, std::less<>> seen;  // lines of each peer since the board's start
+    struct Seen {
+        std::uintmax_t size = 0;  // of the log's file, bytes
+        std::uint64_t lines = 0;  // since the board's start
+    };
+
+    std::vector<std::string> newLines(const RunningBoard& board, std::string_view peer);
+
+    std::map<std::string, Seen, std::less<>> seen;  // of each peer
 };

@@ -21,8 +21,8 @@ std::string stampOf(std::chrono::system_clock::time_point moment) {
     std::tm parts{};
     ::gmtime_r(&seconds, &parts);
     std::array<char, 64> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%F %T", &parts);
-    std::snprintf(text.data() + length, text.size() - length, ".%03d",
+    const std::size_t length = std::strftime(text.data(), text.size(), "%FT%T", &parts);
+    std::snprintf(text.data() + length, text.size() - length, ".%03dZ",
                   static_cast<int>(milliseconds.count() % 1000));
     return text.data();
 }

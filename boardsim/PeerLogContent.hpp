@@ -7,13 +7,13 @@
 #include <vector>
 
 /// Bytes of the time in front of each line.
-constexpr std::size_t peerLogStampLength = 23;
+constexpr std::size_t peerLogStampLength = 24;
 
 /// What a peer's log tells. Its lines are
-///     2026-11-21 10:15:02.123 <- what was received
-///     2026-11-21 10:15:02.124 -> what was answered
-///     2026-11-21 10:15:02.124 -- what else is to be said
-/// in UTC, and where older ones were dropped, a first line of the last kind that counts them. Other lines
+///     2026-11-21T10:15:02.123Z <- what was received
+///     2026-11-21T10:15:02.124Z -> what was answered
+///     2026-11-21T10:15:02.124Z -- what else is to be said
+/// and where older ones were dropped, a first line of the last kind that counts them. Other lines
 /// are passed over.
 struct PeerLogContent {
     std::vector<std::string> lines;  ///< those that are kept

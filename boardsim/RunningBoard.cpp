@@ -132,7 +132,7 @@ std::string RunningBoard::startTime() const {
     std::tm parts{};
     ::gmtime_r(&status.st_mtime, &parts);
     std::array<char, 64> text{};
-    std::strftime(text.data(), text.size(), "%F %T UTC", &parts);
+    std::strftime(text.data(), text.size(), "%FT%TZ", &parts);
     return text.data();
 }
 

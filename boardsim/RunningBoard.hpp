@@ -20,7 +20,7 @@ public:
     /// What runs on it, as one line.
     const std::string& command() const { return words; }
 
-    /// When it began, in UTC.
+    /// When it began, by the clock of the world (UTC).
     std::string startTime() const;
 
     /// The place of one of its files for this process, without a look at whether it is there.

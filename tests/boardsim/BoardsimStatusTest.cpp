@@ -23,7 +23,7 @@ Outcome apart(const std::string& script) {
 
 /// With "TIME" in place of each time, and "ID" in place of each process id in a heading or a table.
 std::string steady(std::string text) {
-    text = std::regex_replace(text, std::regex("[0-9-]{10} [0-9:]{8}([.][0-9]{3})?"), "TIME");
+    text = std::regex_replace(text, std::regex("[0-9-]{10}T[0-9:]{8}([.][0-9]{3})?Z"), "TIME");
     text = std::regex_replace(text, std::regex("Board [0-9]+"), "Board ID");
     return std::regex_replace(text, std::regex(" {4}[0-9]{3}  running"), "     ID  running");
 }
@@ -41,7 +41,7 @@ TEST(BoardsimStatusTest, ShowsEachPeerAndWhatItLastReceivedAndAnswered) {
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(steady(outcome.out),
-              "Board ID since TIME UTC: sh -c echo ready; exec sleep 1000\n"
+              "Board ID since TIME: sh -c echo ready; exec sleep 1000\n"
               "  PEER                PID  STATE    RECEIVED  ANSWERED  FAULTS\n"
               "  system_log           ID  running         0         0  -\n"
               "  netfp_master         ID  running         0         0  dump-silent\n"
@@ -79,10 +79,10 @@ TEST(BoardsimStatusTest, TellsSeveralBoardsApart) {
         "$0 status | sed \"s/Board $first /first /; s/Board $second /second /\"");
 
     EXPECT_EQ(steady(outcome.out),
-              "first since TIME UTC: sh -c echo ready; exec sleep 1000\n"
+              "first since TIME: sh -c echo ready; exec sleep 1000\n"
               "  bare, without peers\n"
               "\n"
-              "second since TIME UTC: sh -c echo ready; exec sleep 1000\n"
+              "second since TIME: sh -c echo ready; exec sleep 1000\n"
               "  bare, without peers\n");
 }
 
@@ -106,7 +106,7 @@ TEST(BoardsimStatusTest, WorksOnTheBoardItself) {
     const Outcome outcome = boardsim({"--bare", "--", "boardsim", "status"});
 
     EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(steady(outcome.out), "Board ID since TIME UTC: boardsim status\n  bare, without peers\n");
+    EXPECT_EQ(steady(outcome.out), "Board ID since TIME: boardsim status\n  bare, without peers\n");
 }
 
 TEST(BoardsimStatusTest, SaysThatNoBoardIsRunning) {

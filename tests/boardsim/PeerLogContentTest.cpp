@@ -9,10 +9,10 @@
 namespace {
 
 constexpr const char* text =
-    "2026-11-21 10:15:02.123 <- SIGUSR1\n"
-    "2026-11-21 10:15:02.124 -> dump in /tmp/netfp_proxy.log (45 bytes)\n"
-    "2026-11-21 10:15:03.000 <- SIGUSR1\n"
-    "2026-11-21 10:15:03.000 -- no dump (fault silent)\n";
+    "2026-11-21T10:15:02.123Z <- SIGUSR1\n"
+    "2026-11-21T10:15:02.124Z -> dump in /tmp/netfp_proxy.log (45 bytes)\n"
+    "2026-11-21T10:15:03.000Z <- SIGUSR1\n"
+    "2026-11-21T10:15:03.000Z -- no dump (fault silent)\n";
 
 }  // namespace
 
@@ -47,15 +47,15 @@ TEST(PeerLogContentTest, GoesOnCountingWhenLinesAreDroppedAgain) {
 }
 
 TEST(PeerLogContentTest, PassesOverLinesThatAreNotTheLogs) {
-    const PeerLogContent content = parsePeerLog("short\n2026-11-21 10:15:03.000 <- 4 lines before\n");
+    const PeerLogContent content = parsePeerLog("short\n2026-11-21T10:15:03.000Z <- 4 lines before\n");
 
-    EXPECT_EQ(content.lines, std::vector<std::string>{"2026-11-21 10:15:03.000 <- 4 lines before"});
+    EXPECT_EQ(content.lines, std::vector<std::string>{"2026-11-21T10:15:03.000Z <- 4 lines before"});
     EXPECT_EQ(content.received, 1U);
     EXPECT_EQ(content.dropped, 0U);
 }
 
 TEST(PeerLogContentTest, HasLinesWithDateAndTimeToTheMillisecond) {
     EXPECT_THAT(peerLogLine("<-", "what came"),
-                testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{3} "
+                testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{3}Z "
                                       "<- what came"));
 }
