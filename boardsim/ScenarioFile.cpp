@@ -26,26 +26,37 @@ std::string scalarText(const toml::node& node) {
     throw UsageError("neither text, nor whole number, nor truth value");
 }
 
-void applyValue(const ScenarioKey& key, const toml::node& value, Scenario& scenario) {
-    if (key.form != KeyForm::list) {
+/// Throws UsageError with the file, the line and the key in front.
+[[noreturn]] void refuse(std::string_view name, const toml::node& value, const std::string& reason) {
+    std::ostringstream text;
+    text << *value.source().path << ':' << value.source().begin.line << ": " << name << ": " << reason;
+    throw UsageError(text.str());
+}
+
+void applyScalar(const ScenarioKey& key, const toml::node& value, Scenario& scenario) {
+    try {
         key.set(scenario, scalarText(value));
-        return;
-    }
-    const auto* values = value.as_array();
-    if (values == nullptr) {
-        throw UsageError("not an array");
-    }
-    for (const toml::node& each : *values) {
-        key.set(scenario, scalarText(each));
+    } catch (const UsageError& error) {
+        refuse(key.name, value, error.what());
     }
 }
 
 void applyKey(std::string_view name, const toml::node& value, Scenario& scenario) {
     const ScenarioKey* key = findScenarioKey(name);
     if (key == nullptr) {
-        throw UsageError("unknown key");
+        refuse(name, value, "unknown key");
     }
-    applyValue(*key, value, scenario);
+    if (key->form != KeyForm::list) {
+        applyScalar(*key, value, scenario);
+        return;
+    }
+    const auto* values = value.as_array();
+    if (values == nullptr) {
+        refuse(name, value, "not an array");
+    }
+    for (const toml::node& each : *values) {
+        applyScalar(*key, each, scenario);
+    }
 }
 
 toml::table parseFile(const std::string& path) {
@@ -63,12 +74,7 @@ toml::table parseFile(const std::string& path) {
 void loadScenario(const std::string& path, Scenario& scenario) {
     const std::string earlierConfig = std::exchange(scenario.config, {});
     for (const auto& [name, value] : parseFile(path)) {
-        try {
-            applyKey(name.str(), value, scenario);
-        } catch (const UsageError& error) {
-            throw UsageError(path + ':' + std::to_string(value.source().begin.line) + ": " +
-                             std::string(name.str()) + ": " + error.what());
-        }
+        applyKey(name.str(), value, scenario);
     }
     scenario.config = scenario.config.empty()
                           ? earlierConfig

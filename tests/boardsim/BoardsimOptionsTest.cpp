@@ -1,5 +1,6 @@
 #include <string>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -85,6 +86,33 @@ TEST(BoardsimOptionsTest, LaysDownTheSettingsOfTheLibraries) {
 TEST(BoardsimOptionsTest, HasNeitherPeersNorPrivateFilesWhenBare) {
     EXPECT_EQ(onBoard({"--bare"}, std::string(peerNames) + "; find /rom /ffs /tmp /dev/shm | sort").out,
               "/dev/shm\n/ffs\n/ffs/run\n/ffs/run/logs\n/rom\n/rom/config\n/rom/private\n/tmp\n");
+}
+
+TEST(BoardsimOptionsTest, ComeWithAnExampleOfAScenarioThatSaysAllOfThem) {
+    const Outcome outcome = onBoard({"--scenario", EXAMPLES "/flaky.toml"},
+                                    "cat /rom/private/fpdispatcher.conf /run/boardsim/scenario.toml");
+
+    EXPECT_EQ(outcome,
+              (Outcome{.status = 0,
+                       .out = "doNotCollectLogOnExit=1\n"
+                              "cmdline = 'console=ttyS0,115200n8 root=/dev/ram0 rw mem=1G isolcpus=2,3'\n"
+                              "config = '/run/boardsim/fpdispatcher.conf'\n"
+                              "deployment = 'sfn-master'\n"
+                              "fault = [\n"
+                              "    'netfp_master=slow:300',\n"
+                              "    'netfp_proxy=netlink-error:3',\n"
+                              "    'netfp_server=unended',\n"
+                              "    'iwf_dispatcher=binary',\n"
+                              "    'sfn_dispatcher=netlink-silent'\n"
+                              "]\n"
+                              "ffs-size = '8M'\n"
+                              "tmp-size = '16M'\n"
+                              "without = [ 'resmgr_server' ]\n",
+                       .err = ""}));
+    for (const char* key :
+         {"\nsecured =", "\nsecure-error =", "\ncma-error =", "\nfull-logs =", "\nbare ="}) {
+        EXPECT_THAT(contentOfFile(EXAMPLES "/flaky.toml"), testing::HasSubstr(key));
+    }
 }
 
 TEST(BoardsimOptionsTest, TakesAScenarioFileThatOptionsOverride) {
