@@ -6,11 +6,11 @@ import subprocess
 from pathlib import Path
 
 BUILD = Path(os.environ["KORVEL_BUILD"])
+PROGRAM = r"\S*korvel\S*"  # under an emulator, it learns a path of it
 
 
 def help_of(program: str) -> str:
-    return subprocess.run([program, "--help"], executable=BUILD / program,
-                          check=True, capture_output=True, text=True).stdout
+    return subprocess.run([BUILD / program, "--help"], check=True, capture_output=True, text=True).stdout
 
 
 def korvel_options() -> set[str]:
@@ -21,8 +21,8 @@ def korvel_keywords() -> set[str]:
     text = help_of("korvel")
     collection, rest = text.split("  Log Collection:\n")[1].split("  Actions:\n")
     collected = re.findall(r"^      ([a-z-]+)\*? *\(", collection, re.M)
-    actions = re.findall(r"^    =+\n +(?:korvel )?(\w+)", rest, re.M)
-    lasting = re.findall(r"^      korvel  (\w+)$", rest, re.M)
+    actions = re.findall(rf"^    =+\n +(?:{PROGRAM} )?(\w+)", rest, re.M)
+    lasting = re.findall(rf"^      {PROGRAM}  (\w+)$", rest, re.M)
     return {*collected, *actions, *lasting}
 
 
