@@ -33,7 +33,9 @@ int runInit(int argc, char** argv) {
 
 /// As the program that people start.
 int runBoardsim(int argc, char** argv) {
-    ::close_range(STDERR_FILENO + 1, ~0U, 0);  // what a board inherits is said here, not by who starts it
+    // What a board inherits is said here, not by who starts it. Not closed: files may be named by
+    // descriptors.
+    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     if (argc > 1 && argv[1] == std::string_view("status")) {
         return runStatus({argv + 2, argv + argc});
     }

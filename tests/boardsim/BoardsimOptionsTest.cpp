@@ -115,6 +115,15 @@ TEST(BoardsimOptionsTest, ComeWithAnExampleOfAScenarioThatSaysAllOfThem) {
     }
 }
 
+TEST(BoardsimOptionsTest, TakesFilesThatAreNamedByDescriptors) {
+    const Outcome outcome = run({"bash", "-c",
+                                 "$0 --scenario <(echo 'deployment = \"iwf\"') --config <(echo key=value) -- "
+                                 "sh -c 'ls /rom/config; cat /rom/private/fpdispatcher.conf'",
+                                 BOARDSIM_PROGRAM});
+
+    EXPECT_EQ(outcome, (Outcome{.status = 0, .out = "deployment_type\nkey=value\n", .err = ""}));
+}
+
 TEST(BoardsimOptionsTest, TakesAScenarioFileThatOptionsOverride) {
     const HostFile scenario("scenario.toml", "deployment = 'iwf'\ncma-error = 4\nsecured = true\n");
 
