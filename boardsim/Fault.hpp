@@ -7,7 +7,7 @@
 struct FaultKind {
     std::string_view name;
     std::string_view help;         ///< what happens
-    std::string_view number = "";  ///< what help calls the number; empty: the kind takes none
+    std::string_view number = {};  ///< what help calls the number; empty: the kind takes none
     int least = 0;                 ///< smallest number taken
     int most = 0;                  ///< greatest number taken
 

@@ -5,12 +5,11 @@
 #include <string>
 #include <string_view>
 
-#include <string.h>
-
 /// A message's text field, of which the zeros are padding.
 template <std::size_t size>
 std::string fieldText(const char (&field)[size]) {
-    return {field, ::strnlen(field, size)};
+    const std::string_view text(field, size);
+    return std::string(text.substr(0, text.find('\0')));
 }
 
 /// An Ethernet address as people write it.

@@ -68,6 +68,7 @@ PeerFault parsePeerFault(const std::string& text) {
 
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
     std::vector<std::string> texts;
+    texts.reserve(faults.size());
     for (const auto& [peer, fault] : faults) {
         texts.push_back(peer + "=" + fault.said);
     }
