@@ -1,0 +1,129 @@
+#!/usr/bin/env bash
+# Installs packages in a fresh root, upgrades them, uses them as somebody without privilege, removes them, and fails
+# where anything is left behind. As root.
+#   scripts/check-packages.sh DEB...
+# shellcheck disable=SC2016 # what stands in single quotes is for a shell in the root
+set -euo pipefail
+
+names=(korvel korvel-boardsim korvel-host-platform)
+version=$(dpkg-deb --field "$1" Version)
+
+if [ "$(id -u)" -ne 0 ]; then
+    echo "A fresh root is made by root: sudo $0 $*" >&2
+    exit 1
+fi
+
+work=$(mktemp -d)
+root=$work/root
+trap 'rm -rf --one-file-system "$work"' EXIT
+
+# in_root COMMAND...: as the first process of a machine whose file system is the fresh root. Not by chroot, behind
+# which nobody gets a user namespace.
+in_root() {
+    unshare --mount --pid --fork --kill-child sh -euc '
+        root=$1
+        shift
+        mount --bind "$root" "$root"
+        mount -t proc proc "$root/proc"
+        mount --rbind /dev "$root/dev"
+        mount -t tmpfs tmpfs "$root/run"
+        cd "$root"
+        pivot_root . mnt
+        cd /
+        umount -l /mnt
+        export PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8
+        exec "$@"' sh "$root" "$@" < /dev/null
+}
+
+as_somebody() { in_root runuser -u nobody -- "$@"; }
+
+# expect WANTED COMMAND...: the command's whole output.
+expect() {
+    local wanted=$1 got
+    shift
+    got=$("$@" 2>&1) || true
+    if [ "$got" != "$wanted" ]; then
+        printf '%s\nwanted: %s\ngot:    %s\n' "$*" "$wanted" "$got" >&2
+        exit 1
+    fi
+}
+
+apt() {
+    if ! in_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -y --no-install-recommends "$@" &> "$work/apt.log"; then
+        cat "$work/apt.log" >&2
+        exit 1
+    fi
+}
+
+# Not what apt and dpkg write down about their own work.
+files() {
+    find "$root" -xdev -path "$root/var/log/*" -o -path "$root/var/cache/*" -o -path "$root/var/lib/apt/*" \
+        -o -path "$root/var/lib/dpkg/*-old" -o -printf '/%P\n' | sort
+}
+
+# What the packages depend on is there before, so that all that comes and goes is theirs.
+make_root() {
+    # shellcheck source=/dev/null
+    . /etc/os-release
+    mmdebstrap --quiet --variant=minbase \
+        --include=bash-completion,bubblewrap,libtomlplusplus3,man-db,procps,systemd "$VERSION_CODENAME" "$root"
+}
+
+# The packages as they are, and under a lower number as an earlier release.
+lay_out_releases() {
+    local package
+    mkdir -p "$root/release/$version" "$root/release/0.9"
+    cp "$@" "$root/release/$version"
+    for package in "$@"; do
+        dpkg-deb --raw-extract "$package" "$work/package"
+        sed -i -E "s/^Version: .*/Version: 0.9/; s/\(= [^)]*\)/(= 0.9)/g" "$work/package/DEBIAN/control"
+        dpkg-deb --root-owner-group --build "$work/package" "$root/release/0.9" > "$work/dpkg-deb.log"
+        rm -rf "$work/package"
+    done
+}
+
+install_release() {
+    local packages=("$root/release/$1"/*.deb)
+    apt install "${packages[@]#"$root"}"
+    expect "$(printf "%s $1\n" "${names[@]}")" in_root dpkg-query -W -f '${Package} ${Version}\n' "${names[@]}"
+}
+
+use_as_somebody() {
+    as_somebody man -P cat korvel | grep 'control and diagnostics of a base-station board'
+    expect 'getport' as_somebody bash -c '
+        . /usr/share/bash-completion/bash_completion
+        _completion_loader korvel
+        COMP_LINE="korvel getp" COMP_POINT=11 _korvel
+        echo "${COMPREPLY[@]}"'
+    as_somebody korvel --help | grep '^  Log Collection:'
+    expect '2' as_somebody boardsim -- korvel getport eth1
+    as_somebody boardsim -- korvel -d all print | grep '^### sfn Socket Service Info #'
+}
+
+look_at_units() {
+    expect '' in_root sh -c 'systemd-analyze verify /lib/systemd/system/*korvel*'
+    expect $'disabled\ndisabled\ndisabled\ndisabled' in_root systemctl is-enabled \
+        tmp-korvel.mount korvel-archive.service korvel-supervision.service korvel-shutdown-package.service
+}
+
+echo "Making it"
+make_root
+files > "$work/before"
+
+echo "An earlier release, and an upgrade"
+lay_out_releases "$@"
+install_release 0.9
+install_release "$version"
+
+echo "Use"
+use_as_somebody
+look_at_units
+
+echo "Removal"
+apt remove "${names[@]}"
+expect 'gone' in_root sh -c 'test -e /usr/bin/korvel || test -e /usr/bin/boardsim || echo gone'
+apt purge "${names[@]}"
+rm -rf "$root/release"
+files > "$work/after"
+diff "$work/before" "$work/after"
+echo "Nothing is left behind."
