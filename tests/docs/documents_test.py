@@ -1,0 +1,122 @@
+"""What the documents say of the repository is true of it."""
+
+import html
+import os
+import re
+import unittest
+from pathlib import Path
+
+SOURCE = Path(os.environ["KORVEL_SOURCE"])
+PAGES = sorted([*SOURCE.glob("*.md"), *SOURCE.glob("docs/**/*.md")])
+READERS = ("support engineer", "integrator", "contributor")
+
+
+def text_of(path: str) -> str:
+    return (SOURCE / path).read_text(encoding="utf-8")
+
+
+def anchor(heading: str) -> str:
+    """The name by which a page's heading can be linked."""
+    words = re.sub(r"[^\w\s-]", "", heading.strip().lower())
+    return re.sub(r"\s", "-", words)
+
+
+def anchors_of(page: Path) -> set[str]:
+    return {anchor(line.lstrip("#")) for line in page.read_text(encoding="utf-8").splitlines()
+            if line.startswith("#")}
+
+
+class LinksTest(unittest.TestCase):
+    def test_lead_somewhere(self) -> None:
+        for page in PAGES:
+            for target in re.findall(r"\]\(([^)\s]+)\)", page.read_text(encoding="utf-8")):
+                if not target.startswith("https://"):
+                    with self.subTest(page=page.name, target=target):
+                        self.follow(page, target)
+
+    def follow(self, page: Path, target: str) -> None:
+        path, _, heading = target.partition("#")
+        linked = page.parent / path if path else page
+        self.assertTrue(linked.exists())
+        if heading:
+            self.assertIn(heading, anchors_of(linked))
+
+    def test_reach_every_page_from_the_first(self) -> None:
+        readme = text_of("README.md")
+        for page in PAGES:
+            name = str(page.relative_to(SOURCE))
+            if name != "README.md":
+                self.assertTrue(f"]({name})" in readme, name)
+
+
+class ConsoleTest(unittest.TestCase):
+    def test_stands_in_blocks_that_are_run(self) -> None:
+        for page in PAGES:
+            fences = re.findall(r"^```(\w*)\n(.*?)^```$", page.read_text(encoding="utf-8"), re.M | re.S)
+            for language, content in fences:
+                if content.startswith(("$ ", "board# ")):
+                    with self.subTest(page=page.name, content=content):
+                        self.assertEqual(language, "console")
+
+    def test_is_run_of_every_page_that_has_some(self) -> None:
+        tested = text_of("tests/docs/CMakeLists.txt")
+        for page in [*PAGES, *SOURCE.glob("man/*.[1-8]")]:
+            if re.search(r"^(\$|board#) ", page.read_text(encoding="utf-8"), re.M):
+                self.assertTrue(str(page.relative_to(SOURCE)) in tested, page.name)
+
+
+class PicturesTest(unittest.TestCase):
+    def test_are_drawn_from_their_sources(self) -> None:
+        for source in SOURCE.glob("docs/pictures/*.dot"):
+            with self.subTest(picture=source.stem):
+                drawn = html.unescape(source.with_suffix(".svg").read_text(encoding="utf-8"))
+                labels = re.findall(r'label="([^"]+)"', source.read_text(encoding="utf-8"))
+                lines = {line for label in labels for line in label.split(r"\n")}
+                self.assertEqual({line for line in lines if f">{line}<" not in drawn.replace("\xa0", " ")}, set())
+
+    def test_show_every_room(self) -> None:
+        rooms = {folder.parent.name for folder in SOURCE.glob("src/*/CMakeLists.txt")}
+        drawn = text_of("docs/pictures/rooms.dot")
+        self.assertEqual({room for room in rooms if f"{room} [label=" not in drawn}, set())
+
+    def test_show_what_is_linked(self) -> None:
+        """An arrow for each library that a room links; only what a room links through another may be missing."""
+        drawn = text_of("docs/pictures/rooms.dot")
+        for arrow in re.findall(r"^    (\w+) -> (\w+)$", drawn, re.M):
+            room, linked = arrow
+            if room == "main" or linked == "include":
+                continue
+            with self.subTest(arrow=arrow):
+                self.assertTrue(f"korvel::{linked}" in text_of(f"src/{room}/CMakeLists.txt"))
+
+
+class ReleaseTest(unittest.TestCase):
+    def test_has_one_number_everywhere(self) -> None:
+        found = {
+            "CMakeLists.txt": re.search(r"project\(korvel VERSION (\d+\.\d+\.\d+) ", text_of("CMakeLists.txt")),
+            "CHANGELOG.md": re.search(r"^## (\d+\.\d+\.\d+) ", text_of("CHANGELOG.md"), re.M),
+            "debian/changelog": re.match(r"korvel \((\d+\.\d+\.\d+)\)", text_of("debian/changelog")),
+        }
+        self.assertEqual({name: match and match[1] for name, match in found.items()},
+                         dict.fromkeys(found, found["CMakeLists.txt"][1]))
+        self.assertTrue((SOURCE / f"docs/porting/korvel_{found['CMakeLists.txt'][1]}.bb").exists())
+
+
+class ReadmeTest(unittest.TestCase):
+    def test_begins_with_what_it_is_for_whom_and_two_commands(self) -> None:
+        first_screen = "\n".join(text_of("README.md").splitlines()[:24])
+        for words in ("command-line control and diagnostics tool", "operators", "scripts/demo.sh", "scripts/test.sh"):
+            self.assertTrue(words in first_screen, words)
+
+    def test_shows_each_kind_of_reader_a_way(self) -> None:
+        for reader in READERS:
+            self.assertTrue(reader in text_of("README.md"), reader)
+
+    def test_names_every_script_that_people_type(self) -> None:
+        pages = "\n".join(page.read_text(encoding="utf-8") for page in PAGES)
+        for script in SOURCE.glob("scripts/*.sh"):
+            self.assertTrue(f"scripts/{script.name}" in pages, script.name)
+
+
+if __name__ == "__main__":
+    unittest.main()
