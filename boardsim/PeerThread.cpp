@@ -15,7 +15,7 @@ PeerThread::~PeerThread() {
     thread.join();
 }
 
-void PeerThread::serve() noexcept {
+void PeerThread::serve() {
     try {
         servePeers(peers, stop.get());
     } catch (const PeerDeath&) {

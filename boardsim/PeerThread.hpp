@@ -18,7 +18,7 @@ public:
     ~PeerThread();
 
 private:
-    void serve() noexcept;
+    void serve();  ///< whatever is thrown there, but for a peer's death, ends the process
 
     Peers peers;  // the thread's alone while it runs
     UniqueFd stop;
