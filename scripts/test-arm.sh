@@ -1,17 +1,16 @@
 #!/usr/bin/env bash
-# Builds everything for the board's processor and runs the tests there, as far as an emulator of programs goes:
-# the unit tests' programs and korvel itself are emulated, the simulated board's peers and the tests of the whole
-# program are this machine's. What is left out, and why, is in tests/arm-left-out.txt. Installs what the machine
-# lacks.
+# Builds everything for the board's processor and runs the tests as far as an emulator of programs goes: korvel and
+# the programs of the unit tests are emulated, the peers of the simulated board and the tests of the whole program
+# are this machine's. What is left out, and why, is in tests/arm-left-out.txt. Installs what the machine lacks.
 #   scripts/test-arm.sh [REGEX]     default: every test
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 arm=build-arm          # everything, for the board's processor
 board=build-arm-board  # korvel, for a board with libraries of its own
-run=build-arm-run      # for this machine, but the programs that are emulated
+run=build-arm-run      # what runs: this machine's programs, and in between the emulated ones
 sysroot=/usr/arm-linux-gnueabihf
-left_out=tests/arm-left-out.txt
+list=tests/arm-left-out.txt
 size_limit=$((300 * 1024))
 
 step() {
@@ -19,16 +18,18 @@ step() {
     echo "== $*"
 }
 
-# The rows of the list of what is left out, without comments.
-left_out_rows() { grep -v '^#' "$left_out"; }
-
 build_for_arm() {
     step "Building for ARM: everything"
     CMAKE_GENERATOR=Ninja cmake --preset arm > /dev/null
     cmake --build --preset arm
 }
 
-# With the stand-ins in the place of a board's libraries: they have the same interface.
+check_symbols() {
+    step "The platform's symbols on ARM"
+    NM=arm-linux-gnueabihf-nm KORVEL_BUILD=$PWD/$arm python3 -B tests/install/platform_symbols_test.py
+}
+
+# The stand-ins take the place of a board's libraries: they have the same interface.
 build_for_board() {
     step "Building for ARM: korvel for a board"
     install -D -t "$board/root/usr/lib" "$arm"/lib/korvel/*.so
@@ -37,40 +38,78 @@ build_for_board() {
     cmake --build "$board"
     arm-linux-gnueabihf-strip -o "$board/korvel.stripped" "$board/bin/korvel"
     size=$(stat -c %s "$board/korvel.stripped")
-    echo "The stripped program has $size bytes of at most $size_limit"
+    echo "The stripped program has $size bytes, of at most $size_limit."
     [ "$size" -lt "$size_limit" ]
 }
 
-# Its own libraries get a folder of their own beside that of the emulated programs.
+# This machine's libraries get a folder of their own beside that of the emulated programs. What tests have run as
+# a process of the stack is a peer, too.
 build_for_this_machine() {
     step "Building for this machine: the simulated board, and the tests of the whole program"
     CMAKE_GENERATOR=Ninja cmake --preset release -B "$run" -DCMAKE_INSTALL_LIBDIR=lib/native > /dev/null
-    (cd "$arm/tests" && ls -d ./*_e2e_test) | xargs -n 1 basename |
-        xargs cmake --build "$run" --target boardsim devmem
+    local programs=("$arm"/tests/*_e2e_test)
+    cmake --build "$run" --target boardsim devmem stack_program "${programs[@]##*/}"
 }
 
-# Puts a program from the build for ARM into the place of its namesake: a script that has it emulated. A library
-# to be loaded first, as for faked times, is the emulator's.
+# Puts a program from the build for ARM into the place of its namesake, as a script that has it emulated. Its own
+# copy finds the loader where Debian's cross compiler has it. A library that is to be loaded first, as for faked
+# times, is the emulator's.
 emulate() {
     install -D "$arm/$1" "$run/$1.arm"
-    install /dev/stdin "$run/$1" << SCRIPT
+    patchelf --set-interpreter "$sysroot/lib/ld-linux-armhf.so.3" "$run/$1.arm"
+    rm -f "$run/$1"
+    cat > "$run/$1" << SCRIPT
 #!/bin/sh
-exec qemu-arm -L $sysroot -U LD_PRELOAD "\$0.arm" "\$@"
+libraries="\${LD_LIBRARY_PATH:+\$LD_LIBRARY_PATH:}$sysroot/lib"
+exec qemu-arm -0 "\${0##*/}" -E "LD_LIBRARY_PATH=\$libraries" -U LD_PRELOAD "\$0.arm" "\$@"
 SCRIPT
+    chmod +x "$run/$1"
 }
 
 emulate_programs() {
     emulate bin/korvel
     find "$arm/tests" -maxdepth 1 -type f -perm -u+x -printf '%f\n' | while read -r name; do
-        case "$name" in *_e2e_test | boardsim_*) ;; *) emulate "tests/$name" ;; esac
+        case "$name" in *_e2e_test | boardsim_* | stack_program) ;; *) emulate "tests/$name" ;; esac
     done
     cp -r "$arm/lib/korvel" "$run/lib"
     cp -r "$arm/tests/recording" "$arm/tests/hand-laid" "$run/tests"
 }
 
-count_of() { ctest --test-dir "$run" -N "$@" | sed -n 's/^Total Tests: //p'; }
+# Every test of a C++ program that was built; those of the simulated board itself were not.
+tests() { ctest --test-dir "$run" -LE script -E "$1|_NOT_BUILT\$" "${@:2}"; }
 
+# The reasons, each with the number of its tests.
+report_left_out() {
+    step "Left out"
+    local names row count reason="" total=0
+    local -A counts
+    names=$(tests '^$' -N | sed -n 's/^ *Test *#[0-9]*: //p')
+    while IFS= read -r row; do
+        case "$row" in
+            "" | "#"*) ;;
+            " "*)
+                count=$(grep -cE "${row##* }" <<< "$names") || { echo "No test fits $row"; return 1; }
+                counts[$reason]=$((${counts[$reason]:-0} + count))
+                total=$((total + count))
+                ;;
+            *) reason=${row%:} ;;
+        esac
+    done < "$list"
+    for reason in "${!counts[@]}"; do printf '%5d  %s\n' "${counts[$reason]}" "$reason"; done | sort -rn
+    echo "Of $(wc -l <<< "$names") tests $total were left out; $list names them."
+}
+
+scripts/setup.sh build board test arm
 build_for_arm
+check_symbols
 build_for_board
 build_for_this_machine
 emulate_programs
+
+step "Tests: emulated programs, peers of this machine"
+status=0
+left_out=$(sed -n 's/^ \+//p' "$list" | paste -sd '|')
+tests "$left_out" -R "${1:-.}" -j "$(($(nproc) * 3))" --output-on-failure || status=1
+report_left_out || status=1
+step "$([ "$status" -eq 0 ] && echo "Every other test passed" || echo "Failed")"
+exit "$status"
