@@ -36,6 +36,9 @@ LogRing::LogRing(std::span<std::byte> memory)
     : header(*reinterpret_cast<Header*>(memory.data())),
       text(reinterpret_cast<char*>(memory.subspan(headerSize, textSize).data()), textSize) {
     static_assert(std::is_trivially_copyable_v<Header> && sizeof(Header) <= headerSize);
+    // Programs of 32 and of 64 bits share a log.
+    static_assert(offsetof(Header, magic) == 0 && offsetof(Header, tail) == 8 &&
+                  offsetof(Header, head) == 16);
 }
 
 bool LogRing::prepare() {

@@ -11,7 +11,7 @@ namespace {
 
 /// What a program gets a pointer to: an object whose first word leads to the table of its operations.
 struct Client {
-    const void* const* operations;
+    void* const* operations;
 };
 
 std::array<char, 256> call{};
@@ -56,8 +56,8 @@ bool slot3(Client* /*self*/, unsigned lastPosition, unsigned newPosition) {
 }
 
 template <typename Function>
-const void* address(Function* function) {
-    return reinterpret_cast<const void*>(function);
+void* address(Function* function) {
+    return reinterpret_cast<void*>(function);
 }
 
 }  // namespace
@@ -70,8 +70,8 @@ const char* handLaidSmLogCall() {
 extern "C" Client* getClientInstance(const char* name, unsigned app) asm("_ZN5SmLog17getClientInstanceEPKcj");
 
 Client* getClientInstance(const char* name, unsigned app) {
-    static const std::array<const void*, 4> operations{address(slot0), address(slot1), address(slot2),
-                                                       address(slot3)};
+    static const std::array<void*, 4> operations{address(slot0), address(slot1), address(slot2),
+                                                 address(slot3)};
     static Client client{operations.data()};
     record("client of %s, app %u", name, app);
     return &client;

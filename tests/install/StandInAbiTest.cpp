@@ -10,7 +10,7 @@ namespace {
 
 /// A client of a log: an object whose first word leads to the table of its operations.
 struct Client {
-    const void* const* operations;
+    void* const* operations;
 };
 
 using Write = void (*)(Client*, int, const char*, const char*, ...);
