@@ -7,7 +7,8 @@ set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 set(CMAKE_C_FLAGS_INIT "-mcpu=cortex-a15 -mfpu=neon-vfpv4 -mfloat-abi=hard")
-set(CMAKE_CXX_FLAGS_INIT "${CMAKE_C_FLAGS_INIT}")
+# The compiler would note where arguments pass in another way than before g++ 7.
+set(CMAKE_CXX_FLAGS_INIT "${CMAKE_C_FLAGS_INIT} -Wno-psabi")
 
 # Programs that the build runs are this machine's; what it compiles against and links is the board's.
 set(CMAKE_FIND_ROOT_PATH /usr/arm-linux-gnueabihf)
