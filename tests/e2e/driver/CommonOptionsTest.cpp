@@ -75,7 +75,9 @@ TEST(CommonOptions, WithoutTheirValueAreReportedInVerboseModeAndDropped) {
     };
     for (const auto& [option, message] : cases) {
         SCOPED_TRACE(option);
-        expectOutput(korvel({"-v", "getport", "4", option}), verboseEnabled + message + getPort4Lines);
+        std::string told = verboseEnabled + message;
+        told += getPort4Lines;
+        expectOutput(korvel({"-v", "getport", "4", option}), told);
         expectOutput(korvel({"getport", "4", option}), "4\n");
     }
 }
