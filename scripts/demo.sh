@@ -10,6 +10,7 @@ cmake --build build
 
 # Runs the commands of its arguments on one board, showing each as if it were typed there.
 on_board() {
+    # shellcheck disable=SC2016 # for the shell on the board
     build/boardsim -- sh -ec 'for command; do printf "\nboard# %s\n" "$command"; eval "$command"; done' sh "$@"
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks everything: formatting, clang++ with clang-tidy, and all tests, once with the sanitizers and once as
+# Checks everything: formatting, scripts, clang++ with clang-tidy, and all tests, once with the sanitizers and once as
 # shipped. Installs what the machine lacks. Only what changed is built again.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -11,8 +11,9 @@ step() {
 
 scripts/setup.sh build board test lint
 
-step "Formatting"
-find src platform boardsim tests -name '*.?pp' -o -name '*.h' | xargs clang-format --dry-run -Werror
+step "Formatting and scripts"
+find src platform boardsim tests \( -name '*.?pp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run -Werror
+shellcheck .ci/run scripts/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect completions/korvel.bash
 
 build() {
     step "Building: $1"
