@@ -29,9 +29,8 @@ protected:
         Surroundings together = atSpeed(speed);
         together.together = true;
         start(together);
-        syslib.log.write(300);
-        await([this] { return syslib.hasAll(); });
-        syslib.log.write(300);
+        approachRotation();
+        completePiece();
         await([this] { return archiver().outSoFar().ends_with(" exited with error, exit code: 1\n"); });
     }
 

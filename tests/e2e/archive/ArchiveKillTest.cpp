@@ -35,14 +35,6 @@ protected:
     /// A command that the archiver leaves behind becomes a child of this process.
     ArchiveKillTest() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
 
-    /// Has the log archived up to one entry before the next rotation.
-    void approachRotation() {
-        syslib.log.write(entriesOfAPiece - 1);
-        await([this] { return syslib.hasAll(); });
-    }
-
-    void completePiece() { syslib.log.write(1); }
-
     /// Waits until the complete piece is being copied to `target`, and then for the moment of this test.
     static void awaitMoment(const std::string& target) {
         while (!fs::exists(target) && !fs::exists(target + ".gz")) {
@@ -82,8 +74,6 @@ private:
         while (::waitpid(-1, nullptr, 0) > 0) {
         }
     }
-
-    static constexpr unsigned entriesOfAPiece = threshold / RecordedLog::largest;
 };
 
 TEST_P(ArchiveKillTest, InTheFirstRotationLosesNothing) {

@@ -12,13 +12,6 @@ namespace {
 
 class ArchiveRecoveryTest : public ArchiveRunFixture {
 protected:
-    /// Has the syslib log archived up to the threshold. What is there by then is written over.
-    void reachThreshold() {
-        syslib.log.write(300);
-        await([this] { return syslib.hasAll(); });
-        syslib.log.write(300);
-    }
-
     /// What the shell and its commands print when SYSLIB's startup.log cannot be compressed.
     std::string notCompressed() const {
         const std::string& path = syslib.files.startupPath;
@@ -32,7 +25,8 @@ TEST_F(ArchiveRecoveryTest, AFileThatCannotBeCompressedStaysAndIsCompressedWhenT
     Surroundings together = atSpeed(speed);
     together.together = true;
     start(together);
-    reachThreshold();
+    approachRotation();
+    completePiece();
     await([this] { return archiver().outSoFar() == notCompressed(); });
     EXPECT_TRUE(syslib.files.runtime() == syslib.log.text());
     syslib.log.write(1);
@@ -54,7 +48,8 @@ TEST_F(ArchiveRecoveryTest, AFileThatCannotBeReopenedIsReportedAndTheOtherLogGoe
     Surroundings surroundings = atSpeed(speed);
     surroundings.environment["PATH"] = searchPathWith("cp", "/bin/cp \"$@\" && rm \"$1\" && mkdir \"$1\"\n");
     start(surroundings);
-    reachThreshold();
+    approachRotation();
+    completePiece();
     awaitRecords(3);
     const std::string before = syslib.log.text();
 

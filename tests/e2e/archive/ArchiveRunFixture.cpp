@@ -33,6 +33,12 @@ void ArchiveRunFixture::await(const std::function<bool()>& condition) {
     }
 }
 
+void ArchiveRunFixture::approachRotation() {
+    constexpr unsigned entriesOfAPiece = threshold / RecordedLog::largest;
+    syslib.log.write(entriesOfAPiece - 1);
+    await([this] { return syslib.hasAll(); });
+}
+
 std::string ArchiveRunFixture::openForMonitoring(const FollowedLog& followed) {
     return "2 Archive: " + followed.files.runtimePath + " open for monitoring";
 }

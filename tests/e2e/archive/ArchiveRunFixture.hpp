@@ -32,6 +32,11 @@ protected:
     /// Waits for something that the archiver will do; fails the test where it never does.
     static void await(const std::function<bool()>& condition);
 
+    /// Has SYSLIB's log archived up to one entry before the next rotation, and that entry written. One by
+    /// one, since an archiver that looks while many are written would rotate a piece of another size.
+    void approachRotation();
+    void completePiece() { syslib.log.write(1); }
+
     /// What the archiver reports, as it stands in the dispatcher's log without its time.
     static std::string openForMonitoring(const FollowedLog& followed);
     static std::string notOpened(const FollowedLog& followed);
