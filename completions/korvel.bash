@@ -1,26 +1,27 @@
 # shellcheck shell=bash
 # Completion of korvel(1) for bash. It needs nothing but bash.
 
-# What follows each action: "interface" and "switch" are completed, other operands only count.
+# What follows each action: "interface", "port" and "switch" are completed, other operands only count.
 _korvel_operands() {
     case $1 in
-        getport | add_interface) echo interface ;;
-        mirrorport) echo switch interface interface ;;
-        loopbackport) echo switch interface ;;
+        getport) echo port ;;
+        mirrorport) echo switch port port ;;
+        loopbackport) echo switch port ;;
+        add_interface) echo interface ;;
         portswap) echo interface interface ;;
         addmulticastmac) echo address interface ;;
     esac
 }
 
-# The words of $1 that begin with $2.
+# Adds the words of $1 that begin with $2 to what is offered.
 _korvel_offer() {
-    mapfile -t COMPREPLY < <(compgen -W "$1" -- "$2")
+    mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W "$1" -- "$2")
 }
 
 _korvel_offer_interfaces() {
-    local folder=/sys/class/net/
-    mapfile -t COMPREPLY < <(compgen -d -- "$folder$1")
-    COMPREPLY=("${COMPREPLY[@]#"$folder"}")
+    local folder=/sys/class/net/ folders
+    mapfile -t folders < <(compgen -d -- "$folder$1")
+    COMPREPLY+=("${folders[@]#"$folder"}")
 }
 
 # The options but for those that were given and mean nothing more a second time: _korvel_offer_options CURRENT GIVEN...
@@ -47,13 +48,11 @@ _korvel_offer_keywords() {
 # The first word that is no option decides what may follow: _korvel_offer_words CURRENT GIVEN...
 _korvel_offer_words() {
     local actions='getport mirrorport loopbackport portswap addmulticastmac resetqosstats mem_dump desc_dump'
-    local current=$1 operands collection
+    local current=$1 operands
     shift
     if (($# == 0)); then
-        _korvel_offer_keywords "$current"
-        collection=("${COMPREPLY[@]}")
         _korvel_offer "$actions add_interface supervision archive" "$current"
-        COMPREPLY+=("${collection[@]}")
+        _korvel_offer_keywords "$current"
         return
     fi
     case $1 in
@@ -65,21 +64,35 @@ _korvel_offer_words() {
     read -ra operands <<< "$(_korvel_operands "$1")"
     case ${operands[$# - 1]-} in
         switch) _korvel_offer 'enable disable' "$current" ;;
+        port)
+            _korvel_offer '1 2 3 4' "$current"
+            _korvel_offer_interfaces "$current"
+            ;;
         interface) _korvel_offer_interfaces "$current" ;;
     esac
 }
 
-_korvel() {
-    local line=${COMP_LINE:0:COMP_POINT} current='' awaited='' word
-    local -a typed options=() words=()
-    COMPREPLY=()
-    # Not COMP_WORDS, in which a MAC address is many words. A backslash keeps a blank within a path.
-    # shellcheck disable=SC2162
-    read -a typed <<< "$line"
-    if [[ $line != *[[:blank:]] ]]; then
-        current=${typed[-1]}
+# Splits $1, the line up to the cursor, as the shell does: its words go to "typed", the one at the cursor to "current".
+# An operator that redirects is a word of its own. Not COMP_WORDS, in which a MAC address is many words.
+_korvel_split() {
+    local rest=$1 operator='([0-9]*|&)[<>]+[&|]?' token
+    token="^[[:blank:]]*($operator|([^[:blank:]<>\"'\\]|\\\\.|\"([^\"\\]|\\\\.)*\"|'[^']*')+)"
+    while [[ $rest =~ $token ]]; do
+        typed+=("${BASH_REMATCH[1]}")
+        rest=${rest#"${BASH_REMATCH[0]}"}
+    done
+    if [[ $rest != [[:blank:]]* && ! ${typed[-1]} =~ ^$operator$ ]]; then
+        rest=${typed[-1]}$rest
         unset 'typed[-1]'
     fi
+    current=${rest#"${rest%%[![:blank:]]*}"}
+}
+
+_korvel() {
+    local current awaited='' word
+    local -a typed=() options=() words=()
+    COMPREPLY=()
+    _korvel_split "${COMP_LINE:0:COMP_POINT}"
     for word in "${typed[@]:1}"; do
         if [[ $awaited ]]; then
             awaited=''
@@ -89,11 +102,12 @@ _korvel() {
             --help) return ;;
             -v) options+=("$word") ;;
             -c | -m | -d) options+=("$word") awaited=$word ;;
+            [\<\>]* | [0-9\&]*[\<\>]*) awaited=a-file ;;
             *) words+=("$word") ;;
         esac
     done
     case $awaited in
-        -c | -m) compopt -o default ;;
+        -c | -m | a-file) compopt -o default ;;
         -d) _korvel_offer 'iwf sfn all' "$current" ;;
         *)
             if [[ $current == -* ]]; then

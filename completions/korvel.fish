@@ -1,9 +1,19 @@
 # Completion of korvel(1) for fish.
 
-# The words before the cursor that belong to no option; --help, behind which nothing counts, is one of them.
+# The whole words before the cursor, but for those that redirect.
+function __korvel_line
+    set -l line (commandline --cut-at-cursor --current-process)
+    set -l current (commandline --cut-at-cursor --current-token)
+    string sub --length (math (string length -- "$line") - (string length -- "$current")) -- "$line" |
+        string replace --all --regex '(^|\s)(\d*|&)[<>]+[&?|]?\s*\S+' '' |
+        read --local --tokenize --list words
+    printf '%s\n' $words
+end
+
+# The words before the cursor that belong to no option; --help, after which nothing counts, is one of them.
 function __korvel_words
     set -l awaited no
-    for word in (commandline --cut-at-cursor --current-process --tokenize)[2..]
+    for word in (__korvel_line)[2..]
         if test $awaited = yes
             set awaited no
         else if contains -- $word -c -m -d
@@ -18,17 +28,19 @@ function __korvel_is_first
     not count (__korvel_words) >/dev/null
 end
 
-# What stands at the cursor behind an action: "interface", "switch", or nothing that can be completed.
+# What stands at the cursor after an action: "interface", "port", "switch", or nothing that can be completed.
 function __korvel_expects
     set -l words (__korvel_words)
     set -l operands
     switch "$words[1]"
-        case getport add_interface
-            set operands interface
+        case getport
+            set operands port
         case mirrorport
-            set operands switch interface interface
+            set operands switch port port
         case loopbackport
-            set operands switch interface
+            set operands switch port
+        case add_interface
+            set operands interface
         case portswap
             set operands interface interface
         case addmulticastmac
@@ -53,14 +65,14 @@ function __korvel_takes
     end
 end
 
-# Whether an option was given before: __korvel_has OPTION, or __korvel_has OPTION VALUE for one that takes a value,
-# which may be what is typed now.
-function __korvel_has
-    set -l words (commandline --cut-at-cursor --current-process --tokenize)
+# Whether an option may still be given: __korvel_allows OPTION, or __korvel_allows OPTION VALUE for one that takes a
+# value, which may be what is typed now. One that may be repeated has no name here: __korvel_allows.
+function __korvel_allows
+    set -l words (__korvel_line)
     if set -q argv[2]; and test "$words[-1]" = $argv[1]
         set -e words[-1]
     end
-    contains -- $argv[1] $words
+    not contains -- --help $words; and not contains -- "$argv[1]" $words
 end
 
 function __korvel_interfaces
@@ -71,11 +83,11 @@ end
 complete --command korvel --no-files
 
 # "Old" options: none can be joined to another or to its value.
-complete -c korvel -o v -n 'not __korvel_has -v' -d 'Tell every step'
-complete -c korvel -o c -n 'not __korvel_has -c path' -rF -d 'Use this path for the client socket'
-complete -c korvel -o m -n 'not __korvel_has -m path' -rF -d 'Use this path for the master socket'
-complete -c korvel -o d -xa 'iwf sfn all' -d 'Choose the dispatchers'
-complete -c korvel -l help -d 'Show the help text'
+complete -c korvel -o v -n '__korvel_allows -v' -d 'Tell every step'
+complete -c korvel -o c -n '__korvel_allows -c path' -rF -d 'Use this path for the client socket'
+complete -c korvel -o m -n '__korvel_allows -m path' -rF -d 'Use this path for the master socket'
+complete -c korvel -o d -n __korvel_allows -xa 'iwf sfn all' -d 'Choose the dispatchers'
+complete -c korvel -l help -n __korvel_allows -d 'Show the help text'
 
 complete -c korvel -n __korvel_is_first -a getport -d 'Show the switch port behind an interface'
 complete -c korvel -n __korvel_is_first -a mirrorport -d 'Copy the traffic of one port to another'
@@ -109,4 +121,5 @@ complete -c korvel -n '__korvel_takes dstat' -a dstat -d 'Statistics of the disp
 complete -c korvel -n '__korvel_takes dlog' -a dlog -d 'The log of the dispatchers'
 
 complete -c korvel -n '__korvel_expects switch' -a 'enable disable'
-complete -c korvel -n '__korvel_expects interface' -a '(__korvel_interfaces)' -d Interface
+complete -c korvel -n '__korvel_expects port' -a '1 2 3 4' -d 'Switch port'
+complete -c korvel -n '__korvel_expects port; or __korvel_expects interface' -a '(__korvel_interfaces)' -d Interface

@@ -3,6 +3,7 @@
 import sys
 import tempfile
 import unittest
+from collections.abc import Set
 from pathlib import Path
 
 from interactive_shell import InteractiveShell
@@ -14,6 +15,7 @@ ACTIONS = ["getport", "mirrorport", "loopbackport", "portswap", "addmulticastmac
 SERVICES = ["supervision", "archive"]
 MODES = ["print", "dump"]
 PACKAGES = ["pkg", "pkg-trs", "pkg-sup", "pkg-pm", "pkg-sdown"]
+PORTS = {"1", "2", "3", "4"}
 COVERAGE = ["all", "netfp", "proxy", "server", "master", "resmgr", "slog", "dall", "dinf", "dstat", "dlog"]
 
 
@@ -36,20 +38,24 @@ class CompletionTest(unittest.TestCase):
         cls.shell = InteractiveShell(KIND, Path(home.name))
         cls.addClassCleanup(cls.shell.close)
 
+    def assert_completes(self, keys: str, arguments: list[str]) -> None:
+        with self.subTest(keys=keys):
+            self.assertEqual(self.shell.arguments_after(keys), arguments)
+
     def assert_offers(self, line: str, words: list[str]) -> None:
         with self.subTest(line=line):
             self.assertEqual(self.shell.matches(line), sorted(words))
 
-    def assert_offers_interfaces(self, line: str) -> None:
+    def assert_offers_interfaces(self, line: str, others: Set[str] = frozenset()) -> None:
         """Those that are there before and afterwards, and none that never was: others may come and go meanwhile."""
         with self.subTest(line=line):
             before = interfaces()
             offered = set(self.shell.matches(line))
             after = interfaces()
-            self.assertLessEqual(before & after, offered)
-            self.assertLessEqual(offered, before | after)
+            self.assertLessEqual(before & after | others, offered)
+            self.assertLessEqual(offered, before | after | others)
 
-    def test_completes_words_and_goes_on_behind_a_blank(self) -> None:
+    def test_completes_words_and_goes_on_after_a_blank(self) -> None:
         for keys, arguments in {
             "korvel pri\tdi\tdst\t": ["print", "dinf", "dstat"],
             "korvel -v -d sf\tpri\tmas\t": ["-v", "-d", "sfn", "print", "master"],
@@ -57,15 +63,23 @@ class CompletionTest(unittest.TestCase):
             "korvel --h\t": ["--help"],
             "korvel supe\t-d al\t": ["supervision", "-d", "all"],
         }.items():
-            with self.subTest(keys=keys):
-                self.assertEqual(self.shell.arguments_after(keys), arguments)
+            self.assert_completes(keys, arguments)
+
+    def test_passes_over_redirections(self) -> None:
+        self.assert_completes("korvel 2>/dev/null pri\tdi\t", ["print", "dinf"])
+        self.assert_completes("korvel print 2> /dev/null -d sf\tmas\t", ["print", "-d", "sfn", "master"])
+        self.assert_completes("korvel print 2>cli\tdi\t", ["print", "dinf"])
+
+    def test_takes_a_path_with_blanks_for_one_word(self) -> None:
+        for path in ['"/tmp/a b"', "'/tmp/a b'", "/tmp/a\\ b", '/tmp/"a b"']:
+            self.assert_completes(f"korvel -c {path} pri\t", ["-c", "/tmp/a b", "print"])
 
     def test_offers_every_keyword_as_the_first(self) -> None:
         every = ACTIONS + SERVICES + MODES + PACKAGES + COVERAGE
         for options in ["", "-v ", "-d all ", "-c /tmp/client -m /tmp/master ", "-d iwf -v -d sfn "]:
             self.assert_offers(f"korvel {options}", every)
 
-    def test_offers_keywords_by_their_first_letters_behind_options(self) -> None:
+    def test_offers_keywords_by_their_first_letters_after_options(self) -> None:
         self.assert_offers("korvel -v -d sfn pr", ["print", "proxy"])
         self.assert_offers("korvel pkg-s", ["pkg-sup", "pkg-sdown"])
 
@@ -94,9 +108,13 @@ class CompletionTest(unittest.TestCase):
         self.assert_offers("korvel getport -m cli", ["client.socket"])
 
     def test_offers_interfaces_where_an_action_takes_one(self) -> None:
-        for words in ["getport", "-v getport", "mirrorport enable", "mirrorport disable eth0", "loopbackport enable",
-                      "portswap", "portswap eth0", "addmulticastmac 01:00:5e:00:00:01", "add_interface"]:
+        for words in ["portswap", "portswap eth0", "addmulticastmac 01:00:5e:00:00:01", "-v add_interface"]:
             self.assert_offers_interfaces(f"korvel {words} ")
+
+    def test_offers_port_numbers_and_interfaces_where_an_action_takes_either(self) -> None:
+        for words in ["getport", "-v getport", "mirrorport enable", "mirrorport disable eth0", "mirrorport enable 1",
+                      "loopbackport enable"]:
+            self.assert_offers_interfaces(f"korvel {words} ", PORTS)
 
     def test_offers_enable_and_disable(self) -> None:
         self.assert_offers("korvel mirrorport ", ["enable", "disable"])
@@ -108,6 +126,7 @@ class CompletionTest(unittest.TestCase):
                       "resetqosstats", "mem_dump", "mem_dump 0xeb700040", "desc_dump", "supervision", "archive",
                       "--help", "nonsense"]:
             self.assert_offers(f"korvel {words} ", [])
+        self.assert_offers("korvel --help -", ["-"])  # which was typed
 
 
 if __name__ == "__main__":

@@ -12,6 +12,6 @@ end
 
 function insert_all
     set -l found (complete --do-complete (commandline --cut-at-cursor --current-process) | string split -f1 \t)
-    commandline --current-token --replace -- "$found"
+    set -q found[1]; and commandline --current-token --replace -- "$found"
 end
 bind \ct insert_all
