@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Measures what Korvel costs on simulated boards whose logs are full: commands as ratios within one run, jobs
-# that last while they have nothing to do. Fails where a promise is broken.
+# that last while they have nothing to do. Fails where a limit is exceeded.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// One promise about what a command costs, and what was measured.
+/// One limit of what a command costs, and what was measured.
 struct Figure {
     std::string name;
     double measured;

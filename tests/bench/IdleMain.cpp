@@ -1,5 +1,5 @@
 // Measures what a job that lasts costs while all is well, on the simulated board that this runs on, and holds
-// it against what is promised. Exit status 1 where a promise is broken.
+// it against limits. Exit status 1 where one is exceeded.
 
 #include <algorithm>
 #include <array>
@@ -15,8 +15,8 @@ namespace {
 struct Job {
     std::string_view keyword;
     std::chrono::seconds period;
-    double processorMs;  ///< promised for one round
-    double memoryMiB;    ///< promised
+    double processorMs;  ///< limit for one round
+    double memoryMiB;    ///< limit
 };
 
 constexpr std::array jobs{

@@ -1,5 +1,5 @@
 // Measures what the program costs on the simulated board that this runs on, whose shared-memory logs are to
-// be full, and holds it against what is promised. Exit status 1 where a promise is broken.
+// be full, and holds it against limits. Exit status 1 where one is exceeded.
 
 #include <cstdio>
 #include <exception>
