@@ -20,7 +20,7 @@ NO_FILES = {"/dev/null"}
 # Appended to a folder.
 ENDINGS = {"/fuse", "/mmi", "/ti", "/runtime.log", "/startup.log", "/middle.log"}
 # Of the system's library, not of the code.
-IN_LIBRARIES = {"/dev/log"}
+IN_LIBRARIES = {"/bin/sh", "/dev/log"}
 # Messages of functions that the program does not call.
 NOT_CALLED = {"Failed to Bind to Linux Socket:", "Failed to Send to Linux Socket:"}
 
