@@ -132,6 +132,11 @@ class MakePackage(unittest.TestCase):
         outcome = run(f"{MAKE} pkg-pm & first=$!; {MAKE} pkg-sdown & wait $first; echo $?; wait $!; echo $?; ls")
         self.assertEqual(outcome, (0, "0\n0\nnetfp_logs_post_mortem.tgz\nnetfp_logs_shutdown.tgz\n", ""))
 
+    def test_makes_none_where_it_cannot_keep_others_from_making_one(self) -> None:
+        outcome = run(f"pack netfp_logs_post_mortem.tgz old; PATH=/no/flock {MAKE} pkg-pm; echo $?; ls; word *")
+        self.assertEqual(outcome.out, "1\nnetfp_logs_post_mortem.tgz\nold\n")
+        self.assertEqual(outcome.err.splitlines()[-1], "make-package: cannot lock /ffs/run/logs: no package was made")
+
     def test_refuses_what_is_no_package(self) -> None:
         self.assertEqual(run(f"{MAKE} print; echo $?; ls"), (0, "1\n", "make-package: no package keyword: print\n"))
         self.assertEqual(run(f"{MAKE}; echo $?; ls"), (0, "1\n", "make-package: usage: make-package KORVEL KEYWORD\n"))
