@@ -1,10 +1,20 @@
-# Korvel for a distribution made with OpenEmbedded. Beside this file it takes the source as korvel-1.0.0.tar.gz:
+# Korvel for a distribution made with OpenEmbedded, from release 3.4 (honister) on: before that, overrides were written
+# with "_" for ":". In a layer it stands as recipes-support/korvel/korvel_1.0.0.bb, and its source, made in a clone by
 #
 #     git archive --prefix=korvel-1.0.0/ -o korvel-1.0.0.tar.gz HEAD
 #
-# The board's own libraries come from recipes of the board's layer, which names them, say in its machine's file:
+# in a folder beside it, as recipes-support/korvel/files/korvel-1.0.0.tar.gz.
+#
+# The board's own libraries come from recipes of the board's layer, each with a package of its name. The layer names them,
+# say in its machine's file:
 #
 #     KORVEL_PLATFORM_RECIPES = "netfp-smlog vask"
+#
+# A library that has no version in its name counts as part of a development package, and one that has no name written in
+# it (SONAME), as nobody's. So the recipe of such a library has to have, beside what installs it:
+#
+#     FILES_SOLIBSDEV = ""
+#     FILES:${PN} += "${libdir}/libnetfpsmlog.so"
 
 SUMMARY = "Control and diagnostics tool for the fast-path packet stack of a base-station board"
 SECTION = "admin"
@@ -23,6 +33,9 @@ PACKAGECONFIG[boardsim] = "-DKORVEL_BOARDSIM=ON, -DKORVEL_BOARDSIM=OFF, tomlplus
 
 KORVEL_PLATFORM_RECIPES ?= ""
 DEPENDS += "${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '', '${KORVEL_PLATFORM_RECIPES}', d)}"
+# Said in words, since neither libraries without SONAME nor the private stand-ins are found as what the program needs.
+KORVEL_PLATFORM_PACKAGES = "\
+    ${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '${PN}-host-platform', '${KORVEL_PLATFORM_RECIPES}', d)}"
 
 EXTRA_OECMAKE = "-DKORVEL_UNIT_DIR=${systemd_system_unitdir}"
 
@@ -64,8 +77,9 @@ FILES:${PN}-boardsim = "\
 PRIVATE_LIBS:${PN}-host-platform = "libWENVASK.so libnetfpsmlog.so"
 INSANE_SKIP:${PN}-host-platform = "dev-so"
 
-# The shell commands that Korvel runs, by those names and with those options; see docs/porting.md.
-RDEPENDS:${PN} = "gzip procps tar"
+# The commands that Korvel and the scripts of its units run, with the options that docs/porting.md names. A BusyBox can
+# do for findutils and util-linux-flock where it has flock, and find with -prune, -type, -user and -size.
+RDEPENDS:${PN} = "${KORVEL_PLATFORM_PACKAGES} findutils gzip procps tar util-linux-flock"
 RDEPENDS:${PN}-boardsim = "${PN} ${PN}-host-platform bash bubblewrap"
 
 # None of the units is enabled by being installed.

@@ -89,6 +89,8 @@ class Recipe(unittest.TestCase):
     def test_is_that_of_this_release(self) -> None:
         release = re.search(r"project\(korvel VERSION (\S+)", (SOURCE / "CMakeLists.txt").read_text()).group(1)
         self.assertEqual(recipe_path().name, f"korvel_{release}.bb")
+        numbers = re.findall(r"korvel[-_](\d+\.\d+\.\d+)", recipe_path().read_text())
+        self.assertEqual(set(numbers), {release})
 
 
 if __name__ == "__main__":
