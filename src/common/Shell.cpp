@@ -19,7 +19,6 @@ int exitCode(int status) {
 
 int runShell(const std::string& commandLine) {
     flushStandardOutput();
-    ::setenv("LC_ALL", "C", 1);  // scripts read the words of commands, too, whatever the operator's language
     return std::system(commandLine.c_str());
 }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <exception>
 
+#include "CommandLanguage.hpp"
 #include "CommonOptions.hpp"
 #include "Config.hpp"
 #include "Configuration.hpp"
@@ -61,6 +62,7 @@ int main(int argc, char** argv) {
     Korvel::openMissingStandardStreams();
     Korvel::setSignalDispositions();
     const Korvel::ConsoleStreams streams;
+    Korvel::setCommandLanguage();
     bool success = false;
     try {
         success = Korvel::runCommandLine(argc, argv);
