@@ -11,11 +11,15 @@
 namespace {
 
 /// Runs a script that sees no processes but its own. boardsim is $0 to it, and `board OPTION...` is a board
-/// that has just come up and stays until the process $board is ended.
+/// that has just come up and stays until the process $board is ended. `follow OPTION COUNT` is boardsim
+/// status that follows, COUNT lines later; `next` shows a further line.
 Outcome apart(const std::string& script) {
     const std::string beginning =
         "board() { read -r < <(exec \"$program\" \"$@\" -- sh -c 'echo ready; exec sleep 1000'); board=$!; "
         "}\n"
+        "follow() { coproc \"$program\" status \"$1\"; exec 3<&${COPROC[0]}; "
+        "for ((line = 0; line < $2; line++)); do next > /dev/null; done; }\n"
+        "next() { read -r text <&3 && echo \"$text\"; }\n"
         "program=$0\n";
     return run({"unshare", "--user", "--map-root-user", "--pid", "--fork", "--mount-proc", "--kill-child",
                 "bash", "-c", beginning + script, BOARDSIM_PROGRAM});
@@ -59,9 +63,7 @@ TEST(BoardsimStatusTest, ShowsEachPeerAndWhatItLastReceivedAndAnswered) {
 TEST(BoardsimStatusTest, ShowsARequestWhenItArrives) {
     const Outcome outcome = apart(
         "board\n"
-        "coproc $0 status --follow\n"
-        "exec 3<&${COPROC[0]}; next() { read -r line <&3 && echo \"$line\"; }\n"
-        "for line in 1 2 3 4 5 6 7 8 9; do next > /dev/null; done\n"
+        "follow --follow 9\n"
         "kill -USR1 $(pidof netfp_server); next; next\n"
         "kill $board; next; wait $COPROC_PID && echo followed to the end");
 
@@ -89,9 +91,7 @@ TEST(BoardsimStatusTest, TellsSeveralBoardsApart) {
 TEST(BoardsimStatusTest, NamesTheBoardOfALineWhereItFollowsSeveral) {
     const Outcome outcome = apart(
         "board; first=$board; board --bare; second=$board\n"
-        "coproc $0 status -f\n"
-        "exec 3<&${COPROC[0]}; next() { read -r line <&3 && echo \"$line\"; }\n"
-        "for line in 1 2 3 4 5 6 7 8 9 10 11 12; do next > /dev/null; done\n"
+        "follow -f 12\n"
         "{ kill -USR1 $(pidof netfp_server); next; next; kill $second; next; } |\n"
         "    sed \"s/Board $first/first/; s/Board $second/second/\"");
 
