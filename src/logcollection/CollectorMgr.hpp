@@ -24,22 +24,32 @@ public:
     /// Failures of the collection itself change nothing.
     bool resolveRequest(int argc, char** argv) override;
 
-private:
+    // The steps of resolveRequest().
+
     static bool noOptionsSet(const CoverageMasks& masks);
+
+    /// Carries out a request that was understood: collect, dump, pack, print.
     void processRequest(unsigned outputMask, const CoverageMasks& masks);
+
+    /// Creates the collectors whose masks are not 0, in the order of their ids.
     void registerLogCollectors(const CoverageMasks& masks);
+
     /// The collector with the entry's id; empty where its mask is 0 or there is no such collector.
     std::unique_ptr<LogCollector> createCollector(const std::pair<const std::string, unsigned>& entry) const;
+
     void collectLogs(bool printRequested);
     void printLogsOnConsole();
     void dumpLogsToFiles();
+
     /// Packs the work directory.
     void makeTgzPackage(unsigned outputMask) const;
+
     /// Lets the signal pass without effect. By a handler, not by ignoring it, which child processes would
     /// inherit.
     static void disableSignal(int signalNumber);
     static void sigHandlerNoOp(int signalNumber);
 
+private:
     const std::string workspaceDir = "/tmp/korvel";
     const std::string packageBasePath = "/ffs/run/logs/netfp_logs";
     std::vector<std::unique_ptr<LogCollector>> collectors;

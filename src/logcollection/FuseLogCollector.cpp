@@ -21,6 +21,8 @@ const std::string historyLog = "HistoryLog";
 
 const std::string FuseLogCollector::id = "fuse";
 const std::string FuseLogCollector::fusePath = "/tmp/fuse/";
+const std::string FuseLogCollector::fuseDirListFileName = "fuse_dir.tmp";
+const std::string FuseLogCollector::fuseFileListFileName = "fuse_files.tmp";
 const std::vector<FuseLogCollector::Entry> FuseLogCollector::fuseInfoFiles = {
     {fusePath, "tracing_on", "Tracing Enabled"},
 };
@@ -81,23 +83,27 @@ bool FuseLogCollector::collectLogs(bool /*printRequested*/) {
     return true;
 }
 
-void FuseLogCollector::printOnConsole() {
+bool FuseLogCollector::printOnConsole() {
     for (const Entry& entry : activeFiles) {
         printLogHeader(entry.title);
         print(results[entry.directory + entry.fileName], '\n');
     }
+    return std::cout.good();
 }
 
-void FuseLogCollector::dumpToFiles() {
+bool FuseLogCollector::dumpToFiles() {
+    bool written = true;
     for (const Entry& entry : activeFiles) {
-        dump(entry);
+        written = dump(entry) && written;
     }
+    return written;
 }
 
-void FuseLogCollector::dump(const Entry& entry) {
+/// True as well for what has no content to write.
+bool FuseLogCollector::dump(const Entry& entry) {
     const std::size_t found = entry.directory.find(fusePath);
     if (found == std::string::npos) {
-        return;
+        return true;
     }
     const std::string outDir = collectorDir + "/" + entry.directory.substr(found + fusePath.size());
     executeCommand("mkdir -p " + outDir);
@@ -105,9 +111,9 @@ void FuseLogCollector::dump(const Entry& entry) {
     const std::string& content = results[entry.directory + entry.fileName];
     if (content.empty()) {
         fail("Output of ", file, " is empty");
-    } else {
-        writeDumpFile(file, content);
+        return true;
     }
+    return writeDumpFile(file, content);
 }
 
 }  // namespace Korvel

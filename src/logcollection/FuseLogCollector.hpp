@@ -22,6 +22,8 @@ public:
 
     static const std::string id;
     static const std::string fusePath;
+    static const std::string fuseDirListFileName;   ///< reserved
+    static const std::string fuseFileListFileName;  ///< reserved
     static const std::vector<Entry> fuseInfoFiles;
     static const std::vector<Entry> fuseStatsFiles;
     /// Only where the board has no SFN instance.
@@ -32,17 +34,21 @@ public:
     FuseLogCollector(const std::string& workspaceDir, unsigned mask);
 
     bool collectLogs(bool printRequested) override;
-    void printOnConsole() override;
+    bool printOnConsole() override;
     /// Writes a file for each source that had content; an empty one is reported.
-    void dumpToFiles() override;
+    bool dumpToFiles() override;
 
     static bool isModeEnabled(Mode mode, unsigned mask) { return (mode & mask) != 0; }
 
-private:
+    /// Adds the files of `table` to those that are collected, from `subDir` ("" or "NAME/") below the
+    /// entries' own directories.
     void insertActiveFiles(const std::vector<Entry>& table, const std::string& subDir);
+
     /// `relative`: below the fuse tree.
     static bool directoryExists(const std::string& relative);
-    void dump(const Entry& entry);
+
+private:
+    bool dump(const Entry& entry);
 
     std::vector<Entry> activeFiles;
     std::map<std::string, std::string> results;  // by full path

@@ -18,8 +18,12 @@ public:
 
     /// `printRequested`: the logs will be printed. False where sources were left out.
     virtual bool collectLogs(bool printRequested) = 0;
-    virtual void printOnConsole() = 0;
-    virtual void dumpToFiles() = 0;
+
+    /// False where something could not be printed.
+    virtual bool printOnConsole() = 0;
+
+    /// False where a file could not be written.
+    virtual bool dumpToFiles() = 0;
 
 protected:
     const std::string collectorDir;

@@ -58,7 +58,7 @@ bool MmiLogCollector::collectInstance(const std::string& name, const Configurati
     return true;
 }
 
-void MmiLogCollector::printOnConsole() {
+bool MmiLogCollector::printOnConsole() {
     for (auto instance = Configuration::getInstanceBegin(); instance != Configuration::getInstanceEnd();
          ++instance) {
         const std::string name = Configuration::dispInstanceToString(*instance);
@@ -70,24 +70,28 @@ void MmiLogCollector::printOnConsole() {
             }
         }
     }
+    return std::cout.good();
 }
 
-void MmiLogCollector::dumpToFiles() {
-    std::for_each(Configuration::getInstanceBegin(), Configuration::getInstanceEnd(),
-                  [this](Configuration::DispatcherInstance instance) {
-                      dumpInstance(Configuration::dispInstanceToString(instance));
-                  });
+bool MmiLogCollector::dumpToFiles() {
+    bool written = true;
+    for (auto instance = Configuration::getInstanceBegin(); instance != Configuration::getInstanceEnd();
+         ++instance) {
+        written = dumpInstance(Configuration::dispInstanceToString(*instance)) && written;
+    }
+    return written;
 }
 
-void MmiLogCollector::dumpInstance(const std::string& name) {
+bool MmiLogCollector::dumpInstance(const std::string& name) {
     const std::string dir = collectorDir + "/" + name + "/";
     if (!executeCommand("mkdir -p " + dir)) {
-        fail("Error while creating directory: ", dir);
-        return;
+        return fail("Error while creating directory: ", dir);
     }
+    bool written = true;
     for (const Entry& entry : commands) {
-        writeDumpFile(dir + entry.command + ".log", results[name][entry.command]);
+        written = writeDumpFile(dir + entry.command + ".log", results[name][entry.command]) && written;
     }
+    return written;
 }
 
 }  // namespace Korvel

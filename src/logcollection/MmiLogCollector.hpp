@@ -29,15 +29,15 @@ public:
     /// False where the socket of an instance cannot be set up; later instances are then left out.
     bool collectLogs(bool printRequested) override;
     /// Prints the replies that are not empty.
-    void printOnConsole() override;
+    bool printOnConsole() override;
     /// Writes a file for each reply, empty ones included.
-    void dumpToFiles() override;
+    bool dumpToFiles() override;
 
 private:
     using Replies = std::unordered_map<std::string, std::string>;  // by command
 
     bool collectInstance(const std::string& name, const Configuration::Config& config);
-    void dumpInstance(const std::string& name);
+    bool dumpInstance(const std::string& name);
 
     std::vector<Entry> commands;
     std::unordered_map<std::string, Replies> results;  // by instance name

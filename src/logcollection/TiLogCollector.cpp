@@ -83,6 +83,7 @@ const std::string TiLogCollector::id = "ti";
 const std::vector<std::string> TiLogCollector::netfpProcesses = {"netfp_server", "netfp_proxy",
                                                                  "netfp_master", "resmgr_server"};
 const std::string TiLogCollector::pidsFile = "pids.tmp";
+const std::string TiLogCollector::tiLogsPath = "/var/log/";
 const std::string TiLogCollector::syslibSmLogId = "syslib_sm_log";
 
 TiLogCollector::TiLogCollector(const std::string& workspaceDir, unsigned mask)
@@ -201,21 +202,25 @@ void TiLogCollector::removeFileAndItsDir(const std::string& path) {
     executeCommand("rm -rf $(dirname \"" + path + "\")");
 }
 
-void TiLogCollector::printOnConsole() {
+bool TiLogCollector::printOnConsole() {
     for (const std::string& name : processes) {
         printLogHeader(name);
         print(logs[name], '\n');
     }
-    if (syslibLogEnabled && !reportMissingSyslibLog()) {
+    if (syslibLogEnabled) {
+        if (reportMissingSyslibLog()) {
+            return false;
+        }
         printLogHeader("SYSLIB LOG");
         print(logs[syslibSmLogId]);
     }
+    return std::cout.good();
 }
 
-void TiLogCollector::dumpToFiles() {
-    if (syslibLogEnabled && !reportMissingSyslibLog()) {
-        writeDumpFile(collectorDir + "/" + syslibSmLogId + ".log", logs[syslibSmLogId]);
-    }
+bool TiLogCollector::dumpToFiles() {
+    return !syslibLogEnabled ||
+           (!reportMissingSyslibLog() &&
+            writeDumpFile(collectorDir + "/" + syslibSmLogId + ".log", logs[syslibSmLogId]));
 }
 
 bool TiLogCollector::reportMissingSyslibLog() const {

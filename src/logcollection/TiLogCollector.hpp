@@ -27,6 +27,7 @@ public:
     static const std::string id;
     static const std::vector<std::string> netfpProcesses;
     static const std::string pidsFile;
+    static const std::string tiLogsPath;  ///< reserved
     static const std::string syslibSmLogId;
 
     /// `mask`: the Mode bits to collect. Looks all the processes up, whatever the mask.
@@ -36,9 +37,9 @@ public:
     /// `printRequested` the directory of the dumps is deleted after each process, which leaves later ones
     /// without a place for theirs.
     bool collectLogs(bool printRequested) override;
-    void printOnConsole() override;
+    bool printOnConsole() override;
     /// Writes the SYSLIB log; the dumps are files already.
-    void dumpToFiles() override;
+    bool dumpToFiles() override;
 
     static bool isModeEnabled(Mode bit, unsigned mask) { return (bit & mask) != 0; }
 

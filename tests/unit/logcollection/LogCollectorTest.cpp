@@ -15,8 +15,8 @@ class IdleCollector : public Korvel::LogCollector {
 public:
     using LogCollector::LogCollector;
     bool collectLogs(bool /*printRequested*/) override { return true; }
-    void printOnConsole() override {}
-    void dumpToFiles() override {}
+    bool printOnConsole() override { return true; }
+    bool dumpToFiles() override { return true; }
 };
 
 }  // namespace
