@@ -1,8 +1,9 @@
 #include "Shell.hpp"
 
-#include <cstdlib>
+#include <array>
 
 #include "Console.hpp"
+#include "Spawn.hpp"
 
 namespace Korvel {
 namespace {
@@ -19,7 +20,8 @@ int exitCode(int status) {
 
 int runShell(const std::string& commandLine) {
     flushStandardOutput();
-    return std::system(commandLine.c_str());
+    const std::array argv{"sh", "-c", commandLine.c_str(), static_cast<const char*>(nullptr)};
+    return spawnAndWait("/bin/sh", argv.data());
 }
 
 bool executeCommand(const std::string& commandLine) {

@@ -140,7 +140,7 @@ TEST_F(CollectionSystemCallTest, CommandsThatCannotBeStartedAreReportedAndEveryt
                                             {"-d", "iwf", "print", "dump", "dinf", "proxy"});
 
     const auto unstarted = [](const std::string& command) {
-        return "Command: " + command + " exited with error, exit code: 127\n";
+        return "Error while executing " + command + " command, errno: Resource temporarily unavailable\n";
     };
     EXPECT_EQ(outcome,
               success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands) +

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Board.hpp"
+#include "Injection.hpp"
 #include "Outcomes.hpp"
 #include "Process.hpp"
 
@@ -47,4 +48,17 @@ TEST(LoopbackPort, FailsWithoutAWrittenRegisterWhereTheInterfaceIsUnknown) {
                        .err = "Response from Server was not successful.\n"
                               "Loopback Port: Invalid port number \"eth9\"\n"}));
     EXPECT_EQ(Board::received("devmem"), Lines{});
+}
+
+TEST(LoopbackPort, ReportsACommandThatCannotBeStartedAndLeavesTheOtherRegistersAlone) {
+    const Board board({});
+
+    // The first process that is started reads the kernel's command line.
+    const Outcome outcome = runInjected({.faults = {"clone3:error=EAGAIN:when=4"}},
+                                        {"korvel", "-v", "loopbackport", "enable", "eth3"});
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "Loopback Port: System call failed\n");
+    EXPECT_TRUE(outcome.out.ends_with("System call \"devmem 0x02090510 32 0x00000030\"\n"));
+    EXPECT_EQ(Board::received("devmem"), (Lines{"devmem 0x02090510 32 0", "devmem 0x02090504 32 2"}));
 }

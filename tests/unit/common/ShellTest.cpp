@@ -83,12 +83,13 @@ TEST_F(ExecuteCommand, WaitsOnThroughSignals) {
     EXPECT_EQ(console.out(), "awake\n");
 }
 
-TEST(ExecuteCommandUnderFaults, ReportsAChildThatCannotBeStartedAsAShellThatDidNotRun) {
+TEST(ExecuteCommandUnderFaults, ReportsAShellThatCannotBeStarted) {
     const Outcome outcome = probeInjected({.faults = {"clone,clone3,?vfork,?fork:error=EAGAIN"}},
                                           {"executeCommand", "touch /tmp/started"});
 
     EXPECT_EQ(outcome.out, "false\n");
-    EXPECT_EQ(outcome.err, "Command: touch /tmp/started exited with error, exit code: 127\n");
+    EXPECT_EQ(outcome.err,
+              "Error while executing touch /tmp/started command, errno: Resource temporarily unavailable\n");
     EXPECT_EQ(filesBelow("/tmp"), std::vector<std::string>{});
 }
 

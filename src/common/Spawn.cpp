@@ -1,0 +1,93 @@
+#include "Spawn.hpp"
+
+#include <cerrno>
+#include <csignal>
+
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "SystemCall.hpp"
+
+namespace Korvel {
+namespace {
+
+/// The dispositions and the mask of a process that waits for a command, from construction to destruction.
+/// SIGCHLD is blocked, so that no handler takes the child's end away.
+class SignalsWhileWaiting {
+public:
+    SignalsWhileWaiting() {
+        struct sigaction ignore {};
+        ignore.sa_handler = SIG_IGN;
+        ::sigaction(SIGINT, &ignore, &interrupt);
+        ::sigaction(SIGQUIT, &ignore, &quit);
+        sigset_t blocked{};
+        sigemptyset(&blocked);
+        sigaddset(&blocked, SIGCHLD);
+        ::sigprocmask(SIG_BLOCK, &blocked, &mask);
+    }
+    SignalsWhileWaiting(const SignalsWhileWaiting&) = delete;
+    SignalsWhileWaiting& operator=(const SignalsWhileWaiting&) = delete;
+    SignalsWhileWaiting(SignalsWhileWaiting&&) = delete;
+    SignalsWhileWaiting& operator=(SignalsWhileWaiting&&) = delete;
+    ~SignalsWhileWaiting() {
+        ::sigaction(SIGINT, &interrupt, nullptr);
+        ::sigaction(SIGQUIT, &quit, nullptr);
+        ::sigprocmask(SIG_SETMASK, &mask, nullptr);
+    }
+
+    /// Has a spawned program begin with what was in effect before.
+    void restoreIn(posix_spawnattr_t& attributes) const {
+        sigset_t defaults{};
+        sigemptyset(&defaults);
+        if (interrupt.sa_handler != SIG_IGN) {
+            sigaddset(&defaults, SIGINT);
+        }
+        if (quit.sa_handler != SIG_IGN) {
+            sigaddset(&defaults, SIGQUIT);
+        }
+        ::posix_spawnattr_setsigdefault(&attributes, &defaults);
+        ::posix_spawnattr_setsigmask(&attributes, &mask);
+        ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    }
+
+private:
+    struct sigaction interrupt {};
+    struct sigaction quit {};
+    sigset_t mask{};
+};
+
+/// 0, or the reason why the program could not be started.
+int start(const char* path, const char* const* argv, const SignalsWhileWaiting& signals, pid_t& child) {
+    posix_spawnattr_t attributes{};
+    int reason = ::posix_spawnattr_init(&attributes);
+    if (reason == 0) {
+        signals.restoreIn(attributes);
+        // posix_spawn() takes what exec takes, which leaves the words as they are.
+        reason = ::posix_spawn(&child, path, nullptr, &attributes, const_cast<char* const*>(argv), environ);
+        ::posix_spawnattr_destroy(&attributes);
+    }
+    return reason;
+}
+
+}  // namespace
+
+int spawnAndWait(const char* path, const char* const* argv) {
+    pid_t child = -1;
+    int status = -1;
+    int reason = 0;
+    {
+        const SignalsWhileWaiting signals;
+        reason = start(path, argv, signals, child);
+        if (reason == 0 && uninterrupted([&] { return ::waitpid(child, &status, 0); }) != child) {
+            reason = errno;
+            status = -1;
+        }
+    }
+    if (reason != 0) {
+        errno = reason;
+    }
+    return status;
+}
+
+}  // namespace Korvel
