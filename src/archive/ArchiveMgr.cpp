@@ -1,13 +1,12 @@
 #include "ArchiveMgr.hpp"
 
 #include <chrono>
-#include <csignal>
 #include <cstdarg>
 #include <cstring>
 
 #include "ArchiveLogInfo.hpp"
 #include "Console.hpp"
-#include "HarmlessSignal.hpp"
+#include "FileAccess.hpp"
 #include "Invariant.hpp"
 #include "SmLogs.hpp"
 #include "Wait.hpp"
@@ -38,7 +37,7 @@ void ArchiveMgr::printHelpMsg(const std::string& indent, const std::string& prog
 bool ArchiveMgr::run() {
     logClient = SmLog::getClientInstance(dispatcherLogName, smLogApplication);
     requireInvariant(nullptr != logClient, "nullptr != logClient", "ArchiveMgr");
-    makeHarmless(SIGPIPE);  // a command's failure may have nobody left to be told
+    dismissFileHelper();
     buffer.resize(bufferSize);
     const auto follow = [this](const char* shortName, const char* logName) {
         return std::make_unique<ArchiveLogInfo>(*this, shortName,

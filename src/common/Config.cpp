@@ -1,11 +1,14 @@
 #include "Config.hpp"
 
 #include <array>
+#include <cerrno>
+#include <optional>
+#include <utility>
 
 #include <unistd.h>
 
 #include "BoardSecurity.hpp"
-#include "InputFile.hpp"
+#include "FileAccess.hpp"
 #include "IsolatedCpus.hpp"
 #include "Log.hpp"
 #include "Number.hpp"
@@ -17,6 +20,7 @@ using Korvel::LogLvl;
 namespace {
 
 constexpr std::size_t expectedEntries = 10;
+constexpr Korvel::ReadingRules configurationRules{.sizeLimit = 1U << 20U};
 constexpr unsigned l2SCTIsolatedCpus = 0b1110;
 
 const std::string privateDir = "/rom/private";
@@ -39,10 +43,21 @@ constexpr std::array deploymentConfigs{
                      {"", "/etc/SFN_Master_PhyProxy.cfg", "/etc/SFN_ANT_PhyClient.cfg"}},
 };
 
+/// The content of a file; none where it cannot be opened. A file that breaks off counts as far as it was
+/// read, without a report; a file system that does not answer, and a file that is too large, are reported.
+std::optional<std::string> readConfiguration(const std::string& path) {
+    std::string content;
+    const Korvel::FileReading reading = Korvel::readFile(path, content, configurationRules);
+    if (reading.error == ETIMEDOUT || reading.cut) {
+        Korvel::reportReading(path, reading, configurationRules);
+    }
+    return reading.opened ? std::optional(std::move(content)) : std::nullopt;
+}
+
 }  // namespace
 
 bool fileExists(const std::string& path) {
-    return ::access(path.c_str(), F_OK) == 0;
+    return Korvel::isAccessible(path, F_OK);
 }
 
 Config::Config(const std::string& path) : entries(expectedEntries) {
@@ -98,7 +113,7 @@ void Config::parseConfig(const std::string& path) {
         return;
     }
     logf(LogLvl::information, "Opening '%s' file", path.c_str());
-    const std::optional<std::string> content = Korvel::readWholeFile(path);
+    const std::optional<std::string> content = readConfiguration(path);
     if (!content) {
         logf(LogLvl::error, "Error while opening '%s' file", path.c_str());
         return;
@@ -160,7 +175,7 @@ void Config::initSFNDeploymentType() {
     } else if (fileExists(masterFlagFile)) {
         sfnDeploymentType = SFNDeploymentType::master;
     } else if (fileExists(deploymentTypeFile)) {
-        std::istringstream content(Korvel::readWholeFile(deploymentTypeFile).value_or(""));
+        std::istringstream content(readConfiguration(deploymentTypeFile).value_or(""));
         sfnDeploymentType = fileIsEmpty(content) ? SFNDeploymentType::none : parseSFNType(content);
     }
 }
@@ -179,7 +194,7 @@ bool Config::fileIsEmpty(std::istream& stream) {
 }
 
 bool Config::isExecutable(const std::string& path) {
-    return ::access(path.c_str(), X_OK) == 0;
+    return Korvel::isAccessible(path, X_OK);
 }
 
 const std::string* Config::find(const std::string& key) const {

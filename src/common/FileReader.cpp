@@ -2,21 +2,14 @@
 
 #include <algorithm>
 
-#include "Console.hpp"
-#include "InputFile.hpp"
+#include "FileAccess.hpp"
 
 namespace Korvel {
 
 std::string readFileToString(const std::string& path) {
-    std::optional<std::string> content = readWholeFile(path);
-    if (!content) {
-        fail("Error while opening ", path);
-        return {};
-    }
-    if (errno != 0) {
-        failErrno("Error while reading ", path, ": ");
-    }
-    return *std::move(content);
+    std::string content;
+    reportReading(path, readFile(path, content));
+    return content;
 }
 
 unsigned getNumberOfLinesInFile(const std::string& path) {

@@ -1,27 +1,39 @@
 #include "InputFile.hpp"
 
-#include <vector>
-
 #include <fcntl.h>
-#include <sys/stat.h>
 
 #include "SystemCall.hpp"
+#include "TrustedOpen.hpp"
 
 namespace Korvel {
+namespace {
 
-InputFile::InputFile(const std::string& path)
-    : file(
-          uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); })) {
+/// 0, or the errno value that says why a file of this state is not read.
+int refusal(const struct stat& status, std::optional<uid_t> owner) {
+    if (S_ISDIR(status.st_mode)) {
+        return EISDIR;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return ENXIO;
+    }
+    const bool trusted =
+        !owner || status.st_uid == *owner || status.st_uid == 0 || status.st_uid == ::geteuid();
+    return trusted ? 0 : EACCES;
+}
+
+}  // namespace
+
+InputFile::InputFile(const std::string& path, std::optional<uid_t> owner) : file(openTrustedInput(path)) {
     struct stat status {};
     if (!file) {
         return;
     }
-    if (::fstat(file.get(), &status) != 0) {
+    const int reason = ::fstat(file.get(), &status) != 0 ? errno : refusal(status, owner);
+    if (reason != 0) {
         file.reset();
-    } else if (!S_ISREG(status.st_mode)) {
-        file.reset();
-        errno = S_ISDIR(status.st_mode) ? EISDIR : ENXIO;
+        errno = reason;
     }
+    opened = FileState(status);
 }
 
 std::optional<std::size_t> InputFile::read(std::span<char> buffer) {
@@ -30,23 +42,6 @@ std::optional<std::size_t> InputFile::read(std::span<char> buffer) {
         return std::nullopt;
     }
     return static_cast<std::size_t>(count);
-}
-
-std::optional<std::string> readWholeFile(const std::string& path) {
-    constexpr std::size_t pieceSize = 65536;
-    InputFile file(path);
-    if (!file.isOpen()) {
-        return std::nullopt;
-    }
-    std::string content;
-    std::vector<char> piece(pieceSize);
-    std::optional<std::size_t> count = file.read(piece);
-    while (count && *count > 0) {
-        content.append(piece.data(), *count);
-        count = file.read(piece);
-    }
-    errno = count ? 0 : errno;
-    return content;
 }
 
 }  // namespace Korvel

@@ -4,19 +4,29 @@
 #include <span>
 #include <string>
 
+#include <sys/types.h>
+
+#include "FileState.hpp"
 #include "UniqueFd.hpp"
 
 namespace Korvel {
 
-/// A regular file that is read from start to end. Opening never waits: what could make a reader wait or
-/// never ends (a FIFO, a socket, a device) and what has no bytes (a directory) fails to open.
-/// Knows nothing of the file's size, which for files like those in /proc says nothing.
+/// A regular file that is read from start to end, opened under the rules of openTrustedInput(). What could
+/// make a reader wait or never ends (a FIFO, a socket, a device) and what has no bytes (a directory) fails to
+/// open. Knows nothing of the file's size, which for files like those in /proc says nothing.
 class InputFile {
 public:
-    /// Opens `path`; isOpen() tells whether that worked, errno why not.
-    explicit InputFile(const std::string& path);
+    /// Not open.
+    InputFile() = default;
+
+    /// Opens `path`; isOpen() tells whether that worked, errno why not. With `owner`, the file must belong to
+    /// this user, to root or to the caller; else the reason is EACCES.
+    explicit InputFile(const std::string& path, std::optional<uid_t> owner = std::nullopt);
 
     bool isOpen() const { return static_cast<bool>(file); }
+
+    /// As it was when it was opened.
+    const FileState& state() const { return opened; }
 
     /// Reads the next bytes into `buffer`: how many there were, 0 at the end, none with errno set on an
     /// error.
@@ -24,10 +34,7 @@ public:
 
 private:
     UniqueFd file;
+    FileState opened;
 };
-
-/// Every byte of the file; none with errno set where it cannot be opened. Where reading breaks off, what
-/// came before; errno then tells why, and is 0 otherwise.
-std::optional<std::string> readWholeFile(const std::string& path);
 
 }  // namespace Korvel

@@ -18,7 +18,8 @@ bool emptyFile(int file) {
 
 }  // namespace
 
-OutputFile::OutputFile(const std::string& path, Mode mode) : file(openTrusted(path)) {
+OutputFile::OutputFile(const std::string& path, Mode mode)
+    : file(openTrusted(path, mode == Mode::append ? SharedFile::refuse : SharedFile::replace)) {
     if (file && mode == Mode::truncate && !emptyFile(file.get())) {
         file.reset();
     }
@@ -33,6 +34,11 @@ void OutputFile::write(std::string_view text) {
             text.remove_prefix(static_cast<std::size_t>(count));
         }
     }
+}
+
+void OutputFile::setTimes(const FileState& state) const {
+    const timespec times[] = {state.accessed, state.modified};
+    ::futimens(file.get(), times);
 }
 
 bool OutputFile::close() {

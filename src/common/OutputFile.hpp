@@ -3,12 +3,13 @@
 #include <string>
 #include <string_view>
 
+#include "FileState.hpp"
 #include "UniqueFd.hpp"
 
 namespace Korvel {
 
-/// A file that is written, under the rules of openTrusted(). Its first error sticks: nothing is written
-/// behind it.
+/// A file that is written, under the rules of openTrusted(): a file that is not the caller's alone is
+/// replaced or, where text is appended, refused. The first error sticks: nothing is written behind it.
 class OutputFile {
 public:
     enum class Mode {
@@ -19,7 +20,7 @@ public:
     /// Not open.
     OutputFile() = default;
 
-    /// Opens `path`; isOpen() tells whether that worked.
+    /// Opens `path`; isOpen() tells whether that worked, errno why not.
     explicit OutputFile(const std::string& path, Mode mode = Mode::truncate);
 
     bool isOpen() const { return static_cast<bool>(file); }
@@ -27,6 +28,9 @@ public:
 
     /// Hands all of `text` to the system, or notes why that failed. Needs an open file.
     void write(std::string_view text);
+
+    /// Gives the file the times of another. That this fails counts for nothing.
+    void setTimes(const FileState& state) const;
 
     /// Closes, which is when some file systems tell of a full disk. True when nothing failed so far.
     bool close();

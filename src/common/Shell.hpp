@@ -4,8 +4,8 @@
 
 namespace Korvel {
 
-/// Runs a shell command line and waits for its end. Its wait status; -1, with errno set, where the shell could
-/// not be started or its end not be learned. Reports nothing.
+/// Runs a shell command line and waits for its end. Its wait status; -1, with errno set, where the shell
+/// could not be started or its end not be learned. Reports nothing.
 int runShell(const std::string& commandLine);
 
 /// Runs a shell command line and waits for its end. True when it exited with status 0; anything else is

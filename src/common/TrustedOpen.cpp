@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "SystemCall.hpp"
 
@@ -13,7 +14,8 @@ namespace {
 
 constexpr int linkLimit = 40;  // the kernel's own, against links that point at each other
 constexpr mode_t newFileMode = 0666;
-constexpr int openFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | O_NOFOLLOW;
+constexpr int inputFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
+constexpr int outputFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 
 bool isTrusted(const struct stat& status) {
     return status.st_uid == 0 || status.st_uid == ::geteuid();
@@ -29,20 +31,37 @@ UniqueFd openPlace(int directory, const std::string& name, int flags) {
         uninterrupted([&] { return ::openat(directory, name.c_str(), flags | O_CLOEXEC, newFileMode); }));
 }
 
-/// Opens the last name of a path in its folder. It may not be a link.
-UniqueFd openFile(int directory, const std::string& name) {
-    UniqueFd file = openPlace(directory, name, openFlags);
-    if (!file && errno == ENOENT) {
-        return openPlace(directory, name, openFlags | O_CREAT | O_EXCL);
+/// Whether a write to the file concerns nobody else.
+bool isOwnAlone(const struct stat& status) {
+    return status.st_uid == ::geteuid() && status.st_nlink <= 1;
+}
+
+UniqueFd createFile(int directory, const std::string& name) {
+    return openPlace(directory, name, outputFlags | O_CREAT | O_EXCL);
+}
+
+UniqueFd replaceFile(int directory, const std::string& name) {
+    if (::unlinkat(directory, name.c_str(), 0) != 0) {
+        return refuse(EACCES);
     }
+    return createFile(directory, name);
+}
+
+/// Opens for writing what has been there before. What matters is the file that is opened, not what the name
+/// led to when it was looked at.
+UniqueFd openExisting(int directory, const std::string& name) {
+    UniqueFd file = openPlace(directory, name, outputFlags);
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) {
         return {};
     }
-    if (!S_ISREG(status.st_mode) && !S_ISCHR(status.st_mode)) {
+    if (S_ISCHR(status.st_mode)) {
+        return file;
+    }
+    if (!S_ISREG(status.st_mode)) {
         return refuse(ENXIO);
     }
-    return isTrusted(status) || S_ISCHR(status.st_mode) ? std::move(file) : refuse(EACCES);
+    return isOwnAlone(status) ? std::move(file) : refuse(EACCES);
 }
 
 /// Where the link behind an O_PATH descriptor points; empty with errno set where that cannot be told.
@@ -61,7 +80,10 @@ class Walk {
 public:
     explicit Walk(const std::string& path) : rest(path) { start(); }
 
-    UniqueFd openLast() {
+    /// Opens the last name of the path: `open` gets the descriptor of its folder, the name, and what is
+    /// there, which is no link, or null.
+    template <typename Open>
+    UniqueFd openLast(Open open) {
         while (directory) {
             const std::string name = nextName();
             UniqueFd entry = openPlace(directory.get(), name, O_PATH | O_NOFOLLOW);
@@ -74,7 +96,7 @@ public:
                     return {};
                 }
             } else if (rest.empty()) {
-                return openFile(directory.get(), name);
+                return open(directory.get(), name, entry ? &status : nullptr);
             } else {
                 directory = std::move(entry);
             }
@@ -116,8 +138,28 @@ private:
 
 }  // namespace
 
-UniqueFd openTrusted(const std::string& path) {
-    return Walk(path).openLast();
+UniqueFd openTrusted(const std::string& path, SharedFile shared) {
+    return Walk(path).openLast([shared](int directory, const std::string& name, const struct stat* there) {
+        if (there == nullptr) {
+            return errno == ENOENT ? createFile(directory, name) : UniqueFd();
+        }
+        if (!S_ISREG(there->st_mode) || isOwnAlone(*there)) {
+            return openExisting(directory, name);
+        }
+        return shared == SharedFile::replace ? replaceFile(directory, name) : refuse(EACCES);
+    });
+}
+
+UniqueFd openTrustedInput(const std::string& path) {
+    return Walk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
+        return openPlace(directory, name, inputFlags);
+    });
+}
+
+UniqueFd openTrustedFolder(const std::string& path) {
+    return Walk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
+        return openPlace(directory, name, inputFlags | O_DIRECTORY);
+    });
 }
 
 }  // namespace Korvel

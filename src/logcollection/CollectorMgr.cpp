@@ -1,8 +1,11 @@
 #include "CollectorMgr.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
+#include <exception>
 
+#include "CollectionLock.hpp"
 #include "Configuration.hpp"
 #include "Console.hpp"
 #include "FuseLogCollector.hpp"
@@ -12,6 +15,8 @@
 
 namespace Korvel {
 namespace {
+
+constexpr std::chrono::seconds lockPatience{60};
 
 bool claimsCommandLine(std::string_view word) {
     const CollectionKeyword* const keyword = findCollectionKeyword(word);
@@ -33,6 +38,16 @@ const CollectorType collectorTypes[] = {
     {MmiLogCollector::id, create<MmiLogCollector>},
     {FuseLogCollector::id, create<FuseLogCollector>},
 };
+
+/// One collector's share of the work: what it throws is reported and spares the others.
+template <typename Work>
+void apart(Work work) {
+    try {
+        work();
+    } catch (const std::exception& failure) {
+        fail("Error: ", failure.what());
+    }
+}
 
 void printHelpLines(const std::string& prefix, std::span<const CollectionKeyword> keywords) {
     for (const CollectionKeyword& keyword : keywords) {
@@ -96,6 +111,7 @@ void CollectorMgr::processRequest(unsigned outputMask, const CoverageMasks& mask
     if ((outputMask & OutputMode::package) != 0) {
         disableSignal(SIGTERM);
     }
+    const CollectionLock lock(workspaceDir, lockPatience);
     registerLogCollectors(masks);
     collectLogs((outputMask & OutputMode::print) != 0);
     if ((outputMask & OutputMode::dump) != 0) {
@@ -111,10 +127,12 @@ void CollectorMgr::processRequest(unsigned outputMask, const CoverageMasks& mask
 
 void CollectorMgr::registerLogCollectors(const CoverageMasks& masks) {
     for (const auto& entry : masks) {
-        std::unique_ptr<LogCollector> collector = createCollector(entry);
-        if (collector != nullptr) {
-            collectors.push_back(std::move(collector));
-        }
+        apart([&] {
+            std::unique_ptr<LogCollector> collector = createCollector(entry);
+            if (collector != nullptr) {
+                collectors.push_back(std::move(collector));
+            }
+        });
     }
 }
 
@@ -136,19 +154,19 @@ std::unique_ptr<LogCollector> CollectorMgr::createCollector(
 
 void CollectorMgr::collectLogs(bool printRequested) {
     for (const auto& collector : collectors) {
-        collector->collectLogs(printRequested);
+        apart([&] { collector->collectLogs(printRequested); });
     }
 }
 
 void CollectorMgr::printLogsOnConsole() {
     for (const auto& collector : collectors) {
-        collector->printOnConsole();
+        apart([&] { collector->printOnConsole(); });
     }
 }
 
 void CollectorMgr::dumpLogsToFiles() {
     for (const auto& collector : collectors) {
-        collector->dumpToFiles();
+        apart([&] { collector->dumpToFiles(); });
     }
 }
 

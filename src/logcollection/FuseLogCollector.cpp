@@ -1,11 +1,9 @@
 #include "FuseLogCollector.hpp"
 
-#include <sys/stat.h>
-
 #include "Configuration.hpp"
 #include "Console.hpp"
 #include "ConsoleHeader.hpp"
-#include "FileReader.hpp"
+#include "FileAccess.hpp"
 #include "OutputFile.hpp"
 #include "Shell.hpp"
 #include "SmLogReader.hpp"
@@ -64,8 +62,8 @@ void FuseLogCollector::insertActiveFiles(const std::vector<Entry>& table, const 
 }
 
 bool FuseLogCollector::directoryExists(const std::string& relative) {
-    struct stat status {};
-    return ::stat((fusePath + relative).c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    const std::optional<FileState> state = stateOf(fusePath + relative);
+    return state && state->isDirectory();
 }
 
 bool FuseLogCollector::collectLogs(bool /*printRequested*/) {
@@ -74,13 +72,21 @@ bool FuseLogCollector::collectLogs(bool /*printRequested*/) {
         const std::string path = entry.directory + entry.fileName;
         if (entry.fileName == historyLog) {
             progress("Reading ", entry.fileName, "...");
-            results[path] = readSmLog(dispatcherLogName, historyLogSize, 0);
+            results[path] = gathered(readSmLog(dispatcherLogName, historyLogSize, 0), dispatcherLogName);
         } else {
             progress("Reading ", path, "...");
-            results[path] = readFileToString(path);
+            readState(path);
         }
     }
     return true;
+}
+
+void FuseLogCollector::readState(const std::string& path) {
+    const ReadingRules rules{.sizeLimit = room()};
+    std::string& text = results[path];
+    text.clear();
+    reportReading(path, readFile(path, text, rules), rules);
+    count(text);
 }
 
 bool FuseLogCollector::printOnConsole() {

@@ -48,6 +48,7 @@ public:
     static bool directoryExists(const std::string& relative);
 
 private:
+    void readState(const std::string& path);
     bool dump(const Entry& entry);
 
     std::vector<Entry> activeFiles;

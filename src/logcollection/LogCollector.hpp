@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace Korvel {
@@ -26,7 +27,21 @@ public:
     virtual bool dumpToFiles() = 0;
 
 protected:
+    /// How many bytes the next file or reply may have: 16 MiB, or what is left of 48 MiB for all collectors
+    /// together. What is beyond is cut, so that one huge file costs neither memory nor the rest.
+    static std::size_t room();
+
+    /// Counts what was gathered, until this collector ends.
+    void count(const std::string& text);
+
+    /// Counts `text`, cut to the room that there is. A cut is reported under the source's name.
+    std::string gathered(std::string text, const std::string& sourceName);
+
     const std::string collectorDir;
+
+private:
+    static std::size_t gatheredByAll;
+    std::size_t gatheredBytes = 0;
 };
 
 }  // namespace Korvel

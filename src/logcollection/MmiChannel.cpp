@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::chrono::milliseconds silenceLimit{500};
 constexpr std::chrono::seconds replyTimeLimit{60};
-constexpr std::size_t replySizeLimit = 16U << 20U;
 
 const sockaddr* generic(const sockaddr_in& address) {
     return reinterpret_cast<const sockaddr*>(&address);
@@ -66,7 +65,7 @@ void MmiChannel::close() {
     }
 }
 
-bool MmiChannel::query(const std::string& command, std::string& reply) {
+bool MmiChannel::query(const std::string& command, std::string& reply, std::size_t sizeLimit) {
     progress("Sending MMI request: ", command);
     if (!send(command)) {
         return false;
@@ -78,7 +77,7 @@ bool MmiChannel::query(const std::string& command, std::string& reply) {
             progress("Response received successfully");
             break;
         }
-        const std::size_t room = replySizeLimit - reply.size();
+        const std::size_t room = sizeLimit - reply.size();
         reply.append(chunk, 0, room);
         if (chunk.size() > room || hasPassed(deadline)) {
             fail("Reply to ", command, " does not end, cut");

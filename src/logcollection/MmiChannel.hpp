@@ -25,8 +25,8 @@ public:
 
     /// Sends `command` and appends what comes back to `reply`, which must be empty. False where sending
     /// fails. The wait ends with the marker, after half a second of silence, or, for a reply that never
-    /// ends, at 16 MiB or 60 s; what arrived is kept, whichever it was.
-    bool query(const std::string& command, std::string& reply);
+    /// ends, at `sizeLimit` bytes or 60 s; what arrived is kept, whichever it was.
+    bool query(const std::string& command, std::string& reply, std::size_t sizeLimit);
 
 private:
     bool setDestination();

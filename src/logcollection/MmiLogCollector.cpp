@@ -52,7 +52,8 @@ bool MmiLogCollector::collectInstance(const std::string& name, const Configurati
     for (const Entry& entry : commands) {
         std::string& reply = results[name][entry.command];
         reply.clear();
-        channel.query(entry.command, reply);
+        channel.query(entry.command, reply, room());
+        count(reply);
     }
     channel.close();
     return true;

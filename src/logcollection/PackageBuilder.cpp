@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 
 #include "CollectionKeywords.hpp"
 #include "Console.hpp"
@@ -25,6 +26,21 @@ constexpr std::array packageKinds{
     PackageKind{OutputMode::supervisor, "_sup.tgz", true},
     PackageKind{OutputMode::postMortem, postMortemSuffix, false},
     PackageKind{OutputMode::shutdown, "_shutdown.tgz", false},
+};
+
+/// Has commands ignore SIGPIPE, from construction to destruction. A command that lists what it packs would
+/// otherwise end in the middle of its work where nobody reads the list.
+class PipeFailuresIgnored {
+public:
+    PipeFailuresIgnored() : former(std::signal(SIGPIPE, SIG_IGN)) {}
+    PipeFailuresIgnored(const PipeFailuresIgnored&) = delete;
+    PipeFailuresIgnored& operator=(const PipeFailuresIgnored&) = delete;
+    PipeFailuresIgnored(PipeFailuresIgnored&&) = delete;
+    PipeFailuresIgnored& operator=(PipeFailuresIgnored&&) = delete;
+    ~PipeFailuresIgnored() { std::signal(SIGPIPE, former); }
+
+private:
+    void (*const former)(int);
 };
 
 }  // namespace
@@ -58,6 +74,7 @@ void PackageBuilder::gatherLinuxLogs() const {
 
 void PackageBuilder::archive(const std::string& packageFile) const {
     const std::string members = " -C " + workspaceDir + "/ ./";
+    const PipeFailuresIgnored pipeFailures;
     if (isVerboseMode()) {
         print("Creating ", packageFile, " package...\n");
         executeCommand("/bin/tar -czvf " + packageFile + members);

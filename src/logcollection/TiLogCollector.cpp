@@ -1,22 +1,25 @@
 #include "TiLogCollector.hpp"
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
 #include <sstream>
-#include <utility>
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "Console.hpp"
 #include "ConsoleHeader.hpp"
-#include "FileReader.hpp"
-#include "InputFile.hpp"
+#include "DumpCopy.hpp"
 #include "Number.hpp"
 #include "OutputFile.hpp"
+#include "ProcessOwner.hpp"
 #include "Shell.hpp"
 #include "SmLogReader.hpp"
 #include "SmLogs.hpp"
+#include "SystemCall.hpp"
 #include "Wait.hpp"
 #include "Words.hpp"
 
@@ -28,7 +31,9 @@ constexpr unsigned syslibLogSize = 2097152;
 constexpr int dumpSignal = SIGUSR1;
 constexpr int noPid = 0;
 constexpr int lowestPid = 2;
-constexpr unsigned pidColumn = 2;  // of the process listing, counted from 1
+constexpr mode_t scratchFileMode = 0666;
+constexpr std::size_t longestListing = 16U << 20U;  // anybody can start processes with long names
+constexpr unsigned pidColumn = 2;                   // of the process listing, counted from 1
 
 constexpr int dumpRounds = 20;
 constexpr std::chrono::milliseconds dumpPause{50};
@@ -55,6 +60,32 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
         text += (text.empty() ? "" : separator) + word;
     }
     return text;
+}
+
+/// Creates the file that the shell will write to, in place of one that anybody could have planted at a path
+/// that anybody can guess. False where somebody else's file stays in the way. What else goes wrong is the
+/// shell's to report.
+bool createScratchFile(const std::string& path) {
+    ::unlink(path.c_str());
+    const UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, scratchFileMode));
+    struct stat status {};
+    return file || errno != EEXIST || (::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+}
+
+std::string readScratchFile(const std::string& path) {
+    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file) {
+        fail("Error while opening ", path);
+        return {};
+    }
+    std::string content;
+    std::array<char, 16384> piece{};
+    ssize_t size = 1;
+    while (size > 0 && content.size() < longestListing) {
+        size = uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
+        content.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+    }
+    return content;
 }
 
 TiLogCollector::Pids parseListing(const std::string& listing, const std::vector<std::string>& names) {
@@ -100,13 +131,15 @@ TiLogCollector::TiLogCollector(const std::string& workspaceDir, unsigned mask)
 
 TiLogCollector::Pids TiLogCollector::getPids(const std::vector<std::string>& names,
                                              const std::string& pidFilePath) {
-    // The shell would follow a link that someone else put at a path that anyone can guess.
-    ::unlink(pidFilePath.c_str());
+    if (!createScratchFile(pidFilePath)) {
+        fail("Error while opening ", pidFilePath);
+        return {};
+    }
     if (!executeCommand("ps aux | grep -v -E \"grep|korvel\" | grep -E \"" + joined(names, "|") + "\" > " +
                         pidFilePath)) {
         return {};
     }
-    const Pids found = parseListing(readFileToString(pidFilePath), names);
+    const Pids found = parseListing(readScratchFile(pidFilePath), names);
     executeCommand("rm -f " + pidFilePath);
     return found;
 }
@@ -114,7 +147,7 @@ TiLogCollector::Pids TiLogCollector::getPids(const std::vector<std::string>& nam
 bool TiLogCollector::collectLogs(bool printRequested) {
     progress("Starting log collection from TI...");
     if (syslibLogEnabled) {
-        logs[syslibSmLogId] = readSmLog(syslibLogName, syslibLogSize, 0);
+        logs[syslibSmLogId] = gathered(readSmLog(syslibLogName, syslibLogSize, 0), syslibLogName);
     }
     for (const std::string& name : processes) {
         collectDump(name, printRequested);
@@ -125,77 +158,68 @@ bool TiLogCollector::collectLogs(bool printRequested) {
 void TiLogCollector::collectDump(const std::string& name, bool printRequested) {
     const std::string destination = collectorDir + "/" + name + ".log";
     const std::string source = "/tmp/" + name + ".log";
-    if (!signalProcess(name)) {
+    if (!isRunning(name)) {
         return;
     }
+    DumpCopy copy(source, destination,
+                  {.sizeLimit = room(), .owner = ownerOfFilesOf(pids[name]).value_or(::geteuid())},
+                  directory);
+    sendSignal(name);
     progress("Dumping ", name, " to ", destination, "... ");
-    const bool complete = awaitDump(name, source, destination);
-    if (copyError != 0) {
-        fail("Error while writing ", destination, ": ", std::strerror(copyError));
+    std::string& text = logs[name];
+    const bool complete = awaitDump(copy, name, text);
+    count(text);
+    if (copy.settle()) {
+        std::remove(source.c_str());
     }
-    std::remove(source.c_str());
     if (!complete) {
-        logs[name] += incompleteNote;
+        text += incompleteNote;
     }
     if (printRequested) {
         removeFileAndItsDir(destination);
+        directory = DumpCopy::Directory::removed;
     }
 }
 
-/// False where there is no process to signal. A signal that fails is reported; there may be a dump all the
-/// same.
-bool TiLogCollector::signalProcess(const std::string& name) {
+bool TiLogCollector::isRunning(const std::string& name) {
     const pid_t pid = pids[name];
     progress("Sending 'kill -", dumpSignal, "' signal to ", name, " [pid:", pid, "]...");
     if (pid < lowestPid) {
         progress("Invalid pid for ", name, " [pid:", pid, "], process may not be running, skipping");
-        return false;
     }
+    return pid >= lowestPid;
+}
+
+/// A signal that fails is reported; there may be a dump all the same.
+void TiLogCollector::sendSignal(const std::string& name) {
+    const pid_t pid = pids[name];
     if (::kill(pid, dumpSignal) != 0) {
         failErrno("Error while sending 'kill -", dumpSignal, "' signal to ", name, " [pid:", pid,
                   "], errno: ");
     }
-    return true;
 }
 
-bool TiLogCollector::awaitDump(const std::string& name, const std::string& source,
-                               const std::string& destination) {
-    copyError = 0;
-    for (int round = 0; round < dumpRounds; ++round) {
-        const int earlierError = std::exchange(copyError, 0);
-        if (copyDumpFileToWorkspace(source, destination)) {
-            logs[name] = readFileFromLine(destination, 0);
-        } else if (copyError != 0) {  // a full disk does not keep it from the console
-            logs[name] = readWholeFile(source).value_or(logs[name]);
-        } else {
-            copyError = earlierError;  // the source is gone: nothing makes up for what went wrong
-        }
-        if (isCompleteDump(logs[name], name)) {
-            return true;
+/// A dump that was there before the signal may be an earlier one: it counts once it has changed, or when
+/// nothing came in its place.
+bool TiLogCollector::awaitDump(DumpCopy& copy, const std::string& name, std::string& text) {
+    for (int round = 0; round < dumpRounds && copy.sourceAnswers(); ++round) {
+        if (copy.hasSourceChanged()) {
+            copy.take(text);
+            if (isCompleteDump(text, name)) {
+                return true;
+            }
         }
         nap(dumpPause);
     }
-    return false;
+    if (!copy.wasTaken() && copy.sourceAnswers()) {
+        copy.take(text);
+    }
+    return isCompleteDump(text, name);
 }
 
 bool TiLogCollector::copyDumpFileToWorkspace(const std::string& source, const std::string& destination) {
-    InputFile input(source);
-    if (!input.isOpen()) {
-        return false;
-    }
-    OutputFile output(destination);
-    if (!output.isOpen()) {
-        return false;
-    }
-    std::array<char, 16384> piece{};
-    std::optional<std::size_t> count = input.read(piece);
-    while (count && *count > 0 && output.writeError() == 0) {
-        output.write({piece.data(), *count});
-        count = input.read(piece);
-    }
-    const bool written = output.close();
-    copyError = output.writeError();
-    return written;
+    std::string text;
+    return DumpCopy(source, destination).take(text);
 }
 
 void TiLogCollector::removeFileAndItsDir(const std::string& path) {

@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include "DumpCopy.hpp"
 #include "LogCollector.hpp"
 
 namespace Korvel {
@@ -49,22 +50,23 @@ public:
 
     /// Copies a file as far as it has been written. False where either file cannot be opened or the copy not
     /// be written whole.
-    bool copyDumpFileToWorkspace(const std::string& source, const std::string& destination);
+    static bool copyDumpFileToWorkspace(const std::string& source, const std::string& destination);
 
     /// Deletes the whole directory that holds `path`.
     static void removeFileAndItsDir(const std::string& path);
 
 private:
     void collectDump(const std::string& name, bool printRequested);
-    bool signalProcess(const std::string& name);
-    bool awaitDump(const std::string& name, const std::string& source, const std::string& destination);
+    bool isRunning(const std::string& name);
+    void sendSignal(const std::string& name);
+    static bool awaitDump(DumpCopy& copy, const std::string& name, std::string& text);
     bool reportMissingSyslibLog() const;
 
     bool syslibLogEnabled;
     std::vector<std::string> processes;
     Pids pids;
     std::unordered_map<std::string, std::string> logs;
-    int copyError = 0;  // errno of the last copy that found a source and could not be written; else 0
+    DumpCopy::Directory directory = DumpCopy::Directory::expected;  // of the dumps' copies
 };
 
 }  // namespace Korvel

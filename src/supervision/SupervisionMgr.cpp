@@ -3,7 +3,6 @@
 #include <array>
 #include <cerrno>
 #include <chrono>
-#include <csignal>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -14,7 +13,7 @@
 #include "Configuration.hpp"
 #include "Console.hpp"
 #include "FastPathNetlink.hpp"
-#include "HarmlessSignal.hpp"
+#include "FileAccess.hpp"
 #include "Invariant.hpp"
 #include "NetlinkSocket.hpp"
 #include "SmLogs.hpp"
@@ -64,7 +63,7 @@ void SupervisionMgr::printHelpMsg(const std::string& indent, const std::string& 
 }
 
 bool SupervisionMgr::run() {
-    makeHarmless(SIGPIPE);  // the last status reaches the logs, whoever has stopped reading standard error
+    dismissFileHelper();
     if (initialize()) {
         logf(LogLvl::information, "Starting supervision of dispatcher%s%s and netfp_proxy",
              iwfSelected ? " IWF" : "", sfnSelected ? " SFN" : "");

@@ -16,9 +16,9 @@ SHELLS = ["bash", "zsh", "fish"]
 NOT_IN_HELP = {"master", "resmgr", "slog"}
 
 # Where the shell's output goes, and what stands in for a closed stream.
-NO_FILES = {"/dev/null"}
+NO_FILES = {"/dev/null", "/var/log/"}
 # Appended to a folder.
-ENDINGS = {"/fuse", "/mmi", "/ti", "/runtime.log", "/startup.log", "/middle.log"}
+ENDINGS = {"/fuse", "/mmi", "/ti", "/runtime.log", "/startup.log", "/middle.log", "/status"}
 # Of the system's library, not of the code.
 IN_LIBRARIES = {"/bin/sh", "/dev/log"}
 # Messages of functions that the program does not call.

@@ -9,6 +9,9 @@ Outcome runInjected(const Injection& injection, const std::vector<std::string>& 
     if (!injection.path.empty()) {
         words.insert(words.end(), {"-P", injection.path});
     }
+    if (injection.inChildren) {
+        words.emplace_back("-f");
+    }
     words.insert(words.end(), command.begin(), command.end());
     // The search for leaks traces the process itself, which only one can do at a time.
     surroundings.environment.insert({"ASAN_OPTIONS", "detect_leaks=0"});

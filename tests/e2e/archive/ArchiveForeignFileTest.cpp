@@ -1,6 +1,8 @@
 // What another user planted in the archive's folders.
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 
 #include "ArchiveRunFixture.hpp"
 #include "ForeignOwner.hpp"
@@ -26,13 +28,16 @@ protected:
     }
 };
 
-TEST_F(ArchiveForeignFileTest, AFileIsLeftAlone) {
+TEST_F(ArchiveForeignFileTest, AFileIsReplacedAndNotWrittenTo) {
     writeFile(syslib.files.runtimePath, "planted");
+    const std::ifstream planted(syslib.files.runtimePath);
 
     EXPECT_EQ(runWithForeign(syslib.files.runtimePath), endedBy(SIGTERM));
 
-    expectRefused();
-    EXPECT_EQ(syslib.files.runtime(), "planted");
+    EXPECT_EQ(records(),
+              (std::vector<std::string>{openForMonitoring(dispatcher), openForMonitoring(syslib)}));
+    EXPECT_NE(syslib.files.runtime(), "planted");
+    EXPECT_EQ((std::ostringstream() << planted.rdbuf()).str(), "planted");
 }
 
 TEST_F(ArchiveForeignFileTest, ALinkIsNotFollowed) {

@@ -118,8 +118,9 @@ TEST_F(FuseCollectionTest, ALinkToADirectoryIsAnSfnTree) {
 TEST_F(FuseCollectionTest, AnSfnTreeThatCannotBeLookedAtCountsAsNone) {
     startBoard();
 
-    const Outcome outcome = collectInjected({.faults = {"%%stat:error=EACCES"}, .path = "/tmp/fuse/sfn/"},
-                                            {"-d", "iwf", "dump", "dstat"});
+    const Outcome outcome =
+        collectInjected({.faults = {"%%stat:error=EACCES"}, .path = "/tmp/fuse/sfn/", .inChildren = true},
+                        {"-d", "iwf", "dump", "dstat"});
 
     EXPECT_EQ(outcome, success());
     EXPECT_EQ(states(), stateFiles("iwf", {"dispatcherCpu", "dmaStats", "fpBridgeStats"}));
@@ -187,8 +188,9 @@ TEST_F(FuseCollectionTest, AStateFileThatBreaksOffIsReportedAndKeptAsFarAsItCame
     std::string text(100'000, '.');
     writeFile(tracing, text);
 
-    const Outcome outcome = collectInjected({.faults = {"read:error=EIO:when=2"}, .path = tracing},
-                                            {"-d", "iwf", "dump", "dinf"});
+    const Outcome outcome =
+        collectInjected({.faults = {"read:error=EIO:when=2"}, .path = tracing, .inChildren = true},
+                        {"-d", "iwf", "dump", "dinf"});
 
     EXPECT_EQ(outcome, success("", "Error while reading /tmp/fuse/iwf/tracing_on: Input/output error\n"));
     text.resize(65536);

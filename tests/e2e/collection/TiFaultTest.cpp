@@ -163,10 +163,15 @@ TEST_F(TiCollectionTest, OfSeveralProcessesOfOneNameTheLastInTheListIsSignalled)
     EXPECT_EQ(Board::received("netfp_proxy"), Words{});
 }
 
-TEST_F(TiCollectionTest, AFifoInPlaceOfADumpIsNotReadAndRemoved) {
+TEST_F(TiCollectionTest, AFifoInPlaceOfADumpIsReportedAndStays) {
     startBoardWithFaults({"netfp_proxy=silent"});
     ASSERT_EQ(::mkfifo(source, 0600), 0);
-    expectIncomplete("");
+
+    const Outcome outcome = collect({"print", "proxy"});
+
+    EXPECT_EQ(outcome, success(section("netfp_proxy", incompleteNote),
+                               "Error while reading /tmp/netfp_proxy.log: No such device or address\n"));
+    EXPECT_TRUE(fs::is_fifo(source));
 }
 
 TEST_F(TiCollectionTest, ALinkInPlaceOfADumpIsReadThroughAndRemovedAlone) {
@@ -193,14 +198,16 @@ TEST_F(TiCollectionTest, TheDumpIsRemovedFromWhereTheProcessWroteIt) {
     }
 }
 
-TEST_F(TiCollectionTest, ADumpWithoutAPlaceInTheWorkDirectoryIsNotedAsIncomplete) {
+TEST_F(TiCollectionTest, ADumpWithoutAPlaceInTheWorkDirectoryIsReportedAndStaysWhereItIs) {
     startBoard();
     fs::create_directories("/tmp/korvel/ti/netfp_proxy.log");
 
     const Outcome outcome = collect({"dump", "proxy", "server"});
 
-    EXPECT_EQ(outcome, success());
+    EXPECT_EQ(outcome, success("", "Error while writing /tmp/korvel/ti/netfp_proxy.log: Is a directory\n"));
     EXPECT_EQ(workFiles(), dumpFiles({"netfp_server"}));
+    EXPECT_EQ(contentOfFile(source), dumpText("netfp_proxy"));
+    EXPECT_FALSE(fs::exists("/tmp/netfp_server.log"));
 }
 
 TEST_F(TiCollectionTest, AProcessThatIsGoneSinceItWasLookedUpIsReported) {

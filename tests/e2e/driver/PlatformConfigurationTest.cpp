@@ -143,7 +143,8 @@ TEST(PlatformConfiguration, WhoseReadingBreaksOffTakesItsDefaultsWithoutAWord) {
     const Board board({.deployment = Deployment::iwf});
     writeFile(configurationFile, "doNotCollectLogOnExit=1\n");
     const Outcome outcome =
-        runInjected({.faults = {"read:error=EIO"}, .path = configurationFile}, {"korvel", "getport", "4"});
+        runInjected({.faults = {"read:error=EIO"}, .path = configurationFile, .inChildren = true},
+                    {"korvel", "getport", "4"});
     EXPECT_EQ(outcome.out, "4\n");
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);

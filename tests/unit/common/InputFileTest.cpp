@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 
+#include "ForeignOwner.hpp"
 #include "InputFile.hpp"
 #include "OutputCapture.hpp"
 #include "Probe.hpp"
@@ -19,16 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* inputPath = "/tmp/file";
-
-/// Every byte of a file of `size` bytes; no two pieces of it are alike.
-std::string patternOf(std::size_t size) {
-    std::string pattern;
-    while (pattern.size() < size) {
-        pattern += std::to_string(pattern.size()) + ' ';
-    }
-    pattern.resize(size);
-    return pattern;
-}
 
 std::string openingOf(const std::string& name) {
     const InputFile file(name);
@@ -93,52 +84,37 @@ TEST(InputFile, TellsThatItsKindCannotBeLearned) {
     EXPECT_EQ(outcome.out, "Input/output error\n");
 }
 
-TEST(ReadWholeFile, ReturnsEveryByteOfALargeFile) {
-    const std::string pattern = patternOf((2U << 20) + 1);
-    writeFile(inputPath, pattern);
-
-    EXPECT_TRUE(readWholeFile(inputPath) == pattern);
-}
-
-TEST(ReadWholeFile, ReadsAFileWhoseSizeReadsZero) {
-    ASSERT_EQ(fs::file_size("/proc/version"), 0U);
-
-    EXPECT_EQ(readWholeFile("/proc/version"), run({"cat", "/proc/version"}).out);
-}
-
-TEST(ReadWholeFile, HasNothingOfAFileThatCannotBeOpened) {
-    EXPECT_EQ(readWholeFile("/tmp/absent"), std::nullopt);
-    EXPECT_EQ(errno, ENOENT);
-}
-
-TEST(ReadWholeFile, GoesOnAfterASignal) {
+TEST(InputFile, GoesOnAfterASignal) {
     writeFile(inputPath, "all of it");
 
-    const Outcome outcome = probeInjected({.faults = {"read:error=EINTR:when=1"}, .path = inputPath},
-                                          {"readWholeFile", inputPath});
+    for (const std::string call : {"openat", "read"}) {
+        const Outcome outcome =
+            probeInjected({.faults = {call + ":error=EINTR:when=1"}, .path = inputPath, .inChildren = true},
+                          {"readFile", inputPath});
 
-    EXPECT_EQ(outcome.out, "all of it\n");
-    EXPECT_EQ(outcome.err, "");
+        EXPECT_EQ(outcome.out, "all of it\n");
+        EXPECT_EQ(outcome.err, "");
+    }
 }
 
-TEST(ReadWholeFile, OpensOnAfterASignal) {
-    writeFile(inputPath, "all of it");
+TEST(InputFile, BehindALinkOfAnotherUserIsRefused) {
+    writeFile(inputPath, "");
+    fs::create_symlink("file", "/tmp/link");
 
-    const Outcome outcome = probeInjected({.faults = {"openat:error=EINTR:when=1"}, .path = inputPath},
-                                          {"readWholeFile", inputPath});
+    const Outcome outcome = probeInjected(foreignOwnerOf("/tmp/link"), {"openInputFile", "/tmp/link"});
 
-    EXPECT_EQ(outcome.out, "all of it\n");
+    EXPECT_EQ(outcome.out, "Permission denied\n");
 }
 
-TEST(ReadWholeFile, ReturnsWhatCameBeforeAReadThatBreaksOff) {
-    const std::string pattern = patternOf(100000);
-    writeFile(inputPath, pattern);
+TEST(InputFile, RemembersTheStateThatItWasOpenedIn) {
+    writeFile(inputPath, "one");
+    struct stat status {};
+    ASSERT_EQ(::stat(inputPath, &status), 0);
 
-    const Outcome outcome =
-        probeInjected({.faults = {"read:error=EIO:when=2"}, .path = inputPath}, {"readWholeFile", inputPath});
+    const InputFile file(inputPath);
 
-    EXPECT_EQ(outcome.out, pattern.substr(0, 65536) + "\n");
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(file.state(), FileState(status));
+    EXPECT_EQ(file.state().size, 3);
 }
 
 }  // namespace

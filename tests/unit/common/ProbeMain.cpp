@@ -12,6 +12,7 @@
 
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
+#include "FileAccess.hpp"
 #include "InputFile.hpp"
 #include "Invariant.hpp"
 #include "IsolatedCpus.hpp"
@@ -88,12 +89,24 @@ std::string sendDatagram(Arguments words) {
                                       reinterpret_cast<const sockaddr*>(&nobody), sizeof nobody));
 }
 
+std::string readFile(Arguments words) {
+    std::string content;
+    Korvel::reportReading(words[0], Korvel::readFile(words[0], content));
+    return content;
+}
+
 struct Function {
     std::string_view name;
     std::string (*call)(Arguments arguments);
 };
 
 constexpr std::array functions{
+    Function{"appendTrusted",
+             [](Arguments words) {
+                 return openness([&] {
+                     return static_cast<bool>(Korvel::openTrusted(words[0], Korvel::SharedFile::refuse));
+                 });
+             }},
     Function{"breakInvariant", breakInvariant},
     Function{"executeCommand", [](Arguments words) { return truth(Korvel::executeCommand(words[0])); }},
     Function{"getCurrentDateTime", [](Arguments) { return Korvel::getCurrentDateTime(); }},
@@ -115,8 +128,7 @@ constexpr std::array functions{
                  const auto size = static_cast<unsigned>(std::stoul(words[1]));
                  return Korvel::readSmLog(words[0], size, static_cast<AppID>(std::stoul(words[2])));
              }},
-    Function{"readWholeFile",
-             [](Arguments words) { return Korvel::readWholeFile(words[0]).value_or(std::strerror(errno)); }},
+    Function{"readFile", readFile},
     Function{"sendDatagram", sendDatagram},
     Function{"speak", speak},
     Function{"speakTwice", speakTwice},

@@ -9,10 +9,9 @@
 
 namespace {
 
-void removeAfter(const std::string& path, int times, const Korvel::UniqueFd& watch) {
+void removeAfter(const std::string& path, const Korvel::UniqueFd& watch) {
     inotify_event event{};
-    const int events = 2 * times;  // opened and closed in turn: the kernel joins events that are alike
-    for (int count = 0; count < events; ++count) {
+    for (int count = 0; count < 2; ++count) {  // opened and closed
         if (::read(watch.get(), &event, sizeof event) != sizeof event) {
             return;
         }
@@ -22,10 +21,10 @@ void removeAfter(const std::string& path, int times, const Korvel::UniqueFd& wat
 
 }  // namespace
 
-RemovedWhenRead::RemovedWhenRead(const std::string& path, int times) {
+RemovedWhenRead::RemovedWhenRead(const std::string& path, const std::string& laterPath) {
     Korvel::UniqueFd watch(::inotify_init1(IN_CLOEXEC));
     ::inotify_add_watch(watch.get(), path.c_str(), IN_OPEN | IN_CLOSE_NOWRITE);
-    remover = std::thread([path, times, watch = std::move(watch)] { removeAfter(path, times, watch); });
+    remover = std::thread([laterPath, watch = std::move(watch)] { removeAfter(laterPath, watch); });
 }
 
 RemovedWhenRead::~RemovedWhenRead() {

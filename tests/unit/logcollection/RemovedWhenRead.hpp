@@ -3,11 +3,12 @@
 #include <string>
 #include <thread>
 
-/// Removes a file once it has been opened for reading and closed again so many times.
+/// Removes a file once it has been read: opened for reading and closed again.
 class RemovedWhenRead {
 public:
-    /// The file must exist, and must be read that often before this object is destroyed.
-    RemovedWhenRead(const std::string& path, int times);
+    /// The file must exist at `path` now, be at `laterPath` when it is read, and be read before this object
+    /// is destroyed.
+    RemovedWhenRead(const std::string& path, const std::string& laterPath);
     RemovedWhenRead(const RemovedWhenRead&) = delete;
     RemovedWhenRead& operator=(const RemovedWhenRead&) = delete;
     RemovedWhenRead(RemovedWhenRead&&) = delete;

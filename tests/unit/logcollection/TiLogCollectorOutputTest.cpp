@@ -128,11 +128,11 @@ TEST_F(TiLogCollectorOutputTest, ReportsASyslibFileThatCannotBeWrittenAndStillSh
 }
 
 TEST_F(TiLogCollectorOutputTest, ReportsADumpThatCouldNotBeCopiedBeforeItVanished) {
-    const StackProcess process("netfp_proxy");
+    writeFile("/tmp/begun", "begun");
+    const StackProcess process("netfp_proxy", "mv /tmp/begun /tmp/netfp_proxy.log");
     create(TiCoverage::proxy);
-    writeFile("/tmp/netfp_proxy.log", "begun");
     fs::create_symlink("/dev/full", dumpFile);
-    const RemovedWhenRead vanishing("/tmp/netfp_proxy.log", 2);  // to be copied, and to be shown
+    const RemovedWhenRead vanishing("/tmp/begun", "/tmp/netfp_proxy.log");
 
     collect();
 
@@ -168,7 +168,8 @@ TEST_F(TiLogCollectorOutputTest, NeverWaitsForTheWriterOfAFifo) {
 
     collect();
 
-    EXPECT_EQ(printed, Printed{});
+    EXPECT_EQ(printed,
+              (Printed{.err = "Error while reading /tmp/netfp_proxy.log: No such device or address\n"}));
     EXPECT_EQ(show(), (Printed{.out = headerLine("netfp_proxy") + incompleteDump + "\n"}));
-    EXPECT_FALSE(fs::exists("/tmp/netfp_proxy.log"));
+    EXPECT_TRUE(fs::exists("/tmp/netfp_proxy.log"));
 }

@@ -1,0 +1,128 @@
+#include "FileAccess.hpp"
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+#include "Console.hpp"
+#include "FileExchange.hpp"
+#include "FileHelper.hpp"
+#include "Wait.hpp"
+
+namespace Korvel {
+namespace {
+
+using Kind = FileQuestion::Kind;
+
+constexpr std::chrono::seconds patience{5};
+
+FileHelper& fileHelper() {
+    static FileHelper helper;
+    return helper;
+}
+
+void reportError(const std::string& path, int error) {
+    fail("Error while reading ", path, ": ", std::strerror(error));
+}
+
+/// One look at a file: questions about it, which have one deadline together.
+class Look {
+public:
+    explicit Look(const std::string& path) : isNameable(path.size() < question.path.size()) {
+        if (isNameable) {
+            path.copy(question.path.data(), path.size());
+        }
+    }
+
+    void setAccessMode(int mode) { question.accessMode = mode; }
+    void setOwner(std::optional<uid_t> owner) { question.owner = owner; }
+
+    FileAnswer ask(Kind kind) {
+        if (!isNameable) {
+            return {.error = ENAMETOOLONG};
+        }
+        question.kind = kind;
+        const FileExchange& exchange = fileHelper().ask(question, deadline);
+        content = {exchange.piece.data(), exchange.answer.size};
+        return exchange.answer;
+    }
+
+    /// What the last answer brought; valid until the next question.
+    std::string_view piece() const { return content; }
+
+private:
+    FileQuestion question;
+    bool isNameable;
+    Deadline deadline = deadlineIn(patience);
+    std::string_view content;
+};
+
+/// For questions whose one failure that nobody expects is the time-out.
+FileAnswer askBriefly(Look& look, Kind kind, const std::string& path) {
+    const FileAnswer answer = look.ask(kind);
+    if (answer.error == ETIMEDOUT) {
+        reportError(path, answer.error);
+    }
+    errno = answer.error;
+    return answer;
+}
+
+/// Takes the pieces of the file that was opened, and closes it.
+void readPieces(Look& look, std::string& text, std::size_t limit, FileReading& reading) {
+    FileAnswer answer = look.ask(Kind::read);
+    while (answer.error == 0 && answer.size > 0) {
+        const std::size_t room = limit - text.size();
+        text.append(look.piece(), 0, room);
+        reading.cut = answer.size > room;
+        answer = reading.cut ? FileAnswer{} : look.ask(Kind::read);
+    }
+    reading.error = answer.error;
+    if (reading.error != ETIMEDOUT) {
+        const int closing = look.ask(Kind::close).error;
+        reading.error = reading.error != 0 ? reading.error : closing;
+    }
+}
+
+}  // namespace
+
+bool isAccessible(const std::string& path, int mode) {
+    Look look(path);
+    look.setAccessMode(mode);
+    return askBriefly(look, Kind::access, path).error == 0;
+}
+
+std::optional<FileState> stateOf(const std::string& path) {
+    Look look(path);
+    const FileAnswer answer = askBriefly(look, Kind::state, path);
+    return answer.error == 0 ? std::optional(answer.state) : std::nullopt;
+}
+
+FileReading readFile(const std::string& path, std::string& text, const ReadingRules& rules) {
+    Look look(path);
+    look.setOwner(rules.owner);
+    const FileAnswer answer = look.ask(Kind::open);
+    FileReading reading{
+        .opened = answer.error == 0, .error = answer.error, .cut = false, .state = answer.state};
+    if (reading.opened) {
+        text.clear();
+        readPieces(look, text, rules.sizeLimit, reading);
+    }
+    return reading;
+}
+
+void reportReading(const std::string& path, const FileReading& reading, const ReadingRules& rules) {
+    if (!reading.opened && reading.error != ETIMEDOUT) {
+        fail("Error while opening ", path);
+    } else if (reading.error != 0) {
+        reportError(path, reading.error);
+    }
+    if (reading.cut) {
+        fail(path, " is larger than ", rules.sizeLimit, " bytes, cut");
+    }
+}
+
+void dismissFileHelper() {
+    fileHelper().dismiss();
+}
+
+}  // namespace Korvel

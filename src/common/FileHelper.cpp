@@ -1,0 +1,154 @@
+#include "FileHelper.hpp"
+
+#include <cerrno>
+#include <csignal>
+#include <new>
+
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "Console.hpp"
+#include "SystemCall.hpp"
+#include "Turn.hpp"
+
+namespace Korvel {
+namespace {
+
+constexpr std::chrono::milliseconds lookInterval{250};  // between two looks whether the helper lives
+constexpr std::chrono::milliseconds longTime = std::chrono::hours(1);
+
+void closeAllDescriptors() {
+#ifdef SYS_close_range
+    if (::syscall(SYS_close_range, 0U, ~0U, 0U) == 0) {
+        return;
+    }
+#endif
+    for (int descriptor = 0; descriptor < ::sysconf(_SC_OPEN_MAX); ++descriptor) {
+        ::close(descriptor);
+    }
+}
+
+/// Leaves everything behind that ties a process to its parent but the death of it.
+void detach(pid_t parent) {
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) {
+        ::_exit(0);
+    }
+    ::setsid();
+    for (int signal = 1; signal < NSIG; ++signal) {
+        std::signal(signal, SIG_DFL);
+    }
+    closeAllDescriptors();
+}
+
+}  // namespace
+
+struct FileHelper::Shared {
+    Turn turn;
+    FileExchange exchange;
+
+    [[noreturn]] void serve() {
+        FileService service;
+        for (;;) {
+            if (turn.await(Turn::answering, longTime)) {
+                service.answer(exchange);
+                turn.passTo(Turn::asking);
+            }
+        }
+    }
+};
+
+FileHelper::~FileHelper() {
+    abandon();
+}
+
+const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline& deadline) {
+    constexpr int attempts = 2;  // somebody may have ended the helper while it had nothing to do
+    Outcome outcome = Outcome::helperDied;
+    for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied; ++attempt) {
+        if (!isRunning() && !start()) {
+            ownExchange().question = question;
+            ownService.answer(*own);
+            return *own;
+        }
+        shared->exchange.question = question;
+        shared->turn.passTo(Turn::answering);
+        outcome = awaitAnswer(deadline);
+    }
+    if (outcome == Outcome::answered) {
+        return shared->exchange;
+    }
+    abandon();
+    ownExchange().answer = {.error = outcome == Outcome::timedOut ? ETIMEDOUT : EIO};
+    return *own;
+}
+
+FileExchange& FileHelper::ownExchange() {
+    if (own == nullptr) {
+        own = std::make_unique<FileExchange>();
+    }
+    return *own;
+}
+
+bool FileHelper::isRunning() const {
+    return shared != nullptr && starter == ::getpid();
+}
+
+bool FileHelper::start() {
+    void* const memory =
+        ::mmap(nullptr, sizeof(Shared), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (memory == MAP_FAILED) {
+        return false;
+    }
+    shared = new (memory) Shared;
+    starter = ::getpid();
+    helper = ::fork();
+    if (helper == 0) {
+        detach(starter);
+        shared->serve();
+    }
+    if (helper < 0) {
+        abandon();
+    }
+    return helper > 0;
+}
+
+FileHelper::Outcome FileHelper::awaitAnswer(const Deadline& deadline) {
+    while (!shared->turn.await(Turn::asking, lookInterval)) {
+        flushStandardOutput();
+        if (::waitpid(helper, nullptr, WNOHANG) == helper) {
+            helper = -1;
+            abandon();
+            return Outcome::helperDied;
+        }
+        if (hasPassed(deadline)) {
+            return Outcome::timedOut;
+        }
+    }
+    return Outcome::answered;
+}
+
+/// The kernel ends the helper as soon as it can; nobody waits for that.
+void FileHelper::abandon() {
+    if (isRunning() && helper > 0) {
+        ::kill(helper, SIGKILL);
+    }
+    if (shared != nullptr) {
+        ::munmap(shared, sizeof(Shared));
+    }
+    shared = nullptr;
+    helper = -1;
+}
+
+void FileHelper::dismiss() {
+    const pid_t idle = isRunning() ? helper : -1;
+    abandon();
+    if (idle > 0) {
+        uninterrupted([&] { return ::waitpid(idle, nullptr, 0); });
+    }
+}
+
+}  // namespace Korvel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "FileExchange.hpp"
+#include "InputFile.hpp"
+
+namespace Korvel {
+
+/// Answers questions about files. Each answer takes as long as the file system does.
+class FileService {
+public:
+    void answer(FileExchange& exchange);
+
+private:
+    FileAnswer answerTo(const FileQuestion& question, std::span<char> piece);
+    FileAnswer open(const FileQuestion& question);
+    FileAnswer readPiece(std::span<char> piece);
+
+    InputFile file;
+};
+
+}  // namespace Korvel

@@ -1,0 +1,39 @@
+#include "Turn.hpp"
+
+#include <linux/futex.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace Korvel {
+namespace {
+
+/// A time as the kernel's first futex call takes it on every processor, whatever the C library's is.
+struct KernelTime {
+    long seconds;
+    long nanoseconds;
+};
+
+void futex(const std::atomic<std::uint32_t>& word, int operation, std::uint32_t value,
+           const KernelTime* limit) {
+    ::syscall(SYS_futex, &word, operation, value, limit, nullptr, 0);
+}
+
+}  // namespace
+
+void Turn::passTo(Side next) {
+    current.store(next, std::memory_order_release);
+    futex(current, FUTEX_WAKE, 1, nullptr);
+}
+
+bool Turn::await(Side side, std::chrono::milliseconds limit) const {
+    using namespace std::chrono;
+    const std::uint32_t other = side == asking ? answering : asking;
+    if (current.load(std::memory_order_acquire) != side) {
+        const KernelTime time{.seconds = static_cast<long>(limit / seconds(1)),
+                              .nanoseconds = static_cast<long>(nanoseconds(limit % seconds(1)).count())};
+        futex(current, FUTEX_WAIT, other, &time);  // returns at once where the word has changed
+    }
+    return current.load(std::memory_order_acquire) == side;
+}
+
+}  // namespace Korvel

@@ -1,0 +1,74 @@
+#include "DumpCopy.hpp"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "Console.hpp"
+#include "OutputFile.hpp"
+
+namespace Korvel {
+
+DumpCopy::DumpCopy(std::string sourcePath, std::string destinationPath, const ReadingRules& readingRules,
+                   Directory directoryState)
+    : source(std::move(sourcePath)),
+      destination(std::move(destinationPath)),
+      rules(readingRules),
+      directory(directoryState),
+      before(stateOf(source)),
+      answers(before || errno != ETIMEDOUT) {
+}
+
+bool DumpCopy::hasSourceChanged() {
+    const std::optional<FileState> now = stateOf(source);
+    answers = now || errno != ETIMEDOUT;
+    return now && !(now == before);
+}
+
+bool DumpCopy::take(std::string& text) {
+    const FileReading latest = readFile(source, text, rules);
+    if (!latest.opened && latest.error == ENOENT) {
+        return false;  // what an earlier try met with stays to be reported
+    }
+    reading = latest;
+    answers = latest.error != ETIMEDOUT;
+    if (!latest.opened) {
+        return false;
+    }
+    taken = true;
+    writeError = write(text, latest.state);
+    if (writeError == ENOENT && directory == Directory::removed) {
+        text.clear();
+        writeError = 0;
+        return false;
+    }
+    return writeError == 0 && latest.error == 0;
+}
+
+int DumpCopy::write(const std::string& text, const FileState& state) const {
+    OutputFile copy(destination);
+    if (!copy.isOpen()) {
+        return errno;
+    }
+    copy.write(text);
+    if (state == before) {
+        copy.setTimes(state);
+    }
+    static_cast<void>(copy.close());
+    return copy.writeError();
+}
+
+bool DumpCopy::settle() const {
+    if (writeError != 0) {
+        return fail("Error while writing ", destination, ": ", std::strerror(writeError));
+    }
+    if (reading.error != 0) {
+        return fail("Error while reading ", source, ": ", std::strerror(reading.error));
+    }
+    if (reading.cut) {
+        fail(source, " is larger than ", rules.sizeLimit, " bytes, cut");
+    }
+    return answers;
+}
+
+}  // namespace Korvel

@@ -1,0 +1,29 @@
+#include "ProcessOwner.hpp"
+
+#include <sstream>
+#include <string>
+
+#include "FileAccess.hpp"
+
+namespace Korvel {
+
+std::optional<uid_t> ownerOfFilesOf(pid_t process) {
+    std::string status;
+    if (!readFile("/proc/" + std::to_string(process) + "/status", status).isWhole()) {
+        return std::nullopt;
+    }
+    const std::size_t line = status.find("\nUid:");
+    if (line == std::string::npos) {
+        return std::nullopt;
+    }
+    std::istringstream fields(status.substr(line));
+    std::string key;
+    uid_t real = 0;
+    uid_t effective = 0;
+    uid_t saved = 0;
+    uid_t ofFileSystem = 0;
+    return fields >> key >> real >> effective >> saved >> ofFileSystem ? std::optional(ofFileSystem)
+                                                                       : std::nullopt;
+}
+
+}  // namespace Korvel
