@@ -9,6 +9,15 @@
 #include "UnixAddress.hpp"
 
 namespace Korvel {
+namespace {
+
+/// Bytes that a response needs to tell which request it answers, and how that went.
+constexpr std::size_t responseHeaderSize = offsetof(NetfpMaster_Response, switchPort);
+
+/// Bytes that a response with a switch port needs.
+constexpr std::size_t switchPortResponseSize = offsetof(NetfpMaster_Response, rest);
+
+}  // namespace
 
 std::string NetFPMasterCom::_masterSocketPath = "/tmp/NetfpMaster";
 std::string NetFPMasterCom::_clientSocketPath = "/tmp/Korvel";
@@ -68,10 +77,20 @@ bool NetFPMasterCom::sendNetFPRequest(NetfpMaster_Request* request) {
 }
 
 bool NetFPMasterCom::receiveNetFpResponse(ResponseCallback callback) {
-    const bool readsSwitchPort = callback == getSwitchPortForInterfaceCallback;
+    const std::size_t sizeOfSuccess =
+        callback == getSwitchPortForInterfaceCallback ? switchPortResponseSize : responseHeaderSize;
+    const auto answersRequest = [&](const NetfpMaster_Response& datagram, std::size_t size) {
+        return size >= (datagram.errorCode == 0 ? sizeOfSuccess : responseHeaderSize) && matches(datagram);
+    };
     NetfpMaster_Response response{};
-    if (!awaitResponse(readsSwitchPort ? switchPortResponseSize : responseHeaderSize, response)) {
-        return false;
+    switch (receiveResponse(socketFd.get(), deadlineInX100(_requestTimeoutX100), answersRequest, response)) {
+        case Received::nothing:
+            ++requestId;
+            return false;
+        case Received::failure:
+            return false;
+        case Received::response:
+            break;
     }
     if (response.errorCode != 0 || (callback != nullptr && !callback(&response))) {
         return fail("Response from Server was not successful.");
@@ -79,22 +98,13 @@ bool NetFPMasterCom::receiveNetFpResponse(ResponseCallback callback) {
     return true;
 }
 
-bool NetFPMasterCom::awaitResponse(std::size_t minimumSize, NetfpMaster_Response& response) {
-    const Deadline deadline = deadlineInX100(_requestTimeoutX100);
-    Received received = receiveResponse(socketFd.get(), deadline, minimumSize, response);
-    while (received == Received::response) {
-        progress("Received response ID: ", response.requestId, ", Error Code: ", response.errorCode);
-        if (response.requestId == requestId) {
-            return true;
-        }
+bool NetFPMasterCom::matches(const NetfpMaster_Response& response) const {
+    progress("Received response ID: ", response.requestId, ", Error Code: ", response.errorCode);
+    if (response.requestId != requestId) {
         progress("Response from Server does not match Request");
-        received = hasPassed(deadline) ? Received::nothing
-                                       : receiveResponse(socketFd.get(), deadline, minimumSize, response);
+        return false;
     }
-    if (received == Received::nothing) {
-        ++requestId;
-    }
-    return false;
+    return true;
 }
 
 int NetFPMasterCom::getSwitchPortForInterface(const std::string& interfaceName) {

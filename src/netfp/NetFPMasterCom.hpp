@@ -61,8 +61,8 @@ public:
 private:
     /// Below 1 is not connected: descriptor 0 is never a connected socket.
     bool isConnected() const { return socketFd.get() >= 1; }
-    /// Takes responses until one answers `requestId`.
-    bool awaitResponse(std::size_t minimumSize, NetfpMaster_Response& response);
+    /// Whether this answers the last request. Tells both in verbose mode.
+    bool matches(const NetfpMaster_Response& response) const;
 
     UniqueFd socketFd;
     std::uint32_t requestId;

@@ -37,18 +37,12 @@ bool receiveNetFpResponse(int fd, NetfpMaster_Response* response, unsigned id, i
         errno = EFAULT;
         return failErrnoNumber("Failed to receive from Linux Socket: ");
     }
+    constexpr std::size_t identifierEnd = offsetof(NetfpMaster_Response, errorCode);
+    const auto answersRequest = [id](const NetfpMaster_Response& datagram, std::size_t size) {
+        return size >= identifierEnd && datagram.requestId == id;
+    };
     const Deadline deadline = deadlineInX100(static_cast<unsigned>(std::max(retries, 0)));
-    NetfpMaster_Response received{};
-    while (receiveResponse(fd, deadline, responseHeaderSize, received) == Received::response) {
-        if (received.requestId == id) {
-            *response = received;
-            return true;
-        }
-        if (hasPassed(deadline)) {
-            return false;
-        }
-    }
-    return false;
+    return receiveResponse(fd, deadline, answersRequest, *response) == Received::response;
 }
 
 }  // namespace Korvel

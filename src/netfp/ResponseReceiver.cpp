@@ -20,7 +20,7 @@ Deadline deadlineInX100(unsigned timeout) {
     return timeout == 0 ? Deadline{} : deadlineIn(unit * timeout);
 }
 
-Received receiveResponse(int socket, const Deadline& deadline, std::size_t minimumSize,
+Received receiveResponse(int socket, const Deadline& deadline, const ResponseTest& accepts,
                          NetfpMaster_Response& response) {
     do {
         switch (waitReadable(socket, deadline)) {
@@ -37,7 +37,7 @@ Received receiveResponse(int socket, const Deadline& deadline, std::size_t minim
         if (size < 0 && errno != EAGAIN) {
             return reportFailure();
         }
-        if (size >= static_cast<ssize_t>(minimumSize)) {
+        if (size >= 0 && accepts(datagram, static_cast<std::size_t>(size))) {
             response = datagram;
             return Received::response;
         }

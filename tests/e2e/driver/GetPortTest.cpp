@@ -178,6 +178,12 @@ TEST(GetPort, WaitsForASlowMaster) {
     expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
 }
 
+TEST(GetPort, GivesUpInTimeWhereDatagramsAreAnnouncedThatAreNotThere) {
+    const Board board(withMasterFault("slow:10000"));
+    expectOutcome(runInjected({.faults = {"poll,ppoll:retval=1"}}, {"korvel", "getport", "eth1"}), "",
+                  "Get Port: Invalid port number \"eth1\"\n");
+}
+
 TEST(GetPort, UsesThePathsOfTheOptions) {
     const Board board({});
     run({"mv", "/tmp/NetfpMaster", "/tmp/elsewhere"});

@@ -123,6 +123,30 @@ TEST_F(NetFPMasterComWaitTest, SkipsDatagramsThatAreTooShortForAPort) {
                                              "Receive Success Response.  Port Number: 3\n"}));
 }
 
+TEST_F(NetFPMasterComWaitTest, TakesARefusalThatIsTooShortForAPortAtOnce) {
+    for (const auto size : std::initializer_list<std::size_t>{16, 19}) {
+        masterSends({masterResponse(id, unknownInterface).substr(0, size)});
+        Korvel::setVerboseMode(true);
+
+        const Asked asked = ask();
+
+        EXPECT_EQ(asked.port, -1);
+        EXPECT_EQ(asked.printed, (Printed{.out = "Sending get interface request for \"eth1\"\n"
+                                                 "Received response ID: " +
+                                                 std::to_string(id) + ", Error Code: -1\n",
+                                          .err = "Response from Server was not successful.\n"}));
+    }
+}
+
+TEST_F(NetFPMasterComWaitTest, SkipsARefusalThatIsCutInItsErrorCode) {
+    masterSends({masterResponse(id, unknownInterface).substr(0, 15), response(3)});
+
+    const Asked asked = ask();
+
+    EXPECT_EQ(asked.port, 3);
+    EXPECT_EQ(asked.printed, Printed{});
+}
+
 TEST_F(NetFPMasterComWaitTest, NeedsOnlyIdentifierAndErrorCodeOfOtherResponses) {
     masterSends({response(0).substr(0, 15), response(0).substr(0, 16)});
     Korvel::setVerboseMode(true);

@@ -168,7 +168,7 @@ TEST_F(NetFPMasterSocketTest, DropsOtherDatagrams) {
     std::vector<std::string> datagrams;
     for (int i = 0; i < 34; ++i) {
         datagrams.insert(datagrams.end(),
-                         {masterResponse(id + 1, 0, 1), "", masterResponse(id, 0, 1).substr(0, 15)});
+                         {masterResponse(id + 1, 0, 1), "", masterResponse(id, 0, 1).substr(0, 11)});
     }
     datagrams.push_back(masterResponse(id, 0, 4));
     givenAnswers(datagrams);
@@ -178,12 +178,14 @@ TEST_F(NetFPMasterSocketTest, DropsOtherDatagrams) {
     EXPECT_EQ(responseBytes(), masterResponse(id, 0, 4));
 }
 
-TEST_F(NetFPMasterSocketTest, FillsUpAShortResponseWithZeros) {
-    givenAnswers({masterResponse(id, 0, 4).substr(0, 16)});
+TEST_F(NetFPMasterSocketTest, NeedsOnlyTheIdentifierAndFillsUpWithZeros) {
+    for (const auto size : std::initializer_list<std::size_t>{12, 15, 16}) {
+        givenAnswers({masterResponse(id, -5, 4).substr(0, size)});
 
-    EXPECT_TRUE(receive());
+        EXPECT_TRUE(receive());
 
-    EXPECT_EQ(responseBytes(), masterResponse(id, 0, 4).substr(0, 16) + std::string(256, '\0'));
+        EXPECT_EQ(responseBytes(), masterResponse(id, -5, 4).substr(0, size) + std::string(272 - size, '\0'));
+    }
 }
 
 TEST_F(NetFPMasterSocketTest, TakesTheFirst272BytesOfALongerDatagram) {
