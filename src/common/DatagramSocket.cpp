@@ -14,20 +14,21 @@ using std::chrono::steady_clock;
 
 constexpr std::chrono::seconds sendLimit{1};
 
-bool limitSends(int socket, microseconds limit) {
+/// Where this cannot be set, sends work all the same: they may only wait for longer.
+void limitSends(int socket, microseconds limit) {
     constexpr auto microsecondsPerSecond = microseconds::period::den;
     timeval time{};
     time.tv_sec = static_cast<decltype(time.tv_sec)>(limit.count() / microsecondsPerSecond);
     time.tv_usec = static_cast<decltype(time.tv_usec)>(limit.count() % microsecondsPerSecond);
-    return ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof time) == 0;
+    ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &time, sizeof time);
 }
 
 }  // namespace
 
 UniqueFd openDatagramSocket(int family, int protocol) {
     UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol));
-    if (socket && !limitSends(socket.get(), sendLimit)) {
-        socket.reset();
+    if (socket) {
+        limitSends(socket.get(), sendLimit);
     }
     return socket;
 }

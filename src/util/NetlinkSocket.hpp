@@ -16,7 +16,7 @@ namespace Util {
 constexpr std::size_t netlinkHeaderSize = sizeof(nlmsghdr);
 static_assert(netlinkHeaderSize == 16);
 
-/// An unbound socket, none of whose sends blocks for ever. Empty where it cannot be had.
+/// An unbound socket, whose sends end after a second. Empty where it cannot be had.
 Korvel::UniqueFd openNetlinkSocket();
 
 /// Binds to this process's id as the port id.

@@ -50,6 +50,12 @@ TEST_F(ResetQoSStatsFailureTest, GivesUpWhereItsPortIsTakenAndFindsItFreeAfterwa
     EXPECT_TRUE(reset());
 }
 
+TEST_F(ResetQoSStatsFailureTest, UsesASocketWhoseSendsCannotBeLimited) {
+    EXPECT_TRUE(resetFailing({.number = SYS_setsockopt, .error = ENOBUFS}));
+
+    EXPECT_EQ(printed, (Printed{.out = "OK\n"}));
+}
+
 TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereTheRequestCannotBeSent) {
     EXPECT_FALSE(resetFailing({.number = SYS_sendto, .error = EPERM}));
 

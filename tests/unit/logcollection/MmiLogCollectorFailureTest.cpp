@@ -55,10 +55,7 @@ TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheAddressIsNone) {
 }
 
 TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheLocalPortCannotBeShared) {
-    const FailingCall call{
-        .number = SYS_setsockopt, .error = ENOBUFS, .argument = {{.index = 2, .value = SO_REUSEADDR}}};
-
-    EXPECT_EQ(collectFailing(call, everything),
+    EXPECT_EQ(collectFailing({.number = SYS_setsockopt, .error = ENOBUFS}, everything),
               (Printed{.err = "setsockopt SO_REUSEADDR error: No buffer space available\n"}));
 
     expectGivenUp();
