@@ -70,7 +70,9 @@ void DescriptorDumpAction::printBuffer() const {
     const std::uint32_t count = std::min(descriptor.getOrigBufLength(), bufferDumpLength);
     const void* const buffer = physicalToVirtual(descriptor.getOrigBufPtr());
     printFormatted("\nBuffer hexdump of first %u bytes:\n", count);
-    hexDump(buffer, count);
+    if (buffer != nullptr) {
+        hexDump(buffer, count);
+    }
 }
 
 void DescriptorDumpAction::printHelpMsg(const std::string& indent, const std::string& programName) {

@@ -55,12 +55,14 @@ void MemoryDumpAction::printMemory() const {
     const void* const memory = physicalToVirtual(physicalAddress);
     printFormatted("Memory dump:\n    Physical: 0x%x\n    Virtual:  %p\n", physicalAddress, memory);
     printFormatted("Hexdump of %u bytes:\n", length);
-    hexDump(memory, length);
+    if (memory != nullptr) {
+        hexDump(memory, length);
+    }
 }
 
 void MemoryDumpAction::hexDump(const void* data, unsigned size) {
     flushStandardOutput();  // what is not mapped ends the process, and the address is to be seen then
-    if (data != nullptr) {
+    if (data != nullptr || size == 0) {
         printHexDump(data, size);
     }
 }

@@ -34,7 +34,8 @@ public:
 
     void printMemory() const;
 
-    /// Nothing where `data` is null.
+    /// Without bytes, one line with the offset FFFFFFF0. Nothing where `data` is null and bytes are asked
+    /// for.
     static void hexDump(const void* data, unsigned size);
 
 protected:

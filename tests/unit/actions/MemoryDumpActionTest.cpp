@@ -184,6 +184,11 @@ TEST_F(MemoryDumpActionTest, ReadsNothingThroughANullPointer) {
     EXPECT_EQ(printedBy([] { Korvel::MemoryDumpAction::hexDump(nullptr, 64); }), Printed{});
 }
 
+TEST_F(MemoryDumpActionTest, DumpsALineBeforeTheFirstForNoBytesOfANullPointer) {
+    EXPECT_EQ(printedBy([] { Korvel::MemoryDumpAction::hexDump(nullptr, 0); }),
+              (Printed{.out = " FFFFFFF0   ''\n"}));
+}
+
 TEST_F(MemoryDumpActionTest, ExplainsItself) {
     Korvel::MemoryDumpAction action;
 
