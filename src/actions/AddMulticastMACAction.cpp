@@ -52,10 +52,8 @@ bool AddMulticastMACAction::parseArguments(int argc, char** argv) {
 
 /// Of a greater number, the low 16 bits count.
 bool AddMulticastMACAction::parseVlanId(const std::string& text) {
-    constexpr int decimal = 10;
-    std::uint32_t number = 0;
-    std::size_t length = 0;
-    if (parseUnsigned(text, decimal, number, length) != NumberError::none || length != text.size()) {
+    unsigned long number = 0;
+    if (parseWholeNumber(text, number) != NumberError::none) {
         return fail("AddMulticastMac : Cannot parse vlanID (not a number): ", text);
     }
     vlanID = static_cast<std::uint16_t>(number);

@@ -30,8 +30,7 @@ bool MemoryDumpAction::parseCommand(int argc, char** argv) {
 }
 
 bool MemoryDumpAction::parseArgument(const std::string& argument, int base, std::uint32_t& value) {
-    std::size_t digitsEnd = 0;
-    const NumberError error = parseUnsigned(argument, base, value, digitsEnd);
+    const NumberError error = parseUnsigned(argument, base, value);
     if (error == NumberError::outOfRange) {
         fail("Value provided to decriptor dump is out of range");
     }

@@ -19,10 +19,11 @@ int baseOf(const std::string& text) {
     return prefix.starts_with('0') ? 8 : 10;
 }
 
-/// Any number from `Value`'s range; `end` points behind its digits.
+/// Any number from `Value`'s range.
 template <typename Value>
-NumberError parse(const char* text, int base, Value& value, char*& end) {
+NumberError parse(const char* text, int base, Value& value) {
     using Limits = std::numeric_limits<Value>;
+    char* end = nullptr;
     errno = 0;
     const long long number = std::strtoll(text, &end, base);
     if (end == text) {
@@ -38,17 +39,27 @@ NumberError parse(const char* text, int base, Value& value, char*& end) {
 }  // namespace
 
 NumberError parseNumber(const std::string& text, int& value) {
-    char* end = nullptr;
-    return parse(text.c_str(), 10, value, end);
+    constexpr int decimal = 10;
+    return parse(text.c_str(), decimal, value);
 }
 
-NumberError parseUnsigned(const std::string& text, int base, std::uint32_t& value, std::size_t& length) {
+NumberError parseUnsigned(const std::string& text, int base, std::uint32_t& value) {
+    return parse(text.c_str(), base == 0 ? baseOf(text) : base, value);
+}
+
+NumberError parseWholeNumber(const std::string& text, unsigned long& value) {
+    constexpr int decimal = 10;
     char* end = nullptr;
-    const NumberError error = parse(text.c_str(), base == 0 ? baseOf(text) : base, value, end);
-    if (error == NumberError::none) {
-        length = static_cast<std::size_t>(end - text.c_str());
+    errno = 0;
+    const unsigned long number = std::strtoul(text.c_str(), &end, decimal);
+    if (end == text.c_str() || *end != '\0') {
+        return NumberError::noDigits;
     }
-    return error;
+    if (errno == ERANGE) {
+        return NumberError::outOfRange;
+    }
+    value = number;
+    return NumberError::none;
 }
 
 }  // namespace Korvel

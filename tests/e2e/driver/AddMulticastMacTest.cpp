@@ -47,12 +47,15 @@ TEST(AddMulticastMac, AddsFiltersForTheLow16BitsOfAVlan) {
 
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1", "100"}), quietSuccess);
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1", "65537"}), quietSuccess);
+    EXPECT_EQ(korvel({"addmulticastmac", group, "eth1", "-1"}), quietSuccess);
 
-    EXPECT_EQ(Board::received("netfp_master"), (Lines{record("6400", "00"), record("0100", "00")}));
+    EXPECT_EQ(Board::received("netfp_master"),
+              (Lines{record("6400", "00"), record("0100", "00"), record("ffff", "00")}));
     EXPECT_EQ(masterDump(), interfaces +
                                 "multicast:\n"
                                 "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan 100\n"
-                                "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan 1\n");
+                                "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan 1\n"
+                                "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan 65535\n");
 }
 
 TEST(AddMulticastMac, FailsWhereTheCommandLineIsWrong) {
@@ -68,7 +71,7 @@ TEST(AddMulticastMac, FailsWhereTheCommandLineIsWrong) {
          "AddMulticastMac : Interface name is too long: 32, ifName: " + longName +
              " Maximum supported length is: 31\n"},
         {{group, "eth1", "abc"}, "AddMulticastMac : Cannot parse vlanID (not a number): abc\n"},
-        {{group, "eth1", "-1"}, "AddMulticastMac : Cannot parse vlanID (not a number): -1\n"},
+        {{group, "eth1", "1x"}, "AddMulticastMac : Cannot parse vlanID (not a number): 1x\n"},
     };
     for (const auto& [arguments, message] : cases) {
         Lines words{"addmulticastmac"};

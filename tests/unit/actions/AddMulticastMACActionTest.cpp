@@ -1,5 +1,7 @@
 // "addmulticastmac": lets frames to a multicast address through to an interface.
 
+#include <limits>
+
 #include "AddMulticastMACFixture.hpp"
 #include "NetfpMasterWire.hpp"
 #include "VerboseMode.hpp"
@@ -58,18 +60,27 @@ TEST_F(AddMulticastMACActionTest, CutsTheVlanTo16Bits) {
     const struct {
         std::string text;
         std::uint16_t vlan;
-    } cases[] = {{"100", 100}, {"4095", 4095}, {"65535", 65535},      {"65536", 0},
-                 {"65537", 1}, {"131077", 5},  {"4294967295", 65535}, {"-0", 0},
-                 {"+5", 5},    {" 5", 5},      {"\t\n 007", 7}};
+    } cases[] = {
+        {"100", 100},          {"4095", 4095}, {"65535", 65535}, {"65536", 0},  {"65537", 1}, {"131077", 5},
+        {"4294967295", 65535}, {"-0", 0},      {"-1", 65535},    {"-65535", 1}, {"+5", 5},    {" 5", 5},
+        {"\t\n 007", 7}};
     for (const auto& [text, vlan] : cases) {
         SCOPED_TRACE(text);
         expectSent({group, "eth0", text}, {.vlan = vlan, .ignoresVlan = vlan == 0 ? 1U : 0U});
     }
 }
 
-TEST_F(AddMulticastMACActionTest, RefusesAVlanThatIsNoNumberOf32BitsAlone) {
-    for (const std::string text : {"abc", "", " ", "-", "+", "5x", "5 ", "0x10", "1e3", "-1", "4294967296",
-                                   "18446744073709551616", "99999999999999999999999"}) {
+TEST_F(AddMulticastMACActionTest, TakesVlansAsWideAsThePlatformsLong) {
+    const std::string greatest = std::to_string(std::numeric_limits<unsigned long>::max());
+
+    expectSent({group, "eth0", greatest}, {.vlan = 65535, .ignoresVlan = 0});
+    expectSent({group, "eth0", "-" + greatest}, {.vlan = 1, .ignoresVlan = 0});
+}
+
+TEST_F(AddMulticastMACActionTest, RefusesAVlanThatIsNoNumberOfThePlatformAlone) {
+    for (const std::string text :
+         {"abc", "", " ", "-", "+", "5x", "5 ", "-1x", "0x10", "1e3", "--1", "18446744073709551616",
+          "-18446744073709551616", "99999999999999999999999"}) {
         expectRefused({group, "eth0", text}, "AddMulticastMac : Cannot parse vlanID (not a number): " + text);
     }
 }

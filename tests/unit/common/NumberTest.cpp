@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <limits>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 using Korvel::NumberError;
 using Korvel::parseNumber;
 using Korvel::parseUnsigned;
+using Korvel::parseWholeNumber;
 
 namespace {
 
@@ -19,19 +21,17 @@ constexpr int untouched = 4711;
 struct Unsigned {
     NumberError error = NumberError::none;
     std::uint32_t value = untouched;
-    std::size_t length = untouched;
 
     bool operator==(const Unsigned&) const = default;
 };
 
 void PrintTo(const Unsigned& number, std::ostream* out) {
-    *out << "error " << static_cast<int>(number.error) << ", value " << number.value << ", length "
-         << number.length;
+    *out << "error " << static_cast<int>(number.error) << ", value " << number.value;
 }
 
 Unsigned readUnsigned(const std::string& text, int base) {
     Unsigned number;
-    number.error = parseUnsigned(text, base, number.value, number.length);
+    number.error = parseUnsigned(text, base, number.value);
     return number;
 }
 
@@ -39,12 +39,11 @@ struct UnsignedCase {
     std::string text;
     int base;
     std::uint32_t value;
-    std::size_t length;
 };
 
 void expectRead(const std::vector<UnsignedCase>& cases) {
-    for (const auto& [text, base, value, length] : cases) {
-        EXPECT_EQ(readUnsigned(text, base), (Unsigned{NumberError::none, value, length}))
+    for (const auto& [text, base, value] : cases) {
+        EXPECT_EQ(readUnsigned(text, base), (Unsigned{NumberError::none, value}))
             << '"' << text << "\" in base " << base;
     }
 }
@@ -111,46 +110,46 @@ TEST(ParseNumber, StopsAtAZeroByte) {
 }
 
 TEST(ParseUnsigned, ReadsHexadecimalWithAndWithoutItsPrefix) {
-    expectRead({{"ff", 16, 255, 2},
-                {"0xFf", 16, 255, 4},
-                {"0XfF", 16, 255, 4},
-                {"010", 16, 16, 3},
-                {"00000000000000000000001", 16, 1, 23},
-                {"ffffffff", 16, 0xffffffffU, 8}});
+    expectRead({{"ff", 16, 255},
+                {"0xFf", 16, 255},
+                {"0XfF", 16, 255},
+                {"010", 16, 16},
+                {"00000000000000000000001", 16, 1},
+                {"ffffffff", 16, 0xffffffffU}});
 }
 
 TEST(ParseUnsigned, ReadsDecimal) {
-    expectRead({{"0", 10, 0, 1}, {"010", 10, 10, 3}, {"4294967295", 10, 0xffffffffU, 10}});
+    expectRead({{"0", 10, 0}, {"010", 10, 10}, {"4294967295", 10, 0xffffffffU}});
 }
 
 TEST(ParseUnsigned, ReadsWhatTheNotationSaysInBase0) {
-    expectRead({{"10", 0, 10, 2},
-                {"010", 0, 8, 3},
-                {"0x10", 0, 16, 4},
-                {"0", 0, 0, 1},
-                {"037777777777", 0, 0xffffffffU, 12},
-                {"0xffffffff", 0, 0xffffffffU, 10}});
+    expectRead({{"10", 0, 10},
+                {"010", 0, 8},
+                {"0x10", 0, 16},
+                {"0", 0, 0},
+                {"037777777777", 0, 0xffffffffU},
+                {"0xffffffff", 0, 0xffffffffU}});
 }
 
-TEST(ParseUnsigned, TellsWhereTheDigitsEnd) {
-    expectRead({{"12 and more", 10, 12, 2},
-                {"1f", 10, 1, 1},
-                {"0x10", 10, 0, 1},
-                {"1g", 16, 1, 1},
-                {"0x", 16, 0, 1},
-                {"0xg", 0, 0, 1},
-                {"08", 0, 0, 1},
-                {"0189", 0, 1, 2},
-                {std::string("12\0003", 4), 10, 12, 2}});
+TEST(ParseUnsigned, IgnoresWhatStandsBehindTheDigits) {
+    expectRead({{"12 and more", 10, 12},
+                {"1f", 10, 1},
+                {"0x10", 10, 0},
+                {"1g", 16, 1},
+                {"0x", 16, 0},
+                {"0xg", 0, 0},
+                {"08", 0, 0},
+                {"0189", 0, 1},
+                {std::string("12\0003", 4), 10, 12}});
 }
 
-TEST(ParseUnsigned, AllowsBlanksAndASignInFrontAndCountsThem) {
-    expectRead({{"+7", 10, 7, 2},
-                {" \t\n\v\f\r7", 10, 7, 7},
-                {" +0x1f ", 16, 31, 6},
-                {" +017", 0, 15, 5},
-                {"-0", 10, 0, 2},
-                {"-0x0", 0, 0, 4}});
+TEST(ParseUnsigned, AllowsBlanksAndASignInFront) {
+    expectRead({{"+7", 10, 7},
+                {" \t\n\v\f\r7", 10, 7},
+                {" +0x1f ", 16, 31},
+                {" +017", 0, 15},
+                {"-0", 10, 0},
+                {"-0x0", 0, 0}});
 }
 
 TEST(ParseUnsigned, FindsNoDigits) {
@@ -172,6 +171,49 @@ TEST(ParseUnsigned, RefusesWhatDoesNotFit32Bits) {
     expectError(NumberError::outOfRange, {"0x100000000", "0xffffffffffffffff", "0x10000000000000000"},
                 {16, 0});
     expectError(NumberError::outOfRange, {"040000000000", "07777777777777777777777777"}, {0});
+}
+
+TEST(ParseWholeNumber, ReadsATextThatIsOneNumber) {
+    constexpr unsigned long greatest = std::numeric_limits<unsigned long>::max();
+    const struct {
+        std::string text;
+        unsigned long value;
+    } cases[] = {{"0", 0},
+                 {"007", 7},
+                 {"+7", 7},
+                 {" \t\n\v\f\r7", 7},
+                 {std::to_string(greatest), greatest},
+                 {"-0", 0},
+                 {"-1", greatest},
+                 {"-" + std::to_string(greatest), 1}};
+    for (const auto& [text, expected] : cases) {
+        SCOPED_TRACE(text);
+        unsigned long value = untouched;
+        EXPECT_EQ(parseWholeNumber(text, value), NumberError::none);
+        EXPECT_EQ(value, expected);
+    }
+}
+
+TEST(ParseWholeNumber, RefusesEverythingElse) {
+    const struct {
+        std::string text;
+        NumberError error;
+    } cases[] = {{"", NumberError::noDigits},
+                 {" ", NumberError::noDigits},
+                 {"-", NumberError::noDigits},
+                 {"x", NumberError::noDigits},
+                 {"7x", NumberError::noDigits},
+                 {"7 ", NumberError::noDigits},
+                 {"0x7", NumberError::noDigits},
+                 {"18446744073709551616 lamps", NumberError::noDigits},
+                 {"18446744073709551616", NumberError::outOfRange},
+                 {"-18446744073709551616", NumberError::outOfRange}};
+    for (const auto& [text, error] : cases) {
+        SCOPED_TRACE(text);
+        unsigned long value = untouched;
+        EXPECT_EQ(parseWholeNumber(text, value), error);
+        EXPECT_EQ(value, static_cast<unsigned long>(untouched));
+    }
 }
 
 }  // namespace
