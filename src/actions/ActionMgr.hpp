@@ -17,7 +17,7 @@ public:
 
     bool detectKeywords(int argc, char** argv) override;
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
-    /// Needs a command line that detectKeywords() claimed.
+    /// Needs a command line that detectKeywords() claimed. What the action throws passes through.
     bool resolveRequest(int argc, char** argv) override;
 
 private:

@@ -26,11 +26,7 @@ bool GetPortAction::run(int argc, char** argv) {
         return fail("Get Port: Not enough arguments");
     }
     const std::string argument = argv[2];
-    const int port = resolvePort("Get Port", argument);
-    if (port == portOutOfRange) {
-        return false;
-    }
-    printPort(port, argument);
+    printPort(resolvePort("Get Port", argument), argument);
     return true;
 }
 

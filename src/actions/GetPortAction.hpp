@@ -10,8 +10,8 @@ class GetPortAction : public SimpleAction {
 public:
     std::string getKeyword() override;
 
-    /// False where the argument is missing or a number beyond 32 bits. An interface that is not known, or a
-    /// number that is no port, is reported and true.
+    /// False where the argument is missing. An interface that is not known, or a number that is no port, is
+    /// reported and true. Throws as resolvePort() does.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;

@@ -57,9 +57,6 @@ bool LoopbackPortAction::run(int argc, char** argv) {
     }
     const std::string argument = argv[3];
     const int port = resolvePort("Loopback Port", argument);
-    if (port == portOutOfRange) {
-        return false;
-    }
     if (!isSwitchPort(port)) {
         return fail("Loopback Port: Invalid port number \"", argument, "\"");
     }

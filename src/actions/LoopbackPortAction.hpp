@@ -11,7 +11,7 @@ public:
     std::string getKeyword() override;
 
     /// False where the command line is wrong or the port is not to be had. Whether the registers were written
-    /// does not count.
+    /// does not count. Throws as resolvePort() does.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;

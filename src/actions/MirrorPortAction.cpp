@@ -21,16 +21,10 @@ bool MirrorPortAction::run(int argc, char** argv) {
         return fail("Port Mirroring: Could not find enable/disable");
     }
     const int fromPort = retrievePortNumber(argv[3]);
-    if (fromPort == portOutOfRange) {
-        return false;
-    }
     if (!isSwitchPort(fromPort)) {
         return fail("Port Mirroring: Invalid 'from' port number ");
     }
     const int toPort = retrievePortNumber(argv[4]);
-    if (toPort == portOutOfRange) {
-        return false;
-    }
     if (toPort <= 0) {  // one beyond the last is the master's to refuse
         return fail("Port Mirroring: Invalid 'to' port number ");
     }

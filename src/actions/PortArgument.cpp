@@ -1,5 +1,7 @@
 #include "PortArgument.hpp"
 
+#include <stdexcept>
+
 #include "Console.hpp"
 #include "NetFPMasterCom.hpp"
 #include "Number.hpp"
@@ -32,8 +34,7 @@ int resolvePort(const std::string& action, const std::string& argument) {
         case NumberError::noDigits:
             break;
         case NumberError::outOfRange:
-            fail(action, ": Port number out of range \"", argument, "\"");
-            return portOutOfRange;
+            throw std::out_of_range(action + ": Port number out of range \"" + argument + "\"");
     }
     return port < 0 ? lookUpPort(argument) : port;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <limits>
 #include <string>
 
 namespace Korvel {
@@ -10,13 +9,11 @@ namespace Korvel {
 /// The NetFP master does not tell.
 constexpr int noPort = -1;
 
-/// A number beyond 32 bits; nothing else gives this value.
-constexpr int portOutOfRange = std::numeric_limits<int>::min();
-
 /// The switch port that `argument` stands for: the number that it begins with, without a check of its range;
 /// where that is below zero or missing, what the NetFP master knows about an interface of this name. `action`
-/// begins the lines that are printed here. A number beyond 32 bits is reported, and so is a look-up that
-/// fails other than by running out of time.
+/// begins the lines that are printed here. A look-up that fails other than by running out of time is
+/// reported. Throws std::out_of_range, whose text is the message for the operator, where the number does not
+/// fit 32 bits.
 int resolvePort(const std::string& action, const std::string& argument);
 
 /// Whether the switch has an external port of this number.

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <exception>
+#include <stdexcept>
 
 #include "CommandLanguage.hpp"
 #include "CommonOptions.hpp"
@@ -26,9 +27,18 @@ IManager* findManager(int argc, char** argv) {
     return manager == managers.end() ? nullptr : manager->get();
 }
 
+/// A number on the command line that is out of every range is the operator's error, and says so itself.
+bool resolve(IManager& manager, int argc, char** argv) {
+    try {
+        return manager.resolveRequest(argc, argv);
+    } catch (const std::out_of_range& number) {
+        return fail(number.what());
+    }
+}
+
 bool carryOut(IManager& manager, int argc, char** argv) {
     progress("Detected ", manager.getName(), " keywords.");
-    if (!manager.resolveRequest(argc, argv)) {
+    if (!resolve(manager, argc, argv)) {
         progress(manager.getName(), " Failed to process the request.");
         return false;
     }

@@ -94,6 +94,12 @@ TEST(GetPort, RefusesNumbersBeyond32Bits) {
     }
 }
 
+TEST(GetPort, TellsInVerboseModeThatANumberBeyond32BitsFailsTheRequest) {
+    expectOutcome(korvel({"-v", "getport", "2147483648"}),
+                  verboseStart("2147483648") + "Action Failed to process the request.\n",
+                  "Get Port: Port number out of range \"2147483648\"\n", 1);
+}
+
 TEST(GetPort, NeedsAnArgument) {
     expectOutcome(korvel({"getport"}), "", "Get Port: Not enough arguments\n", 1);
 }

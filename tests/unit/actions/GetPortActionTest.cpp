@@ -6,6 +6,7 @@
 #include "GetPortAction.hpp"
 #include "NetFPMasterCom.hpp"
 #include "NetfpMasterWire.hpp"
+#include "OutOfRange.hpp"
 #include "Printed.hpp"
 #include "ScriptedPeer.hpp"
 #include "VerboseMode.hpp"
@@ -116,11 +117,11 @@ TEST_F(GetPortActionTest, TakesWhatHasNoDigitsInFrontForAnInterfaceName) {
     }
 }
 
-TEST_F(GetPortActionTest, RefusesANumberBeyond32Bits) {
+TEST_F(GetPortActionTest, ThrowsForANumberBeyond32Bits) {
     for (const std::string argument :
          {"2147483648", "-2147483649", "4294967297", "99999999999999999999", "-99999999999999999999x"}) {
-        EXPECT_FALSE(getPort({argument}));
-        EXPECT_EQ(printed, (Printed{.err = "Get Port: Port number out of range \"" + argument + "\"\n"}));
+        expectOutOfRange(action, {"getport", argument},
+                         "Get Port: Port number out of range \"" + argument + "\"");
     }
     EXPECT_EQ(requestedNames(), std::vector<std::string>{});
 }

@@ -4,6 +4,7 @@
 
 #include "FailingCall.hpp"
 #include "LoopbackPortAction.hpp"
+#include "OutOfRange.hpp"
 #include "PortActionFixture.hpp"
 #include "TestFiles.hpp"
 #include "VerboseMode.hpp"
@@ -113,10 +114,12 @@ TEST_F(LoopbackPortActionTest, ReportsAnInterfaceThatTheMasterDoesNotKnow) {
     EXPECT_EQ(requests(), Words{"port eth9"});
 }
 
-TEST_F(LoopbackPortActionTest, RefusesANumberBeyond32Bits) {
+TEST_F(LoopbackPortActionTest, ThrowsForANumberBeyond32Bits) {
     for (const std::string number : {"2147483648", "-2147483649", "99999999999999999999"}) {
-        expectRefused({"enable", number}, "Loopback Port: Port number out of range \"" + number + "\"");
+        expectOutOfRange(action, {"loopbackport", "enable", number},
+                         "Loopback Port: Port number out of range \"" + number + "\"");
     }
+    EXPECT_EQ(commands(), Words{});
 }
 
 TEST_F(LoopbackPortActionTest, EndsWithTheFirstCommandThatCannotBeRun) {

@@ -2,6 +2,7 @@
 
 #include "MirrorPortAction.hpp"
 #include "NetfpMasterWire.hpp"
+#include "OutOfRange.hpp"
 #include "PortActionFixture.hpp"
 #include "VerboseMode.hpp"
 #include "WireNumber.hpp"
@@ -135,11 +136,11 @@ TEST_F(MirrorPortActionTest, ReportsAnInterfaceThatTheMasterDoesNotKnow) {
     EXPECT_EQ(requests(), (Words{"port eth9", "port eth0", "port eth9"}));
 }
 
-TEST_F(MirrorPortActionTest, RefusesANumberBeyond32Bits) {
+TEST_F(MirrorPortActionTest, ThrowsForANumberBeyond32Bits) {
     for (const std::string number : {"2147483648", "-2147483649", "99999999999999999999"}) {
         const std::string message = "Port Mirroring: Port number out of range \"" + number + "\"";
-        expectRefused({"enable", number, "1"}, message);
-        expectRefused({"enable", "1", number}, message);
+        expectOutOfRange(action, {"mirrorport", "enable", number, "1"}, message);
+        expectOutOfRange(action, {"mirrorport", "enable", "1", number}, message);
     }
     EXPECT_EQ(requests(), Words{});
 }
