@@ -30,8 +30,10 @@ bool isSuccess(const NetfpProxy_AddInterfaceResp& response) {
 
 }  // namespace
 
+const std::string AddInterfaceAction::keyword = "add_interface";
+
 std::string AddInterfaceAction::getKeyword() {
-    return std::string(keyword);
+    return keyword;
 }
 
 bool AddInterfaceAction::run(int argc, char** argv) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "SimpleAction.hpp"
 #include "SmLog.hpp"
@@ -13,7 +12,7 @@ namespace Korvel {
 /// in the dispatcher's shared-memory log.
 class AddInterfaceAction : public SimpleAction {
 public:
-    static constexpr std::string_view keyword = "add_interface";
+    static const std::string keyword;
 
     std::string getKeyword() override;
     bool run(int argc, char** argv) override;

@@ -19,8 +19,10 @@ const void* shown(std::uint32_t physical) {
 
 }  // namespace
 
+const std::string DescriptorDumpAction::keyword = "desc_dump";
+
 std::string DescriptorDumpAction::getKeyword() {
-    return std::string(keyword);
+    return keyword;
 }
 
 bool DescriptorDumpAction::run(int argc, char** argv) {

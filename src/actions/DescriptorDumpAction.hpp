@@ -8,7 +8,7 @@ namespace Korvel {
 /// buffer.
 class DescriptorDumpAction : public MemoryDumpAction {
 public:
-    static constexpr std::string_view keyword = "desc_dump";
+    static const std::string keyword;
 
     std::string getKeyword() override;
     bool run(int argc, char** argv) override;

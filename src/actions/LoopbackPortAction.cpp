@@ -64,7 +64,7 @@ bool LoopbackPortAction::run(int argc, char** argv) {
     return true;
 }
 
-void LoopbackPortAction::executeLoopbackCommand(bool enable, int port) {
+bool LoopbackPortAction::executeLoopbackCommand(bool enable, int port) {
     const unsigned resetRegister = blockOf(port) + resetOffset;
     const unsigned controlRegister = blockOf(port) + controlOffset;
     const std::string control = hexadecimal(enable ? loopbackOn : loopbackOff);
@@ -78,11 +78,11 @@ void LoopbackPortAction::executeLoopbackCommand(bool enable, int port) {
     for (const std::string& command : commands) {
         progress("Loopback Port: System call \"", command, "\"");
         if (runShell(command) < 0) {
-            fail("Loopback Port: System call failed");
-            return;
+            return fail("Loopback Port: System call failed");
         }
     }
     progress("Loopback Port: Success");
+    return true;
 }
 
 void LoopbackPortAction::printHelpMsg(const std::string& indent, const std::string& programName) {

@@ -17,8 +17,8 @@ public:
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
     /// Writes the registers of a port from 1 to 4, one after the other; none is read back. A command that
-    /// cannot be started is reported and ends the sequence.
-    static void executeLoopbackCommand(bool enable, int port);
+    /// cannot be started is reported and ends the sequence, which is then false.
+    static bool executeLoopbackCommand(bool enable, int port);
 
 private:
     const std::string keyword = "loopbackport";

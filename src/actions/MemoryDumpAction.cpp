@@ -8,8 +8,10 @@
 
 namespace Korvel {
 
+const std::string MemoryDumpAction::keyword = "mem_dump";
+
 std::string MemoryDumpAction::getKeyword() {
-    return std::string(keyword);
+    return keyword;
 }
 
 bool MemoryDumpAction::run(int argc, char** argv) {
@@ -45,7 +47,7 @@ bool MemoryDumpAction::initializeCma() {
     return code == 0;
 }
 
-const void* MemoryDumpAction::physicalToVirtual(unsigned physical) {
+void* MemoryDumpAction::physicalToVirtual(unsigned physical) {
     void* address = nullptr;
     return ::vask_cma_phy_to_virt(physical, &address) == 0 ? address : nullptr;
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "SimpleAction.hpp"
 
@@ -11,7 +10,7 @@ namespace Korvel {
 /// "mem_dump": a hex dump of physical memory, which the board's library maps into the process.
 class MemoryDumpAction : public SimpleAction {
 public:
-    static constexpr std::string_view keyword = "mem_dump";
+    static const std::string keyword;
 
     std::string getKeyword() override;
 
@@ -30,7 +29,7 @@ public:
     static bool initializeCma();
 
     /// Where this process sees a physical address; null where it does not translate.
-    static const void* physicalToVirtual(unsigned physical);
+    static void* physicalToVirtual(unsigned physical);
 
     void printMemory() const;
 

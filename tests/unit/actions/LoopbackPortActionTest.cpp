@@ -124,19 +124,24 @@ TEST_F(LoopbackPortActionTest, ThrowsForANumberBeyond32Bits) {
 
 TEST_F(LoopbackPortActionTest, EndsWithTheFirstCommandThatCannotBeRun) {
     Korvel::setVerboseMode(true);
-    bool success = false;
+    bool success = true;
 
     printed = printedBy([&] {
-        runFailing({.number = SYS_wait4, .error = ECHILD}, [&] {
-            Korvel::LoopbackPortAction::executeLoopbackCommand(true, 1);
-            success = true;
-        });
+        runFailing({.number = SYS_wait4, .error = ECHILD},
+                   [&] { success = Korvel::LoopbackPortAction::executeLoopbackCommand(true, 1); });
     });
 
-    EXPECT_TRUE(success);
+    EXPECT_FALSE(success);
     EXPECT_EQ(printed, (Printed{.out = "Loopback Port: Enabling Loopback Port 1\n"
                                        "Loopback Port: System call \"devmem 0x02090110 32 0\"\n",
                                 .err = "Loopback Port: System call failed\n"}));
+}
+
+TEST_F(LoopbackPortActionTest, SucceedsWithTheLastCommand) {
+    EXPECT_TRUE(Korvel::LoopbackPortAction::executeLoopbackCommand(false, 2));
+
+    EXPECT_EQ(commands(), (Words{"devmem 0x02090210 32 0", "devmem 0x02090204 32 2",
+                                 "devmem 0x02090210 32 0x00000000", "devmem 0x02090204 32 0"}));
 }
 
 TEST_F(LoopbackPortActionTest, DoesNotNoticeACommandThatFails) {
