@@ -22,7 +22,7 @@ ArchiveMgr::ArchiveLogInfo::ArchiveLogInfo(ArchiveMgr& manager, const std::strin
       smLog(log) {
     executeCommand("mkdir -p " + directory);  // opening the file tells whether the folder is there
     if (openRuntimeFile(OutputFile::Mode::truncate)) {
-        mgr.logf(LogLvl::information, "%s open for monitoring", runtimePath.c_str());
+        mgr.logf(logInformation, "%s open for monitoring", runtimePath.c_str());
     }
 }
 
@@ -55,7 +55,7 @@ bool ArchiveMgr::ArchiveLogInfo::write(std::string_view text) {
     }
     runtimeFile.write(text);
     if (runtimeFile.hasFailed()) {
-        mgr.logf(LogLvl::error, "Error while writing to  %s", runtimePath.c_str());
+        mgr.logf(logError, "Error while writing to  %s", runtimePath.c_str());
         return false;
     }
     return true;
@@ -76,7 +76,7 @@ void ArchiveMgr::ArchiveLogInfo::rotate() {
 bool ArchiveMgr::ArchiveLogInfo::openRuntimeFile(OutputFile::Mode mode) {
     runtimeFile = OutputFile(runtimePath, mode);
     if (!runtimeFile.isOpen()) {
-        mgr.logf(LogLvl::error, "Error while opening %s", runtimePath.c_str());
+        mgr.logf(logError, "Error while opening %s", runtimePath.c_str());
     }
     return runtimeFile.isOpen();
 }

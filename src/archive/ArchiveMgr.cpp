@@ -52,13 +52,13 @@ bool ArchiveMgr::run() {
     }
 }
 
-void ArchiveMgr::logf(LogLvl level, const char* format, ...) const {
+void ArchiveMgr::logf(int level, const char* format, ...) const {
     if (logClient == nullptr) {
         return;
     }
     std::va_list arguments;
     va_start(arguments, format);
-    logClient->vwrite(static_cast<int>(level), "Archive", format, arguments);
+    logClient->vwrite(level, "Archive", format, arguments);
     va_end(arguments);
 }
 

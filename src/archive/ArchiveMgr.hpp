@@ -29,9 +29,9 @@ public:
     /// Does not return.
     bool run() override;
 
-    /// One entry in the dispatcher's shared-memory log, tag "Archive". `format` and what follows are as for
-    /// printf, without a line end. Nothing happens before run().
-    void logf(LogLvl level, const char* format, ...) const __attribute__((format(printf, 3, 4)));
+    /// One entry in the dispatcher's shared-memory log, tag "Archive". `level` is a LogLvl. `format` and what
+    /// follows are as for printf, without a line end. Nothing happens before run().
+    void logf(int level, const char* format, ...) const __attribute__((format(printf, 3, 4)));
 
 private:
     std::string buffer;          // both logs are read into it

@@ -15,7 +15,6 @@
 #include "Trim.hpp"
 
 using Korvel::logf;
-using Korvel::LogLvl;
 
 namespace {
 
@@ -37,8 +36,8 @@ struct DeploymentConfig {
 
 constexpr std::array deploymentConfigs{
     DeploymentConfig{
-        DispatcherType::IWF, "iwfDeploymentCfgPath", {"/etc/QEL_IWF.cfg", "/etc/SFN_Master_IWF.cfg", ""}},
-    DeploymentConfig{DispatcherType::SFN,
+        dispatcherTypeIWF, "iwfDeploymentCfgPath", {"/etc/QEL_IWF.cfg", "/etc/SFN_Master_IWF.cfg", ""}},
+    DeploymentConfig{dispatcherTypeSFN,
                      "sfnDeploymentCfgPath",
                      {"", "/etc/SFN_Master_PhyProxy.cfg", "/etc/SFN_ANT_PhyClient.cfg"}},
 };
@@ -70,11 +69,11 @@ Config::Config(const std::string& path) : entries(expectedEntries) {
 }
 
 bool Config::shouldStartIWF() const {
-    return sfnDeploymentType != SFNDeploymentType::antenna;
+    return sfnDeploymentType != sfnDeploymentAntenna;
 }
 
 bool Config::shouldStartSFN() const {
-    return sfnDeploymentType != SFNDeploymentType::none;
+    return sfnDeploymentType != sfnDeploymentNone;
 }
 
 bool Config::shouldCollectLogOnExit() const {
@@ -82,7 +81,7 @@ bool Config::shouldCollectLogOnExit() const {
     return disabled == nullptr || *disabled != "1";
 }
 
-std::string Config::getDeploymentConfigFile(DispatcherType type) const {
+std::string Config::getDeploymentConfigFile(int type) const {
     for (const DeploymentConfig& config : deploymentConfigs) {
         if (config.instance == type) {
             const std::string* const path = find(config.overrideKey);
@@ -102,7 +101,7 @@ std::string Config::checkForPrivate(const std::string& executablePath) {
         return executablePath;
     }
     if (!isExecutable(candidate)) {
-        logf(LogLvl::error, "Private %s found but missing executable flag", candidate.c_str());
+        logf(Korvel::logError, "Private %s found but missing executable flag", candidate.c_str());
         return executablePath;
     }
     return candidate;
@@ -112,10 +111,10 @@ void Config::parseConfig(const std::string& path) {
     if (!fileExists(path)) {
         return;
     }
-    logf(LogLvl::information, "Opening '%s' file", path.c_str());
+    logf(Korvel::logInformation, "Opening '%s' file", path.c_str());
     const std::optional<std::string> content = readConfiguration(path);
     if (!content) {
-        logf(LogLvl::error, "Error while opening '%s' file", path.c_str());
+        logf(Korvel::logError, "Error while opening '%s' file", path.c_str());
         return;
     }
     std::istringstream lines(*content);
@@ -133,17 +132,17 @@ bool Config::parseLine(const std::string& line) {
     const bool haveKey = getEntry(stream, key);
     const bool haveValue = getEntry(stream, value);
     if (key.empty() || value.empty()) {
-        logf(LogLvl::warning, "Trying to add incomplete entry: '%s','%s'", key.c_str(), value.c_str());
+        logf(Korvel::logWarning, "Trying to add incomplete entry: '%s','%s'", key.c_str(), value.c_str());
         return false;
     }
-    logf(LogLvl::debug, "Adding config entry [%s, %s]", key.c_str(), value.c_str());
+    logf(Korvel::logDebug, "Adding config entry [%s, %s]", key.c_str(), value.c_str());
     entries[key] = value;
     return haveKey && haveValue;
 }
 
 bool Config::getEntry(std::istringstream& stream, std::string& out) {
     if (!std::getline(stream, out, '=')) {
-        logf(LogLvl::warning, "Could not get entry from: %s", stream.str().c_str());
+        logf(Korvel::logWarning, "Could not get entry from: %s", stream.str().c_str());
         return false;
     }
     trim(out);
@@ -153,30 +152,30 @@ bool Config::getEntry(std::istringstream& stream, std::string& out) {
 void Config::readDebugLvl() {
     const std::string* const level = find("debugCfg");
     if (level != nullptr && Korvel::parseNumber(*level, debugLvl) != Korvel::NumberError::none) {
-        logf(LogLvl::error, "Parsing debugCfg failed");
+        logf(Korvel::logError, "Parsing debugCfg failed");
     }
 }
 
 void Config::detectL2SCTEnv() {
     const std::string* const forced = find("L2SCTEnv");
     if (forced != nullptr && *forced == "1") {
-        logf(LogLvl::information, "L2 SCT environment forced by config file");
+        logf(Korvel::logInformation, "L2 SCT environment forced by config file");
         l2SCTEnv = true;
     }
     if (Korvel::getIsolatedCpuMask() == l2SCTIsolatedCpus) {
-        logf(LogLvl::information, "Detected L2 SCT environment in isolcpus");
+        logf(Korvel::logInformation, "Detected L2 SCT environment in isolcpus");
         l2SCTEnv = true;
     }
 }
 
 void Config::initSFNDeploymentType() {
     if (fileExists(antennaFlagFile)) {
-        sfnDeploymentType = SFNDeploymentType::antenna;
+        sfnDeploymentType = sfnDeploymentAntenna;
     } else if (fileExists(masterFlagFile)) {
-        sfnDeploymentType = SFNDeploymentType::master;
+        sfnDeploymentType = sfnDeploymentMaster;
     } else if (fileExists(deploymentTypeFile)) {
         std::istringstream content(readConfiguration(deploymentTypeFile).value_or(""));
-        sfnDeploymentType = fileIsEmpty(content) ? SFNDeploymentType::none : parseSFNType(content);
+        sfnDeploymentType = fileIsEmpty(content) ? sfnDeploymentNone : parseSFNType(content);
     }
 }
 
@@ -184,9 +183,9 @@ SFNDeploymentType Config::parseSFNType(std::istream& stream) {
     std::string word;
     stream >> word;
     if (word == "8core_SfnAnt") {
-        return SFNDeploymentType::antenna;
+        return sfnDeploymentAntenna;
     }
-    return word == "6core_SfnMaster" ? SFNDeploymentType::master : SFNDeploymentType::none;
+    return word == "6core_SfnMaster" ? sfnDeploymentMaster : sfnDeploymentNone;
 }
 
 bool Config::fileIsEmpty(std::istream& stream) {

@@ -6,9 +6,10 @@
 #include <unordered_map>
 
 /// What kind of SFN deployment the board is.
-enum class SFNDeploymentType : int { none = 0, master = 1, antenna = 2 };
+enum SFNDeploymentType : int { sfnDeploymentNone = 0, sfnDeploymentMaster = 1, sfnDeploymentAntenna = 2 };
 
-enum class DispatcherType : int { IWF = 0, SFN = 1 };
+/// Names for the dispatcher instances, which are plain numbers wherever one is passed.
+enum DispatcherType : int { dispatcherTypeIWF = 0, dispatcherTypeSFN = 1 };
 
 bool fileExists(const std::string& path);
 
@@ -28,30 +29,46 @@ public:
     bool shouldCollectLogOnExit() const;
 
     /// The path of an instance's deployment configuration: the file's own key for it, else by deployment
-    /// type; empty where the deployment has no such instance.
-    std::string getDeploymentConfigFile(DispatcherType type) const;
+    /// type; empty where the deployment has no such instance. `type` is a DispatcherType.
+    std::string getDeploymentConfigFile(int type) const;
 
     /// The private replacement of an executable, "/rom/private/NAME", where the board is not secured and
     /// there is an executable one; else `executablePath` itself.
     static std::string checkForPrivate(const std::string& executablePath);
 
+    // The steps of construction.
+
+    /// Takes each line of the file at `path` that is neither empty nor a comment. A file that is not there
+    /// has none.
+    void parseConfig(const std::string& path);
+
+    /// Stores the entry of a line `key=value`, in place of an earlier one of its key. False where a part of
+    /// it is missing.
+    bool parseLine(const std::string& line);
+
+    /// The text up to the next '=' or the end of the line, without white space around it. False, with `out`
+    /// empty, at the end of the line.
+    static bool getEntry(std::istringstream& stream, std::string& out);
+
+    /// Asks the platform for the kind of SFN deployment.
+    void initSFNDeploymentType();
+
+    /// What the first word of `stream` says.
+    static SFNDeploymentType parseSFNType(std::istream& stream);
+
+    static bool fileIsEmpty(std::istream& stream);
+    static bool isExecutable(const std::string& path);
+
 private:
     using Entries = std::unordered_map<std::string, std::string>;
 
-    void parseConfig(const std::string& path);
-    bool parseLine(const std::string& line);
-    static bool getEntry(std::istringstream& stream, std::string& out);
     void readDebugLvl();
     void detectL2SCTEnv();
-    void initSFNDeploymentType();
-    static SFNDeploymentType parseSFNType(std::istream& stream);
-    static bool fileIsEmpty(std::istream& stream);
-    static bool isExecutable(const std::string& path);
     /// The value of `key`, or null.
     const std::string* find(const std::string& key) const;
 
     Entries entries;
-    SFNDeploymentType sfnDeploymentType = SFNDeploymentType::none;
+    SFNDeploymentType sfnDeploymentType = sfnDeploymentNone;
     int debugLvl = 0;
     bool l2SCTEnv = false;
 };

@@ -7,26 +7,26 @@
 
 namespace Korvel {
 
-int logLvlToPriority(LogLvl level) {
+int logLvlToPriority(int level) {
     switch (level) {
-        case LogLvl::error:
+        case logError:
             return LOG_ERR;
-        case LogLvl::warning:
+        case logWarning:
             return LOG_WARNING;
-        case LogLvl::information:
+        case logInformation:
             return LOG_INFO;
         default:
             return LOG_DEBUG;
     }
 }
 
-void logToSystem(LogLvl level, const char* format, std::va_list arguments) {
+void logToSystem(int level, const char* format, std::va_list arguments) {
     if (systemLogHasRoom()) {
         vsyslog(logLvlToPriority(level), format, arguments);
     }
 }
 
-void logf(LogLvl level, const char* format, ...) {
+void logf(int level, const char* format, ...) {
     if (!isVerboseMode()) {
         return;
     }

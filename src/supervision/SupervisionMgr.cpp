@@ -65,7 +65,7 @@ void SupervisionMgr::printHelpMsg(const std::string& indent, const std::string& 
 bool SupervisionMgr::run() {
     dismissFileHelper();
     if (initialize()) {
-        logf(LogLvl::information, "Starting supervision of dispatcher%s%s and netfp_proxy",
+        logf(logInformation, "Starting supervision of dispatcher%s%s and netfp_proxy",
              iwfSelected ? " IWF" : "", sfnSelected ? " SFN" : "");
         heartbeatMonitor();
     }
@@ -78,11 +78,11 @@ bool SupervisionMgr::initialize() {
     requireInvariant(nullptr != logClient, "nullptr != logClient", "SupervisionMgr");
     netlinkFd = Util::openNetlinkSocket();
     if (!netlinkFd) {
-        logf(LogLvl::error, "Error while creating netlink socket, errno: %s", std::strerror(errno));
+        logf(logError, "Error while creating netlink socket, errno: %s", std::strerror(errno));
         return false;
     }
     if (!Util::bindNetlinkSocket(netlinkFd.get())) {
-        logf(LogLvl::error, "Error while binding netlink socket, errno: %s", std::strerror(errno));
+        logf(logError, "Error while binding netlink socket, errno: %s", std::strerror(errno));
         return false;
     }
     for (auto instance = Configuration::getInstanceBegin(); instance != Configuration::getInstanceEnd();
@@ -120,7 +120,7 @@ void SupervisionMgr::heartbeatMonitor() {
 void SupervisionMgr::sendDispatcherHeartbeatReq(int portId) {
     if (!sendRequest(netlinkFd.get(), FASTPATH_DISPATCHER_HEARTBEAT_REQ, static_cast<std::uint32_t>(portId),
                      seqNumber.dispatcher)) {
-        logf(LogLvl::error, "Error while sending heartbeat request to dispatcher, errno: %s",
+        logf(logError, "Error while sending heartbeat request to dispatcher, errno: %s",
              std::strerror(errno));
     }
 }
@@ -129,7 +129,7 @@ void SupervisionMgr::sendNetfpProxyHearbeatReq() {
     ++seqNumber.netfpProxy;
     if (!sendRequest(netlinkFd.get(), FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_PORT_ID,
                      seqNumber.netfpProxy)) {
-        logf(LogLvl::error, "Error while sending heartbeat request to netfp proxy, errno: %s",
+        logf(logError, "Error while sending heartbeat request to netfp proxy, errno: %s",
              std::strerror(errno));
     }
 }
@@ -146,11 +146,11 @@ int SupervisionMgr::waitForHeartbeatsResp() {
         const std::optional<int> end = receive(response, size);
         expired = wallClockNow() - start > cycleLimit;
         if (end) {
-            logf(LogLvl::information, "%s", getStatusStr(status).c_str());
+            logf(logInformation, "%s", getStatusStr(status).c_str());
             return *end;
         }
         if (size != sizeof response) {
-            logf(LogLvl::error, "Unexpected message size: %u", static_cast<unsigned>(size));
+            logf(logError, "Unexpected message size: %u", static_cast<unsigned>(size));
         } else if (!takeResponse(response, status, remaining)) {
             return stop;
         }
@@ -163,10 +163,10 @@ int SupervisionMgr::waitForHeartbeatsResp() {
 std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::size_t& size) {
     switch (waitReadable(netlinkFd.get(), deadlineIn(responseTimeout))) {
         case Readiness::timedOut:
-            logf(LogLvl::error, "poll(): Timed out while waiting for response");
+            logf(logError, "poll(): Timed out while waiting for response");
             return timedOut;
         case Readiness::failed:
-            logf(LogLvl::error, "poll(): An error occured, errno: %s", std::strerror(errno));
+            logf(logError, "poll(): An error occured, errno: %s", std::strerror(errno));
             return stop;
         case Readiness::ready:
             break;
@@ -174,11 +174,11 @@ std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::siz
     const ssize_t count =
         uninterrupted([&] { return ::recv(netlinkFd.get(), &response, sizeof response, 0); });
     if (count == 0) {
-        logf(LogLvl::error, "recv(): Peer has performed an orderly shutdown");
+        logf(logError, "recv(): Peer has performed an orderly shutdown");
         return stop;
     }
     if (count < 0) {
-        logf(LogLvl::error, "recv(): An error occured, errno: %s", std::strerror(errno));
+        logf(logError, "recv(): An error occured, errno: %s", std::strerror(errno));
         return stop;
     }
     size = static_cast<std::size_t>(count);
@@ -192,9 +192,9 @@ bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRe
         return takeDispatcherResponse(response, status, remaining);
     }
     if (response.header.nlmsg_seq != seqNumber.netfpProxy) {
-        logf(LogLvl::error, "Unexpected netlink sequence number: %u", response.header.nlmsg_seq);
+        logf(logError, "Unexpected netlink sequence number: %u", response.header.nlmsg_seq);
     } else if (response.payload.messageType != FASTPATH_NETFP_PROXY_HEARTBEAT_RESP) {
-        logf(LogLvl::error, "NetfpProxy Heartbeat: unexpected return message type");
+        logf(logError, "NetfpProxy Heartbeat: unexpected return message type");
     } else {
         --remaining;
         status.netfpProxy = statusOf(response.payload);
@@ -205,7 +205,7 @@ bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRe
 bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
                                             std::uint32_t& remaining) {
     if (response.payload.messageType != FASTPATH_DISPATCHER_HEARTBEAT_RESP) {
-        logf(LogLvl::error, "Dispatcher Heartbeat: unexpected return message type");
+        logf(logError, "Dispatcher Heartbeat: unexpected return message type");
         return true;
     }
     --remaining;
@@ -217,7 +217,7 @@ bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, H
             status.sfn = statusOf(response.payload);
             return true;
         default:
-            logf(LogLvl::error, "Invalid dispatcher PID received: %u", response.header.nlmsg_pid);
+            logf(logError, "Invalid dispatcher PID received: %u", response.header.nlmsg_pid);
             return false;
     }
 }
@@ -230,13 +230,13 @@ int SupervisionMgr::concludeCycle(const HeartbeatRespStatus& status) {
     }
     const std::string line = getStatusStr(status);
     fail(line);
-    logf(LogLvl::error, "%s", line.c_str());
+    logf(logError, "%s", line.c_str());
     return stop;
 }
 
 void SupervisionMgr::cleanup() {
     if (!netlinkFd.close()) {
-        logf(LogLvl::error, "Error while closing netlink socket, errno: %s", std::strerror(errno));
+        logf(logError, "Error while closing netlink socket, errno: %s", std::strerror(errno));
     }
 }
 
@@ -253,13 +253,13 @@ std::string SupervisionMgr::getStatusStr(const HeartbeatRespStatus& status) cons
     return line.data();
 }
 
-void SupervisionMgr::logf(LogLvl level, const char* format, ...) {
+void SupervisionMgr::logf(int level, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
     std::va_list again;
     va_copy(again, arguments);
     if (logClient != nullptr) {
-        logClient->vwrite(static_cast<int>(level), "Supervision", format, arguments);
+        logClient->vwrite(level, "Supervision", format, arguments);
     }
     logToSystem(level, format, again);
     va_end(again);

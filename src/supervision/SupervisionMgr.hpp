@@ -61,9 +61,9 @@ public:
     /// One line about the peers that are supervised, without line end.
     std::string getStatusStr(const HeartbeatRespStatus& status) const;
 
-    /// `format` and what follows are as for printf, without a line end. Before initialize(), the system log
-    /// alone is written.
-    void logf(LogLvl level, const char* format, ...) __attribute__((format(printf, 3, 4)));
+    /// `level` is a LogLvl. `format` and what follows are as for printf, without a line end. Before
+    /// initialize(), the system log alone is written.
+    void logf(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 private:
     struct HeartbeatResponse;

@@ -52,7 +52,7 @@ TEST_F(ArchiveMgrTest, ReportsNothingAnywhereBeforeItRuns) {
     SystemLog systemLog;
     Korvel::setVerboseMode(true);
 
-    const Printed printed = printedBy([&] { manager.logf(Korvel::LogLvl::error, "an %s", "error"); });
+    const Printed printed = printedBy([&] { manager.logf(Korvel::logError, "an %s", "error"); });
 
     EXPECT_EQ(printed, Printed{});
     EXPECT_EQ(systemLog.records(), std::vector<std::string>{});

@@ -20,16 +20,16 @@ protected:
 
     static void expectDeploymentFiles(const std::string& iwf, const std::string& sfn) {
         const Config board = config();
-        EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::IWF), iwf);
-        EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::SFN), sfn);
-        EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType{2}), "");
+        EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeIWF), iwf);
+        EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeSFN), sfn);
+        EXPECT_EQ(board.getDeploymentConfigFile(2), "");
     }
 };
 
 TEST_F(ConfigDeployment, RunsOnlyIWFWithoutSFN) {
     const Config board = config();
 
-    EXPECT_EQ(board.getSFNDeploymentType(), SFNDeploymentType::none);
+    EXPECT_EQ(board.getSFNDeploymentType(), sfnDeploymentNone);
     EXPECT_TRUE(board.shouldStartIWF());
     EXPECT_FALSE(board.shouldStartSFN());
     expectDeploymentFiles("/etc/QEL_IWF.cfg", "");
@@ -40,7 +40,7 @@ TEST_F(ConfigDeployment, RunsBothInstancesOnAnSFNMaster) {
 
     const Config board = config();
 
-    EXPECT_EQ(board.getSFNDeploymentType(), SFNDeploymentType::master);
+    EXPECT_EQ(board.getSFNDeploymentType(), sfnDeploymentMaster);
     EXPECT_TRUE(board.shouldStartIWF());
     EXPECT_TRUE(board.shouldStartSFN());
     expectDeploymentFiles("/etc/SFN_Master_IWF.cfg", "/etc/SFN_Master_PhyProxy.cfg");
@@ -51,7 +51,7 @@ TEST_F(ConfigDeployment, RunsOnlySFNOnAnAntennaNode) {
 
     const Config board = config();
 
-    EXPECT_EQ(board.getSFNDeploymentType(), SFNDeploymentType::antenna);
+    EXPECT_EQ(board.getSFNDeploymentType(), sfnDeploymentAntenna);
     EXPECT_FALSE(board.shouldStartIWF());
     EXPECT_TRUE(board.shouldStartSFN());
     expectDeploymentFiles("", "/etc/SFN_ANT_PhyClient.cfg");
@@ -61,13 +61,13 @@ TEST_F(ConfigDeployment, IsAnAntennaNodeWhereBothFlagFilesArePresent) {
     writeFile(antennaFlag, "");
     writeFile(masterFlag, "");
 
-    EXPECT_EQ(config().getSFNDeploymentType(), SFNDeploymentType::antenna);
+    EXPECT_EQ(config().getSFNDeploymentType(), sfnDeploymentAntenna);
 }
 
 TEST_F(ConfigDeployment, TrustsAFlagFileMoreThanTheDeploymentType) {
     writeFile(masterFlag, "");
 
-    EXPECT_EQ(typeFor("8core_SfnAnt\n"), SFNDeploymentType::master);
+    EXPECT_EQ(typeFor("8core_SfnAnt\n"), sfnDeploymentMaster);
 }
 
 TEST_F(ConfigDeployment, IsReadFromTheFirstWordOfTheDeploymentType) {
@@ -75,14 +75,14 @@ TEST_F(ConfigDeployment, IsReadFromTheFirstWordOfTheDeploymentType) {
         std::string text;
         SFNDeploymentType type;
     } cases[] = {
-        {"8core_SfnAnt", SFNDeploymentType::antenna},
-        {"6core_SfnMaster", SFNDeploymentType::master},
-        {"\n \t6core_SfnMaster 8core_SfnAnt\n", SFNDeploymentType::master},
-        {"4core_Iwf\n", SFNDeploymentType::none},
-        {"the 8core_SfnAnt\n", SFNDeploymentType::none},
-        {"8core_SfnAnt,\n", SFNDeploymentType::none},
-        {"8CORE_SFNANT\n", SFNDeploymentType::none},
-        {" \n\n", SFNDeploymentType::none},
+        {"8core_SfnAnt", sfnDeploymentAntenna},
+        {"6core_SfnMaster", sfnDeploymentMaster},
+        {"\n \t6core_SfnMaster 8core_SfnAnt\n", sfnDeploymentMaster},
+        {"4core_Iwf\n", sfnDeploymentNone},
+        {"the 8core_SfnAnt\n", sfnDeploymentNone},
+        {"8core_SfnAnt,\n", sfnDeploymentNone},
+        {"8CORE_SFNANT\n", sfnDeploymentNone},
+        {" \n\n", sfnDeploymentNone},
     };
     for (const auto& [text, type] : cases) {
         SCOPED_TRACE(text);
@@ -91,20 +91,20 @@ TEST_F(ConfigDeployment, IsReadFromTheFirstWordOfTheDeploymentType) {
 }
 
 TEST_F(ConfigDeployment, IsIWFOnlyForAnEmptyDeploymentType) {
-    EXPECT_EQ(typeFor(""), SFNDeploymentType::none);
+    EXPECT_EQ(typeFor(""), sfnDeploymentNone);
 }
 
 TEST_F(ConfigDeployment, IsIWFOnlyForADeploymentTypeThatCannotBeRead) {
     writeFile(typeFile, "8core_SfnAnt\n");
     std::filesystem::permissions(typeFile, std::filesystem::perms::none);
 
-    EXPECT_EQ(config().getSFNDeploymentType(), SFNDeploymentType::none);
+    EXPECT_EQ(config().getSFNDeploymentType(), sfnDeploymentNone);
 }
 
 TEST_F(ConfigDeployment, IsTheSameOnASecuredBoard) {
     secureTheBoard();
 
-    EXPECT_EQ(typeFor("6core_SfnMaster\n"), SFNDeploymentType::master);
+    EXPECT_EQ(typeFor("6core_SfnMaster\n"), sfnDeploymentMaster);
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ TEST_F(ConfigEntries, TakeTheirDefaultsWithoutAFile) {
     EXPECT_EQ(board.getDebugLvl(), 0);
     EXPECT_FALSE(board.isL2SCTEnv());
     EXPECT_TRUE(board.shouldCollectLogOnExit());
-    EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::IWF), "/etc/QEL_IWF.cfg");
+    EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeIWF), "/etc/QEL_IWF.cfg");
     EXPECT_EQ(records(), std::vector<std::string>{});
 }
 
@@ -81,15 +81,15 @@ TEST_F(ConfigEntries, OverrideTheDeploymentConfigurationFiles) {
         "iwfDeploymentCfgPath=/tmp/iwf.cfg\n"
         "sfnDeploymentCfgPath=/tmp/sfn.cfg\n");
 
-    EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::IWF), "/tmp/iwf.cfg");
-    EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::SFN), "/tmp/sfn.cfg");
+    EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeIWF), "/tmp/iwf.cfg");
+    EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeSFN), "/tmp/sfn.cfg");
 }
 
 TEST_F(ConfigEntries, OverrideOneInstanceAndLeaveTheOther) {
     const Config board = configOf("sfnDeploymentCfgPath=/tmp/sfn.cfg\n");
 
-    EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::IWF), "/etc/QEL_IWF.cfg");
-    EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::SFN), "/tmp/sfn.cfg");
+    EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeIWF), "/etc/QEL_IWF.cfg");
+    EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeSFN), "/tmp/sfn.cfg");
 }
 
 TEST_F(ConfigEntries, AreIgnoredEntirelyOnASecuredBoard) {
@@ -104,7 +104,7 @@ TEST_F(ConfigEntries, AreIgnoredEntirelyOnASecuredBoard) {
     EXPECT_EQ(board.getDebugLvl(), 0);
     EXPECT_FALSE(board.isL2SCTEnv());
     EXPECT_TRUE(board.shouldCollectLogOnExit());
-    EXPECT_EQ(board.getDeploymentConfigFile(DispatcherType::IWF), "/etc/QEL_IWF.cfg");
+    EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeIWF), "/etc/QEL_IWF.cfg");
     EXPECT_EQ(records(), std::vector<std::string>{});
 }
 

@@ -14,8 +14,8 @@ namespace {
 
 using Records = std::vector<std::string>;
 
-constexpr LogLvl beyondAllLevels{42};
-constexpr LogLvl belowAllLevels{-1};
+constexpr int beyondAllLevels = 42;
+constexpr int belowAllLevels = -1;
 
 class Logf : public testing::Test {
 protected:
@@ -29,7 +29,7 @@ protected:
 TEST_F(Logf, WritesNothingAnywhereOutsideVerboseMode) {
     setVerboseMode(false);
 
-    logf(LogLvl::error, "port %d", 7);
+    logf(Korvel::logError, "port %d", 7);
 
     EXPECT_EQ(systemLog.records(), Records{});
     EXPECT_EQ(console.out(), "");
@@ -37,7 +37,7 @@ TEST_F(Logf, WritesNothingAnywhereOutsideVerboseMode) {
 }
 
 TEST_F(Logf, SendsTheFormattedTextAndPrintsABareLineEnd) {
-    logf(LogLvl::information, "port %d of %s", 7, "eth0");
+    logf(Korvel::logInformation, "port %d of %s", 7, "eth0");
 
     EXPECT_EQ(systemLog.records(), Records{"<14>TIME common_test: port 7 of eth0"});
     EXPECT_EQ(console.out(), "\n");
@@ -45,10 +45,10 @@ TEST_F(Logf, SendsTheFormattedTextAndPrintsABareLineEnd) {
 }
 
 TEST_F(Logf, SendsEachLevelWithItsPriority) {
-    logf(LogLvl::error, "error");
-    logf(LogLvl::warning, "warning");
-    logf(LogLvl::information, "information");
-    logf(LogLvl::debug, "debug");
+    logf(Korvel::logError, "error");
+    logf(Korvel::logWarning, "warning");
+    logf(Korvel::logInformation, "information");
+    logf(Korvel::logDebug, "debug");
     logf(beyondAllLevels, "beyond");
 
     EXPECT_EQ(systemLog.records(), (Records{
@@ -64,7 +64,7 @@ TEST_F(Logf, SendsEachLevelWithItsPriority) {
 TEST_F(Logf, PrintsItsLineEndWithoutASystemLog) {
     std::filesystem::remove("/dev/log");
 
-    logf(LogLvl::error, "to nobody");
+    logf(Korvel::logError, "to nobody");
 
     EXPECT_EQ(console.out(), "\n");
     EXPECT_EQ(console.err(), "");
@@ -73,7 +73,7 @@ TEST_F(Logf, PrintsItsLineEndWithoutASystemLog) {
 TEST_F(Logf, LosesARecordThatTheSystemLogHasNoRoomFor) {
     systemLog.fill();
 
-    logf(LogLvl::error, "lost");
+    logf(Korvel::logError, "lost");
 
     EXPECT_EQ(systemLog.records(), Records{});
     EXPECT_EQ(console.out(), "\n");
@@ -82,10 +82,10 @@ TEST_F(Logf, LosesARecordThatTheSystemLogHasNoRoomFor) {
 
 TEST_F(Logf, SendsAgainOnceTheSystemLogHasRoom) {
     systemLog.fill();
-    logf(LogLvl::error, "lost");
+    logf(Korvel::logError, "lost");
     systemLog.records();
 
-    logf(LogLvl::error, "kept");
+    logf(Korvel::logError, "kept");
 
     EXPECT_EQ(systemLog.records(), Records{"<11>TIME common_test: kept"});
 }
@@ -93,7 +93,7 @@ TEST_F(Logf, SendsAgainOnceTheSystemLogHasRoom) {
 /// The record alone, whatever the mode.
 class LogToSystem : public testing::Test {
 protected:
-    static void log(LogLvl level, const char* format, ...) __attribute__((format(printf, 2, 3))) {
+    static void log(int level, const char* format, ...) __attribute__((format(printf, 2, 3))) {
         std::va_list arguments;
         va_start(arguments, format);
         logToSystem(level, format, arguments);
@@ -105,8 +105,8 @@ protected:
 };
 
 TEST_F(LogToSystem, SendsTheFormattedTextWithItsPriorityAndPrintsNothing) {
-    log(LogLvl::error, "port %d of %s", 7, "eth0");
-    log(LogLvl::information, "nothing but text");
+    log(Korvel::logError, "port %d of %s", 7, "eth0");
+    log(Korvel::logInformation, "nothing but text");
 
     EXPECT_EQ(systemLog.records(), (Records{
                                        "<11>TIME common_test: port 7 of eth0",
@@ -119,7 +119,7 @@ TEST_F(LogToSystem, SendsTheFormattedTextWithItsPriorityAndPrintsNothing) {
 TEST_F(LogToSystem, PrintsNothingInVerboseModeEither) {
     setVerboseMode(true);
 
-    log(LogLvl::warning, "port %d", 7);
+    log(Korvel::logWarning, "port %d", 7);
     setVerboseMode(false);
 
     EXPECT_EQ(systemLog.records(), Records{"<12>TIME common_test: port 7"});
@@ -129,22 +129,22 @@ TEST_F(LogToSystem, PrintsNothingInVerboseModeEither) {
 TEST_F(LogToSystem, LosesARecordThatTheSystemLogHasNoRoomFor) {
     systemLog.fill();
 
-    log(LogLvl::error, "lost");
+    log(Korvel::logError, "lost");
     systemLog.records();
-    log(LogLvl::error, "kept");
+    log(Korvel::logError, "kept");
 
     EXPECT_EQ(systemLog.records(), Records{"<11>TIME common_test: kept"});
     EXPECT_EQ(console.err(), "");
 }
 
 TEST(LogLvlToPriority, MapsEveryLevel) {
-    EXPECT_EQ(logLvlToPriority(LogLvl::error), 3);
-    EXPECT_EQ(logLvlToPriority(LogLvl::warning), 4);
-    EXPECT_EQ(logLvlToPriority(LogLvl::information), 6);
-    EXPECT_EQ(logLvlToPriority(LogLvl::debug), 7);
-    EXPECT_EQ(logLvlToPriority(LogLvl{0}), 3);
-    EXPECT_EQ(logLvlToPriority(LogLvl{1}), 4);
-    EXPECT_EQ(logLvlToPriority(LogLvl{2}), 6);
+    EXPECT_EQ(logLvlToPriority(Korvel::logError), 3);
+    EXPECT_EQ(logLvlToPriority(Korvel::logWarning), 4);
+    EXPECT_EQ(logLvlToPriority(Korvel::logInformation), 6);
+    EXPECT_EQ(logLvlToPriority(Korvel::logDebug), 7);
+    EXPECT_EQ(logLvlToPriority(0), 3);
+    EXPECT_EQ(logLvlToPriority(1), 4);
+    EXPECT_EQ(logLvlToPriority(2), 6);
     EXPECT_EQ(logLvlToPriority(beyondAllLevels), 7);
     EXPECT_EQ(logLvlToPriority(belowAllLevels), 7);
 }

@@ -7,8 +7,6 @@
 #include "SupervisionMgrFixture.hpp"
 #include "VerboseMode.hpp"
 
-using Korvel::LogLvl;
-
 namespace {
 
 class SupervisionMgrTest : public SupervisionMgrFixture {
@@ -61,10 +59,10 @@ TEST_F(SupervisionMgrTest, HasNothingToResolveInTheArguments) {
 TEST_F(SupervisionMgrTest, LogsInBothPlacesWithEachLevel) {
     manager.initialize();
 
-    manager.logf(LogLvl::error, "port %d of %s", 7, "eth0");
-    manager.logf(LogLvl::warning, "warning");
-    manager.logf(LogLvl::information, "information");
-    manager.logf(LogLvl::debug, "debug");
+    manager.logf(Korvel::logError, "port %d of %s", 7, "eth0");
+    manager.logf(Korvel::logWarning, "warning");
+    manager.logf(Korvel::logInformation, "information");
+    manager.logf(Korvel::logDebug, "debug");
 
     expectLogged({error("port 7 of eth0"),
                   {"1 Supervision: warning", "<12>TIME supervision_test: warning"},
@@ -73,7 +71,7 @@ TEST_F(SupervisionMgrTest, LogsInBothPlacesWithEachLevel) {
 }
 
 TEST_F(SupervisionMgrTest, LogsInTheSystemLogAloneBeforeItHasTheOther) {
-    manager.logf(LogLvl::error, "early");
+    manager.logf(Korvel::logError, "early");
 
     EXPECT_EQ(systemLog.records(), std::vector{error("early").inSystemLog});
     EXPECT_EQ(sharedMemoryLog(), std::vector<std::string>{});
@@ -84,7 +82,7 @@ TEST_F(SupervisionMgrTest, PrintsNothingOfWhatItLogs) {
 
     for (const bool verbose : {false, true}) {
         Korvel::setVerboseMode(verbose);
-        EXPECT_EQ(printedBy([&] { manager.logf(LogLvl::error, "error"); }), Printed{});
+        EXPECT_EQ(printedBy([&] { manager.logf(Korvel::logError, "error"); }), Printed{});
     }
 
     Korvel::setVerboseMode(false);
