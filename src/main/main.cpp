@@ -9,6 +9,7 @@
 #include "Console.hpp"
 #include "ConsoleStreams.hpp"
 #include "DispatcherSelection.hpp"
+#include "IdentifierSeed.hpp"
 #include "Managers.hpp"
 #include "SignalDispositions.hpp"
 #include "StandardStreams.hpp"
@@ -73,6 +74,7 @@ int main(int argc, char** argv) {
     Korvel::setSignalDispositions();
     const Korvel::ConsoleStreams streams;
     Korvel::setCommandLanguage();
+    Korvel::seedRequestIdentifiers();
     bool success = false;
     try {
         success = Korvel::runCommandLine(argc, argv);

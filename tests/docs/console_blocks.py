@@ -32,6 +32,7 @@ VARIABLE_TEXTS = (
     (re.compile(r"netfp_logs_[\d_.:-]+tgz"), "netfp_logs_TIME.tgz"),
     (re.compile(r"0x[0-9a-f]{9,}"), "POINTER"),
     (re.compile(r"in service for \d+ s"), "in service for N s"),
+    (re.compile(r"\b(response ID:|request) \d+\b"), r"\1 NUMBER"),
 )
 
 

@@ -5,6 +5,7 @@
 
 #include "Board.hpp"
 #include "MasterDump.hpp"
+#include "MasterRecord.hpp"
 #include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
@@ -22,10 +23,9 @@ const std::string receiveFailed =
 
 /// A request for `group` at eth1 as the master's record shows it.
 std::string record(const std::string& vlan, const std::string& ignoresVlan) {
-    const std::string identifier = "67458b6b";  // that every run begins with
     const std::string region = "6c757431305f726567696f6e5f6d6163" + std::string(32, '0');
     const std::string interface = "65746831" + std::string(56, '0');
-    return "11000000" + identifier + region + "0008" + vlan + ignoresVlan + "000000" + std::string(12, '0') +
+    return "11000000" + region + "0008" + vlan + ignoresVlan + "000000" + std::string(12, '0') +
            "01005e0000fb" + interface + "01000000" + std::string(104, '0');
 }
 
@@ -36,7 +36,7 @@ TEST(AddMulticastMac, AddsAFilterForEveryVlan) {
 
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1"}), quietSuccess);
 
-    EXPECT_EQ(Board::received("netfp_master"), Lines{record("0000", "01")});
+    EXPECT_EQ(receivedByMaster(), Lines{record("0000", "01")});
     EXPECT_EQ(masterDump(), interfaces +
                                 "multicast:\n"
                                 "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan any\n");
@@ -49,8 +49,7 @@ TEST(AddMulticastMac, AddsFiltersForTheLow16BitsOfAVlan) {
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1", "65537"}), quietSuccess);
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1", "-1"}), quietSuccess);
 
-    EXPECT_EQ(Board::received("netfp_master"),
-              (Lines{record("6400", "00"), record("0100", "00"), record("ffff", "00")}));
+    EXPECT_EQ(receivedByMaster(), (Lines{record("6400", "00"), record("0100", "00"), record("ffff", "00")}));
     EXPECT_EQ(masterDump(), interfaces +
                                 "multicast:\n"
                                 "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan 100\n"
@@ -78,7 +77,7 @@ TEST(AddMulticastMac, FailsWhereTheCommandLineIsWrong) {
         words.insert(words.end(), arguments.begin(), arguments.end());
         EXPECT_EQ(korvel(words), failure(message));
     }
-    EXPECT_EQ(Board::received("netfp_master"), Lines{});
+    EXPECT_EQ(receivedByMaster(), Lines{});
 }
 
 TEST(AddMulticastMac, FailsWhereTheMasterRefusesTheFilter) {

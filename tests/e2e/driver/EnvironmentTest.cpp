@@ -22,7 +22,7 @@ struct World {
 const std::vector<std::string> commandLines{
     "korvel --help",
     "korvel iiii",
-    "korvel -v getport eth1",
+    "korvel -v getport eth1 | sed 's/response ID: [0-9]*/response ID: NUMBER/'",
     "korvel getport ffff",
     "korvel mirrorport enable eth0 eth3",
     "korvel portswap eth1 eth2",

@@ -5,6 +5,7 @@
 
 #include "Board.hpp"
 #include "MasterDump.hpp"
+#include "MasterRecord.hpp"
 #include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
@@ -27,15 +28,6 @@ std::string field(const std::string& name) {
     }
     hex.resize(64, '0');
     return hex;
-}
-
-/// Each record of the master without the request's identifier, which differs.
-Lines receivedByMaster() {
-    Lines records = Board::received("netfp_master");
-    for (std::string& record : records) {
-        record.erase(8, 8);
-    }
-    return records;
 }
 
 std::string lookUp(const std::string& name) {

@@ -1,0 +1,30 @@
+#include "IdentifierSeed.hpp"
+
+#include <cstdlib>
+
+#include <sys/random.h>
+#include <unistd.h>
+
+#include "WallClock.hpp"
+
+namespace Korvel {
+namespace {
+
+/// What differs from run to run even where the kernel has nothing random yet.
+unsigned seedOfClockAndProcess() {
+    const auto time = wallClockNow().time_since_epoch().count();
+    return static_cast<unsigned>(time) ^ static_cast<unsigned>(::getpid());
+}
+
+}  // namespace
+
+void seedRequestIdentifiers() {
+    unsigned seed = 0;
+    if (::getrandom(&seed, sizeof seed, GRND_NONBLOCK) != static_cast<ssize_t>(sizeof seed)) {
+        seed = seedOfClockAndProcess();
+    }
+    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): identifiers need to differ, not to be hard to guess
+    std::srand(seed);
+}
+
+}  // namespace Korvel
