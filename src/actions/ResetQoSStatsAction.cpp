@@ -13,9 +13,7 @@
 
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
-#include "SystemCall.hpp"
-#include "Wait.hpp"
-#include "WallClock.hpp"
+#include "ElapsedTime.hpp"
 
 namespace Korvel {
 namespace {
@@ -102,11 +100,11 @@ bool ResetQoSStatsAction::waitForResp(const Configuration::DispatcherInstance& i
     const std::string& expected = Configuration::getConfig(instance).endOfMessageMarker;
     bool received = false;
     bool expired = false;
-    const auto start = wallClockNow();
+    const ElapsedTime time;
     while (!expired) {
         std::string text;
         const bool arrived = receiveText(text);
-        expired = wallClockNow() - start > replyLimit;
+        expired = time.exceeds(replyLimit);
         if (!arrived || text == expected) {
             break;
         }
@@ -118,22 +116,21 @@ bool ResetQoSStatsAction::waitForResp(const Configuration::DispatcherInstance& i
 
 /// The next datagram as a text, cut to the size of a reply. False, reported, where none comes.
 bool ResetQoSStatsAction::receiveText(std::string& text) {
-    switch (waitReadable(socketFd.get(), deadlineIn(replyTimeout))) {
-        case Readiness::timedOut:
+    std::array<char, replySize> buffer{};
+    std::size_t size = 0;
+    const auto room = std::as_writable_bytes(std::span(buffer));
+    switch (receiveDatagram(socketFd.get(), room, deadlineIn(replyTimeout), size)) {
+        case Arrival::timedOut:
             return fail("poll(): Timed out while waiting for response");
-        case Readiness::failed:
+        case Arrival::waitFailed:
             return failErrno("poll(): An error occured, errno: %s");
-        case Readiness::ready:
+        case Arrival::receiveFailed:
+            return failErrno("recv(): An error occured, errno: %s");
+        case Arrival::datagram:
             break;
     }
-    std::array<char, replySize> buffer{};
-    const ssize_t count =
-        uninterrupted([&] { return ::recv(socketFd.get(), buffer.data(), buffer.size(), 0); });
-    if (count == 0) {
+    if (size == 0) {
         return fail("recv(): Peer has performed an orderly shutdown");
-    }
-    if (count < 0) {
-        return failErrno("recv(): An error occured, errno: %s");
     }
     text.assign(buffer.data(), ::strnlen(buffer.data(), buffer.size()));
     return true;

@@ -5,6 +5,7 @@
 #include <sys/time.h>
 
 #include "Console.hpp"
+#include "SystemCall.hpp"
 
 namespace Korvel {
 namespace {
@@ -55,6 +56,30 @@ bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockadd
         errno = reason;
     }
     return sent == static_cast<ssize_t>(datagram.size());
+}
+
+Arrival receiveDatagram(int socket, std::span<std::byte> buffer, const Deadline& deadline,
+                        std::size_t& size) {
+    do {
+        switch (waitReadable(socket, deadline)) {
+            case Readiness::timedOut:
+                return Arrival::timedOut;
+            case Readiness::failed:
+                return Arrival::waitFailed;
+            case Readiness::ready:
+                break;
+        }
+        const ssize_t received =
+            uninterrupted([&] { return ::recv(socket, buffer.data(), buffer.size(), MSG_DONTWAIT); });
+        if (received >= 0) {
+            size = static_cast<std::size_t>(received);
+            return Arrival::datagram;
+        }
+        if (errno != EAGAIN) {
+            return Arrival::receiveFailed;
+        }
+    } while (!hasPassed(deadline));
+    return Arrival::timedOut;
 }
 
 }  // namespace Korvel

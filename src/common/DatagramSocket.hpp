@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 
 #include "UniqueFd.hpp"
+#include "Wait.hpp"
 
 namespace Korvel {
 
@@ -18,5 +19,14 @@ UniqueFd openDatagramSocket(int family, int protocol = 0);
 /// set.
 [[nodiscard]] bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockaddr* address,
                                 socklen_t length);
+
+/// How the wait for a datagram ended.
+enum class Arrival { datagram, timedOut, waitFailed, receiveFailed };
+
+/// Waits until a datagram is there, or the deadline, and receives it, cut to `buffer`. The wait goes on where
+/// what was announced is not there. `size` is how many bytes were received; it is only written with a
+/// datagram. The failures leave errno set.
+[[nodiscard]] Arrival receiveDatagram(int socket, std::span<std::byte> buffer, const Deadline& deadline,
+                                      std::size_t& size);
 
 }  // namespace Korvel

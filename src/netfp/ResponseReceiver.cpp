@@ -1,19 +1,11 @@
 #include "ResponseReceiver.hpp"
 
-#include <sys/socket.h>
+#include <span>
 
 #include "Console.hpp"
-#include "SystemCall.hpp"
+#include "DatagramSocket.hpp"
 
 namespace Korvel {
-namespace {
-
-Received reportFailure() {
-    failErrnoNumber("Failed to receive from Linux Socket: ");
-    return Received::failure;
-}
-
-}  // namespace
 
 Deadline deadlineInX100(unsigned timeout) {
     constexpr std::chrono::milliseconds unit{100};
@@ -23,21 +15,19 @@ Deadline deadlineInX100(unsigned timeout) {
 Received receiveResponse(int socket, const Deadline& deadline, const ResponseTest& accepts,
                          NetfpMaster_Response& response) {
     do {
-        switch (waitReadable(socket, deadline)) {
-            case Readiness::timedOut:
+        NetfpMaster_Response datagram{};
+        std::size_t size = 0;
+        switch (receiveDatagram(socket, std::as_writable_bytes(std::span(&datagram, 1)), deadline, size)) {
+            case Arrival::timedOut:
                 return Received::nothing;
-            case Readiness::failed:
-                return reportFailure();
-            case Readiness::ready:
+            case Arrival::waitFailed:
+            case Arrival::receiveFailed:
+                failErrnoNumber("Failed to receive from Linux Socket: ");
+                return Received::failure;
+            case Arrival::datagram:
                 break;
         }
-        NetfpMaster_Response datagram{};
-        const ssize_t size =
-            uninterrupted([&] { return ::recv(socket, &datagram, sizeof datagram, MSG_DONTWAIT); });
-        if (size < 0 && errno != EAGAIN) {
-            return reportFailure();
-        }
-        if (size >= 0 && accepts(datagram, static_cast<std::size_t>(size))) {
+        if (accepts(datagram, size)) {
             response = datagram;
             return Received::response;
         }

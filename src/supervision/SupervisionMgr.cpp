@@ -8,18 +8,16 @@
 #include <cstring>
 #include <span>
 
-#include <sys/socket.h>
-
 #include "Configuration.hpp"
 #include "Console.hpp"
+#include "DatagramSocket.hpp"
+#include "ElapsedTime.hpp"
 #include "FastPathNetlink.hpp"
 #include "FileAccess.hpp"
 #include "Invariant.hpp"
 #include "NetlinkSocket.hpp"
 #include "SmLogs.hpp"
-#include "SystemCall.hpp"
 #include "Wait.hpp"
-#include "WallClock.hpp"
 
 namespace Korvel {
 namespace {
@@ -138,13 +136,13 @@ int SupervisionMgr::waitForHeartbeatsResp() {
     HeartbeatRespStatus status;
     std::uint32_t remaining = expectedResponses;
     bool expired = false;
-    const auto start = wallClockNow();
+    const ElapsedTime time;
     while (remaining >= 1 && !expired) {
         HeartbeatResponse response{};
         static_assert(sizeof response == 24);
         std::size_t size = 0;
         const std::optional<int> end = receive(response, size);
-        expired = wallClockNow() - start > cycleLimit;
+        expired = time.exceeds(cycleLimit);
         if (end) {
             logf(logInformation, "%s", getStatusStr(status).c_str());
             return *end;
@@ -161,27 +159,24 @@ int SupervisionMgr::waitForHeartbeatsResp() {
 /// Takes the next datagram, cut to the size of a response. Where there is none, reports why and gives the
 /// result with which the cycle ends.
 std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::size_t& size) {
-    switch (waitReadable(netlinkFd.get(), deadlineIn(responseTimeout))) {
-        case Readiness::timedOut:
+    const auto room = std::as_writable_bytes(std::span(&response, 1));
+    switch (receiveDatagram(netlinkFd.get(), room, deadlineIn(responseTimeout), size)) {
+        case Arrival::timedOut:
             logf(logError, "poll(): Timed out while waiting for response");
             return timedOut;
-        case Readiness::failed:
+        case Arrival::waitFailed:
             logf(logError, "poll(): An error occured, errno: %s", std::strerror(errno));
             return stop;
-        case Readiness::ready:
+        case Arrival::receiveFailed:
+            logf(logError, "recv(): An error occured, errno: %s", std::strerror(errno));
+            return stop;
+        case Arrival::datagram:
             break;
     }
-    const ssize_t count =
-        uninterrupted([&] { return ::recv(netlinkFd.get(), &response, sizeof response, 0); });
-    if (count == 0) {
+    if (size == 0) {
         logf(logError, "recv(): Peer has performed an orderly shutdown");
         return stop;
     }
-    if (count < 0) {
-        logf(logError, "recv(): An error occured, errno: %s", std::strerror(errno));
-        return stop;
-    }
-    size = static_cast<std::size_t>(count);
     return std::nullopt;
 }
 

@@ -4,14 +4,12 @@
 #include <array>
 #include <cerrno>
 #include <cstdarg>
+#include <cstddef>
 #include <cstring>
 #include <span>
 
-#include <sys/socket.h>
-
+#include "DatagramSocket.hpp"
 #include "NetlinkSocket.hpp"
-#include "SystemCall.hpp"
-#include "Wait.hpp"
 
 namespace Util {
 namespace {
@@ -83,41 +81,40 @@ int NetlinkHelper::receive(char* buffer, unsigned expected, std::chrono::millise
         report("recv() error: %s", std::strerror(EFAULT));
         return failed;
     }
-    switch (Korvel::waitReadable(fd.get(), Korvel::deadlineIn(timeout))) {
-        case Korvel::Readiness::timedOut:
+    std::array<std::byte, netlinkHeaderSize + payloadLimit> datagram{};
+    std::size_t length = 0;
+    const auto room = std::span(datagram).first(netlinkHeaderSize + expected);
+    switch (Korvel::receiveDatagram(fd.get(), room, Korvel::deadlineIn(timeout), length)) {
+        case Korvel::Arrival::datagram:
+            return unpack(room.first(length), buffer, sequence);
+        case Korvel::Arrival::timedOut:
             report("Timed out while waiting for netlink msg");
             return timedOut;
-        case Korvel::Readiness::failed:
+        case Korvel::Arrival::waitFailed:
             report("poll() error: %s", std::strerror(errno));
             return failed;
-        case Korvel::Readiness::ready:
-            return takeDatagram(buffer, expected, sequence);
+        case Korvel::Arrival::receiveFailed:
+            report("recv() error: %s", std::strerror(errno));
+            return failed;
     }
     return failed;
 }
 
-int NetlinkHelper::takeDatagram(char* buffer, unsigned expected, unsigned& sequence) {
-    std::array<char, netlinkHeaderSize + payloadLimit> datagram{};
-    const ssize_t length = Korvel::uninterrupted(
-        [&] { return ::recv(fd.get(), datagram.data(), netlinkHeaderSize + expected, 0); });
-    if (length == 0) {
+int NetlinkHelper::unpack(std::span<const std::byte> datagram, char* buffer, unsigned& sequence) const {
+    if (datagram.empty()) {
         report("Connection closed unexpectedly");
         return failed;
     }
-    if (length < 0) {
-        report("recv() error: %s", std::strerror(errno));
-        return failed;
-    }
     nlmsghdr header{};
-    if (static_cast<std::size_t>(length) < sizeof header) {
+    if (datagram.size() < sizeof header) {
         report("Packet received from netlink is too small");
         return failed;
     }
     std::memcpy(&header, datagram.data(), sizeof header);
-    const std::size_t payload = static_cast<std::size_t>(length) - sizeof header;
-    std::copy_n(datagram.data() + sizeof header, payload, buffer);
+    const auto payload = datagram.subspan(sizeof header);
+    std::ranges::copy(payload, reinterpret_cast<std::byte*>(buffer));
     sequence = header.nlmsg_seq;
-    return static_cast<int>(payload);
+    return static_cast<int>(payload.size());
 }
 
 bool NetlinkHelper::close() {

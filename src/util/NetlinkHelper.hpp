@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
+#include <span>
 
 #include "SmLog.hpp"
 #include "UniqueFd.hpp"
@@ -45,7 +47,8 @@ protected:
     void report(const char* format, ...) const __attribute__((format(printf, 2, 3)));
 
 private:
-    int takeDatagram(char* buffer, unsigned expected, unsigned& sequence);
+    /// As receive(), of a datagram that has come.
+    int unpack(std::span<const std::byte> datagram, char* buffer, unsigned& sequence) const;
 
     SmLog* log;
     Korvel::UniqueFd fd;

@@ -32,6 +32,10 @@ constexpr long pollCall = SYS_ppoll;
 constexpr FailingCall noNetlinkSocket{
     .number = SYS_socket, .error = EMFILE, .argument = FailingCall::Argument{0, AF_NETLINK}};
 
+/// Receives that do not block find nothing, whatever was announced; one that blocks is let through.
+constexpr FailingCall nothingThere{
+    .number = SYS_recvfrom, .error = EAGAIN, .argument = FailingCall::Argument{3, MSG_DONTWAIT}};
+
 /// Runs `work` to its end on a thread of its own on which, and in whose children, `call` fails.
 /// Throws std::system_error where the kernel cannot be told so; an exception of `work` ends the program.
 void runFailing(const FailingCall& call, const std::function<void()>& work);

@@ -31,6 +31,11 @@ Surroundings atSpeed(int factor, Surroundings surroundings) {
     return withFakeTime("+0 x" + std::to_string(factor), std::move(surroundings));
 }
 
+Surroundings withWallClockAtSpeed(int factor, Surroundings surroundings) {
+    surroundings.environment.insert({"FAKETIME_DONT_FAKE_MONOTONIC", "1"});
+    return atSpeed(factor, std::move(surroundings));
+}
+
 Surroundings atMoment(const std::string& moment, Surroundings surroundings) {
     surroundings.environment.insert({"FAKETIME_DONT_FAKE_MONOTONIC", "1"});
     return withFakeTime(moment, std::move(surroundings));

@@ -196,6 +196,13 @@ TEST(GetPort, GivesUpInTimeWhereDatagramsAreAnnouncedThatAreNotThere) {
                   "Get Port: Invalid port number \"eth1\"\n");
 }
 
+TEST(GetPort, GivesUpInTimeHoweverManyStaleAnswersArrive) {
+    const Board board(withMasterFault("silent"));
+    const Injection staleAnswers{.faults = {"poll,ppoll:retval=1", "recvfrom:retval=272"}};  // of zeros
+    expectOutcome(runInjected(staleAnswers, {"korvel", "getport", "eth1"}), "",
+                  "Get Port: Invalid port number \"eth1\"\n");
+}
+
 TEST(GetPort, UsesThePathsOfTheOptions) {
     const Board board({});
     run({"mv", "/tmp/NetfpMaster", "/tmp/elsewhere"});

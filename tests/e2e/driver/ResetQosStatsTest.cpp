@@ -153,6 +153,16 @@ TEST(ResetQosStats, EndsAnAnswerThatDoesNotEnd) {
     EXPECT_EQ(outcome.status, 0);
 }
 
+TEST(ResetQosStats, EndsAnAnswerThatDoesNotEndWhereTheWallClockStands) {
+    const Board board(withIwfFault("endless"));
+
+    const Outcome outcome = korvel({"-d", "iwf", "resetqosstats"}, atMoment("2030-01-01 00:00:00"));
+
+    EXPECT_EQ(outcome.out.substr(0, iwfCleared.size()), iwfCleared);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.status, 0);
+}
+
 TEST(ResetQosStats, FailsWhereItsPortIsTaken) {
     const Board board({});
     const ScriptedPeer other = ScriptedPeer::atLocalPort(4141);
@@ -172,6 +182,14 @@ TEST(ResetQosStats, FailsWhereWhatItPrintsIsLost) {
               (Outcome{.status = 1,
                        .out = "",
                        .err = "Error while writing standard output: No space left on device\n"}));
+}
+
+TEST(ResetQosStats, GoesOnWaitingWhereAnAnswerThatWasAnnouncedIsNotThere) {
+    const Board board({});
+
+    EXPECT_EQ(runInjected({.faults = {"poll,ppoll:retval=1:when=1", "recvfrom:error=EAGAIN:when=1"}},
+                          {"korvel", "-d", "iwf", "resetqosstats"}),
+              (Outcome{.status = 0, .out = iwfCleared, .err = ""}));
 }
 
 TEST(ResetQosStats, GoesOnWhereSystemCallsAreInterrupted) {

@@ -17,6 +17,18 @@ namespace {
 class SupervisionCycleTest : public SupervisionFixture {
 protected:
     static constexpr std::uint32_t proxyResponse = 18;
+    static constexpr const char* nothingReceived =
+        "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED";
+
+    /// netfp_proxy answers with what belongs to no cycle, again and again until the supervision is gone.
+    void givenForeignDatagrams() {
+        const std::string foreign = netlinkMessage(7, proxyPort, statusPayload(proxyResponse, 0));
+        proxy.answers([foreign](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
+            while (reply(foreign)) {
+                std::this_thread::sleep_for(10ms);
+            }
+        });
+    }
 
     ScriptedPeer iwf = ScriptedPeer::atNetlinkPort(iwfPort);
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
@@ -81,23 +93,23 @@ TEST_F(SupervisionCycleTest, IgnoresTheLateAnswerToAnEarlierCycle) {
                           error("Unexpected netlink sequence number: 101"), error(statusLine)});
 }
 
+TEST_F(SupervisionCycleTest, EndsWhereForeignDatagramsKeepACycleGoingThoughTheWallClockStands) {
+    givenForeignDatagrams();
+
+    EXPECT_EQ(supervise({"-d", "iwf"}, atMoment("2030-01-01 00:00:00")), endedWith(nothingReceived));
+}
+
 TEST_F(SupervisionCycleTest, EndsWhereForeignDatagramsKeepACycleGoingForTenSeconds) {
-    const std::string foreign = netlinkMessage(7, proxyPort, statusPayload(proxyResponse, 0));
-    proxy.answers([foreign](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
-        while (reply(foreign)) {  // until the supervision is gone
-            std::this_thread::sleep_for(10ms);
-        }
-    });
+    givenForeignDatagrams();
     const auto start = std::chrono::steady_clock::now();
 
-    const std::string statusLine = "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED";
-    EXPECT_EQ(supervise({"-d", "iwf"}, atSpeed(5)), endedWith(statusLine));
+    EXPECT_EQ(supervise({"-d", "iwf"}, atSpeed(5)), endedWith(nothingReceived));
 
     EXPECT_GE(std::chrono::steady_clock::now() - start, 10s / 5);
     Words entries = sharedMemoryLog();
     entries.erase(std::unique(entries.begin(), entries.end()), entries.end());
     EXPECT_EQ(entries, (Words{started("IWF").inSharedMemory,
                               error("Unexpected netlink sequence number: 7").inSharedMemory,
-                              error(statusLine).inSharedMemory}));
+                              error(nothingReceived).inSharedMemory}));
     EXPECT_EQ(proxy.requests().size(), 1);
 }

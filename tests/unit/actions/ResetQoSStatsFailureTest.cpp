@@ -88,6 +88,12 @@ TEST_F(ResetQoSStatsFailureTest, FailsWhereWaitingForTheAnswerFails) {
     EXPECT_EQ(printed, (Printed{.err = "poll(): An error occured, errno: %sCannot allocate memory\n"}));
 }
 
+TEST_F(ResetQoSStatsFailureTest, TimesOutWhereAnAnswerThatWasAnnouncedIsNotThere) {
+    EXPECT_FALSE(resetFailing(nothingThere));
+
+    EXPECT_EQ(printed, (Printed{.err = timedOut}));
+}
+
 TEST_F(ResetQoSStatsFailureTest, FailsWhereReceivingTheAnswerFails) {
     EXPECT_FALSE(resetFailing({.number = SYS_recvfrom, .error = EIO}));
 

@@ -10,8 +10,10 @@
 #include <linux/netlink.h>
 #include <sys/time.h>
 #include <sys/un.h>
+#include <unistd.h>
 
 #include "DatagramSocket.hpp"
+#include "FailingCall.hpp"
 #include "Probe.hpp"
 #include "ResourceLimit.hpp"
 #include "SignalStorm.hpp"
@@ -41,6 +43,8 @@ class DatagramSocket : public testing::Test {
 protected:
     DatagramSocket() { EXPECT_EQ(::bind(peer.get(), peerAddress(), sizeof(sockaddr_un)), 0); }
 
+    void TearDown() override { ::unlink("/tmp/peer"); }
+
     bool send(std::string_view text) const {
         return sendDatagram(socket.get(), std::as_bytes(std::span(text)), peerAddress(), sizeof(sockaddr_un));
     }
@@ -69,6 +73,36 @@ private:
         static const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/tmp/peer"};
         return reinterpret_cast<const sockaddr*>(&address);
     }
+};
+
+/// A socket at /tmp/peer that datagrams arrive at.
+class ReceiveDatagram : public DatagramSocket {
+protected:
+    static constexpr std::size_t untouched = 4711;
+
+    void arrives(std::string_view datagram) const { ASSERT_TRUE(send(datagram)); }
+
+    Arrival receive(std::chrono::milliseconds limit = 1h) {
+        return receiveDatagram(peer.get(), std::as_writable_bytes(std::span(buffer)), deadlineIn(limit),
+                               size);
+    }
+
+    /// With a datagram there.
+    Arrival receiveUnder(const FailingCall& call, std::chrono::milliseconds limit = 1h) {
+        arrives("there");
+        Arrival arrival{};
+        runFailing(call, [&] {
+            arrival = receive(limit);
+            reason = errno;
+        });
+        return arrival;
+    }
+
+    std::string text() const { return {buffer.data(), size}; }
+
+    std::array<char, 16> buffer{};
+    std::size_t size = untouched;
+    int reason = 0;
 };
 
 TEST_F(DatagramSocket, IsClosedInChildren) {
@@ -127,6 +161,50 @@ TEST_F(DatagramSocket, HasTheWholeSecondAgainAfterASendThatSignalsInterrupted) {
     }
 
     EXPECT_EQ(sendLimit(socket), 1s);
+}
+
+TEST_F(ReceiveDatagram, TakesADatagramWhole) {
+    arrives("one");
+    arrives("");
+
+    EXPECT_EQ(receive(), Arrival::datagram);
+    EXPECT_EQ(text(), "one");
+    EXPECT_EQ(receive(), Arrival::datagram);
+    EXPECT_EQ(text(), "");
+}
+
+TEST_F(ReceiveDatagram, CutsADatagramToItsBuffer) {
+    arrives("a datagram of 25 bytes...");
+
+    EXPECT_EQ(receive(), Arrival::datagram);
+
+    EXPECT_EQ(text(), "a datagram of 25");
+}
+
+TEST_F(ReceiveDatagram, EndsAtTheDeadlineWhereNothingComes) {
+    const auto begin = steady_clock::now();
+
+    EXPECT_EQ(receive(100ms), Arrival::timedOut);
+
+    EXPECT_GE(steady_clock::now() - begin, 100ms);
+    EXPECT_EQ(size, untouched);
+}
+
+TEST_F(ReceiveDatagram, EndsAtTheDeadlineWhereWhatWasAnnouncedIsNotThere) {
+    const auto begin = steady_clock::now();
+
+    EXPECT_EQ(receiveUnder(nothingThere, 100ms), Arrival::timedOut);
+
+    EXPECT_GE(steady_clock::now() - begin, 100ms);
+    EXPECT_EQ(size, untouched);
+}
+
+TEST_F(ReceiveDatagram, TellsAWaitThatFailsFromAReceiveThatFails) {
+    EXPECT_EQ(receiveUnder({.number = pollCall, .error = ENOMEM}), Arrival::waitFailed);
+    EXPECT_EQ(reason, ENOMEM);
+    EXPECT_EQ(receiveUnder({.number = SYS_recvfrom, .error = EIO}), Arrival::receiveFailed);
+    EXPECT_EQ(reason, EIO);
+    EXPECT_EQ(size, untouched);
 }
 
 TEST(SendDatagram, FailsWhereTheSystemTakesLessThanTheWhole) {

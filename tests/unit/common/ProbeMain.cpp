@@ -6,12 +6,14 @@
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include <sys/un.h>
 #include <unistd.h>
 
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
+#include "ElapsedTime.hpp"
 #include "FileAccess.hpp"
 #include "InputFile.hpp"
 #include "Invariant.hpp"
@@ -75,6 +77,15 @@ std::string napForAnHour(Arguments /*arguments*/) {
     return {};
 }
 
+std::string waitUntilElapsed(Arguments words) {
+    const std::chrono::milliseconds limit(std::stol(words[0]));
+    const Korvel::ElapsedTime time;
+    while (!time.exceeds(limit)) {
+        std::this_thread::yield();
+    }
+    return "elapsed";
+}
+
 std::string breakInvariant(Arguments /*arguments*/) {
     Korvel::print("printed before\n");
     Korvel::requireInvariant(false, "nullptr != client", "ProbeMain");
@@ -133,6 +144,7 @@ constexpr std::array functions{
     Function{"speak", speak},
     Function{"speakTwice", speakTwice},
     Function{"waitForInput", waitForInput},
+    Function{"waitUntilElapsed", waitUntilElapsed},
     Function{"wallClockNow",
              [](Arguments) {
                  const auto time = Korvel::wallClockNow().time_since_epoch();

@@ -108,6 +108,14 @@ TEST_F(SupervisionMgrWaitTest, GoesOnAfterSignals) {
     expectLogged({});
 }
 
+TEST_F(SupervisionMgrWaitTest, TimesOutWhereAnAnswerThatWasAnnouncedIsNotThere) {
+    supervise({iwf});
+
+    EXPECT_EQ(cycleFailing(nothingThere, {proxyAnswer()}), timedOut);
+
+    expectAbandoned(timeOut, "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED");
+}
+
 TEST_F(SupervisionMgrWaitTest, StopsWhereItCannotWait) {
     supervise({iwf, sfn});
 

@@ -39,6 +39,17 @@ TEST_F(NetlinkHelperFailureTest, ReportsAWaitThatFails) {
               reported("poll() error: Cannot allocate memory"));
 }
 
+TEST_F(NetlinkHelperFailureTest, TimesOutWhereWhatWasAnnouncedIsNotThere) {
+    ASSERT_TRUE(helper.open());
+    arrives(netlinkMessage(7, ownPort(), "abc"));
+    int result = 0;
+
+    runFailing(nothingThere, [&] { result = receive(helper); });
+
+    EXPECT_EQ(result, NetlinkHelper::timedOut);
+    EXPECT_EQ(reports(), reported("Timed out while waiting for netlink msg"));
+}
+
 TEST_F(NetlinkHelperFailureTest, ReportsAReceiveThatFails) {
     EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = ENOBUFS}),
               reported("recv() error: No buffer space available"));
