@@ -1,5 +1,7 @@
 #include "BwrapArguments.hpp"
 
+#include <utility>
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -7,6 +9,11 @@
 
 void BwrapArguments::addFile(const std::string& option, std::string_view text, const std::string& path) {
     add({option, std::to_string(hold(text)), path});
+}
+
+void BwrapArguments::addDescriptor(const std::string& option, UniqueFd descriptor) {
+    add({option, std::to_string(descriptor.get())});
+    data.push_back(std::move(descriptor));
 }
 
 int BwrapArguments::seal() {

@@ -16,6 +16,9 @@ public:
     /// A file on the board with this text. `option` is --file or --ro-bind-data.
     void addFile(const std::string& option, std::string_view text, const std::string& path);
 
+    /// An option with data that bubblewrap reads from this descriptor.
+    void addDescriptor(const std::string& option, UniqueFd descriptor);
+
     /// A descriptor from which bubblewrap reads all options added so far.
     int seal();
 

@@ -9,6 +9,7 @@
 #include "BoardPaths.hpp"
 #include "PeerCatalog.hpp"
 #include "ScenarioFile.hpp"
+#include "SystemCallFilter.hpp"
 #include "UserFile.hpp"
 
 namespace fs = std::filesystem;
@@ -27,13 +28,15 @@ constexpr std::array<std::pair<const char*, std::string_view>, 4> etcFiles{{
     {"/etc/hostname", "board\n"},
 }};
 
-void addNamespaces(BwrapArguments& arguments) {
+/// What a process of the sandbox cannot see, and what it may not do.
+void addLimits(BwrapArguments& arguments) {
     arguments.add(
         {"--unshare-pid", "--unshare-net", "--unshare-ipc", "--unshare-uts", "--hostname", "board"});
     if (::geteuid() != 0) {
         arguments.add({"--unshare-user", "--uid", "0", "--gid", "0"});
     }
     arguments.add({"--cap-drop", "ALL", "--die-with-parent", "--as-pid-1"});
+    arguments.addDescriptor("--seccomp", openSystemCallFilter());
 }
 
 /// The host's programs and libraries. Folders beside /usr are links into it on most systems.
@@ -103,7 +106,7 @@ void addEnvironment(BwrapArguments& arguments, const ProgramTree& tree) {
 
 BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tree) {
     BwrapArguments arguments;
-    addNamespaces(arguments);
+    addLimits(arguments);
     addPrograms(arguments);
     addEtc(arguments);
     addFolders(arguments, scenario);

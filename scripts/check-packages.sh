@@ -66,7 +66,7 @@ make_root() {
     # shellcheck source=/dev/null
     . /etc/os-release
     mmdebstrap --quiet --variant=minbase \
-        --include=bash-completion,bubblewrap,libtomlplusplus3,man-db,procps,systemd "$VERSION_CODENAME" "$root"
+        --include=bash-completion,bubblewrap,libseccomp2,libtomlplusplus3,man-db,procps,systemd "$VERSION_CODENAME" "$root"
 }
 
 # The packages as they are, and under a lower number as an earlier release.

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing, as root or by sudo.
+# Installs the Debian packages that are missing, as root or by sudo. NAME:ARCHITECTURE is a library for another
+# processor.
 #   scripts/setup.sh build|board|test|lint|bench|package|arm...
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -25,5 +26,8 @@ if [ "$(id -u)" -ne 0 ]; then
     as_root=(sudo)
 fi
 export DEBIAN_FRONTEND=noninteractive
+for package in "${missing[@]}"; do  # a library for another processor than this machine's
+    case "$package" in *:*) "${as_root[@]}" dpkg --add-architecture "${package##*:}" ;; esac
+done
 "${as_root[@]}" apt-get update -qq
 "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -82,6 +82,13 @@ TEST(BoardsimHostTest, HasANetworkOfItsOwn) {
     EXPECT_EQ(boardsim({"--bare", "--", "sh", "-c", "sed 1,2d /proc/net/dev | cut -d: -f1"}).out, "    lo\n");
 }
 
+TEST(BoardsimHostTest, HasNoPartInTheKeysOfTheHostsSession) {
+    EXPECT_EQ(boardsim({"--bare", "--", "/opt/korvel/tests/host_keys"}).out,
+              "keyctl: Operation not permitted\n"
+              "add_key: Operation not permitted\n"
+              "request_key: Operation not permitted\n");
+}
+
 TEST(BoardsimHostTest, InheritsNoDescriptorsBeyondTheStandardOnes) {
     const Outcome outcome =
         run({"bash", "-c", "exec 77< /dev/null; exec $0 -- sh -c 'ls /proc/[0-9]*/fd/77'", BOARDSIM_PROGRAM});

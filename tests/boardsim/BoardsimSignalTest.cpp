@@ -4,15 +4,12 @@
 #include <fstream>
 #include <string>
 #include <thread>
-#include <utility>
 
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include "ArgumentVector.hpp"
 #include "Boardsim.hpp"
+#include "Terminal.hpp"
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
@@ -69,51 +66,6 @@ private:
     }
 
     Process process;
-};
-
-/// boardsim on a terminal of its own.
-class Terminal {
-public:
-    explicit Terminal(const std::vector<std::string>& command) {
-        child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
-        if (child == 0) {
-            ArgumentVector words(command);
-            ::execvp(words.argv()[1], words.argv() + 1);  // without the name that it puts in front
-            ::_exit(1);
-        }
-    }
-    Terminal(const Terminal&) = delete;
-    Terminal& operator=(const Terminal&) = delete;
-    Terminal(Terminal&&) = delete;
-    Terminal& operator=(Terminal&&) = delete;
-    ~Terminal() { hangUp(); }
-
-    void hangUp() { ::close(std::exchange(terminal, -1)); }
-
-    void type(const std::string& keys) const {
-        ASSERT_EQ(::write(terminal, keys.data(), keys.size()), keys.size());
-    }
-
-    /// Takes what appears on the terminal until `text` is there.
-    void expect(const std::string& text) {
-        while (shown.find(text) == std::string::npos) {
-            char byte = 0;
-            ASSERT_EQ(::read(terminal, &byte, 1), 1) << "instead of " << text << ": " << shown;
-            shown += byte;
-        }
-        shown.clear();
-    }
-
-    int wait() const {
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
-
-private:
-    int terminal = -1;
-    pid_t child = -1;
-    std::string shown;
 };
 
 constexpr const char* ctrlC = "\x03";

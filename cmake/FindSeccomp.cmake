@@ -1,0 +1,21 @@
+# libseccomp, for the processor at hand: found where the compiler finds it, as its other libraries.
+
+include(CheckCXXSourceCompiles)
+include(FindPackageHandleStandardArgs)
+
+# Looked for again each time, since it may have been installed meanwhile.
+if(NOT KORVEL_HAS_SECCOMP)
+    unset(KORVEL_HAS_SECCOMP CACHE)
+endif()
+set(CMAKE_REQUIRED_LIBRARIES seccomp)
+check_cxx_source_compiles("#include <seccomp.h>\nint main() { return seccomp_init(SCMP_ACT_ALLOW) == nullptr; }"
+    KORVEL_HAS_SECCOMP)
+unset(CMAKE_REQUIRED_LIBRARIES)
+
+find_package_handle_standard_args(Seccomp
+    REQUIRED_VARS KORVEL_HAS_SECCOMP
+    REASON_FAILURE_MESSAGE "the simulated board needs libseccomp-dev (scripts/setup.sh)")
+if(Seccomp_FOUND AND NOT TARGET korvel::seccomp)
+    add_library(korvel::seccomp INTERFACE IMPORTED)
+    target_link_libraries(korvel::seccomp INTERFACE seccomp)
+endif()
