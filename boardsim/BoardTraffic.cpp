@@ -1,17 +1,19 @@
 #include "BoardTraffic.hpp"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 #include "BoardPaths.hpp"
 #include "PeerCatalog.hpp"
-#include "TextFile.hpp"
+#include "PrintableText.hpp"
 
 namespace {
 
 constexpr std::size_t nameWidth = 16;
+
+/// Bytes of a log, and of a line in it, that are read: more than peers ever write.
+constexpr std::size_t readableLog = std::size_t{1} << 20;
+constexpr std::size_t readableLine = 1024;
 
 std::string withName(const std::string& line, std::string_view peer) {
     std::string name(peer);
@@ -22,11 +24,12 @@ std::string withName(const std::string& line, std::string_view peer) {
 }  // namespace
 
 PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer) {
-    try {
-        return parsePeerLog(readTextFile(board.pathTo(BoardPaths::logFile(peer))));
-    } catch (const std::system_error&) {
-        return {};  // a board that has no such peer, or has just begun
+    const std::string path = BoardPaths::logFile(peer);
+    PeerLogContent content = parsePeerLog(board.files().read(path, readableLog).value_or(""));
+    for (std::string& line : content.lines) {
+        line = printable(line, readableLine);
     }
+    return content;
 }
 
 std::vector<std::string> BoardTraffic::next(const RunningBoard& board) {
@@ -43,15 +46,19 @@ std::vector<std::string> BoardTraffic::next(const RunningBoard& board) {
 }
 
 std::vector<std::string> BoardTraffic::newLines(const RunningBoard& board, std::string_view peer) {
-    std::error_code missing;
-    const std::uintmax_t size = std::filesystem::file_size(board.pathTo(BoardPaths::logFile(peer)), missing);
     Seen& known = seen[std::string(peer)];
-    if (missing || size == known.size) {
+    try {
+        const auto size = board.files().size(BoardPaths::logFile(peer));
+        if (!size || *size == known.size) {
+            return {};
+        }
+        PeerLogContent content = readPeerLog(board, peer);
+        const std::uint64_t passed = std::max(known.lines, content.dropped) - content.dropped;
+        known = {*size, content.dropped + content.lines.size()};
+        const auto old = std::min<std::uint64_t>(passed, content.lines.size());  // others may have cut it
+        content.lines.erase(content.lines.begin(), content.lines.begin() + static_cast<std::ptrdiff_t>(old));
+        return std::move(content.lines);
+    } catch (const UnreadableFile&) {
         return {};
     }
-    PeerLogContent content = readPeerLog(board, peer);
-    const std::uint64_t passed = std::max(known.lines, content.dropped) - content.dropped;
-    known = {size, content.dropped + content.lines.size()};
-    content.lines.erase(content.lines.begin(), content.lines.begin() + static_cast<std::ptrdiff_t>(passed));
-    return std::move(content.lines);
 }

@@ -9,14 +9,16 @@
 #include "PeerLogContent.hpp"
 #include "RunningBoard.hpp"
 
-/// The log of this peer as it stands; an empty one where there is none.
+/// The log of this peer as it stands, in printable text; an empty one where there is none. Throws
+/// UnreadableFile.
 PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer);
 
 /// What all peers of one board receive and answer, as it happens.
 class BoardTraffic {
 public:
     /// The lines that came since the last call, in the order of their times, each with its peer's name behind
-    /// the time. The first call gives all that are kept. It is the same board each time.
+    /// the time. The first call gives all that are kept. A log that cannot be read has none. It is the same
+    /// board each time.
     std::vector<std::string> next(const RunningBoard& board);
 
 private:

@@ -1,8 +1,7 @@
 #include "PrintableText.hpp"
 
-std::string printable(std::string_view bytes) {
+std::string printable(std::string_view bytes, std::size_t longest) {
     constexpr std::string_view digits = "0123456789abcdef";
-    constexpr std::size_t longest = 200;
     std::string text;
     for (const char each : bytes.substr(0, longest)) {
         const auto byte = static_cast<unsigned char>(each);

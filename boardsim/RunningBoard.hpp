@@ -5,10 +5,10 @@
 
 #include <sys/types.h>
 
+#include "BoardRoot.hpp"
 #include "UniqueFd.hpp"
 
-/// A board that this user runs, seen from wherever processes see it: the host, or the board itself. Its files
-/// can be read for as long as this object lives, even when the board has ended.
+/// A board that this user runs, seen from wherever processes see it: the host, or the board itself.
 class RunningBoard {
 public:
     /// All of them, the oldest first as far as process ids tell. Those that end meanwhile are left out.
@@ -17,14 +17,14 @@ public:
     /// Id of the process that people started and can end; on the board itself that of its first process.
     pid_t pid() const { return keeper; }
 
-    /// What runs on it, as one line.
+    /// What runs on it, as one printable line.
     const std::string& command() const { return words; }
 
     /// When it began, by the clock of the world (UTC).
-    std::string startTime() const;
+    const std::string& startTime() const { return start; }
 
-    /// The place of one of its files for this process, without a look at whether it is there.
-    std::string pathTo(const std::string& path) const;
+    /// What is in its files.
+    const BoardRoot& files() const { return root; }
 
     /// Id of its process that was started under exactly this name without arguments; 0 where there is none.
     pid_t findProcess(const std::string& name) const;
@@ -35,8 +35,10 @@ public:
 private:
     explicit RunningBoard(pid_t firstProcess);
 
-    UniqueFd root;
+    BoardRoot root;
     UniqueFd end;
     pid_t keeper;
+    std::string processTable;
     std::string words;
+    std::string start;
 };

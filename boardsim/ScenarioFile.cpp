@@ -59,9 +59,9 @@ void applyKey(std::string_view name, const toml::node& value, Scenario& scenario
     }
 }
 
-toml::table parseFile(const std::string& path) {
+toml::table parseText(const std::string& source, const std::string& path) {
     try {
-        return toml::parse(readUserFile(path), path);
+        return toml::parse(source, path);
     } catch (const toml::parse_error& error) {
         std::ostringstream text;
         text << path << ':' << error.source().begin.line << ": " << error.description();
@@ -72,8 +72,12 @@ toml::table parseFile(const std::string& path) {
 }  // namespace
 
 void loadScenario(const std::string& path, Scenario& scenario) {
+    applyScenario(readUserFile(path), path, scenario);
+}
+
+void applyScenario(const std::string& text, const std::string& path, Scenario& scenario) {
     const std::string earlierConfig = std::exchange(scenario.config, {});
-    for (const auto& [name, value] : parseFile(path)) {
+    for (const auto& [name, value] : parseText(text, path)) {
         applyKey(name.str(), value, scenario);
     }
     scenario.config = scenario.config.empty()

@@ -9,5 +9,8 @@
 /// says what makes no sense.
 void loadScenario(const std::string& path, Scenario& scenario);
 
+/// The same with the text of a file; `path` is where it was read.
+void applyScenario(const std::string& text, const std::string& path, Scenario& scenario);
+
 /// `scenario` as the text of a scenario file.
 std::string scenarioText(const Scenario& scenario);

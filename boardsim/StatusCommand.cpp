@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
-#include <stdexcept>
 #include <utility>
 
 #include <poll.h>
@@ -57,18 +56,22 @@ void printLast(const std::vector<std::string>& lines) {
     }
 }
 
+/// Waits for a while, but not longer than until a board ends. Whether this one has.
+bool hasEnded(const RunningBoard& board, int waitMs) {
+    pollfd wait{board.endDescriptor(), POLLIN, 0};
+    return checked(uninterrupted([&] { return ::poll(&wait, 1, waitMs); }), "poll") > 0;
+}
+
 Boards printAll() {
     Boards boards;
     const char* separator = "";
     for (RunningBoard& running : RunningBoard::all()) {
-        try {
-            const std::string text = statusText(running);
+        const std::string text = statusText(running);
+        if (!hasEnded(running, 0)) {
             boards.push_back({std::move(running)});
             std::cout << separator << text;
             printLast(boards.back().news());
             separator = "\n";
-        } catch (const std::runtime_error&) {
-            continue;  // it has just ended
         }
     }
     return boards;
@@ -89,12 +92,6 @@ public:
 private:
     pid_t latest = 0;
 };
-
-/// Waits for a while, but not longer than until a board ends. Whether this one has.
-bool hasEnded(const RunningBoard& board, int waitMs) {
-    pollfd wait{board.endDescriptor(), POLLIN, 0};
-    return checked(uninterrupted([&] { return ::poll(&wait, 1, waitMs); }), "poll") > 0;
-}
 
 void follow(Boards boards) {
     const bool several = boards.size() > 1;

@@ -1,12 +1,15 @@
 #include "StatusText.hpp"
 
 #include <iomanip>
+#include <optional>
 #include <sstream>
+#include <stdexcept>
 
 #include "BoardPaths.hpp"
 #include "BoardTraffic.hpp"
 #include "PeerCatalog.hpp"
 #include "PeerFaults.hpp"
+#include "PrintableText.hpp"
 #include "ScenarioFile.hpp"
 
 namespace {
@@ -17,7 +20,7 @@ std::string faultsOf(const PeerEntry& peer, const Scenario& scenario) {
     for (const FaultGroup& group : peer.faults) {
         const Fault fault = faultFor(scenario, peer.name, group);
         if (!fault.kind.empty()) {
-            text += (text.empty() ? "" : ", ") + fault.said;
+            text += (text.empty() ? "" : ", ") + printable(fault.said);
         }
     }
     return text.empty() ? "-" : text;
@@ -30,29 +33,62 @@ void addRow(std::ostream& out, std::string_view name, std::string_view process, 
         << answered << "  " << faults << '\n';
 }
 
-void addPeer(std::ostream& out, const PeerEntry& peer, const RunningBoard& board, const Scenario& scenario) {
-    const pid_t process = board.findProcess(std::string(peer.name));
-    const PeerLogContent log = readPeerLog(board, peer.name);
-    addRow(out, peer.name, process == 0 ? "-" : std::to_string(process), process == 0 ? "dead" : "running",
-           std::to_string(log.received), std::to_string(log.answered), faultsOf(peer, scenario));
+struct Counts {
+    std::string received = "?";  // as where the log cannot be read
+    std::string answered = "?";
+};
+
+Counts countsOf(const RunningBoard& board, const PeerEntry& peer) {
+    try {
+        const PeerLogContent log = readPeerLog(board, peer.name);
+        return {std::to_string(log.received), std::to_string(log.answered)};
+    } catch (const UnreadableFile&) {
+        return {};
+    }
 }
 
-}  // namespace
+void addPeer(std::ostream& out, const PeerEntry& peer, const RunningBoard& board, const Scenario& scenario) {
+    const pid_t process = board.findProcess(std::string(peer.name));
+    const Counts counts = countsOf(board, peer);
+    addRow(out, peer.name, process == 0 ? "-" : std::to_string(process), process == 0 ? "dead" : "running",
+           counts.received, counts.answered, faultsOf(peer, scenario));
+}
 
-std::string statusText(const RunningBoard& board) {
-    Scenario scenario;
-    loadScenario(board.pathTo(BoardPaths::scenario), scenario);
-    std::ostringstream out;
-    out << "Board " << board.pid() << " since " << board.startTime() << ": " << board.command() << '\n';
-    if (scenario.bare) {
-        out << "  bare, without peers\n";
-        return out.str();
-    }
+void addPeers(std::ostream& out, const RunningBoard& board, const Scenario& scenario) {
     addRow(out, "PEER", "PID", "STATE", "RECEIVED", "ANSWERED", "FAULTS");
     for (const PeerEntry& peer : peerCatalog()) {
         if (peer.runsOn(scenario.deployment) && !scenario.without.contains(std::string(peer.name))) {
             addPeer(out, peer, board, scenario);
         }
+    }
+}
+
+/// Throws std::runtime_error where there is none, or none that makes sense.
+Scenario scenarioOf(const RunningBoard& board) {
+    constexpr std::size_t limit = std::size_t{64} << 10;
+    const std::optional<std::string> text = board.files().read(BoardPaths::scenario, limit);
+    if (!text) {
+        throw UnreadableFile(std::string(BoardPaths::scenario) + " is missing");
+    }
+    Scenario scenario;
+    applyScenario(*text, BoardPaths::scenario, scenario);
+    return scenario;
+}
+
+}  // namespace
+
+std::string statusText(const RunningBoard& board) {
+    std::ostringstream out;
+    out << "Board " << board.pid() << " since " << board.startTime() << ": " << board.command() << '\n';
+    try {
+        const Scenario scenario = scenarioOf(board);
+        if (scenario.bare) {
+            out << "  bare, without peers\n";
+        } else {
+            addPeers(out, board, scenario);
+        }
+    } catch (const std::runtime_error& error) {
+        out << "  peers unknown: " << printable(error.what()) << '\n';
     }
     return out.str();
 }

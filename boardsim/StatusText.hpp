@@ -4,6 +4,5 @@
 
 #include "RunningBoard.hpp"
 
-/// How a board is: a line for the board and one for each of its peers. Throws std::runtime_error where it has
-/// just ended.
+/// How a board is: a line for the board and one for each of its peers, or one that says why they are unknown.
 std::string statusText(const RunningBoard& board);

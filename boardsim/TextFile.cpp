@@ -1,7 +1,10 @@
 #include "TextFile.hpp"
 
+#include <algorithm>
 #include <array>
+#include <limits>
 #include <sstream>
+#include <system_error>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -21,19 +24,32 @@ void writeTextFile(const std::string& path, std::string_view text) {
     }
 }
 
-std::string readTextFile(const std::string& path) {
-    const UniqueFd file(checked(::open(path.c_str(), O_RDONLY | O_CLOEXEC), "cannot read " + path));
+std::string readBeginning(int descriptor, std::size_t limit) {
     std::string text;
     std::array<char, 65536> piece{};
-    for (;;) {
+    while (text.size() < limit) {
+        const std::size_t wanted = std::min(piece.size(), limit - text.size());
         const auto count =
-            checked(uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); }),
-                    "cannot read " + path);
+            checked(uninterrupted([&] { return ::read(descriptor, piece.data(), wanted); }), "cannot read");
         if (count == 0) {
-            return text;
+            break;
         }
         text.append(piece.data(), static_cast<std::size_t>(count));
     }
+    return text;
+}
+
+std::string readBeginning(const std::string& path, std::size_t limit) {
+    const UniqueFd file(checked(::open(path.c_str(), O_RDONLY | O_CLOEXEC), "cannot read " + path));
+    try {
+        return readBeginning(file.get(), limit);
+    } catch (const std::system_error& error) {
+        throw std::system_error(error.code(), "cannot read " + path);
+    }
+}
+
+std::string readTextFile(const std::string& path) {
+    return readBeginning(path, std::numeric_limits<std::size_t>::max());
 }
 
 std::vector<std::string> linesOf(const std::string& text) {

@@ -1,38 +1,11 @@
 // boardsim status, in a process table of the test's own, so that no other test's boards are in it.
 
-#include <regex>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
+#include "BoardStatus.hpp"
 #include "Boardsim.hpp"
-
-namespace {
-
-/// Runs a script that sees no processes but its own. boardsim is $0 to it, and `board OPTION...` is a board
-/// that has just come up and stays until the process $board is ended. `follow OPTION COUNT` is boardsim
-/// status that follows, COUNT lines later; `next` shows a further line.
-Outcome apart(const std::string& script) {
-    const std::string beginning =
-        "board() { read -r < <(exec \"$program\" \"$@\" -- sh -c 'echo ready; exec sleep 1000'); board=$!; "
-        "}\n"
-        "follow() { coproc \"$program\" status \"$1\"; exec 3<&${COPROC[0]}; "
-        "for ((line = 0; line < $2; line++)); do next > /dev/null; done; }\n"
-        "next() { read -r text <&3 && echo \"$text\"; }\n"
-        "program=$0\n";
-    return run({"unshare", "--user", "--map-root-user", "--pid", "--fork", "--mount-proc", "--kill-child",
-                "bash", "-c", beginning + script, BOARDSIM_PROGRAM});
-}
-
-/// With "TIME" in place of each time, and "ID" in place of each process id in a heading or a table.
-std::string steady(std::string text) {
-    text = std::regex_replace(text, std::regex("[0-9-]{10}T[0-9:]{8}([.][0-9]{3})?Z"), "TIME");
-    text = std::regex_replace(text, std::regex("Board [0-9]+"), "Board ID");
-    return std::regex_replace(text, std::regex(" {4}[0-9]{3}  running"), "     ID  running");
-}
-
-}  // namespace
 
 TEST(BoardsimStatusTest, ShowsEachPeerAndWhatItLastReceivedAndAnswered) {
     const Outcome outcome = apart(

@@ -1,0 +1,114 @@
+#include "ProcessTable.hpp"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <sstream>
+#include <string_view>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "TextFile.hpp"
+
+namespace {
+
+using namespace std::chrono;
+
+/// A process can give itself a command line of any length.
+constexpr std::size_t commandLineLimit = std::size_t{64} << 10;
+
+std::string procFile(pid_t process, const char* name) {
+    return "/proc/" + std::to_string(process) + "/" + name;
+}
+
+/// What stands behind the key in /proc/PROCESS/status.
+std::string statusField(pid_t process, std::string_view key) {
+    for (const std::string& line : linesOf(readTextFile(procFile(process, "status")))) {
+        if (line.starts_with(key)) {
+            return line.substr(key.size());
+        }
+    }
+    return "";
+}
+
+/// Nanoseconds of a clock that the world's or the machine's start began.
+nanoseconds now(clockid_t clock) {
+    timespec time{};
+    ::clock_gettime(clock, &time);
+    return seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
+}
+
+/// How long after the machine's start the process began: the 22nd field of /proc/PROCESS/stat. The second
+/// one is its name, in parentheses; there may be anything in it.
+nanoseconds sinceMachineStart(pid_t process) {
+    constexpr int fieldsBetween = 19;
+    const std::string text = readTextFile(procFile(process, "stat"));
+    std::istringstream fields(text.substr(text.rfind(')') + 1));
+    std::string skipped;
+    for (int i = 0; i < fieldsBetween; ++i) {
+        fields >> skipped;
+    }
+    std::int64_t ticks = 0;
+    fields >> ticks;
+    return nanoseconds(seconds(1)) / ::sysconf(_SC_CLK_TCK) * ticks;
+}
+
+}  // namespace
+
+std::vector<pid_t> ProcessTable::ids() {
+    std::vector<pid_t> ids;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        pid_t id = 0;
+        const auto [stop, error] = std::from_chars(name.data(), name.data() + name.size(), id);
+        if (error == std::errc{} && *stop == '\0') {
+            ids.push_back(id);
+        }
+    }
+    std::ranges::sort(ids);
+    return ids;
+}
+
+std::vector<std::string> ProcessTable::commandLine(pid_t process) {
+    std::vector<std::string> words;
+    try {
+        std::istringstream text(readBeginning(procFile(process, "cmdline"), commandLineLimit));
+        for (std::string word; std::getline(text, word, '\0');) {
+            words.push_back(word);
+        }
+    } catch (const std::system_error&) {
+        return {};
+    }
+    return words;
+}
+
+bool ProcessTable::isOwn(pid_t process) {
+    struct stat status {};
+    return ::stat(procFile(process, "").c_str(), &status) == 0 && status.st_uid == ::geteuid();
+}
+
+pid_t ProcessTable::parent(pid_t process) {
+    pid_t id = 0;
+    std::istringstream(statusField(process, "PPid:")) >> id;
+    return id;
+}
+
+pid_t ProcessTable::innermostId(pid_t process) {
+    pid_t id = 0;
+    for (std::istringstream ids(statusField(process, "NSpid:")); ids >> id;) {
+    }
+    return id;
+}
+
+std::string ProcessTable::innermostTable(pid_t process) {
+    return std::filesystem::read_symlink(procFile(process, "ns/pid"));
+}
+
+sys_seconds ProcessTable::startTime(pid_t process) {
+    const nanoseconds machineStart = now(CLOCK_REALTIME) - now(CLOCK_BOOTTIME);
+    return sys_seconds(floor<seconds>(machineStart + sinceMachineStart(process)));
+}
