@@ -6,6 +6,8 @@
 
 #include <sys/file.h>
 
+#include "Uninterrupted.hpp"
+
 namespace HostBoard {
 namespace {
 
@@ -34,7 +36,7 @@ bool LogLock::tryAcquire() {
         errno = EWOULDBLOCK;
         return false;
     }
-    if (::flock(memory.descriptor(), LOCK_EX | LOCK_NB) != 0) {
+    if (uninterrupted([&] { return ::flock(memory.descriptor(), LOCK_EX | LOCK_NB); }) != 0) {
         return false;
     }
     threads.release();
@@ -42,7 +44,7 @@ bool LogLock::tryAcquire() {
 }
 
 void LogLock::release() {
-    ::flock(memory.descriptor(), LOCK_UN);
+    uninterrupted([&] { return ::flock(memory.descriptor(), LOCK_UN); });
     mutex.unlock();
 }
 
