@@ -64,8 +64,19 @@ void addDisk(BwrapArguments& arguments, const char* path, std::uint64_t size) {
     arguments.add({"--perms", "1777", "--size", std::to_string(size), "--tmpfs", path});
 }
 
+/// What lies in /proc beside the processes is the whole machine's, and root without capabilities may write to
+/// most of it.
+void protectKernelSettings(BwrapArguments& arguments) {
+    for (const char* path :
+         {"/proc/acpi", "/proc/asound", "/proc/driver", "/proc/dynamic_debug", "/proc/fs", "/proc/mtrr",
+          "/proc/pressure", "/proc/scsi", "/proc/sys", "/proc/sysrq-trigger"}) {
+        arguments.add({"--ro-bind-try", path, path});
+    }
+}
+
 void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
     arguments.add({"--proc", "/proc"});
+    protectKernelSettings(arguments);
     arguments.addFile("--ro-bind-data", scenario.cmdline + "\n", "/proc/cmdline");
     arguments.add({"--dev", "/dev"});
     addDisk(arguments, "/tmp", scenario.tmpSize);

@@ -5,10 +5,12 @@
 #include <system_error>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include "BoardPaths.hpp"
 #include "ChildProcess.hpp"
 #include "ControlLine.hpp"
+#include "HostDevices.hpp"
 #include "ProgramTree.hpp"
 #include "Sandbox.hpp"
 #include "SandboxRefusal.hpp"
@@ -40,6 +42,11 @@ pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::v
     child.give(line.descriptor(), line.descriptor());
     for (const UniqueFd& data : arguments.descriptors()) {
         child.give(data.get(), data.get());
+    }
+    if (!TerminalKeeper::hasTerminal()) {
+        // Or a command that sends a signal to its process group reaches the host's processes in it. At a
+        // terminal they stay together: the group is the job that Ctrl-C and Ctrl-Z are meant for.
+        child.leaveProcessGroup();
     }
     try {
         return child.start("bwrap", words);
@@ -81,6 +88,9 @@ int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
     }
     command.front() = tree.commandOnBoard(command.front());
     const TerminalKeeper terminal;
+    if (::geteuid() == 0) {
+        protectHostDevices();
+    }
     const UniqueFd signals = takeSignals();
     auto [line, sandboxEnd] = ControlLine::openPair();
     const pid_t child = startBwrap(std::move(arguments), sandboxEnd, command);

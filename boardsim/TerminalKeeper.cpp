@@ -2,7 +2,10 @@
 
 #include <csignal>
 
+#include <fcntl.h>
 #include <unistd.h>
+
+#include "UniqueFd.hpp"
 
 TerminalKeeper::TerminalKeeper() : foreground(::tcgetpgrp(STDIN_FILENO)) {
 }
@@ -17,4 +20,8 @@ TerminalKeeper::~TerminalKeeper() {
     ::pthread_sigmask(SIG_BLOCK, &background, nullptr);  // or taking it back would stop this program
     ::tcsetpgrp(STDIN_FILENO, foreground);
     ::pthread_sigmask(SIG_UNBLOCK, &background, nullptr);
+}
+
+bool TerminalKeeper::hasTerminal() {
+    return UniqueFd(::open("/dev/tty", O_RDWR | O_CLOEXEC)).get() != -1;
 }

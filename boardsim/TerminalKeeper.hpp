@@ -13,6 +13,9 @@ public:
     TerminalKeeper& operator=(TerminalKeeper&&) = delete;
     ~TerminalKeeper();
 
+    /// Whether this program has a terminal at all, in the foreground or not.
+    static bool hasTerminal();
+
 private:
     pid_t foreground;  // -1 without a terminal
 };

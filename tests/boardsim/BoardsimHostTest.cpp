@@ -77,6 +77,30 @@ TEST(BoardsimHostTest, CannotWriteToTheHostsPrograms) {
               "touch: cannot touch '/opt/board/x': Read-only file system\n");
 }
 
+TEST(BoardsimHostTest, CannotWriteToSettingsOfTheHostsKernel) {
+    const Outcome outcome = boardsim({"--bare", "--", "sh", "-c",
+                                      "find /proc -regextype egrep -regex '/proc/([0-9]+|self|thread-self)' "
+                                      "-prune -o -type f -writable -print"});
+
+    EXPECT_EQ(outcome.out, "");
+}
+
+TEST(BoardsimHostTest, CannotChangeTheHostsDeviceFiles) {
+    // To what they have on the host, in case that it can.
+    const Outcome outcome = boardsim({"--bare", "--", "sh", "-c",
+                                      "cd /dev; for f in null zero full random urandom tty; do "
+                                      "chmod 666 $f && echo $f; echo x > null && echo usable; done"});
+
+    EXPECT_EQ(outcome.out, "usable\nusable\nusable\nusable\nusable\nusable\n");
+}
+
+TEST(BoardsimHostTest, SendsNoSignalToTheProcessGroupOfTheHostWhereThereIsNoTerminal) {
+    const Outcome outcome = run({"setsid", "--wait", "bash", "-c",
+                                 "$0 --bare -- sh -c 'kill -KILL 0'; echo status $?", BOARDSIM_PROGRAM});
+
+    EXPECT_EQ(outcome, (Outcome{.status = 0, .out = "status 137\n", .err = ""}));
+}
+
 TEST(BoardsimHostTest, HasANetworkOfItsOwn) {
     EXPECT_EQ(boardsim({"--bare", "--", "ls", "/sys/class/net"}).status, 2);
     EXPECT_EQ(boardsim({"--bare", "--", "sh", "-c", "sed 1,2d /proc/net/dev | cut -d: -f1"}).out, "    lo\n");
