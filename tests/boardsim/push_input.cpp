@@ -15,13 +15,13 @@
 
 namespace {
 
-constexpr unsigned long highBits = 0x5a5a5a5a00000000;
+constexpr auto highBits = static_cast<unsigned long>(0x5a5a5a5a00000000ULL);  // none where it has 32
 
 /// The result of a call that the machine does not know at all.
 constexpr long noSuchCalls = -2;
 
 /// A byte that 32-bit pointers reach.
-char* lowByte(char value) {
+const char* lowByte(char value) {
 #ifdef MAP_32BIT
     constexpr int place = MAP_32BIT;
 #else
@@ -34,11 +34,11 @@ char* lowByte(char value) {
     return byte;
 }
 
-long plain(unsigned long request, char* byte) {
+long plain(unsigned long request, const char* byte) {
     return ::syscall(SYS_ioctl, STDIN_FILENO, request, byte);
 }
 
-long withHighBits(unsigned long request, char* byte) {
+long withHighBits(unsigned long request, const char* byte) {
     return ::syscall(SYS_ioctl, STDIN_FILENO, request | highBits, byte);
 }
 
@@ -46,7 +46,7 @@ long withHighBits(unsigned long request, char* byte) {
 sigjmp_buf beforeCall;
 
 /// The call of 32-bit programs; a kernel that has none of these answers with a signal.
-long by32Bits(unsigned long request, char* byte) {
+long by32Bits(unsigned long request, const char* byte) {
     constexpr long ioctlNumber = 54;
     std::signal(SIGSEGV, [](int) { siglongjmp(beforeCall, 1); });
     if (sigsetjmp(beforeCall, 1) != 0) {
@@ -62,7 +62,7 @@ long by32Bits(unsigned long request, char* byte) {
 }
 
 /// The call of programs with 64-bit registers and 32-bit pointers.
-long byX32(unsigned long request, char* byte) {
+long byX32(unsigned long request, const char* byte) {
     constexpr long ioctlNumber = 0x40000000 + 514;
     return ::syscall(ioctlNumber, STDIN_FILENO, request, byte);
 }
@@ -70,7 +70,7 @@ long byX32(unsigned long request, char* byte) {
 
 struct Way {
     std::string_view name;
-    long (*push)(unsigned long request, char* byte);
+    long (*push)(unsigned long request, const char* byte);
 };
 
 constexpr Way ways[] = {
