@@ -1,9 +1,21 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing, as root or by sudo. NAME:ARCHITECTURE is a library for another
-# processor.
-#   scripts/setup.sh build|board|test|lint|bench|package|arm...
+# Installs the Debian packages that are missing for one purpose or several, as root or by sudo. The purposes, and the
+# packages for each, are in packages.txt. NAME:ARCHITECTURE is a library for another processor.
+#   scripts/setup.sh PURPOSE...
 set -euo pipefail
 cd "$(dirname "$0")"
+
+purposes=$(awk '!/^#/ && !seen[$2]++ { print $2 }' packages.txt | paste -sd ' ')
+
+refuse() {
+    printf '%s\n' "$@" "usage: scripts/setup.sh PURPOSE..." "Purposes: $purposes" >&2
+    exit 2
+}
+
+[ $# -gt 0 ] || refuse
+for purpose; do
+    case " $purposes " in *" $purpose "*) ;; *) refuse "Unknown purpose: $purpose" ;; esac
+done
 
 wanted="$*"
 missing=()
