@@ -2,16 +2,36 @@
 
 namespace fs = std::filesystem;
 
-ProgramTree::ProgramTree(const fs::path& program) : host(program.parent_path()), name(program.filename()) {
-    if (host.filename() == "bin") {
-        programs = host.filename();
-        host = host.parent_path();
+namespace {
+
+/// The folder in which `folder` has the relative path `below`; empty where there is none.
+fs::path folderAbove(fs::path folder, fs::path below) {
+    while (!below.empty() && folder.filename() == below.filename()) {
+        folder = folder.parent_path();
+        below = below.parent_path();
     }
-    board = host == "/usr" || host == "/usr/local" ? host : "/opt/korvel";
+    return below.empty() ? folder : fs::path();
+}
+
+}  // namespace
+
+ProgramTree::ProgramTree(const fs::path& program) : host(program.parent_path()), name(program.filename()) {
+    if (const fs::path top = folderAbove(host, BOARDSIM_PROGRAMS_DIR); !top.empty()) {
+        programs = BOARDSIM_PROGRAMS_DIR;
+        host = top;
+    }
+    board = isPartOfUsr() || isWholeFileSystem() ? host : "/opt/korvel";
 }
 
 ProgramTree ProgramTree::ofThisProgram() {
     return ProgramTree(fs::read_symlink("/proc/self/exe"));
+}
+
+std::vector<fs::path> ProgramTree::folders() const {
+    if (isWholeFileSystem()) {
+        return {programs, BOARDSIM_LIBRARIES_DIR, BOARDSIM_COMMANDS_DIR};
+    }
+    return {fs::path()};
 }
 
 fs::path ProgramTree::commandsOnBoard() const {

@@ -2,13 +2,15 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
-/// The folder tree that this program belongs to - a build folder, or the prefix of an installation - and
-/// its place on the simulated board.
+/// The folder tree that this program belongs to - a build folder, or the prefix of an installation - and its
+/// place on the simulated board. An installation whose libraries or commands are not below its prefix has a
+/// tree that starts further up, in the end at the root of the file system.
 class ProgramTree {
 public:
     /// `program` is the path of this program, without symbolic links. The tree is the folder that it lies
-    /// in, or the one above a folder named bin.
+    /// in, or the one above the folder that the build has for programs (bin).
     explicit ProgramTree(const std::filesystem::path& program);
 
     /// The tree of the running program.
@@ -17,11 +19,15 @@ public:
     /// Where the tree is on the host.
     const std::filesystem::path& onHost() const { return host; }
 
-    /// Where the tree is on the board: /opt/korvel, or unchanged where the board has it anyway.
+    /// Where the tree is on the board: /opt/korvel, or unchanged for an installation that cannot be there.
     const std::filesystem::path& onBoard() const { return board; }
 
     /// True where the board has the tree anyway, as part of its /usr.
-    bool isPartOfUsr() const { return host == board; }
+    bool isPartOfUsr() const { return host == "/usr" || host == "/usr/local"; }
+
+    /// What the board is to see of the tree, as paths below it: everything, as an empty path, but of a whole
+    /// file system the folders of programs, libraries and commands alone.
+    std::vector<std::filesystem::path> folders() const;
 
     /// The folder of the tree's programs, and that of the board's shell commands, seen from the board.
     std::filesystem::path programsOnBoard() const { return programs.empty() ? board : board / programs; }
@@ -35,6 +41,8 @@ public:
     std::string commandOnBoard(const std::string& command) const;
 
 private:
+    bool isWholeFileSystem() const { return host == "/"; }
+
     std::filesystem::path host;
     std::filesystem::path board;
     std::filesystem::path programs;  // below the tree

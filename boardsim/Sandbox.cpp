@@ -88,10 +88,12 @@ void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
 }
 
 void addTree(BwrapArguments& arguments, const ProgramTree& tree) {
-    if (!tree.isPartOfUsr()) {
-        arguments.add({"--ro-bind", tree.onHost(), tree.onBoard()});
+    for (const fs::path& folder : tree.folders()) {
+        if (!tree.isPartOfUsr()) {
+            arguments.add({"--ro-bind", tree.onHost() / folder, tree.onBoard() / folder});
+        }
+        arguments.add({"--ro-bind", tree.onHost() / folder, peersTree / folder});
     }
-    arguments.add({"--ro-bind", tree.onHost(), peersTree});
     const fs::path program = peersTree / tree.programInTree();
     arguments.add({"--symlink", program, BoardPaths::init});
     for (const PeerEntry& peer : peerCatalog()) {

@@ -6,6 +6,7 @@ if(NOT tomlplusplus_FOUND)
     include(CheckIncludeFileCXX)
     set(CMAKE_REQUIRED_FLAGS "-std=c++20")
     set(CMAKE_REQUIRED_DEFINITIONS -DTOML_HEADER_ONLY=1)
+    unset(KORVEL_HAS_TOML_HEADERS CACHE)  # they may have been installed since
     check_include_file_cxx("toml++/toml.h" KORVEL_HAS_TOML_HEADERS)
     unset(CMAKE_REQUIRED_FLAGS)
     unset(CMAKE_REQUIRED_DEFINITIONS)

@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,7 @@ TEST(ProgramTreeTest, IsTheBuildFolderOrTheInstallationsPrefix) {
         {"/opt/tools/bin/boardsim", "/opt/tools", "/opt/korvel", "/opt/korvel/bin", "bin/boardsim"},
         {"/usr/local/bin/boardsim", "/usr/local", "/usr/local", "/usr/local/bin", "bin/boardsim"},
         {"/usr/bin/boardsim", "/usr", "/usr", "/usr/bin", "bin/boardsim"},
+        {"/bin/boardsim", "/", "/", "/bin", "bin/boardsim"},
         {"/usr/src/build/boardsim", "/usr/src/build", "/opt/korvel", "/opt/korvel", "boardsim"},
     };
     for (const auto& each : cases) {
@@ -27,6 +29,18 @@ TEST(ProgramTreeTest, IsTheBuildFolderOrTheInstallationsPrefix) {
         EXPECT_EQ(tree.programsOnBoard(), each.programsOnBoard);
         EXPECT_EQ(tree.programInTree(), each.programInTree);
     }
+}
+
+TEST(ProgramTreeTest, ShowsTheBoardAllOfItButOfAWholeFileSystemItsOwnFoldersAlone) {
+    const std::vector<std::filesystem::path> all{""};
+    EXPECT_EQ(ProgramTree{"/home/me/build/boardsim"}.folders(), all);
+    EXPECT_EQ(ProgramTree{"/usr/bin/boardsim"}.folders(), all);
+
+    const auto folders = ProgramTree{"/bin/boardsim"}.folders();
+    ASSERT_EQ(folders.size(), 3);
+    EXPECT_EQ(folders.front(), "bin");
+    EXPECT_EQ(folders.at(1).filename(), "korvel");
+    EXPECT_EQ(folders.back(), "libexec/korvel/board");
 }
 
 TEST(ProgramTreeTest, RewritesACommandThatLiesInItAndNoOther) {

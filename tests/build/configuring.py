@@ -1,0 +1,37 @@
+"""Configures the project as people do, in build trees of a test's own, and reads what is to be built and linked."""
+
+import os
+import re
+import subprocess
+from pathlib import Path
+
+SOURCE = Path(os.environ["KORVEL_SOURCE"])
+BUILD = Path(os.environ["KORVEL_BUILD"])
+
+
+def run(*words: str | Path, **surroundings: str) -> str:
+    """What a command that succeeds wrote to standard output."""
+    outcome = subprocess.run(
+        words, env=os.environ | surroundings, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
+    )
+    if outcome.returncode != 0:
+        raise AssertionError(f"{words}: {outcome.returncode}\n{outcome.stdout}{outcome.stderr}")
+    return outcome.stdout
+
+
+def configure(build: Path, source: Path = SOURCE, **options: str | Path) -> None:
+    """Configures a tree, or configures it again. It is quick to build."""
+    quick = {"CMAKE_BUILD_TYPE": "Debug", "CMAKE_UNITY_BUILD": "ON", "CMAKE_UNITY_BUILD_BATCH_SIZE": "0"}
+    settings = [f"-D{name}={value}" for name, value in (quick | options).items()]
+    run("cmake", "-G", "Ninja", "-S", source, "-B", build, *settings)
+
+
+def outputs(build: Path) -> list[str]:
+    """The files that the tree builds, relative to it."""
+    listing = run("ninja", "-C", build, "-t", "targets", "all")
+    return re.findall(r"^(?!/)(.+?): (?!phony)", listing, re.MULTILINE)
+
+
+def link_command(build: Path, output: str) -> str:
+    """The command line that links a file of the tree."""
+    return run("ninja", "-C", build, "-t", "commands", "-s", output)

@@ -1,0 +1,31 @@
+"""The simulated board of a build, and of its installation, whose libraries and helpers are not below its prefix."""
+
+import tempfile
+import unittest
+from pathlib import Path
+
+from configuring import configure, run
+
+# A program, a program that is a command of the board, and a command of the board that is a script.
+ON_BOARD = "korvel getport eth1; devmem 0x02090510; fp_linux_log_collect /tmp/collected && ls /tmp/collected"
+
+
+class InstalledElsewhere(unittest.TestCase):
+    def test_has_a_board_with_all_its_commands(self) -> None:
+        with tempfile.TemporaryDirectory() as folder:
+            build = Path(folder) / "build"
+            configure(
+                build,
+                CMAKE_INSTALL_PREFIX=f"{folder}/prefix",
+                CMAKE_INSTALL_LIBDIR=f"{folder}/libraries",
+                CMAKE_INSTALL_LIBEXECDIR=f"{folder}/helpers",
+                KORVEL_BOARDSIM="ON",
+            )
+            run("cmake", "--build", build)
+            run("cmake", "--install", build)
+            for boardsim in (build / "boardsim", Path(folder) / "prefix/bin/boardsim"):
+                self.assertEqual(run(boardsim, "--", "sh", "-c", ON_BOARD), "2\n0x00000000\nlinux\n", boardsim)
+
+
+if __name__ == "__main__":
+    unittest.main()

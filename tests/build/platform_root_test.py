@@ -1,0 +1,46 @@
+"""Builds against the file system of a board: which libraries are linked."""
+
+import re
+import tempfile
+import unittest
+from pathlib import Path
+
+from configuring import configure, link_command
+
+
+def lay_out(root: Path) -> Path:
+    for name in ("libnetfpsmlog.so", "libWENVASK.so"):
+        library = root / "usr/lib" / name
+        library.parent.mkdir(parents=True, exist_ok=True)
+        library.touch()
+    return root
+
+
+class PlatformRoot(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.build = self.folder / "build"
+
+    def configure(self, root: Path) -> None:
+        configure(self.build, KORVEL_PLATFORM="board", KORVEL_PLATFORM_ROOT=root, KORVEL_BOARDSIM="OFF")
+
+    def linked_folders(self) -> list[str]:
+        return re.findall(rf"-L{self.folder}/(\S+)", link_command(self.build, "bin/korvel"))
+
+    def test_that_changes_brings_its_own_libraries(self) -> None:
+        self.configure(lay_out(self.folder / "old"))
+        self.configure(lay_out(self.folder / "new"))
+
+        self.assertEqual(self.linked_folders(), ["new/usr/lib"])
+
+    def test_without_the_libraries_does_not_get_those_of_the_one_before(self) -> None:
+        self.configure(lay_out(self.folder / "old"))
+
+        with self.assertRaisesRegex(AssertionError, "needs libnetfpsmlog.so"):
+            self.configure(self.folder / "empty")
+
+
+if __name__ == "__main__":
+    unittest.main()
