@@ -62,11 +62,20 @@ void addBenchmark(const char* name, int repetitions, const std::function<void()>
         ->ReportAggregatesOnly();
 }
 
-/// Shows the figures as usual and keeps the medians.
+/// Keeps the medians, and shows all figures as usual where they are wanted: in colours on a terminal alone.
 class MedianKeeper : public benchmark::ConsoleReporter {
 public:
+    explicit MedianKeeper(bool showsAll)
+        : ConsoleReporter(isatty(STDOUT_FILENO) == 1 ? OO_ColorTabular : OO_Tabular), shows(showsAll) {}
+
+    bool ReportContext(const Context& context) override {
+        return !shows || ConsoleReporter::ReportContext(context);
+    }
+
     void ReportRuns(const std::vector<Run>& runs) override {
-        ConsoleReporter::ReportRuns(runs);
+        if (shows) {
+            ConsoleReporter::ReportRuns(runs);
+        }
         for (const Run& run : runs) {
             if (run.aggregate_name == "median") {
                 medians[run.run_name.function_name] = run.GetAdjustedRealTime();
@@ -75,11 +84,14 @@ public:
     }
 
     std::map<std::string, double> medians;
+
+private:
+    const bool shows;
 };
 
 }  // namespace
 
-std::map<std::string, double> measureCommandTimes() {
+std::map<std::string, double> measureCommandTimes(bool showAll) {
     addBenchmark(dumpInfoAndStatistics, manyTimes, [] {
         runCommand({"korvel", "-d", "all", "dump", "dinf", "dstat"});
     });
@@ -97,7 +109,7 @@ std::map<std::string, double> measureCommandTimes() {
     addBenchmark(readKernelCommandLine, manyTimes, [] {
         runCommand({"sh", "-c", "sh -c \"/bin/cat /proc/cmdline\""});
     });
-    MedianKeeper keeper;
+    MedianKeeper keeper(showAll);
     benchmark::RunSpecifiedBenchmarks(&keeper);
     return keeper.medians;
 }

@@ -4,8 +4,8 @@
 #include <string>
 
 /// Median wall-clock time in milliseconds by benchmark name. All benchmarks take turns, so that a noisy
-/// moment of the machine hits them alike.
-std::map<std::string, double> measureCommandTimes();
+/// moment of the machine hits them alike. `showAll`: prints each benchmark's figures as it ends.
+std::map<std::string, double> measureCommandTimes(bool showAll);
 
 /// Names of the benchmarks.
 constexpr const char* dumpInfoAndStatistics = "korvel -d all dump dinf dstat";

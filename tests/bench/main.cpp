@@ -1,8 +1,10 @@
 // Measures what the program costs on the simulated board that this runs on, whose shared-memory logs are to
-// be full, and holds it against limits. Exit status 1 where one is exceeded.
+// be full, and holds it against limits. Exit status 1 where one is exceeded. With --verbose also prints each
+// benchmark.
 
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 #include <benchmark/benchmark.h>
 
@@ -13,13 +15,12 @@
 
 namespace {
 
-bool reportAll() {
+bool reportAll(bool verbose) {
     constexpr double kiBPerMiB = 1024;
     fillDumpedMemory();
-    auto times = measureCommandTimes();
+    auto times = measureCommandTimes(verbose);
     const auto dumpMemoryUse = static_cast<double>(peakMemoryKiB(memoryDumpCommand));
     const double memory = static_cast<double>(peakMemoryKiB({"korvel", "-d", "all", "print"}));
-    std::printf("\nMedians of one run, all commands taking turns:\n");
     bool kept = true;
     for (const Figure& figure : {
              Figure{"korvel -d all dump dinf dstat, beyond its mkdir calls",
@@ -47,8 +48,9 @@ bool reportAll() {
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
+    const bool verbose = argc == 2 && std::string_view(argv[1]) == "--verbose";
     try {
-        return reportAll() ? 0 : 1;
+        return reportAll(verbose) ? 0 : 1;
     } catch (const std::exception& failure) {
         std::fprintf(stderr, "%s\n", failure.what());
         return 1;

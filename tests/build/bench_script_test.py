@@ -1,0 +1,60 @@
+"""What scripts/bench.sh prints. In place of the build and of what it measures: programs that only print."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from configuring import SOURCE
+
+FIGURES = "a figure   kept\n" * 3  # one run for commands, two for jobs that last
+
+
+class BenchScript(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.put("scripts/setup.sh", "exit 0")
+        self.put("bin/cmake", "echo built; echo and a warning >&2")
+        self.put("build-release/boardsim", 'case "$*" in *--verbose) echo measured ;; esac; echo "a figure   kept"')
+        shutil.copy(SOURCE / "scripts/bench.sh", self.folder / "scripts")
+
+    def put(self, name: str, script: str) -> None:
+        path = self.folder / name
+        path.parent.mkdir(exist_ok=True)
+        path.write_text(f"#!/bin/sh\n{script}\n")
+        path.chmod(0o755)
+
+    def bench(self, *options: str) -> tuple[int, str, str]:
+        """Exit status, standard output, standard error."""
+        path = f"{self.folder}/bin:{os.environ['PATH']}"
+        command = [self.folder / "scripts/bench.sh", *options]
+        outcome = subprocess.run(command, env=os.environ | {"PATH": path}, capture_output=True, text=True, check=False)
+        return outcome.returncode, outcome.stdout, outcome.stderr
+
+    def test_is_the_figures_alone(self) -> None:
+        self.assertEqual(self.bench(), (0, FIGURES, ""))
+
+    def test_is_everything_where_it_is_asked_for(self) -> None:
+        everything = "built\n" * 2 + "measured\n" + FIGURES
+        for option in ("-v", "--verbose"):
+            self.assertEqual(self.bench(option), (0, everything, "and a warning\n" * 2))
+
+    def test_is_that_of_the_build_where_it_fails(self) -> None:
+        self.put("bin/cmake", "echo built; echo and an error >&2; exit 1")
+        self.assertEqual(self.bench(), (1, "", "built\nand an error\n"))
+
+    def test_is_every_figure_where_one_exceeds_its_limit(self) -> None:
+        self.put("build-release/boardsim", 'echo "a figure   EXCEEDED"; exit 1')
+        self.assertEqual(self.bench(), (1, FIGURES.replace("kept", "EXCEEDED"), ""))
+
+    def test_is_the_usage_after_an_unknown_option(self) -> None:
+        usage = "scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement\n"
+        self.assertEqual(self.bench("--quiet"), (2, "", usage))
+
+
+if __name__ == "__main__":
+    unittest.main()
