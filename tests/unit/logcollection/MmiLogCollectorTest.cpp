@@ -3,13 +3,16 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <fstream>
 #include <thread>
 
+#include "Configuration.hpp"
 #include "HeaderLine.hpp"
 #include "MmiLogCollectorFixture.hpp"
 #include "SignalStorm.hpp"
 #include "VerboseMode.hpp"
 
+namespace Configuration = Korvel::Configuration;
 using Korvel::MmiLogCollector;
 
 namespace {
@@ -30,6 +33,17 @@ protected:
         return headerLine("iwf Socket Service Info") + reply + "\n";
     }
 };
+
+/// True where no datagram waits at the collector's port 7778.
+bool iwfRepliesAreRead() {
+    std::ifstream sockets("/proc/net/udp");
+    for (std::string line; std::getline(sockets, line);) {
+        if (line.find(" 00000000:1E62 ") != std::string::npos) {
+            return line.find(":00000000 00:") != std::string::npos;
+        }
+    }
+    return true;
+}
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
@@ -190,6 +204,24 @@ TEST_F(MmiLogCollectorTest, GoesOnAfterSignals) {
     EXPECT_EQ(collect(information), Printed{});
 
     EXPECT_EQ(show().out, shownInfo("123"));
+}
+
+TEST_F(MmiLogCollectorTest, KeepsAReplyOfSixteenMebibytesWhole) {
+    selectIwf();
+    Configuration::getConfig(Configuration::IWF).receiveBufferSize = 1U << 15U;
+    iwf.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
+        for (int sent = 0; sent < 1 << 9; ++sent) {
+            reply(std::string(1U << 15U, 'x'));
+            while (!iwfRepliesAreRead()) {
+                std::this_thread::yield();
+            }
+        }
+        reply(marker);
+    });
+
+    EXPECT_EQ(collect(information), Printed{});
+
+    EXPECT_TRUE(show().out == shownInfo(std::string(16U << 20U, 'x')));  // too much to be shown by a failure
 }
 
 TEST_F(MmiLogCollectorTest, CutsAReplyThatDoesNotEndAndGoesOn) {
