@@ -1,6 +1,5 @@
 // Which files of the state tree are collected, and the history log.
 
-#include <algorithm>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -51,31 +50,7 @@ protected:
     }
 };
 
-using Row = std::vector<std::string>;
-
-std::vector<Row> rows(const std::vector<FuseLogCollector::Entry>& entries) {
-    std::vector<Row> result(entries.size());
-    std::transform(entries.begin(), entries.end(), result.begin(), [](const auto& entry) {
-        return Row{entry.directory, entry.fileName, entry.title};
-    });
-    return result;
-}
-
 }  // namespace
-
-TEST_F(FuseLogCollectorTest, HasItsTables) {
-    const std::string tree = "/tmp/fuse/";
-    EXPECT_EQ(FuseLogCollector::id, "fuse");
-    EXPECT_EQ(FuseLogCollector::fusePath, tree);
-    EXPECT_EQ(rows(FuseLogCollector::fuseInfoFiles),
-              (std::vector<Row>{{tree, "tracing_on", "Tracing Enabled"}}));
-    EXPECT_EQ(rows(FuseLogCollector::fuseStatsFiles),
-              (std::vector<Row>{{tree, "dispatcherCpu", "Dispatcher CPU"},
-                                {tree, "dmaStats", "Dma Service Statistics"}}));
-    EXPECT_EQ(rows(FuseLogCollector::fuseStatsFilesIWF),
-              (std::vector<Row>{{tree, "fpBridgeStats", "FPBridge Statistics"}}));
-    EXPECT_EQ(rows(FuseLogCollector::fuseLogsFiles), (std::vector<Row>{{tree, "HistoryLog", "NETFP LOG"}}));
-}
 
 TEST_F(FuseLogCollectorTest, CollectsOnlyTheHistoryLogForMask4) {
     Configuration::setDispatcherInstance(Configuration::IWF);

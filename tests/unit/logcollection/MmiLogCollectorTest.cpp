@@ -1,6 +1,5 @@
 // What is asked of the dispatchers' MMI services, and how their replies are put together.
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <fstream>
@@ -13,7 +12,6 @@
 #include "VerboseMode.hpp"
 
 namespace Configuration = Korvel::Configuration;
-using Korvel::MmiLogCollector;
 
 namespace {
 
@@ -45,24 +43,7 @@ bool iwfRepliesAreRead() {
     return true;
 }
 
-using Pairs = std::vector<std::pair<std::string, std::string>>;
-
-Pairs pairs(const std::vector<MmiLogCollector::Entry>& entries) {
-    Pairs result(entries.size());
-    std::transform(entries.begin(), entries.end(), result.begin(),
-                   [](const auto& entry) { return std::pair(entry.command, entry.title); });
-    return result;
-}
-
 }  // namespace
-
-TEST_F(MmiLogCollectorTest, HasItsTables) {
-    EXPECT_EQ(MmiLogCollector::id, "mmi");
-    EXPECT_EQ(pairs(MmiLogCollector::mmiInfoCmds), (Pairs{{"SocketSvcInfo", "Socket Service Info"}}));
-    EXPECT_EQ(pairs(MmiLogCollector::mmiStatsCmds), (Pairs{{"SocketSvcCounters", "Socket Service Counters"},
-                                                           {"ReassemblyCounters", "Reassembly Counters"},
-                                                           {"HeapStats", "Heap Statistics"}}));
-}
 
 TEST_F(MmiLogCollectorTest, SendsTheCommandsOfItsMaskInTheirOrder) {
     selectIwf();

@@ -41,14 +41,6 @@ protected:
 
 }  // namespace
 
-TEST_F(TiLogCollectorPidsTest, HasItsTables) {
-    EXPECT_EQ(TiLogCollector::id, "ti");
-    EXPECT_EQ(TiLogCollector::netfpProcesses,
-              (std::vector<std::string>{"netfp_server", "netfp_proxy", "netfp_master", "resmgr_server"}));
-    EXPECT_EQ(TiLogCollector::pidsFile, "pids.tmp");
-    EXPECT_EQ(TiLogCollector::syslibSmLogId, "syslib_sm_log");
-}
-
 TEST_F(TiLogCollectorPidsTest, FindsRunningProcessesByTheirNames) {
     const StackProcess proxy("netfp_proxy");
     const StackProcess server("netfp_server");
