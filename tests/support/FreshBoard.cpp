@@ -41,10 +41,13 @@ std::map<fs::path, fs::file_status> filesInMemory() {
 
 /// Gives the owner's rights back to folders that a test took them from.
 void makeAccessible(const fs::path& path) {
-    if (fs::is_directory(fs::symlink_status(path))) {
-        fs::permissions(path, fs::perms::owner_all, fs::perm_options::add);
-        for (const auto& entry : fs::directory_iterator(path)) {
-            makeAccessible(entry.path());
+    if (!fs::is_directory(fs::symlink_status(path))) {
+        return;
+    }
+    fs::permissions(path, fs::perms::owner_all, fs::perm_options::add);
+    for (const auto& entry : fs::recursive_directory_iterator(path)) {
+        if (fs::is_directory(entry.symlink_status())) {  // and is entered next
+            fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add);
         }
     }
 }
