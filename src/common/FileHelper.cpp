@@ -66,7 +66,8 @@ FileHelper::~FileHelper() {
 }
 
 const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline& deadline) {
-    constexpr int attempts = 2;  // somebody may have ended the helper while it had nothing to do
+    // Somebody may have ended the helper while it had nothing to do. A file that it had open went with it.
+    const int attempts = question.kind == FileQuestion::Kind::read ? 1 : 2;
     Outcome outcome = Outcome::helperDied;
     for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied; ++attempt) {
         if (!isRunning() && !start()) {

@@ -153,8 +153,8 @@ TEST_F(HangingFileTest, AServerThatReadsNoRequestLeavesNoHelperBehind) {
 
 TEST_F(HangingFileTest, ATreeThatCannotBeLookedAtCountsAsNone) {
     startBoard();
-    Files expected = together({stateFiles("iwf", {"dispatcherCpu", "dmaStats", "fpBridgeStats"}),
-                               replyFiles("iwf", statsCommands)});
+    const Files expected = together({stateFiles("iwf", {"dispatcherCpu", "dmaStats", "fpBridgeStats"}),
+                                     replyFiles("iwf", statsCommands)});
     StuckFolder tree("/tmp/fuse/sfn", "GETATTR");
 
     const std::string text = textInPipe({"-d", "iwf", "dump", "dstat"});

@@ -3,12 +3,20 @@
 #include <chrono>
 #include <csignal>
 #include <thread>
+#include <utility>
 
-StuckFolder::StuckFolder(const std::string& path, const std::string& operation)
-    : server(std::make_unique<Process>(std::vector<std::string>{STUCK_FS, path, operation})) {
+#include <sys/mount.h>
+
+StuckFolder::StuckFolder(std::string path, const std::string& operation)
+    : folder(std::move(path)),
+      server(std::make_unique<Process>(std::vector<std::string>{STUCK_FS, folder, operation})) {
     while (server->outSoFar() != "ready\n") {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
+}
+
+StuckFolder::~StuckFolder() {
+    end();
 }
 
 void StuckFolder::stop() const {
@@ -20,5 +28,8 @@ void StuckFolder::resume() const {
 }
 
 void StuckFolder::end() {
-    server.reset();
+    if (server != nullptr) {
+        server.reset();
+        ::umount2(folder.c_str(), MNT_DETACH);
+    }
 }

@@ -10,7 +10,12 @@
 class StuckFolder {
 public:
     /// `operation`: the requests that are swallowed, as tests/support/StuckFileSystem.cpp names them.
-    StuckFolder(const std::string& path, const std::string& operation);
+    StuckFolder(std::string path, const std::string& operation);
+    StuckFolder(const StuckFolder&) = delete;
+    StuckFolder& operator=(const StuckFolder&) = delete;
+    StuckFolder(StuckFolder&&) = delete;
+    StuckFolder& operator=(StuckFolder&&) = delete;
+    ~StuckFolder();
 
     /// The server reads no further request, of whatever kind: whoever waits for it can still be killed.
     void stop() const;
@@ -18,9 +23,10 @@ public:
     /// The server reads requests again.
     void resume() const;
 
-    /// The server is killed. Everybody who waits for it gets an error.
+    /// Kills the server, whoever waits for it gets an error. The folder is what it was before.
     void end();
 
 private:
+    std::string folder;
     std::unique_ptr<Process> server;
 };
