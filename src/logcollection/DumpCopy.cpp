@@ -66,7 +66,7 @@ bool DumpCopy::settle() const {
         return fail("Error while reading ", source, ": ", std::strerror(reading.error));
     }
     if (reading.cut) {
-        fail(source, " is larger than ", rules.sizeLimit, " bytes, cut");
+        return fail(source, " is larger than ", rules.sizeLimit, " bytes, cut");
     }
     return answers;
 }

@@ -34,8 +34,8 @@ public:
     /// the copy. False where no whole copy was made; `text` then has what could be read all the same.
     bool take(std::string& text);
 
-    /// Reports what has kept the source from being copied, and what is left out of the copy. True where the
-    /// source holds nothing that is worth another try.
+    /// Reports what has kept the source from being copied, or that the copy is cut. True where the source
+    /// holds nothing that the copy does not.
     [[nodiscard]] bool settle() const;
 
 private:

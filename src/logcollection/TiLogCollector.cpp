@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdio>
 #include <sstream>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,6 +14,7 @@
 #include "Console.hpp"
 #include "ConsoleHeader.hpp"
 #include "DumpCopy.hpp"
+#include "FileAccess.hpp"
 #include "Number.hpp"
 #include "OutputFile.hpp"
 #include "ProcessOwner.hpp"
@@ -88,9 +90,9 @@ std::string readScratchFile(const std::string& path) {
     return content;
 }
 
-TiLogCollector::Pids parseListing(const std::string& listing, const std::vector<std::string>& names) {
+TiLogCollector::Pids parseListing(std::string listing, const std::vector<std::string>& names) {
     TiLogCollector::Pids pids;
-    std::istringstream lines(listing);
+    std::istringstream lines(std::move(listing));
     for (std::string line; std::getline(lines, line);) {
         const std::string column = getNthTokenFromString(line, pidColumn);
         for (const std::string& name : names) {
@@ -167,18 +169,25 @@ void TiLogCollector::collectDump(const std::string& name, bool printRequested) {
     sendSignal(name);
     progress("Dumping ", name, " to ", destination, "... ");
     std::string& text = logs[name];
-    const bool complete = awaitDump(copy, name, text);
+    incomplete.erase(name);
+    if (!awaitDump(copy, name, text)) {
+        incomplete.insert(name);
+    }
     count(text);
     if (copy.settle()) {
         std::remove(source.c_str());
     }
-    if (!complete) {
-        text += incompleteNote;
-    }
     if (printRequested) {
-        removeFileAndItsDir(destination);
+        removeDumpsBeside(destination);
+    }
+}
+
+/// A directory that was never there is a failure of the later copies as well, and not a consequence of this.
+void TiLogCollector::removeDumpsBeside(const std::string& destination) {
+    if (isAccessible(collectorDir, F_OK)) {
         directory = DumpCopy::Directory::removed;
     }
+    removeFileAndItsDir(destination);
 }
 
 bool TiLogCollector::isRunning(const std::string& name) {
@@ -229,7 +238,7 @@ void TiLogCollector::removeFileAndItsDir(const std::string& path) {
 bool TiLogCollector::printOnConsole() {
     for (const std::string& name : processes) {
         printLogHeader(name);
-        print(logs[name], '\n');
+        print(logs[name], incomplete.contains(name) ? incompleteNote : "", '\n');
     }
     if (syslibLogEnabled) {
         if (reportMissingSyslibLog()) {

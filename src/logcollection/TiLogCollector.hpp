@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -59,6 +60,7 @@ private:
     void collectDump(const std::string& name, bool printRequested);
     bool isRunning(const std::string& name);
     void sendSignal(const std::string& name);
+    void removeDumpsBeside(const std::string& destination);
     static bool awaitDump(DumpCopy& copy, const std::string& name, std::string& text);
     bool reportMissingSyslibLog() const;
 
@@ -66,6 +68,7 @@ private:
     std::vector<std::string> processes;
     Pids pids;
     std::unordered_map<std::string, std::string> logs;
+    std::set<std::string> incomplete;                               // processes whose dumps lack their end
     DumpCopy::Directory directory = DumpCopy::Directory::expected;  // of the dumps' copies
 };
 
