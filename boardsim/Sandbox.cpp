@@ -77,6 +77,7 @@ void protectKernelSettings(BwrapArguments& arguments) {
 void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
     arguments.add({"--proc", "/proc"});
     protectKernelSettings(arguments);
+    arguments.add({"--perms", "0444"});  // of the file that follows
     arguments.addFile("--ro-bind-data", scenario.cmdline + "\n", "/proc/cmdline");
     arguments.add({"--dev", "/dev"});
     addDisk(arguments, "/tmp", scenario.tmpSize);

@@ -13,7 +13,8 @@ scripts/setup.sh build board test lint
 
 step "Formatting and scripts"
 find src platform boardsim tests \( -name '*.?pp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run -Werror
-shellcheck .ci/run scripts/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect completions/korvel.bash
+shellcheck .ci/run scripts/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect completions/korvel.bash \
+    tests/support/privileged/*
 
 build() {
     step "Building: $1"

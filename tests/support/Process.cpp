@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -35,6 +36,11 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
     return pointers;
 }
 
+/// False where this process has not the privilege.
+bool becomeUser(uid_t user) {
+    return ::setgroups(0, nullptr) == 0 && ::setgid(user) == 0 && ::setuid(user) == 0;
+}
+
 /// In the child, between fork and exec.
 [[noreturn]] void become(std::vector<std::string> command, const Surroundings& surroundings, int out,
                          int err) {
@@ -56,6 +62,9 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
     }
     for (const int signal : surroundings.ignoredSignals) {
         std::signal(signal, SIG_IGN);
+    }
+    if (surroundings.user && !becomeUser(*surroundings.user)) {
+        ::_exit(cannotStart);
     }
     ::execvp(command.front().c_str(), pointersTo(command).data());
     ::_exit(cannotStart);

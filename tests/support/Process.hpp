@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -29,6 +30,7 @@ struct Surroundings {
     std::vector<int> ignoredSignals = {};
     std::string standardOutput = {};  ///< a file to write to in place of Outcome::out
     bool together = false;            ///< standard error goes where standard output goes
+    std::optional<uid_t> user = {};   ///< who it runs as, with a group of the same number and no other
 };
 
 /// A real process with its own output files. Destroying it kills it, if it still runs.
