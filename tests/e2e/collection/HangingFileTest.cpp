@@ -9,7 +9,7 @@
 
 #include "CollectionFixture.hpp"
 #include "Gate.hpp"
-#include "ProcessTable.hpp"
+#include "RunningProcesses.hpp"
 #include "StuckFolder.hpp"
 #include "TestFiles.hpp"
 

@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include "FileHelper.hpp"
-#include "ProcessTable.hpp"
+#include "RunningProcesses.hpp"
 #include "TestFiles.hpp"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "ProcessTable.hpp"
+#include "RunningProcesses.hpp"
 
 #include <algorithm>
 #include <filesystem>
