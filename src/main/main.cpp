@@ -28,7 +28,7 @@ IManager* findManager(int argc, char** argv) {
     return manager == managers.end() ? nullptr : manager->get();
 }
 
-/// A number on the command line that is out of every range is the operator's error, and says so itself.
+/// An action throws where a number on the command line does not fit; the text is the message for the operator.
 bool resolve(IManager& manager, int argc, char** argv) {
     try {
         return manager.resolveRequest(argc, argv);

@@ -1,6 +1,8 @@
 // The interface of src/logcollection.
 
+#include <algorithm>
 #include <concepts>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <string>
@@ -77,25 +79,22 @@ static_assert(requires(FuseLogCollector & collector, const FuseLogCollector& fix
     { FuseLogCollector::isModeEnabled(mode, mode) } -> same_as<bool>;
 });
 
-/// The commands of a table, each as "COMMAND / TITLE".
-std::vector<string> shown(const std::vector<MmiLogCollector::Entry>& table) {
-    std::vector<string> rows;
-    for (const MmiLogCollector::Entry& entry : table) {
-        rows.push_back(entry.command + " / " + entry.title);
-    }
-    return rows;
-}
-
-/// The files of a table, each as "PATH / TITLE".
-std::vector<string> shown(const std::vector<FuseLogCollector::Entry>& table) {
-    std::vector<string> rows;
-    for (const FuseLogCollector::Entry& entry : table) {
-        rows.push_back(entry.directory + entry.fileName + " / " + entry.title);
-    }
-    return rows;
-}
-
 using Rows = std::vector<string>;
+
+string shown(const MmiLogCollector::Entry& entry) {
+    return entry.command + " / " + entry.title;
+}
+
+string shown(const FuseLogCollector::Entry& entry) {
+    return entry.directory + entry.fileName + " / " + entry.title;
+}
+
+template <typename Entry>
+Rows shown(const std::vector<Entry>& table) {
+    Rows rows;
+    std::ranges::transform(table, std::back_inserter(rows), [](const Entry& entry) { return shown(entry); });
+    return rows;
+}
 
 TEST(LogCollectionInterface, NamesTheManagerAndTheCollectors) {
     EXPECT_EQ(CollectorMgr().getName(), "LogCollection");
