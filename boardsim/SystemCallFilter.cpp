@@ -25,7 +25,7 @@ constexpr std::array<std::uint32_t, 3> x86Family{SCMP_ARCH_X86_64, SCMP_ARCH_X86
 constexpr std::array<std::uint32_t, 2> armFamily{SCMP_ARCH_AARCH64, SCMP_ARCH_ARM};
 
 /// Requests of ioctl() that put characters into a terminal's input, as if somebody had typed them.
-constexpr std::array inputRequests{TIOCSTI, TIOCLINUX};
+constexpr std::array<std::uint64_t, 2> inputRequests{TIOCSTI, TIOCLINUX};
 
 /// The user's keys belong to the session, which the sandbox shares.
 constexpr std::array keyCalls{SCMP_SYS(add_key), SCMP_SYS(request_key), SCMP_SYS(keyctl)};

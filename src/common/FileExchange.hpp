@@ -24,6 +24,9 @@ struct FileQuestion {
     int accessMode = 0;                    ///< of access; as access() takes it
     std::optional<uid_t> owner = {};       ///< of open; see InputFile
     std::array<char, PATH_MAX> path = {};  ///< zero-terminated; that of read and close is open's
+
+    /// Whether it stands by itself, and is not about a file that an earlier one opened.
+    bool isFirst() const { return kind != Kind::read && kind != Kind::close; }
 };
 
 struct FileAnswer {

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "Console.hpp"
+#include "RootFileSystem.hpp"
 #include "SystemCall.hpp"
 #include "Turn.hpp"
 
@@ -66,18 +67,23 @@ FileHelper::~FileHelper() {
 }
 
 const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline& deadline) {
+    if (question.isFirst()) {
+        looksItself = liesOnRootFileSystem(question.path.data());
+    }
     // Somebody may have ended the helper while it had nothing to do. A file that it had open went with it.
-    const int attempts = question.kind == FileQuestion::Kind::read ? 1 : 2;
+    const int attempts = question.isFirst() ? 2 : 1;
     Outcome outcome = Outcome::helperDied;
-    for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied; ++attempt) {
-        if (!isRunning() && !start()) {
-            ownExchange().question = question;
-            ownService.answer(*own);
-            return *own;
+    for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied && !looksItself; ++attempt) {
+        if (isRunning() || start()) {
+            outcome = handOver(question, deadline);
+        } else {
+            looksItself = true;
         }
-        shared->exchange.question = question;
-        shared->turn.passTo(Turn::answering);
-        outcome = awaitAnswer(deadline);
+    }
+    if (looksItself) {
+        ownExchange().question = question;
+        ownService.answer(*own);
+        return *own;
     }
     if (outcome == Outcome::answered) {
         return shared->exchange;
@@ -85,6 +91,12 @@ const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline
     abandon();
     ownExchange().answer = {.error = outcome == Outcome::timedOut ? ETIMEDOUT : EIO};
     return *own;
+}
+
+FileHelper::Outcome FileHelper::handOver(const FileQuestion& question, const Deadline& deadline) {
+    shared->exchange.question = question;
+    shared->turn.passTo(Turn::answering);
+    return awaitAnswer(deadline);
 }
 
 FileExchange& FileHelper::ownExchange() {

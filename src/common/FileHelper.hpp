@@ -25,8 +25,8 @@ public:
     ~FileHelper();
 
     /// Asks the helper; the exchange that is returned is valid until the next question. The answer's error is
-    /// ETIMEDOUT where there is none when the deadline is there. Where no helper can be started, this process
-    /// looks itself.
+    /// ETIMEDOUT where there is none when the deadline is there. This process looks itself where no helper
+    /// can be started, and at files on the root file system: without that, no program runs at all.
     const FileExchange& ask(const FileQuestion& question, const Deadline& deadline);
 
     /// Ends the helper, for a program that has no questions for a long time. The next question starts one.
@@ -39,14 +39,16 @@ private:
     bool isRunning() const;
     bool start();
     void abandon();
+    Outcome handOver(const FileQuestion& question, const Deadline& deadline);
     Outcome awaitAnswer(const Deadline& deadline);
     FileExchange& ownExchange();
 
     Shared* shared = nullptr;  // mapped; the helper has it too
     pid_t helper = -1;
-    pid_t starter = -1;  // a fork of that process has no helper of its own
+    pid_t starter = -1;        // a fork of that process has no helper of its own
+    bool looksItself = false;  // at the file that the questions are about
     FileService ownService;
-    std::unique_ptr<FileExchange> own;  // where the helper has no answer
+    std::unique_ptr<FileExchange> own;  // for answers that are not the helper's
 };
 
 }  // namespace Korvel

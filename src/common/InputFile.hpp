@@ -20,7 +20,7 @@ public:
     InputFile() = default;
 
     /// Opens `path`; isOpen() tells whether that worked, errno why not. With `owner`, the file must belong to
-    /// this user, to root or to the caller; else the reason is EACCES.
+    /// this user, to root or to the caller, and have no other name; else the reason is EACCES.
     explicit InputFile(const std::string& path, std::optional<uid_t> owner = std::nullopt);
 
     bool isOpen() const { return static_cast<bool>(file); }

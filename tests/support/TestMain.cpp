@@ -74,6 +74,7 @@ void chooseOrder() {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): an exception ends the program, which then has failed
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     if (GTEST_FLAG_GET(list_tests) || !FreshBoard::isAtHand()) {

@@ -70,6 +70,8 @@ protected:
 
     /// A run that is held up before it looks at the first state.
     static std::unique_ptr<Process> startAtGate() {
+        writeFile("/tmp/configuration", "");
+        fs::create_symlink("/tmp/configuration", "/rom/private/fpdispatcher.conf");
         std::unique_ptr<Process> run =
             startCollection(information, withCommand("mkdir", Gate::script() + "exec /bin/mkdir \"$@\"\n"));
         Gate::await();

@@ -106,6 +106,17 @@ TEST(InputFile, BehindALinkOfAnotherUserIsRefused) {
     EXPECT_EQ(outcome.out, "Permission denied\n");
 }
 
+TEST(InputFile, WithAnotherNameIsRefusedWhereAnOwnerIsAskedFor) {
+    writeFile(inputPath, "");
+    EXPECT_TRUE(InputFile(inputPath, ::geteuid()).isOpen());
+
+    fs::create_hard_link(inputPath, "/tmp/other");
+
+    EXPECT_FALSE(InputFile(inputPath, ::geteuid()).isOpen());
+    EXPECT_STREQ(std::strerror(errno), "Permission denied");
+    EXPECT_TRUE(InputFile(inputPath).isOpen());
+}
+
 TEST(InputFile, RemembersTheStateThatItWasOpenedIn) {
     writeFile(inputPath, "one");
     struct stat status {};

@@ -1,0 +1,25 @@
+#include "RootFileSystem.hpp"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <linux/openat2.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include "UniqueFd.hpp"
+
+namespace Korvel {
+
+bool liesOnRootFileSystem(const char* path) {
+    open_how how{};
+    how.flags = O_PATH | O_CLOEXEC;
+    how.resolve = RESOLVE_NO_XDEV;
+    if (path[0] != '/') {
+        return false;
+    }
+    const UniqueFd place(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how)));
+    return place || errno == ENOENT;
+}
+
+}  // namespace Korvel
