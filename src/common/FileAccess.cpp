@@ -71,9 +71,7 @@ FileAnswer askBriefly(Look& look, Kind kind, const std::string& path) {
 void readPieces(Look& look, std::string& text, std::size_t limit, FileReading& reading) {
     FileAnswer answer = look.ask(Kind::read);
     while (answer.error == 0 && answer.size > 0) {
-        const std::size_t room = limit - text.size();
-        text.append(look.piece(), 0, room);
-        reading.cut = answer.size > room;
+        reading.cut = !appendWithin(limit, text, look.piece());
         answer = reading.cut ? FileAnswer{} : look.ask(Kind::read);
     }
     reading.error = answer.error;

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <limits>
 #include <optional>
 #include <string>
 
+#include "BoundedText.hpp"
 #include "FileState.hpp"
 
 namespace Korvel {
@@ -16,8 +16,6 @@ bool isAccessible(const std::string& path, int mode);
 
 /// What is known of the file; none with errno set where there is none.
 std::optional<FileState> stateOf(const std::string& path);
-
-constexpr std::size_t noSizeLimit = std::numeric_limits<std::size_t>::max();
 
 /// How a file is read.
 struct ReadingRules {

@@ -5,6 +5,7 @@
 
 #include <arpa/inet.h>
 
+#include "BoundedText.hpp"
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
 #include "SystemCall.hpp"
@@ -77,9 +78,7 @@ bool MmiChannel::query(const std::string& command, std::string& reply, std::size
             progress("Response received successfully");
             break;
         }
-        const std::size_t room = sizeLimit - reply.size();
-        reply.append(chunk, 0, room);
-        if (chunk.size() > room || hasPassed(deadline)) {
+        if (!appendWithin(sizeLimit, reply, chunk) || hasPassed(deadline)) {
             fail("Reply to ", command, " does not end, cut");
             break;
         }

@@ -94,7 +94,8 @@ TEST_F(TiLogCollectorStaleDumpTest, IsTakenWithItsTimesWhereNothingComes) {
 
 TEST_F(TiLogCollectorStaleDumpTest, GivesItsTimesToNoFreshCopy) {
     layStaleDump();
-    const StackProcess process("netfp_proxy", "mv /tmp/fresh /tmp/netfp_proxy.log");
+    const StackProcess process(
+        "netfp_proxy", "touch -r /tmp/netfp_proxy.log /tmp/fresh; mv /tmp/fresh /tmp/netfp_proxy.log");
 
     collected();
 

@@ -1,0 +1,34 @@
+#include "CollectionFixture.hpp"
+#include "Probe.hpp"
+
+namespace {
+
+/// A board's log library that throws where a log is read: it costs the collector that reads it, and no other.
+class CollectorExceptionTest : public CollectionFixture {
+protected:
+    CollectorExceptionTest() { startBoard(); }
+
+    const Surroundings throwing{.environment = {{"LD_LIBRARY_PATH", testProgramsDir() + "/throwing"}}};
+};
+
+TEST_F(CollectorExceptionTest, OneFromTheDispatchersLogCostsThisLogAlone) {
+    const Outcome outcome = collect({"-d", "iwf", "print", "dump", "dinf", "dlog", "proxy"}, throwing);
+
+    EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + section("NETFP LOG", "") +
+                                   printedReplies("iwf", infoCommands) +
+                                   section("netfp_proxy", dumpText("netfp_proxy")),
+                               "Error: cannot read dispatcher_log_memory\n"
+                               "Output of /tmp/korvel/fuse/HistoryLog.log is empty\n"));
+    EXPECT_EQ(workFiles(), together({stateFiles("iwf", infoStates), replyFiles("iwf", infoCommands)}));
+}
+
+TEST_F(CollectorExceptionTest, OneFromTheSyslibLogCostsTheDumpsThatComeAfterIt) {
+    const Outcome outcome = collect({"-d", "iwf", "dump", "dinf", "slog", "proxy"}, throwing);
+
+    EXPECT_EQ(outcome, success("",
+                               "Error: cannot read syslib_log_memory\n"
+                               "Syslib shared memory log not found\n"));
+    EXPECT_EQ(workFiles(), together({stateFiles("iwf", infoStates), replyFiles("iwf", infoCommands)}));
+}
+
+}  // namespace
