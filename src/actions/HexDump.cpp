@@ -111,6 +111,9 @@ void printHexDump(const void* data, unsigned size) {
     std::uint64_t offset = 0;
     for (; offset + lineBytes < size; offset += lineBytes) {
         lines.add(static_cast<std::uint32_t>(offset), bytes + offset, lineBytes);
+        if (!std::cout) {
+            return;  // nobody gets the rest, which can be gigabytes
+        }
     }
     // The last line, which a dump of nothing has as well: it lies before the first offset.
     constexpr std::uint32_t beforeFirst = 0U - lineBytes;

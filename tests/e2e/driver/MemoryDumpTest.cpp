@@ -6,6 +6,7 @@
 
 #include "Board.hpp"
 #include "Process.hpp"
+#include "TestFiles.hpp"
 
 namespace {
 
@@ -109,6 +110,20 @@ TEST(MemoryDump, FailsWhereWhatItPrintsIsLost) {
     for (const std::string length : {"0", "32", "1000000"}) {
         EXPECT_EQ(korvel({"mem_dump", "0xeb6b6100", length}, {.standardOutput = "/dev/full"}), failure);
     }
+}
+
+TEST(MemoryDump, EndsOnceItsReaderIsGoneHoweverMuchIsLeft) {
+    const Board board({});
+
+    // The memory ends before the range does, so that a dump of all of it would not survive.
+    const Outcome outcome = run({"bash", "-c",
+                                 "{ env --default-signal=PIPE korvel mem_dump 0x80000000 0xffffffff;"
+                                 " echo $? > /tmp/status; } | head -1"});
+
+    EXPECT_EQ(outcome, (Outcome{.status = 0,
+                                .out = "Memory dump:\n",
+                                .err = "Error while writing standard output: Broken pipe\n"}));
+    EXPECT_EQ(contentOfFile("/tmp/status"), "1\n");
 }
 
 TEST(DescriptorDump, ShowsTheDescriptorInTheMemory) {

@@ -9,6 +9,7 @@
 #include "Outcomes.hpp"
 #include "PeerFaults.hpp"
 #include "Process.hpp"
+#include "TestFiles.hpp"
 
 namespace {
 
@@ -51,6 +52,20 @@ TEST(PortSwap, ExchangesThePortsOfTwoInterfaces) {
     EXPECT_EQ(masterDump(), "  eth0 port 4\n  eth1 port 2\n  eth2 port 3\n  eth3 port 1\nmirroring:\n");
     EXPECT_EQ(korvel({"getport", "eth0"}).out, "4\n");
     EXPECT_EQ(korvel({"getport", "eth3"}).out, "1\n");
+}
+
+TEST(PortSwap, IsCompleteWhereTheReaderOfItsStepsIsGone) {
+    const Board board({});
+
+    const Outcome outcome =
+        run({"bash", "-c",
+             "{ while [ ! -e /tmp/gone ]; do sleep 0.01; done;"
+             " env --default-signal=PIPE korvel -v portswap eth0 eth1; echo $? > /tmp/status; }"
+             " | { exec < /dev/null; touch /tmp/gone; }"});
+
+    EXPECT_EQ(outcome.err, "Error while writing standard output: Broken pipe\n");
+    EXPECT_EQ(contentOfFile("/tmp/status"), "1\n");
+    EXPECT_EQ(masterDump(), "  eth0 port 2\n  eth1 port 1\n  eth2 port 3\n  eth3 port 4\nmirroring:\n");
 }
 
 TEST(PortSwap, IsUndoneByItself) {

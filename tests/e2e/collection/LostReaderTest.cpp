@@ -1,0 +1,75 @@
+#include "PackageFixture.hpp"
+#include "TestFiles.hpp"
+
+namespace {
+
+/// Packages of runs whose output nobody reads.
+class LostReaderTest : public PackageFixture {
+protected:
+    static constexpr const char* readerGone = "/tmp/reader-gone";
+
+    LostReaderTest() { startBoard(); }
+
+    /// Shell that waits until the reader has closed the pipe.
+    static std::string awaitReaderGone() {
+        return std::string("while [ ! -e ") + readerGone + " ]; do sleep 0.01; done\n";
+    }
+
+    /// Runs "korvel -v -d all WORDS" into a pipe to `reader`, which is shell and then gone, with the system's
+    /// own disposition of SIGPIPE. `before` is shell that comes first, `redirection` that of standard error.
+    /// What the reader printed, and korvel's exit status and standard error, without the words of tar itself.
+    static Outcome collectInto(const std::string& reader, const std::string& words, const std::string& before,
+                               const Surroundings& surroundings,
+                               const std::string& redirection = "2> /tmp/stderr") {
+        writeFile("/tmp/stderr", "");
+        std::string script = "{ " + before + "env --default-signal=PIPE korvel -v -d all " + words + " " +
+                             redirection + "; echo $? > /tmp/status; } | { " + reader +
+                             "; exec < /dev/null; touch " + readerGone + "; }";
+        const Outcome both = run({"bash", "-c", script}, surroundings);
+        EXPECT_EQ(both.err, "");
+        std::string err;
+        for (const std::string& line : linesOfFile("/tmp/stderr")) {
+            err += line.starts_with("/bin/tar: ") ? "" : line + "\n";
+        }
+        return {std::stoi(contentOfFile("/tmp/status")), both.out, err};
+    }
+
+    /// The package is whole: it unpacks, and holds everything that was collected.
+    static void expectWholePackage(const std::string& path) {
+        EXPECT_EQ(run({"gzip", "-t", path}), success());
+        EXPECT_EQ(filesIn(path), workFiles());
+        EXPECT_EQ(workFiles().size(), 2U * 3 + 1 + 2 * 4 + 4 + 1);
+    }
+
+    /// What is reported of a listing that tar could not write, and of all that was lost.
+    static constexpr const char* lost =
+        "Command: /bin/tar -czvf /ffs/run/logs/netfp_logs_post_mortem.tgz -C /tmp/korvel/ ./ exited with "
+        "error, exit code: 2\n"
+        "Error while writing standard output: Broken pipe\n";
+};
+
+TEST_F(LostReaderTest, ThePackageIsMadeWhereTheReaderIsGoneFromTheStart) {
+    const Outcome outcome =
+        collectInto("true", "pkg-pm", awaitReaderGone(), withCommand("fp_linux_log_collect", ""));
+
+    EXPECT_EQ(outcome, failure("", lost));
+    expectWholePackage(package("_post_mortem.tgz"));
+}
+
+TEST_F(LostReaderTest, ThePackageIsMadeWhereTheReaderGoesAfterTheFirstLine) {
+    const Outcome outcome =
+        collectInto("head -1", "pkg-pm", "", withCommand("fp_linux_log_collect", awaitReaderGone()));
+
+    EXPECT_EQ(outcome, failure("Verbose mode enabled.\n", lost));
+    expectWholePackage(package("_post_mortem.tgz"));
+}
+
+TEST_F(LostReaderTest, ThePackageIsMadeWhereNobodyReadsTheErrorsEither) {
+    const Outcome outcome =
+        collectInto("head -1", "pkg-pm", "", withCommand("fp_linux_log_collect", awaitReaderGone()), "2>&1");
+
+    EXPECT_EQ(outcome, failure("Verbose mode enabled.\n", ""));
+    expectWholePackage(package("_post_mortem.tgz"));
+}
+
+}  // namespace
