@@ -8,7 +8,6 @@
 #include "Console.hpp"
 #include "SystemCall.hpp"
 #include "TrustedOpen.hpp"
-#include "Wait.hpp"
 
 namespace Korvel {
 namespace {
@@ -16,24 +15,43 @@ namespace {
 constexpr std::chrono::milliseconds tryInterval{50};
 constexpr mode_t folderMode = 0777;
 
-/// flock() knows no deadline, so it is tried.
-bool tryToLock(const UniqueFd& folder) {
-    return uninterrupted([&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB); }) == 0;
+/// Whether the path leads elsewhere since the folder was opened: somebody removed it.
+bool wasReplaced(const UniqueFd& folder, const std::string& path) {
+    struct stat opened {};
+    struct stat current {};
+    return ::fstat(folder.get(), &opened) != 0 || ::stat(path.c_str(), &current) != 0 ||
+           opened.st_dev != current.st_dev || opened.st_ino != current.st_ino;
 }
 
 }  // namespace
 
-CollectionLock::CollectionLock(const std::string& directory, std::chrono::milliseconds limit) {
-    ::mkdir(directory.c_str(), folderMode);
-    folder = openTrustedFolder(directory);
-    if (tryToLock(folder) || errno != EWOULDBLOCK) {
-        return;
-    }
-    fail("Another log collection is running, waiting for its end");
-    const Deadline deadline = deadlineIn(limit);
-    while (!hasPassed(deadline) && !tryToLock(folder)) {
+CollectionLock::CollectionLock(const std::string& directory, std::chrono::milliseconds limit)
+    : path(directory), deadline(deadlineIn(limit)) {
+    do {
+        ::mkdir(path.c_str(), folderMode);
+        folder = openTrustedFolder(path);
+    } while (folder && lock() && wasReplaced(folder, path));
+}
+
+/// False where the lock cannot be had in time, or not at all. flock() knows no deadline, so it is tried.
+bool CollectionLock::lock() {
+    const auto tryOnce = [&] {
+        return uninterrupted([&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB); }) == 0;
+    };
+    bool locked = tryOnce();
+    while (!locked && errno == EWOULDBLOCK && !hasPassed(deadline)) {
+        reportWait();
         nap(tryInterval);
+        locked = tryOnce();
     }
+    return locked;
+}
+
+void CollectionLock::reportWait() {
+    if (!waitReported) {
+        fail("Another log collection is running, waiting for its end");
+    }
+    waitReported = true;
 }
 
 }  // namespace Korvel

@@ -1,0 +1,181 @@
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "Board.hpp"
+#include "Process.hpp"
+#include "TestFiles.hpp"
+#include "TextFile.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr const char* package = "/ffs/run/logs/netfp_logs_post_mortem.tgz";
+
+/// What a collection may report beside the archiver, which writes to the files that are packed.
+constexpr const char* fileChanged =
+    "Command: /bin/tar -czf /ffs/run/logs/netfp_logs_post_mortem.tgz -C /tmp/korvel/ ./ 2> /dev/null exited "
+    "with error, exit code: 1\n";
+
+/// The names of all members of the package, with or without those of the archiver, in order.
+Words packedNames(bool withArchive) {
+    Words names = linesOf(run({"tar", "-tzf", package}).out);
+    std::erase_if(names,
+                  [&](const std::string& name) { return !withArchive && name.starts_with("./archive/"); });
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// What a dump prints, without where the program saw the memory, which differs from run to run.
+Outcome withoutAddresses(Outcome outcome) {
+    const std::string label = "    Virtual:  ";
+    for (std::size_t start = outcome.out.find(label); start != std::string::npos;
+         start = outcome.out.find(label, start + 1)) {
+        const std::size_t address = start + label.size();
+        outcome.out.erase(address, outcome.out.find('\n', address) - address);
+    }
+    return outcome;
+}
+
+/// A job that ends by itself, and does the same each time.
+struct Job {
+    std::string name;
+    Words arguments;
+};
+
+/// The actions that talk to the NetFP master have a socket of their own each: on the default one the later
+/// of two takes the earlier one's answers.
+const std::vector<Job> jobs{
+    {"collection", {"-d", "all", "pkg-pm"}},
+    {"getport", {"-c", "/tmp/client-getport", "getport", "eth0"}},
+    {"mirrorport", {"-c", "/tmp/client-mirrorport", "mirrorport", "enable", "eth0", "eth1"}},
+    {"loopbackport", {"-c", "/tmp/client-loopbackport", "loopbackport", "enable", "eth1"}},
+    {"portswap", {"-c", "/tmp/client-portswap", "portswap", "eth2", "eth3"}},
+    {"addmulticastmac",
+     {"-c", "/tmp/client-addmulticastmac", "addmulticastmac", "01:00:5e:00:00:fb", "eth1"}},
+    {"resetqosstats", {"-d", "all", "resetqosstats"}},
+    {"mem_dump", {"mem_dump", "0xeb700040", "60"}},
+    {"desc_dump", {"desc_dump", "0xeb6b6100", "70"}},
+    {"add_interface", {"add_interface"}},
+};
+
+class JobPairsTest : public testing::Test {
+protected:
+    JobPairsTest() {
+        for (const Job& job : jobs) {
+            alone[job.name] = end(start(job), job);
+        }
+        packedAlone = packedNames(false);
+    }
+
+    /// A job under way. Interfaces can be added but once, so each run adds another one.
+    struct Run {
+        std::unique_ptr<Process> process;
+        std::string interface = {};
+    };
+
+    Run start(const Job& job) {
+        Words command{"korvel"};
+        command.insert(command.end(), job.arguments.begin(), job.arguments.end());
+        std::string interface;
+        if (job.name == "add_interface") {
+            interface = "lte" + std::to_string(++interfaces);
+            command.push_back(interface);
+        }
+        return {std::make_unique<Process>(command), interface};
+    }
+
+    static Outcome end(const Run& run, const Job& job) {
+        Outcome outcome = withoutAddresses(run.process->wait());
+        const std::size_t interface = outcome.out.find(run.interface);
+        if (job.name == "add_interface" && interface != std::string::npos) {
+            outcome.out.erase(interface, run.interface.size());
+        }
+        return outcome;
+    }
+
+    /// Ends a run that must have done what it does alone.
+    void expectAsAlone(const Run& run, const Job& job) {
+        Outcome outcome = end(run, job);
+        if (isArchived() && outcome.err == fileChanged) {
+            outcome.err.clear();
+        }
+        EXPECT_EQ(outcome, alone.at(job.name)) << job.name;
+        if (job.name == "collection") {
+            EXPECT_EQ(packedNames(false), packedAlone);
+        }
+    }
+
+    /// Starts a job that lasts, runs all the others beside it, and ends it.
+    void expectBesideEachOther(const std::string& lasting, const std::function<bool()>& hasBegun) {
+        Process process({"korvel", "-d", "all", lasting});
+        while (!hasBegun()) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        for (const Job& job : jobs) {
+            SCOPED_TRACE(lasting);
+            expectAsAlone(start(job), job);
+        }
+        ::kill(process.pid(), SIGTERM);
+        EXPECT_EQ(process.wait(), (Outcome{.status = 128 + SIGTERM, .out = "", .err = ""}));
+    }
+
+    static bool isArchived() {
+        const std::string file = "/tmp/korvel/archive/syslib/runtime.log";
+        return fs::exists(file) && fs::file_size(file) > 0;
+    }
+
+    static bool isSupervised() {
+        const Words requests = Board::received("netfp_proxy");
+        return std::any_of(requests.begin(), requests.end(), isHeartbeat);
+    }
+
+    static bool isHeartbeat(const std::string& request) { return request.size() == 40; }
+
+    const Board board{{}};
+    std::map<std::string, Outcome> alone;
+    Words packedAlone;
+
+private:
+    int interfaces = 0;
+};
+
+TEST_F(JobPairsTest, EveryTwoJobsThatEndDoWhatEachDoesAlone) {
+    for (auto first = jobs.begin(); first != jobs.end(); ++first) {
+        for (auto second = first + 1; second != jobs.end(); ++second) {
+            SCOPED_TRACE(first->name + " and " + second->name);
+            const Run one = start(*first);
+            const Run other = start(*second);
+
+            expectAsAlone(one, *first);
+            expectAsAlone(other, *second);
+        }
+    }
+}
+
+TEST_F(JobPairsTest, EveryJobDoesBesideTheArchiverWhatItDoesAlone) {
+    expectBesideEachOther("archive", isArchived);
+}
+
+TEST_F(JobPairsTest, EveryJobDoesBesideTheSupervisionWhatItDoesAlone) {
+    expectBesideEachOther("supervision", isSupervised);
+}
+
+TEST_F(JobPairsTest, ArchiverAndSupervisionDoNotDisturbEachOther) {
+    Process archive({"korvel", "archive"});
+    expectBesideEachOther("supervision", [] { return isArchived() && isSupervised(); });
+    ::kill(archive.pid(), SIGTERM);
+    EXPECT_EQ(archive.wait(), (Outcome{.status = 128 + SIGTERM, .out = "", .err = ""}));
+}
+
+}  // namespace

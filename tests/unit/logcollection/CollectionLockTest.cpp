@@ -1,0 +1,184 @@
+// The lock that keeps collections apart.
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "CollectionLock.hpp"
+#include "Printed.hpp"
+#include "Shell.hpp"
+#include "TestFiles.hpp"
+
+namespace fs = std::filesystem;
+using Korvel::CollectionLock;
+using namespace std::chrono_literals;
+
+namespace {
+
+class CollectionLockTest : public testing::Test {
+protected:
+    static constexpr const char* directory = "/tmp/locked";
+    static constexpr auto longTime = std::chrono::hours(1);
+
+    CollectionLockTest() {
+        fs::remove_all(directory);
+        fs::remove_all("/tmp/moved");
+    }
+
+    /// Takes the lock, in a file description of its own as another process would. What is reported.
+    static std::string take(std::optional<CollectionLock>& lock, std::chrono::milliseconds limit = longTime) {
+        const Printed printed = printedBy([&] { lock.emplace(directory, limit); });
+        EXPECT_EQ(printed.out, "");
+        return printed.err;
+    }
+
+    /// Takes the lock, which somebody holds. `whileItWaits` happens on another thread and is to end with
+    /// release(), before which the lock must not be had. What is reported.
+    std::string takeAfter(std::optional<CollectionLock>& lock, const std::function<void()>& whileItWaits) {
+        return printedBy([&] {
+                   std::thread others([&] {
+                       while (!somethingIsReported()) {
+                           std::this_thread::sleep_for(1ms);
+                       }
+                       whileItWaits();
+                   });
+                   lock.emplace(directory, longTime);
+                   EXPECT_TRUE(released);
+                   others.join();
+               })
+            .err;
+    }
+
+    void release(std::optional<CollectionLock>& lock) {
+        released = true;
+        lock.reset();
+    }
+
+    /// Whether nobody holds the lock on the directory.
+    static bool isFree() {
+        const Korvel::UniqueFd folder(::open(directory, O_RDONLY | O_CLOEXEC));
+        return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0;
+    }
+
+    static constexpr const char* waiting = "Another log collection is running, waiting for its end\n";
+
+    std::optional<CollectionLock> first;
+    std::optional<CollectionLock> second;
+
+private:
+    /// While standard error is taken to a file.
+    static bool somethingIsReported() {
+        struct stat status {};
+        return ::fstat(STDERR_FILENO, &status) == 0 && status.st_size > 0;
+    }
+
+    std::atomic<bool> released = false;
+};
+
+TEST_F(CollectionLockTest, IsHadAtOnceAndHeldToTheEnd) {
+    EXPECT_EQ(take(first), "");
+    EXPECT_FALSE(isFree());
+
+    first.reset();
+
+    EXPECT_TRUE(isFree());
+}
+
+TEST_F(CollectionLockTest, TakesADirectoryThatIsThere) {
+    writeFile("/tmp/locked/kept.log", "kept");
+
+    EXPECT_EQ(take(first), "");
+
+    EXPECT_FALSE(isFree());
+    EXPECT_EQ(contentOfFile("/tmp/locked/kept.log"), "kept");
+}
+
+TEST_F(CollectionLockTest, WaitsForAnotherWhichIsReportedOnce) {
+    take(first);
+
+    EXPECT_EQ(takeAfter(second,
+                        [&] {
+                            std::this_thread::sleep_for(200ms);
+                            release(first);
+                        }),
+              waiting);
+
+    EXPECT_FALSE(isFree());
+}
+
+TEST_F(CollectionLockTest, IsDoneWithoutWhenTheTimeIsUp) {
+    take(first);
+    const auto start = std::chrono::steady_clock::now();
+
+    EXPECT_EQ(take(second, 200ms), waiting);
+
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 200ms);
+    second.reset();
+    EXPECT_FALSE(isFree());  // the first one's still
+}
+
+TEST_F(CollectionLockTest, IsDoneWithoutWhereTheDirectoryCannotBeHad) {
+    writeFile(directory, "a file");
+    EXPECT_EQ(take(first), "");
+
+    fs::remove(directory);
+    fs::create_symlink("locked", directory);
+    EXPECT_EQ(take(first), "");
+
+    fs::remove(directory);
+    fs::create_directory(directory);
+    fs::permissions(directory, fs::perms::none);
+    EXPECT_EQ(take(first), "");
+}
+
+TEST_F(CollectionLockTest, IsNotInheritedByCommands) {
+    take(first);
+
+    EXPECT_EQ(printedBy([] {
+                  EXPECT_TRUE(Korvel::executeCommand("ls -l /proc/self/fd | grep -c locked || true"));
+              }).out,
+              "0\n");
+}
+
+TEST_F(CollectionLockTest, OfADirectoryThatWasRemovedIsWaitedForAllTheSame) {
+    take(first);
+
+    EXPECT_EQ(takeAfter(second,
+                        [&] {
+                            fs::rename(directory, "/tmp/moved");
+                            fs::create_directory(directory);
+                            std::this_thread::sleep_for(200ms);
+                            release(first);
+                        }),
+              waiting);
+
+    EXPECT_FALSE(isFree());  // the directory in its place
+}
+
+TEST_F(CollectionLockTest, OfADirectoryThatWasRemovedAndLockedAnewIsWaitedForTwice) {
+    take(first);
+    std::optional<CollectionLock> third;
+
+    EXPECT_EQ(takeAfter(second,
+                        [&] {
+                            fs::rename(directory, "/tmp/moved");
+                            third.emplace(directory, longTime);
+                            first.reset();
+                            std::this_thread::sleep_for(200ms);
+                            release(third);
+                        }),
+              waiting);
+
+    EXPECT_FALSE(isFree());
+}
+
+}  // namespace
