@@ -76,6 +76,52 @@ TEST_F(PidFileTest, ALinkInItsPlaceIsNotFollowedWhereNothingIsFoundEither) {
     EXPECT_EQ(contentOfFile(pidFile), "");
 }
 
+TEST_F(PidFileTest, ALinkThatStaysOrComesAgainAtOnceIsNotFollowedAndSkipsEveryProcess) {
+    startBoard();
+    writeFile("/tmp/precious", "precious");
+    fs::create_symlink("/tmp/precious", pidFile);
+    for (const std::string fault : {"unlink,unlinkat:error=EPERM", "unlink,unlinkat:retval=0"}) {
+        SCOPED_TRACE(fault);
+
+        const Outcome outcome = collectInjected({.faults = {fault}, .path = pidFile}, {"print", "proxy"});
+
+        EXPECT_EQ(outcome, success(section("netfp_proxy", ""), "Error while opening /tmp/korvelpids.tmp\n"));
+        EXPECT_EQ(contentOfFile("/tmp/precious"), "precious");
+        EXPECT_TRUE(fs::is_symlink(pidFile));
+    }
+    EXPECT_EQ(Board::received("netfp_proxy"), Words{});
+}
+
+TEST_F(PidFileTest, ALinkThatIsToBePlantedWhileTheListingRunsFindsTheFileInItsPlace) {
+    startBoard();
+    writeFile("/tmp/precious", "precious");
+    const std::string proxy = std::to_string(board().pid("netfp_proxy"));
+
+    const Outcome outcome = collect(
+        {"dump", "proxy"}, withCommand("ps",
+                                       "ln -s /tmp/precious /tmp/korvelpids.tmp && echo > /tmp/planted\n"
+                                       "echo root " +
+                                           proxy + " netfp_proxy\n"));
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_FALSE(fs::exists("/tmp/planted"));
+    EXPECT_EQ(contentOfFile("/tmp/precious"), "precious");
+    EXPECT_EQ(workFiles(), dumpFiles({"netfp_proxy"}));
+}
+
+TEST_F(PidFileTest, ADirectoryInItsPlaceIsReportedByTheShellAndSkipsEveryProcess) {
+    startBoard();
+    fs::create_directory(pidFile);
+
+    const Outcome outcome = collect({"print", "proxy"});
+
+    EXPECT_EQ(outcome,
+              success(section("netfp_proxy", ""),
+                      "sh: 1: cannot create /tmp/korvelpids.tmp: Is a directory\n" + failedListing(2)));
+    EXPECT_TRUE(fs::is_directory(pidFile));
+    EXPECT_EQ(Board::received("netfp_proxy"), Words{});
+}
+
 TEST_F(PidFileTest, AListingThatCannotBeReadSkipsEveryProcess) {
     startBoard();
 
