@@ -1,5 +1,9 @@
+#include <algorithm>
+#include <iterator>
+
 #include "PackageFixture.hpp"
 #include "TestFiles.hpp"
+#include "Trace.hpp"
 
 namespace {
 
@@ -70,6 +74,21 @@ TEST_F(LostReaderTest, ThePackageIsMadeWhereNobodyReadsTheErrorsEither) {
 
     EXPECT_EQ(outcome, failure("Verbose mode enabled.\n", ""));
     expectWholePackage(package("_post_mortem.tgz"));
+}
+
+TEST_F(LostReaderTest, TarIsStartedSoThatALostListingEndsNoTar) {
+    Words calls;
+    runTraced("execve,rt_sigaction", {"korvel", "-d", "iwf", "pkg", "dinf"}, calls, true);
+
+    const auto tar = std::find_if(calls.begin(), calls.end(), [](const std::string& call) {
+        return call.find("execve(\"/bin/tar\"") != std::string::npos;
+    });
+    ASSERT_NE(tar, calls.end());
+    const auto last = std::find_if(std::reverse_iterator(tar), calls.rend(), [](const std::string& call) {
+        return call.find("rt_sigaction(SIGPIPE, ") != std::string::npos;
+    });
+    ASSERT_NE(last, calls.rend());
+    EXPECT_THAT(*last, testing::HasSubstr("sa_handler=SIG_IGN"));
 }
 
 }  // namespace
