@@ -1,19 +1,17 @@
 #include "BoundedText.hpp"
 
+#include <algorithm>
+
 namespace Korvel {
-namespace {
-
-constexpr std::size_t usualSize = 1U << 16U;
-
-}  // namespace
-
 bool appendWithin(std::size_t limit, std::string& text, std::string_view piece) {
-    // A text that doubles as it grows has three times its memory when it moves last, and leaves holes in the
-    // heap. What is reserved and not used costs nothing.
-    if (text.size() > usualSize && limit != noSizeLimit) {
-        text.reserve(limit);
-    }
     const std::size_t room = limit - text.size();
+    const std::size_t wanted = text.size() + std::min(piece.size(), room);
+    if (wanted > text.capacity()) {
+        // While a text moves it has its memory twice, so a large one moves no more: it gets all that it may
+        // have.
+        const std::size_t next = 2 * text.capacity();
+        text.reserve(next > limit / 4 ? limit : std::max(wanted, next));
+    }
     text.append(piece, 0, room);
     return piece.size() <= room;
 }

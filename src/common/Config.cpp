@@ -141,6 +141,7 @@ bool Config::parseLine(const std::string& line) {
 }
 
 bool Config::getEntry(std::istringstream& stream, std::string& out) {
+    out.clear();
     if (!std::getline(stream, out, '=')) {
         logf(Korvel::logWarning, "Could not get entry from: %s", stream.str().c_str());
         return false;

@@ -49,9 +49,12 @@ bool DescriptorBuffer::writeOut(const char* text, std::streamsize size) const {
     while (size > 0) {
         const ssize_t count =
             uninterrupted([&] { return ::write(descriptor, text, static_cast<std::size_t>(size)); });
-        if (count >= 0) {
+        if (count > 0) {
             text += count;
             size -= count;
+        } else if (count == 0) {
+            errno = EIO;
+            return false;
         } else if (errno != EAGAIN || !waitForRoom(descriptor)) {
             return false;
         }

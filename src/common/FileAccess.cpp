@@ -1,5 +1,6 @@
 #include "FileAccess.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -15,6 +16,7 @@ namespace {
 using Kind = FileQuestion::Kind;
 
 constexpr std::chrono::seconds patience{5};
+constexpr std::size_t largestReserve = 16U << 20U;  // a size need not be true
 
 FileHelper& fileHelper() {
     static FileHelper helper;
@@ -75,9 +77,8 @@ void readPieces(Look& look, std::string& text, std::size_t limit, FileReading& r
         answer = reading.cut ? FileAnswer{} : look.ask(Kind::read);
     }
     reading.error = answer.error;
-    if (reading.error != ETIMEDOUT) {
-        const int closing = look.ask(Kind::close).error;
-        reading.error = reading.error != 0 ? reading.error : closing;
+    if (reading.error != ETIMEDOUT && look.ask(Kind::close).error == ETIMEDOUT && reading.error == 0) {
+        reading.error = ETIMEDOUT;
     }
 }
 
@@ -103,6 +104,9 @@ FileReading readFile(const std::string& path, std::string& text, const ReadingRu
         .opened = answer.error == 0, .error = answer.error, .cut = false, .state = answer.state};
     if (reading.opened) {
         text.clear();
+        // A text that grows as it is read has more than twice its memory each time it moves.
+        const auto expected = static_cast<std::size_t>(std::max<off_t>(reading.state.size, 0));
+        text.reserve(std::min({expected, rules.sizeLimit, largestReserve}));
         readPieces(look, text, rules.sizeLimit, reading);
     }
     return reading;

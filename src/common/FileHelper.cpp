@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <csignal>
 #include <new>
+#include <string_view>
 
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -27,9 +28,15 @@ void closeAllDescriptors() {
         return;
     }
 #endif
-    for (int descriptor = 0; descriptor < ::sysconf(_SC_OPEN_MAX); ++descriptor) {
+    const long limit = ::sysconf(_SC_OPEN_MAX);
+    for (int descriptor = 0; descriptor < limit; ++descriptor) {
         ::close(descriptor);
     }
+}
+
+/// Whether others can put something else at a path between two looks.
+bool isShared(std::string_view path) {
+    return path.starts_with("/tmp/");
 }
 
 /// Leaves everything behind that ties a process to its parent but the death of it.
@@ -42,6 +49,9 @@ void detach(pid_t parent) {
     for (int signal = 1; signal < NSIG; ++signal) {
         std::signal(signal, SIG_DFL);
     }
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        std::signal(signal, SIG_IGN);  // sent to everything, they are its parent's to survive or not
+    }
     closeAllDescriptors();
 }
 
@@ -51,7 +61,8 @@ struct FileHelper::Shared {
     Turn turn;
     FileExchange exchange;
 
-    [[noreturn]] void serve() {
+    /// An exception that left it would make the helper a second korvel.
+    [[noreturn]] void serve() noexcept {
         FileService service;
         for (;;) {
             if (turn.await(Turn::answering, longTime)) {
@@ -68,7 +79,7 @@ FileHelper::~FileHelper() {
 
 const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline& deadline) {
     if (question.isFirst()) {
-        looksItself = liesOnRootFileSystem(question.path.data());
+        looksItself = !isShared(question.path.data()) && liesOnRootFileSystem(question.path.data());
     }
     // Somebody may have ended the helper while it had nothing to do. A file that it had open went with it.
     const int attempts = question.isFirst() ? 2 : 1;
@@ -94,6 +105,9 @@ const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline
 }
 
 FileHelper::Outcome FileHelper::handOver(const FileQuestion& question, const Deadline& deadline) {
+    if (hasPassed(deadline)) {  // one that answers, but bit by bit
+        return Outcome::timedOut;
+    }
     shared->exchange.question = question;
     shared->turn.passTo(Turn::answering);
     return awaitAnswer(deadline);

@@ -3,13 +3,17 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <linux/openat2.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#ifdef SYS_openat2
+#include <linux/openat2.h>
+#endif
 
 #include "UniqueFd.hpp"
 
 namespace Korvel {
+
+#ifdef SYS_openat2
 
 bool liesOnRootFileSystem(const char* path) {
     open_how how{};
@@ -21,5 +25,13 @@ bool liesOnRootFileSystem(const char* path) {
     const UniqueFd place(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how)));
     return place || errno == ENOENT;
 }
+
+#else  // kernel headers from before Linux 5.6
+
+bool liesOnRootFileSystem(const char* /*path*/) {
+    return false;
+}
+
+#endif
 
 }  // namespace Korvel

@@ -111,15 +111,18 @@ void CollectorMgr::processRequest(unsigned outputMask, const CoverageMasks& mask
     if ((outputMask & OutputMode::package) != 0) {
         disableSignal(SIGTERM);
     }
-    const CollectionLock lock(workspaceDir, lockPatience);
-    registerLogCollectors(masks);
-    collectLogs((outputMask & OutputMode::print) != 0);
-    if ((outputMask & OutputMode::dump) != 0) {
-        dumpLogsToFiles();
+    {
+        const CollectionLock lock(workspaceDir, lockPatience);
+        registerLogCollectors(masks);
+        collectLogs((outputMask & OutputMode::print) != 0);
+        if ((outputMask & OutputMode::dump) != 0) {
+            dumpLogsToFiles();
+        }
+        if ((outputMask & OutputMode::package) != 0) {
+            makeTgzPackage(outputMask);
+        }
     }
-    if ((outputMask & OutputMode::package) != 0) {
-        makeTgzPackage(outputMask);
-    }
+    // Without the lock: whoever reads what is printed decides how long that takes.
     if ((outputMask & OutputMode::print) != 0) {
         printLogsOnConsole();
     }

@@ -7,6 +7,13 @@
 
 namespace Korvel {
 
+namespace {
+
+constexpr std::size_t largestSource = 16U << 20U;
+constexpr std::size_t largestCollection = 48U << 20U;
+
+}  // namespace
+
 std::size_t LogCollector::gatheredByAll = 0;
 
 LogCollector::LogCollector(const std::string& dir) : collectorDir(dir) {
@@ -18,14 +25,16 @@ LogCollector::~LogCollector() {
 }
 
 std::size_t LogCollector::room() {
-    constexpr std::size_t largestSource = 16U << 20U;
-    constexpr std::size_t largestCollection = 48U << 20U;
     return std::min(largestSource, largestCollection - std::min(largestCollection, gatheredByAll));
 }
 
 void LogCollector::count(const std::string& text) {
+    const bool wasFull = gatheredByAll >= largestCollection;
     gatheredBytes += text.size();
     gatheredByAll += text.size();
+    if (!wasFull && gatheredByAll >= largestCollection) {
+        fail("The collection holds ", largestCollection, " bytes, what follows is left out");
+    }
 }
 
 std::string LogCollector::gathered(std::string text, const std::string& sourceName) {

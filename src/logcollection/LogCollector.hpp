@@ -31,7 +31,7 @@ protected:
     /// together. What is beyond is cut, so that one huge file costs neither memory nor the rest.
     static std::size_t room();
 
-    /// Counts what was gathered, until this collector ends.
+    /// Counts what was gathered, until this collector ends. Reports once that there is no room left.
     void count(const std::string& text);
 
     /// Counts `text`, cut to the room that there is. A cut is reported under the source's name.

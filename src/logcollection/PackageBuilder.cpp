@@ -50,6 +50,7 @@ PackageBuilder::PackageBuilder(const std::string& workspace, const std::string& 
 }
 
 void PackageBuilder::build(unsigned outputMask) const {
+    const PipeFailuresIgnored pipeFailures;
     const auto* const kind =
         std::find_if(packageKinds.begin(), packageKinds.end(),
                      [&](const PackageKind& candidate) { return (candidate.modeBit & outputMask) != 0; });
@@ -74,7 +75,6 @@ void PackageBuilder::gatherLinuxLogs() const {
 
 void PackageBuilder::archive(const std::string& packageFile) const {
     const std::string members = " -C " + workspaceDir + "/ ./";
-    const PipeFailuresIgnored pipeFailures;
     if (isVerboseMode()) {
         print("Creating ", packageFile, " package...\n");
         executeCommand("/bin/tar -czvf " + packageFile + members);

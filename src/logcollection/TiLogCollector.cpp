@@ -87,6 +87,9 @@ std::string readScratchFile(const std::string& path) {
         size = uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
         content.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
     }
+    if (size > 0) {
+        fail(path, " is larger than ", longestListing, " bytes, cut");
+    }
     return content;
 }
 
@@ -173,10 +176,10 @@ void TiLogCollector::collectDump(const std::string& name, bool printRequested) {
     if (!awaitDump(copy, name, text)) {
         incomplete.insert(name);
     }
-    count(text);
     if (copy.settle()) {
         std::remove(source.c_str());
     }
+    count(text);
     if (printRequested) {
         removeDumpsBeside(destination);
     }

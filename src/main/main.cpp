@@ -11,6 +11,7 @@
 #include "DispatcherSelection.hpp"
 #include "IdentifierSeed.hpp"
 #include "Managers.hpp"
+#include "MemoryUse.hpp"
 #include "SignalDispositions.hpp"
 #include "StandardStreams.hpp"
 #include "Usage.hpp"
@@ -28,7 +29,8 @@ IManager* findManager(int argc, char** argv) {
     return manager == managers.end() ? nullptr : manager->get();
 }
 
-/// An action throws where a number on the command line does not fit; the text is the message for the operator.
+/// An action throws where a number on the command line does not fit; the text is the message for the
+/// operator.
 bool resolve(IManager& manager, int argc, char** argv) {
     try {
         return manager.resolveRequest(argc, argv);
@@ -72,6 +74,7 @@ bool runCommandLine(int argc, char** argv) {
 int main(int argc, char** argv) {
     Korvel::openMissingStandardStreams();
     Korvel::setSignalDispositions();
+    Korvel::returnMemoryEarly();
     const Korvel::ConsoleStreams streams;
     Korvel::setCommandLanguage();
     Korvel::seedRequestIdentifiers();

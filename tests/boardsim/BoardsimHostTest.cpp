@@ -78,18 +78,22 @@ TEST(BoardsimHostTest, CannotWriteToTheHostsPrograms) {
 }
 
 TEST(BoardsimHostTest, CannotWriteToSettingsOfTheHostsKernel) {
-    const Outcome outcome = boardsim({"--bare", "--", "sh", "-c",
-                                      "find /proc -regextype egrep -regex '/proc/([0-9]+|self|thread-self)' "
-                                      "-prune -o -type f -writable -print"});
+    const std::string writableSettings =
+        "find /proc -regextype egrep -regex '/proc/([0-9]+|self|thread-self)' "
+        "-prune -o -type f -writable -print";
+
+    const Outcome outcome = boardsim({"--bare", "--", "sh", "-c", writableSettings});
 
     EXPECT_EQ(outcome.out, "");
 }
 
 TEST(BoardsimHostTest, CannotChangeTheHostsDeviceFiles) {
     // To what they have on the host, in case that it can.
-    const Outcome outcome = boardsim({"--bare", "--", "sh", "-c",
-                                      "cd /dev; for f in null zero full random urandom tty; do "
-                                      "chmod 666 $f && echo $f; echo x > null && echo usable; done"});
+    const std::string change =
+        "cd /dev; for f in null zero full random urandom tty; do "
+        "chmod 666 $f && echo $f; echo x > null && echo usable; done";
+
+    const Outcome outcome = boardsim({"--bare", "--", "sh", "-c", change});
 
     EXPECT_EQ(outcome.out, "usable\nusable\nusable\nusable\nusable\nusable\n");
 }

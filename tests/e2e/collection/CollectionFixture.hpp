@@ -15,6 +15,9 @@
 /// A simulated board, log collection as a process on it, and what becomes of that.
 class CollectionFixture : public testing::Test {
 protected:
+    static inline const std::string fullCollection =
+        "The collection holds 50331648 bytes, what follows is left out\n";
+
     static constexpr const char* workDir = "/tmp/korvel";
     static constexpr const char* packageDir = "/ffs/run/logs";
     static constexpr const char* timedOut = "poll(): Timed out while waiting for response";

@@ -21,7 +21,7 @@ protected:
         fs::resize_file(path, size);
     }
 
-    static std::string zeros(std::size_t size) { return std::string(size, '\0'); }
+    static std::string zeros(std::size_t size) { return std::string().append(size, '\0'); }
 
     static std::string cut(const std::string& source, std::size_t limit = sourceLimit) {
         return source + " is larger than " + std::to_string(limit) + " bytes, cut\n";
@@ -104,7 +104,7 @@ TEST_F(LargeSourceTest, ManySourcesAreCutWhereTheyAddUpToTheLimitOfARun) {
 
     const Outcome outcome = collect({"-d", "all", "dump", "dstat", "dinf", "slog", "proxy"});
 
-    std::string err = cut("/tmp/fuse/sfn/tracing_on", 3 * mebibyte);
+    std::string err = cut("/tmp/fuse/sfn/tracing_on", 3 * mebibyte) + fullCollection;
     for (const std::string& state : states) {
         err += cut("/tmp/fuse/" + state, 0);
     }
@@ -135,7 +135,7 @@ TEST_F(LargeSourceTest, SharedMemoryLogsCountAsWell) {
 
     const Outcome outcome = collect({"-d", "iwf", "dump", "dstat", "dlog", "slog"});
 
-    EXPECT_EQ(outcome, success("", lines(3, timedOut) + cut("syslib_log_memory", left)));
+    EXPECT_EQ(outcome, success("", lines(3, timedOut) + cut("syslib_log_memory", left) + fullCollection));
     expectFiles(together({{{"fuse/iwf/dispatcherCpu.log", zeros(sourceLimit)},
                            {"fuse/iwf/dmaStats.log", zeros(sourceLimit)},
                            {"fuse/iwf/fpBridgeStats.log", zeros(13 * mebibyte)},

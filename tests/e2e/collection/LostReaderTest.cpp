@@ -76,6 +76,15 @@ TEST_F(LostReaderTest, ThePackageIsMadeWhereNobodyReadsTheErrorsEither) {
     expectWholePackage(package("_post_mortem.tgz"));
 }
 
+TEST_F(LostReaderTest, LogsOfTheSystemAreGatheredWhereTheReaderIsGone) {
+    const Outcome outcome =
+        collectInto("true", "pkg-pm dinf", awaitReaderGone(),
+                    withCommand("fp_linux_log_collect", "echo gathering\necho gathered > \"$1/gathered\"\n"));
+
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(filesIn(package("_post_mortem.tgz"))["gathered"], "gathered\n");
+}
+
 TEST_F(LostReaderTest, TarIsStartedSoThatALostListingEndsNoTar) {
     Words calls;
     runTraced("execve,rt_sigaction", {"korvel", "-d", "iwf", "pkg", "dinf"}, calls, true);

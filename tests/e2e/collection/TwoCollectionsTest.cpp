@@ -37,7 +37,6 @@ protected:
         return holder;
     }
 
-private:
     static Outcome withoutWait(Outcome outcome) {
         if (outcome.err.starts_with(waiting)) {
             outcome.err.erase(0, std::string(waiting).size());
@@ -45,6 +44,22 @@ private:
         return outcome;
     }
 };
+
+TEST_F(TwoCollectionsTest, OneThatPrintsToASlowReaderHoldsUpNoOther) {
+    // More than a pipe takes, and nobody reads it until the other one has ended.
+    writeFile("/tmp/fuse/iwf/tracing_on", std::string().append(1U << 20U, '.'));
+    Process slow({"sh", "-c",
+                  "korvel -d iwf print dinf | { until [ -e /tmp/other-ended ]; do sleep 0.05; done; cat > "
+                  "/dev/null; }"});
+    while (Board::received("iwf_dispatcher").empty()) {
+    }
+
+    const Outcome other = collect({"-d", "sfn", "dump", "dinf"});
+    writeFile("/tmp/other-ended", "");
+
+    EXPECT_EQ(withoutWait(other), success());
+    EXPECT_EQ(slow.wait(), success());
+}
 
 TEST_F(TwoCollectionsTest, EachPrintsWhatItPrintsAlone) {
     const Words requests[] = {

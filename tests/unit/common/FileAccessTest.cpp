@@ -116,6 +116,18 @@ TEST(ReadFile, ReturnsWhatCameBeforeAReadThatBreaksOff) {
     EXPECT_EQ(outcome.err, "Error while reading /tmp/input: Input/output error\n");
 }
 
+TEST(ReadFileBitByBit, EndsWithItsTimeAndKeepsWhatCame) {
+    writeFile(pathToRead, patternOf(4U << 20));
+
+    const Outcome outcome =
+        probeInjected({.faults = {"read:delay_exit=200000"}, .path = pathToRead, .inChildren = true},
+                      {"readFile", pathToRead});
+
+    EXPECT_EQ(outcome.err, "Error while reading /tmp/input: Connection timed out\n");
+    EXPECT_LT(outcome.out.size(), 4U << 20);
+    EXPECT_GT(outcome.out.size(), 65536U);
+}
+
 TEST(ReadFile, LooksItselfWhereNoHelperCanBeStarted) {
     writeFile(pathToRead, "all of it");
 

@@ -25,11 +25,11 @@ int errorOf(FileHelper& helper, const FileQuestion& question) {
     return helper.ask(question, Korvel::deadlineIn(5s)).answer.error;
 }
 
-void killHelpers() {
+void signalHelpers(int signal) {
     std::string name = contentOfFile("/proc/self/comm");
     name.pop_back();
     for (const pid_t helper : childrenNamed(name, ::getpid())) {
-        ::kill(helper, SIGKILL);
+        ::kill(helper, signal);
     }
 }
 
@@ -39,9 +39,21 @@ TEST(FileHelper, ThatWasKilledIsReplacedForANewLook) {
     FileHelper helper;
     EXPECT_EQ(errorOf(helper, question), 0);
 
-    killHelpers();
+    signalHelpers(SIGKILL);
 
     EXPECT_EQ(errorOf(helper, question), 0);
+}
+
+TEST(FileHelper, OutlivesSignalsThatAreSentToEveryProcess) {
+    writeFile("/tmp/file", "text");
+    FileHelper helper;
+    EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::open)), 0);
+
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        signalHelpers(signal);
+    }
+
+    EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::read)), 0);
 }
 
 TEST(FileHelper, ThatWasKilledTakesTheFileWithItThatItHadOpen) {
@@ -49,7 +61,7 @@ TEST(FileHelper, ThatWasKilledTakesTheFileWithItThatItHadOpen) {
     FileHelper helper;
     EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::open)), 0);
 
-    killHelpers();
+    signalHelpers(SIGKILL);
 
     EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::read)), EIO);
 }

@@ -25,7 +25,9 @@ class LogCollectorLimitTest : public testing::Test {
 protected:
     static constexpr std::size_t mebibyte = 1U << 20U;
 
-    static std::string textOf(std::size_t size) { return std::string(size, 't'); }
+    inline static const std::string full = "The collection holds 50331648 bytes, what follows is left out\n";
+
+    static std::string textOf(std::size_t size) { return std::string().append(size, 't'); }
 
     /// Has the collector gather texts of these sizes, without a word.
     static void gather(GatheringCollector& collector, const std::vector<std::size_t>& sizes) {
@@ -52,7 +54,7 @@ TEST_F(LogCollectorLimitTest, GivesAllCollectorsTogetherFortyEightMebibytes) {
     gather(another, {10 * mebibyte});
     EXPECT_EQ(GatheringCollector::room(), 6 * mebibyte);
 
-    another.count(textOf(6 * mebibyte));
+    EXPECT_EQ(printedBy([&] { another.count(textOf(6 * mebibyte)); }), Printed{.err = full});
 
     EXPECT_EQ(GatheringCollector::room(), 0U);
 }
@@ -62,7 +64,7 @@ TEST_F(LogCollectorLimitTest, CutsATextToTheRoomWithAWord) {
     std::string text;
 
     EXPECT_EQ(printedBy([&] { text = collector.gathered("12345", "some_log"); }),
-              (Printed{.err = "some_log is larger than 3 bytes, cut\n"}));
+              (Printed{.err = "some_log is larger than 3 bytes, cut\n" + full}));
 
     EXPECT_EQ(text, "123");
     EXPECT_EQ(GatheringCollector::room(), 0U);
@@ -71,7 +73,8 @@ TEST_F(LogCollectorLimitTest, CutsATextToTheRoomWithAWord) {
 TEST_F(LogCollectorLimitTest, HasItsRoomBackWhereACollectorEnds) {
     std::optional<GatheringCollector> another;
     another.emplace();
-    gather(*another, {16 * mebibyte, 16 * mebibyte, 16 * mebibyte});
+    gather(*another, {16 * mebibyte, 16 * mebibyte, 15 * mebibyte});
+    EXPECT_EQ(printedBy([&] { another->count(textOf(mebibyte)); }), Printed{.err = full});
     EXPECT_EQ(GatheringCollector::room(), 0U);
 
     another.reset();
