@@ -34,11 +34,22 @@ TEST(AppendWithin, AddsAnythingWithoutALimit) {
     EXPECT_EQ(text.size(), 100'001U);
 }
 
+TEST(AppendWithin, TakesNoMoreMemoryThanASmallTextNeeds) {
+    constexpr std::size_t limit = 16U << 20U;
+    std::string text;
+
+    for (int piece = 0; piece < 10; ++piece) {
+        EXPECT_TRUE(appendWithin(limit, text, std::string().append(10'000, 'x')));
+    }
+
+    EXPECT_LT(text.capacity(), 2 * text.size());
+}
+
 TEST(AppendWithin, NeverMovesALargeTextTwice) {
     constexpr std::size_t limit = 1U << 20U;
     const std::string piece(1U << 15U, 'x');
     std::string text;
-    for (std::size_t size = 0; size < limit / 4; size += piece.size()) {
+    for (std::size_t size = 0; size <= limit / 4; size += piece.size()) {
         EXPECT_TRUE(appendWithin(limit, text, piece));
     }
     const char* const place = text.data();
