@@ -3,6 +3,7 @@
 #include <algorithm>
 
 namespace Korvel {
+
 bool appendWithin(std::size_t limit, std::string& text, std::string_view piece) {
     const std::size_t room = limit - text.size();
     const std::size_t wanted = text.size() + std::min(piece.size(), room);

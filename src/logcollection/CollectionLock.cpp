@@ -30,7 +30,7 @@ CollectionLock::CollectionLock(const std::string& directory, std::chrono::millis
     do {
         ::mkdir(path.c_str(), folderMode);
         folder = openTrustedFolder(path);
-    } while (folder && lock() && wasReplaced(folder, path));
+    } while (folder && lock() && wasReplaced(folder, path) && !hasPassed(deadline));
 }
 
 /// False where the lock cannot be had in time, or not at all. flock() knows no deadline, so it is tried.
