@@ -45,7 +45,7 @@ Board::~Board() {
 void Board::stop() noexcept {
     for (const auto& [name, process] : processes) {
         ::kill(process, SIGKILL);
-        uninterrupted([id = process] { return ::waitpid(id, nullptr, 0); });
+        Base::uninterrupted([id = process] { return ::waitpid(id, nullptr, 0); });
     }
 }
 

@@ -14,22 +14,22 @@
 
 namespace {
 
-struct stat statusOf(const UniqueFd& file, const std::string& path) {
+struct stat statusOf(const Base::UniqueFd& file, const std::string& path) {
     struct stat status {};
-    checked(::fstat(file.get(), &status), path);
+    Base::checked(::fstat(file.get(), &status), path);
     return status;
 }
 
 }  // namespace
 
 BoardRoot::BoardRoot(pid_t process)
-    : root(checked(
+    : root(Base::checked(
           ::open(("/proc/" + std::to_string(process) + "/root").c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC),
           "cannot look into a board")) {
 }
 
 std::optional<std::string> BoardRoot::read(const std::string& path, std::size_t limit) const {
-    const std::optional<UniqueFd> file = open(path);
+    const std::optional<Base::UniqueFd> file = open(path);
     if (!file) {
         return std::nullopt;
     }
@@ -41,16 +41,16 @@ std::optional<std::string> BoardRoot::read(const std::string& path, std::size_t 
 }
 
 std::optional<std::uint64_t> BoardRoot::size(const std::string& path) const {
-    const std::optional<UniqueFd> file = open(path);
+    const std::optional<Base::UniqueFd> file = open(path);
     return file ? std::optional(static_cast<std::uint64_t>(statusOf(*file, path).st_size)) : std::nullopt;
 }
 
 /// Stays in one mount: what lies below /proc only looks like files, and what lies below /usr is the host's.
-std::optional<UniqueFd> BoardRoot::open(const std::string& path) const {
+std::optional<Base::UniqueFd> BoardRoot::open(const std::string& path) const {
     open_how how{};
     how.flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     how.resolve = RESOLVE_IN_ROOT | RESOLVE_NO_MAGICLINKS | RESOLVE_NO_XDEV;
-    UniqueFd file(static_cast<int>(::syscall(SYS_openat2, root.get(), path.c_str(), &how, sizeof how)));
+    Base::UniqueFd file(static_cast<int>(::syscall(SYS_openat2, root.get(), path.c_str(), &how, sizeof how)));
     if (file.get() == -1 && errno == ENOENT) {
         return std::nullopt;
     }

@@ -33,7 +33,7 @@ public:
     std::optional<std::uint64_t> size(const std::string& path) const;
 
 private:
-    std::optional<UniqueFd> open(const std::string& path) const;
+    std::optional<Base::UniqueFd> open(const std::string& path) const;
 
-    UniqueFd root;
+    Base::UniqueFd root;
 };

@@ -24,10 +24,10 @@ void BoundedFile::addLine(std::string line) const {
 /// Returns the size that the file then has. It is opened each time, for others may have replaced it.
 std::uint64_t BoundedFile::append(std::string_view bytes) const {
     constexpr mode_t mode = 0644;
-    const UniqueFd file(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, mode),
-                                "cannot write " + path));
-    checked(::write(file.get(), bytes.data(), bytes.size()), "cannot write " + path);
-    return static_cast<std::uint64_t>(checked(::lseek(file.get(), 0, SEEK_END), path));
+    const Base::UniqueFd file(Base::checked(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, mode), "cannot write " + path));
+    Base::checked(::write(file.get(), bytes.data(), bytes.size()), "cannot write " + path);
+    return static_cast<std::uint64_t>(Base::checked(::lseek(file.get(), 0, SEEK_END), path));
 }
 
 void BoundedFile::dropOlderHalf() const {

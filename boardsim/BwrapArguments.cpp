@@ -11,7 +11,7 @@ void BwrapArguments::addFile(const std::string& option, std::string_view text, c
     add({option, std::to_string(hold(text)), path});
 }
 
-void BwrapArguments::addDescriptor(const std::string& option, UniqueFd descriptor) {
+void BwrapArguments::addDescriptor(const std::string& option, Base::UniqueFd descriptor) {
     add({option, std::to_string(descriptor.get())});
     data.push_back(std::move(descriptor));
 }
@@ -25,12 +25,12 @@ int BwrapArguments::seal() {
 }
 
 int BwrapArguments::hold(std::string_view text) {
-    UniqueFd memory(checked(::memfd_create("boardsim", MFD_CLOEXEC), "memfd_create"));
+    Base::UniqueFd memory(Base::checked(::memfd_create("boardsim", MFD_CLOEXEC), "memfd_create"));
     while (!text.empty()) {
-        const auto written = checked(::write(memory.get(), text.data(), text.size()), "memfd");
+        const auto written = Base::checked(::write(memory.get(), text.data(), text.size()), "memfd");
         text.remove_prefix(static_cast<std::size_t>(written));
     }
-    checked(::lseek(memory.get(), 0, SEEK_SET), "memfd");
+    Base::checked(::lseek(memory.get(), 0, SEEK_SET), "memfd");
     data.push_back(std::move(memory));
     return data.back().get();
 }

@@ -17,16 +17,16 @@ public:
     void addFile(const std::string& option, std::string_view text, const std::string& path);
 
     /// An option with data that bubblewrap reads from this descriptor.
-    void addDescriptor(const std::string& option, UniqueFd descriptor);
+    void addDescriptor(const std::string& option, Base::UniqueFd descriptor);
 
     /// A descriptor from which bubblewrap reads all options added so far.
     int seal();
 
-    const std::vector<UniqueFd>& descriptors() const { return data; }
+    const std::vector<Base::UniqueFd>& descriptors() const { return data; }
 
 private:
     int hold(std::string_view text);
 
     std::vector<std::string> list;
-    std::vector<UniqueFd> data;
+    std::vector<Base::UniqueFd> data;
 };

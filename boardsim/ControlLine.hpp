@@ -10,7 +10,7 @@
 /// the end of the line.
 class ControlLine {
 public:
-    explicit ControlLine(UniqueFd end) : line(std::move(end)) {}
+    explicit ControlLine(Base::UniqueFd end) : line(std::move(end)) {}
 
     /// Both ends, close-on-exec. Throws std::system_error.
     static std::pair<ControlLine, ControlLine> openPair();
@@ -30,5 +30,5 @@ public:
     static constexpr unsigned char up = 0;
 
 private:
-    UniqueFd line;
+    Base::UniqueFd line;
 };

@@ -10,22 +10,16 @@
 #include <sys/stat.h>
 #include <sys/un.h>
 
+#include "SocketAddress.hpp"
 #include "SystemCall.hpp"
 
-namespace {
-
-template <typename Address>
-const sockaddr* generic(const Address& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
-}
-
-}  // namespace
+namespace {}  // namespace
 
 DatagramSocket::DatagramSocket(int family, int protocol, const sockaddr* address, socklen_t length,
                                std::string path, const std::string& what)
-    : socket(checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol), "socket")),
+    : socket(Base::checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol), "socket")),
       file(std::move(path)) {
-    checked(::bind(socket.get(), address, length), what);
+    Base::checked(::bind(socket.get(), address, length), what);
 }
 
 DatagramSocket DatagramSocket::atPath(const std::string& path) {
@@ -36,9 +30,10 @@ DatagramSocket DatagramSocket::atPath(const std::string& path) {
     }
     std::memcpy(address.sun_path, path.data(), path.size());
     ::unlink(path.c_str());
-    DatagramSocket bound(AF_UNIX, 0, generic(address), sizeof address, path, "cannot bind " + path);
+    DatagramSocket bound(AF_UNIX, 0, Base::genericAddress(address), sizeof address, path,
+                         "cannot bind " + path);
     constexpr mode_t everyone = 0666;
-    checked(::chmod(path.c_str(), everyone), "chmod " + path);
+    Base::checked(::chmod(path.c_str(), everyone), "chmod " + path);
     return bound;
 }
 
@@ -47,7 +42,8 @@ DatagramSocket DatagramSocket::atLocalPort(std::uint16_t port) {
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return {AF_INET, 0, generic(address), sizeof address, {}, "cannot bind UDP port " + std::to_string(port)};
+    return {AF_INET,        0,  Base::genericAddress(address),
+            sizeof address, {}, "cannot bind UDP port " + std::to_string(port)};
 }
 
 DatagramSocket DatagramSocket::atNetlinkPort(std::uint32_t portId) {
@@ -56,7 +52,7 @@ DatagramSocket DatagramSocket::atNetlinkPort(std::uint32_t portId) {
     address.nl_pid = portId;
     return {AF_NETLINK,
             NETLINK_USERSOCK,
-            generic(address),
+            Base::genericAddress(address),
             sizeof address,
             {},
             "cannot bind netlink port id " + std::to_string(portId)};
@@ -73,25 +69,26 @@ Datagram DatagramSocket::receive() const {
     Sender sender;
     sender.length = sizeof sender.address;
     const auto count =
-        checked(uninterrupted([&] {
-                    return ::recvfrom(socket.get(), buffer.data(), buffer.size(), 0,
-                                      reinterpret_cast<sockaddr*>(&sender.address), &sender.length);
-                }),
-                "recvfrom");
+        Base::checked(Base::uninterrupted([&] {
+                          return ::recvfrom(socket.get(), buffer.data(), buffer.size(), 0,
+                                            reinterpret_cast<sockaddr*>(&sender.address), &sender.length);
+                      }),
+                      "recvfrom");
     return {std::string(buffer.data(), static_cast<std::size_t>(count)), sender};
 }
 
 bool DatagramSocket::send(std::string_view bytes, const Sender& receiver) const {
     return ::sendto(socket.get(), bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
-                    generic(receiver.address), receiver.length) >= 0;
+                    Base::genericAddress(receiver.address), receiver.length) >= 0;
 }
 
 void DatagramSocket::connect(const Sender& receiver) const {
-    checked(::connect(socket.get(), generic(receiver.address), receiver.length), "connect");
+    Base::checked(::connect(socket.get(), Base::genericAddress(receiver.address), receiver.length),
+                  "connect");
 }
 
 void DatagramSocket::disconnect() const {
     sockaddr nobody{};
     nobody.sa_family = AF_UNSPEC;
-    checked(::connect(socket.get(), &nobody, sizeof nobody), "disconnect");
+    Base::checked(::connect(socket.get(), &nobody, sizeof nobody), "disconnect");
 }

@@ -55,6 +55,6 @@ private:
     DatagramSocket(int family, int protocol, const sockaddr* address, socklen_t length, std::string path,
                    const std::string& what);
 
-    UniqueFd socket;
+    Base::UniqueFd socket;
     std::string file;  // empty where the address is no path
 };

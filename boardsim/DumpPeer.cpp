@@ -70,8 +70,8 @@ DumpPeer::Pieces DumpPeer::wholeDump() const {
 
 void DumpPeer::writePieces(const Pieces& pieces, int pauseMs) const {
     constexpr mode_t mode = 0644;
-    const UniqueFd file(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode),
-                                "cannot write " + path));
+    const Base::UniqueFd file(Base::checked(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode), "cannot write " + path));
     std::size_t size = 0;
     for (const std::string& piece : pieces) {
         std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));

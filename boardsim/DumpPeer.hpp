@@ -45,7 +45,7 @@ private:
     Fault fault;
     Act act;
     std::string path;
-    UniqueFd signals;
+    Base::UniqueFd signals;
     RequestRecord record;
     PeerLog log;
 };

@@ -18,11 +18,11 @@ void protectHostDevices() {
     if (::unshare(CLONE_NEWNS) == -1) {
         return;
     }
-    checked(::mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr), "mounts of its own");
+    Base::checked(::mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr), "mounts of its own");
     mount_attr readOnly{};
     readOnly.attr_set = MOUNT_ATTR_RDONLY;
     for (const char* device : sharedDevices) {
-        checked(::mount(device, device, nullptr, MS_BIND, nullptr), device);
-        checked(::mount_setattr(AT_FDCWD, device, 0, &readOnly, sizeof readOnly), device);
+        Base::checked(::mount(device, device, nullptr, MS_BIND, nullptr), device);
+        Base::checked(::mount_setattr(AT_FDCWD, device, 0, &readOnly, sizeof readOnly), device);
     }
 }

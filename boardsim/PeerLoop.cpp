@@ -10,7 +10,7 @@ void servePeers(const Peers& peers, int stop) {
         waits.push_back({.fd = peer->descriptor(), .events = POLLIN, .revents = 0});
     }
     while (waits.front().revents == 0) {
-        checked(uninterrupted([&] { return ::poll(waits.data(), waits.size(), -1); }), "poll");
+        Base::checked(Base::uninterrupted([&] { return ::poll(waits.data(), waits.size(), -1); }), "poll");
         for (std::size_t i = 0; i < peers.size(); ++i) {
             if (waits[i + 1].revents != 0) {
                 peers[i]->serve();

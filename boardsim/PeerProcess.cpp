@@ -20,8 +20,8 @@ namespace {
 constexpr int readinessNumber = 3;
 
 void sayReady() {
-    const UniqueFd readiness(readinessNumber);
-    checked(::write(readiness.get(), "!", 1), "readiness");
+    const Base::UniqueFd readiness(readinessNumber);
+    Base::checked(::write(readiness.get(), "!", 1), "readiness");
 }
 
 /// Dies as in a crash: at once, so that socket files stay behind.
@@ -37,9 +37,9 @@ void serveUntilDeath(const Peers& peers) {
 
 PeerStart startPeerProcess(std::string_view name) {
     std::array<int, 2> ends{};
-    checked(::pipe2(ends.data(), O_CLOEXEC), "pipe");
-    UniqueFd readable(ends[0]);
-    const UniqueFd writable(ends[1]);
+    Base::checked(::pipe2(ends.data(), O_CLOEXEC), "pipe");
+    Base::UniqueFd readable(ends[0]);
+    const Base::UniqueFd writable(ends[1]);
     ChildProcess child;
     child.silence(STDIN_FILENO);
     child.silence(STDOUT_FILENO);
@@ -51,7 +51,8 @@ PeerStart startPeerProcess(std::string_view name) {
 
 void waitUntilReady(const PeerStart& start) {
     char byte = 0;
-    if (checked(uninterrupted([&] { return ::read(start.readiness.get(), &byte, 1); }), "readiness") == 0) {
+    if (Base::checked(Base::uninterrupted([&] { return ::read(start.readiness.get(), &byte, 1); }),
+                      "readiness") == 0) {
         throw std::runtime_error(start.name + " did not start");
     }
 }

@@ -12,7 +12,7 @@
 struct PeerStart {
     std::string name;
     pid_t pid = 0;
-    UniqueFd readiness;  ///< gets one byte when it is ready, its end when it fails
+    Base::UniqueFd readiness;  ///< gets one byte when it is ready, its end when it fails
 };
 
 /// Starts a peer as a process under its own bare name. It reads the scenario from its file. The caller

@@ -5,7 +5,8 @@
 #include "PeerLoop.hpp"
 #include "SystemCall.hpp"
 
-PeerThread::PeerThread(std::unique_ptr<Peer> peer) : stop(checked(::eventfd(0, EFD_CLOEXEC), "eventfd")) {
+PeerThread::PeerThread(std::unique_ptr<Peer> peer)
+    : stop(Base::checked(::eventfd(0, EFD_CLOEXEC), "eventfd")) {
     peers.push_back(std::move(peer));
     thread = std::thread([this] { serve(); });
 }

@@ -21,6 +21,6 @@ private:
     void serve();  ///< whatever is thrown there, but for a peer's death, ends the process
 
     Peers peers;  // the thread's alone while it runs
-    UniqueFd stop;
+    Base::UniqueFd stop;
     std::thread thread;
 };

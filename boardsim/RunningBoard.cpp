@@ -23,8 +23,9 @@ bool isFirstProcess(pid_t process) {
 
 /// A descriptor that is readable when the process has ended. Not pidfd_open(), whose header in Debian 12 is
 /// for C alone.
-UniqueFd openProcess(pid_t process) {
-    return UniqueFd(static_cast<int>(checked(::syscall(SYS_pidfd_open, process, 0), "pidfd_open")));
+Base::UniqueFd openProcess(pid_t process) {
+    return Base::UniqueFd(
+        static_cast<int>(Base::checked(::syscall(SYS_pidfd_open, process, 0), "pidfd_open")));
 }
 
 /// Between the program that people start and the first process there is bubblewrap. From the board itself

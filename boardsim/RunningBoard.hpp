@@ -36,7 +36,7 @@ private:
     explicit RunningBoard(pid_t firstProcess);
 
     BoardRoot root;
-    UniqueFd end;
+    Base::UniqueFd end;
     pid_t keeper;
     std::string processTable;
     std::string words;

@@ -23,8 +23,8 @@ constexpr const char* missingRemedy = "install bubblewrap (Debian, Ubuntu: apt-g
 
 /// Ctrl-C reaches every process at the terminal at once; bubblewrap is to outlive it, so that the command
 /// can end in good order. Blocked signals arrive at their descriptor although they are ignored.
-UniqueFd takeSignals() {
-    UniqueFd signals = openSignalDescriptor({SIGINT, SIGTERM, SIGCHLD});
+Base::UniqueFd takeSignals() {
+    Base::UniqueFd signals = openSignalDescriptor({SIGINT, SIGTERM, SIGCHLD});
     for (const int each : {SIGINT, SIGTERM}) {
         std::signal(each, SIG_IGN);
     }
@@ -40,7 +40,7 @@ pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::v
     words.insert(words.end(), command.begin(), command.end());
     ChildProcess child;
     child.give(line.descriptor(), line.descriptor());
-    for (const UniqueFd& data : arguments.descriptors()) {
+    for (const Base::UniqueFd& data : arguments.descriptors()) {
         child.give(data.get(), data.get());
     }
     if (!TerminalKeeper::hasTerminal()) {
@@ -66,7 +66,7 @@ std::optional<int> endOf(pid_t child) {
 }
 
 /// Passes signals on until the child has ended. Returns its exit status.
-int accompany(pid_t child, const UniqueFd& signals, const ControlLine& line) {
+int accompany(pid_t child, const Base::UniqueFd& signals, const ControlLine& line) {
     for (;;) {
         const int signal = readSignal(signals);
         if (signal != SIGCHLD) {
@@ -91,7 +91,7 @@ int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
     if (::geteuid() == 0) {
         protectHostDevices();
     }
-    const UniqueFd signals = takeSignals();
+    const Base::UniqueFd signals = takeSignals();
     auto [line, sandboxEnd] = ControlLine::openPair();
     const pid_t child = startBwrap(std::move(arguments), sandboxEnd, command);
     sandboxEnd.close();

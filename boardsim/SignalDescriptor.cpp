@@ -7,19 +7,20 @@
 
 #include "SystemCall.hpp"
 
-UniqueFd openSignalDescriptor(std::initializer_list<int> signals) {
+Base::UniqueFd openSignalDescriptor(std::initializer_list<int> signals) {
     sigset_t wanted{};
     sigemptyset(&wanted);
     for (const int each : signals) {
         sigaddset(&wanted, each);
     }
     ::pthread_sigmask(SIG_BLOCK, &wanted, nullptr);
-    return UniqueFd(checked(::signalfd(-1, &wanted, SFD_CLOEXEC), "signalfd"));
+    return Base::UniqueFd(Base::checked(::signalfd(-1, &wanted, SFD_CLOEXEC), "signalfd"));
 }
 
-int readSignal(const UniqueFd& signals) {
+int readSignal(const Base::UniqueFd& signals) {
     signalfd_siginfo information{};
-    checked(uninterrupted([&] { return ::read(signals.get(), &information, sizeof information); }),
-            "signalfd");
+    Base::checked(
+        Base::uninterrupted([&] { return ::read(signals.get(), &information, sizeof information); }),
+        "signalfd");
     return static_cast<int>(information.ssi_signo);
 }

@@ -6,7 +6,7 @@
 
 /// Signals as something to read: blocks them in the calling thread and returns a descriptor that is
 /// readable while one is pending. Throws std::system_error.
-UniqueFd openSignalDescriptor(std::initializer_list<int> signals);
+Base::UniqueFd openSignalDescriptor(std::initializer_list<int> signals);
 
 /// Waits for a signal at such a descriptor and returns its number.
-int readSignal(const UniqueFd& signals);
+int readSignal(const Base::UniqueFd& signals);

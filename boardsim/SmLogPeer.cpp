@@ -17,10 +17,10 @@ constexpr int level = 3;
 SmLogPeer::SmLogPeer(const char* logName, std::string tagName)
     : log(SmLog::getClientInstance(logName, application)),
       tag(std::move(tagName)),
-      timer(checked(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC), "timerfd_create")) {
+      timer(Base::checked(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC), "timerfd_create")) {
     constexpr itimerspec everySecond{.it_interval = {.tv_sec = 1, .tv_nsec = 0},
                                      .it_value = {.tv_sec = 1, .tv_nsec = 0}};
-    checked(::timerfd_settime(timer.get(), 0, &everySecond, nullptr), "timerfd_settime");
+    Base::checked(::timerfd_settime(timer.get(), 0, &everySecond, nullptr), "timerfd_settime");
     if (log != nullptr) {
         log->write(level, tag.c_str(), "started");
     }
@@ -28,7 +28,8 @@ SmLogPeer::SmLogPeer(const char* logName, std::string tagName)
 
 void SmLogPeer::serve() {
     std::uint64_t passed = 0;
-    checked(uninterrupted([&] { return ::read(timer.get(), &passed, sizeof passed); }), "timerfd");
+    Base::checked(Base::uninterrupted([&] { return ::read(timer.get(), &passed, sizeof passed); }),
+                  "timerfd");
     seconds += passed;
     if (log != nullptr) {
         log->write(level, tag.c_str(), "in service for %llu s", seconds);

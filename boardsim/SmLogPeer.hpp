@@ -22,7 +22,7 @@ public:
 private:
     SmLog* log;  // the library's
     std::string tag;
-    UniqueFd timer;
+    Base::UniqueFd timer;
     unsigned long long seconds = 0;
 };
 

@@ -59,7 +59,7 @@ void printLast(const std::vector<std::string>& lines) {
 /// Waits for a while, but not longer than until a board ends. Whether this one has.
 bool hasEnded(const RunningBoard& board, int waitMs) {
     pollfd wait{board.endDescriptor(), POLLIN, 0};
-    return checked(uninterrupted([&] { return ::poll(&wait, 1, waitMs); }), "poll") > 0;
+    return Base::checked(Base::uninterrupted([&] { return ::poll(&wait, 1, waitMs); }), "poll") > 0;
 }
 
 Boards printAll() {

@@ -84,12 +84,13 @@ int remaining(std::optional<Clock::time_point> end) {
 }
 
 /// Waits until the command has ended, or the host has, or the host's signal did not end it in time.
-int accompanyCommand(pid_t command, const UniqueFd& childSignals, const ControlLine& line) {
+int accompanyCommand(pid_t command, const Base::UniqueFd& childSignals, const ControlLine& line) {
     std::optional<Clock::time_point> end;
     int lateStatus = 0;
     std::array<pollfd, 2> waits{{{childSignals.get(), POLLIN, 0}, {line.descriptor(), POLLIN, 0}}};
-    while (checked(uninterrupted([&] { return ::poll(waits.data(), waits.size(), remaining(end)); }),
-                   "poll") > 0) {
+    while (
+        Base::checked(Base::uninterrupted([&] { return ::poll(waits.data(), waits.size(), remaining(end)); }),
+                      "poll") > 0) {
         if (waits[0].revents != 0) {
             readSignal(childSignals);
             if (const auto status = reap(command)) {
@@ -112,11 +113,11 @@ int accompanyCommand(pid_t command, const UniqueFd& childSignals, const ControlL
 }  // namespace
 
 int supervise(int lineDescriptor, const std::vector<std::string>& command) {
-    const ControlLine line{UniqueFd(lineDescriptor)};
+    const ControlLine line{Base::UniqueFd(lineDescriptor)};
     ::fcntl(lineDescriptor, F_SETFD, FD_CLOEXEC);
     line.send(ControlLine::up);
     restoreSignals();
-    const UniqueFd childSignals = openSignalDescriptor({SIGCHLD});
+    const Base::UniqueFd childSignals = openSignalDescriptor({SIGCHLD});
     Scenario scenario;
     loadScenario(BoardPaths::scenario, scenario);
     skipLowProcessIds();

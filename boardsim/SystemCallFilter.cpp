@@ -63,7 +63,7 @@ void addRules(const Filter& filter) {
 
 }  // namespace
 
-UniqueFd openSystemCallFilter() {
+Base::UniqueFd openSystemCallFilter() {
     const Filter filter(::seccomp_init(SCMP_ACT_ALLOW), &::seccomp_release);
     if (!filter) {
         throw std::system_error(ENOMEM, std::generic_category(), "seccomp_init");
@@ -73,8 +73,8 @@ UniqueFd openSystemCallFilter() {
     addFamily(filter, x86Family);
     addFamily(filter, armFamily);
     addRules(filter);
-    UniqueFd program(checked(::memfd_create("filter", MFD_CLOEXEC), "memfd_create"));
+    Base::UniqueFd program(Base::checked(::memfd_create("filter", MFD_CLOEXEC), "memfd_create"));
     check(::seccomp_export_bpf(filter.get(), program.get()), "seccomp_export_bpf");
-    checked(::lseek(program.get(), 0, SEEK_SET), "memfd");
+    Base::checked(::lseek(program.get(), 0, SEEK_SET), "memfd");
     return program;
 }

@@ -9,4 +9,4 @@
 ///
 /// Returns a descriptor from which bubblewrap's option --seccomp reads the filter, close-on-exec. Throws
 /// std::system_error.
-UniqueFd openSystemCallFilter();
+Base::UniqueFd openSystemCallFilter();

@@ -23,5 +23,5 @@ TerminalKeeper::~TerminalKeeper() {
 }
 
 bool TerminalKeeper::hasTerminal() {
-    return UniqueFd(::open("/dev/tty", O_RDWR | O_CLOEXEC)).get() != -1;
+    return Base::UniqueFd(::open("/dev/tty", O_RDWR | O_CLOEXEC)).get() != -1;
 }

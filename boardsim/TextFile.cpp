@@ -14,12 +14,12 @@
 
 void writeTextFile(const std::string& path, std::string_view text) {
     constexpr mode_t mode = 0644;
-    const UniqueFd file(checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode),
-                                "cannot write " + path));
+    const Base::UniqueFd file(Base::checked(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode), "cannot write " + path));
     while (!text.empty()) {
         const auto written =
-            checked(uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); }),
-                    "cannot write " + path);
+            Base::checked(Base::uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); }),
+                          "cannot write " + path);
         text.remove_prefix(static_cast<std::size_t>(written));
     }
 }
@@ -29,8 +29,8 @@ std::string readBeginning(int descriptor, std::size_t limit) {
     std::array<char, 65536> piece{};
     while (text.size() < limit) {
         const std::size_t wanted = std::min(piece.size(), limit - text.size());
-        const auto count =
-            checked(uninterrupted([&] { return ::read(descriptor, piece.data(), wanted); }), "cannot read");
+        const auto count = Base::checked(
+            Base::uninterrupted([&] { return ::read(descriptor, piece.data(), wanted); }), "cannot read");
         if (count == 0) {
             break;
         }
@@ -40,7 +40,8 @@ std::string readBeginning(int descriptor, std::size_t limit) {
 }
 
 std::string readBeginning(const std::string& path, std::size_t limit) {
-    const UniqueFd file(checked(::open(path.c_str(), O_RDONLY | O_CLOEXEC), "cannot read " + path));
+    const Base::UniqueFd file(
+        Base::checked(::open(path.c_str(), O_RDONLY | O_CLOEXEC), "cannot read " + path));
     try {
         return readBeginning(file.get(), limit);
     } catch (const std::system_error& error) {

@@ -12,7 +12,7 @@ step() {
 scripts/setup.sh build board test lint
 
 step "Formatting and scripts"
-find src platform boardsim tests \( -name '*.?pp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run -Werror
+find base src platform boardsim tests \( -name '*.?pp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run -Werror
 shellcheck .ci/run scripts/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect completions/korvel.bash \
     tests/support/privileged/*
 

@@ -7,7 +7,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "Uninterrupted.hpp"
+#include "SystemCall.hpp"
 #include "UniqueFd.hpp"
 
 namespace HostBoard {
@@ -21,9 +21,11 @@ std::string_view withoutLineEnd(std::string_view text) {
 }  // namespace
 
 int boardSetting(const char* path) {
-    const UniqueFd file(uninterrupted([&] { return ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
+    const Base::UniqueFd file(
+        Base::uninterrupted([&] { return ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
     std::array<char, 16> content{};  // more than any number and its line end
-    const ssize_t length = uninterrupted([&] { return ::read(file.get(), content.data(), content.size()); });
+    const ssize_t length =
+        Base::uninterrupted([&] { return ::read(file.get(), content.data(), content.size()); });
     if (length <= 0 || static_cast<std::size_t>(length) == content.size()) {
         return 0;
     }

@@ -6,7 +6,7 @@
 
 #include <sys/file.h>
 
-#include "Uninterrupted.hpp"
+#include "SystemCall.hpp"
 
 namespace HostBoard {
 namespace {
@@ -36,7 +36,7 @@ bool LogLock::tryAcquire() {
         errno = EWOULDBLOCK;
         return false;
     }
-    if (uninterrupted([&] { return ::flock(memory.descriptor(), LOCK_EX | LOCK_NB); }) != 0) {
+    if (Base::uninterrupted([&] { return ::flock(memory.descriptor(), LOCK_EX | LOCK_NB); }) != 0) {
         return false;
     }
     threads.release();
@@ -44,7 +44,7 @@ bool LogLock::tryAcquire() {
 }
 
 void LogLock::release() {
-    uninterrupted([&] { return ::flock(memory.descriptor(), LOCK_UN); });
+    Base::uninterrupted([&] { return ::flock(memory.descriptor(), LOCK_UN); });
     mutex.unlock();
 }
 

@@ -8,14 +8,14 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
-#include "Uninterrupted.hpp"
+#include "SystemCall.hpp"
 
 namespace HostBoard {
 
 static_assert(sizeof(off_t) == sizeof(std::uint64_t), "the DDR window is longer than 32-bit offsets reach");
 
 SharedMemory::SharedMemory(const char* name)
-    : fd(uninterrupted([&] { return ::shm_open(name, O_RDWR | O_CREAT, S_IRUSR | S_IWUSR); })) {
+    : fd(Base::uninterrupted([&] { return ::shm_open(name, O_RDWR | O_CREAT, S_IRUSR | S_IWUSR); })) {
 }
 
 std::optional<SharedMemory::Extent> SharedMemory::extent() const {
@@ -31,7 +31,7 @@ std::optional<SharedMemory::Extent> SharedMemory::extent() const {
 bool SharedMemory::grow(std::uint64_t length) {
     const std::optional<Extent> now = extent();
     const auto stretch = [&] { return ::ftruncate(fd.get(), static_cast<off_t>(length)); };
-    return now && (now->length >= length || uninterrupted(stretch) == 0);
+    return now && (now->length >= length || Base::uninterrupted(stretch) == 0);
 }
 
 bool SharedMemory::reserve(std::uint64_t offset, std::uint64_t length) {
@@ -59,7 +59,7 @@ Mapping SharedMemory::map(std::uint64_t offset, std::uint64_t length) const {
 bool SharedMemory::reopen() {
     // By its number and not by its name: the name may have come to mean another object.
     const std::string self = "/proc/self/fd/" + std::to_string(fd.get());
-    fd = UniqueFd(uninterrupted([&] { return ::open(self.c_str(), O_RDWR | O_CLOEXEC); }));
+    fd = Base::UniqueFd(Base::uninterrupted([&] { return ::open(self.c_str(), O_RDWR | O_CLOEXEC); }));
     return static_cast<bool>(fd);
 }
 

@@ -47,7 +47,7 @@ public:
     bool reopen();
 
 private:
-    UniqueFd fd;
+    Base::UniqueFd fd;
 };
 
 }  // namespace HostBoard

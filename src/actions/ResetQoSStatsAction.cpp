@@ -14,6 +14,7 @@
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
 #include "ElapsedTime.hpp"
+#include "SocketAddress.hpp"
 
 namespace Korvel {
 namespace {
@@ -29,10 +30,6 @@ constexpr milliseconds replyLimit{7500};
 bool failNumberAndReason(const char* message) {
     const int reason = errno;
     return fail(message, reason, " ", std::strerror(reason));
-}
-
-const sockaddr* generic(const sockaddr_in& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
 }
 
 sockaddr_in internetAddress(std::uint16_t port) {
@@ -77,7 +74,7 @@ bool ResetQoSStatsAction::initialize() {
         return failNumberAndReason("Error while creating  socket, errno:");
     }
     const sockaddr_in address = internetAddress(localPort);  // INADDR_ANY is zero
-    if (::bind(socketFd.get(), generic(address), sizeof address) != 0) {
+    if (::bind(socketFd.get(), Base::genericAddress(address), sizeof address) != 0) {
         return failNumberAndReason("Error while binding  socket, errno:");
     }
     return true;
@@ -89,7 +86,8 @@ int ResetQoSStatsAction::sendCleanStatsReq(const Configuration::Config& config) 
         fail("inet_pton error for address: ", config.dispatcherAddress);
         return -1;
     }
-    if (!sendDatagram(socketFd.get(), std::as_bytes(std::span(keyword)), generic(address), sizeof address)) {
+    if (!sendDatagram(socketFd.get(), std::as_bytes(std::span(keyword)), Base::genericAddress(address),
+                      sizeof address)) {
         failNumberAndReason("Error while sending QoS stats reset request to dispatcher, errno:");
         return -1;
     }

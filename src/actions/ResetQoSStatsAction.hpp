@@ -42,7 +42,7 @@ public:
 private:
     bool receiveText(std::string& text);
 
-    UniqueFd socketFd;
+    Base::UniqueFd socketFd;
     const std::string keyword = "resetqosstats";  // the request's text, too
 };
 

@@ -26,8 +26,8 @@ void limitSends(int socket, microseconds limit) {
 
 }  // namespace
 
-UniqueFd openDatagramSocket(int family, int protocol) {
-    UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol));
+Base::UniqueFd openDatagramSocket(int family, int protocol) {
+    Base::UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol));
     if (socket) {
         limitSends(socket.get(), sendLimit);
     }
@@ -70,7 +70,7 @@ Arrival receiveDatagram(int socket, std::span<std::byte> buffer, const Deadline&
                 break;
         }
         const ssize_t received =
-            uninterrupted([&] { return ::recv(socket, buffer.data(), buffer.size(), MSG_DONTWAIT); });
+            Base::uninterrupted([&] { return ::recv(socket, buffer.data(), buffer.size(), MSG_DONTWAIT); });
         if (received >= 0) {
             size = static_cast<std::size_t>(received);
             return Arrival::datagram;

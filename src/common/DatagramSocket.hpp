@@ -12,7 +12,7 @@ namespace Korvel {
 
 /// A datagram socket of the given address family; protocol 0 is the family's usual one. Its sends end after a
 /// second, where the system sets such a limit. Empty with errno set where it cannot be had.
-UniqueFd openDatagramSocket(int family, int protocol = 0);
+Base::UniqueFd openDatagramSocket(int family, int protocol = 0);
 
 /// Sends one datagram to `address` of `length` bytes, on a socket of openDatagramSocket(). Waits at most one
 /// second for room at the other end, whatever signals arrive; the reason is then EAGAIN. False with errno

@@ -13,7 +13,7 @@ namespace {
 /// Waits for room without a limit, as a blocking write would.
 bool waitForRoom(int descriptor) {
     pollfd waiting{.fd = descriptor, .events = POLLOUT, .revents = 0};
-    return uninterrupted([&] { return ::poll(&waiting, 1, -1); }) > 0;
+    return Base::uninterrupted([&] { return ::poll(&waiting, 1, -1); }) > 0;
 }
 
 }  // namespace
@@ -48,7 +48,7 @@ int DescriptorBuffer::sync() {
 bool DescriptorBuffer::writeOut(const char* text, std::streamsize size) const {
     while (size > 0) {
         const ssize_t count =
-            uninterrupted([&] { return ::write(descriptor, text, static_cast<std::size_t>(size)); });
+            Base::uninterrupted([&] { return ::write(descriptor, text, static_cast<std::size_t>(size)); });
         if (count > 0) {
             text += count;
             size -= count;

@@ -174,7 +174,7 @@ void FileHelper::dismiss() {
     const pid_t idle = isRunning() ? helper : -1;
     abandon();
     if (idle > 0) {
-        uninterrupted([&] { return ::waitpid(idle, nullptr, 0); });
+        Base::uninterrupted([&] { return ::waitpid(idle, nullptr, 0); });
     }
 }
 

@@ -41,7 +41,8 @@ InputFile::InputFile(const std::string& path, std::optional<uid_t> owner) : file
 }
 
 std::optional<std::size_t> InputFile::read(std::span<char> buffer) {
-    const ssize_t count = uninterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
+    const ssize_t count =
+        Base::uninterrupted([&] { return ::read(file.get(), buffer.data(), buffer.size()); });
     if (count < 0) {
         return std::nullopt;
     }

@@ -33,7 +33,7 @@ public:
     std::optional<std::size_t> read(std::span<char> buffer);
 
 private:
-    UniqueFd file;
+    Base::UniqueFd file;
     FileState opened;
 };
 

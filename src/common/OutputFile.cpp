@@ -13,7 +13,7 @@ namespace {
 bool emptyFile(int file) {
     struct stat status {};
     return ::fstat(file, &status) == 0 &&
-           (!S_ISREG(status.st_mode) || uninterrupted([&] { return ::ftruncate(file, 0); }) == 0);
+           (!S_ISREG(status.st_mode) || Base::uninterrupted([&] { return ::ftruncate(file, 0); }) == 0);
 }
 
 }  // namespace
@@ -27,7 +27,8 @@ OutputFile::OutputFile(const std::string& path, Mode mode)
 
 void OutputFile::write(std::string_view text) {
     while (!text.empty() && error == 0) {
-        const ssize_t count = uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); });
+        const ssize_t count =
+            Base::uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); });
         if (count <= 0) {
             error = count < 0 ? errno : EIO;
         } else {

@@ -39,7 +39,7 @@ public:
     int writeError() const { return error; }
 
 private:
-    UniqueFd file;
+    Base::UniqueFd file;
     int error = 0;
 };
 

@@ -22,7 +22,7 @@ bool liesOnRootFileSystem(const char* path) {
     if (path[0] != '/') {
         return false;
     }
-    const UniqueFd place(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how)));
+    const Base::UniqueFd place(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how)));
     return place || errno == ENOENT;
 }
 

@@ -79,7 +79,7 @@ int spawnAndWait(const char* path, const char* const* argv) {
     {
         const SignalsWhileWaiting signals;
         reason = start(path, argv, signals, child);
-        if (reason == 0 && uninterrupted([&] { return ::waitpid(child, &status, 0); }) != child) {
+        if (reason == 0 && Base::uninterrupted([&] { return ::waitpid(child, &status, 0); }) != child) {
             reason = errno;
             status = -1;
         }

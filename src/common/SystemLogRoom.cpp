@@ -5,6 +5,7 @@
 #include <syslog.h>
 
 #include "DatagramSocket.hpp"
+#include "SocketAddress.hpp"
 #include "Wait.hpp"
 
 namespace Korvel {
@@ -12,10 +13,10 @@ namespace Korvel {
 bool systemLogHasRoom() {
     static bool stuck = false;
     const std::chrono::seconds limit{stuck ? 0 : 1};
-    const UniqueFd probe = openDatagramSocket(AF_UNIX);
+    const Base::UniqueFd probe = openDatagramSocket(AF_UNIX);
     const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = _PATH_LOG};
     // Where there is nothing to connect to, vsyslog() finds that out without waiting.
-    stuck = ::connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+    stuck = ::connect(probe.get(), Base::genericAddress(address), sizeof address) == 0 &&
             waitWritable(probe.get(), deadlineIn(limit)) == Readiness::timedOut;
     return !stuck;
 }

@@ -21,14 +21,14 @@ bool isTrusted(const struct stat& status) {
     return status.st_uid == 0 || status.st_uid == ::geteuid();
 }
 
-UniqueFd refuse(int reason) {
+Base::UniqueFd refuse(int reason) {
     errno = reason;
     return {};
 }
 
-UniqueFd openPlace(int directory, const std::string& name, int flags) {
-    return UniqueFd(
-        uninterrupted([&] { return ::openat(directory, name.c_str(), flags | O_CLOEXEC, newFileMode); }));
+Base::UniqueFd openPlace(int directory, const std::string& name, int flags) {
+    return Base::UniqueFd(Base::uninterrupted(
+        [&] { return ::openat(directory, name.c_str(), flags | O_CLOEXEC, newFileMode); }));
 }
 
 /// Whether a write to the file concerns nobody else.
@@ -36,11 +36,11 @@ bool isOwnAlone(const struct stat& status) {
     return status.st_uid == ::geteuid() && status.st_nlink <= 1;
 }
 
-UniqueFd createFile(int directory, const std::string& name) {
+Base::UniqueFd createFile(int directory, const std::string& name) {
     return openPlace(directory, name, outputFlags | O_CREAT | O_EXCL);
 }
 
-UniqueFd replaceFile(int directory, const std::string& name) {
+Base::UniqueFd replaceFile(int directory, const std::string& name) {
     if (::unlinkat(directory, name.c_str(), 0) != 0) {
         return refuse(EACCES);
     }
@@ -49,8 +49,8 @@ UniqueFd replaceFile(int directory, const std::string& name) {
 
 /// Opens for writing what has been there before. What matters is the file that is opened, not what the name
 /// led to when it was looked at.
-UniqueFd openExisting(int directory, const std::string& name) {
-    UniqueFd file = openPlace(directory, name, outputFlags);
+Base::UniqueFd openExisting(int directory, const std::string& name) {
+    Base::UniqueFd file = openPlace(directory, name, outputFlags);
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) {
         return {};
@@ -83,10 +83,10 @@ public:
     /// Opens the last name of the path: `open` gets the descriptor of its folder, the name, and what is
     /// there, which is no link, or null.
     template <typename Open>
-    UniqueFd openLast(Open open) {
+    Base::UniqueFd openLast(Open open) {
         while (directory) {
             const std::string name = nextName();
-            UniqueFd entry = openPlace(directory.get(), name, O_PATH | O_NOFOLLOW);
+            Base::UniqueFd entry = openPlace(directory.get(), name, O_PATH | O_NOFOLLOW);
             struct stat status {};
             if (entry && ::fstat(entry.get(), &status) != 0) {
                 return {};
@@ -132,16 +132,16 @@ private:
     }
 
     std::string rest;
-    UniqueFd directory;
+    Base::UniqueFd directory;
     int links = 0;
 };
 
 }  // namespace
 
-UniqueFd openTrusted(const std::string& path, SharedFile shared) {
+Base::UniqueFd openTrusted(const std::string& path, SharedFile shared) {
     return Walk(path).openLast([shared](int directory, const std::string& name, const struct stat* there) {
         if (there == nullptr) {
-            return errno == ENOENT ? createFile(directory, name) : UniqueFd();
+            return errno == ENOENT ? createFile(directory, name) : Base::UniqueFd();
         }
         if (!S_ISREG(there->st_mode) || isOwnAlone(*there)) {
             return openExisting(directory, name);
@@ -150,13 +150,13 @@ UniqueFd openTrusted(const std::string& path, SharedFile shared) {
     });
 }
 
-UniqueFd openTrustedInput(const std::string& path) {
+Base::UniqueFd openTrustedInput(const std::string& path) {
     return Walk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
         return openPlace(directory, name, inputFlags);
     });
 }
 
-UniqueFd openTrustedFolder(const std::string& path) {
+Base::UniqueFd openTrustedFolder(const std::string& path) {
     return Walk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
         return openPlace(directory, name, inputFlags | O_DIRECTORY);
     });

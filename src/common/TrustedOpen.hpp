@@ -19,12 +19,12 @@ enum class SharedFile {
 };
 
 /// Opens `path` for writing behind what is in it, and creates the file where there is none.
-UniqueFd openTrusted(const std::string& path, SharedFile shared = SharedFile::replace);
+Base::UniqueFd openTrusted(const std::string& path, SharedFile shared = SharedFile::replace);
 
 /// Opens `path` for reading, whoever the file belongs to.
-UniqueFd openTrustedInput(const std::string& path);
+Base::UniqueFd openTrustedInput(const std::string& path);
 
 /// Opens the folder `path`.
-UniqueFd openTrustedFolder(const std::string& path);
+Base::UniqueFd openTrustedFolder(const std::string& path);
 
 }  // namespace Korvel

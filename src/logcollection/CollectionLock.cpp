@@ -16,7 +16,7 @@ constexpr std::chrono::milliseconds tryInterval{50};
 constexpr mode_t folderMode = 0777;
 
 /// Whether the path leads elsewhere since the folder was opened: somebody removed it.
-bool wasReplaced(const UniqueFd& folder, const std::string& path) {
+bool wasReplaced(const Base::UniqueFd& folder, const std::string& path) {
     struct stat opened {};
     struct stat current {};
     return ::fstat(folder.get(), &opened) != 0 || ::stat(path.c_str(), &current) != 0 ||
@@ -36,7 +36,7 @@ CollectionLock::CollectionLock(const std::string& directory, std::chrono::millis
 /// False where the lock cannot be had in time, or not at all. flock() knows no deadline, so it is tried.
 bool CollectionLock::lock() {
     const auto tryOnce = [&] {
-        return uninterrupted([&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB); }) == 0;
+        return Base::uninterrupted([&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB); }) == 0;
     };
     bool locked = tryOnce();
     while (!locked && errno == EWOULDBLOCK && !hasPassed(deadline)) {

@@ -24,7 +24,7 @@ private:
 
     const std::string path;
     const Deadline deadline;
-    UniqueFd folder;
+    Base::UniqueFd folder;
     bool waitReported = false;
 };
 

@@ -8,6 +8,7 @@
 #include "BoundedText.hpp"
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
+#include "SocketAddress.hpp"
 #include "SystemCall.hpp"
 #include "Wait.hpp"
 
@@ -16,10 +17,6 @@ namespace {
 
 constexpr std::chrono::milliseconds silenceLimit{500};
 constexpr std::chrono::seconds replyTimeLimit{60};
-
-const sockaddr* generic(const sockaddr_in& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
-}
 
 }  // namespace
 
@@ -56,7 +53,7 @@ bool MmiChannel::bindLocalPort() {
     local.sin_family = AF_INET;
     local.sin_port = htons(settings.localPort);
     local.sin_addr.s_addr = htonl(INADDR_ANY);
-    return ::bind(socket.get(), generic(local), sizeof local) == 0 ||
+    return ::bind(socket.get(), Base::genericAddress(local), sizeof local) == 0 ||
            failErrno("Error while binding socket, errno: ");
 }
 
@@ -87,7 +84,7 @@ bool MmiChannel::query(const std::string& command, std::string& reply, std::size
 }
 
 bool MmiChannel::send(const std::string& command) {
-    return sendDatagram(socket.get(), std::as_bytes(std::span(command)), generic(destination),
+    return sendDatagram(socket.get(), std::as_bytes(std::span(command)), Base::genericAddress(destination),
                         sizeof destination) ||
            failErrno("Sending command ", command, " to MmiSvc failed, errno: ");
 }
@@ -104,7 +101,7 @@ bool MmiChannel::receiveChunk(std::string& chunk) {
             case Readiness::ready:
                 break;
         }
-        size = uninterrupted(
+        size = Base::uninterrupted(
             [&] { return ::recv(socket.get(), receiveBuffer.data(), receiveBuffer.size(), MSG_DONTWAIT); });
     } while (size < 0 && errno == EAGAIN);  // a datagram that the kernel dropped after all
     if (size == 0) {

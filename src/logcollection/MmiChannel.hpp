@@ -36,7 +36,7 @@ private:
     bool receiveChunk(std::string& chunk);
 
     const Configuration::Config& settings;
-    UniqueFd socket;
+    Base::UniqueFd socket;
     sockaddr_in destination{};
     std::vector<char> receiveBuffer;
 };

@@ -69,13 +69,13 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
 /// shell's to report.
 bool createScratchFile(const std::string& path) {
     ::unlink(path.c_str());
-    const UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, scratchFileMode));
+    const Base::UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, scratchFileMode));
     struct stat status {};
     return file || errno != EEXIST || (::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
 }
 
 std::string readScratchFile(const std::string& path) {
-    const UniqueFd file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const Base::UniqueFd file(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!file) {
         fail("Error while opening ", path);
         return {};
@@ -84,7 +84,7 @@ std::string readScratchFile(const std::string& path) {
     std::array<char, 16384> piece{};
     ssize_t size = 1;
     while (size > 0 && content.size() < longestListing) {
-        size = uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
+        size = Base::uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
         content.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
     }
     if (size > 0) {

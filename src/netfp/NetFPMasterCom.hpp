@@ -64,7 +64,7 @@ private:
     /// Whether this answers the last request. Tells both in verbose mode.
     bool matches(const NetfpMaster_Response& response) const;
 
-    UniqueFd socketFd;
+    Base::UniqueFd socketFd;
     std::uint32_t requestId;
 
     static std::string _masterSocketPath;

@@ -13,7 +13,7 @@ namespace Korvel {
 
 int connectAndBindToLinuxSocket(const std::string& path) {
     progress("Opening Linux Socket for response from server");
-    UniqueFd socket = openDatagramSocket(AF_UNIX);
+    Base::UniqueFd socket = openDatagramSocket(AF_UNIX);
     if (!socket) {
         failErrnoNumber("Socket Creation Failed: ");
         return -1;

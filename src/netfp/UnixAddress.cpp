@@ -7,6 +7,7 @@
 #include <sys/un.h>
 
 #include "DatagramSocket.hpp"
+#include "SocketAddress.hpp"
 
 namespace Korvel {
 namespace {
@@ -22,15 +23,11 @@ bool setAddress(sockaddr_un& address, const std::string& path) {
     return true;
 }
 
-const sockaddr* generic(const sockaddr_un& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
-}
-
 }  // namespace
 
 bool bindToPath(int socket, const std::string& path) {
     sockaddr_un address{};
-    return setAddress(address, path) && ::bind(socket, generic(address), sizeof address) == 0;
+    return setAddress(address, path) && ::bind(socket, Base::genericAddress(address), sizeof address) == 0;
 }
 
 bool sendToPath(int socket, const std::string& path, const void* data, std::size_t size) {
@@ -40,7 +37,7 @@ bool sendToPath(int socket, const std::string& path, const void* data, std::size
     }
     sockaddr_un address{};
     return setAddress(address, path) && sendDatagram(socket, {static_cast<const std::byte*>(data), size},
-                                                     generic(address), sizeof address);
+                                                     Base::genericAddress(address), sizeof address);
 }
 
 }  // namespace Korvel

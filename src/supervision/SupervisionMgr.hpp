@@ -84,7 +84,7 @@ private:
     bool iwfSelected = false;
     bool sfnSelected = false;
     std::uint32_t expectedResponses = 2;
-    UniqueFd netlinkFd;
+    Base::UniqueFd netlinkFd;
     NetlinkSeqNumber seqNumber;
     SmLog* logClient = nullptr;  // the library's
 };

@@ -51,7 +51,7 @@ private:
     int unpack(std::span<const std::byte> datagram, char* buffer, unsigned& sequence) const;
 
     SmLog* log;
-    Korvel::UniqueFd fd;
+    Base::UniqueFd fd;
 };
 
 }  // namespace Util

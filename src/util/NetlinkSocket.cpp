@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "DatagramSocket.hpp"
+#include "SocketAddress.hpp"
 
 namespace Util {
 namespace {
@@ -22,23 +23,19 @@ sockaddr_nl addressOf(unsigned portId) {
     return address;
 }
 
-const sockaddr* generic(const sockaddr_nl& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
-}
-
 unsigned ownPortId() {
     return static_cast<unsigned>(::getpid());
 }
 
 }  // namespace
 
-Korvel::UniqueFd openNetlinkSocket() {
+Base::UniqueFd openNetlinkSocket() {
     return Korvel::openDatagramSocket(AF_NETLINK, NETLINK_USERSOCK);
 }
 
 bool bindNetlinkSocket(int socket) {
     const sockaddr_nl address = addressOf(ownPortId());
-    return ::bind(socket, generic(address), sizeof address) == 0;
+    return ::bind(socket, Base::genericAddress(address), sizeof address) == 0;
 }
 
 bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned destination,
@@ -52,7 +49,7 @@ bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned
     std::memcpy(message.data(), &header, sizeof header);
     message.insert(message.end(), payload.begin(), payload.end());
     const sockaddr_nl address = addressOf(destination);
-    return Korvel::sendDatagram(socket, message, generic(address), sizeof address);
+    return Korvel::sendDatagram(socket, message, Base::genericAddress(address), sizeof address);
 }
 
 }  // namespace Util

@@ -17,7 +17,7 @@ constexpr std::size_t netlinkHeaderSize = sizeof(nlmsghdr);
 static_assert(netlinkHeaderSize == 16);
 
 /// An unbound socket, whose sends end after a second. Empty where it cannot be had.
-Korvel::UniqueFd openNetlinkSocket();
+Base::UniqueFd openNetlinkSocket();
 
 /// Binds to this process's id as the port id.
 [[nodiscard]] bool bindNetlinkSocket(int socket);

@@ -11,6 +11,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "SocketAddress.hpp"
 #include "SystemCall.hpp"
 
 namespace {
@@ -29,39 +30,35 @@ sockaddr_nl netlinkAddress(std::uint32_t portId) {
     return address;
 }
 
-template <typename Address>
-const sockaddr* generic(const Address& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
-}
-
 }  // namespace
 
 DatagramClient DatagramClient::ofPath(const std::string& serverPath, const std::string& ownPath) {
-    UniqueFd socket(checked(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket"));
+    Base::UniqueFd socket(Base::checked(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket"));
     const sockaddr_un own = pathAddress(ownPath);
     const sockaddr_un server = pathAddress(serverPath);
     ::unlink(ownPath.c_str());
-    checked(::bind(socket.get(), generic(own), sizeof own), "bind");
-    checked(::connect(socket.get(), generic(server), sizeof server), "connect");
+    Base::checked(::bind(socket.get(), Base::genericAddress(own), sizeof own), "bind");
+    Base::checked(::connect(socket.get(), Base::genericAddress(server), sizeof server), "connect");
     return DatagramClient(std::move(socket));
 }
 
 DatagramClient DatagramClient::ofPort(std::uint16_t port) {
-    UniqueFd socket(checked(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket"));
+    Base::UniqueFd socket(Base::checked(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0), "socket"));
     sockaddr_in server{};
     server.sin_family = AF_INET;
     server.sin_port = htons(port);
     server.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    checked(::connect(socket.get(), generic(server), sizeof server), "connect");
+    Base::checked(::connect(socket.get(), Base::genericAddress(server), sizeof server), "connect");
     return DatagramClient(std::move(socket));
 }
 
 DatagramClient DatagramClient::ofNetlinkPort(std::uint32_t portId) {
-    UniqueFd socket(checked(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK), "socket"));
+    Base::UniqueFd socket(
+        Base::checked(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK), "socket"));
     const sockaddr_nl own = netlinkAddress(static_cast<std::uint32_t>(::getpid()));
     const sockaddr_nl server = netlinkAddress(portId);
-    checked(::bind(socket.get(), generic(own), sizeof own), "bind");
-    checked(::connect(socket.get(), generic(server), sizeof server), "connect");
+    Base::checked(::bind(socket.get(), Base::genericAddress(own), sizeof own), "bind");
+    Base::checked(::connect(socket.get(), Base::genericAddress(server), sizeof server), "connect");
     return DatagramClient(std::move(socket));
 }
 

@@ -32,7 +32,7 @@ public:
     bool nothingMore() const { return !receive(std::chrono::milliseconds(100)); }
 
 private:
-    explicit DatagramClient(UniqueFd connected) : socket(std::move(connected)) {}
+    explicit DatagramClient(Base::UniqueFd connected) : socket(std::move(connected)) {}
 
-    UniqueFd socket;
+    Base::UniqueFd socket;
 };

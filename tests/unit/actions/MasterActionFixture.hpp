@@ -45,5 +45,5 @@ protected:
     std::vector<std::string> requestsWithoutIdentifiers(std::size_t count = 0) const;
 
 private:
-    Korvel::UniqueFd deaf;
+    Base::UniqueFd deaf;
 };

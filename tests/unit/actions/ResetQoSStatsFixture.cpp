@@ -6,6 +6,7 @@
 
 #include "ArgumentVector.hpp"
 #include "ResetQoSStatsAction.hpp"
+#include "SocketAddress.hpp"
 #include "UniqueFd.hpp"
 
 const std::string ResetQoSStatsFixture::marker = "<MMI_END_OF_MSG>";
@@ -24,13 +25,13 @@ void ResetQoSStatsFixture::answers(ScriptedPeer& service, const Datagrams& datag
 }
 
 void ResetQoSStatsFixture::sendFromElsewhere(std::string_view bytes) {
-    const Korvel::UniqueFd socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const Base::UniqueFd socket(::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(4141);
     ::inet_pton(AF_INET, "127.0.0.2", &address.sin_addr);
-    const ssize_t sent = ::sendto(socket.get(), bytes.data(), bytes.size(), 0,
-                                  reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    const ssize_t sent =
+        ::sendto(socket.get(), bytes.data(), bytes.size(), 0, Base::genericAddress(address), sizeof address);
     EXPECT_EQ(sent, static_cast<ssize_t>(bytes.size()));
 }
 

@@ -17,6 +17,7 @@
 #include "Probe.hpp"
 #include "ResourceLimit.hpp"
 #include "SignalStorm.hpp"
+#include "SocketAddress.hpp"
 
 using namespace Korvel;
 using namespace std::chrono_literals;
@@ -25,7 +26,7 @@ using std::chrono::steady_clock;
 namespace {
 
 template <typename Value>
-Value optionOf(const UniqueFd& socket, int option) {
+Value optionOf(const Base::UniqueFd& socket, int option) {
     Value value{};
     socklen_t size = sizeof value;
     EXPECT_EQ(::getsockopt(socket.get(), SOL_SOCKET, option, &value, &size), 0);
@@ -33,7 +34,7 @@ Value optionOf(const UniqueFd& socket, int option) {
 }
 
 /// What a send on the socket waits at most.
-std::chrono::microseconds sendLimit(const UniqueFd& socket) {
+std::chrono::microseconds sendLimit(const Base::UniqueFd& socket) {
     const auto limit = optionOf<timeval>(socket, SO_SNDTIMEO);
     return std::chrono::seconds(limit.tv_sec) + std::chrono::microseconds(limit.tv_usec);
 }
@@ -65,13 +66,13 @@ protected:
     /// About a second, less what a coarse clock may cut off.
     static constexpr auto atLeast = 950ms;
 
-    UniqueFd socket = openDatagramSocket(AF_UNIX);
-    UniqueFd peer{::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
+    Base::UniqueFd socket = openDatagramSocket(AF_UNIX);
+    Base::UniqueFd peer{::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
 
 private:
     static const sockaddr* peerAddress() {
         static const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/tmp/peer"};
-        return reinterpret_cast<const sockaddr*>(&address);
+        return Base::genericAddress(address);
     }
 };
 
@@ -219,7 +220,7 @@ TEST(SendDatagram, FailsWhereTheSystemTakesLessThanTheWhole) {
 }
 
 TEST(OpenDatagramSocket, IsOfTheProtocolThatIsAskedFor) {
-    const UniqueFd socket = openDatagramSocket(AF_NETLINK, NETLINK_USERSOCK);
+    const Base::UniqueFd socket = openDatagramSocket(AF_NETLINK, NETLINK_USERSOCK);
 
     EXPECT_EQ(optionOf<int>(socket, SO_DOMAIN), AF_NETLINK);
     EXPECT_EQ(optionOf<int>(socket, SO_TYPE), SOCK_DGRAM);

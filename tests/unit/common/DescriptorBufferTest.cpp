@@ -13,7 +13,6 @@
 #include "UniqueFd.hpp"
 
 using Korvel::DescriptorBuffer;
-using Korvel::UniqueFd;
 
 namespace {
 
@@ -22,7 +21,7 @@ constexpr const char* bufferedPath = "/tmp/output";
 /// A stream whose output lands in a file.
 class BufferedFile : public testing::Test {
 protected:
-    UniqueFd file{::open(bufferedPath, O_WRONLY | O_CREAT | O_CLOEXEC, 0644)};
+    Base::UniqueFd file{::open(bufferedPath, O_WRONLY | O_CREAT | O_CLOEXEC, 0644)};
     DescriptorBuffer buffer{file.get()};
     std::ostream stream{&buffer};
 };
@@ -56,7 +55,7 @@ TEST_F(BufferedFile, GetsALargePieceBehindWhatWasHeld) {
 }
 
 TEST(BufferedDevice, FailsTheStreamAndTellsWhy) {
-    const UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
+    const Base::UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
     DescriptorBuffer buffer(full.get());
     std::ostream stream(&buffer);
 

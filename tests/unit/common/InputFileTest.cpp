@@ -11,6 +11,7 @@
 #include "OutputCapture.hpp"
 #include "Probe.hpp"
 #include "Shell.hpp"
+#include "SocketAddress.hpp"
 #include "TestFiles.hpp"
 
 using namespace Korvel;
@@ -34,8 +35,8 @@ TEST(InputFile, OpensRegularFilesAlone) {
     fs::create_symlink("circle", "/tmp/circle");
     ASSERT_EQ(::mkfifo("/tmp/fifo", S_IRUSR | S_IWUSR), 0);
     const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = "/tmp/socket"};
-    const UniqueFd socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
-    ASSERT_EQ(::bind(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    const Base::UniqueFd socket(::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    ASSERT_EQ(::bind(socket.get(), Base::genericAddress(address), sizeof address), 0);
 
     EXPECT_EQ(openingOf(inputPath), "open");
     EXPECT_EQ(openingOf("/tmp/link"), "open");

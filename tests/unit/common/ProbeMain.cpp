@@ -22,6 +22,7 @@
 #include "Shell.hpp"
 #include "SmLog.hpp"
 #include "SmLogReader.hpp"
+#include "SocketAddress.hpp"
 #include "Timestamp.hpp"
 #include "TrustedOpen.hpp"
 #include "Wait.hpp"
@@ -94,10 +95,10 @@ std::string breakInvariant(Arguments /*arguments*/) {
 
 /// To nobody: a test says what the system makes of it.
 std::string sendDatagram(Arguments words) {
-    const Korvel::UniqueFd socket = Korvel::openDatagramSocket(AF_UNIX);
+    const Base::UniqueFd socket = Korvel::openDatagramSocket(AF_UNIX);
     const sockaddr_un nobody{.sun_family = AF_UNIX, .sun_path = "/tmp/nobody"};
     return truth(Korvel::sendDatagram(socket.get(), std::as_bytes(std::span(std::string_view(words[0]))),
-                                      reinterpret_cast<const sockaddr*>(&nobody), sizeof nobody));
+                                      Base::genericAddress(nobody), sizeof nobody));
 }
 
 std::string readFile(Arguments words) {

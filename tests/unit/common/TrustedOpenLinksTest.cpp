@@ -9,7 +9,6 @@
 #include "TrustedOpen.hpp"
 
 using Korvel::openTrusted;
-using Korvel::UniqueFd;
 
 namespace {
 
@@ -24,7 +23,7 @@ protected:
 
     /// The file that a path leads to; where it leads nowhere, why.
     static std::string placeBehind(const std::string& path) {
-        const UniqueFd file = openTrusted(path);
+        const Base::UniqueFd file = openTrusted(path);
         return file ? fs::read_symlink("/proc/self/fd/" + std::to_string(file.get())) : std::strerror(errno);
     }
 };

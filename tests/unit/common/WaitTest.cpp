@@ -42,8 +42,8 @@ protected:
 
     static Deadline longPast() { return steady_clock::now() - 24h; }
 
-    UniqueFd reader;
-    UniqueFd writer;
+    Base::UniqueFd reader;
+    Base::UniqueFd writer;
 };
 
 using WaitReadable = PipeWait;
@@ -165,8 +165,8 @@ TEST(Nap, LastsItsWholeTimeThroughSignals) {
 void expectOutputDuringTheWait(const std::string& function, const std::string& output) {
     std::array<int, 2> silentInput{};
     ASSERT_EQ(::pipe2(silentInput.data(), O_CLOEXEC), 0);
-    const UniqueFd reader(silentInput[0]);
-    const UniqueFd writer(silentInput[1]);
+    const Base::UniqueFd reader(silentInput[0]);
+    const Base::UniqueFd writer(silentInput[1]);
     ASSERT_EQ(::dup2(reader.get(), STDIN_FILENO), STDIN_FILENO);
     const Process waiting(probeCommand({function}));
 

@@ -65,7 +65,7 @@ protected:
 
     /// Whether nobody holds the lock on the directory.
     static bool isFree() {
-        const Korvel::UniqueFd folder(::open(directory, O_RDONLY | O_CLOEXEC));
+        const Base::UniqueFd folder(::open(directory, O_RDONLY | O_CLOEXEC));
         return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0;
     }
 

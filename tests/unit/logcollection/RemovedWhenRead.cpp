@@ -9,7 +9,7 @@
 
 namespace {
 
-void removeAfter(const std::string& path, const Korvel::UniqueFd& watch) {
+void removeAfter(const std::string& path, const Base::UniqueFd& watch) {
     inotify_event event{};
     for (int count = 0; count < 2; ++count) {  // opened and closed
         if (::read(watch.get(), &event, sizeof event) != sizeof event) {
@@ -22,7 +22,7 @@ void removeAfter(const std::string& path, const Korvel::UniqueFd& watch) {
 }  // namespace
 
 RemovedWhenRead::RemovedWhenRead(const std::string& path, const std::string& laterPath) {
-    Korvel::UniqueFd watch(::inotify_init1(IN_CLOEXEC));
+    Base::UniqueFd watch(::inotify_init1(IN_CLOEXEC));
     ::inotify_add_watch(watch.get(), path.c_str(), IN_OPEN | IN_CLOSE_NOWRITE);
     remover = std::thread([laterPath, watch = std::move(watch)] { removeAfter(laterPath, watch); });
 }

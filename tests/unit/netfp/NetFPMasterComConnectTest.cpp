@@ -184,7 +184,7 @@ TEST_F(NetFPMasterComConnectTest, KeepsItsDescriptorFromOtherPrograms) {
 
 TEST_F(NetFPMasterComConnectTest, NeverTakesDescriptor0ForAConnectedSocket) {
     bool done = false;
-    const Korvel::UniqueFd standardInput(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
+    const Base::UniqueFd standardInput(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
 
     printed = printedBy([&] {
         ::close(STDIN_FILENO);  // the socket becomes descriptor 0

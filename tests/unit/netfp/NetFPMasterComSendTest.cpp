@@ -78,7 +78,7 @@ TEST_F(NetFPMasterComSendTest, RefusesAMasterPathThatNoAddressHolds) {
 }
 
 TEST_F(NetFPMasterComSendTest, DoesNotWaitForEverForRoomInTheMastersQueue) {
-    const Korvel::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
+    const Base::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
     givenMasterPath("/tmp/deaf");
     NetfpMaster_Request request{};
 

@@ -72,7 +72,7 @@ protected:
     }
 
     ScriptedPeer master = ScriptedPeer::atPath("/tmp/master");
-    Korvel::UniqueFd socket;
+    Base::UniqueFd socket;
     NetfpMaster_Response response{};
     Printed printed;
 };
@@ -145,7 +145,7 @@ TEST_F(NetFPMasterSocketTest, ReportsASendThatFails) {
 }
 
 TEST_F(NetFPMasterSocketTest, DoesNotWaitForEverForRoomInTheMastersQueue) {
-    const Korvel::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
+    const Base::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
     connect();
 
     while (send("/tmp/deaf")) {

@@ -6,13 +6,11 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-using HostBoard::UniqueFd;
-
 Gate::Gate() {
     std::array<int, 2> ends{-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) == 0) {
-        waiting = UniqueFd(ends[0]);
-        held = UniqueFd(ends[1]);
+        waiting = Base::UniqueFd(ends[0]);
+        held = Base::UniqueFd(ends[1]);
     }
 }
 

@@ -13,6 +13,6 @@ public:
     void open() { held = {}; }
 
 private:
-    HostBoard::UniqueFd waiting;
-    HostBoard::UniqueFd held;  ///< the gate is open when no process has this any more
+    Base::UniqueFd waiting;
+    Base::UniqueFd held;  ///< the gate is open when no process has this any more
 };

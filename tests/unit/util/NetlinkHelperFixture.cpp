@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include "LogEntries.hpp"
+#include "SocketAddress.hpp"
 
 namespace {
 
@@ -12,10 +13,6 @@ sockaddr_nl addressOf(unsigned portId) {
     address.nl_family = AF_NETLINK;
     address.nl_pid = portId;
     return address;
-}
-
-const sockaddr* generic(const sockaddr_nl& address) {
-    return reinterpret_cast<const sockaddr*>(&address);
 }
 
 }  // namespace
@@ -31,10 +28,10 @@ unsigned NetlinkHelperFixture::ownPort() {
     return static_cast<unsigned>(::getpid());
 }
 
-Korvel::UniqueFd NetlinkHelperFixture::socketAt(unsigned portId) {
-    Korvel::UniqueFd socket(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK));
+Base::UniqueFd NetlinkHelperFixture::socketAt(unsigned portId) {
+    Base::UniqueFd socket(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK));
     const sockaddr_nl address = addressOf(portId);
-    if (::bind(socket.get(), generic(address), sizeof address) != 0) {
+    if (::bind(socket.get(), Base::genericAddress(address), sizeof address) != 0) {
         socket.reset();
     }
     return socket;
@@ -42,6 +39,7 @@ Korvel::UniqueFd NetlinkHelperFixture::socketAt(unsigned portId) {
 
 void NetlinkHelperFixture::arrives(std::string_view datagram) const {
     const sockaddr_nl address = addressOf(ownPort());
-    ASSERT_EQ(::sendto(stranger.get(), datagram.data(), datagram.size(), 0, generic(address), sizeof address),
+    ASSERT_EQ(::sendto(stranger.get(), datagram.data(), datagram.size(), 0, Base::genericAddress(address),
+                       sizeof address),
               static_cast<ssize_t>(datagram.size()));
 }

@@ -36,7 +36,7 @@ protected:
     static unsigned ownPort();
 
     /// A socket bound to this port id that nobody reads; empty with errno set where that cannot be had.
-    static Korvel::UniqueFd socketAt(unsigned portId);
+    static Base::UniqueFd socketAt(unsigned portId);
 
     /// Has these bytes lie in the queue of the socket at this process's port id.
     void arrives(std::string_view datagram) const;
@@ -46,5 +46,5 @@ protected:
 
 private:
     std::size_t reportsSeen = 0;
-    Korvel::UniqueFd stranger{::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, 2)};
+    Base::UniqueFd stranger{::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, 2)};
 };

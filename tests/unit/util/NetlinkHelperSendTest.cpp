@@ -109,7 +109,7 @@ TEST_F(NetlinkHelperSendTest, ReportsThatNobodyIsAtThePortId) {
 TEST_F(NetlinkHelperSendTest, GivesAPeerThatNeverReadsUpAfterASecond) {
     constexpr unsigned deafPort = 120;
     constexpr auto aboutASecond = 950ms;  // less what a coarse clock may cut off
-    const Korvel::UniqueFd deaf = socketAt(deafPort);
+    const Base::UniqueFd deaf = socketAt(deafPort);
     const std::string payload(4096, 'p');
 
     auto begin = steady_clock::now();

@@ -5,9 +5,9 @@
 
 #include <unistd.h>
 
-namespace Korvel {
+namespace Base {
 
-/// Owns one file descriptor and closes it exactly once. Leaves errno alone, so that a caller can still
+/// Owns one file descriptor and closes it exactly once. Leaves errno unchanged, so that a caller can still
 /// report the error that made it give the descriptor up.
 class UniqueFd {
 public:
@@ -38,8 +38,8 @@ public:
     }
 
     /// Closes now, for a caller that reports a failed close: false with errno set. The descriptor is given
-    /// up in either case. An interrupted close is not repeated and is none that failed: Linux has freed the
-    /// number all the same.
+    /// up in either case. An interrupted close is not repeated and does not count as failed: Linux has freed
+    /// the number already.
     [[nodiscard]] bool close() noexcept {
         const int old = release();
         return old == none || ::close(old) == 0 || errno == EINTR;
@@ -50,4 +50,4 @@ private:
     int fd = none;
 };
 
-}  // namespace Korvel
+}  // namespace Base

@@ -3,8 +3,6 @@
 
 #include "UniqueFd.hpp"
 
-using Korvel::UniqueFd;
-
 namespace {
 
 bool isOpen(int descriptor) {
@@ -14,18 +12,18 @@ bool isOpen(int descriptor) {
 /// An owner, and the number of what it owned at first.
 class OwnedDescriptor : public testing::Test {
 protected:
-    UniqueFd owner{::open("/dev/null", O_RDONLY | O_CLOEXEC)};
+    Base::UniqueFd owner{::open("/dev/null", O_RDONLY | O_CLOEXEC)};
     const int number = owner.get();
 };
 
 TEST_F(OwnedDescriptor, IsClosedWithItsOwner) {
-    { const UniqueFd last = std::move(owner); }
+    { const Base::UniqueFd last = std::move(owner); }
 
     EXPECT_FALSE(isOpen(number));
 }
 
 TEST_F(OwnedDescriptor, MovesFromOwnerToOwner) {
-    UniqueFd next = std::move(owner);
+    Base::UniqueFd next = std::move(owner);
     owner = std::move(next);
 
     EXPECT_EQ(owner.get(), number);
@@ -34,7 +32,7 @@ TEST_F(OwnedDescriptor, MovesFromOwnerToOwner) {
 }
 
 TEST_F(OwnedDescriptor, StaysWhereItsOwnerIsAssignedToItself) {
-    UniqueFd& same = owner;
+    Base::UniqueFd& same = owner;
     owner = std::move(same);
 
     EXPECT_EQ(owner.get(), number);
@@ -76,7 +74,7 @@ TEST_F(OwnedDescriptor, LeavesErrnoAloneWhereItIsReset) {
 }
 
 TEST(EmptyOwner, ClosesNothing) {
-    UniqueFd empty;
+    Base::UniqueFd empty;
 
     EXPECT_FALSE(empty);
     EXPECT_TRUE(empty.close());
