@@ -1,4 +1,4 @@
-// The interface of src/common but for the platform's configuration.
+// The interface of src/common, except the platform configuration.
 
 #include <concepts>
 #include <cstdint>
