@@ -9,7 +9,6 @@
 #include "Console.hpp"
 #include "DatagramSocket.hpp"
 #include "SocketAddress.hpp"
-#include "SystemCall.hpp"
 #include "Wait.hpp"
 
 namespace Korvel {
@@ -90,27 +89,22 @@ bool MmiChannel::send(const std::string& command) {
 }
 
 bool MmiChannel::receiveChunk(std::string& chunk) {
-    const Deadline deadline = deadlineIn(silenceLimit);
-    ssize_t size = -1;
-    do {
-        switch (waitReadable(socket.get(), deadline)) {
-            case Readiness::timedOut:
-                return fail("poll(): Timed out while waiting for response");
-            case Readiness::failed:
-                return failErrno("poll(): An error occured, errno: ");
-            case Readiness::ready:
-                break;
-        }
-        size = Base::uninterrupted(
-            [&] { return ::recv(socket.get(), receiveBuffer.data(), receiveBuffer.size(), MSG_DONTWAIT); });
-    } while (size < 0 && errno == EAGAIN);  // a datagram that the kernel dropped after all
+    const auto room = std::as_writable_bytes(std::span(receiveBuffer));
+    std::size_t size = 0;
+    switch (receiveDatagram(socket.get(), room, deadlineIn(silenceLimit), size)) {
+        case Arrival::timedOut:
+            return fail("poll(): Timed out while waiting for response");
+        case Arrival::waitFailed:
+            return failErrno("poll(): An error occured, errno: ");
+        case Arrival::receiveFailed:
+            return failErrno("recv(): An error occured, errno: ");
+        case Arrival::datagram:
+            break;
+    }
     if (size == 0) {
         return fail("recv(): Peer has performed an orderly shutdown");
     }
-    if (size < 0) {
-        return failErrno("recv(): An error occured, errno: ");
-    }
-    chunk.assign(receiveBuffer.data(), strnlen(receiveBuffer.data(), static_cast<std::size_t>(size)));
+    chunk.assign(receiveBuffer.data(), ::strnlen(receiveBuffer.data(), size));
     return true;
 }
 
