@@ -1,7 +1,8 @@
 # shellcheck shell=bash
-# Completion of korvel(1) for bash. It needs nothing but bash.
+# Completion of korvel(1) for bash. It works without the bash-completion package.
 
-# What follows each action: "interface", "port" and "switch" are completed, other operands only count.
+# Prints the types of an action's operands. "interface", "port" and "switch" are completed;
+# other types only hold a place.
 _korvel_operands() {
     case $1 in
         getport) echo port ;;
@@ -13,7 +14,7 @@ _korvel_operands() {
     esac
 }
 
-# Adds the words of $1 that begin with $2 to what is offered.
+# Offers the words of $1 that begin with $2.
 _korvel_offer() {
     mapfile -t -O "${#COMPREPLY[@]}" COMPREPLY < <(compgen -W "$1" -- "$2")
 }
@@ -24,7 +25,8 @@ _korvel_offer_interfaces() {
     COMPREPLY+=("${folders[@]#"$folder"}")
 }
 
-# The options but for those that were given and mean nothing more a second time: _korvel_offer_options CURRENT GIVEN...
+# Offers the options, except those that were given and have no effect a second time.
+# Usage: _korvel_offer_options CURRENT GIVEN...
 _korvel_offer_options() {
     local current=$1 option offered='-d'
     shift
@@ -34,7 +36,8 @@ _korvel_offer_options() {
     _korvel_offer "$offered" "$current"
 }
 
-# Collection keywords stand in a row, each once and one package at most: _korvel_offer_keywords CURRENT GIVEN...
+# Collection keywords follow one another: each at most once, and at most one package.
+# Usage: _korvel_offer_keywords CURRENT GIVEN...
 _korvel_offer_keywords() {
     local current=$1 keyword offered='' packages='pkg pkg-trs pkg-sup pkg-pm pkg-sdown'
     shift
@@ -45,7 +48,8 @@ _korvel_offer_keywords() {
     _korvel_offer "$offered" "$current"
 }
 
-# The first word that is no option decides what may follow: _korvel_offer_words CURRENT GIVEN...
+# The first word that is not an option decides which words may follow.
+# Usage: _korvel_offer_words CURRENT GIVEN...
 _korvel_offer_words() {
     local actions='getport mirrorport loopbackport portswap addmulticastmac resetqosstats mem_dump desc_dump'
     local current=$1 operands
@@ -72,8 +76,8 @@ _korvel_offer_words() {
     esac
 }
 
-# Splits $1, the line up to the cursor, as the shell does: its words go to "typed", the one at the cursor to "current".
-# An operator that redirects is a word of its own. Not COMP_WORDS, in which a MAC address is many words.
+# Splits $1, the line up to the cursor, as the shell does. The word at the cursor goes to "current", the words before
+# it go to "typed". A redirection operator is a separate word. COMP_WORDS would split a MAC address into many words.
 _korvel_split() {
     local rest=$1 operator='([0-9]*|&)[<>]+[&|]?' token
     token="^[[:blank:]]*($operator|([^[:blank:]<>\"'\\]|\\\\.|\"([^\"\\]|\\\\.)*\"|'[^']*')+)"
