@@ -60,7 +60,7 @@ class ArchiveAside(unittest.TestCase):
                 outcome = run(f"""
                     archive archive last; mv {link} /tmp/elsewhere; ln -s /tmp/elsewhere {link}
                     {ASIDE} echo $?; find /tmp/korvel/. /tmp/elsewhere/. -name 'archive.*'""")
-                message = f"archive-aside: {link} is a link, or not a folder of this user: nothing was moved\n"
+                message = f"archive-aside: {link} is a link, or not a directory of this user: nothing was moved\n"
                 self.assertEqual(outcome, (0, "1\n", message))
 
     def test_follows_no_link_among_the_numbers(self) -> None:

@@ -7,7 +7,7 @@ import board
 MAKE = f"{board.HELPERS}/make-package {board.PREFIX}/bin/korvel"
 # In place of korvel: a program that makes no package.
 MAKE_NONE = f"{board.HELPERS}/make-package true"
-NOT_WHOLE = "make-package: netfp_logs_post_mortem.tgz did not become whole; a previous one stays\n"
+NOT_WHOLE = "make-package: netfp_logs_post_mortem.tgz is missing or incomplete; the previous package, if any, is kept\n"
 
 BOARD = """
 cd /ffs/run/logs
@@ -110,7 +110,8 @@ class PlainPackages(unittest.TestCase):
     def test_are_removed_where_a_full_disk_cut_them(self) -> None:
         outcome = run(f"fill 1012; {MAKE} pkg; echo $?; ls", "--ffs-size", "1M", "--full-logs")
         self.assertEqual(outcome.out, "1\n")
-        self.assertRegex(outcome.err.splitlines()[-1], r"^make-package: netfp_logs_\d{6}_\d{6}\.tgz is cut, removed$")
+        self.assertRegex(outcome.err.splitlines()[-1],
+                         r"^make-package: netfp_logs_\d{6}_\d{6}\.tgz is incomplete and was removed$")
 
     def test_leave_files_of_other_names_alone(self) -> None:
         outcome = run(f"""
@@ -138,12 +139,13 @@ class MakePackage(unittest.TestCase):
         self.assertEqual(outcome.err.splitlines()[-1], "make-package: cannot lock /ffs/run/logs: no package was made")
 
     def test_refuses_what_is_no_package(self) -> None:
-        self.assertEqual(run(f"{MAKE} print; echo $?; ls"), (0, "1\n", "make-package: no package keyword: print\n"))
+        outcome = run(f"{MAKE} print; echo $?; ls")
+        self.assertEqual(outcome, (0, "1\n", "make-package: unknown package keyword: print\n"))
         self.assertEqual(run(f"{MAKE}; echo $?; ls"), (0, "1\n", "make-package: usage: make-package KORVEL KEYWORD\n"))
 
     def test_says_where_the_folder_of_packages_is_missing(self) -> None:
         outcome = run(f"cd /; rmdir /ffs/run/logs; {MAKE} pkg; echo $?")
-        self.assertEqual(outcome, (0, "1\n", "make-package: no folder /ffs/run/logs\n"))
+        self.assertEqual(outcome, (0, "1\n", "make-package: directory /ffs/run/logs is missing\n"))
 
 
 if __name__ == "__main__":
