@@ -1,17 +1,19 @@
-# Korvel for a distribution made with OpenEmbedded, from release 3.4 (honister) on: before that, overrides were written
-# with "_" for ":". In a layer it stands as recipes-support/korvel/korvel_1.0.0.bb, and its source, made in a clone by
+# Korvel for a distribution made with OpenEmbedded, release 3.4 (honister) or later. Earlier releases write overrides with
+# "_" instead of ":".
+#
+# In a layer, the recipe is recipes-support/korvel/korvel_1.0.0.bb. Make its source in a clone:
 #
 #     git archive --prefix=korvel-1.0.0/ -o korvel-1.0.0.tar.gz HEAD
 #
-# in a folder beside it, as recipes-support/korvel/files/korvel-1.0.0.tar.gz.
+# and put it beside the recipe, as recipes-support/korvel/files/korvel-1.0.0.tar.gz.
 #
-# The board's own libraries come from recipes of the board's layer, each with a package of its name. The layer names them,
-# say in its machine's file:
+# The board's own libraries come from recipes of the board's layer. Each recipe has a package of the same name. Name the
+# recipes in the layer, for example in the machine's file:
 #
 #     KORVEL_PLATFORM_RECIPES = "netfp-smlog vask"
 #
-# A library that has no version in its name counts as part of a development package, and one that has no name written in
-# it (SONAME), as nobody's. So the recipe of such a library has to have, beside what installs it:
+# A library without a version in its name counts as part of a development package. A library without a SONAME counts as
+# part of no package. So the recipe of such a library needs these lines, besides those that install it:
 #
 #     FILES_SOLIBSDEV = ""
 #     FILES:${PN} += "${libdir}/libnetfpsmlog.so"
@@ -24,7 +26,8 @@ SRC_URI = "file://${BP}.tar.gz"
 
 inherit cmake systemd
 
-# host-platform: stand-ins in place of the board's two libraries. boardsim: the simulated board, on such a platform.
+# host-platform: stand-ins instead of the board's two libraries.
+# boardsim: the simulated board, which needs host-platform.
 PACKAGECONFIG ??= ""
 PACKAGECONFIG[host-platform] = "\
     -DKORVEL_PLATFORM=host, \
@@ -33,7 +36,7 @@ PACKAGECONFIG[boardsim] = "-DKORVEL_BOARDSIM=ON, -DKORVEL_BOARDSIM=OFF, libsecco
 
 KORVEL_PLATFORM_RECIPES ?= ""
 DEPENDS += "${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '', '${KORVEL_PLATFORM_RECIPES}', d)}"
-# Said in words, since neither libraries without SONAME nor the private stand-ins are found as what the program needs.
+# Named here, because the package tools find neither libraries without SONAME nor the private stand-ins as dependencies.
 KORVEL_PLATFORM_PACKAGES = "\
     ${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '${PN}-host-platform', '${KORVEL_PLATFORM_RECIPES}', d)}"
 
@@ -73,16 +76,16 @@ FILES:${PN}-boardsim = "\
     ${libexecdir}/korvel/board/fp_linux_log_collect \
 "
 
-# The stand-ins are private: no other package is to be satisfied by them.
+# The stand-ins are private: they must not satisfy another package's dependency.
 PRIVATE_LIBS:${PN}-host-platform = "libWENVASK.so libnetfpsmlog.so"
 INSANE_SKIP:${PN}-host-platform = "dev-so"
 
-# The commands that Korvel and the scripts of its units run, with the options that docs/porting.md names. A BusyBox can
-# do for findutils and util-linux-flock where it has flock, and find with -prune, -type, -user and -size.
+# The commands that Korvel and the scripts of its units run, with the options that docs/porting.md names. BusyBox can replace
+# findutils and util-linux-flock, if it has flock, and find with -prune, -type, -user and -size.
 RDEPENDS:${PN} = "${KORVEL_PLATFORM_PACKAGES} findutils gzip procps tar util-linux-flock"
 RDEPENDS:${PN}-boardsim = "${PN} ${PN}-host-platform bash bubblewrap"
 
-# None of the units is enabled by being installed.
+# An installation enables none of the units.
 SYSTEMD_SERVICE:${PN} = "\
     korvel-archive.service \
     korvel-package.service \
