@@ -12,8 +12,9 @@
 #
 #     KORVEL_PLATFORM_RECIPES = "netfp-smlog vask"
 #
-# A library without a version in its name counts as part of a development package. A library without a SONAME counts as
-# part of no package. So the recipe of such a library needs these lines, besides those that install it:
+# A library without a version in its name counts as part of a development package. For a library without a SONAME, the
+# package tools find no package that provides it. So the recipe of such a library needs these lines, besides those that
+# install it:
 #
 #     FILES_SOLIBSDEV = ""
 #     FILES:${PN} += "${libdir}/libnetfpsmlog.so"
