@@ -19,10 +19,10 @@ MOST_WORDS = 30
 # What a reader stumbles over, as a regular expression, and what to write instead.
 PHRASES = {
     r"says? of|said of": "reports, describes",
-    r"(is|are|was|were|be) told": "receives, reads, is given",
+    r"(is|are|was|were|be) told(?! apart)": "receives, reads, is given",
     r"(is|are) said": "reports, describes",
     r"has it that": "reports, describes",
-    r"tells? (of|which|whether|how)": "reports, shows",
+    r"tells? of": "reports, shows",
     r"so it is with": "the same applies to",
     r"of what is not": "name the thing",
     r"but for": "except for",
@@ -36,7 +36,7 @@ PHRASES = {
     r"what(so)?ever (it is|they are)": "any",
     r"for ever": "without limit, never ends",
     r"(left|leaves?|leaving) aside": "ignores",
-    r"stands? (in|at|there|before|after|behind)": "is in, is at",
+    r"stands? (in(?! for)|at|there|before|after|behind)": "is in, is at",
     r"(is|are) to be": "must be, or an imperative",
     r"the (former|latter)": "name the thing again",
     r"whence|whereof|wherein|thereof|therein|lest|hitherto": "plain words",

@@ -107,6 +107,11 @@ class PhraseTest(FileTest):
         self.assertEqual(problems_of_page(page, "page.md"),
                          ['page.md:1: "says of" (better: reports, describes): The log says of it.'])
 
+    def test_is_not_found_in_words_that_say_something_else(self) -> None:
+        page = self.file("page.md", "Faults are told apart by their names. A stand-in stands in for a library.\n")
+
+        self.assertEqual(problems_of_page(page, "page.md"), [])
+
     def test_is_found_in_comments_and_not_in_code(self) -> None:
         text = "is told"
         for name, content in {"a.cpp": f'say("{text}"); /// It {text}\n', "a.sh": f'say "{text}"  # It {text}\n',
