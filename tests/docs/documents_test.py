@@ -108,6 +108,9 @@ class ReleaseTest(unittest.TestCase):
 
 
 class ReadmeTest(unittest.TestCase):
+    def test_fits_two_screens(self) -> None:
+        self.assertLessEqual(len(text_of("README.md").splitlines()), 90)
+
     def test_begins_with_what_it_is_for_whom_and_two_commands(self) -> None:
         first_screen = "\n".join(text_of("README.md").splitlines()[:24])
         for words in ("command-line control and diagnostics tool", "operators", "scripts/demo.sh", "scripts/test.sh"):
