@@ -12,6 +12,11 @@ struct FaultKind {
     int most = 0;                  ///< greatest number taken
 
     bool takesNumber() const { return !number.empty(); }
+
+    /// As help shows it: "silent", or "slow:MS" with a number.
+    std::string form() const {
+        return std::string(name) + (takesNumber() ? ":" + std::string(number) : std::string());
+    }
 };
 
 /// How one peer misbehaves. An empty kind: not at all.

@@ -18,13 +18,48 @@ std::optional<FaultKind> findKind(const FaultGroup& group, std::string_view name
     return row == kinds.end() ? std::nullopt : std::optional(*row);
 }
 
+/// The names with commas in between, on a line of their own below a message.
+std::string listed(std::string_view title, const std::vector<std::string>& names) {
+    std::string line = "\n" + std::string(title) + ": ";
+    for (const std::string& name : names) {
+        line += (&name == &names.front() ? "" : ", ") + name;
+    }
+    return line;
+}
+
+std::string listedPeers(std::string_view title, bool (*included)(const PeerEntry& peer)) {
+    std::vector<std::string> names;
+    for (const PeerEntry& peer : peerCatalog()) {
+        if (included(peer)) {
+            names.emplace_back(peer.name);
+        }
+    }
+    return listed(title, names);
+}
+
+std::string listedPeersWithFaults() {
+    return listedPeers("peers with faults", [](const PeerEntry& peer) { return !peer.faults.empty(); });
+}
+
+/// What can stand in place of a fault that `peer` does not have.
+std::string listedFaults(const PeerEntry& peer) {
+    std::vector<std::string> forms;
+    for (const FaultGroup& group : peer.faults) {
+        for (const FaultKind& kind : group.kinds()) {
+            forms.push_back(std::string(group.prefix) + kind.form());
+        }
+    }
+    return forms.empty() ? listedPeersWithFaults() : listed("valid faults", forms);
+}
+
 FaultKind findKind(const PeerEntry& peer, std::string_view name) {
     for (const FaultGroup& group : peer.faults) {
         if (const auto kind = findKind(group, name)) {
             return *kind;
         }
     }
-    throw UsageError(std::string(peer.name) + " knows no fault '" + std::string(name) + "'");
+    throw UsageError(std::string(peer.name) + " has no fault '" + std::string(name) + "'" +
+                     listedFaults(peer));
 }
 
 /// `name` is what the scenario calls the kind.
@@ -43,21 +78,27 @@ int parseFaultNumber(const FaultKind& kind, const std::string& name, std::string
 
 std::string parsePeerName(const std::string& text) {
     if (findPeer(text) == nullptr) {
-        throw UsageError("unknown peer: '" + text + "'");
+        throw UsageError("unknown peer: '" + text + "'" +
+                         listedPeers("valid peers", [](const PeerEntry& /*peer*/) { return true; }));
     }
     return text;
 }
 
 PeerFault parsePeerFault(const std::string& text) {
     const std::size_t equals = text.find('=');
+    const std::string peer = text.substr(0, equals);
+    const PeerEntry* entry = findPeer(peer);
     if (equals == std::string::npos) {
-        throw UsageError("not PEER=FAULT: '" + text + "'");
+        throw UsageError("not PEER=FAULT: '" + text + "'" +
+                         (entry == nullptr ? listedPeersWithFaults() : listedFaults(*entry)));
     }
-    const std::string peer = parsePeerName(text.substr(0, equals));
+    if (entry == nullptr) {
+        throw UsageError("unknown peer: '" + peer + "'" + listedPeersWithFaults());
+    }
     const std::size_t colon = text.find(':', equals);
     const bool hasNumber = colon != std::string::npos;
     const std::string name = text.substr(equals + 1, hasNumber ? colon - equals - 1 : std::string::npos);
-    const FaultKind kind = findKind(*findPeer(peer), name);
+    const FaultKind kind = findKind(*entry, name);
     if (hasNumber && !kind.takesNumber()) {
         throw UsageError("fault '" + name + "' takes no number");
     }

@@ -8,10 +8,11 @@
 #include "PeerCatalog.hpp"
 #include "Scenario.hpp"
 
-/// The name of a peer, if it is one. Throws UsageError otherwise.
+/// The name of a peer. If it is none, throws UsageError with the valid ones.
 std::string parsePeerName(const std::string& text);
 
-/// A fault out of "PEER=FAULT" or "PEER=FAULT:N". Throws UsageError where the peer does not know it.
+/// A fault out of "PEER=FAULT" or "PEER=FAULT:N". If the peer does not have it, throws UsageError with the
+/// valid ones.
 PeerFault parsePeerFault(const std::string& text);
 
 /// Each fault as parsePeerFault() takes it.

@@ -88,7 +88,8 @@ std::string statusText(const RunningBoard& board) {
             addPeers(out, board, scenario);
         }
     } catch (const std::runtime_error& error) {
-        out << "  peers unknown: " << printable(error.what()) << '\n';
+        const std::string message = error.what();  // valid names may follow on a second line
+        out << "  peers unknown: " << printable(message.substr(0, message.find('\n'))) << '\n';
     }
     return out.str();
 }

@@ -69,9 +69,17 @@ TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
         {{"--colour"}, "boardsim: unknown option: --colour\n"},
         {{"-x"}, "boardsim: unknown option: -x\n"},
         {{"--without"}, "boardsim: a value is missing: --without\n"},
-        {{"--without", "nobody"}, "boardsim: --without: unknown peer: 'nobody'\n"},
-        {{"--fault", "nobody=silent"}, "boardsim: --fault: unknown peer: 'nobody'\n"},
-        {{"--fault", "netfp_master=sad"}, "boardsim: --fault: netfp_master knows no fault 'sad'\n"},
+        {{"--without", "nobody"},
+         "boardsim: --without: unknown peer: 'nobody'\n"
+         "boardsim: valid peers: system_log, netfp_master, netfp_proxy, netfp_server, resmgr_server, "
+         "iwf_dispatcher, sfn_dispatcher\n"},
+        {{"--fault", "nobody=silent"},
+         "boardsim: --fault: unknown peer: 'nobody'\n"
+         "boardsim: peers with faults: netfp_master, netfp_proxy, netfp_server, resmgr_server, "
+         "iwf_dispatcher, sfn_dispatcher\n"},
+        {{"--fault", "netfp_server=sad"},
+         "boardsim: --fault: netfp_server has no fault 'sad'\n"
+         "boardsim: valid faults: silent, slow:MS, dying, unended, short\n"},
         {{"--deployment", "moon"}, "boardsim: --deployment: unknown deployment: 'moon'\n"},
         {{"--cma-error", "x"}, "boardsim: --cma-error: no number, or out of range: 'x'\n"},
         {{"--tmp-size", "0"}, "boardsim: --tmp-size: no size of a disk: '0'\n"},

@@ -19,6 +19,10 @@ std::string complaintAbout(const std::string& text) {
     return "none";
 }
 
+std::string firstLine(const std::string& text) {
+    return text.substr(0, text.find('\n'));
+}
+
 }  // namespace
 
 TEST(FaultTest, IsParsedFromPeerKindAndNumber) {
@@ -37,14 +41,14 @@ TEST(FaultTest, IsRefusedWithTheReason) {
         {"netfp_master", "not PEER=FAULT: 'netfp_master'"},
         {"=silent", "unknown peer: ''"},
         {"netfp=silent", "unknown peer: 'netfp'"},
-        {"netfp_master=", "netfp_master knows no fault ''"},
-        {"netfp_master=unended", "netfp_master knows no fault 'unended'"},
-        {"system_log=silent", "system_log knows no fault 'silent'"},
-        {"netfp_proxy=sequence", "netfp_proxy knows no fault 'sequence'"},
-        {"netfp_proxy=netlink-short", "netfp_proxy knows no fault 'netlink-short'"},
-        {"netfp_master=netlink-silent", "netfp_master knows no fault 'netlink-silent'"},
-        {"iwf_dispatcher=netlink-unended", "iwf_dispatcher knows no fault 'netlink-unended'"},
-        {"netfp_proxy=dump-silent", "netfp_proxy knows no fault 'dump-silent'"},
+        {"netfp_master=", "netfp_master has no fault ''"},
+        {"netfp_master=unended", "netfp_master has no fault 'unended'"},
+        {"system_log=silent", "system_log has no fault 'silent'"},
+        {"netfp_proxy=sequence", "netfp_proxy has no fault 'sequence'"},
+        {"netfp_proxy=netlink-short", "netfp_proxy has no fault 'netlink-short'"},
+        {"netfp_master=netlink-silent", "netfp_master has no fault 'netlink-silent'"},
+        {"iwf_dispatcher=netlink-unended", "iwf_dispatcher has no fault 'netlink-unended'"},
+        {"netfp_proxy=dump-silent", "netfp_proxy has no fault 'dump-silent'"},
         {"netfp_master=silent:1", "fault 'silent' takes no number"},
         {"netfp_master=truncated", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
         {"netfp_master=truncated:273", "fault 'truncated' takes a number from 0 to 272: truncated:N"},
@@ -53,8 +57,8 @@ TEST(FaultTest, IsRefusedWithTheReason) {
         {"netfp_master=refuse-rename:0",
          "fault 'refuse-rename' takes a number from 1 to 2147483647: refuse-rename:N"},
         {"netfp_master=ignore-renames:1", "fault 'ignore-renames' takes no number"},
-        {"netfp_master=dump-ignore-renames", "netfp_master knows no fault 'dump-ignore-renames'"},
-        {"netfp_proxy=refuse-rename:1", "netfp_proxy knows no fault 'refuse-rename'"},
+        {"netfp_master=dump-ignore-renames", "netfp_master has no fault 'dump-ignore-renames'"},
+        {"netfp_proxy=refuse-rename:1", "netfp_proxy has no fault 'refuse-rename'"},
         {"netfp_proxy=netlink-stale:1", "fault 'netlink-stale' takes no number"},
         {"netfp_proxy=netlink-truncated:25",
          "fault 'netlink-truncated' takes a number from 1 to 24: netlink-truncated:N"},
@@ -62,8 +66,31 @@ TEST(FaultTest, IsRefusedWithTheReason) {
     };
     for (const auto& [text, complaint] : cases) {
         SCOPED_TRACE(text);
-        EXPECT_EQ(complaintAbout(text), complaint);
+        EXPECT_EQ(firstLine(complaintAbout(text)), complaint);
     }
+}
+
+TEST(FaultTest, IsRefusedWithTheFaultsThatThePeerHas) {
+    const std::string faults = "\nvalid faults: silent, slow:MS, dying, unended, short";
+    const std::string netlinkFaults =
+        ", netlink-silent, netlink-slow:MS, netlink-error:STATUS, netlink-stale, netlink-sequence, "
+        "netlink-type, netlink-port, netlink-truncated:BYTES, netlink-oversized, netlink-dying";
+
+    EXPECT_EQ(complaintAbout("netfp_server=silnt"), "netfp_server has no fault 'silnt'" + faults);
+    EXPECT_EQ(complaintAbout("netfp_proxy=silnt"),
+              "netfp_proxy has no fault 'silnt'" + faults + netlinkFaults);
+    EXPECT_EQ(complaintAbout("netfp_server"), "not PEER=FAULT: 'netfp_server'" + faults);
+}
+
+TEST(FaultTest, IsRefusedWithThePeersThatHaveFaults) {
+    const std::string peers =
+        "\npeers with faults: netfp_master, netfp_proxy, netfp_server, resmgr_server, iwf_dispatcher, "
+        "sfn_dispatcher";
+
+    EXPECT_EQ(complaintAbout("nosuch"), "not PEER=FAULT: 'nosuch'" + peers);
+    EXPECT_EQ(complaintAbout("nosuch=silent"), "unknown peer: 'nosuch'" + peers);
+    EXPECT_EQ(complaintAbout("system_log=silent"), "system_log has no fault 'silent'" + peers);
+    EXPECT_EQ(complaintAbout("system_log"), "not PEER=FAULT: 'system_log'" + peers);
 }
 
 TEST(FaultTest, IsWrittenAsItIsParsed) {

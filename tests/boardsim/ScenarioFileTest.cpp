@@ -99,9 +99,13 @@ TEST(ScenarioFileTest, IsRefusedWithTheLineAndTheReason) {
         {"cma-error = 4294967296\n",
          "/tmp/scenario.toml:1: cma-error: no number, or out of range: '4294967296'"},
         {"without = 'netfp_proxy'\n", "/tmp/scenario.toml:1: without: not an array"},
-        {"without = ['nobody']\n", "/tmp/scenario.toml:1: without: unknown peer: 'nobody'"},
-        {"fault = [\n  'netfp_master=silent',\n  'netfp_master=sad',\n]\n",
-         "/tmp/scenario.toml:3: fault: netfp_master knows no fault 'sad'"},
+        {"without = ['nobody']\n",
+         "/tmp/scenario.toml:1: without: unknown peer: 'nobody'\n"
+         "valid peers: system_log, netfp_master, netfp_proxy, netfp_server, resmgr_server, iwf_dispatcher, "
+         "sfn_dispatcher"},
+        {"fault = [\n  'netfp_master=silent',\n  'netfp_server=sad',\n]\n",
+         "/tmp/scenario.toml:3: fault: netfp_server has no fault 'sad'\n"
+         "valid faults: silent, slow:MS, dying, unended, short"},
         {"without = [['nobody']]\n",
          "/tmp/scenario.toml:1: without: neither text, nor whole number, nor truth value"},
         {"secured = true\n[board]\nsecured = true\n", "/tmp/scenario.toml:2: board: unknown key"},
