@@ -5,15 +5,16 @@
 
 #include <getopt.h>
 
+#include "HelpText.hpp"
 #include "ScenarioFile.hpp"
 #include "ScenarioKeys.hpp"
 #include "UsageError.hpp"
 
 namespace {
 
-/// What getopt_long() returns for the options that are no keys of a scenario; a key's own value is its
-/// place in the table, from firstKey on.
-enum OptionValue : int { help = 1, scenarioFile, firstKey };
+/// What getopt_long() returns for the options that are not keys of a scenario. A key's value is firstKey plus
+/// its place in the table. It lies beyond all letters, because getopt_long() returns a short option's letter.
+enum OptionValue : int { help = 1, scenarioFile, shortHelp = 'h', firstKey = 256 };
 
 std::vector<option> optionTable() {
     std::vector<option> table{{"help", no_argument, nullptr, help},
@@ -50,13 +51,13 @@ Request parseCommandLine(int argc, char** argv) {
     Request request;
     std::vector<std::pair<const ScenarioKey*, std::string>> settings;
     opterr = 0;
-    for (int value = 0; (value = ::getopt_long(argc, argv, "+:", table.data(), nullptr)) != -1;) {
+    for (int value = 0; (value = ::getopt_long(argc, argv, "+:h", table.data(), nullptr)) != -1;) {
         if (value == ':' || value == '?') {
             throw UsageError(refusedOption(value, argv[optind - 1]));
         }
         const std::string argument = optarg == nullptr ? "true" : optarg;
-        if (value == help) {
-            request.help = true;
+        if (value == help || value == shortHelp) {
+            request.help = value == help ? helpText : shortHelpText;
         } else if (value == scenarioFile) {
             loadScenario(argument, request.scenario);
         } else {

@@ -7,7 +7,7 @@
 
 /// What the program was asked to do.
 struct Request {
-    bool help = false;
+    std::string (*help)() = nullptr;  ///< the help text to print; null: none, a board is to run
     Scenario scenario;
     std::vector<std::string> command;  ///< empty: a shell
 };

@@ -12,35 +12,49 @@
 
 namespace {
 
-constexpr std::string_view introduction =
+constexpr std::string_view usage =
     R"(Usage: boardsim [OPTION...] [--] [COMMAND...]
        boardsim status [-f | --follow]
 
-Runs COMMAND, or a shell, on a simulated base-station board: real processes on
-the board's own paths and ports, in a sandbox that leaves nothing on the host.
+Runs COMMAND on a simulated base-station board; without COMMAND, a shell.
+)";
 
-status tells what boards are running, what their peers are doing and what was
-received and answered last; with --follow, also what is from then on, until
-Ctrl-C or the last board's end. It works on the host and on the board itself.
+constexpr std::string_view introduction = R"(
+The board has real processes on the board's own paths and ports. It runs in a
+sandbox, and leaves nothing on the host.
+
+status lists the running boards and the state of their peers. It then prints
+the last messages that the peers received and answered. With --follow it goes
+on with each new message, until Ctrl-C or until the last board ends. It works
+on the host and on the board.
 )";
 
 constexpr std::string_view conclusion = R"(
 Examples:
   boardsim
-      A shell on a board. The programs beside boardsim are on its search path.
+      A shell on a board. Its search path has the programs beside boardsim.
   boardsim --deployment iwf -- korvel getport eth1
-      One command on a board with the IWF dispatcher alone.
+      One command, on a board with only the IWF dispatcher.
   boardsim --fault netfp_master=slow:300 --fault iwf_dispatcher=endless
-      A board on which two peers misbehave.
+      A board with two faulty peers.
   boardsim --scenario FILE
-      The same from a file, with the options' names as keys:
+      The same board from a file. Its keys are the names of the options:
           fault = ["netfp_master=slow:300", "iwf_dispatcher=endless"]
 
-Exit status: that of COMMAND; 128 + N where signal N ended it; 127 where it is
-not found, 126 where it cannot be run. 2 for a command line or a scenario that
-makes no sense, 3 where no board can be had. status: 1 where no board runs.
+Exit status:
+  that of COMMAND       if COMMAND ran to its end
+  128 + N               if signal N ended COMMAND
+  127, 126              if COMMAND was not found, or could not be run
+  2                     if the command line or the scenario is invalid
+  3                     if no board could be started
+  1                     from status, if no board is running
 
-Read on: boardsim(1); docs/boardsim.md in the source.
+See also: boardsim(1), and docs/boardsim.md in the source.
+)";
+
+constexpr std::string_view shortConclusion = R"(
+boardsim --help also lists the peers, their faults and the exit statuses.
+boardsim(1) is the manual page.
 )";
 
 constexpr std::size_t columns = 80;
@@ -65,7 +79,7 @@ std::string broken(const std::string& text, std::size_t column, std::size_t inde
     return lines + "\n";
 }
 
-/// One row of a list: a name, and behind it, or below it where it is long, what it stands for.
+/// One row of a list: a name and its help, which begins on the next line if the name is long.
 std::string row(const std::string& name, const std::string& help) {
     std::string text = "  " + name;
     const bool fits = text.size() + 2 <= helpColumn;
@@ -78,7 +92,7 @@ std::string heading(std::string_view title) {
     return "\n" + std::string(title) + ":\n";
 }
 
-/// What an option stands for, with what holds where it is not given.
+/// The help of an option, with its default.
 std::string optionHelp(const ScenarioKey& key) {
     const std::vector<std::string> values = key.get({});
     return std::string(key.help) + (values.empty() ? "" : " (default: " + values.front() + ")");
@@ -95,9 +109,10 @@ std::string options() {
     }
     text += heading("Other options");
     text += row("--scenario FILE",
-                "a TOML file that says all this, with the options' names as keys; options override it, "
-                "--without and --fault add to it");
-    return text + row("--help", "this text");
+                "a TOML file with the names of these options as keys; options override it, --without and "
+                "--fault add to it");
+    text += row("-h", "print the usage and the options");
+    return text + row("--help", "print this help: the options, the peers and their faults");
 }
 
 std::string peers() {
@@ -108,8 +123,8 @@ std::string peers() {
     return text;
 }
 
-/// The peers that know faults of this topic, as they stand on the command line: "PEER=FAULT PEER=dump-FAULT".
-std::string bearers(const FaultTopic& topic) {
+/// The peers that have faults of this topic, as on the command line: "PEER=FAULT PEER=dump-FAULT".
+std::string peersWithFaults(const FaultTopic& topic) {
     std::string text;
     for (const PeerEntry& peer : peerCatalog()) {
         for (const FaultGroup& group : peer.faults) {
@@ -123,10 +138,9 @@ std::string bearers(const FaultTopic& topic) {
 
 std::string faultRows(const FaultTopic& topic) {
     std::string text = heading("Faults of " + std::string(topic.title));
-    text += "  " + broken(bearers(topic), 2, 2);
+    text += "  " + broken(peersWithFaults(topic), 2, 2);
     for (const FaultKind& kind : topic.kinds()) {
-        const std::string number = kind.takesNumber() ? ":" + std::string(kind.number) : "";
-        text += row("  " + std::string(kind.name) + number, std::string(kind.help));
+        text += row("  " + kind.form(), std::string(kind.help));
     }
     return text;
 }
@@ -145,5 +159,10 @@ std::string faults() {
 }  // namespace
 
 std::string helpText() {
-    return std::string(introduction) + options() + peers() + faults() + std::string(conclusion);
+    return std::string(usage) + std::string(introduction) + options() + peers() + faults() +
+           std::string(conclusion);
+}
+
+std::string shortHelpText() {
+    return std::string(usage) + options() + std::string(shortConclusion);
 }

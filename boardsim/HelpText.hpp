@@ -2,5 +2,8 @@
 
 #include <string>
 
-/// The text of --help, from the tables that the command line is read by. Lines have at most 80 columns.
+/// The text of --help, from the tables that parse the command line. Lines have at most 80 columns.
 std::string helpText();
+
+/// The text of -h: the usage and the options, as in helpText().
+std::string shortHelpText();

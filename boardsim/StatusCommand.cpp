@@ -31,17 +31,17 @@ struct Watched {
 
 using Boards = std::vector<Watched>;
 
-enum class Wish : std::uint8_t { once, follow, help };
+enum class Wish : std::uint8_t { once, follow, help, shortHelp };
 
 Wish parseWish(const std::vector<std::string>& arguments) {
     Wish wish = Wish::once;
     for (const std::string& word : arguments) {
         if (word == "-f" || word == "--follow") {
             wish = Wish::follow;
-        } else if (word == "--help") {
-            return Wish::help;
+        } else if (word == "-h" || word == "--help") {
+            return word == "-h" ? Wish::shortHelp : Wish::help;
         } else {
-            throw UsageError("status takes --follow alone: " + word);
+            throw UsageError("status takes no option but --follow: " + word);
         }
     }
     return wish;
@@ -114,8 +114,8 @@ void follow(Boards boards) {
 
 int runStatus(const std::vector<std::string>& arguments) {
     const Wish wish = parseWish(arguments);
-    if (wish == Wish::help) {
-        std::cout << helpText();
+    if (wish == Wish::help || wish == Wish::shortHelp) {
+        std::cout << (wish == Wish::help ? helpText() : shortHelpText());
         return EXIT_SUCCESS;
     }
     Boards boards = printAll();

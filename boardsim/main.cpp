@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include "CommandLine.hpp"
-#include "HelpText.hpp"
 #include "PeerCatalog.hpp"
 #include "PeerProcess.hpp"
 #include "SandboxRun.hpp"
@@ -40,8 +39,8 @@ int runBoardsim(int argc, char** argv) {
         return runStatus({argv + 2, argv + argc});
     }
     const Request request = parseCommandLine(argc, argv);
-    if (request.help) {
-        std::cout << helpText();
+    if (request.help != nullptr) {
+        std::cout << request.help();
         return EXIT_SUCCESS;
     }
     return runInSandbox(request.scenario, request.command);

@@ -61,6 +61,15 @@ TEST(BoardsimCommandTest, EndsWhatTheCommandLeavesRunning) {
     EXPECT_EQ(outcome.out, "started\n");
 }
 
+TEST(BoardsimCommandTest, PrintsAShortHelp) {
+    const Outcome outcome = boardsim({"-h"});
+
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_TRUE(outcome.out.starts_with("Usage: boardsim "));
+    EXPECT_LT(outcome.out.size(), boardsim({"--help"}).out.size());
+}
+
 TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
     const struct {
         std::vector<std::string> arguments;

@@ -97,8 +97,10 @@ TEST(BoardsimStatusTest, ForgetsABoardThatWasKilled) {
 }
 
 TEST(BoardsimStatusTest, TakesNothingElse) {
-    EXPECT_EQ(boardsim({"status", "--colour"}),
-              (Outcome{.status = 2, .out = "", .err = "boardsim: status takes --follow alone: --colour\n"}));
+    EXPECT_EQ(
+        boardsim({"status", "--colour"}),
+        (Outcome{
+            .status = 2, .out = "", .err = "boardsim: status takes no option but --follow: --colour\n"}));
 }
 
 TEST(BoardsimStatusTest, IsACommandOfTheBoardBehindTwoDashes) {

@@ -18,7 +18,7 @@ auto hasRow(const std::string& name) {
 }  // namespace
 
 TEST(HelpTextTest, HasLinesThatFitATerminal) {
-    std::istringstream text(helpText());
+    std::istringstream text(helpText() + shortHelpText());
     for (std::string line; std::getline(text, line);) {
         EXPECT_LE(line.size(), 80U) << line;
         EXPECT_FALSE(line.ends_with(' ')) << line;
@@ -32,10 +32,19 @@ TEST(HelpTextTest, HasARowForEachOption) {
         EXPECT_FALSE(key.help.empty()) << key.name;
     }
     EXPECT_THAT(helpText(), hasRow("  --scenario FILE"));
+    EXPECT_THAT(helpText(), hasRow("  -h"));
     EXPECT_THAT(helpText(), hasRow("  --help"));
 }
 
-TEST(HelpTextTest, TellsWhatHoldsWithoutAnOption) {
+TEST(HelpTextTest, HasEachOptionInItsShortFormToo) {
+    for (const ScenarioKey& key : scenarioKeys()) {
+        EXPECT_THAT(shortHelpText(), testing::HasSubstr("\n  --" + std::string(key.name)));
+    }
+    EXPECT_THAT(shortHelpText(), hasRow("  --scenario FILE"));
+    EXPECT_THAT(shortHelpText(), testing::Not(testing::HasSubstr("Faults of")));
+}
+
+TEST(HelpTextTest, PrintsTheDefaultOfEachOptionThatHasOne) {
     EXPECT_THAT(helpText(), testing::HasSubstr("(default: sfn-master)"));
     EXPECT_THAT(helpText(), testing::HasSubstr("(default: 64M)"));
 }

@@ -27,7 +27,7 @@ def korvel_keywords() -> set[str]:
 
 
 def boardsim_options() -> set[str]:
-    return set(re.findall(r"^  (--\S+)", help_of("boardsim"), re.M))
+    return set(re.findall(r"^  (-\S+)", help_of("boardsim"), re.M))
 
 
 def boardsim_peers() -> set[str]:
