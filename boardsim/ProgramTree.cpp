@@ -29,13 +29,17 @@ ProgramTree ProgramTree::ofThisProgram() {
 
 std::vector<fs::path> ProgramTree::folders() const {
     if (isWholeFileSystem()) {
-        return {programs, BOARDSIM_LIBRARIES_DIR, BOARDSIM_COMMANDS_DIR};
+        return {programs, BOARDSIM_LIBRARIES_DIR, BOARDSIM_COMMANDS_DIR, BOARDSIM_PAGES_DIR};
     }
     return {fs::path()};
 }
 
 fs::path ProgramTree::commandsOnBoard() const {
     return board / BOARDSIM_COMMANDS_DIR;
+}
+
+fs::path ProgramTree::pagesOnBoard() const {
+    return board / BOARDSIM_PAGES_DIR;
 }
 
 std::string ProgramTree::commandOnBoard(const std::string& command) const {

@@ -25,13 +25,16 @@ public:
     /// True where the board has the tree anyway, as part of its /usr.
     bool isPartOfUsr() const { return host == "/usr" || host == "/usr/local"; }
 
-    /// What the board is to see of the tree, as paths below it: everything, as an empty path, but of a whole
-    /// file system the folders of programs, libraries and commands alone.
+    /// What the board sees of the tree, as paths below it: everything (an empty path), or of a whole file
+    /// system only the folders of programs, libraries, commands and manual pages.
     std::vector<std::filesystem::path> folders() const;
 
     /// The folder of the tree's programs, and that of the board's shell commands, seen from the board.
     std::filesystem::path programsOnBoard() const { return programs.empty() ? board : board / programs; }
     std::filesystem::path commandsOnBoard() const;
+
+    /// The folder of the manual pages, seen from the board.
+    std::filesystem::path pagesOnBoard() const;
 
     /// This program's path below the tree.
     std::filesystem::path programInTree() const { return programs / name; }

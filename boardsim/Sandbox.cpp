@@ -55,7 +55,9 @@ void addEtc(BwrapArguments& arguments) {
     for (const auto& [path, text] : etcFiles) {
         arguments.addFile("--file", text, path);
     }
-    for (const char* path : {"/etc/ld.so.cache", "/etc/alternatives"}) {
+    for (const char* path : {"/etc/ld.so.cache", "/etc/alternatives",
+                             // Without these, man(1) complains or fails.
+                             "/etc/groff", "/etc/man_db.conf", "/etc/manpath.config"}) {
         arguments.add({"--ro-bind-try", path, path});
     }
 }
@@ -89,11 +91,11 @@ void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
 }
 
 void addTree(BwrapArguments& arguments, const ProgramTree& tree) {
-    for (const fs::path& folder : tree.folders()) {
+    for (const fs::path& folder : tree.folders()) {  // manual pages may not be installed
         if (!tree.isPartOfUsr()) {
-            arguments.add({"--ro-bind", tree.onHost() / folder, tree.onBoard() / folder});
+            arguments.add({"--ro-bind-try", tree.onHost() / folder, tree.onBoard() / folder});
         }
-        arguments.add({"--ro-bind", tree.onHost() / folder, peersTree / folder});
+        arguments.add({"--ro-bind-try", tree.onHost() / folder, peersTree / folder});
     }
     const fs::path program = peersTree / tree.programInTree();
     arguments.add({"--symlink", program, BoardPaths::init});
@@ -113,7 +115,9 @@ void addScenario(BwrapArguments& arguments, Scenario scenario) {
 void addEnvironment(BwrapArguments& arguments, const ProgramTree& tree) {
     const std::string path = tree.programsOnBoard().string() + ":" + tree.commandsOnBoard().string() +
                              ":/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
-    arguments.add({"--setenv", "PATH", path, "--setenv", "HOME", "/root", "--chdir", "/root"});
+    const std::string pages = tree.pagesOnBoard().string() + ":";  // then come the host's
+    arguments.add({"--setenv", "PATH", path, "--setenv", "MANPATH", pages});
+    arguments.add({"--setenv", "HOME", "/root", "--chdir", "/root"});
 }
 
 }  // namespace

@@ -2,12 +2,13 @@
 # installation have the same layout, so that programs find the platform libraries in the same way, relative to
 # themselves, and either tree can be moved or mounted elsewhere as a whole.
 #
-# KORVEL_BINDIR, KORVEL_LIBEXECDIR and KORVEL_PRIVATE_LIBDIR are relative to the top of that layout. The top stands for
-# the prefix; where a folder is not below the prefix, for the nearest folder that has all of them below it.
+# KORVEL_BINDIR, KORVEL_LIBEXECDIR, KORVEL_MANDIR and KORVEL_PRIVATE_LIBDIR are relative to the top of that layout. The
+# top stands for the prefix; where a folder is not below the prefix, for the nearest folder that has all of them below it.
 
 include(GNUInstallDirs)
 
-set(korvelInstallFolders "${CMAKE_INSTALL_BINDIR}" "${CMAKE_INSTALL_LIBEXECDIR}" "${CMAKE_INSTALL_LIBDIR}/korvel")
+set(korvelInstallFolders "${CMAKE_INSTALL_BINDIR}" "${CMAKE_INSTALL_LIBEXECDIR}" "${CMAKE_INSTALL_MANDIR}"
+    "${CMAKE_INSTALL_LIBDIR}/korvel")
 cmake_path(SET korvelTop NORMALIZE "${CMAKE_INSTALL_PREFIX}")
 foreach(folder IN LISTS korvelInstallFolders)
     cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}" NORMALIZE)
@@ -27,6 +28,7 @@ endfunction()
 
 korvel_below_top(KORVEL_BINDIR "${CMAKE_INSTALL_BINDIR}")
 korvel_below_top(KORVEL_LIBEXECDIR "${CMAKE_INSTALL_LIBEXECDIR}")
+korvel_below_top(KORVEL_MANDIR "${CMAKE_INSTALL_MANDIR}")
 korvel_below_top(KORVEL_PRIVATE_LIBDIR "${CMAKE_INSTALL_LIBDIR}/korvel")
 
 # korvel_runpath(VARIABLE FOLDER)

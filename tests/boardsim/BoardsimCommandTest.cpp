@@ -70,6 +70,18 @@ TEST(BoardsimCommandTest, PrintsAShortHelp) {
     EXPECT_LT(outcome.out.size(), boardsim({"--help"}).out.size());
 }
 
+TEST(BoardsimCommandTest, ShowsTheManualPagesOnTheBoard) {
+    if (run({"sh", "-c", "command -v man"}).status != 0) {
+        GTEST_SKIP() << "man is not installed (scripts/setup.sh installs it)";
+    }
+    const Outcome outcome = onBoard({"--bare"},
+                                    "for page in korvel boardsim korvel-package fpdispatcher.conf; do "
+                                    "man $page | sed -n '1s/ .*//p'; done");
+
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out, "KORVEL(1)\nBOARDSIM(1)\nKORVEL-PACKAGE(5)\nFPDISPATCHER.CONF(5)\n");
+}
+
 TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
     const struct {
         std::vector<std::string> arguments;

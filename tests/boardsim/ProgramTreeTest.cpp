@@ -37,10 +37,11 @@ TEST(ProgramTreeTest, ShowsTheBoardAllOfItButOfAWholeFileSystemItsOwnFoldersAlon
     EXPECT_EQ(ProgramTree{"/usr/bin/boardsim"}.folders(), all);
 
     const auto folders = ProgramTree{"/bin/boardsim"}.folders();
-    ASSERT_EQ(folders.size(), 3);
+    ASSERT_EQ(folders.size(), 4);
     EXPECT_EQ(folders.front(), "bin");
     EXPECT_EQ(folders.at(1).filename(), "korvel");
-    EXPECT_EQ(folders.back(), "libexec/korvel/board");
+    EXPECT_EQ(folders.at(2), "libexec/korvel/board");
+    EXPECT_EQ(folders.back(), "share/man");
 }
 
 TEST(ProgramTreeTest, RewritesACommandThatLiesInItAndNoOther) {

@@ -1,5 +1,6 @@
 """The simulated board of a build, and of its installation, whose libraries and helpers are not below its prefix."""
 
+import shutil
 import tempfile
 import unittest
 from pathlib import Path
@@ -25,6 +26,9 @@ class InstalledElsewhere(unittest.TestCase):
             run("cmake", "--install", build)
             for boardsim in (build / "boardsim", Path(folder) / "prefix/bin/boardsim"):
                 self.assertEqual(run(boardsim, "--", "sh", "-c", ON_BOARD), "2\n0x00000000\nlinux\n", boardsim)
+                if shutil.which("man"):
+                    page = run(boardsim, "--bare", "--", "man", "-w", "korvel").rstrip()
+                    self.assertEqual(Path(page).name, "korvel.1", boardsim)
 
 
 if __name__ == "__main__":
