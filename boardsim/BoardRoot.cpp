@@ -58,7 +58,7 @@ std::optional<Base::UniqueFd> BoardRoot::open(const std::string& path) const {
         throw UnreadableFile(path + ": " + std::generic_category().message(errno));
     }
     if (!S_ISREG(statusOf(file, path).st_mode)) {
-        throw UnreadableFile(path + " is no regular file");
+        throw UnreadableFile(path + " is not a regular file");
     }
     return file;
 }

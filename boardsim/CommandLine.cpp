@@ -33,7 +33,7 @@ std::vector<option> optionTable() {
 std::string refusedOption(int value, const char* lastWord) {
     const bool letter = value == '?' && optopt >= ' ';
     const std::string name = letter ? std::string("-") + static_cast<char>(optopt) : lastWord;
-    return (value == ':' ? "a value is missing: " : "unknown option: ") + name;
+    return (value == ':' ? "missing value: " : "unknown option: ") + name;
 }
 
 void applyOption(const ScenarioKey& key, const std::string& value, Scenario& scenario) {

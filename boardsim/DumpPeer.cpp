@@ -23,13 +23,13 @@ constexpr std::size_t bodyPieces = 4;
 struct DumpPeer::Acts {
     static constexpr std::array rows{
         FaultAct<Act>{{}, &DumpPeer::writeWhole},
-        FaultAct<Act>{{"silent", "no dump"}, &DumpPeer::writeNothing},
+        FaultAct<Act>{{"silent", "writes no dump"}, &DumpPeer::writeNothing},
         FaultAct<Act>{
-            {"slow", "MS milliseconds pass before each of its pieces, six or fewer", "MS", 0, longestDelayMs},
+            {"slow", "waits MS milliseconds before each of at most six pieces", "MS", 0, longestDelayMs},
             &DumpPeer::writeSlowly},
-        FaultAct<Act>{{"dying", "it dies in the middle"}, &DumpPeer::dieHalfway},
-        FaultAct<Act>{{"unended", "the last line is missing"}, &DumpPeer::writeUnended},
-        FaultAct<Act>{{"short", "nothing between first and last line, less than 64 bytes"},
+        FaultAct<Act>{{"dying", "dies in the middle of the dump"}, &DumpPeer::dieHalfway},
+        FaultAct<Act>{{"unended", "leaves out the last line"}, &DumpPeer::writeUnended},
+        FaultAct<Act>{{"short", "writes only the first and the last line, less than 64 bytes"},
                       &DumpPeer::writeShort},
     };
 };

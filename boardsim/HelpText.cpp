@@ -116,7 +116,7 @@ std::string options() {
 }
 
 std::string peers() {
-    std::string text = heading("Peers, each a process under its own name");
+    std::string text = heading("Peers (each is a process with this name)");
     for (const PeerEntry& peer : peerCatalog()) {
         text += row(std::string(peer.name), std::string(peer.help));
     }

@@ -26,17 +26,18 @@ std::string everyByte() {
 struct MmiPeer::Acts {
     static constexpr std::array rows{
         FaultAct<Act>{{}, &MmiPeer::replyRight},
-        FaultAct<Act>{{"silent", "no reply"}, &MmiPeer::replyNothing},
-        FaultAct<Act>{{"slow", "MS milliseconds pass before each datagram", "MS", 0, longestDelayMs},
+        FaultAct<Act>{{"silent", "sends no reply"}, &MmiPeer::replyNothing},
+        FaultAct<Act>{{"slow", "waits MS milliseconds before each datagram", "MS", 0, longestDelayMs},
                       &MmiPeer::replySlowly},
-        FaultAct<Act>{{"dying", "it dies after the first datagram"}, &MmiPeer::dieAfterFirst},
-        FaultAct<Act>{{"unended", "datagrams of 513 bytes, no end marker"}, &MmiPeer::replyUnended},
-        FaultAct<Act>{{"endless", "datagrams for as long as somebody listens"}, &MmiPeer::replyEndlessly},
-        FaultAct<Act>{{"binary", "every byte from 0x01 to 0xff, and empty lines"}, &MmiPeer::replyBinary},
-        FaultAct<Act>{{"joined", "text and end marker come in one datagram"}, &MmiPeer::replyJoined},
-        FaultAct<Act>{{"empty", "the first datagram, then an empty one, then nothing"},
+        FaultAct<Act>{{"dying", "dies after the first datagram"}, &MmiPeer::dieAfterFirst},
+        FaultAct<Act>{{"unended", "sends datagrams of 513 bytes, but no end marker"}, &MmiPeer::replyUnended},
+        FaultAct<Act>{{"endless", "sends datagrams until nobody listens"}, &MmiPeer::replyEndlessly},
+        FaultAct<Act>{{"binary", "replies with every byte from 0x01 to 0xff, and with empty lines"},
+                      &MmiPeer::replyBinary},
+        FaultAct<Act>{{"joined", "sends text and end marker in one datagram"}, &MmiPeer::replyJoined},
+        FaultAct<Act>{{"empty", "sends the first datagram, an empty one, then nothing"},
                       &MmiPeer::replyEmptyAfterFirst},
-        FaultAct<Act>{{"stale", "a line left over from an earlier command comes first"},
+        FaultAct<Act>{{"stale", "first sends a line left over from an earlier command"},
                       &MmiPeer::replyStaleFirst},
     };
 };

@@ -59,22 +59,23 @@ struct NetlinkPeer::Acts {
     static constexpr int leastSize = 1;  // the kernel carries no empty netlink datagram
     static constexpr std::array rows{
         FaultAct<Act>{{}, &NetlinkPeer::sendRight},
-        FaultAct<Act>{{"silent", "no answer"}, &NetlinkPeer::sendNothing},
-        FaultAct<Act>{{"slow", "the answer comes MS milliseconds late", "MS", 0, longestDelayMs},
+        FaultAct<Act>{{"silent", "sends no answer"}, &NetlinkPeer::sendNothing},
+        FaultAct<Act>{{"slow", "answers MS milliseconds late", "MS", 0, longestDelayMs},
                       &NetlinkPeer::sendLate},
-        FaultAct<Act>{{"error", "the answer carries this status, whatever was done", "STATUS", 1, mostStatus},
+        FaultAct<Act>{{"error", "answers with this status, whatever the peer did", "STATUS", 1, mostStatus},
                       &NetlinkPeer::sendError},
-        FaultAct<Act>{{"stale", "an answer with the previous sequence number comes first"},
+        FaultAct<Act>{{"stale", "first sends an answer with the previous sequence number"},
                       &NetlinkPeer::sendStaleFirst},
-        FaultAct<Act>{{"sequence", "the answer's sequence number is 1000 too great"},
+        FaultAct<Act>{{"sequence", "answers with a sequence number that is 1000 too high"},
                       &NetlinkPeer::sendWrongSequence},
-        FaultAct<Act>{{"type", "the answer's message type is 1000 too great"}, &NetlinkPeer::sendWrongType},
-        FaultAct<Act>{{"port", "the answer's port id is 1000 too great"}, &NetlinkPeer::sendWrongPort},
+        FaultAct<Act>{{"type", "answers with a message type that is 1000 too high"},
+                      &NetlinkPeer::sendWrongType},
+        FaultAct<Act>{{"port", "answers with a port id that is 1000 too high"}, &NetlinkPeer::sendWrongPort},
         FaultAct<Act>{
-            {"truncated", "only the first BYTES of the answer come", "BYTES", leastSize, sizeof(Response)},
+            {"truncated", "sends only the first BYTES of the answer", "BYTES", leastSize, sizeof(Response)},
             &NetlinkPeer::sendTruncated},
-        FaultAct<Act>{{"oversized", "400 bytes come instead of 24"}, &NetlinkPeer::sendOversized},
-        FaultAct<Act>{{"dying", "it dies at the first request"}, &NetlinkPeer::die},
+        FaultAct<Act>{{"oversized", "sends 400 bytes instead of 24"}, &NetlinkPeer::sendOversized},
+        FaultAct<Act>{{"dying", "dies at the first request"}, &NetlinkPeer::die},
     };
 };
 

@@ -24,8 +24,8 @@ namespace {
 
 constexpr FaultTopic requestTopic{"answers to requests on /tmp/NetfpMaster", NetfpMasterPeer::faultKinds};
 constexpr FaultTopic dumpTopic{"dumps to /tmp/PEER.log", DumpPeer::faultKinds};
-constexpr FaultTopic mmiTopic{"replies of the MMI service", MmiPeer::faultKinds};
-constexpr FaultTopic netlinkTopic{"answers by netlink", NetlinkPeer::faultKinds};
+constexpr FaultTopic mmiTopic{"MMI replies", MmiPeer::faultKinds};
+constexpr FaultTopic netlinkTopic{"netlink answers", NetlinkPeer::faultKinds};
 
 constexpr std::array masterFaults{FaultGroup{"", &requestTopic}, FaultGroup{"dump-", &dumpTopic}};
 constexpr std::array dumpFaults{FaultGroup{"", &dumpTopic}};
@@ -129,23 +129,25 @@ bool whereSfnIs(Deployment deployment) {
 }
 
 constexpr std::array catalog{
-    PeerEntry{"system_log", "takes records from /dev/log", always, {}, buildSystemLog},
+    PeerEntry{"system_log", "receives the records sent to /dev/log", always, {}, buildSystemLog},
     PeerEntry{
         "netfp_master",
-        "answers requests on /tmp/NetfpMaster: eth0 to eth3 are the switch ports 1 to 4; mirrors ports, "
+        "answers requests on /tmp/NetfpMaster (eth0 to eth3 are the switch ports 1 to 4); mirrors ports, "
         "renames interfaces, keeps multicast filters; dumps its table",
         always, masterFaults, buildMaster},
+    PeerEntry{"netfp_proxy",
+              "answers heartbeats and add-interface requests on netlink port id 110; dumps its state and the "
+              "interfaces that it manages",
+              always, proxyFaults, buildProxy},
+    PeerEntry{"netfp_server", "dumps its state; writes to the log syslib_log_memory", always, dumpFaults,
+              buildServer},
+    PeerEntry{"resmgr_server", "dumps its state", always, dumpFaults, buildResourceManager},
     PeerEntry{
-        "netfp_proxy",
-        "heartbeats and add-interface on netlink port id 110; dumps, with the interfaces that it manages",
-        always, proxyFaults, buildProxy},
-    PeerEntry{"netfp_server", "dumps; writes to the log syslib_log_memory", always, dumpFaults, buildServer},
-    PeerEntry{"resmgr_server", "dumps", always, dumpFaults, buildResourceManager},
-    PeerEntry{"iwf_dispatcher",
-              "heartbeats on netlink port id 120, MMI service on UDP port 7777, state files under "
-              "/tmp/fuse/iwf; writes to the log dispatcher_log_memory",
-              whereIwfIs, dispatcherFaults, buildIwfDispatcher},
-    PeerEntry{"sfn_dispatcher", "the same with netlink port id 130, UDP port 8777 and /tmp/fuse/sfn",
+        "iwf_dispatcher",
+        "answers heartbeats on netlink port id 120 and MMI commands on UDP port 7777; publishes state files "
+        "under /tmp/fuse/iwf; writes to the log dispatcher_log_memory",
+        whereIwfIs, dispatcherFaults, buildIwfDispatcher},
+    PeerEntry{"sfn_dispatcher", "the same, with netlink port id 130, UDP port 8777 and /tmp/fuse/sfn",
               whereSfnIs, dispatcherFaults, buildSfnDispatcher},
 };
 

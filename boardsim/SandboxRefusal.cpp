@@ -49,22 +49,23 @@ struct Cause {
 /// The first one that applies counts.
 constexpr std::array causes{
     Cause{[] { return isRoot() && !mayAdministrate(); },
-          "no sandbox: this root lacks the capability CAP_SYS_ADMIN, as in most containers\n"
-          "run boardsim outside of the container, or give it more (docker, podman: --privileged)"},
+          "no sandbox: root lacks the capability CAP_SYS_ADMIN, as in most containers\n"
+          "run boardsim outside the container, or give the container more privileges\n"
+          "(docker, podman: --privileged)"},
     Cause{[] { return !isRoot() && setting("/proc/sys/user/max_user_namespaces") == 0; },
           "no sandbox: user namespaces are turned off (user.max_user_namespaces = 0)\n"
           "as root: sysctl user.max_user_namespaces=10000; or run boardsim as root"},
     Cause{[] { return !isRoot() && setting("/proc/sys/kernel/unprivileged_userns_clone") == 0; },
-          "no sandbox: user namespaces are root's alone (kernel.unprivileged_userns_clone = 0)\n"
+          "no sandbox: only root may create user namespaces (kernel.unprivileged_userns_clone = 0)\n"
           "as root: sysctl kernel.unprivileged_userns_clone=1; or run boardsim as root"},
     Cause{[] { return !isRoot() && setting("/proc/sys/kernel/apparmor_restrict_unprivileged_userns") == 1; },
-          "no sandbox: AppArmor gives user namespaces to programs with a profile alone\n"
-          "as root: install docs/apparmor/boardsim (it says how), or allow them to all programs:\n"
+          "no sandbox: AppArmor lets only programs with a profile create user namespaces\n"
+          "as root: install the profile docs/apparmor/boardsim (it says how), or allow all programs:\n"
           "sysctl kernel.apparmor_restrict_unprivileged_userns=0"},
     Cause{[] { return true; },
-          "no sandbox, for the reason that bwrap gives above\n"
-          "it takes user namespaces, or root with its capabilities; where a container forbids\n"
-          "both, run boardsim outside of it"},
+          "no sandbox: bwrap gives the reason above\n"
+          "the sandbox needs user namespaces, or root with its capabilities\n"
+          "if a container forbids both, run boardsim outside the container"},
 };
 
 }  // namespace

@@ -23,7 +23,7 @@ std::string scalarText(const toml::node& node) {
     if (const auto* truth = node.as_boolean()) {
         return truth->get() ? "true" : "false";
     }
-    throw UsageError("neither text, nor whole number, nor truth value");
+    throw UsageError("not a string, an integer or a boolean");
 }
 
 /// Throws UsageError with the file, the line and the key in front.

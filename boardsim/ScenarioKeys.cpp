@@ -19,14 +19,14 @@ Number parseNumber(const std::string& text) {
     const char* end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (error != std::errc{} || stop != end) {
-        throw UsageError("no number, or out of range: '" + text + "'");
+        throw UsageError("not a number, or out of range: '" + text + "'");
     }
     return number;
 }
 
 bool parseTruth(const std::string& text) {
     if (text != "true" && text != "false") {
-        throw UsageError("neither true nor false: '" + text + "'");
+        throw UsageError("not true or false: '" + text + "'");
     }
     return text == "true";
 }
@@ -42,7 +42,7 @@ std::uint64_t parseSize(const std::string& text) {
     const unsigned shift = plain ? 0 : suffix->second;
     const auto count = parseNumber<std::uint64_t>(plain ? text : text.substr(0, text.size() - 1));
     if (count == 0 || count > (std::numeric_limits<std::uint64_t>::max() >> shift)) {
-        throw UsageError("no size of a disk: '" + text + "'");
+        throw UsageError("not a valid size: '" + text + "'");
     }
     return count << shift;
 }
@@ -93,49 +93,49 @@ constexpr std::string_view peersSection = "Its peers";
 constexpr std::array keys{
     ScenarioKey{
         "deployment", boardSection, KeyForm::single, "KIND",
-        "iwf: the IWF dispatcher alone; sfn-master: both dispatchers; sfn-antenna: the SFN dispatcher alone",
+        "iwf: only the IWF dispatcher; sfn-master: both dispatchers; sfn-antenna: only the SFN dispatcher",
         [](Scenario& s, const std::string& v) { s.deployment = parseDeployment(v); },
         [](const Scenario& s) { return nameOf(s.deployment); }},
-    ScenarioKey{"secured", boardSection, KeyForm::toggle, "", "the board says that it is secured",
+    ScenarioKey{"secured", boardSection, KeyForm::toggle, "", "the board reports that it is secured",
                 [](Scenario& s, const std::string& v) { s.secured = parseTruth(v); },
                 [](const Scenario& s) { return valueOf(s.secured); }},
     ScenarioKey{"secure-error", boardSection, KeyForm::single, "CODE",
-                "asking whether it is secured fails with CODE",
+                "the query whether the board is secured fails with CODE",
                 [](Scenario& s, const std::string& v) { s.secureError = parseNumber<int>(v); },
                 [](const Scenario& s) { return valueOf(s.secureError); }},
     ScenarioKey{
         "cma-error", boardSection, KeyForm::single, "CODE",
-        "preparing for address translation fails with CODE: for mem_dump, desc_dump and the command devmem",
+        "preparing address translation fails with CODE; affects mem_dump, desc_dump and the command devmem",
         [](Scenario& s, const std::string& v) { s.cmaError = parseNumber<int>(v); },
         [](const Scenario& s) { return valueOf(s.cmaError); }},
-    ScenarioKey{"cmdline", boardSection, KeyForm::single, "TEXT", "what /proc/cmdline shows",
+    ScenarioKey{"cmdline", boardSection, KeyForm::single, "TEXT", "the text of /proc/cmdline",
                 [](Scenario& s, const std::string& v) { s.cmdline = v; },
                 [](const Scenario& s) { return Values{s.cmdline}; }},
     ScenarioKey{"config", boardSection, KeyForm::single, "FILE",
-                "is installed as /rom/private/fpdispatcher.conf",
+                "installs FILE as /rom/private/fpdispatcher.conf",
                 [](Scenario& s, const std::string& v) { s.config = v; },
                 [](const Scenario& s) { return valueOf(s.config); }},
     ScenarioKey{"tmp-size", boardSection, KeyForm::single, "SIZE",
-                "size of the disk under /tmp, in bytes or with K or M",
+                "size of the disk at /tmp, in bytes, or with the suffix K or M",
                 [](Scenario& s, const std::string& v) { s.tmpSize = parseSize(v); },
                 [](const Scenario& s) { return sizeOf(s.tmpSize); }},
-    ScenarioKey{"ffs-size", boardSection, KeyForm::single, "SIZE", "the same of the disk under /ffs",
+    ScenarioKey{"ffs-size", boardSection, KeyForm::single, "SIZE", "size of the disk at /ffs, likewise",
                 [](Scenario& s, const std::string& v) { s.ffsSize = parseSize(v); },
                 [](const Scenario& s) { return sizeOf(s.ffsSize); }},
     ScenarioKey{"bare", boardSection, KeyForm::toggle, "",
-                "the sandbox alone: no peers, no files under /rom; of the other options only --cmdline and "
-                "the sizes then count",
+                "only the sandbox: no peers, no files under /rom; of the other options, only --cmdline and "
+                "the sizes apply",
                 [](Scenario& s, const std::string& v) { s.bare = parseTruth(v); },
                 [](const Scenario& s) { return valueOf(s.bare); }},
-    ScenarioKey{"without", peersSection, KeyForm::list, "PEER", "PEER does not run; repeatable",
+    ScenarioKey{"without", peersSection, KeyForm::list, "PEER", "does not start PEER; repeatable",
                 [](Scenario& s, const std::string& v) { s.without.insert(parsePeerName(v)); },
                 [](const Scenario& s) { return Values(s.without.begin(), s.without.end()); }},
     ScenarioKey{"fault", peersSection, KeyForm::list, "PEER=FAULT[:N]",
-                "PEER misbehaves; repeatable, and of several faults of one table below the last one counts",
+                "gives PEER a fault (--help lists them); repeatable; of several faults of one table, the "
+                "last applies",
                 [](Scenario& s, const std::string& v) { s.faults.push_back(parsePeerFault(v)); },
                 [](const Scenario& s) { return peerFaultTexts(s.faults); }},
-    ScenarioKey{"full-logs", peersSection, KeyForm::toggle, "",
-                "both shared-memory logs are filled to capacity",
+    ScenarioKey{"full-logs", peersSection, KeyForm::toggle, "", "fills both shared-memory logs to capacity",
                 [](Scenario& s, const std::string& v) { s.fullLogs = parseTruth(v); },
                 [](const Scenario& s) { return valueOf(s.fullLogs); }},
 };

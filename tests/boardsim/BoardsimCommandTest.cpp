@@ -89,7 +89,7 @@ TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
     } cases[] = {
         {{"--colour"}, "boardsim: unknown option: --colour\n"},
         {{"-x"}, "boardsim: unknown option: -x\n"},
-        {{"--without"}, "boardsim: a value is missing: --without\n"},
+        {{"--without"}, "boardsim: missing value: --without\n"},
         {{"--without", "nobody"},
          "boardsim: --without: unknown peer: 'nobody'\n"
          "boardsim: valid peers: system_log, netfp_master, netfp_proxy, netfp_server, resmgr_server, "
@@ -102,8 +102,8 @@ TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
          "boardsim: --fault: netfp_server has no fault 'sad'\n"
          "boardsim: valid faults: silent, slow:MS, dying, unended, short\n"},
         {{"--deployment", "moon"}, "boardsim: --deployment: unknown deployment: 'moon'\n"},
-        {{"--cma-error", "x"}, "boardsim: --cma-error: no number, or out of range: 'x'\n"},
-        {{"--tmp-size", "0"}, "boardsim: --tmp-size: no size of a disk: '0'\n"},
+        {{"--cma-error", "x"}, "boardsim: --cma-error: not a number, or out of range: 'x'\n"},
+        {{"--tmp-size", "0"}, "boardsim: --tmp-size: not a valid size: '0'\n"},
         {{"--config", "/no/file"}, "boardsim: cannot read /no/file: No such file or directory\n"},
         {{"--scenario", "/no/file"}, "boardsim: cannot read /no/file: No such file or directory\n"},
     };

@@ -83,7 +83,8 @@ TEST(BoardsimRefusalTest, NamesTheSettingThatLeavesUserNamespacesToRoot) {
         .out = "",
         .err =
             "bwrap: No permissions to create a new namespace\n"
-            "boardsim: no sandbox: user namespaces are root's alone (kernel.unprivileged_userns_clone = 0)\n"
+            "boardsim: no sandbox: only root may create user namespaces (kernel.unprivileged_userns_clone = "
+            "0)\n"
             "boardsim: as root: sysctl kernel.unprivileged_userns_clone=1; or run boardsim as root\n"};
 
     EXPECT_EQ(asPlainUser(withSetting("unprivileged_userns_clone", 0), bwrap.surroundings()), expected);
@@ -96,9 +97,9 @@ TEST(BoardsimRefusalTest, NamesTheProfileWhereAppArmorRestrictsUserNamespaces) {
         .out = "",
         .err =
             "bwrap: setting up uid map: Permission denied\n"
-            "boardsim: no sandbox: AppArmor gives user namespaces to programs with a profile alone\n"
-            "boardsim: as root: install docs/apparmor/boardsim (it says how), or allow them to all "
-            "programs:\n"
+            "boardsim: no sandbox: AppArmor lets only programs with a profile create user namespaces\n"
+            "boardsim: as root: install the profile docs/apparmor/boardsim (it says how), or allow "
+            "all programs:\n"
             "boardsim: sysctl kernel.apparmor_restrict_unprivileged_userns=0\n"};
 
     EXPECT_EQ(asPlainUser(withSetting("apparmor_restrict_unprivileged_userns", 1), bwrap.surroundings()),
@@ -110,22 +111,21 @@ TEST(BoardsimRefusalTest, NamesTheCapabilityThatRootLacks) {
 
     EXPECT_EQ(outcome.status, 3);
     EXPECT_TRUE(outcome.err.starts_with("bwrap: ")) << outcome.err;
-    EXPECT_EQ(
-        outcome.err.substr(outcome.err.find('\n') + 1),
-        "boardsim: no sandbox: this root lacks the capability CAP_SYS_ADMIN, as in most containers\n"
-        "boardsim: run boardsim outside of the container, or give it more (docker, podman: --privileged)\n");
+    EXPECT_EQ(outcome.err.substr(outcome.err.find('\n') + 1),
+              "boardsim: no sandbox: root lacks the capability CAP_SYS_ADMIN, as in most containers\n"
+              "boardsim: run boardsim outside the container, or give the container more privileges\n"
+              "boardsim: (docker, podman: --privileged)\n");
 }
 
 TEST(BoardsimRefusalTest, PointsToTheReasonOfBwrapWhereNoSettingExplainsIt) {
     const RefusingBwrap bwrap("Unknown option --perms");
-    const Outcome expected{
-        .status = 3,
-        .out = "",
-        .err =
-            "bwrap: Unknown option --perms\n"
-            "boardsim: no sandbox, for the reason that bwrap gives above\n"
-            "boardsim: it takes user namespaces, or root with its capabilities; where a container forbids\n"
-            "boardsim: both, run boardsim outside of it\n"};
+    const Outcome expected{.status = 3,
+                           .out = "",
+                           .err =
+                               "bwrap: Unknown option --perms\n"
+                               "boardsim: no sandbox: bwrap gives the reason above\n"
+                               "boardsim: the sandbox needs user namespaces, or root with its capabilities\n"
+                               "boardsim: if a container forbids both, run boardsim outside the container\n"};
 
     EXPECT_EQ(asPlainUser("mount -t tmpfs none /proc/sys/kernel", bwrap.surroundings()), expected);
 }

@@ -31,7 +31,7 @@ def boardsim_options() -> set[str]:
 
 
 def boardsim_peers() -> set[str]:
-    peers = help_of("boardsim").split("Peers, each a process under its own name:\n")[1].split("\n\n")[0]
+    peers = help_of("boardsim").split("Peers (each is a process with this name):\n")[1].split("\n\n")[0]
     return set(re.findall(r"^  (\w+)", peers, re.M))
 
 
