@@ -15,7 +15,6 @@
 #include "NetfpMasterPeer.hpp"
 #include "NetfpState.hpp"
 #include "NetlinkPeer.hpp"
-#include "PeerFaults.hpp"
 #include "SmLogPeer.hpp"
 #include "StateTree.hpp"
 #include "SystemLogPeer.hpp"

@@ -2,26 +2,10 @@
 
 #include <span>
 #include <string_view>
-#include <vector>
 
-#include "Fault.hpp"
+#include "FaultTopic.hpp"
 #include "Peer.hpp"
 #include "Scenario.hpp"
-
-/// One thing that processes do, and can do wrongly.
-struct FaultTopic {
-    std::string_view title;  ///< what the faults are faults of
-    std::vector<FaultKind> (*kinds)();
-};
-
-/// The faults of one thing that a process does. A process that does two tells their faults apart by what
-/// stands in front of the names.
-struct FaultGroup {
-    std::string_view prefix;
-    const FaultTopic* topic;
-
-    std::vector<FaultKind> kinds() const { return topic->kinds(); }
-};
 
 /// One process of the board.
 struct PeerEntry {

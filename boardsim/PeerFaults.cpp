@@ -1,22 +1,11 @@
 #include "PeerFaults.hpp"
 
-#include <algorithm>
 #include <charconv>
-#include <optional>
 
+#include "PeerCatalog.hpp"
 #include "UsageError.hpp"
 
 namespace {
-
-/// The kind in `group` that a scenario calls `name`, if there is one.
-std::optional<FaultKind> findKind(const FaultGroup& group, std::string_view name) {
-    if (!name.starts_with(group.prefix)) {
-        return std::nullopt;
-    }
-    const std::vector<FaultKind> kinds = group.kinds();
-    const auto row = std::ranges::find(kinds, name.substr(group.prefix.size()), &FaultKind::name);
-    return row == kinds.end() ? std::nullopt : std::optional(*row);
-}
 
 /// The names with commas in between, on a line of their own below a message.
 std::string listed(std::string_view title, const std::vector<std::string>& names) {
@@ -54,7 +43,7 @@ std::string listedFaults(const PeerEntry& peer) {
 
 FaultKind findKind(const PeerEntry& peer, std::string_view name) {
     for (const FaultGroup& group : peer.faults) {
-        if (const auto kind = findKind(group, name)) {
+        if (const auto kind = group.findKind(name)) {
             return *kind;
         }
     }
@@ -114,14 +103,4 @@ std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
         texts.push_back(peer + "=" + fault.said);
     }
     return texts;
-}
-
-Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup& group) {
-    Fault found;
-    for (const auto& [name, fault] : scenario.faults) {
-        if (name == peer && findKind(group, fault.kind)) {
-            found = {fault.kind.substr(group.prefix.size()), fault.number, fault.said};
-        }
-    }
-    return found;
 }

@@ -1,11 +1,8 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "Fault.hpp"
-#include "PeerCatalog.hpp"
 #include "Scenario.hpp"
 
 /// The name of a peer. If it is none, throws UsageError with the valid ones.
@@ -17,6 +14,3 @@ PeerFault parsePeerFault(const std::string& text);
 
 /// Each fault as parsePeerFault() takes it.
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults);
-
-/// The last of the scenario's faults of `peer` that belongs to `group`, without the group's prefix.
-Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup& group);

@@ -7,8 +7,8 @@
 
 #include "BoardPaths.hpp"
 #include "BoardTraffic.hpp"
+#include "FaultTopic.hpp"
 #include "PeerCatalog.hpp"
-#include "PeerFaults.hpp"
 #include "PrintableText.hpp"
 #include "ScenarioFile.hpp"
 

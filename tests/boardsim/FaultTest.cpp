@@ -5,6 +5,7 @@
 #include "DumpPeer.hpp"
 #include "MmiPeer.hpp"
 #include "NetfpMasterPeer.hpp"
+#include "PeerCatalog.hpp"
 #include "PeerFaults.hpp"
 #include "UsageError.hpp"
 
