@@ -5,12 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "DatagramSocket.hpp"
 #include "Fault.hpp"
 #include "Peer.hpp"
 #include "PeerLog.hpp"
 #include "QosStatistics.hpp"
 #include "RequestRecord.hpp"
+#include "ServerSocket.hpp"
 
 /// The MMI service of a dispatcher: takes a command as one UDP datagram and answers with text in several,
 /// then with the end marker in one of its own. It resets the instance's QoS statistics, too.

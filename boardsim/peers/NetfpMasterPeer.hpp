@@ -5,13 +5,13 @@
 #include <string_view>
 #include <vector>
 
-#include "DatagramSocket.hpp"
 #include "Fault.hpp"
 #include "InterfaceTable.hpp"
 #include "NetfpMaster.hpp"
 #include "Peer.hpp"
 #include "PeerLog.hpp"
 #include "RequestRecord.hpp"
+#include "ServerSocket.hpp"
 
 /// The NetFP master's request socket: answers each request datagram with one response, out of a table.
 /// Strict: a datagram of another size and a message type that it does not know get an error code.

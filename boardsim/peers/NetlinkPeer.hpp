@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "DatagramSocket.hpp"
 #include "Fault.hpp"
 #include "Peer.hpp"
 #include "PeerLog.hpp"
 #include "RequestRecord.hpp"
+#include "ServerSocket.hpp"
 
 /// A netlink port of the fast-path stack: answers requests of the types that it knows, each with a message
 /// type and a status.

@@ -4,10 +4,10 @@
 
 #include "BoardPaths.hpp"
 #include "BoundedFile.hpp"
-#include "DatagramSocket.hpp"
 #include "Peer.hpp"
 #include "PeerLog.hpp"
 #include "RequestRecord.hpp"
+#include "ServerSocket.hpp"
 
 /// The board's system log: takes records from /dev/log and keeps them in a file, one a line.
 class SystemLogPeer : public Peer {

@@ -14,8 +14,8 @@
 
 #include "Board.hpp"
 #include "DatagramClient.hpp"
-#include "DatagramSocket.hpp"
 #include "PeerFaults.hpp"
+#include "ServerSocket.hpp"
 #include "SmLog.hpp"
 #include "TextFile.hpp"
 

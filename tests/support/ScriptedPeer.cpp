@@ -4,9 +4,9 @@
 #include <mutex>
 #include <utility>
 
-#include "DatagramSocket.hpp"
 #include "Peer.hpp"
 #include "PeerThread.hpp"
+#include "ServerSocket.hpp"
 
 /// What both threads know.
 class ScriptedPeer::Script {

@@ -1,4 +1,4 @@
-#include "DatagramSocket.hpp"
+#include "ServerSocket.hpp"
 
 #include <array>
 #include <cstring>
