@@ -47,7 +47,7 @@ MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misb
       statistics(instanceName),
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
-      socket(DatagramSocket::atLocalPort(port)),
+      socket(ServerSocket::atLocalPort(port)),
       record(instanceName + "_dispatcher"),
       log(instanceName + "_dispatcher", fault) {
 }

@@ -57,7 +57,7 @@ private:
     QosStatistics statistics;
     Fault fault;
     Act act;
-    DatagramSocket socket;
+    ServerSocket socket;
     RequestRecord record;
     PeerLog log;
     Sent sent;

@@ -48,7 +48,7 @@ NetfpMasterPeer::NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fau
     : table(std::move(interfaces)),
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
-      socket(DatagramSocket::atPath(path)),
+      socket(ServerSocket::atPath(path)),
       log("netfp_master", fault) {
 }
 

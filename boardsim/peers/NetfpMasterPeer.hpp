@@ -57,7 +57,7 @@ private:
     std::shared_ptr<InterfaceTable> table;
     Fault fault;
     Act act;
-    DatagramSocket socket;
+    ServerSocket socket;
     int renames = 0;  // asked for so far
     RequestRecord record{"netfp_master"};
     PeerLog log;

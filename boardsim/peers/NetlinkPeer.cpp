@@ -85,7 +85,7 @@ NetlinkPeer::NetlinkPeer(std::string_view processName, std::uint32_t ownPortId, 
       services(std::move(offered)),
       fault(std::move(misbehaviour)),
       act(findAct<Act>(Acts::rows, fault)),
-      socket(DatagramSocket::atNetlinkPort(ownPortId)),
+      socket(ServerSocket::atNetlinkPort(ownPortId)),
       record(processName),
       log(processName, fault) {
 }

@@ -64,7 +64,7 @@ private:
     std::vector<Service> services;
     Fault fault;
     Act act;
-    DatagramSocket socket;
+    ServerSocket socket;
     RequestRecord record;
     PeerLog log;
 };

@@ -13,16 +13,14 @@
 #include "SocketAddress.hpp"
 #include "SystemCall.hpp"
 
-namespace {}  // namespace
-
-DatagramSocket::DatagramSocket(int family, int protocol, const sockaddr* address, socklen_t length,
-                               std::string path, const std::string& what)
+ServerSocket::ServerSocket(int family, int protocol, const sockaddr* address, socklen_t length,
+                           std::string path, const std::string& what)
     : socket(Base::checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol), "socket")),
       file(std::move(path)) {
     Base::checked(::bind(socket.get(), address, length), what);
 }
 
-DatagramSocket DatagramSocket::atPath(const std::string& path) {
+ServerSocket ServerSocket::atPath(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path.size() >= sizeof address.sun_path) {
@@ -30,14 +28,14 @@ DatagramSocket DatagramSocket::atPath(const std::string& path) {
     }
     std::memcpy(address.sun_path, path.data(), path.size());
     ::unlink(path.c_str());
-    DatagramSocket bound(AF_UNIX, 0, Base::genericAddress(address), sizeof address, path,
-                         "cannot bind " + path);
+    ServerSocket bound(AF_UNIX, 0, Base::genericAddress(address), sizeof address, path,
+                       "cannot bind " + path);
     constexpr mode_t everyone = 0666;
     Base::checked(::chmod(path.c_str(), everyone), "chmod " + path);
     return bound;
 }
 
-DatagramSocket DatagramSocket::atLocalPort(std::uint16_t port) {
+ServerSocket ServerSocket::atLocalPort(std::uint16_t port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
@@ -46,7 +44,7 @@ DatagramSocket DatagramSocket::atLocalPort(std::uint16_t port) {
             sizeof address, {}, "cannot bind UDP port " + std::to_string(port)};
 }
 
-DatagramSocket DatagramSocket::atNetlinkPort(std::uint32_t portId) {
+ServerSocket ServerSocket::atNetlinkPort(std::uint32_t portId) {
     sockaddr_nl address{};
     address.nl_family = AF_NETLINK;
     address.nl_pid = portId;
@@ -58,13 +56,13 @@ DatagramSocket DatagramSocket::atNetlinkPort(std::uint32_t portId) {
             "cannot bind netlink port id " + std::to_string(portId)};
 }
 
-DatagramSocket::~DatagramSocket() {
+ServerSocket::~ServerSocket() {
     if (socket.get() >= 0 && !file.empty()) {
         ::unlink(file.c_str());
     }
 }
 
-Datagram DatagramSocket::receive() const {
+Datagram ServerSocket::receive() const {
     std::array<char, 65536> buffer{};
     Sender sender;
     sender.length = sizeof sender.address;
@@ -77,17 +75,17 @@ Datagram DatagramSocket::receive() const {
     return {std::string(buffer.data(), static_cast<std::size_t>(count)), sender};
 }
 
-bool DatagramSocket::send(std::string_view bytes, const Sender& receiver) const {
+bool ServerSocket::send(std::string_view bytes, const Sender& receiver) const {
     return ::sendto(socket.get(), bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
                     Base::genericAddress(receiver.address), receiver.length) >= 0;
 }
 
-void DatagramSocket::connect(const Sender& receiver) const {
+void ServerSocket::connect(const Sender& receiver) const {
     Base::checked(::connect(socket.get(), Base::genericAddress(receiver.address), receiver.length),
                   "connect");
 }
 
-void DatagramSocket::disconnect() const {
+void ServerSocket::disconnect() const {
     sockaddr nobody{};
     nobody.sa_family = AF_UNSPEC;
     Base::checked(::connect(socket.get(), &nobody, sizeof nobody), "disconnect");

@@ -21,23 +21,23 @@ struct Datagram {
 
 /// A server's bound datagram socket. Owns its descriptor and, where it has one, its socket file; both are
 /// gone when the object is.
-class DatagramSocket {
+class ServerSocket {
 public:
     /// Bound to the UNIX socket file `path`, in place of a file that an earlier run left behind and open
     /// to every user. Throws std::system_error.
-    static DatagramSocket atPath(const std::string& path);
+    static ServerSocket atPath(const std::string& path);
 
     /// Bound to a UDP port of 127.0.0.1. Throws std::system_error.
-    static DatagramSocket atLocalPort(std::uint16_t port);
+    static ServerSocket atLocalPort(std::uint16_t port);
 
     /// Bound to a netlink port id of the user-socket protocol. Throws std::system_error.
-    static DatagramSocket atNetlinkPort(std::uint32_t portId);
+    static ServerSocket atNetlinkPort(std::uint32_t portId);
 
-    DatagramSocket(const DatagramSocket&) = delete;
-    DatagramSocket& operator=(const DatagramSocket&) = delete;
-    DatagramSocket(DatagramSocket&&) = default;
-    DatagramSocket& operator=(DatagramSocket&&) = delete;
-    ~DatagramSocket();
+    ServerSocket(const ServerSocket&) = delete;
+    ServerSocket& operator=(const ServerSocket&) = delete;
+    ServerSocket(ServerSocket&&) = default;
+    ServerSocket& operator=(ServerSocket&&) = delete;
+    ~ServerSocket();
 
     int descriptor() const { return socket.get(); }
 
@@ -52,8 +52,8 @@ public:
     void disconnect() const;
 
 private:
-    DatagramSocket(int family, int protocol, const sockaddr* address, socklen_t length, std::string path,
-                   const std::string& what);
+    ServerSocket(int family, int protocol, const sockaddr* address, socklen_t length, std::string path,
+                 const std::string& what);
 
     Base::UniqueFd socket;
     std::string file;  // empty where the address is no path

@@ -20,7 +20,7 @@ std::string asLine(std::string text) {
 }  // namespace
 
 SystemLogPeer::SystemLogPeer(const std::string& path, const std::string& recordsPath)
-    : file(recordsPath, systemLogLimit), socket(DatagramSocket::atPath(path)) {
+    : file(recordsPath, systemLogLimit), socket(ServerSocket::atPath(path)) {
 }
 
 void SystemLogPeer::serve() {

@@ -20,7 +20,7 @@ public:
 
 private:
     BoundedFile file;
-    DatagramSocket socket;
+    ServerSocket socket;
     RequestRecord record{"system_log"};
     PeerLog log{"system_log"};
 };

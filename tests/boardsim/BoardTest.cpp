@@ -218,7 +218,7 @@ TEST(BoardTest, ForgetsWhatPeersOfAnEarlierBoardReceived) {
 }
 
 TEST(BoardTest, NamesAPeerThatDoesNotStart) {
-    const auto occupied = DatagramSocket::atLocalPort(8777);
+    const auto occupied = ServerSocket::atLocalPort(8777);
 
     try {
         const Board board({});

@@ -39,7 +39,7 @@ private:
 
 class ScriptedPeer::Service : public Peer {
 public:
-    Service(std::shared_ptr<Script> told, DatagramSocket bound)
+    Service(std::shared_ptr<Script> told, ServerSocket bound)
         : script(std::move(told)), socket(std::move(bound)) {}
 
     int descriptor() const override { return socket.descriptor(); }
@@ -52,10 +52,10 @@ public:
 
 private:
     std::shared_ptr<Script> script;
-    DatagramSocket socket;
+    ServerSocket socket;
 };
 
-ScriptedPeer::ScriptedPeer(DatagramSocket socket)
+ScriptedPeer::ScriptedPeer(ServerSocket socket)
     : script(std::make_shared<Script>()),
       thread(std::make_unique<PeerThread>(std::make_unique<Service>(script, std::move(socket)))) {
 }
@@ -63,15 +63,15 @@ ScriptedPeer::ScriptedPeer(DatagramSocket socket)
 ScriptedPeer::~ScriptedPeer() = default;
 
 ScriptedPeer ScriptedPeer::atPath(const std::string& path) {
-    return ScriptedPeer(DatagramSocket::atPath(path));
+    return ScriptedPeer(ServerSocket::atPath(path));
 }
 
 ScriptedPeer ScriptedPeer::atLocalPort(std::uint16_t port) {
-    return ScriptedPeer(DatagramSocket::atLocalPort(port));
+    return ScriptedPeer(ServerSocket::atLocalPort(port));
 }
 
 ScriptedPeer ScriptedPeer::atNetlinkPort(std::uint32_t portId) {
-    return ScriptedPeer(DatagramSocket::atNetlinkPort(portId));
+    return ScriptedPeer(ServerSocket::atNetlinkPort(portId));
 }
 
 void ScriptedPeer::answers(Answer answer) {

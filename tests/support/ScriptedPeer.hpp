@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-class DatagramSocket;
+class ServerSocket;
 class PeerThread;
 
 /// A server that answers each datagram as it was told beforehand, on a thread of its own, and keeps what
@@ -45,7 +45,7 @@ private:
     class Script;
     class Service;
 
-    explicit ScriptedPeer(DatagramSocket socket);
+    explicit ScriptedPeer(ServerSocket socket);
 
     std::shared_ptr<Script> script;  // shared with the peer's thread
     std::unique_ptr<PeerThread> thread;
