@@ -61,7 +61,7 @@ FILES:${PN} = "\
     ${datadir}/zsh/site-functions/_korvel \
 "
 FILES:${PN}-doc = "\
-    ${docdir}/korvel/examples/platform.conf \
+    ${docdir}/korvel \
     ${mandir}/man1/boardsim.1 \
     ${mandir}/man1/korvel.1 \
     ${mandir}/man5/fpdispatcher.conf.5 \
