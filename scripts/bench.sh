@@ -2,15 +2,18 @@
 # Measures what Korvel costs on simulated boards whose logs are full: commands as ratios within one run, jobs
 # that last while they have nothing to do. Prints a table of figures; fails where a limit is exceeded.
 #   scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement
+#   scripts/bench.sh --footprint          prints the tables of docs/footprint.md: sizes, memory by job
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 verbose=()
+footprint=no
 case "$*" in
     '') ;;
     -v | --verbose) verbose=(--verbose) ;;
+    --footprint) footprint=yes ;;
     *)
-        sed -n '4s/^# *//p' "$0" >&2
+        sed -n '4,5s/^# *//p' "$0" >&2
         exit 2
         ;;
 esac
@@ -29,9 +32,30 @@ prepare() {
 status=0
 measure() { build-release/boardsim --full-logs "$@" || status=1; }
 
+# A table of the programs and libraries, in KiB.
+print_sizes() {
+    local file text stripped
+    stripped=$(mktemp)
+    echo '| File | Text (KiB) | Stripped file (KiB) |'
+    echo '|---|---:|---:|'
+    for file in korvel boardsim libexec/korvel/board/devmem lib*/{,*/}korvel/{libnetfpsmlog,libWENVASK}.so; do
+        text=$(size "$file" | awk 'NR == 2 { print $1 }')
+        strip -o "$stripped" "$file"
+        echo "| \`${file##*/}\` | $((text / 1024)) | $(($(stat -c %s "$stripped") / 1024)) |"
+    done
+    rm "$stripped"
+}
+
 prepare scripts/setup.sh build board test bench
 CMAKE_GENERATOR=Ninja prepare cmake --preset release -DKORVEL_BENCH=ON
-prepare cmake --build --preset release --target korvel boardsim korvel_bench korvel_idle_bench
+prepare cmake --build --preset release --target korvel boardsim korvel_bench korvel_idle_bench korvel_footprint_bench
+
+if [ "$footprint" = yes ]; then
+    (cd build-release && shopt -s nullglob && print_sizes)
+    echo
+    measure -- build-release/tests/korvel_footprint_bench
+    exit "$status"
+fi
 
 measure -- build-release/tests/korvel_bench --benchmark_enable_random_interleaving=true "${verbose[@]}"
 # Nobody is left who writes to the logs.

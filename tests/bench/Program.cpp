@@ -5,7 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-pid_t startProgram(std::vector<std::string> words) {
+pid_t startProgram(std::vector<std::string> words, const std::function<void()>& prepare) {
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
@@ -15,21 +15,26 @@ pid_t startProgram(std::vector<std::string> words) {
     const pid_t child = fork();
     if (child == 0) {
         dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+        prepare();
         execvp(arguments.front(), arguments.data());
         _exit(127);
     }
     return child;
 }
 
-long memoryKiB(pid_t process) {
+long statusKiB(pid_t process, const std::set<std::string>& fields) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     long sum = 0;
     for (std::string word; status >> word;) {
-        if (word == "RssAnon:" || word == "RssFile:") {
+        if (fields.contains(word)) {
             long amount = 0;
             status >> amount;
             sum += amount;
         }
     }
     return sum;
+}
+
+long memoryKiB(pid_t process) {
+    return statusKiB(process, {"RssAnon:", "RssFile:"});
 }

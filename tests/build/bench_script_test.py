@@ -9,6 +9,7 @@ from pathlib import Path
 
 from configuring import SOURCE
 
+LIBRARIES = ("libnetfpsmlog.so", "libWENVASK.so")
 FIGURES = "a figure   kept\n" * 3  # one run for commands, two for jobs that last
 
 
@@ -24,7 +25,7 @@ class BenchScript(unittest.TestCase):
 
     def put(self, name: str, script: str) -> None:
         path = self.folder / name
-        path.parent.mkdir(exist_ok=True)
+        path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(f"#!/bin/sh\n{script}\n")
         path.chmod(0o755)
 
@@ -51,8 +52,20 @@ class BenchScript(unittest.TestCase):
         self.put("build-release/boardsim", 'echo "a figure   EXCEEDED"; exit 1')
         self.assertEqual(self.bench(), (1, FIGURES.replace("kept", "EXCEEDED"), ""))
 
+    def test_is_tables_where_they_are_asked_for(self) -> None:
+        for file in ("korvel", "libexec/korvel/board/devmem", *(f"lib/korvel/{name}" for name in LIBRARIES)):
+            self.put(f"build-release/{file}", "")
+        self.put("bin/size", "echo text data; echo 5120 7")
+        self.put("bin/strip", 'head -c 7168 /dev/zero > "$2"')
+        sizes = "| File | Text (KiB) | Stripped file (KiB) |\n|---|---:|---:|\n"
+        sizes += "".join(f"| `{file}` | 5 | 7 |\n" for file in ("korvel", "boardsim", "devmem", *LIBRARIES))
+        self.assertEqual(self.bench("--footprint"), (0, f"{sizes}\na figure   kept\n", ""))
+
     def test_is_the_usage_after_an_unknown_option(self) -> None:
-        usage = "scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement\n"
+        usage = (
+            "scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement\n"
+            "scripts/bench.sh --footprint          prints the tables of docs/footprint.md: sizes, memory by job\n"
+        )
         self.assertEqual(self.bench("--quiet"), (2, "", usage))
 
 
