@@ -52,7 +52,7 @@ class PlatformDependency(unittest.TestCase):
         return [*control_of_the_packages(), control_of_a_board(), *others]
 
     def lay_out(self, available: list[str], installed: list[str]) -> None:
-        for folder in ("etc/apt/preferences.d", "var/lib/apt/lists/partial", "var/cache/apt/archives/partial", "repository"):
+        for folder in ("etc/apt", "var/lib/apt/lists/partial", "var/cache/apt/archives/partial", "repository"):
             (self.root / folder).mkdir(parents=True)
         status = [self.index[name] + "Status: install ok installed\n" for name in installed]
         (self.root / "status").write_text("\n".join(status))
