@@ -1,9 +1,11 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <span>
 #include <stdexcept>
+#include <thread>
 #include <vector>
 
 #include "Fault.hpp"
@@ -38,4 +40,9 @@ std::vector<FaultKind> kindsOf(std::span<const FaultAct<Act>> table) {
         kinds.push_back(row.kind);
     }
     return kinds;
+}
+
+/// Waits for the milliseconds of the fault "slow".
+inline void delayAnswer(const Fault& fault) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
 }

@@ -107,7 +107,7 @@ void MmiPeer::replySlowly(const Texts& texts, const Sender& sender) {
     Texts datagrams = texts;
     datagrams.emplace_back(mmiEndOfMessage);
     for (const std::string& datagram : datagrams) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
+        delayAnswer(fault);
         send(datagram, sender);
     }
 }

@@ -1,10 +1,8 @@
 #include "NetfpMasterPeer.hpp"
 
 #include <array>
-#include <chrono>
 #include <cstring>
 #include <string_view>
-#include <thread>
 
 #include "FaultActs.hpp"
 #include "MessageText.hpp"
@@ -135,7 +133,7 @@ void NetfpMasterPeer::sendNothing(const NetfpMaster_Response& /*response*/, cons
 }
 
 void NetfpMasterPeer::sendLate(const NetfpMaster_Response& response, const Sender& sender) const {
-    std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
+    delayAnswer(fault);
     sendRight(response, sender);
 }
 

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstring>
 #include <limits>
-#include <thread>
 
 #include <linux/netlink.h>
 
@@ -148,7 +146,7 @@ void NetlinkPeer::sendNothing(const Response& /*response*/, const Sender& /*send
 }
 
 void NetlinkPeer::sendLate(const Response& response, const Sender& sender) const {
-    std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
+    delayAnswer(fault);
     sendRight(response, sender);
 }
 

@@ -74,26 +74,6 @@ class PicturesTest(unittest.TestCase):
                 lines = {line for label in labels for line in label.split(r"\n")}
                 self.assertEqual({line for line in lines if f">{line}<" not in drawn.replace("\xa0", " ")}, set())
 
-    def test_show_every_room(self) -> None:
-        rooms = {folder.parent.name for folder in SOURCE.glob("src/*/CMakeLists.txt")}
-        drawn = text_of("docs/pictures/rooms.dot")
-        self.assertEqual({room for room in rooms if f"{room} [label=" not in drawn}, set())
-
-    def test_show_what_the_rooms_link(self) -> None:
-        drawn = set(re.findall(r"^    (\w+) -> (\w+)$", text_of("docs/pictures/rooms.dot"), re.M))
-        self.assertEqual({arrow for arrow in drawn if arrow[0] != "main"}, self.links_of_the_rooms())
-
-    @staticmethod
-    def links_of_the_rooms() -> set[tuple[str, str]]:
-        """All but those of main, which links every room. The board's libraries come with the include folder."""
-        names = {"platform_include": "include", "smlog": "include", "vask": "include"}
-        links: set[tuple[str, str]] = set()
-        for folder in SOURCE.glob("src/*/CMakeLists.txt"):
-            for libraries in re.findall(r"LINKS ([^)]+)\)", folder.read_text(encoding="utf-8")):
-                linked = re.findall(r"korvel::(\w+)", libraries)
-                links |= {(folder.parent.name, names.get(library, library)) for library in linked}
-        return links
-
 
 class ReleaseTest(unittest.TestCase):
     def test_has_one_number_everywhere(self) -> None:

@@ -7,7 +7,7 @@ import manual
 
 
 def keys_in_code() -> set[str]:
-    code = (manual.SOURCE / "src" / "common" / "Config.cpp").read_text()
+    code = (manual.SOURCE / "src" / "common" / "config" / "Config.cpp").read_text()
     looked_up = re.findall(r'find\("(\w+)"\)', code)
     in_table = re.findall(r'"(\w+CfgPath)"', code)
     return {*looked_up, *in_table}
