@@ -14,6 +14,8 @@
 #include "SystemCall.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
+
 Board::Board(const Scenario& scenario) {
     layBoardFiles(scenario);
     PhysicalMemory::lay();
@@ -61,3 +63,5 @@ std::vector<std::string> Board::received(std::string_view peer) {
     const std::string file = BoardPaths::receivedFile(peer);
     return std::filesystem::exists(file) ? linesOf(readTextFile(file)) : std::vector<std::string>{};
 }
+
+}  // namespace Boardsim

@@ -9,6 +9,8 @@
 
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 /// A running board: its files and its peer processes, inside the current sandbox. One at a time.
 class Board {
 public:
@@ -35,3 +37,5 @@ private:
 
     std::map<std::string, pid_t, std::less<>> processes;
 };
+
+}  // namespace Boardsim

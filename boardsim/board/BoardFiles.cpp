@@ -10,6 +10,7 @@
 #include "ScenarioFile.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 struct BoardFile {
@@ -69,3 +70,5 @@ void layBoardFiles(const Scenario& scenario) {
         }
     }
 }
+
+}  // namespace Boardsim

@@ -14,6 +14,7 @@
 #include "ScenarioFile.hpp"
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// Under this number a peer finds the pipe in which it says that it is ready.
@@ -69,3 +70,5 @@ int runPeerProcess(const PeerEntry& peer) {
     }
     return EXIT_FAILURE;
 }
+
+}  // namespace Boardsim

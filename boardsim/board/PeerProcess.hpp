@@ -8,6 +8,8 @@
 #include "PeerCatalog.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// A peer's process that has been started and may not be ready yet.
 struct PeerStart {
     std::string name;
@@ -24,3 +26,5 @@ void waitUntilReady(const PeerStart& start);
 
 /// The life of such a process, in it; returns its exit status.
 int runPeerProcess(const PeerEntry& peer);
+
+}  // namespace Boardsim

@@ -8,7 +8,7 @@
 
 #include "Vask.h"
 
-namespace PhysicalMemory {
+namespace Boardsim::PhysicalMemory {
 namespace {
 
 void put(std::uint32_t physical, const void* bytes, std::size_t size) {
@@ -43,4 +43,4 @@ void lay() {
     put(buffer + frameOffset, bytes.data(), bytes.size());
 }
 
-}  // namespace PhysicalMemory
+}  // namespace Boardsim::PhysicalMemory

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 /// What lies in the board's memory for people to look at.
-namespace PhysicalMemory {
+namespace Boardsim::PhysicalMemory {
 
 /// Physical addresses of a host packet descriptor (CPPI) and of its buffer, which holds a frame behind some
 /// room that is left free.
@@ -17,4 +17,4 @@ constexpr std::uint32_t frameLength = 60;    ///< bytes
 /// Puts both there. Throws std::runtime_error where the memory cannot be had.
 void lay();
 
-}  // namespace PhysicalMemory
+}  // namespace Boardsim::PhysicalMemory

@@ -22,6 +22,7 @@
 #include "SignalDescriptor.hpp"
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 using Clock = std::chrono::steady_clock;
@@ -129,3 +130,5 @@ int supervise(int lineDescriptor, const std::vector<std::string>& command) {
     const auto process = startCommand(command, status);
     return process ? accompanyCommand(*process, childSignals, line) : status;
 }
+
+}  // namespace Boardsim

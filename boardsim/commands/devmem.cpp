@@ -61,7 +61,7 @@ void record(const std::vector<std::string>& words) {
     for (std::size_t i = 1; i < words.size(); ++i) {
         line += " " + words[i];
     }
-    RequestRecord("devmem").addLine(line);
+    Boardsim::RequestRecord("devmem").addLine(line);
 }
 
 /// The lowest bits of the register, as the board's byte order has them.

@@ -17,6 +17,7 @@
 #include "Supervisor.hpp"
 #include "UsageError.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr int usageStatus = 2;
@@ -69,13 +70,14 @@ int fail(std::string_view message, int status) {
 }
 
 }  // namespace
+}  // namespace Boardsim
 
 int main(int argc, char** argv) {
     try {
-        return runAs(std::filesystem::path(argv[0]).filename(), argc, argv);
-    } catch (const UsageError& error) {
-        return fail(error.what(), usageStatus);
+        return Boardsim::runAs(std::filesystem::path(argv[0]).filename(), argc, argv);
+    } catch (const Boardsim::UsageError& error) {
+        return Boardsim::fail(error.what(), Boardsim::usageStatus);
     } catch (const std::exception& error) {
-        return fail(error.what(), noBoardStatus);
+        return Boardsim::fail(error.what(), Boardsim::noBoardStatus);
     }
 }

@@ -5,7 +5,7 @@
 
 /// The simulated board's own files, beside those that HostBoard names. Tools of the board do not know
 /// them; people and tests do.
-namespace BoardPaths {
+namespace Boardsim::BoardPaths {
 
 constexpr const char* scenario = "/run/boardsim/scenario.toml";
 /// Copy of the file given with --config, before it is installed.
@@ -36,4 +36,4 @@ inline std::string peerProgram(std::string_view peer) {
     return std::string(peersDir) + "/" + std::string(peer);
 }
 
-}  // namespace BoardPaths
+}  // namespace Boardsim::BoardPaths

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+namespace Boardsim {
+
 /// A way to misbehave that a peer knows, as people name it: "silent", or "slow:200" with a number.
 struct FaultKind {
     std::string_view name;
@@ -28,3 +30,5 @@ struct Fault {
 
 /// Longest delay that a fault may ask for, in milliseconds.
 constexpr int longestDelayMs = 600'000;
+
+}  // namespace Boardsim

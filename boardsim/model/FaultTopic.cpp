@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace Boardsim {
+
 std::optional<FaultKind> FaultGroup::findKind(std::string_view name) const {
     if (!name.starts_with(prefix)) {
         return std::nullopt;
@@ -20,3 +22,5 @@ Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup
     }
     return found;
 }
+
+}  // namespace Boardsim

@@ -7,6 +7,8 @@
 #include "Fault.hpp"
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 /// One thing that processes do, and can do wrongly.
 struct FaultTopic {
     std::string_view title;  ///< what the faults are faults of
@@ -27,3 +29,5 @@ struct FaultGroup {
 
 /// The last of the scenario's faults of `peer` that belongs to `group`, without the group's prefix.
 Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup& group);
+
+}  // namespace Boardsim

@@ -1,5 +1,7 @@
 #include "ProgramTree.hpp"
 
+namespace Boardsim {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -54,3 +56,5 @@ std::string ProgramTree::commandOnBoard(const std::string& command) const {
     const bool inTree = !missing && !below.empty() && *below.begin() != "..";
     return inTree ? (board / below).string() : command;
 }
+
+}  // namespace Boardsim

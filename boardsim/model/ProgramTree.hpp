@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace Boardsim {
+
 /// The folder tree that this program belongs to - a build folder, or the prefix of an installation - and its
 /// place on the simulated board. An installation whose libraries or commands are not below its prefix has a
 /// tree that starts further up, in the end at the root of the file system.
@@ -51,3 +53,5 @@ private:
     std::filesystem::path programs;  // below the tree
     std::filesystem::path name;
 };
+
+}  // namespace Boardsim

@@ -7,6 +7,8 @@
 
 #include "Fault.hpp"
 
+namespace Boardsim {
+
 /// What kind of node a board is; it decides which dispatchers run.
 enum class Deployment : std::uint8_t {
     iwf,         ///< the IWF dispatcher alone
@@ -35,3 +37,5 @@ struct Scenario {
     bool fullLogs = false;                            ///< both shared-memory logs filled to capacity
     bool bare = false;                                ///< no peers and no files of the board's own
 };
+
+}  // namespace Boardsim

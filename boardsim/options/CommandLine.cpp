@@ -10,6 +10,7 @@
 #include "ScenarioKeys.hpp"
 #include "UsageError.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// What getopt_long() returns for the options that are not keys of a scenario. A key's value is firstKey plus
@@ -70,3 +71,5 @@ Request parseCommandLine(int argc, char** argv) {
     request.command.assign(argv + optind, argv + argc);
     return request;
 }
+
+}  // namespace Boardsim

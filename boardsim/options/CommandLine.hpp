@@ -5,6 +5,8 @@
 
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 /// What the program was asked to do.
 struct Request {
     std::string (*help)() = nullptr;  ///< the help text to print; null: none, a board is to run
@@ -14,3 +16,5 @@ struct Request {
 
 /// Understands the program's command line; reads a scenario file that it names. Throws UsageError.
 Request parseCommandLine(int argc, char** argv);
+
+}  // namespace Boardsim

@@ -10,6 +10,7 @@
 #include "Scenario.hpp"
 #include "ScenarioKeys.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::string_view usage =
@@ -166,3 +167,5 @@ std::string helpText() {
 std::string shortHelpText() {
     return std::string(usage) + options() + std::string(shortConclusion);
 }
+
+}  // namespace Boardsim

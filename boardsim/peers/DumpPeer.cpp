@@ -13,6 +13,7 @@
 #include "SignalDescriptor.hpp"
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr int usualPauseMs = 5;
@@ -114,3 +115,5 @@ void DumpPeer::writeShort() const {
     const Pieces pieces = wholeDump();
     writePieces({pieces.front(), pieces.back()}, usualPauseMs);
 }
+
+}  // namespace Boardsim

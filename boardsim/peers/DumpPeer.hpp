@@ -10,6 +10,8 @@
 #include "RequestRecord.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// The dump that a NetFP process writes when it gets SIGUSR1: DIRECTORY/NAME.log, in several pieces with
 /// a pause between them, from the line "<NAME_dump>" to the line "</NAME_dump>".
 class DumpPeer : public Peer {
@@ -49,3 +51,5 @@ private:
     RequestRecord record;
     PeerLog log;
 };
+
+}  // namespace Boardsim

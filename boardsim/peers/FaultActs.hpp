@@ -10,6 +10,8 @@
 
 #include "Fault.hpp"
 
+namespace Boardsim {
+
 /// Bytes of an answer with the fault "oversized"; more than any answer has.
 inline constexpr std::size_t oversizedAnswer = 400;
 
@@ -46,3 +48,5 @@ std::vector<FaultKind> kindsOf(std::span<const FaultAct<Act>> table) {
 inline void delayAnswer(const Fault& fault) {
     std::this_thread::sleep_for(std::chrono::milliseconds(fault.number));
 }
+
+}  // namespace Boardsim

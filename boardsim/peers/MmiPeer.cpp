@@ -7,6 +7,7 @@
 #include "FaultActs.hpp"
 #include "MmiReply.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// One byte more than a datagram of the MMI service has at most.
@@ -156,3 +157,5 @@ void MmiPeer::replyStaleFirst(const Texts& texts, const Sender& sender) {
     send("left over from an earlier command\n", sender);
     replyRight(texts, sender);
 }
+
+}  // namespace Boardsim

@@ -12,6 +12,8 @@
 #include "RequestRecord.hpp"
 #include "ServerSocket.hpp"
 
+namespace Boardsim {
+
 /// The MMI service of a dispatcher: takes a command as one UDP datagram and answers with text in several,
 /// then with the end marker in one of its own. It resets the instance's QoS statistics, too.
 class MmiPeer : public Peer {
@@ -62,3 +64,5 @@ private:
     PeerLog log;
     Sent sent;
 };
+
+}  // namespace Boardsim

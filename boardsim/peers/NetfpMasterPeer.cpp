@@ -7,6 +7,7 @@
 #include "FaultActs.hpp"
 #include "MessageText.hpp"
 
+namespace Boardsim {
 namespace {
 
 // Faults of the work itself rather than of the answer.
@@ -164,3 +165,5 @@ void NetfpMasterPeer::die(const NetfpMaster_Response& /*response*/, const Sender
     log.note("it dies");
     throw PeerDeath();
 }
+
+}  // namespace Boardsim

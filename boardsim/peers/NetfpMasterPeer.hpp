@@ -13,6 +13,8 @@
 #include "RequestRecord.hpp"
 #include "ServerSocket.hpp"
 
+namespace Boardsim {
+
 /// The NetFP master's request socket: answers each request datagram with one response, out of a table.
 /// Strict: a datagram of another size and a message type that it does not know get an error code.
 class NetfpMasterPeer : public Peer {
@@ -62,3 +64,5 @@ private:
     RequestRecord record{"netfp_master"};
     PeerLog log;
 };
+
+}  // namespace Boardsim

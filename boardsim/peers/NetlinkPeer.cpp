@@ -9,6 +9,7 @@
 
 #include "FaultActs.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::uint16_t everyMessageType = 1;  // what a message is stands in its payload
@@ -195,3 +196,5 @@ void NetlinkPeer::die(const Response& /*response*/, const Sender& /*sender*/) co
     log.note("it dies");
     throw PeerDeath();
 }
+
+}  // namespace Boardsim

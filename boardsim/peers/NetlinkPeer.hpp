@@ -12,6 +12,8 @@
 #include "RequestRecord.hpp"
 #include "ServerSocket.hpp"
 
+namespace Boardsim {
+
 /// A netlink port of the fast-path stack: answers requests of the types that it knows, each with a message
 /// type and a status.
 /// Strict: a datagram of another size, an unknown message type, and a header that does not fit the datagram
@@ -68,3 +70,5 @@ private:
     RequestRecord record;
     PeerLog log;
 };
+
+}  // namespace Boardsim

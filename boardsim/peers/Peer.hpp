@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+namespace Boardsim {
+
 /// One service of the simulated board: something to wait for, and what to do when it has come.
 class Peer {
 public:
@@ -29,3 +31,5 @@ class PeerDeath : public std::exception {
 public:
     const char* what() const noexcept override { return "the peer dies, as its fault says"; }
 };
+
+}  // namespace Boardsim

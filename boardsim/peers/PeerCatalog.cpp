@@ -19,6 +19,7 @@
 #include "StateTree.hpp"
 #include "SystemLogPeer.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr FaultTopic requestTopic{"answers to requests on /tmp/NetfpMaster", NetfpMasterPeer::faultKinds};
@@ -160,3 +161,5 @@ const PeerEntry* findPeer(std::string_view name) {
     const auto* row = std::ranges::find(catalog, name, &PeerEntry::name);
     return row == catalog.end() ? nullptr : &*row;
 }
+
+}  // namespace Boardsim

@@ -7,6 +7,8 @@
 #include "Peer.hpp"
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 /// One process of the board.
 struct PeerEntry {
     std::string_view name;  ///< of the process, bare
@@ -21,3 +23,5 @@ std::span<const PeerEntry> peerCatalog();
 
 /// The process of exactly this name, or null.
 const PeerEntry* findPeer(std::string_view name);
+
+}  // namespace Boardsim

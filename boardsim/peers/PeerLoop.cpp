@@ -4,6 +4,8 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
+
 void servePeers(const Peers& peers, int stop) {
     std::vector<pollfd> waits{{.fd = stop, .events = POLLIN, .revents = 0}};
     for (const auto& peer : peers) {
@@ -18,3 +20,5 @@ void servePeers(const Peers& peers, int stop) {
         }
     }
 }
+
+}  // namespace Boardsim

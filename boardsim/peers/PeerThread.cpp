@@ -5,6 +5,8 @@
 #include "PeerLoop.hpp"
 #include "SystemCall.hpp"
 
+namespace Boardsim {
+
 PeerThread::PeerThread(std::unique_ptr<Peer> peer)
     : stop(Base::checked(::eventfd(0, EFD_CLOEXEC), "eventfd")) {
     peers.push_back(std::move(peer));
@@ -23,3 +25,5 @@ void PeerThread::serve() {
         peers.clear();
     }
 }
+
+}  // namespace Boardsim

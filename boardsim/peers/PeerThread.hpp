@@ -6,6 +6,8 @@
 #include "Peer.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// Serves one peer on a thread of the calling process, from the constructor to the destructor.
 /// A peer that dies is destroyed there and then, so that its socket is gone as with a process.
 class PeerThread {
@@ -24,3 +26,5 @@ private:
     Base::UniqueFd stop;
     std::thread thread;
 };
+
+}  // namespace Boardsim

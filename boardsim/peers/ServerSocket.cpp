@@ -13,6 +13,8 @@
 #include "SocketAddress.hpp"
 #include "SystemCall.hpp"
 
+namespace Boardsim {
+
 ServerSocket::ServerSocket(int family, int protocol, const sockaddr* address, socklen_t length,
                            std::string path, const std::string& what)
     : socket(Base::checked(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol), "socket")),
@@ -90,3 +92,5 @@ void ServerSocket::disconnect() const {
     nobody.sa_family = AF_UNSPEC;
     Base::checked(::connect(socket.get(), &nobody, sizeof nobody), "disconnect");
 }
+
+}  // namespace Boardsim

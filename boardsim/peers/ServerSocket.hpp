@@ -8,6 +8,8 @@
 
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// Where a datagram came from and an answer goes to.
 struct Sender {
     sockaddr_storage address{};
@@ -58,3 +60,5 @@ private:
     Base::UniqueFd socket;
     std::string file;  // empty where the address is no path
 };
+
+}  // namespace Boardsim

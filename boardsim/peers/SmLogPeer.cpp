@@ -7,6 +7,7 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr AppID application = 3;
@@ -44,3 +45,5 @@ void fillSmLog(const char* logName) {
         log->write(level, "filler", "entry %7d %0*d", written / entryLength, entryLength, 0);
     }
 }
+
+}  // namespace Boardsim

@@ -6,6 +6,8 @@
 #include "SmLog.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// A process that writes to a shared-memory log: one entry when it starts, one every second from then on.
 /// Stays idle where the log cannot be had.
 class SmLogPeer : public Peer {
@@ -28,3 +30,5 @@ private:
 
 /// Writes to the log `logName` until it holds as much as it can.
 void fillSmLog(const char* logName);
+
+}  // namespace Boardsim

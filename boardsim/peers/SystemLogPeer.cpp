@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+namespace Boardsim {
 namespace {
 
 constexpr std::uint64_t systemLogLimit = 4U << 20;
@@ -30,3 +31,5 @@ void SystemLogPeer::serve() {
     log.received(line, message.bytes.size());
     file.addLine(line);
 }
+
+}  // namespace Boardsim

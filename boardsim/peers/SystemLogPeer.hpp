@@ -9,6 +9,8 @@
 #include "RequestRecord.hpp"
 #include "ServerSocket.hpp"
 
+namespace Boardsim {
+
 /// The board's system log: takes records from /dev/log and keeps them in a file, one a line.
 class SystemLogPeer : public Peer {
 public:
@@ -24,3 +26,5 @@ private:
     RequestRecord record{"system_log"};
     PeerLog log{"system_log"};
 };
+
+}  // namespace Boardsim

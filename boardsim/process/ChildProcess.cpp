@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+namespace Boardsim {
 namespace {
 
 void check(int error, const std::string& what) {
@@ -49,3 +50,5 @@ pid_t ChildProcess::start(const std::string& program, std::vector<std::string> a
     check(::posix_spawnp(&child, program.c_str(), &actions, &attributes, pointers.data(), environ), program);
     return child;
 }
+
+}  // namespace Boardsim

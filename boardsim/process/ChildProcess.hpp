@@ -6,6 +6,8 @@
 #include <spawn.h>
 #include <sys/types.h>
 
+namespace Boardsim {
+
 /// What a child process is to begin with, and its beginning. Apart from what is said here it gets the
 /// environment, the standard streams and the ignored signals of this process, no other descriptor, and no
 /// blocked signal.
@@ -37,3 +39,5 @@ private:
     posix_spawnattr_t attributes{};
     short flags = POSIX_SPAWN_SETSIGMASK;
 };
+
+}  // namespace Boardsim

@@ -6,6 +6,8 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
+
 std::pair<ControlLine, ControlLine> ControlLine::openPair() {
     std::array<int, 2> ends{};
     Base::checked(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()), "socketpair");
@@ -21,3 +23,5 @@ std::optional<unsigned char> ControlLine::receive() const {
     const auto count = Base::uninterrupted([&] { return ::recv(line.get(), &message, 1, 0); });
     return count == 1 ? std::optional(message) : std::nullopt;
 }
+
+}  // namespace Boardsim

@@ -5,6 +5,8 @@
 
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// One end of the line between the program on the host and the first process in the sandbox. The sandbox
 /// says one thing, that it is up; the host passes signals on. When either side ends, the other one sees
 /// the end of the line.
@@ -32,3 +34,5 @@ public:
 private:
     Base::UniqueFd line;
 };
+
+}  // namespace Boardsim

@@ -7,6 +7,8 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
+
 Base::UniqueFd openSignalDescriptor(std::initializer_list<int> signals) {
     sigset_t wanted{};
     sigemptyset(&wanted);
@@ -24,3 +26,5 @@ int readSignal(const Base::UniqueFd& signals) {
         "signalfd");
     return static_cast<int>(information.ssi_signo);
 }
+
+}  // namespace Boardsim

@@ -9,6 +9,8 @@
 #include "TextFile.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 BoundedFile::BoundedFile(std::string filePath, std::uint64_t sizeLimit, Epitaph lineForDropped)
     : path(std::move(filePath)), limit(sizeLimit), epitaph(lineForDropped) {
     append("");
@@ -38,3 +40,5 @@ void BoundedFile::dropOlderHalf() const {
     writeTextFile(successor, (epitaph == nullptr ? "" : epitaph(dropped) + "\n") + text.substr(cut));
     std::filesystem::rename(successor, path);
 }
+
+}  // namespace Boardsim

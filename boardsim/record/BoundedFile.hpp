@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace Boardsim {
+
 /// A text file that lines are added to for as long as the board runs, and that never grows beyond its limit:
 /// then the older half goes. Can be read meanwhile; a reader sees whole lines.
 class BoundedFile {
@@ -25,3 +27,5 @@ private:
     std::uint64_t limit;  // bytes
     Epitaph epitaph;
 };
+
+}  // namespace Boardsim

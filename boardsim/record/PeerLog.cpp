@@ -6,6 +6,7 @@
 #include "PeerLogContent.hpp"
 #include "PrintableText.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::uint64_t peerLogLimit = 256U << 10;
@@ -46,3 +47,5 @@ void PeerLog::note(std::string_view what) const {
 void PeerLog::add(std::string_view direction, std::string_view what, const std::string& remark) const {
     file.addLine(peerLogLine(direction, printable(what) + remark));
 }
+
+}  // namespace Boardsim

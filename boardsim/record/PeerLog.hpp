@@ -7,6 +7,8 @@
 #include "BoundedFile.hpp"
 #include "Fault.hpp"
 
+namespace Boardsim {
+
 /// What is noted behind an answer where the one who asked is gone, or its queue is full.
 constexpr const char* answerNotTaken = "this was not taken";
 
@@ -35,3 +37,5 @@ private:
     std::string fault;  // as it stands in the log; empty without one
     BoundedFile file;
 };
+
+}  // namespace Boardsim

@@ -9,6 +9,7 @@
 
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::size_t textPlace = peerLogStampLength + 4;
@@ -76,3 +77,5 @@ std::string peerLogEpitaph(std::string_view dropped) {
 std::string peerLogLine(std::string_view direction, std::string_view text) {
     return stampOf(std::chrono::system_clock::now()) + " " + std::string(direction) + " " + std::string(text);
 }
+
+}  // namespace Boardsim

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Boardsim {
+
 /// Bytes of the time in front of each line.
 constexpr std::size_t peerLogStampLength = 24;
 
@@ -29,3 +31,5 @@ std::string peerLogEpitaph(std::string_view dropped);
 
 /// A line of the log for this moment. `direction` is "<-", "->" or "--".
 std::string peerLogLine(std::string_view direction, std::string_view text);
+
+}  // namespace Boardsim

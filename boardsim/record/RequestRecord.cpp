@@ -5,6 +5,7 @@
 
 #include "BoardPaths.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::uint64_t recordLimit = 4U << 20;
@@ -28,3 +29,5 @@ void RequestRecord::addDatagram(std::string_view bytes) const {
 void RequestRecord::addLine(std::string line) const {
     file.addLine(std::move(line));
 }
+
+}  // namespace Boardsim

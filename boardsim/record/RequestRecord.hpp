@@ -5,6 +5,8 @@
 
 #include "BoundedFile.hpp"
 
+namespace Boardsim {
+
 /// What one peer received, byte for byte, kept in a file that can be read while the peer runs: a line for
 /// each datagram (lower-case hex), each signal (its name) and each call of a command (its words).
 class RequestRecord {
@@ -20,3 +22,5 @@ public:
 private:
     BoundedFile file;
 };
+
+}  // namespace Boardsim

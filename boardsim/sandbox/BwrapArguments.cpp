@@ -7,6 +7,8 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
+
 void BwrapArguments::addFile(const std::string& option, std::string_view text, const std::string& path) {
     add({option, std::to_string(hold(text)), path});
 }
@@ -34,3 +36,5 @@ int BwrapArguments::hold(std::string_view text) {
     data.push_back(std::move(memory));
     return data.back().get();
 }
+
+}  // namespace Boardsim

@@ -7,6 +7,8 @@
 
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// Options for bubblewrap, and the data that they refer to by descriptor. Owns those descriptors; they are
 /// close-on-exec and keep their numbers, to be given to the child under the same ones.
 class BwrapArguments {
@@ -30,3 +32,5 @@ private:
     std::vector<std::string> list;
     std::vector<Base::UniqueFd> data;
 };
+
+}  // namespace Boardsim

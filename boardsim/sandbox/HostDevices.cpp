@@ -6,6 +6,7 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// Those that bubblewrap's option --dev takes from the host.
@@ -26,3 +27,5 @@ void protectHostDevices() {
         Base::checked(::mount_setattr(AT_FDCWD, device, 0, &readOnly, sizeof readOnly), device);
     }
 }
+
+}  // namespace Boardsim

@@ -12,6 +12,8 @@
 #include "SystemCallFilter.hpp"
 #include "UserFile.hpp"
 
+namespace Boardsim {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -133,3 +135,5 @@ BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tre
     addEnvironment(arguments, tree);
     return arguments;
 }
+
+}  // namespace Boardsim

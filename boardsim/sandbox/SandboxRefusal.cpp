@@ -12,6 +12,7 @@
 
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// The number that a file holds; none where there is no such setting on this machine.
@@ -73,3 +74,5 @@ constexpr std::array causes{
 std::string sandboxRefusal() {
     return std::ranges::find_if(causes, [](const Cause& cause) { return cause.applies(); })->text;
 }
+
+}  // namespace Boardsim

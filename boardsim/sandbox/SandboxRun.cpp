@@ -17,6 +17,7 @@
 #include "SignalDescriptor.hpp"
 #include "TerminalKeeper.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr const char* missingRemedy = "install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)";
@@ -101,3 +102,5 @@ int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
     }
     return status;
 }
+
+}  // namespace Boardsim

@@ -15,6 +15,7 @@
 
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 using Filter = std::unique_ptr<void, decltype(&::seccomp_release)>;
@@ -78,3 +79,5 @@ Base::UniqueFd openSystemCallFilter() {
     Base::checked(::lseek(program.get(), 0, SEEK_SET), "memfd");
     return program;
 }
+
+}  // namespace Boardsim

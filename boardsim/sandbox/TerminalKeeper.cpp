@@ -7,6 +7,8 @@
 
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 TerminalKeeper::TerminalKeeper() : foreground(::tcgetpgrp(STDIN_FILENO)) {
 }
 
@@ -25,3 +27,5 @@ TerminalKeeper::~TerminalKeeper() {
 bool TerminalKeeper::hasTerminal() {
     return Base::UniqueFd(::open("/dev/tty", O_RDWR | O_CLOEXEC)).get() != -1;
 }
+
+}  // namespace Boardsim

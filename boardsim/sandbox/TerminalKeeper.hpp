@@ -2,6 +2,8 @@
 
 #include <sys/types.h>
 
+namespace Boardsim {
+
 /// Gives the terminal back at the end. A shell on the board takes it for itself and cannot return it,
 /// since the process group that had it before is none of the board's.
 class TerminalKeeper {
@@ -19,3 +21,5 @@ public:
 private:
     pid_t foreground;  // -1 without a terminal
 };
+
+}  // namespace Boardsim

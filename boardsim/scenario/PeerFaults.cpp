@@ -5,6 +5,7 @@
 #include "PeerCatalog.hpp"
 #include "UsageError.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// The names with commas in between, on a line of their own below a message.
@@ -104,3 +105,5 @@ std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
     }
     return texts;
 }
+
+}  // namespace Boardsim

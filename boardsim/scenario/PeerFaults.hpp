@@ -5,6 +5,8 @@
 
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 /// The name of a peer. If it is none, throws UsageError with the valid ones.
 std::string parsePeerName(const std::string& text);
 
@@ -14,3 +16,5 @@ PeerFault parsePeerFault(const std::string& text);
 
 /// Each fault as parsePeerFault() takes it.
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults);
+
+}  // namespace Boardsim

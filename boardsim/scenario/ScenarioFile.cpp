@@ -10,6 +10,7 @@
 #include "UsageError.hpp"
 #include "UserFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// A string, a whole number or a truth value as the text that its key takes.
@@ -102,3 +103,5 @@ std::string scenarioText(const Scenario& scenario) {
     text << table << '\n';
     return text.str();
 }
+
+}  // namespace Boardsim

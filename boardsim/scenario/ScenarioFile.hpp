@@ -4,6 +4,8 @@
 
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 /// Applies a scenario file (TOML) to `scenario`; keys that it leaves out stay as they are. A relative
 /// path in it is taken from the file's own folder. Throws UsageError where the file cannot be read or
 /// says what makes no sense.
@@ -14,3 +16,5 @@ void applyScenario(const std::string& text, const std::string& path, Scenario& s
 
 /// `scenario` as the text of a scenario file.
 std::string scenarioText(const Scenario& scenario);
+
+}  // namespace Boardsim

@@ -9,6 +9,7 @@
 #include "PeerFaults.hpp"
 #include "UsageError.hpp"
 
+namespace Boardsim {
 namespace {
 
 using Values = std::vector<std::string>;
@@ -150,3 +151,5 @@ const ScenarioKey* findScenarioKey(std::string_view name) {
     const auto* row = std::ranges::find(keys, name, &ScenarioKey::name);
     return row == keys.end() ? nullptr : &*row;
 }
+
+}  // namespace Boardsim

@@ -8,6 +8,8 @@
 
 #include "Scenario.hpp"
 
+namespace Boardsim {
+
 enum class KeyForm : std::uint8_t {
     toggle,  ///< an option without argument; true or false in a file
     single,  ///< one value; given again, the last one counts
@@ -33,3 +35,5 @@ std::span<const ScenarioKey> scenarioKeys();
 
 /// The key of exactly this name, or null.
 const ScenarioKey* findScenarioKey(std::string_view name);
+
+}  // namespace Boardsim

@@ -5,6 +5,8 @@
 #include "TextFile.hpp"
 #include "UsageError.hpp"
 
+namespace Boardsim {
+
 std::string readUserFile(const std::string& path) {
     try {
         return readTextFile(path);
@@ -12,3 +14,5 @@ std::string readUserFile(const std::string& path) {
         throw UsageError(error.what());
     }
 }
+
+}  // namespace Boardsim

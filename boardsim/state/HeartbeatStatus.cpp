@@ -6,6 +6,8 @@
 #include "BoardPaths.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
+
 HeartbeatStatus::HeartbeatStatus(std::string_view peer) : path(BoardPaths::heartbeatFile(peer)) {
     writeTextFile(path, "0\n");
 }
@@ -20,3 +22,5 @@ std::uint32_t HeartbeatStatus::value() const {
     }
     return status;
 }
+
+}  // namespace Boardsim

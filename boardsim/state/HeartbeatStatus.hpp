@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace Boardsim {
+
 /// The status that a peer's heartbeats carry: a number in a file that people may change while the peer runs.
 class HeartbeatStatus {
 public:
@@ -16,3 +18,5 @@ public:
 private:
     std::string path;
 };
+
+}  // namespace Boardsim

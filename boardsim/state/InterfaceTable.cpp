@@ -6,6 +6,8 @@
 
 #include "MessageText.hpp"
 
+namespace Boardsim {
+
 std::optional<std::int32_t> InterfaceTable::portOf(std::string_view interface) const {
     const auto row = ports.find(interface);
     return row == ports.end() ? std::nullopt : std::optional(row->second);
@@ -76,3 +78,5 @@ std::string InterfaceTable::text() const {
     }
     return out.str();
 }
+
+}  // namespace Boardsim

@@ -10,6 +10,8 @@
 
 #include "NetfpMaster.hpp"
 
+namespace Boardsim {
+
 /// What the NetFP master knows of the board's Ethernet switch: interfaces, their ports, which port is
 /// mirrored to which, and the multicast filters.
 class InterfaceTable {
@@ -38,3 +40,5 @@ private:
     std::map<std::pair<Netfp_Direction, std::uint8_t>, std::uint8_t> mirrors;  // direction and from: to
     std::vector<std::string> multicastFilters;                                 // as text() shows them
 };
+
+}  // namespace Boardsim

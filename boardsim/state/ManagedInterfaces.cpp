@@ -1,5 +1,7 @@
 #include "ManagedInterfaces.hpp"
 
+namespace Boardsim {
+
 std::uint32_t ManagedInterfaces::add(std::string_view field) {
     const std::size_t length = field.find('\0');
     if (length == 0 || length == std::string_view::npos) {
@@ -15,3 +17,5 @@ std::string ManagedInterfaces::text() const {
     }
     return text;
 }
+
+}  // namespace Boardsim

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace Boardsim {
+
 /// The Linux network interfaces that netfp_proxy manages: none at first.
 class ManagedInterfaces {
 public:
@@ -22,3 +24,5 @@ public:
 private:
     std::set<std::string, std::less<>> names;
 };
+
+}  // namespace Boardsim

@@ -8,6 +8,7 @@
 
 #include "NetfpMaster.hpp"
 
+namespace Boardsim {
 namespace {
 
 std::string portText(const NetfpMaster_Request& request) {
@@ -81,3 +82,5 @@ std::string masterResponseText(std::string_view datagram) {
     return "request " + std::to_string(response.requestId) + ": " + port + "error " +
            std::to_string(response.errorCode);
 }
+
+}  // namespace Boardsim

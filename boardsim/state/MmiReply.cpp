@@ -7,6 +7,7 @@
 #include "CounterText.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::size_t datagramLimit = 512;
@@ -81,3 +82,5 @@ std::vector<std::string> mmiDatagrams(const std::string& text) {
     }
     return datagrams;
 }
+
+}  // namespace Boardsim

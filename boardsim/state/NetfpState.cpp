@@ -4,6 +4,8 @@
 
 #include "CounterText.hpp"
 
+namespace Boardsim {
+
 std::string netfpProxyState() {
     constexpr std::array<std::string_view, 5> counters{
         "interfaces offered", "interfaces added", "routes learnt", "neighbours learnt", "heartbeats sent",
@@ -25,3 +27,5 @@ std::string resourceManagerState() {
     };
     return counterText("resources:", counters);
 }
+
+}  // namespace Boardsim

@@ -6,6 +6,7 @@
 #include "CounterText.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::array<std::string_view, 6> counters{
@@ -25,3 +26,5 @@ std::vector<std::string> QosStatistics::reset() const {
     writeTextFile(path, counterText(instance + ": QoS", counters, 0));
     return {instance + ": QoS statistics cleared"};
 }
+
+}  // namespace Boardsim

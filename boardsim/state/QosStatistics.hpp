@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace Boardsim {
+
 /// A dispatcher instance's QoS statistics, which show in its state tree.
 class QosStatistics {
 public:
@@ -19,3 +21,5 @@ private:
     std::string instance;
     std::string path;
 };
+
+}  // namespace Boardsim

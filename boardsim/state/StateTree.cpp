@@ -7,6 +7,7 @@
 #include "CounterText.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::array<std::string_view, 6> cpuCounters{
@@ -32,3 +33,5 @@ void writeStateTree(const std::string& instance, const std::string& root) {
         writeTextFile(directory + "fpBridgeStats", counterText(instance + ": bridge", bridgeCounters));
     }
 }
+
+}  // namespace Boardsim

@@ -2,6 +2,10 @@
 
 #include <string>
 
+namespace Boardsim {
+
 /// Writes the state files that the dispatcher `instance` ("iwf", "sfn") publishes: ROOT/INSTANCE/...
 /// Throws std::system_error.
 void writeStateTree(const std::string& instance, const std::string& root = "/tmp/fuse");
+
+}  // namespace Boardsim

@@ -12,6 +12,7 @@
 #include "SystemCall.hpp"
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 struct stat statusOf(const Base::UniqueFd& file, const std::string& path) {
@@ -62,3 +63,5 @@ std::optional<Base::UniqueFd> BoardRoot::open(const std::string& path) const {
     }
     return file;
 }
+
+}  // namespace Boardsim

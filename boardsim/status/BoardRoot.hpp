@@ -10,6 +10,8 @@
 
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// A file of a board is there and is not to be read. what() names it and the reason.
 class UnreadableFile : public std::runtime_error {
 public:
@@ -37,3 +39,5 @@ private:
 
     Base::UniqueFd root;
 };
+
+}  // namespace Boardsim

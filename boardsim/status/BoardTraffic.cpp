@@ -7,6 +7,7 @@
 #include "PeerCatalog.hpp"
 #include "PrintableText.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::size_t nameWidth = 16;
@@ -62,3 +63,5 @@ std::vector<std::string> BoardTraffic::newLines(const RunningBoard& board, std::
         return {};
     }
 }
+
+}  // namespace Boardsim

@@ -9,6 +9,8 @@
 #include "PeerLogContent.hpp"
 #include "RunningBoard.hpp"
 
+namespace Boardsim {
+
 /// The log of this peer as it stands, in printable text; an empty one where there is none. Throws
 /// UnreadableFile.
 PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer);
@@ -31,3 +33,5 @@ private:
 
     std::map<std::string, Seen, std::less<>> seen;  // of each peer
 };
+
+}  // namespace Boardsim

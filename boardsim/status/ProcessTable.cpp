@@ -14,6 +14,7 @@
 
 #include "TextFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 using namespace std::chrono;
@@ -112,3 +113,5 @@ sys_seconds ProcessTable::startTime(pid_t process) {
     const nanoseconds machineStart = now(CLOCK_REALTIME) - now(CLOCK_BOOTTIME);
     return sys_seconds(floor<seconds>(machineStart + sinceMachineStart(process)));
 }
+
+}  // namespace Boardsim

@@ -7,7 +7,7 @@
 #include <sys/types.h>
 
 /// What /proc tells of processes. Their command lines are their own doing; all else is the kernel's word.
-namespace ProcessTable {
+namespace Boardsim::ProcessTable {
 
 /// The ids of all processes that are to be seen, in order.
 std::vector<pid_t> ids();
@@ -30,4 +30,4 @@ std::string innermostTable(pid_t process);
 /// By the clock of the world.
 std::chrono::sys_seconds startTime(pid_t process);
 
-}  // namespace ProcessTable
+}  // namespace Boardsim::ProcessTable

@@ -12,6 +12,7 @@
 #include "ProcessTable.hpp"
 #include "SystemCall.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// Whether this is the first process of a board: init LINE COMMAND...
@@ -91,3 +92,5 @@ pid_t RunningBoard::findProcess(const std::string& name) const {
     }
     return 0;
 }
+
+}  // namespace Boardsim

@@ -8,6 +8,8 @@
 #include "BoardRoot.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 /// A board that this user runs, seen from wherever processes see it: the host, or the board itself.
 class RunningBoard {
 public:
@@ -42,3 +44,5 @@ private:
     std::string words;
     std::string start;
 };
+
+}  // namespace Boardsim

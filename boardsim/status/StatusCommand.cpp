@@ -16,6 +16,7 @@
 #include "SystemCall.hpp"
 #include "UsageError.hpp"
 
+namespace Boardsim {
 namespace {
 
 constexpr std::size_t lastLines = 10;
@@ -129,3 +130,5 @@ int runStatus(const std::vector<std::string>& arguments) {
     }
     return EXIT_SUCCESS;
 }
+
+}  // namespace Boardsim

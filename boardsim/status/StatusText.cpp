@@ -12,6 +12,7 @@
 #include "PrintableText.hpp"
 #include "ScenarioFile.hpp"
 
+namespace Boardsim {
 namespace {
 
 /// Every fault that a peer has, as a scenario says it.
@@ -93,3 +94,5 @@ std::string statusText(const RunningBoard& board) {
     }
     return out.str();
 }
+
+}  // namespace Boardsim

@@ -3,6 +3,8 @@
 #include <iomanip>
 #include <sstream>
 
+namespace Boardsim {
+
 std::string counterText(std::string_view title, std::span<const std::string_view> counters,
                         std::size_t step) {
     constexpr int nameWidth = 36;
@@ -17,3 +19,5 @@ std::string counterText(std::string_view title, std::span<const std::string_view
     }
     return out.str();
 }
+
+}  // namespace Boardsim

@@ -1,5 +1,7 @@
 #include "PrintableText.hpp"
 
+namespace Boardsim {
+
 std::string printable(std::string_view bytes, std::size_t longest) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string text;
@@ -15,3 +17,5 @@ std::string printable(std::string_view bytes, std::size_t longest) {
     }
     return text + (bytes.size() > longest ? "..." : "");
 }
+
+}  // namespace Boardsim

@@ -12,6 +12,8 @@
 #include "SystemCall.hpp"
 #include "UniqueFd.hpp"
 
+namespace Boardsim {
+
 void writeTextFile(const std::string& path, std::string_view text) {
     constexpr mode_t mode = 0644;
     const Base::UniqueFd file(Base::checked(
@@ -61,3 +63,5 @@ std::vector<std::string> linesOf(const std::string& text) {
     }
     return lines;
 }
+
+}  // namespace Boardsim

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace Boardsim {
+
 /// Puts `text` into the file at `path`, in place of what it held. Throws std::system_error.
 void writeTextFile(const std::string& path, std::string_view text);
 
@@ -19,3 +21,5 @@ std::string readTextFile(const std::string& path);
 
 /// The lines of `text` without their line ends.
 std::vector<std::string> linesOf(const std::string& text);
+
+}  // namespace Boardsim

@@ -11,6 +11,9 @@
 #include "TextFile.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::Board;
+using Boardsim::writeTextFile;
+
 namespace {
 
 std::uint32_t ownPortId() {

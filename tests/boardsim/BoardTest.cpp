@@ -20,6 +20,13 @@
 #include "TextFile.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Board;
+using Boardsim::Deployment;
+using Boardsim::parsePeerFault;
+using Boardsim::readTextFile;
+using Boardsim::Scenario;
+using Boardsim::ServerSocket;
+using Boardsim::writeTextFile;
 
 namespace {
 

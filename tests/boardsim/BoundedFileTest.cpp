@@ -6,6 +6,8 @@
 #include "BoundedFile.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::BoundedFile;
+
 namespace {
 
 constexpr const char* path = "/tmp/bounded";

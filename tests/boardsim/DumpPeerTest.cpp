@@ -10,6 +10,13 @@
 #include "DumpPeer.hpp"
 #include "TextFile.hpp"
 
+using Boardsim::Board;
+using Boardsim::DumpPeer;
+using Boardsim::Fault;
+using Boardsim::PeerDeath;
+using Boardsim::readTextFile;
+using Boardsim::writeTextFile;
+
 namespace {
 
 constexpr const char* dumpFile = "/tmp/netfp_proxy.log";

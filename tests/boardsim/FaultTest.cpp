@@ -9,6 +9,18 @@
 #include "PeerFaults.hpp"
 #include "UsageError.hpp"
 
+using Boardsim::faultFor;
+using Boardsim::FaultGroup;
+using Boardsim::FaultKind;
+using Boardsim::findPeer;
+using Boardsim::parsePeerFault;
+using Boardsim::peerCatalog;
+using Boardsim::PeerEntry;
+using Boardsim::PeerFault;
+using Boardsim::peerFaultTexts;
+using Boardsim::Scenario;
+using Boardsim::UsageError;
+
 namespace {
 
 std::string complaintAbout(const std::string& text) {

@@ -7,6 +7,10 @@
 #include "HeartbeatStatus.hpp"
 #include "TextFile.hpp"
 
+using Boardsim::HeartbeatStatus;
+using Boardsim::readTextFile;
+using Boardsim::writeTextFile;
+
 namespace {
 
 constexpr const char* statusFile = "/run/boardsim/heartbeat/netfp_proxy";

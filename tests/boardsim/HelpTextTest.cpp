@@ -8,6 +8,15 @@
 #include "PeerCatalog.hpp"
 #include "ScenarioKeys.hpp"
 
+using Boardsim::FaultGroup;
+using Boardsim::FaultKind;
+using Boardsim::helpText;
+using Boardsim::peerCatalog;
+using Boardsim::PeerEntry;
+using Boardsim::ScenarioKey;
+using Boardsim::scenarioKeys;
+using Boardsim::shortHelpText;
+
 namespace {
 
 /// A row of the help text that begins with `name`, which ends there or has its help behind it.

@@ -8,6 +8,8 @@
 
 #include "InterfaceTable.hpp"
 
+using Boardsim::InterfaceTable;
+
 namespace {
 
 constexpr const char* interfaces =

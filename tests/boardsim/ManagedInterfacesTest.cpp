@@ -4,6 +4,8 @@
 
 #include "ManagedInterfaces.hpp"
 
+using Boardsim::ManagedInterfaces;
+
 namespace {
 
 class ManagedInterfacesTest : public testing::Test {

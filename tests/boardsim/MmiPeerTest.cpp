@@ -14,6 +14,14 @@
 #include "PeerThread.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+using Boardsim::Fault;
+using Boardsim::mmiDatagrams;
+using Boardsim::mmiEndOfMessage;
+using Boardsim::MmiPeer;
+using Boardsim::mmiReplyText;
+using Boardsim::PeerThread;
+
 namespace {
 
 constexpr std::uint16_t port = 7777;

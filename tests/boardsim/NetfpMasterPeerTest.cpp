@@ -13,6 +13,12 @@
 #include "NetfpMasterPeer.hpp"
 #include "PeerThread.hpp"
 
+using Boardsim::Board;
+using Boardsim::Fault;
+using Boardsim::InterfaceTable;
+using Boardsim::NetfpMasterPeer;
+using Boardsim::PeerThread;
+
 namespace {
 
 constexpr const char* masterPath = "/tmp/master";

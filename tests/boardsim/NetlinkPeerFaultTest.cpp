@@ -12,6 +12,9 @@
 #include "NetlinkWire.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::Fault;
+using Boardsim::PeerThread;
+
 namespace {
 
 using Answers = std::vector<std::string>;

@@ -8,6 +8,10 @@
 #include "NetlinkWire.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::Fault;
+using Boardsim::NetlinkPeer;
+using Boardsim::PeerThread;
+
 PeerThread NetlinkPeerFixture::peerWith(const Fault& fault) {
     const std::vector<NetlinkPeer::Service> services{
         {plainRequest, 4, plainResponse, [](std::string_view /*payload*/) { return plainStatus; },

@@ -24,7 +24,7 @@ protected:
     static constexpr std::uint32_t letterResponse = 24;
 
     /// A peer with this fault, served until it is destroyed.
-    static PeerThread peerWith(const Fault& fault);
+    static Boardsim::PeerThread peerWith(const Boardsim::Fault& fault);
 
     static std::uint32_t ownPort();
 

@@ -8,6 +8,9 @@
 #include "NetlinkWire.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::Board;
+using Boardsim::PeerThread;
+
 namespace {
 
 class NetlinkPeerTest : public NetlinkPeerFixture {

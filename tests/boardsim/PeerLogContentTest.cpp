@@ -6,6 +6,12 @@
 
 #include "PeerLogContent.hpp"
 
+using Boardsim::parsePeerLog;
+using Boardsim::PeerLogContent;
+using Boardsim::peerLogEpitaph;
+using Boardsim::peerLogLine;
+using Boardsim::peerLogStampLength;
+
 namespace {
 
 constexpr const char* text =

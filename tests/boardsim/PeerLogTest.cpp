@@ -25,13 +25,32 @@
 #include "TestFiles.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::DumpPeer;
+using Boardsim::Fault;
+using Boardsim::faultFor;
+using Boardsim::FaultGroup;
+using Boardsim::findPeer;
+using Boardsim::InterfaceTable;
+using Boardsim::MmiPeer;
+using Boardsim::NetfpMasterPeer;
+using Boardsim::parsePeerFault;
+using Boardsim::parsePeerLog;
+using Boardsim::Peer;
+using Boardsim::PeerDeath;
+using Boardsim::PeerLog;
+using Boardsim::PeerLogContent;
+using Boardsim::peerLogStampLength;
+using Boardsim::Peers;
+using Boardsim::Scenario;
+using Boardsim::SystemLogPeer;
+
 namespace {
 
 using Lines = std::vector<std::string>;
 
 /// The peer's log from here on, without the times.
 Lines takeLog(std::string_view peer) {
-    const std::string path = BoardPaths::logFile(peer);
+    const std::string path = Boardsim::BoardPaths::logFile(peer);
     Lines lines = linesOfFile(path);
     for (std::string& line : lines) {
         line.erase(0, peerLogStampLength + 1);
@@ -286,7 +305,7 @@ TEST(PeerLogTest, StaysSmallAndKeepsCount) {
         log.answered(text, 1);
     }
 
-    const std::string kept = contentOfFile(BoardPaths::logFile("netfp_master"));
+    const std::string kept = contentOfFile(Boardsim::BoardPaths::logFile("netfp_master"));
     const PeerLogContent content = parsePeerLog(kept);
 
     EXPECT_LT(kept.size(), (256U << 10) + 200);

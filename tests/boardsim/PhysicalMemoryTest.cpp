@@ -11,6 +11,8 @@
 #include "Process.hpp"
 #include "Vask.h"
 
+using Boardsim::Board;
+
 namespace {
 
 template <typename Content>
@@ -30,14 +32,14 @@ const DescriptorWords descriptorWords{0x8000003c, 0, 0x00010203, 0xc000003c,
 }  // namespace
 
 TEST(PhysicalMemoryTest, HoldsADescriptorWhoseLengthsHaveOtherBitsAboveThem) {
-    PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::lay();
 
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6120), DescriptorWords{});
 }
 
 TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
-    PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::lay();
 
     using Part = std::array<char, 64>;
     Part frame{};
@@ -53,15 +55,15 @@ TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
 TEST(PhysicalMemoryTest, LiesInTheMemoryOfEveryBoard) {
     const Board board({});
 
-    EXPECT_EQ(at<DescriptorWords>(PhysicalMemory::descriptor), descriptorWords);
+    EXPECT_EQ(at<DescriptorWords>(Boardsim::PhysicalMemory::descriptor), descriptorWords);
     EXPECT_EQ(run({"devmem", "0xeb6b611c"}).out, "0xEB700000\n");
 }
 
 TEST(PhysicalMemoryTest, IsLaidAnewOverWhatWasLeft) {
-    PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::lay();
     run({"devmem", "0xeb6b6100", "32", "7"});
 
-    PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::lay();
 
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
 }

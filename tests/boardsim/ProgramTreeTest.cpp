@@ -6,6 +6,8 @@
 #include "ProgramTree.hpp"
 #include "TextFile.hpp"
 
+using Boardsim::ProgramTree;
+
 TEST(ProgramTreeTest, IsTheBuildFolderOrTheInstallationsPrefix) {
     const struct {
         const char* program;

@@ -6,6 +6,8 @@
 #include "QosStatistics.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::QosStatistics;
+
 namespace {
 
 using Texts = std::vector<std::string>;

@@ -7,6 +7,14 @@
 #include "TextFile.hpp"
 #include "UsageError.hpp"
 
+using Boardsim::Deployment;
+using Boardsim::loadScenario;
+using Boardsim::peerFaultTexts;
+using Boardsim::Scenario;
+using Boardsim::scenarioText;
+using Boardsim::UsageError;
+using Boardsim::writeTextFile;
+
 namespace {
 
 constexpr const char* scenarioPath = "/tmp/scenario.toml";

@@ -8,6 +8,10 @@
 #include "SystemLogPeer.hpp"
 #include "TextFile.hpp"
 
+using Boardsim::Board;
+using Boardsim::readTextFile;
+using Boardsim::SystemLogPeer;
+
 namespace {
 
 /// Has a new system log take the given records, one after the other, and returns its file.
@@ -41,5 +45,5 @@ TEST(SystemLogPeerTest, TakesWhatProgramsLog) {
     ::syslog(LOG_NOTICE, "a message");
     peer.serve();
 
-    EXPECT_TRUE(readTextFile(BoardPaths::systemLog).ends_with(" boardsim_test: a message\n"));
+    EXPECT_TRUE(readTextFile(Boardsim::BoardPaths::systemLog).ends_with(" boardsim_test: a message\n"));
 }

@@ -8,6 +8,11 @@
 #include "PeerThread.hpp"
 #include "ServerSocket.hpp"
 
+using Boardsim::Datagram;
+using Boardsim::Peer;
+using Boardsim::PeerThread;
+using Boardsim::ServerSocket;
+
 /// What both threads know.
 class ScriptedPeer::Script {
 public:

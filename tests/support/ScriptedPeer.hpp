@@ -7,8 +7,10 @@
 #include <string_view>
 #include <vector>
 
-class ServerSocket;
+namespace Boardsim {
 class PeerThread;
+class ServerSocket;
+}  // namespace Boardsim
 
 /// A server that answers each datagram as it was told beforehand, on a thread of its own, and keeps what
 /// it received. Silent until told what to answer.
@@ -45,8 +47,8 @@ private:
     class Script;
     class Service;
 
-    explicit ScriptedPeer(ServerSocket socket);
+    explicit ScriptedPeer(Boardsim::ServerSocket socket);
 
     std::shared_ptr<Script> script;  // shared with the peer's thread
-    std::unique_ptr<PeerThread> thread;
+    std::unique_ptr<Boardsim::PeerThread> thread;
 };

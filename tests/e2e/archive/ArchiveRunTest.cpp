@@ -9,6 +9,8 @@
 #include "SystemLog.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 using namespace std::chrono_literals;

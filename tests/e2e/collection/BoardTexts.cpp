@@ -5,6 +5,12 @@
 #include "NetfpState.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::InterfaceTable;
+using Boardsim::mmiReplyText;
+using Boardsim::netfpProxyState;
+using Boardsim::netfpServerState;
+using Boardsim::resourceManagerState;
+
 namespace {
 
 const std::map<std::string, std::string> stateTitles{

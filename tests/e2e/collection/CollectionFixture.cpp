@@ -10,6 +10,9 @@
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Board;
+using Boardsim::parsePeerFault;
+using Boardsim::Scenario;
 
 namespace {
 

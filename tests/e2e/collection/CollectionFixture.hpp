@@ -29,7 +29,7 @@ protected:
         " > /tmp/korvelpids.tmp";
 
     /// Starts a board; without a scenario one on which everything runs and nothing misbehaves.
-    void startBoard(const Scenario& scenario = {});
+    void startBoard(const Boardsim::Scenario& scenario = {});
 
     /// Starts a board whose peers have these faults, each "PEER=FAULT".
     void startBoardWithFaults(const Words& faults);
@@ -37,7 +37,7 @@ protected:
     /// Starts a board on which these peers do not run.
     void startBoardWithout(const Words& peers);
 
-    const Board& board() const { return *running; }
+    const Boardsim::Board& board() const { return *running; }
 
     /// Runs korvel with these arguments to its end. Other programs' messages are English.
     static Outcome collect(const Words& arguments, const Surroundings& surroundings = {});
@@ -69,7 +69,7 @@ protected:
     static std::string verboseStart(const std::string& selection, const Words& skippedCollectors);
 
 private:
-    std::unique_ptr<Board> running;
+    std::unique_ptr<Boardsim::Board> running;
 };
 
 /// How a run ends that did what it was asked for.

@@ -4,6 +4,9 @@
 #include "CollectionFixture.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+using Boardsim::Deployment;
+
 namespace {
 
 /// Which files a run leaves, by coverage keyword.

@@ -7,6 +7,7 @@
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Deployment;
 
 namespace {
 

@@ -14,6 +14,7 @@
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Deployment;
 
 namespace {
 

@@ -7,6 +7,10 @@
 #include "ScriptedPeer.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::mmiDatagrams;
+using Boardsim::mmiEndOfMessage;
+using Boardsim::mmiReplyText;
+
 namespace {
 
 using namespace std::chrono_literals;

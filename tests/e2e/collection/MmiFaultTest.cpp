@@ -4,6 +4,9 @@
 #include "MmiReply.hpp"
 #include "OccupiedPort.hpp"
 
+using Boardsim::mmiDatagrams;
+using Boardsim::mmiReplyText;
+
 namespace {
 
 /// How much of a datagram is taken.

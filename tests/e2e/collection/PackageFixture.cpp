@@ -6,6 +6,8 @@
 #include "TestFiles.hpp"
 #include "TextFile.hpp"
 
+using Boardsim::linesOf;
+
 std::string PackageFixture::package(const std::string& suffix) {
     return std::string(packageDir) + "/netfp_logs" + suffix;
 }

@@ -4,6 +4,7 @@
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Board;
 
 namespace {
 

@@ -4,6 +4,8 @@
 #include "TestFiles.hpp"
 #include "TextFile.hpp"
 
+using Boardsim::linesOf;
+
 namespace {
 
 /// What a run says of system calls that fail, and what it does all the same.

@@ -9,6 +9,8 @@
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Board;
+using Boardsim::netfpProxyState;
 
 namespace {
 

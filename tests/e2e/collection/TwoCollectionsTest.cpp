@@ -5,6 +5,7 @@
 #include "TestFiles.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Board;
 
 namespace {
 

@@ -12,6 +12,10 @@
 #include "VerboseText.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::Board;
+using Boardsim::parsePeerFault;
+using Boardsim::Scenario;
+
 namespace {
 
 Outcome successOf(const std::string& name) {

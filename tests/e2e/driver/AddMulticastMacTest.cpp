@@ -10,6 +10,8 @@
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 using Lines = std::vector<std::string>;

@@ -8,6 +8,9 @@
 #include "TestFiles.hpp"
 #include "VerboseText.hpp"
 
+using Boardsim::Board;
+using Boardsim::Deployment;
+
 namespace {
 
 void expectOutput(const Outcome& outcome, const std::string& text) {

@@ -9,6 +9,8 @@
 #include "Board.hpp"
 #include "Process.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 /// A shell's way of starting the program.

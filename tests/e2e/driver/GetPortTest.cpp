@@ -12,6 +12,8 @@
 #include "Process.hpp"
 #include "VerboseText.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 /// What a NetFP master receives that is asked for the port of `name`, as its record shows it.

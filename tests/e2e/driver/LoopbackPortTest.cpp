@@ -8,6 +8,8 @@
 #include "Outcomes.hpp"
 #include "Process.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 using Lines = std::vector<std::string>;

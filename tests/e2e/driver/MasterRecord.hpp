@@ -7,7 +7,7 @@
 
 /// Each record of the NetFP master without the request's identifier, which differs from run to run.
 inline std::vector<std::string> receivedByMaster() {
-    std::vector<std::string> records = Board::received("netfp_master");
+    std::vector<std::string> records = Boardsim::Board::received("netfp_master");
     for (std::string& record : records) {
         record.erase(8, 8);
     }

@@ -8,6 +8,8 @@
 #include "Process.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 /// What a dump prints, with ADDRESS for where the program saw the memory, which differs from run to run.

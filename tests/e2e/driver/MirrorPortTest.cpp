@@ -9,6 +9,9 @@
 #include "PeerFaults.hpp"
 #include "Process.hpp"
 
+using Boardsim::Board;
+using Boardsim::parsePeerFault;
+
 namespace {
 
 /// What the NetFP master's dump says of mirroring.

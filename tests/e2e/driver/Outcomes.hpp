@@ -12,6 +12,6 @@ inline Outcome failure(const std::string& message) {
     return {.status = 1, .out = "", .err = message};
 }
 
-inline Scenario withMasterFault(const std::string& fault) {
-    return {.faults = {parsePeerFault("netfp_master=" + fault)}};
+inline Boardsim::Scenario withMasterFault(const std::string& fault) {
+    return {.faults = {Boardsim::parsePeerFault("netfp_master=" + fault)}};
 }

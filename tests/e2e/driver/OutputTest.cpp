@@ -7,6 +7,9 @@
 #include "Process.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+using Boardsim::Deployment;
+
 TEST(Output, IsWholeWhereASignalInterruptsIt) {
     const Board board({.deployment = Deployment::iwf, .fullLogs = true});
     // The pipe is full long before the signal comes, since its reader begins after it.

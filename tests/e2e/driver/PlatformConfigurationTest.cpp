@@ -11,6 +11,9 @@
 #include "TestFiles.hpp"
 #include "VerboseText.hpp"
 
+using Boardsim::Board;
+using Boardsim::Deployment;
+
 namespace {
 
 const std::string configurationFile = "/rom/private/fpdispatcher.conf";

@@ -11,6 +11,8 @@
 #include "Process.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+
 namespace {
 
 using Lines = std::vector<std::string>;

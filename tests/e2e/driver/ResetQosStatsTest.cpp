@@ -13,6 +13,11 @@
 #include "ScriptedPeer.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+using Boardsim::Deployment;
+using Boardsim::parsePeerFault;
+using Boardsim::Scenario;
+
 namespace {
 
 using Lines = std::vector<std::string>;

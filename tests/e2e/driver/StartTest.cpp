@@ -10,6 +10,8 @@
 #include "Process.hpp"
 #include "Trace.hpp"
 
+using Boardsim::Board;
+
 TEST(Start, WorksWithStandardDescriptorsClosed) {
     const Board board({});
     EXPECT_EQ(korvel({"getport", "eth1"}, {.closedDescriptors = {0}}).out, "2\n");

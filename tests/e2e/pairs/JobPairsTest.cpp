@@ -15,6 +15,8 @@
 #include "TextFile.hpp"
 
 namespace fs = std::filesystem;
+using Boardsim::Board;
+using Boardsim::linesOf;
 
 namespace {
 

@@ -7,6 +7,7 @@
 #include "SupervisionFixture.hpp"
 #include "WireNumber.hpp"
 
+using Boardsim::Deployment;
 using namespace std::chrono_literals;
 
 namespace {

@@ -7,6 +7,8 @@
 #include "SupervisionFixture.hpp"
 #include "SystemLog.hpp"
 
+using Boardsim::Scenario;
+
 namespace {
 
 class SupervisionLogTest : public SupervisionFixture {

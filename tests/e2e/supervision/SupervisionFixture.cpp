@@ -11,6 +11,10 @@
 #include "PeerFaults.hpp"
 #include "TestFiles.hpp"
 
+using Boardsim::Board;
+using Boardsim::parsePeerFault;
+using Boardsim::Scenario;
+
 namespace {
 
 Words commandLine(const Words& options) {
@@ -63,7 +67,7 @@ void SupervisionFixture::startBoardWithFaults(const Words& faults) {
 }
 
 void SupervisionFixture::setStatus(const std::string& peer, unsigned status) {
-    writeFile(BoardPaths::heartbeatFile(peer), std::to_string(status) + "\n");
+    writeFile(Boardsim::BoardPaths::heartbeatFile(peer), std::to_string(status) + "\n");
 }
 
 Outcome SupervisionFixture::supervise(const Words& options, const Surroundings& surroundings) {
@@ -119,7 +123,7 @@ Words SupervisionFixture::systemLog() {
     Words lines;
     while (lines.empty() || !lines.back().ends_with(end)) {
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        lines = linesOfFile(BoardPaths::systemLog);
+        lines = linesOfFile(Boardsim::BoardPaths::systemLog);
     }
     lines.pop_back();
     std::transform(lines.begin(), lines.end(), lines.begin(), withoutTime);

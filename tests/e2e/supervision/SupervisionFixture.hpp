@@ -31,7 +31,7 @@ protected:
     static constexpr const char* timeOut = "poll(): Timed out while waiting for response";
 
     /// Starts a board; without a scenario one on which everything runs and nothing misbehaves.
-    void startBoard(const Scenario& scenario = {});
+    void startBoard(const Boardsim::Scenario& scenario = {});
 
     /// Starts a board whose peers have these faults, each "PEER=FAULT".
     void startBoardWithFaults(const Words& faults);
@@ -62,7 +62,7 @@ protected:
     static Words systemLog();
 
 private:
-    std::unique_ptr<Board> running;
+    std::unique_ptr<Boardsim::Board> running;
 };
 
 /// How a supervision ends that says nothing on the console, or the status of its peers.
