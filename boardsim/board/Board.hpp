@@ -11,25 +11,24 @@
 
 namespace Boardsim {
 
-/// A running board: its files and its peer processes, inside the current sandbox. One at a time.
+/// A running board: its files and peer processes, in the current sandbox. Only one at a time.
 class Board {
 public:
-    /// Lays down the files, starts the peers, and returns when all of them are ready. Throws
-    /// std::system_error, or std::runtime_error that names a peer that did not get ready.
+    /// Writes the files, starts the peers and waits until all are ready. Throws std::system_error, or
+    /// std::runtime_error with the name of the peer that failed to start.
     explicit Board(const Scenario& scenario);
     Board(const Board&) = delete;
     Board& operator=(const Board&) = delete;
     Board(Board&&) = delete;
     Board& operator=(Board&&) = delete;
 
-    /// Ends and reaps the peers that the constructor started, and only those. The files stay.
+    /// Kills and reaps the peers that the constructor started. The files stay.
     ~Board();
 
-    /// Process id of a peer, of one that died since, too. Throws std::out_of_range for one that was not
-    /// started.
+    /// Process id of a peer, even if it has died. Throws std::out_of_range if the peer was not started.
     pid_t pid(std::string_view peer) const;
 
-    /// What a peer received so far: a line of lower-case hex for each datagram, "SIGUSR1" for the signal.
+    /// What a peer has received: the lines of its RequestRecord.
     static std::vector<std::string> received(std::string_view peer);
 
 private:

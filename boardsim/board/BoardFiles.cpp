@@ -23,7 +23,7 @@ std::string noText(const Scenario& /*scenario*/) {
     return {};
 }
 
-/// Every file that a scenario decides over; one that is not present is removed.
+/// All files that depend on the scenario. A file that is not present is removed.
 constexpr std::array boardFiles{
     BoardFile{BoardPaths::scenario, [](const Scenario&) { return true; }, scenarioText},
     BoardFile{"/rom/private/is_master",

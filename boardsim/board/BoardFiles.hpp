@@ -4,9 +4,9 @@
 
 namespace Boardsim {
 
-/// Puts the board's files in the state that `scenario` describes: the node's kind and the private
-/// configuration under /rom, the libraries' settings and the scenario itself under /run/boardsim. What
-/// peers of an earlier board left behind is removed. For use inside the sandbox; throws std::system_error.
+/// Writes the files that `scenario` describes: node kind and private configuration under /rom, and the
+/// settings of the stand-in libraries under /run/boardsim. Removes what peers of an earlier board left. Call
+/// it only inside the sandbox. Throws std::system_error.
 void layBoardFiles(const Scenario& scenario);
 
 }  // namespace Boardsim

@@ -17,7 +17,7 @@
 namespace Boardsim {
 namespace {
 
-/// Under this number a peer finds the pipe in which it says that it is ready.
+/// The peer's end of the readiness pipe.
 constexpr int readinessNumber = 3;
 
 void sayReady() {
@@ -25,7 +25,7 @@ void sayReady() {
     Base::checked(::write(readiness.get(), "!", 1), "readiness");
 }
 
-/// Dies as in a crash: at once, so that socket files stay behind.
+/// Exits without cleanup, as in a crash, so that socket files stay behind.
 void serveUntilDeath(const Peers& peers) {
     try {
         servePeers(peers, neverReadable);

@@ -10,21 +10,21 @@
 
 namespace Boardsim {
 
-/// A peer's process that has been started and may not be ready yet.
+/// A peer process that has been started, but may not be ready.
 struct PeerStart {
     std::string name;
     pid_t pid = 0;
-    Base::UniqueFd readiness;  ///< gets one byte when it is ready, its end when it fails
+    Base::UniqueFd readiness;  ///< receives one byte when the peer is ready, end of file if it fails
 };
 
-/// Starts a peer as a process under its own bare name. It reads the scenario from its file. The caller
-/// waits for the process. Throws std::system_error.
+/// Starts a peer process, which reads the scenario from its file. The caller waits for the process. Throws
+/// std::system_error.
 PeerStart startPeerProcess(std::string_view name);
 
-/// Returns when the peer can be talked to. Throws std::runtime_error where it ended before.
+/// Waits until the peer is ready. Throws std::runtime_error if it exits first.
 void waitUntilReady(const PeerStart& start);
 
-/// The life of such a process, in it; returns its exit status.
+/// The main function of a peer process. Returns its exit status.
 int runPeerProcess(const PeerEntry& peer);
 
 }  // namespace Boardsim

@@ -19,7 +19,7 @@ void put(std::uint32_t physical, const void* bytes, std::size_t size) {
     std::memcpy(place, bytes, size);
 }
 
-/// An Ethernet frame to a group, with a text for a payload.
+/// A multicast Ethernet frame with text as payload.
 std::array<unsigned char, frameLength> frame() {
     constexpr std::array<unsigned char, 14> header{0x01, 0x00, 0x5e, 0x00, 0x00, 0x01, 0x02,
                                                    0x00, 0x00, 0x00, 0x00, 0x01, 0x08, 0x00};
@@ -33,7 +33,7 @@ std::array<unsigned char, frameLength> frame() {
 }  // namespace
 
 void lay() {
-    // Above bit 21, the words of the lengths say other things.
+    // Bits 0 to 21 of these words are the length. The bits above are other fields.
     constexpr std::uint32_t otherBits = 0xc0000000;
     const std::array<std::uint32_t, 16> words{
         0x80000000 | frameLength, 0,     0x00010203, otherBits | frameLength, buffer + frameOffset, 0,

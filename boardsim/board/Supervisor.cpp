@@ -27,15 +27,15 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long the command may go on after a signal from the host.
+/// The command's time to exit after a signal from the host.
 constexpr std::chrono::seconds grace{2};
 
-constexpr int signalledStatus = 128;  // a shell's convention, like those two
+constexpr int signalledStatus = 128;  // exit statuses by the convention of shells
 constexpr int notFoundStatus = 127;
 constexpr int notRunnableStatus = 126;
 
-/// Uses up the low process ids: on a board they are taken, and peers have netlink port ids among them.
-/// Threads take their ids from the same row, and are quicker than processes.
+/// Uses up the low process ids. On a board they are taken, and some peers use them as netlink port ids.
+/// Threads take ids from the same range and start faster than processes.
 void skipLowProcessIds() {
     constexpr pid_t lastSkipped = 300;
     for (pid_t latest = 0; latest < lastSkipped;) {
@@ -43,15 +43,15 @@ void skipLowProcessIds() {
     }
 }
 
-/// Undoes what the host's side did to outlive Ctrl-C; children are to begin as usual, and the first
-/// process of a sandbox is spared these signals anyway.
+/// boardsim ignores these signals on the host, and children would inherit that. Default actions do not kill
+/// the first process of a PID namespace.
 void restoreSignals() {
     for (const int each : {SIGINT, SIGTERM}) {
         std::signal(each, SIG_DFL);
     }
 }
 
-/// Starts the command. Where it cannot be run, says so and gives the exit status for it in `status`.
+/// Starts the command. If it cannot be run, reports that and sets `status` to the exit status.
 std::optional<pid_t> startCommand(const std::vector<std::string>& command, int& status) {
     ChildProcess child;
     try {
@@ -63,7 +63,7 @@ std::optional<pid_t> startCommand(const std::vector<std::string>& command, int& 
     }
 }
 
-/// Reaps every process that has ended. The exit status of `command`, once it is among them.
+/// Reaps every process that has exited. Returns the exit status of `command` if it is among them.
 std::optional<int> reap(pid_t command) {
     std::optional<int> result;
     int status = 0;
@@ -75,7 +75,7 @@ std::optional<int> reap(pid_t command) {
     return result;
 }
 
-/// What is left of the time until `end`, as poll() takes it; -1 without an end.
+/// The time until `end` as poll() takes it; -1 without an end.
 int remaining(std::optional<Clock::time_point> end) {
     if (!end) {
         return -1;
@@ -84,7 +84,7 @@ int remaining(std::optional<Clock::time_point> end) {
     return std::max(0, static_cast<int>(left.count()));
 }
 
-/// Waits until the command has ended, or the host has, or the host's signal did not end it in time.
+/// Waits until the command exits, the host side exits, or the time after a forwarded signal is over.
 int accompanyCommand(pid_t command, const Base::UniqueFd& childSignals, const ControlLine& line) {
     std::optional<Clock::time_point> end;
     int lateStatus = 0;
@@ -101,7 +101,7 @@ int accompanyCommand(pid_t command, const Base::UniqueFd& childSignals, const Co
         if (waits[1].revents != 0) {
             const auto signal = line.receive();
             if (!signal) {
-                return signalledStatus + SIGHUP;  // nobody will read it
+                return signalledStatus + SIGHUP;  // nobody reads this status
             }
             ::kill(command, *signal);
             end = Clock::now() + grace;

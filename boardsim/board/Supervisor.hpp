@@ -5,10 +5,10 @@
 
 namespace Boardsim {
 
-/// The first process of the sandbox: starts the board, runs `command` on it, reaps what is left over.
-/// Returns the command's exit status; the kernel ends everything else in the sandbox when this process
-/// ends. `lineDescriptor` is the sandbox's end of the line to the host, from now on owned here. Throws
-/// what the board throws when it does not start.
+/// The first process of the sandbox: starts the board, runs `command` on it and reaps orphans. Returns the
+/// exit status of the command. When this process exits, the kernel kills everything else in the sandbox.
+/// Takes over `lineDescriptor`, the sandbox's end of the control line. Throws what Board's constructor
+/// throws.
 int supervise(int lineDescriptor, const std::vector<std::string>& command);
 
 }  // namespace Boardsim

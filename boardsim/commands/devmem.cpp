@@ -1,5 +1,5 @@
-// devmem ADDRESS [WIDTH [VALUE]]: reads or writes one register of the simulated board, of 8, 16 or 32 bits.
-// Numbers as in C. What was asked for stands in the board's records, as a line of its words.
+// devmem ADDRESS [WIDTH [VALUE]]: reads or writes one register of the simulated board. WIDTH is 8, 16 or 32
+// bits. Numbers are written as in C. Each call is recorded as a line in the board's records.
 
 #include <cerrno>
 #include <cstdint>
@@ -64,7 +64,7 @@ void record(const std::vector<std::string>& words) {
     Boardsim::RequestRecord("devmem").addLine(line);
 }
 
-/// The lowest bits of the register, as the board's byte order has them.
+/// Accesses the low bits of the register, in the board's byte order.
 void carryOut(const Access& access, void* place) {
     const std::size_t bytes = access.width / 8;
     if (access.value) {

@@ -31,10 +31,10 @@ int runInit(int argc, char** argv) {
     return supervise(lineDescriptor, {argv + 2, argv + argc});
 }
 
-/// As the program that people start.
+/// As boardsim on the host.
 int runBoardsim(int argc, char** argv) {
-    // What a board inherits is said here, not by who starts it. Not closed: files may be named by
-    // descriptors.
+    // The board must not inherit the caller's descriptors. They stay open for this program, because its
+    // arguments may name them (/dev/fd/N).
     ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     if (argc > 1 && argv[1] == std::string_view("status")) {
         return runStatus({argv + 2, argv + argc});
@@ -47,8 +47,7 @@ int runBoardsim(int argc, char** argv) {
     return runInSandbox(request.scenario, request.command);
 }
 
-/// This one program is the board's first process and every peer, too; the name under which it was started
-/// tells which.
+/// The same program is the board's first process and every peer. argv[0] selects the role.
 int runAs(const std::string& name, int argc, char** argv) {
     if (const PeerEntry* peer = findPeer(name)) {
         return runPeerProcess(*peer);
@@ -59,7 +58,7 @@ int runAs(const std::string& name, int argc, char** argv) {
     return runBoardsim(argc, argv);
 }
 
-/// Each line of a message with the program's name in front.
+/// Prints the message with the program's name before each line.
 int fail(std::string_view message, int status) {
     for (std::size_t end = 0; end != std::string_view::npos;) {
         end = message.find('\n');

@@ -3,24 +3,24 @@
 #include <string>
 #include <string_view>
 
-/// The simulated board's own files, beside those that HostBoard names. Tools of the board do not know
-/// them; people and tests do.
+/// Paths that only the simulated board has. Those that it shares with the stand-in libraries are in
+/// HostBoard.hpp.
 namespace Boardsim::BoardPaths {
 
 constexpr const char* scenario = "/run/boardsim/scenario.toml";
-/// Copy of the file given with --config, before it is installed.
+/// Copy of the --config file, before the board installs it.
 constexpr const char* config = "/run/boardsim/fpdispatcher.conf";
-/// What the board's processes sent to /dev/log, a record a line.
+/// The records that processes sent to /dev/log, one per line.
 constexpr const char* systemLog = "/run/boardsim/system.log";
-/// The program under the name of the sandbox's first process.
+/// Link to boardsim: the name makes it the sandbox's first process.
 constexpr const char* init = "/run/boardsim/init";
-/// One file a peer: what it received and answered, for people.
+/// One log file per peer, for people.
 constexpr const char* logDir = "/run/boardsim/log";
-/// One file a peer: what it received, byte for byte.
+/// One file per peer with every byte that it received.
 constexpr const char* receivedDir = "/run/boardsim/received";
-/// One file a peer: the status in its heartbeats, a number that people may change.
+/// One file per peer with the status that its heartbeats carry. People may change it.
 constexpr const char* heartbeatDir = "/run/boardsim/heartbeat";
-/// The program under each peer's name.
+/// One link to boardsim per peer: the name makes it that peer.
 constexpr const char* peersDir = "/run/boardsim/peers";
 
 inline std::string logFile(std::string_view peer) {

@@ -5,30 +5,30 @@
 
 namespace Boardsim {
 
-/// A way to misbehave that a peer knows, as people name it: "silent", or "slow:200" with a number.
+/// One kind of fault. People write it as "silent", or with a number as "slow:200".
 struct FaultKind {
     std::string_view name;
-    std::string_view help;         ///< what happens
-    std::string_view number = {};  ///< what help calls the number; empty: the kind takes none
-    int least = 0;                 ///< smallest number taken
-    int most = 0;                  ///< greatest number taken
+    std::string_view help;         ///< what the peer does
+    std::string_view number = {};  ///< placeholder of the number in help; empty: the kind takes none
+    int least = 0;                 ///< smallest valid number
+    int most = 0;                  ///< greatest valid number
 
     bool takesNumber() const { return !number.empty(); }
 
-    /// As help shows it: "silent", or "slow:MS" with a number.
+    /// As in help: "silent", or "slow:MS" if the kind takes a number.
     std::string form() const {
         return std::string(name) + (takesNumber() ? ":" + std::string(number) : std::string());
     }
 };
 
-/// How one peer misbehaves. An empty kind: not at all.
+/// The fault of one peer. An empty kind: no fault.
 struct Fault {
     std::string kind;
-    int number = 0;           ///< 0 where the kind takes none
-    std::string said = kind;  ///< as a scenario says it, with the prefix of its group and the number
+    int number = 0;           ///< 0 if the kind takes none
+    std::string said = kind;  ///< as in a scenario, with the group's prefix and the number
 };
 
-/// Longest delay that a fault may ask for, in milliseconds.
+/// Longest delay of a fault, in milliseconds.
 constexpr int longestDelayMs = 600'000;
 
 }  // namespace Boardsim

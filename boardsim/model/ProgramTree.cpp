@@ -6,7 +6,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The folder in which `folder` has the relative path `below`; empty where there is none.
+/// Removes `below` from the end of `folder`. Empty if `folder` does not end so.
 fs::path folderAbove(fs::path folder, fs::path below) {
     while (!below.empty() && folder.filename() == below.filename()) {
         folder = folder.parent_path();
@@ -48,7 +48,7 @@ std::string ProgramTree::commandOnBoard(const std::string& command) const {
     if (command.find('/') == std::string::npos) {
         return command;
     }
-    // The last name may be a link within the tree; what it points to is the board's matter.
+    // The last component is not resolved: it may be a link within the tree.
     const fs::path path = fs::absolute(command);
     std::error_code missing;
     const fs::path folder = fs::canonical(path.parent_path(), missing);

@@ -6,25 +6,23 @@
 
 namespace Boardsim {
 
-/// The folder tree that this program belongs to - a build folder, or the prefix of an installation - and its
-/// place on the simulated board. An installation whose libraries or commands are not below its prefix has a
-/// tree that starts further up, in the end at the root of the file system.
+/// The directory tree with boardsim and korvel (a build directory or an installation prefix), and its place
+/// on the board. If libraries or commands are installed outside the prefix, the tree starts further up,
+/// possibly at /.
 class ProgramTree {
 public:
-    /// `program` is the path of this program, without symbolic links. The tree is the folder that it lies
-    /// in, or the one above the folder that the build has for programs (bin).
+    /// `program` is the path of this program, without symbolic links. The tree is the program's directory. If
+    /// that directory is the one for programs (bin), the tree is the directory above.
     explicit ProgramTree(const std::filesystem::path& program);
 
-    /// The tree of the running program.
     static ProgramTree ofThisProgram();
 
-    /// Where the tree is on the host.
     const std::filesystem::path& onHost() const { return host; }
 
-    /// Where the tree is on the board: /opt/korvel, or unchanged for an installation that cannot be there.
+    /// /opt/korvel, or the host's path for an installation that cannot move.
     const std::filesystem::path& onBoard() const { return board; }
 
-    /// True where the board has the tree anyway, as part of its /usr.
+    /// True if the board's /usr already contains the tree.
     bool isPartOfUsr() const { return host == "/usr" || host == "/usr/local"; }
 
     /// What the board sees of the tree, as paths below it: everything (an empty path), or of a whole file
@@ -38,11 +36,9 @@ public:
     /// The folder of the manual pages, seen from the board.
     std::filesystem::path pagesOnBoard() const;
 
-    /// This program's path below the tree.
     std::filesystem::path programInTree() const { return programs / name; }
 
-    /// The path on the board of a command that is given by a path into the tree; any other command
-    /// unchanged.
+    /// If `command` is a path into the tree, its path on the board. Otherwise `command` unchanged.
     std::string commandOnBoard(const std::string& command) const;
 
 private:
@@ -50,7 +46,7 @@ private:
 
     std::filesystem::path host;
     std::filesystem::path board;
-    std::filesystem::path programs;  // below the tree
+    std::filesystem::path programs;  // relative to the tree
     std::filesystem::path name;
 };
 

@@ -29,8 +29,8 @@ std::vector<option> optionTable() {
     return table;
 }
 
-/// What getopt_long() refused: with ':' for lack of an argument. It tells a letter behind a single dash in
-/// optopt, anything else is the word that it read last.
+/// The option that getopt_long() rejected; `value` is ':' if its argument is missing. optopt holds the letter
+/// of a short option. Any other option is the last word that getopt_long() read.
 std::string refusedOption(int value, const char* lastWord) {
     const bool letter = value == '?' && optopt >= ' ';
     const std::string name = letter ? std::string("-") + static_cast<char>(optopt) : lastWord;
@@ -65,7 +65,7 @@ Request parseCommandLine(int argc, char** argv) {
             settings.emplace_back(&scenarioKeys()[static_cast<std::size_t>(value - firstKey)], argument);
         }
     }
-    for (const auto& [key, value] : settings) {  // last, for they override the scenario file
+    for (const auto& [key, value] : settings) {  // last, because options override the scenario file
         applyOption(*key, value, request.scenario);
     }
     request.command.assign(argv + optind, argv + argc);

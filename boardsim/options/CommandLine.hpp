@@ -7,14 +7,14 @@
 
 namespace Boardsim {
 
-/// What the program was asked to do.
+/// The parsed command line.
 struct Request {
-    std::string (*help)() = nullptr;  ///< the help text to print; null: none, a board is to run
+    std::string (*help)() = nullptr;  ///< the help text to print; null: run a board
     Scenario scenario;
     std::vector<std::string> command;  ///< empty: a shell
 };
 
-/// Understands the program's command line; reads a scenario file that it names. Throws UsageError.
+/// Parses the command line, and reads a scenario file that it names. Throws UsageError.
 Request parseCommandLine(int argc, char** argv);
 
 }  // namespace Boardsim

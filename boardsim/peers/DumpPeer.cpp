@@ -78,7 +78,7 @@ void DumpPeer::writePieces(const Pieces& pieces, int pauseMs) const {
         std::this_thread::sleep_for(std::chrono::milliseconds(pauseMs));
         const auto written = ::write(file.get(), piece.data(), piece.size());
         if (written < 0) {
-            break;  // a full disk cuts the dump, as on a board
+            break;  // on a full disk the dump is incomplete, as on a board
         }
         size += static_cast<std::size_t>(written);
     }

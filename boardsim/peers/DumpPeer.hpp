@@ -12,16 +12,15 @@
 
 namespace Boardsim {
 
-/// The dump that a NetFP process writes when it gets SIGUSR1: DIRECTORY/NAME.log, in several pieces with
-/// a pause between them, from the line "<NAME_dump>" to the line "</NAME_dump>".
+/// Writes the dump of a NetFP process on SIGUSR1. The file DIRECTORY/NAME.log starts with the line
+/// "<NAME_dump>" and ends with "</NAME_dump>". It is written in several pieces, with a pause between them.
 class DumpPeer : public Peer {
 public:
-    /// `describeState` is asked at each signal for what stands between first and last line. Blocks SIGUSR1
-    /// in the calling thread; no other thread of the process may leave it unblocked.
+    /// Each signal calls `describeState` for the lines between the first and the last. Blocks SIGUSR1 in the
+    /// calling thread; no other thread of the process may leave it unblocked.
     DumpPeer(std::string processName, std::function<std::string()> describeState, Fault misbehaviour = {},
              const std::string& directory = "/tmp");
 
-    /// The faults that the constructor takes.
     static std::vector<FaultKind> faultKinds();
 
     int descriptor() const override { return signals.get(); }

@@ -12,18 +12,18 @@
 
 namespace Boardsim {
 
-/// Bytes of an answer with the fault "oversized"; more than any answer has.
+/// Size of an answer with the fault "oversized"; longer than any correct answer.
 inline constexpr std::size_t oversizedAnswer = 400;
 
-/// One row of a peer's table of faults: the kind, and what the peer then does in place of its duty.
-/// The first row of a table has an empty kind and does the duty.
+/// One row of a peer's table of faults: the kind, and the function that the peer then calls. The first row
+/// has an empty kind and the function without a fault.
 template <typename Act>
 struct FaultAct {
     FaultKind kind;
     Act act;
 };
 
-/// What a peer with this fault does. Throws std::invalid_argument where the table does not know it.
+/// Throws std::invalid_argument if the table lacks the fault.
 template <typename Act>
 Act findAct(std::span<const FaultAct<Act>> table, const Fault& fault) {
     const auto row =
@@ -34,7 +34,7 @@ Act findAct(std::span<const FaultAct<Act>> table, const Fault& fault) {
     return row->act;
 }
 
-/// The kinds of fault in a table, without the row for the duty.
+/// All kinds of a table, without the first row.
 template <typename Act>
 std::vector<FaultKind> kindsOf(std::span<const FaultAct<Act>> table) {
     std::vector<FaultKind> kinds;

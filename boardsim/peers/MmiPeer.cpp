@@ -10,7 +10,7 @@
 namespace Boardsim {
 namespace {
 
-/// One byte more than a datagram of the MMI service has at most.
+/// One byte more than the longest correct datagram.
 constexpr std::size_t unusualSize = 513;
 
 std::string everyByte() {
@@ -71,7 +71,7 @@ MmiPeer::Texts MmiPeer::answerTo(const std::string& command) const {
                                                   : mmiDatagrams(mmiReplyText(instance, command));
 }
 
-/// Many datagrams are one line, or a reply without end would fill the log.
+/// One line for all datagrams: an endless reply must not fill the log.
 void MmiPeer::logReply() const {
     if (sent.datagrams == 0) {
         log.note("no reply");
@@ -134,7 +134,7 @@ void MmiPeer::replyUnended(const Texts& texts, const Sender& sender) {
 
 void MmiPeer::replyEndlessly(const Texts& texts, const Sender& sender) {
     const std::string& datagram = texts.front();
-    socket.connect(sender);  // so that the end comes when nobody listens any more
+    socket.connect(sender);  // so that send() fails when the client has closed its socket
     while (send(datagram, sender)) {
         std::this_thread::sleep_for(std::chrono::microseconds(20));
     }

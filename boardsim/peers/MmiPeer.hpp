@@ -14,15 +14,14 @@
 
 namespace Boardsim {
 
-/// The MMI service of a dispatcher: takes a command as one UDP datagram and answers with text in several,
-/// then with the end marker in one of its own. It resets the instance's QoS statistics, too.
+/// The MMI service of a dispatcher. A command is one UDP datagram. The reply is several datagrams of text,
+/// then one with the end marker. One command resets the QoS statistics of the instance.
 class MmiPeer : public Peer {
 public:
-    /// `instanceName` is "iwf" or "sfn"; the port is one of 127.0.0.1. Requests are recorded under the
+    /// `instanceName` is "iwf" or "sfn"; `port` is a UDP port of 127.0.0.1. Requests are recorded under the
     /// dispatcher's name.
     MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misbehaviour = {});
 
-    /// The faults that the constructor takes.
     static std::vector<FaultKind> faultKinds();
 
     int descriptor() const override { return socket.descriptor(); }
@@ -30,7 +29,7 @@ public:
 
 private:
     struct Acts;
-    using Texts = std::vector<std::string>;  // a datagram each, without the end marker
+    using Texts = std::vector<std::string>;  // one per datagram, without the end marker
     using Act = void (MmiPeer::*)(const Texts& texts, const Sender& sender);
 
     Texts answerTo(const std::string& command) const;
@@ -49,7 +48,7 @@ private:
     void replyEmptyAfterFirst(const Texts& texts, const Sender& sender);
     void replyStaleFirst(const Texts& texts, const Sender& sender);
 
-    /// What has been sent of the reply at hand.
+    /// The part of the current reply that has been sent.
     struct Sent {
         std::size_t datagrams = 0;
         std::size_t bytes = 0;

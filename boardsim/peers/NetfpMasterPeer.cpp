@@ -10,7 +10,7 @@
 namespace Boardsim {
 namespace {
 
-// Faults of the work itself rather than of the answer.
+// Faults of the processing, not of the answer.
 constexpr const char* refusesRename = "refuse-rename";
 constexpr const char* ignoresRenames = "ignore-renames";
 
@@ -119,7 +119,8 @@ void NetfpMasterPeer::answerAddMulticastMac(const NetfpMaster_Request& request,
 }
 
 void NetfpMasterPeer::send(std::string_view bytes, const Sender& sender) const {
-    log.answered(masterResponseText(bytes), bytes.size());  // first: who has the answer can read it there
+    // First, because a client with the answer must find it in the log.
+    log.answered(masterResponseText(bytes), bytes.size());
     if (!socket.send(bytes, sender)) {
         log.note(answerNotTaken);
     }

@@ -15,11 +15,11 @@
 
 namespace Boardsim {
 
-/// The NetFP master's request socket: answers each request datagram with one response, out of a table.
-/// Strict: a datagram of another size and a message type that it does not know get an error code.
+/// The NetFP master's request socket: answers each request with one response. Answers with an error code if
+/// the datagram has the wrong size or an unknown message type.
 class NetfpMasterPeer : public Peer {
 public:
-    /// Error codes of its responses, beside 0.
+    /// Error codes of the responses. 0 is success.
     static constexpr std::int32_t unknownInterface = -1;
     static constexpr std::int32_t unknownMessage = -2;
     static constexpr std::int32_t wrongSize = -3;
@@ -30,7 +30,6 @@ public:
     explicit NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fault misbehaviour = {},
                              const std::string& path = "/tmp/NetfpMaster");
 
-    /// The faults that the constructor takes.
     static std::vector<FaultKind> faultKinds();
 
     int descriptor() const override { return socket.descriptor(); }
@@ -60,7 +59,7 @@ private:
     Fault fault;
     Act act;
     ServerSocket socket;
-    int renames = 0;  // asked for so far
+    int renames = 0;  // rename requests so far
     RequestRecord record{"netfp_master"};
     PeerLog log;
 };

@@ -12,7 +12,7 @@
 namespace Boardsim {
 namespace {
 
-constexpr std::uint16_t everyMessageType = 1;  // what a message is stands in its payload
+constexpr std::uint16_t everyMessageType = 1;  // the message type is the first word of the payload
 constexpr std::uint32_t wrongBy = 1000;        // far from every number in use
 
 std::uint32_t portIdOf(const Sender& sender) {
@@ -21,14 +21,13 @@ std::uint32_t portIdOf(const Sender& sender) {
     return address.nl_pid;
 }
 
-/// What stands in front of the payload; zeros where the datagram is too short for it.
+/// All zeros if the datagram is too short.
 nlmsghdr headerOf(const Datagram& request) {
     nlmsghdr header{};
     std::memcpy(&header, request.bytes.data(), std::min(request.bytes.size(), sizeof header));
     return header;
 }
 
-/// What stands behind the header.
 std::string_view payloadOf(const Datagram& request) {
     return std::string_view(request.bytes).substr(std::min(request.bytes.size(), sizeof(nlmsghdr)));
 }
@@ -37,7 +36,6 @@ std::string sequenceText(const nlmsghdr& header) {
     return "sequence " + std::to_string(header.nlmsg_seq) + ": ";
 }
 
-/// Whether the request's header says what is true.
 bool isTruthful(const nlmsghdr& header, const Datagram& request) {
     return header.nlmsg_len == request.bytes.size() && header.nlmsg_type == everyMessageType &&
            header.nlmsg_flags == 0 && header.nlmsg_pid == portIdOf(request.sender);
@@ -55,7 +53,7 @@ struct NetlinkPeer::Response {
 
 struct NetlinkPeer::Acts {
     static constexpr int mostStatus = std::numeric_limits<int>::max();
-    static constexpr int leastSize = 1;  // the kernel carries no empty netlink datagram
+    static constexpr int leastSize = 1;  // netlink carries no empty datagram
     static constexpr std::array rows{
         FaultAct<Act>{{}, &NetlinkPeer::sendRight},
         FaultAct<Act>{{"silent", "sends no answer"}, &NetlinkPeer::sendNothing},
@@ -129,10 +127,11 @@ NetlinkPeer::Response NetlinkPeer::answerTo(const Datagram& request, const Servi
 }
 
 void NetlinkPeer::send(const Response& response, std::string_view bytes, const Sender& sender) const {
+    // First, because a client with the answer must find it in the log.
     log.answered(sequenceText(response.header) + "type " + std::to_string(response.messageType) +
                      ", status " + std::to_string(response.status) + ", from port id " +
                      std::to_string(response.header.nlmsg_pid),
-                 bytes.size());  // first: who has the answer can read it there
+                 bytes.size());
     if (!socket.send(bytes, sender)) {
         log.note(answerNotTaken);
     }

@@ -14,28 +14,23 @@
 
 namespace Boardsim {
 
-/// A netlink port of the fast-path stack: answers requests of the types that it knows, each with a message
-/// type and a status.
-/// Strict: a datagram of another size, an unknown message type, and a header that does not fit the datagram
-/// or its sender get no answer.
+/// A netlink port of the fast-path stack. Answers each known request with a message type and a status.
+/// Ignores a datagram if its size, its message type or its netlink header is wrong.
 class NetlinkPeer : public Peer {
 public:
-    /// One kind of request.
     struct Service {
         std::uint32_t requestType;
-        std::size_t requestSize;  ///< bytes of the payload, its message type included
+        std::size_t requestSize;  ///< size of the payload, including the message type
         std::uint32_t responseType;
-        /// The status that a request is answered with. Its payload has requestSize bytes.
+        /// The status for the answer. `payload` has requestSize bytes.
         std::function<std::uint32_t(std::string_view payload)> status;
-        /// What such a request asks for, in a few words.
+        /// A short description of the request, for the log.
         std::string (*text)(std::string_view payload);
     };
 
-    /// Requests are recorded under the name of the process.
     NetlinkPeer(std::string_view processName, std::uint32_t ownPortId, std::vector<Service> offered,
                 Fault misbehaviour = {});
 
-    /// The faults that the constructor takes.
     static std::vector<FaultKind> faultKinds();
 
     int descriptor() const override { return socket.descriptor(); }

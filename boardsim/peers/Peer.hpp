@@ -6,7 +6,7 @@
 
 namespace Boardsim {
 
-/// One service of the simulated board: something to wait for, and what to do when it has come.
+/// One service of the simulated board: a descriptor to wait for, and a function to call.
 class Peer {
 public:
     Peer() = default;
@@ -16,17 +16,17 @@ public:
     Peer& operator=(Peer&&) = delete;
     virtual ~Peer() = default;
 
-    /// The descriptor that is readable when there is something to serve. The peer owns it.
+    /// Readable when there is something to serve. The peer owns it.
     virtual int descriptor() const = 0;
 
-    /// Handles what has arrived; called when descriptor() is readable. Throws PeerDeath where the peer's
-    /// fault is to die.
+    /// Handles one request. Called when descriptor() is readable. Throws PeerDeath if the peer's fault makes
+    /// it die.
     virtual void serve() = 0;
 };
 
 using Peers = std::vector<std::unique_ptr<Peer>>;
 
-/// Ends the process, or the thread, that serves the peer.
+/// Ends the process or thread that serves the peer.
 class PeerDeath : public std::exception {
 public:
     const char* what() const noexcept override { return "the peer dies, as its fault says"; }

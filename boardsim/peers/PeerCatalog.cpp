@@ -32,7 +32,7 @@ constexpr std::array dumpFaults{FaultGroup{"", &dumpTopic}};
 constexpr std::array proxyFaults{FaultGroup{"", &dumpTopic}, FaultGroup{"netlink-", &netlinkTopic}};
 constexpr std::array dispatcherFaults{FaultGroup{"", &mmiTopic}, FaultGroup{"netlink-", &netlinkTopic}};
 
-/// A list of peers from the peers themselves, which an initializer list could only copy.
+/// make_unique() results cannot be copied into an initializer list.
 template <typename... Each>
 Peers together(Each... each) {
     Peers peers;

@@ -9,19 +9,18 @@
 
 namespace Boardsim {
 
-/// One process of the board.
 struct PeerEntry {
-    std::string_view name;  ///< of the process, bare
+    std::string_view name;  ///< name of the process
     std::string_view help;  ///< what it does
     bool (*runsOn)(Deployment deployment);
     std::span<const FaultGroup> faults;
-    Peers (*build)(const Scenario& scenario);  ///< what the process serves; throws where it cannot be had
+    Peers (*build)(const Scenario& scenario);  ///< what the process serves; throws on failure
 };
 
-/// All processes of the board, in the order in which they start.
+/// All processes of the board, in the order of their start.
 std::span<const PeerEntry> peerCatalog();
 
-/// The process of exactly this name, or null.
+/// The process with this name, or null.
 const PeerEntry* findPeer(std::string_view name);
 
 }  // namespace Boardsim

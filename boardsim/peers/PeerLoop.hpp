@@ -4,10 +4,10 @@
 
 namespace Boardsim {
 
-/// Stands for "never" as the descriptor that ends servePeers().
+/// A `stop` for servePeers() that never ends it.
 constexpr int neverReadable = -1;
 
-/// Serves every peer whose descriptor is readable, until `stop` is. Lets a peer's PeerDeath pass.
+/// Serves every peer whose descriptor is readable, until `stop` is readable. Does not catch PeerDeath.
 void servePeers(const Peers& peers, int stop);
 
 }  // namespace Boardsim

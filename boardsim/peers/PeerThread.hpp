@@ -8,8 +8,8 @@
 
 namespace Boardsim {
 
-/// Serves one peer on a thread of the calling process, from the constructor to the destructor.
-/// A peer that dies is destroyed there and then, so that its socket is gone as with a process.
+/// Serves one peer on a thread of the calling process, from the constructor to the destructor. If the peer
+/// dies, it is destroyed at once, so that its socket closes as with a process.
 class PeerThread {
 public:
     explicit PeerThread(std::unique_ptr<Peer> peer);
@@ -20,9 +20,9 @@ public:
     ~PeerThread();
 
 private:
-    void serve();  ///< whatever is thrown there, but for a peer's death, ends the process
+    void serve();  ///< any exception but PeerDeath ends the process
 
-    Peers peers;  // the thread's alone while it runs
+    Peers peers;  // used only by the thread while it runs
     Base::UniqueFd stop;
     std::thread thread;
 };

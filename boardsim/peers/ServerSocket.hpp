@@ -10,10 +10,10 @@
 
 namespace Boardsim {
 
-/// Where a datagram came from and an answer goes to.
+/// The address of a client.
 struct Sender {
     sockaddr_storage address{};
-    socklen_t length = 0;  ///< 0: the sender has no address and cannot be answered
+    socklen_t length = 0;  ///< 0: no address, so that no answer is possible
 };
 
 struct Datagram {
@@ -21,18 +21,17 @@ struct Datagram {
     Sender sender;
 };
 
-/// A server's bound datagram socket. Owns its descriptor and, where it has one, its socket file; both are
-/// gone when the object is.
+/// A server's bound datagram socket. Owns its descriptor and its socket file, if it has one.
 class ServerSocket {
 public:
-    /// Bound to the UNIX socket file `path`, in place of a file that an earlier run left behind and open
-    /// to every user. Throws std::system_error.
+    /// Binds to the UNIX socket file `path` and makes it accessible to every user. Replaces a file that an
+    /// earlier run left. Throws std::system_error.
     static ServerSocket atPath(const std::string& path);
 
-    /// Bound to a UDP port of 127.0.0.1. Throws std::system_error.
+    /// Binds to a UDP port of 127.0.0.1. Throws std::system_error.
     static ServerSocket atLocalPort(std::uint16_t port);
 
-    /// Bound to a netlink port id of the user-socket protocol. Throws std::system_error.
+    /// Binds to a netlink port id of NETLINK_USERSOCK. Throws std::system_error.
     static ServerSocket atNetlinkPort(std::uint32_t portId);
 
     ServerSocket(const ServerSocket&) = delete;
@@ -43,13 +42,13 @@ public:
 
     int descriptor() const { return socket.get(); }
 
-    /// Waits for one datagram and takes it whole. Throws std::system_error.
+    /// Waits for one datagram. Throws std::system_error.
     Datagram receive() const;
 
-    /// Sends without waiting. False where the receiver is gone or its queue is full.
+    /// Sends without waiting. Returns false if the receiver has exited or its queue is full.
     bool send(std::string_view bytes, const Sender& receiver) const;
 
-    /// From now on (until `disconnect`), a UDP receiver that is gone makes send() fail.
+    /// While connected, send() fails if a UDP receiver has closed its socket.
     void connect(const Sender& receiver) const;
     void disconnect() const;
 
@@ -58,7 +57,7 @@ private:
                  const std::string& what);
 
     Base::UniqueFd socket;
-    std::string file;  // empty where the address is no path
+    std::string file;  // empty if the address is not a path
 };
 
 }  // namespace Boardsim

@@ -8,11 +8,10 @@
 
 namespace Boardsim {
 
-/// A process that writes to a shared-memory log: one entry when it starts, one every second from then on.
-/// Stays idle where the log cannot be had.
+/// A process that writes to a shared-memory log: one entry at the start, then one per second. Does nothing if
+/// the log cannot be opened.
 class SmLogPeer : public Peer {
 public:
-    /// The board's two logs.
     static constexpr const char* dispatcher = "dispatcher_log_memory";
     static constexpr const char* systemLibrary = "syslib_log_memory";
 
@@ -22,13 +21,13 @@ public:
     void serve() override;
 
 private:
-    SmLog* log;  // the library's
+    SmLog* log;  // owned by the library
     std::string tag;
     Base::UniqueFd timer;
     unsigned long long seconds = 0;
 };
 
-/// Writes to the log `logName` until it holds as much as it can.
+/// Fills the log `logName` to its capacity.
 void fillSmLog(const char* logName);
 
 }  // namespace Boardsim

@@ -8,8 +8,8 @@ namespace {
 
 constexpr std::uint64_t systemLogLimit = 4U << 20;
 
-/// A record as one line: line ends and zeros at its end are the sender's habit, those inside it would
-/// make two records of one.
+/// A record as one line. Removes line ends and zeros at the end; replaces others, because they would split
+/// the record.
 std::string asLine(std::string text) {
     constexpr std::string_view breaks("\n\0", 2);
     text.erase(text.find_last_not_of(breaks) + 1);

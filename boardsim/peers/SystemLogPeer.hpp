@@ -11,7 +11,7 @@
 
 namespace Boardsim {
 
-/// The board's system log: takes records from /dev/log and keeps them in a file, one a line.
+/// The board's system log: receives records at /dev/log and writes them to a file, one per line.
 class SystemLogPeer : public Peer {
 public:
     explicit SystemLogPeer(const std::string& path = "/dev/log",

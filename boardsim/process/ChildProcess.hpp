@@ -8,9 +8,8 @@
 
 namespace Boardsim {
 
-/// What a child process is to begin with, and its beginning. Apart from what is said here it gets the
-/// environment, the standard streams and the ignored signals of this process, no other descriptor, and no
-/// blocked signal.
+/// A child process to start. It inherits the environment, the standard streams and the ignored signals, but
+/// no other descriptor and no blocked signal.
 class ChildProcess {
 public:
     ChildProcess();
@@ -20,18 +19,18 @@ public:
     ChildProcess& operator=(ChildProcess&&) = delete;
     ~ChildProcess();
 
-    /// The child gets `descriptor` under the number `number`, which may be the same.
+    /// The child inherits `descriptor` as `number`. The two may be equal.
     void give(int descriptor, int number);
 
-    /// The child's descriptor `number` is /dev/null.
+    /// Opens /dev/null as the child's descriptor `number`.
     void silence(int number);
 
-    /// The child leads a process group of its own, so that Ctrl-C does not reach it.
+    /// Puts the child into a process group of its own, so that Ctrl-C does not reach it.
     void leaveProcessGroup();
 
-    /// Starts `program` (looked for in PATH where its name has no slash) and returns its id; the caller
-    /// waits for it. `arguments` begin with the program's name for itself. Throws std::system_error with
-    /// the reason where the program cannot be run.
+    /// Starts `program` and returns its process id; the caller waits for it. A name without a slash is
+    /// searched in PATH. `arguments` start with argv[0]. Throws std::system_error if the program cannot be
+    /// run.
     pid_t start(const std::string& program, std::vector<std::string> arguments);
 
 private:

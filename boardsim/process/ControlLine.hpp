@@ -7,28 +7,27 @@
 
 namespace Boardsim {
 
-/// One end of the line between the program on the host and the first process in the sandbox. The sandbox
-/// says one thing, that it is up; the host passes signals on. When either side ends, the other one sees
-/// the end of the line.
+/// One end of the connection between boardsim on the host and the first process in the sandbox. The sandbox
+/// reports once that it is up; the host forwards signals. When one side exits, the other reads the end of
+/// file.
 class ControlLine {
 public:
     explicit ControlLine(Base::UniqueFd end) : line(std::move(end)) {}
 
-    /// Both ends, close-on-exec. Throws std::system_error.
+    /// Both ends are close-on-exec. Throws std::system_error.
     static std::pair<ControlLine, ControlLine> openPair();
 
     int descriptor() const { return line.get(); }
 
-    /// Gives this end up.
     void close() { line.reset(); }
 
-    /// Sends a signal's number, or `up`. The other side may be gone already; that is no error.
+    /// Sends a signal number, or `up`. Ignores errors: the other side may have exited.
     void send(unsigned char message) const;
 
-    /// Waits for a message; none where the other side is gone.
+    /// Waits for a message. Nothing if the other side has exited.
     std::optional<unsigned char> receive() const;
 
-    /// Tells the host that the sandbox is up.
+    /// The sandbox is up.
     static constexpr unsigned char up = 0;
 
 private:

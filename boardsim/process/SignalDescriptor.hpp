@@ -6,11 +6,11 @@
 
 namespace Boardsim {
 
-/// Signals as something to read: blocks them in the calling thread and returns a descriptor that is
-/// readable while one is pending. Throws std::system_error.
+/// Blocks the signals in the calling thread. The descriptor is readable while one is pending. Throws
+/// std::system_error.
 Base::UniqueFd openSignalDescriptor(std::initializer_list<int> signals);
 
-/// Waits for a signal at such a descriptor and returns its number.
+/// Waits for a signal and returns its number.
 int readSignal(const Base::UniqueFd& signals);
 
 }  // namespace Boardsim

@@ -17,13 +17,13 @@ BoundedFile::BoundedFile(std::string filePath, std::uint64_t sizeLimit, Epitaph 
 }
 
 void BoundedFile::addLine(std::string line) const {
-    line += '\n';  // one write: a reader sees whole lines
+    line += '\n';  // a single write, so that readers see whole lines
     if (append(line) > limit) {
         dropOlderHalf();
     }
 }
 
-/// Returns the size that the file then has. It is opened each time, for others may have replaced it.
+/// Returns the new size. Opens the file each time, because someone may have replaced it.
 std::uint64_t BoundedFile::append(std::string_view bytes) const {
     constexpr mode_t mode = 0644;
     const Base::UniqueFd file(Base::checked(

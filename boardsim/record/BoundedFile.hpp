@@ -6,17 +6,17 @@
 
 namespace Boardsim {
 
-/// A text file that lines are added to for as long as the board runs, and that never grows beyond its limit:
-/// then the older half goes. Can be read meanwhile; a reader sees whole lines.
+/// A text file that is appended to while the board runs. If it exceeds its limit, the older half is dropped.
+/// Readers see only whole lines.
 class BoundedFile {
 public:
-    /// The line that takes the place of `dropped`, or nothing.
+    /// Makes the line that replaces `dropped`.
     using Epitaph = std::string (*)(std::string_view dropped);
 
-    /// Goes on with the file where there is one. Throws std::system_error.
+    /// Appends to an existing file. Throws std::system_error.
     BoundedFile(std::string filePath, std::uint64_t sizeLimit, Epitaph lineForDropped = nullptr);
 
-    /// Adds one line, to be given without its end. Throws std::system_error.
+    /// Appends `line`, which has no line end yet. Throws std::system_error.
     void addLine(std::string line) const;
 
 private:

@@ -9,32 +9,31 @@
 
 namespace Boardsim {
 
-/// What is noted behind an answer where the one who asked is gone, or its queue is full.
+/// Note after an answer, if the client has exited or its queue is full.
 constexpr const char* answerNotTaken = "this was not taken";
 
-/// The log of what one peer received and answered, for people (PeerLogContent says what its lines are). It
-/// names the peer's fault wherever that may be the reason of what happens.
+/// The log of one peer, for people. PeerLogContent describes its lines. Answers and notes name the peer's
+/// fault, because it may be their cause.
 class PeerLog {
 public:
-    /// Goes on with the peer's log where there is one. Throws std::system_error.
+    /// Appends to an existing log. Throws std::system_error.
     explicit PeerLog(std::string_view peer, const Fault& misbehaviour = {});
 
-    /// A datagram of that many bytes came, which says `what`.
+    /// Logs a datagram of this size.
     void received(std::string_view what, std::size_t bytes) const;
 
-    /// Something that has no size came.
+    /// Logs something without a size, such as a signal.
     void received(std::string_view what) const;
 
-    /// `what` was answered, in that many bytes.
     void answered(std::string_view what, std::size_t bytes) const;
 
-    /// Something else happened.
+    /// Logs any other event.
     void note(std::string_view what) const;
 
 private:
     void add(std::string_view direction, std::string_view what, const std::string& remark) const;
 
-    std::string fault;  // as it stands in the log; empty without one
+    std::string fault;  // as in the log; empty without a fault
     BoundedFile file;
 };
 

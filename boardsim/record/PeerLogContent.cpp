@@ -39,7 +39,7 @@ bool takeEpitaph(const std::string& line, PeerLogContent& content) {
     return found;
 }
 
-/// The arrow behind the time; nothing in a line that is not the log's.
+/// The arrow after the time stamp; empty if the line is not a log line.
 std::string_view directionOf(std::string_view line) {
     return line.size() < textPlace ? "" : line.substr(peerLogStampLength + 1, 2);
 }

@@ -8,28 +8,27 @@
 
 namespace Boardsim {
 
-/// Bytes of the time in front of each line.
+/// Length of the time stamp at the start of each line.
 constexpr std::size_t peerLogStampLength = 24;
 
-/// What a peer's log tells. Its lines are
+/// The content of a peer's log. Its lines are
 ///     2026-11-21T10:15:02.123Z <- what was received
 ///     2026-11-21T10:15:02.124Z -> what was answered
-///     2026-11-21T10:15:02.124Z -- what else is to be said
-/// and where older ones were dropped, a first line of the last kind that counts them. Other lines
-/// are passed over.
+///     2026-11-21T10:15:02.124Z -- any other event
+/// If older lines were dropped, the first line is a note (--) that counts them. Other lines are ignored.
 struct PeerLogContent {
-    std::vector<std::string> lines;  ///< those that are kept
-    std::uint64_t dropped = 0;       ///< lines before them
-    std::uint64_t received = 0;      ///< since the board's start, like the next one
+    std::vector<std::string> lines;  ///< lines that are kept
+    std::uint64_t dropped = 0;       ///< lines dropped before them
+    std::uint64_t received = 0;      ///< both since the board started
     std::uint64_t answered = 0;
 };
 
 PeerLogContent parsePeerLog(std::string_view text);
 
-/// The line that takes the place of `dropped`, the beginning of a log.
+/// The line that replaces `dropped`, the older part of a log.
 std::string peerLogEpitaph(std::string_view dropped);
 
-/// A line of the log for this moment. `direction` is "<-", "->" or "--".
+/// A log line with the current time. `direction` is "<-", "->" or "--".
 std::string peerLogLine(std::string_view direction, std::string_view text);
 
 }  // namespace Boardsim

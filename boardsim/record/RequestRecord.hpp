@@ -7,16 +7,16 @@
 
 namespace Boardsim {
 
-/// What one peer received, byte for byte, kept in a file that can be read while the peer runs: a line for
-/// each datagram (lower-case hex), each signal (its name) and each call of a command (its words).
+/// Every byte that one peer received, one line per event. A datagram is lower-case hex, a signal is its name,
+/// a command is its command line. Can be read while the peer runs.
 class RequestRecord {
 public:
-    /// Goes on with the peer's file where there is one. Throws std::system_error.
+    /// Appends to an existing file. Throws std::system_error.
     explicit RequestRecord(std::string_view peer);
 
     void addDatagram(std::string_view bytes) const;
 
-    /// Something that is no datagram, as a line of text.
+    /// Adds anything but a datagram, as a line of text.
     void addLine(std::string line) const;
 
 private:

@@ -9,16 +9,16 @@
 
 namespace Boardsim {
 
-/// Options for bubblewrap, and the data that they refer to by descriptor. Owns those descriptors; they are
-/// close-on-exec and keep their numbers, to be given to the child under the same ones.
+/// Options for bubblewrap, and the descriptors of the data that they refer to. Owns the descriptors. They are
+/// close-on-exec; the child must inherit them under the same numbers.
 class BwrapArguments {
 public:
     void add(std::initializer_list<std::string> words) { list.insert(list.end(), words); }
 
-    /// A file on the board with this text. `option` is --file or --ro-bind-data.
+    /// Adds a file with this text on the board. `option` is --file or --ro-bind-data.
     void addFile(const std::string& option, std::string_view text, const std::string& path);
 
-    /// An option with data that bubblewrap reads from this descriptor.
+    /// Adds an option whose data bubblewrap reads from `descriptor`.
     void addDescriptor(const std::string& option, Base::UniqueFd descriptor);
 
     /// A descriptor from which bubblewrap reads all options added so far.

@@ -9,7 +9,7 @@
 namespace Boardsim {
 namespace {
 
-/// Those that bubblewrap's option --dev takes from the host.
+/// The devices that bubblewrap's option --dev takes from the host.
 constexpr const char* sharedDevices[] = {"/dev/null",   "/dev/zero",    "/dev/full",
                                          "/dev/random", "/dev/urandom", "/dev/tty"};
 

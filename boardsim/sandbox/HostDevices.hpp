@@ -2,10 +2,10 @@
 
 namespace Boardsim {
 
-/// Makes the entries of the device files that a sandbox shares with the host read-only, for this process and
-/// what it starts from now on; the devices work as ever. Root's sandbox has the host's user id and could
-/// change their owners and permissions for the whole host. Does nothing without the right to mount: then it
-/// is no such sandbox.
+/// Makes the host's device files that the sandbox shares read-only, for this process and its children. The
+/// devices still work. Root in the sandbox has the host's user id, and could change their owner and
+/// permissions for the whole host. Does nothing without the privilege to mount: such a root gets no sandbox
+/// with the host's user id.
 void protectHostDevices();
 
 }  // namespace Boardsim

@@ -18,11 +18,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The tree once more, for the peers: the word "korvel" may stand in none of their paths, since searches
-/// of the process list leave such lines out.
+/// A second place of the tree, for the peers. Their paths must not contain "korvel", because searches of the
+/// process list leave such lines out.
 constexpr const char* peersTree = "/opt/board";
 
-/// The board's own /etc, as far as programs need one.
+/// The files that programs need in the board's /etc.
 constexpr std::array<std::pair<const char*, std::string_view>, 4> etcFiles{{
     {"/etc/passwd", "root:x:0:0:root:/root:/bin/bash\nnobody:x:65534:65534:nobody:/:/bin/false\n"},
     {"/etc/group", "root:x:0:\ntty:x:5:\nnogroup:x:65534:\n"},
@@ -30,7 +30,7 @@ constexpr std::array<std::pair<const char*, std::string_view>, 4> etcFiles{{
     {"/etc/hostname", "board\n"},
 }};
 
-/// What a process of the sandbox cannot see, and what it may not do.
+/// Namespaces, capabilities and the system call filter.
 void addLimits(BwrapArguments& arguments) {
     arguments.add(
         {"--unshare-pid", "--unshare-net", "--unshare-ipc", "--unshare-uts", "--hostname", "board"});
@@ -41,7 +41,7 @@ void addLimits(BwrapArguments& arguments) {
     arguments.addDescriptor("--seccomp", openSystemCallFilter());
 }
 
-/// The host's programs and libraries. Folders beside /usr are links into it on most systems.
+/// The host's programs and libraries. On most systems /bin and the others are links into /usr.
 void addPrograms(BwrapArguments& arguments) {
     arguments.add({"--ro-bind", "/usr", "/usr"});
     for (const char* folder : {"/bin", "/sbin", "/lib", "/lib32", "/lib64", "/libx32"}) {
@@ -68,8 +68,7 @@ void addDisk(BwrapArguments& arguments, const char* path, std::uint64_t size) {
     arguments.add({"--perms", "1777", "--size", std::to_string(size), "--tmpfs", path});
 }
 
-/// What lies in /proc beside the processes is the whole machine's, and root without capabilities may write to
-/// most of it.
+/// These files belong to the whole machine, and root without capabilities may write to most of them.
 void protectKernelSettings(BwrapArguments& arguments) {
     for (const char* path :
          {"/proc/acpi", "/proc/asound", "/proc/driver", "/proc/dynamic_debug", "/proc/fs", "/proc/mtrr",
@@ -81,7 +80,7 @@ void protectKernelSettings(BwrapArguments& arguments) {
 void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
     arguments.add({"--proc", "/proc"});
     protectKernelSettings(arguments);
-    arguments.add({"--perms", "0444"});  // of the file that follows
+    arguments.add({"--perms", "0444"});  // of the next file
     arguments.addFile("--ro-bind-data", scenario.cmdline + "\n", "/proc/cmdline");
     arguments.add({"--dev", "/dev"});
     addDisk(arguments, "/tmp", scenario.tmpSize);

@@ -6,9 +6,9 @@
 
 namespace Boardsim {
 
-/// How bubblewrap is to make the sandbox of a board: its root, disks, /etc, network and processes, with
-/// the program tree and the scenario in it. Throws UsageError where the scenario's configuration file
-/// cannot be read, std::system_error where the kernel gives no memory.
+/// The bubblewrap options for a board's sandbox: root, disks, /etc, network and processes, with the program
+/// tree and the scenario. Throws UsageError if the scenario's configuration file cannot be read, and
+/// std::system_error if memory runs out.
 BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tree);
 
 }  // namespace Boardsim

@@ -15,7 +15,7 @@
 namespace Boardsim {
 namespace {
 
-/// The number that a file holds; none where there is no such setting on this machine.
+/// The number in a file; nothing if this machine does not have the setting.
 std::optional<long> setting(const std::string& path) {
     try {
         long number = 0;
@@ -47,7 +47,7 @@ struct Cause {
     const char* text;
 };
 
-/// The first one that applies counts.
+/// The first cause that applies is reported.
 constexpr std::array causes{
     Cause{[] { return isRoot() && !mayAdministrate(); },
           "no sandbox: root lacks the capability CAP_SYS_ADMIN, as in most containers\n"

@@ -4,8 +4,8 @@
 
 namespace Boardsim {
 
-/// Why this machine gives no sandbox, as far as its settings tell, and what can be done about it: two or
-/// three lines for the user, to stand below the one in which bubblewrap says what failed.
+/// Explains why the sandbox failed, as far as the machine's settings show, and what to do about it. Two or
+/// three lines for the user, below bubblewrap's own message.
 std::string sandboxRefusal();
 
 }  // namespace Boardsim

@@ -22,18 +22,18 @@ namespace {
 
 constexpr const char* missingRemedy = "install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)";
 
-/// Ctrl-C reaches every process at the terminal at once; bubblewrap is to outlive it, so that the command
-/// can end in good order. Blocked signals arrive at their descriptor although they are ignored.
+/// Ctrl-C reaches every process at the terminal. bubblewrap must survive it, so that the command can exit
+/// cleanly. The signals are also blocked: the descriptor still receives them.
 Base::UniqueFd takeSignals() {
     Base::UniqueFd signals = openSignalDescriptor({SIGINT, SIGTERM, SIGCHLD});
     for (const int each : {SIGINT, SIGTERM}) {
         std::signal(each, SIG_IGN);
     }
-    std::signal(SIGCHLD, SIG_DFL);  // ignored, it would take the child's exit status away
+    std::signal(SIGCHLD, SIG_DFL);  // if ignored, the child's exit status would be lost
     return signals;
 }
 
-/// Starts bubblewrap; of the line's two ends `line` becomes the sandbox's.
+/// Starts bubblewrap with `line` as the sandbox's end of the control line.
 pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::vector<std::string>& command) {
     std::vector<std::string> words{"bwrap", "--args", std::to_string(arguments.seal()), "--",
                                    BoardPaths::init};
@@ -45,8 +45,8 @@ pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::v
         child.give(data.get(), data.get());
     }
     if (!TerminalKeeper::hasTerminal()) {
-        // Or a command that sends a signal to its process group reaches the host's processes in it. At a
-        // terminal they stay together: the group is the job that Ctrl-C and Ctrl-Z are meant for.
+        // Otherwise, a command that signals its process group reaches processes of the host. At a terminal,
+        // all stay in one group: it is the job for Ctrl-C and Ctrl-Z.
         child.leaveProcessGroup();
     }
     try {
@@ -57,7 +57,7 @@ pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::v
     }
 }
 
-/// The exit status of the child once it has ended.
+/// The exit status of the child, if it has exited.
 std::optional<int> endOf(pid_t child) {
     int status = 0;
     if (::waitpid(child, &status, WNOHANG) != child) {
@@ -66,7 +66,7 @@ std::optional<int> endOf(pid_t child) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
-/// Passes signals on until the child has ended. Returns its exit status.
+/// Forwards signals until the child has exited. Returns its exit status.
 int accompany(pid_t child, const Base::UniqueFd& signals, const ControlLine& line) {
     for (;;) {
         const int signal = readSignal(signals);

@@ -8,15 +8,15 @@
 
 namespace Boardsim {
 
-/// The sandbox could not be had. what() is one or more lines for the user.
+/// The sandbox could not be started. what() is one or more lines for the user.
 class SandboxError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Runs `command` (with no words: a shell) on a board in a sandbox of its own and returns the command's
-/// exit status, 128 + N where signal N ended it. When the command ends, when this program gets SIGINT or
-/// SIGTERM, or when it is killed, everything in the sandbox ends. Throws SandboxError.
+/// Runs `command` (if empty, a shell) on a board in a new sandbox. Returns the exit status of the command, or
+/// 128 + N if signal N killed it. Everything in the sandbox ends with the command, or when this program gets
+/// SIGINT or SIGTERM or is killed. Throws SandboxError.
 int runInSandbox(const Scenario& scenario, std::vector<std::string> command);
 
 }  // namespace Boardsim

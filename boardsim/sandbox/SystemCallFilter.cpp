@@ -20,12 +20,12 @@ namespace {
 
 using Filter = std::unique_ptr<void, decltype(&::seccomp_release)>;
 
-/// Binary interfaces that one processor can have side by side, whichever of them this program has. Each needs
-/// rules of its own: a program may change to another one from call to call.
+/// The ABIs that one processor runs side by side. Each needs its own rules, because a program can change its
+/// ABI from call to call.
 constexpr std::array<std::uint32_t, 3> x86Family{SCMP_ARCH_X86_64, SCMP_ARCH_X86, SCMP_ARCH_X32};
 constexpr std::array<std::uint32_t, 2> armFamily{SCMP_ARCH_AARCH64, SCMP_ARCH_ARM};
 
-/// Requests of ioctl() that put characters into a terminal's input, as if somebody had typed them.
+/// ioctl() requests that put characters into a terminal's input, as if typed.
 constexpr std::array<std::uint64_t, 2> inputRequests{TIOCSTI, TIOCLINUX};
 
 /// The user's keys belong to the session, which the sandbox shares.
@@ -51,7 +51,7 @@ void addFamily(const Filter& filter, std::span<const std::uint32_t> family) {
 
 void addRules(const Filter& filter) {
     for (const std::uint64_t request : inputRequests) {
-        // The kernel looks at the low 32 bits alone.
+        // The kernel reads only the low 32 bits.
         const scmp_arg_cmp isRequest{1, SCMP_CMP_MASKED_EQ, std::numeric_limits<std::uint32_t>::max(),
                                      request};
         check(::seccomp_rule_add_array(filter.get(), refusal, SCMP_SYS(ioctl), 1, &isRequest),

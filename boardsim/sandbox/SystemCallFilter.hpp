@@ -4,13 +4,12 @@
 
 namespace Boardsim {
 
-/// Makes the filter of system calls that every process of a sandbox runs under. It refuses, with EPERM and in
-/// every binary interface of the processor, what reaches beyond the sandbox:
-/// input pushed into the terminal that the sandbox shares with the host (TIOCSTI, TIOCLINUX), and the keys of
-/// the host's session. Programs of a foreign processor are killed.
+/// Makes the system call filter for every process of a sandbox. It rejects calls that reach beyond the
+/// sandbox with EPERM, in every ABI of the processor. These calls are the ones that push input into the
+/// shared terminal (TIOCSTI, TIOCLINUX) and the ones for the keys of the host's session. Programs of a
+/// foreign architecture are killed.
 ///
-/// Returns a descriptor from which bubblewrap's option --seccomp reads the filter, close-on-exec. Throws
-/// std::system_error.
+/// Returns a close-on-exec descriptor for bubblewrap's option --seccomp. Throws std::system_error.
 Base::UniqueFd openSystemCallFilter();
 
 }  // namespace Boardsim

@@ -14,12 +14,12 @@ TerminalKeeper::TerminalKeeper() : foreground(::tcgetpgrp(STDIN_FILENO)) {
 
 TerminalKeeper::~TerminalKeeper() {
     if (foreground != ::getpgrp()) {
-        return;  // no terminal, or not ours to begin with
+        return;  // no terminal, or we were in the background from the start
     }
     sigset_t background{};
     sigemptyset(&background);
     sigaddset(&background, SIGTTOU);
-    ::pthread_sigmask(SIG_BLOCK, &background, nullptr);  // or taking it back would stop this program
+    ::pthread_sigmask(SIG_BLOCK, &background, nullptr);  // otherwise tcsetpgrp() would stop this program
     ::tcsetpgrp(STDIN_FILENO, foreground);
     ::pthread_sigmask(SIG_UNBLOCK, &background, nullptr);
 }

@@ -4,8 +4,8 @@
 
 namespace Boardsim {
 
-/// Gives the terminal back at the end. A shell on the board takes it for itself and cannot return it,
-/// since the process group that had it before is none of the board's.
+/// Takes the terminal back at the end. A shell on the board makes its own process group the foreground group.
+/// It cannot restore the old group, which is outside the sandbox.
 class TerminalKeeper {
 public:
     TerminalKeeper();
@@ -15,7 +15,7 @@ public:
     TerminalKeeper& operator=(TerminalKeeper&&) = delete;
     ~TerminalKeeper();
 
-    /// Whether this program has a terminal at all, in the foreground or not.
+    /// True if this program has a terminal, in the foreground or not.
     static bool hasTerminal();
 
 private:

@@ -52,7 +52,7 @@ FaultKind findKind(const PeerEntry& peer, std::string_view name) {
                      listedFaults(peer));
 }
 
-/// `name` is what the scenario calls the kind.
+/// `name` includes the prefix.
 int parseFaultNumber(const FaultKind& kind, const std::string& name, std::string_view text) {
     int number = 0;
     const char* end = text.data() + text.size();

@@ -14,7 +14,7 @@ std::string parsePeerName(const std::string& text);
 /// valid ones.
 PeerFault parsePeerFault(const std::string& text);
 
-/// Each fault as parsePeerFault() takes it.
+/// The faults in the form that parsePeerFault() parses.
 std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults);
 
 }  // namespace Boardsim

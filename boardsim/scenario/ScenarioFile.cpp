@@ -13,7 +13,7 @@
 namespace Boardsim {
 namespace {
 
-/// A string, a whole number or a truth value as the text that its key takes.
+/// The value in the form that ScenarioKey::set parses.
 std::string scalarText(const toml::node& node) {
     if (const auto* text = node.as_string()) {
         return text->get();
@@ -27,7 +27,7 @@ std::string scalarText(const toml::node& node) {
     throw UsageError("not a string, an integer or a boolean");
 }
 
-/// Throws UsageError with the file, the line and the key in front.
+/// Throws UsageError, with file, line and key before the reason.
 [[noreturn]] void refuse(std::string_view name, const toml::node& value, const std::string& reason) {
     std::ostringstream text;
     text << *value.source().path << ':' << value.source().begin.line << ": " << name << ": " << reason;

@@ -6,15 +6,14 @@
 
 namespace Boardsim {
 
-/// Applies a scenario file (TOML) to `scenario`; keys that it leaves out stay as they are. A relative
-/// path in it is taken from the file's own folder. Throws UsageError where the file cannot be read or
-/// says what makes no sense.
+/// Applies a scenario file (TOML) to `scenario`. Keys that are not in the file stay unchanged. A relative
+/// path in the file is relative to the file's directory. Throws UsageError if the file cannot be read or is
+/// invalid.
 void loadScenario(const std::string& path, Scenario& scenario);
 
-/// The same with the text of a file; `path` is where it was read.
+/// The same with the text of the file. `path` is the file's path.
 void applyScenario(const std::string& text, const std::string& path, Scenario& scenario);
 
-/// `scenario` as the text of a scenario file.
 std::string scenarioText(const Scenario& scenario);
 
 }  // namespace Boardsim

@@ -32,7 +32,7 @@ bool parseTruth(const std::string& text) {
     return text == "true";
 }
 
-/// What may stand behind the digits of a size, and the bits that it shifts them by.
+/// The suffixes of a size, and the number of bits by which each shifts it.
 constexpr std::array<std::pair<char, unsigned>, 2> sizeSuffixes{{{'M', 20}, {'K', 10}}};
 
 /// Bytes out of "65536", "64K" or "64M".

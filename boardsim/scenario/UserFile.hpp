@@ -4,7 +4,7 @@
 
 namespace Boardsim {
 
-/// Everything in a file that the user named. Throws UsageError where it cannot be read.
+/// Reads a file that the user named. Throws UsageError if it cannot be read.
 std::string readUserFile(const std::string& path);
 
 }  // namespace Boardsim

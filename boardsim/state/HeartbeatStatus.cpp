@@ -18,7 +18,7 @@ std::uint32_t HeartbeatStatus::value() const {
         const std::string text = readTextFile(path);
         std::from_chars(text.data(), text.data() + text.size(), status);
     } catch (const std::system_error&) {
-        return 0;  // removed by those who may change it
+        return 0;  // people may delete the file
     }
     return status;
 }

@@ -6,13 +6,13 @@
 
 namespace Boardsim {
 
-/// The status that a peer's heartbeats carry: a number in a file that people may change while the peer runs.
+/// The status in a peer's heartbeats. It is read from a file that people may change while the peer runs.
 class HeartbeatStatus {
 public:
-    /// Starts with 0, healthy. Throws std::system_error.
+    /// Writes 0 (healthy). Throws std::system_error.
     explicit HeartbeatStatus(std::string_view peer);
 
-    /// As the file says at this moment; 0 where it holds no number.
+    /// The current value; 0 if the file holds no number.
     std::uint32_t value() const;
 
 private:

@@ -12,33 +12,34 @@
 
 namespace Boardsim {
 
-/// What the NetFP master knows of the board's Ethernet switch: interfaces, their ports, which port is
-/// mirrored to which, and the multicast filters.
+/// The NetFP master's view of the board's Ethernet switch: interfaces, ports, port mirroring and multicast
+/// filters.
 class InterfaceTable {
 public:
-    /// The switch port behind a Linux interface, if there is one of that name.
+    /// The switch port of a Linux interface, if there is one with this name.
     std::optional<std::int32_t> portOf(std::string_view interface) const;
 
-    /// Begins or ends mirroring of one port in one direction. False, and nothing changes, where the switch
-    /// has no such port, the direction is unknown, or a port were to mirror itself.
+    /// Starts or stops mirroring one port in one direction. Returns false and changes nothing if a field is
+    /// invalid, or if both ports are the same.
     bool setMirroring(const NetfpMaster_SetPortMirroring& wish);
 
-    /// Gives an interface another name. False, and nothing changes, where there is none of the current name,
-    /// or the new one is empty or taken.
+    /// Renames an interface. Returns false and changes nothing if the current name is unknown, or if the new
+    /// name is empty or taken.
     bool rename(std::string_view currentName, const std::string& newName);
 
-    /// Adds a filter for a multicast address. False, and nothing changes, where the interface is unknown, the
-    /// address is none of a group, or a VLAN is both named and ignored.
+    /// Adds a multicast filter. Returns false and changes nothing if the interface is unknown or the address
+    /// is not a group address. The same applies if vlanId and ignoreVlan contradict each other.
     bool addMulticast(const NetfpMaster_AddMulticastMac& wish);
 
-    /// Everything in the table, for people.
+    /// The whole table, for people.
     std::string text() const;
 
 private:
     std::map<std::string, std::int32_t, std::less<>> ports{
         {"eth0", 1}, {"eth1", 2}, {"eth2", 3}, {"eth3", 4}};
-    std::map<std::pair<Netfp_Direction, std::uint8_t>, std::uint8_t> mirrors;  // direction and from: to
-    std::vector<std::string> multicastFilters;                                 // as text() shows them
+    std::map<std::pair<Netfp_Direction, std::uint8_t>, std::uint8_t>
+        mirrors;                                // direction, source port: target port
+    std::vector<std::string> multicastFilters;  // one line of text() each
 };
 
 }  // namespace Boardsim

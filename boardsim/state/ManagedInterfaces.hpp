@@ -7,18 +7,18 @@
 
 namespace Boardsim {
 
-/// The Linux network interfaces that netfp_proxy manages: none at first.
+/// The Linux network interfaces that netfp_proxy manages. Empty at first.
 class ManagedInterfaces {
 public:
-    /// What add() gives.
+    /// Results of add().
     static constexpr std::uint32_t added = 0;
     static constexpr std::uint32_t managedAlready = 1;
-    static constexpr std::uint32_t badName = 2;  ///< empty, or without its closing zero
+    static constexpr std::uint32_t badName = 2;  ///< empty, or without a terminating zero
 
-    /// Takes the interface in. `field` is the message's, zeros included.
+    /// `field` is the whole field of the message, including zeros.
     std::uint32_t add(std::string_view field);
 
-    /// A title and a line for each interface; empty where there is none.
+    /// A title and one line per interface; empty if there are no interfaces.
     std::string text() const;
 
 private:

@@ -6,14 +6,14 @@
 
 namespace Boardsim {
 
-/// The datagram that ends a reply of a dispatcher's MMI service.
+/// The last datagram of each MMI reply.
 constexpr std::string_view mmiEndOfMessage = "<MMI_END_OF_MSG>";
 
-/// What the MMI service of the dispatcher `instance` ("iwf", "sfn") says to `command`; an error line
-/// for a command that it does not know.
+/// The reply of the MMI service of the dispatcher `instance` ("iwf", "sfn"); an error line if the command is
+/// unknown.
 std::string mmiReplyText(std::string_view instance, const std::string& command);
 
-/// `text` cut into datagrams of at most 512 bytes, at line ends.
+/// Splits `text` at line ends into datagrams of at most 512 bytes.
 std::vector<std::string> mmiDatagrams(const std::string& text);
 
 }  // namespace Boardsim

@@ -4,7 +4,7 @@
 
 namespace Boardsim {
 
-/// What the NetFP processes without a table of their own have to say in their dumps.
+/// The dumps of the NetFP processes that have no table.
 std::string netfpProxyState();
 std::string netfpServerState();
 std::string resourceManagerState();

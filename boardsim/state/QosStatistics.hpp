@@ -5,16 +5,16 @@
 
 namespace Boardsim {
 
-/// A dispatcher instance's QoS statistics, which show in its state tree.
+/// The QoS statistics of a dispatcher instance, in its tree of state files.
 class QosStatistics {
 public:
-    /// What asks for a reset at the MMI service.
+    /// The MMI command that resets the statistics.
     static constexpr const char* resetRequest = "resetqosstats";
 
-    /// Writes them to the file qosStats of the instance ("iwf", "sfn"). Throws std::system_error.
+    /// Writes the file qosStats of the instance ("iwf", "sfn"). Throws std::system_error.
     explicit QosStatistics(const std::string& instanceName, const std::string& root = "/tmp/fuse");
 
-    /// Sets them all to zero. The texts of the answer, a datagram each.
+    /// Sets all counters to zero. Returns the datagrams of the answer.
     std::vector<std::string> reset() const;
 
 private:

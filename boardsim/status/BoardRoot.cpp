@@ -46,7 +46,7 @@ std::optional<std::uint64_t> BoardRoot::size(const std::string& path) const {
     return file ? std::optional(static_cast<std::uint64_t>(statusOf(*file, path).st_size)) : std::nullopt;
 }
 
-/// Stays in one mount: what lies below /proc only looks like files, and what lies below /usr is the host's.
+/// Stays in one mount: files in /proc are not real files, and files in /usr belong to the host.
 std::optional<Base::UniqueFd> BoardRoot::open(const std::string& path) const {
     open_how how{};
     how.flags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;

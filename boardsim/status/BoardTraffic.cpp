@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t nameWidth = 16;
 
-/// Bytes of a log, and of a line in it, that are read: more than peers ever write.
+/// Limits for an untrusted log and its lines. Peers write less.
 constexpr std::size_t readableLog = std::size_t{1} << 20;
 constexpr std::size_t readableLine = 1024;
 
@@ -56,7 +56,7 @@ std::vector<std::string> BoardTraffic::newLines(const RunningBoard& board, std::
         PeerLogContent content = readPeerLog(board, peer);
         const std::uint64_t passed = std::max(known.lines, content.dropped) - content.dropped;
         known = {*size, content.dropped + content.lines.size()};
-        const auto old = std::min<std::uint64_t>(passed, content.lines.size());  // others may have cut it
+        const auto old = std::min<std::uint64_t>(passed, content.lines.size());  // may have been cut
         content.lines.erase(content.lines.begin(), content.lines.begin() + static_cast<std::ptrdiff_t>(old));
         return std::move(content.lines);
     } catch (const UnreadableFile&) {

@@ -11,27 +11,26 @@
 
 namespace Boardsim {
 
-/// The log of this peer as it stands, in printable text; an empty one where there is none. Throws
-/// UnreadableFile.
+/// The current log of this peer, as printable text; empty if there is none. Throws UnreadableFile.
 PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer);
 
-/// What all peers of one board receive and answer, as it happens.
+/// Follows the logs of all peers of one board.
 class BoardTraffic {
 public:
-    /// The lines that came since the last call, in the order of their times, each with its peer's name behind
-    /// the time. The first call gives all that are kept. A log that cannot be read has none. It is the same
-    /// board each time.
+    /// The new lines since the last call, sorted by time, with the peer's name after the time. The first call
+    /// returns all lines that are kept. An unreadable log counts as empty. Each call must pass the same
+    /// board.
     std::vector<std::string> next(const RunningBoard& board);
 
 private:
     struct Seen {
-        std::uintmax_t size = 0;  // of the log's file, bytes
-        std::uint64_t lines = 0;  // since the board's start
+        std::uintmax_t size = 0;  // of the log file, in bytes
+        std::uint64_t lines = 0;  // since the board started
     };
 
     std::vector<std::string> newLines(const RunningBoard& board, std::string_view peer);
 
-    std::map<std::string, Seen, std::less<>> seen;  // of each peer
+    std::map<std::string, Seen, std::less<>> seen;  // by peer
 };
 
 }  // namespace Boardsim

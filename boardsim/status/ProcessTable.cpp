@@ -19,14 +19,14 @@ namespace {
 
 using namespace std::chrono;
 
-/// A process can give itself a command line of any length.
+/// A process can make its command line arbitrarily long.
 constexpr std::size_t commandLineLimit = std::size_t{64} << 10;
 
 std::string procFile(pid_t process, const char* name) {
     return "/proc/" + std::to_string(process) + "/" + name;
 }
 
-/// What stands behind the key in /proc/PROCESS/status.
+/// The value of a key in /proc/PROCESS/status.
 std::string statusField(pid_t process, std::string_view key) {
     for (const std::string& line : linesOf(readTextFile(procFile(process, "status")))) {
         if (line.starts_with(key)) {
@@ -36,15 +36,14 @@ std::string statusField(pid_t process, std::string_view key) {
     return "";
 }
 
-/// Nanoseconds of a clock that the world's or the machine's start began.
 nanoseconds now(clockid_t clock) {
     timespec time{};
     ::clock_gettime(clock, &time);
     return seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
 }
 
-/// How long after the machine's start the process began: the 22nd field of /proc/PROCESS/stat. The second
-/// one is its name, in parentheses; there may be anything in it.
+/// The start time of the process, since boot: the 22nd field of /proc/PROCESS/stat. The second field is the
+/// name in parentheses, which may contain anything.
 nanoseconds sinceMachineStart(pid_t process) {
     constexpr int fieldsBetween = 19;
     const std::string text = readTextFile(procFile(process, "stat"));

@@ -6,28 +6,29 @@
 
 #include <sys/types.h>
 
-/// What /proc tells of processes. Their command lines are their own doing; all else is the kernel's word.
+/// Processes as /proc shows them. A process can change its own command line; trust only the rest.
 namespace Boardsim::ProcessTable {
 
-/// The ids of all processes that are to be seen, in order.
+/// The ids of all visible processes, sorted.
 std::vector<pid_t> ids();
 
-/// The words of a command line, as far as its first 64 KiB go; none where the process is gone.
+/// The words of a command line, up to 64 KiB; empty if the process has exited.
 std::vector<std::string> commandLine(pid_t process);
 
-/// Whether the process is this user's.
+/// True if the process belongs to this user.
 bool isOwn(pid_t process);
 
-/// 0 where the parent is not to be seen. Throws std::system_error where the process is gone, as all below do.
+/// 0 if the parent is not visible. Throws std::system_error if the process has exited, as do all functions
+/// below.
 pid_t parent(pid_t process);
 
-/// The id of a process in the innermost process table that it is part of.
+/// The id of a process in its innermost PID namespace.
 pid_t innermostId(pid_t process);
 
-/// A name for that table, the same for all processes whose innermost one it is.
+/// An identifier of that namespace.
 std::string innermostTable(pid_t process);
 
-/// By the clock of the world.
+/// In UTC.
 std::chrono::sys_seconds startTime(pid_t process);
 
 }  // namespace Boardsim::ProcessTable

@@ -15,22 +15,21 @@
 namespace Boardsim {
 namespace {
 
-/// Whether this is the first process of a board: init LINE COMMAND...
+/// True for the first process of a board: init LINE COMMAND...
 bool isFirstProcess(pid_t process) {
     const std::vector<std::string> words = ProcessTable::commandLine(process);
     return words.size() > 2 && words[0] == BoardPaths::init && ProcessTable::isOwn(process) &&
            ProcessTable::innermostId(process) == 1;
 }
 
-/// A descriptor that is readable when the process has ended. Not pidfd_open(), whose header in Debian 12 is
-/// for C alone.
+/// A descriptor that is readable when the process has exited. Not pidfd_open(): its header in Debian 12 is
+/// only for C.
 Base::UniqueFd openProcess(pid_t process) {
     return Base::UniqueFd(
         static_cast<int>(Base::checked(::syscall(SYS_pidfd_open, process, 0), "pidfd_open")));
 }
 
-/// Between the program that people start and the first process there is bubblewrap. From the board itself
-/// neither is to be seen.
+/// bubblewrap runs between boardsim and the first process. Both are invisible from the board.
 pid_t keeperOf(pid_t firstProcess) {
     const pid_t bubblewrap = ProcessTable::parent(firstProcess);
     return bubblewrap == 0 ? firstProcess : ProcessTable::parent(bubblewrap);

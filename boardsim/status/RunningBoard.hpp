@@ -10,28 +10,28 @@
 
 namespace Boardsim {
 
-/// A board that this user runs, seen from wherever processes see it: the host, or the board itself.
+/// A running board of this user, seen from the host or from the board itself.
 class RunningBoard {
 public:
-    /// All of them, the oldest first as far as process ids tell. Those that end meanwhile are left out.
+    /// All running boards, sorted by process id. Boards that end meanwhile are left out.
     static std::vector<RunningBoard> all();
 
-    /// Id of the process that people started and can end; on the board itself that of its first process.
+    /// Id of the process that the user started and can kill. Seen from the board, the id of its first
+    /// process.
     pid_t pid() const { return keeper; }
 
-    /// What runs on it, as one printable line.
+    /// The board's command, as one printable line.
     const std::string& command() const { return words; }
 
-    /// When it began, by the clock of the world (UTC).
+    /// UTC.
     const std::string& startTime() const { return start; }
 
-    /// What is in its files.
     const BoardRoot& files() const { return root; }
 
-    /// Id of its process that was started under exactly this name without arguments; 0 where there is none.
+    /// Id of the board's process that was started under exactly this name without arguments; 0 if there is
+    /// none.
     pid_t findProcess(const std::string& name) const;
 
-    /// Readable when the board has ended.
     int endDescriptor() const { return end.get(); }
 
 private:

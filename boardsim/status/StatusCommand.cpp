@@ -20,9 +20,8 @@ namespace Boardsim {
 namespace {
 
 constexpr std::size_t lastLines = 10;
-constexpr int pauseMs = 100;  // between two looks at what is new
+constexpr int pauseMs = 100;  // between two polls of the logs
 
-/// One of the boards at hand.
 struct Watched {
     RunningBoard board;
     BoardTraffic traffic = {};
@@ -57,7 +56,7 @@ void printLast(const std::vector<std::string>& lines) {
     }
 }
 
-/// Waits for a while, but not longer than until a board ends. Whether this one has.
+/// Waits until the board has ended, but at most this long. Returns true if it has ended.
 bool hasEnded(const RunningBoard& board, int waitMs) {
     pollfd wait{board.endDescriptor(), POLLIN, 0};
     return Base::checked(Base::uninterrupted([&] { return ::poll(&wait, 1, waitMs); }), "poll") > 0;
@@ -78,7 +77,7 @@ Boards printAll() {
     return boards;
 }
 
-/// Prints what is new. Of several boards each has its name above its lines, as `tail` does with files.
+/// Prints new lines. With several boards, prints the board's name above its lines, as `tail` does with files.
 class News {
 public:
     void print(Watched& watched, bool several) {
@@ -100,7 +99,7 @@ void follow(Boards boards) {
     while (!boards.empty()) {
         hasEnded(boards.front().board, pauseMs);
         for (auto each = boards.begin(); each != boards.end();) {
-            const bool ended = hasEnded(each->board, 0);  // asked first, so that its last lines are there
+            const bool ended = hasEnded(each->board, 0);  // first, so that the last lines are complete
             news.print(*each, several);
             if (ended) {
                 std::cout << "Board " << each->board.pid() << " has ended.\n";

@@ -15,7 +15,7 @@
 namespace Boardsim {
 namespace {
 
-/// Every fault that a peer has, as a scenario says it.
+/// All faults of a peer, as in a scenario.
 std::string faultsOf(const PeerEntry& peer, const Scenario& scenario) {
     std::string text;
     for (const FaultGroup& group : peer.faults) {
@@ -35,7 +35,7 @@ void addRow(std::ostream& out, std::string_view name, std::string_view process, 
 }
 
 struct Counts {
-    std::string received = "?";  // as where the log cannot be read
+    std::string received = "?";  // if the log cannot be read
     std::string answered = "?";
 };
 
@@ -64,7 +64,7 @@ void addPeers(std::ostream& out, const RunningBoard& board, const Scenario& scen
     }
 }
 
-/// Throws std::runtime_error where there is none, or none that makes sense.
+/// Throws std::runtime_error if the scenario is missing or invalid.
 Scenario scenarioOf(const RunningBoard& board) {
     constexpr std::size_t limit = std::size_t{64} << 10;
     const std::optional<std::string> text = board.files().read(BoardPaths::scenario, limit);

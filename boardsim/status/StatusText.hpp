@@ -6,7 +6,7 @@
 
 namespace Boardsim {
 
-/// How a board is: a line for the board and one for each of its peers, or one that says why they are unknown.
+/// One line for the board and one per peer, or one that explains why the peers are unknown.
 std::string statusText(const RunningBoard& board);
 
 }  // namespace Boardsim

@@ -7,8 +7,8 @@
 
 namespace Boardsim {
 
-/// A block of statistics: the title, then a line with name and value for each counter. The values are
-/// made up, but the same in every run: multiples of `step`.
+/// A block of statistics: the title, then one line with name and value per counter. The values are invented,
+/// but the same in every run: multiples of `step`.
 std::string counterText(std::string_view title, std::span<const std::string_view> counters,
                         std::size_t step = 1009);
 

@@ -6,8 +6,8 @@
 
 namespace Boardsim {
 
-/// Bytes that somebody sent, as text for a line on a terminal: bytes other than printable ASCII as \xNN, and
-/// what goes on for more than `longest` bytes cut.
+/// Makes untrusted bytes safe for one line on a terminal. Bytes other than printable ASCII become \xNN; text
+/// beyond `longest` bytes is cut.
 std::string printable(std::string_view bytes, std::size_t longest = 200);
 
 }  // namespace Boardsim
