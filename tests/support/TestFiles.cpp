@@ -47,3 +47,7 @@ std::vector<std::string> filesBelow(const std::string& directory) {
     std::sort(files.begin(), files.end());
     return files;
 }
+
+std::string besideThisProgram(const std::string& name) {
+    return fs::read_symlink("/proc/self/exe").replace_filename(name);
+}

@@ -16,3 +16,6 @@ std::vector<std::string> linesOfFile(const std::string& path);
 /// The paths of all regular files below `directory`, relative to it, in order. Empty where there is no such
 /// directory.
 std::vector<std::string> filesBelow(const std::string& directory);
+
+/// The path of a file or folder that the build lays beside this test program.
+std::string besideThisProgram(const std::string& name);

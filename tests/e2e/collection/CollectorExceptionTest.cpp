@@ -1,5 +1,5 @@
 #include "CollectionFixture.hpp"
-#include "Probe.hpp"
+#include "TestFiles.hpp"
 
 namespace {
 
@@ -8,7 +8,7 @@ class CollectorExceptionTest : public CollectionFixture {
 protected:
     CollectorExceptionTest() { startBoard(); }
 
-    const Surroundings throwing{.environment = {{"LD_LIBRARY_PATH", testProgramsDir() + "/throwing"}}};
+    const Surroundings throwing{.environment = {{"LD_LIBRARY_PATH", besideThisProgram("throwing")}}};
 };
 
 TEST_F(CollectorExceptionTest, OneFromTheDispatchersLogCostsThisLogAlone) {

@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -14,8 +13,7 @@ namespace {
 /// that.
 std::string helpText(const std::string& clientPath = "/tmp/Korvel",
                      const std::string& masterPath = "/tmp/NetfpMaster") {
-    const auto here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-    std::string text = contentOfFile(here / "help.txt");
+    std::string text = contentOfFile(besideThisProgram("help.txt"));
     const auto replace = [&](const std::string& line, const std::string& path) {
         const std::size_t start = text.find(line) + line.size();
         text.replace(start, text.find('\n', start) - start, path);

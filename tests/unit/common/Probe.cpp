@@ -1,14 +1,11 @@
 #include "Probe.hpp"
 
-#include <filesystem>
 #include <utility>
 
-std::string testProgramsDir() {
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path();
-}
+#include "TestFiles.hpp"
 
 std::vector<std::string> probeCommand(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), testProgramsDir() + "/common_probe");
+    arguments.insert(arguments.begin(), besideThisProgram("common_probe"));
     return arguments;
 }
 

@@ -16,6 +16,3 @@ Outcome probeInjected(const Injection& injection, std::vector<std::string> argum
 
 /// The command line of the same.
 std::vector<std::string> probeCommand(std::vector<std::string> arguments);
-
-/// Where this test program and what belongs to it are.
-std::string testProgramsDir();

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <thread>
 
+#include "TestFiles.hpp"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -15,7 +17,7 @@ std::string linkToProgram(const std::string& name) {
     const fs::path folder = "/tmp/stack";
     fs::create_directories(folder);
     fs::remove(folder / name);
-    fs::create_symlink(fs::read_symlink("/proc/self/exe").replace_filename("stack_program"), folder / name);
+    fs::create_symlink(besideThisProgram("stack_program"), folder / name);
     return folder / name;
 }
 

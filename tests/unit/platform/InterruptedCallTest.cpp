@@ -11,6 +11,7 @@
 
 #include "HostBoard.hpp"
 #include "Injection.hpp"
+#include "TestFiles.hpp"
 
 namespace {
 
@@ -41,9 +42,8 @@ protected:
 };
 
 TEST_P(InterruptedCallTest, LosesNoEntryAndFailsNothing) {
-    const auto probe = std::filesystem::read_symlink("/proc/self/exe").replace_filename("stand_in_probe");
-
-    Outcome outcome = runInjected({.faults = {GetParam().fault}, .path = GetParam().path}, {probe, logName});
+    Outcome outcome = runInjected({.faults = {GetParam().fault}, .path = GetParam().path},
+                                  {besideThisProgram("stand_in_probe"), logName});
 
     outcome.out = std::regex_replace(outcome.out, std::regex("[0-9-]+T[0-9:.]+Z"), "TIME");
     EXPECT_EQ(outcome, (Outcome{.status = 0,

@@ -4,6 +4,7 @@
 
 #include "Probe.hpp"
 #include "SmLogReader.hpp"
+#include "TestFiles.hpp"
 
 using Korvel::readSmLog;
 
@@ -79,9 +80,8 @@ TEST_F(ReadSmLog, ReturnsAnEmptyTextWhereTheLogCannotBeHad) {
 class RecordingLibrary : public testing::Test {
 protected:
     static std::string answerTo(const std::string& size) {
-        const Outcome outcome =
-            probe({"readSmLog", "some_log", size, "2"},
-                  {.environment = {{"LD_LIBRARY_PATH", testProgramsDir() + "/recording"}}});
+        const Outcome outcome = probe({"readSmLog", "some_log", size, "2"},
+                                      {.environment = {{"LD_LIBRARY_PATH", besideThisProgram("recording")}}});
         EXPECT_EQ(outcome.err, "");
         return outcome.out;
     }
