@@ -3,25 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include "KorvelHelp.hpp"
 #include "Process.hpp"
-#include "TestFiles.hpp"
 #include "Trace.hpp"
 
 namespace {
-
-/// The whole help text with the given paths; it shows them crosswise, and programs that read it rely on
-/// that.
-std::string helpText(const std::string& clientPath = "/tmp/Korvel",
-                     const std::string& masterPath = "/tmp/NetfpMaster") {
-    std::string text = contentOfFile(besideThisProgram("help.txt"));
-    const auto replace = [&](const std::string& line, const std::string& path) {
-        const std::size_t start = text.find(line) + line.size();
-        text.replace(start, text.find('\n', start) - start, path);
-    };
-    replace("(optional path to the client socket, default: ", masterPath);
-    replace("(optional path to the master socket, default: ", clientPath);
-    return text;
-}
 
 void expectHelp(const Outcome& outcome, const std::string& text) {
     EXPECT_EQ(outcome.out, text);
@@ -32,17 +18,17 @@ void expectHelp(const Outcome& outcome, const std::string& text) {
 }  // namespace
 
 TEST(Help, IsTheGoldenText) {
-    expectHelp(korvel({"--help"}), helpText());
+    expectHelp(korvel({"--help"}), korvelHelp());
 }
 
 TEST(Help, EndsTheRunWhereverItStands) {
-    expectHelp(korvel({"getport", "--help", "4"}), helpText());
-    expectHelp(korvel({"print", "--help"}), helpText());
+    expectHelp(korvel({"getport", "--help", "4"}), korvelHelp());
+    expectHelp(korvel({"print", "--help"}), korvelHelp());
 }
 
 TEST(Help, ShowsTheEffectOfOptionsBeforeItCrosswise) {
-    expectHelp(korvel({"-c", "/tmp/client", "--help", "-m", "/tmp/late"}), helpText("/tmp/client"));
-    expectHelp(korvel({"-m", "/tmp/master", "--help"}), helpText("/tmp/Korvel", "/tmp/master"));
+    expectHelp(korvel({"-c", "/tmp/client", "--help", "-m", "/tmp/late"}), korvelHelp("/tmp/client"));
+    expectHelp(korvel({"-m", "/tmp/master", "--help"}), korvelHelp("/tmp/Korvel", "/tmp/master"));
 }
 
 TEST(Help, NamesTheProgramAsItWasStarted) {
@@ -53,7 +39,7 @@ TEST(Help, NamesTheProgramAsItWasStarted) {
 
 TEST(Help, ComesBeforeThePlatformConfigurationIsRead) {
     std::vector<std::string> calls;
-    expectHelp(runTraced("%file", {"korvel", "--help"}, calls), helpText());
+    expectHelp(runTraced("%file", {"korvel", "--help"}, calls), korvelHelp());
     EXPECT_FALSE(calls.empty());
     for (const std::string& call : calls) {
         EXPECT_EQ(call.find("/rom/"), std::string::npos) << call;

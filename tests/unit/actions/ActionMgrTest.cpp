@@ -4,6 +4,7 @@
 
 #include "ActionMgr.hpp"
 #include "ArgumentVector.hpp"
+#include "KorvelHelp.hpp"
 #include "Printed.hpp"
 #include "VerboseMode.hpp"
 
@@ -102,64 +103,8 @@ TEST_F(ActionMgrTest, FailsWithoutAWordForAKeywordThatIsNone) {
 }
 
 TEST_F(ActionMgrTest, ListsTheActionsInTheirOrder) {
-    EXPECT_EQ(
-        printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
-        (Printed{
-            .out =
-                "  Actions:\n"
-                "<>==============\n"
-                "<>  getport interface:\n"
-                "<>    interface (interface name to get the port from)\n"
-                "<>  Examples:\n"
-                "<>    /bin/k getport eth1\n"
-                "<>==============\n"
-                "<>  mirrorport enable from to:\n"
-                "<>  mirrorport disable from to:\n"
-                "<>    enable    (enable port mirroring)\n"
-                "<>    disable   (disable port mirroring)\n"
-                "<>    from      (interface or switch port to mirror from)\n"
-                "<>    to        (interface or switch port  to mirror to)\n"
-                "<>  Examples:\n"
-                "<>    /bin/k mirrorport enable eth0 eth1\n"
-                "<>==============\n"
-                "<>  loopbackport enable interface:\n"
-                "<>  loopbackport disable interface:\n"
-                "<>    enable    (enable Loopback Port)\n"
-                "<>    disable   (disable Loopback Port)\n"
-                "<>    interface (interface or switch port to loopback)\n"
-                "<>  Examples:\n"
-                "<>    /bin/k loopbackport enable eth0\n"
-                "<>==============\n"
-                "<>  portswap from to:\n"
-                "<>    from      (interface to swap from)\n"
-                "<>    to        (interface to swap to)\n"
-                "<>  Examples:\n"
-                "<>    /bin/k portswap eth0 eth1\n"
-                "<>==============\n"
-                "<>  addmulticastmac MAC interfaceName [vlanID]:\n"
-                "<>    MAC              (MAC address in format xx:xx:xx:xx:xx:xx)\n"
-                "<>    interfaceName    (interface to use)\n"
-                "<>    vlanID           (vlan number)\n"
-                "<>    NOTE: if vlanID is not specified or the provided value is 0 then VLAN will not be "
-                "matched\n"
-                "<>==============\n"
-                "<>  resetqosstats\n"
-                "<>  Examples:\n"
-                "<>  /bin/k -d iwf resetqosstats\n"
-                "<>==============\n"
-                "<>  mem_dump <physical_address> <length>\n"
-                "<>  Example:\n"
-                "<>  /bin/k mem_dump 0xeb6b6100 32 - dumps 32 bytes located at physical address 0xeb6b6100\n"
-                "\n"
-                "<>==============\n"
-                "<>  desc_dump <physical_address> [buf_length]\n"
-                "<>  Examples:\n"
-                "<>  /bin/k desc_dump 0xeb6b6100 - dumps descriptor in physical address 0xeb6b6100\n"
-                "<>  /bin/k desc_dump 0xeb6b6100 32 - dumps descriptor in physical address 0xeb6b6100 and "
-                "first 32 bytes of its buffer\n"
-                "\n"
-                "<>==============\n"
-                "<>   /bin/k add_interface <interface_name>"}));
+    EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
+              (Printed{.out = managerHelp("Actions", "<>", "/bin/k")}));
 }
 
 TEST_F(ActionMgrTest, HasNothingLeftToDoAfterTheRequest) {

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "AddInterfaceFixture.hpp"
+#include "KorvelHelp.hpp"
 #include "NetlinkWire.hpp"
 #include "ScriptedPeer.hpp"
 
@@ -133,5 +134,5 @@ TEST_F(AddInterfaceActionTest, CanBeRunAgainAfterAFailure) {
 TEST_F(AddInterfaceActionTest, ExplainsItselfWithoutALineEnd) {
     EXPECT_EQ(action.getKeyword(), "add_interface");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<> /bin/k add_interface <interface_name>"}));
+              (Printed{.out = actionHelp("add_interface", "<>", "/bin/k")}));
 }

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "AddMulticastMACFixture.hpp"
+#include "KorvelHelp.hpp"
 #include "NetfpMasterWire.hpp"
 #include "VerboseMode.hpp"
 
@@ -174,10 +175,5 @@ TEST_F(AddMulticastMACActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments
 TEST_F(AddMulticastMACActionTest, ExplainsItself) {
     EXPECT_EQ(action.getKeyword(), "addmulticastmac");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>addmulticastmac MAC interfaceName [vlanID]:\n"
-                              "<>  MAC              (MAC address in format xx:xx:xx:xx:xx:xx)\n"
-                              "<>  interfaceName    (interface to use)\n"
-                              "<>  vlanID           (vlan number)\n"
-                              "<>  NOTE: if vlanID is not specified or the provided value is 0 then VLAN "
-                              "will not be matched\n"}));
+              (Printed{.out = actionHelp("addmulticastmac", "<>", "/bin/k")}));
 }

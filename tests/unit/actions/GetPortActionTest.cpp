@@ -4,6 +4,7 @@
 
 #include "ArgumentVector.hpp"
 #include "GetPortAction.hpp"
+#include "KorvelHelp.hpp"
 #include "NetFPMasterCom.hpp"
 #include "NetfpMasterWire.hpp"
 #include "OutOfRange.hpp"
@@ -226,8 +227,5 @@ TEST_F(GetPortActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
 TEST_F(GetPortActionTest, ExplainsItself) {
     EXPECT_EQ(action.getKeyword(), "getport");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>getport interface:\n"
-                              "<>  interface (interface name to get the port from)\n"
-                              "<>Examples:\n"
-                              "<>  /bin/k getport eth1\n"}));
+              (Printed{.out = actionHelp("getport", "<>", "/bin/k")}));
 }

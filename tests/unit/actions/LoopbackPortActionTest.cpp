@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "FailingCall.hpp"
+#include "KorvelHelp.hpp"
 #include "LoopbackPortAction.hpp"
 #include "OutOfRange.hpp"
 #include "PortActionFixture.hpp"
@@ -173,11 +174,5 @@ TEST_F(LoopbackPortActionTest, TellsEachStepInVerboseMode) {
 TEST_F(LoopbackPortActionTest, ExplainsItself) {
     EXPECT_EQ(action.getKeyword(), "loopbackport");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>loopbackport enable interface:\n"
-                              "<>loopbackport disable interface:\n"
-                              "<>  enable    (enable Loopback Port)\n"
-                              "<>  disable   (disable Loopback Port)\n"
-                              "<>  interface (interface or switch port to loopback)\n"
-                              "<>Examples:\n"
-                              "<>  /bin/k loopbackport enable eth0\n"}));
+              (Printed{.out = actionHelp("loopbackport", "<>", "/bin/k")}));
 }

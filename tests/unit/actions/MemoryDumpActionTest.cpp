@@ -2,6 +2,7 @@
 
 #include "DumpFixture.hpp"
 #include "DumpText.hpp"
+#include "KorvelHelp.hpp"
 #include "MemoryDumpAction.hpp"
 
 namespace {
@@ -194,8 +195,5 @@ TEST_F(MemoryDumpActionTest, ExplainsItself) {
 
     EXPECT_EQ(action.getKeyword(), "mem_dump");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>mem_dump <physical_address> <length>\n"
-                              "<>Example:\n"
-                              "<>/bin/k mem_dump 0xeb6b6100 32 - dumps 32 bytes located at physical address "
-                              "0xeb6b6100\n\n"}));
+              (Printed{.out = actionHelp("mem_dump", "<>", "/bin/k")}));
 }

@@ -1,5 +1,6 @@
 // "mirrorport": copies the traffic of one switch port to another.
 
+#include "KorvelHelp.hpp"
 #include "MirrorPortAction.hpp"
 #include "NetfpMasterWire.hpp"
 #include "OutOfRange.hpp"
@@ -194,12 +195,5 @@ TEST_F(MirrorPortActionTest, TellsEachStepInVerboseMode) {
 TEST_F(MirrorPortActionTest, ExplainsItself) {
     EXPECT_EQ(action.getKeyword(), "mirrorport");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>mirrorport enable from to:\n"
-                              "<>mirrorport disable from to:\n"
-                              "<>  enable    (enable port mirroring)\n"
-                              "<>  disable   (disable port mirroring)\n"
-                              "<>  from      (interface or switch port to mirror from)\n"
-                              "<>  to        (interface or switch port  to mirror to)\n"
-                              "<>Examples:\n"
-                              "<>  /bin/k mirrorport enable eth0 eth1\n"}));
+              (Printed{.out = actionHelp("mirrorport", "<>", "/bin/k")}));
 }

@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "KorvelHelp.hpp"
 #include "NetfpMasterWire.hpp"
 #include "PortSwapFixture.hpp"
 #include "VerboseMode.hpp"
@@ -146,9 +147,5 @@ TEST_F(PortSwapActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
 TEST_F(PortSwapActionTest, ExplainsItself) {
     EXPECT_EQ(action.getKeyword(), "portswap");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>portswap from to:\n"
-                              "<>  from      (interface to swap from)\n"
-                              "<>  to        (interface to swap to)\n"
-                              "<>Examples:\n"
-                              "<>  /bin/k portswap eth0 eth1\n"}));
+              (Printed{.out = actionHelp("portswap", "<>", "/bin/k")}));
 }

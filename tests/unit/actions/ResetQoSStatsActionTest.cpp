@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "KorvelHelp.hpp"
 #include "ResetQoSStatsAction.hpp"
 #include "ResetQoSStatsFixture.hpp"
 #include "SignalStorm.hpp"
@@ -214,7 +215,5 @@ TEST_F(ResetQoSStatsActionTest, ExplainsItself) {
 
     EXPECT_EQ(action.getKeyword(), "resetqosstats");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "<>resetqosstats\n"
-                              "<>Examples:\n"
-                              "<>/bin/k -d iwf resetqosstats\n"}));
+              (Printed{.out = actionHelp("resetqosstats", "<>", "/bin/k")}));
 }

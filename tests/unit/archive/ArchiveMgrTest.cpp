@@ -4,6 +4,7 @@
 
 #include "ArchiveMgr.hpp"
 #include "ArgumentVector.hpp"
+#include "KorvelHelp.hpp"
 #include "LogEntries.hpp"
 #include "Printed.hpp"
 #include "SystemLog.hpp"
@@ -42,9 +43,7 @@ TEST_F(ArchiveMgrTest, DetectsNothingElse) {
 
 TEST_F(ArchiveMgrTest, ExplainsItself) {
     EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "  Archive:\n"
-                              "<>== Examples ==\n"
-                              "<>  /bin/k  archive\n\n"}));
+              (Printed{.out = managerHelp("Archive", "<>", "/bin/k")}));
 }
 
 TEST_F(ArchiveMgrTest, ReportsNothingAnywhereBeforeItRuns) {

@@ -4,6 +4,7 @@
 
 #include "ArgumentVector.hpp"
 #include "CollectorMgr.hpp"
+#include "KorvelHelp.hpp"
 #include "Printed.hpp"
 #include "VerboseMode.hpp"
 
@@ -64,32 +65,7 @@ TEST_F(CollectorMgrTest, DoesNotLookAtTheProgramsName) {
 
 TEST_F(CollectorMgrTest, ExplainsItsKeywords) {
     EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "  Log Collection:\n"
-                              "<>== Output Mode ==\n"
-                              "<>  print    (prints output on console)\n"
-                              "<>  dump     (dumps output to files)\n"
-                              "<>  pkg      (creates package)\n"
-                              "<>  pkg-trs  (creates package without timestamp)\n"
-                              "<>  pkg-sup  (creates package for ZELMO NetfpSupervisor Service)\n"
-                              "<>  pkg-pm   (creates post mortem package)\n"
-                              "<>  pkg-sdown(creates package on system shutdown - has to be enabled in "
-                              "fpdispatcher.conf)\n"
-                              "<>== Coverage ==\n"
-                              "<>  all*     (default - all outputs)\n"
-                              "<>  netfp    (netfp_proxy + netpf_server output)\n"
-                              "<>  proxy    (netfp_proxy output)\n"
-                              "<>  server   (netpf_server output)\n"
-                              "<>  dall*    (all dispatcher outputs)\n"
-                              "<>  dinf*    (dispatcher info)\n"
-                              "<>  dstat*   (dispatcher statistics)\n"
-                              "<>  dlog     (dispatcher logs)\n"
-                              "<>    (*) possible performance impact\n"
-                              "\n"
-                              "<>== Examples ==\n"
-                              "<>  /bin/k pkg\n"
-                              "<>  /bin/k -v print pkg netfp dall\n"
-                              "<>  /bin/k print dump server dinf dstat proxy\n"
-                              "\n"}));
+              (Printed{.out = managerHelp("Log Collection", "<>", "/bin/k")}));
 }
 
 TEST_F(CollectorMgrTest, HasNothingLeftToDoAfterTheRequest) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "ArgumentVector.hpp"
+#include "KorvelHelp.hpp"
 #include "Managers.hpp"
 #include "NetFPMasterCom.hpp"
 #include "Printed.hpp"
@@ -26,35 +27,19 @@ protected:
         ArgumentVector vector({});
         return printedBy([&] { Korvel::printUsage(vector.argc(), vector.argv()); });
     }
-
-    /// What stands in front of the managers' blocks.
-    static std::string commonArguments(const std::string& clientDefault, const std::string& masterDefault) {
-        return "korvel usage:\n"
-               "  Common Arguments:\n"
-               "    -v         (verbose mode)\n"
-               "    -c path    (optional path to the client socket, default: " +
-               clientDefault +
-               "\n"
-               "    -m path    (optional path to the master socket, default: " +
-               masterDefault +
-               "\n"
-               "    -d type    (interact with specific dispatcher: iwf, sfn, all. Default is \"iwf\")\n"
-               "    --help     (help message)\n"
-               "\n";
-    }
 };
 
 }  // namespace
 
 TEST_F(PrintUsage, ShowsTheCommonArgumentsWithTheDefaultsCrosswise) {
-    EXPECT_EQ(usage(), (Printed{.out = commonArguments("/tmp/NetfpMaster", "/tmp/Korvel")}));
+    EXPECT_EQ(usage(), (Printed{.out = commonArgumentsHelp()}));
 }
 
 TEST_F(PrintUsage, ShowsThePathsThatAreSet) {
     NetFPMasterCom::setClientSocketPath("/tmp/client");
     NetFPMasterCom::setMasterSocketPath("/tmp/master");
 
-    EXPECT_EQ(usage(), (Printed{.out = commonArguments("/tmp/master", "/tmp/client")}));
+    EXPECT_EQ(usage(), (Printed{.out = commonArgumentsHelp("/tmp/client", "/tmp/master")}));
 }
 
 TEST_F(PrintUsage, ShowsTheBlockOfEachManagerIndentedByFourBlanks) {
@@ -65,7 +50,7 @@ TEST_F(PrintUsage, ShowsTheBlockOfEachManagerIndentedByFourBlanks) {
         }
     });
 
-    EXPECT_EQ(usage(), (Printed{.out = commonArguments("/tmp/NetfpMaster", "/tmp/Korvel") + blocks.out}));
+    EXPECT_EQ(usage(), (Printed{.out = commonArgumentsHelp() + blocks.out}));
 }
 
 TEST_F(PrintUsage, PrintsNothingWithoutAProgramName) {

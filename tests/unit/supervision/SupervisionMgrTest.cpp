@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "ArgumentVector.hpp"
+#include "KorvelHelp.hpp"
 #include "SupervisionMgrFixture.hpp"
 #include "VerboseMode.hpp"
 
@@ -45,9 +46,7 @@ TEST_F(SupervisionMgrTest, NeedsAKeywordThatTheArgumentCountCovers) {
 
 TEST_F(SupervisionMgrTest, ExplainsItself) {
     EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
-              (Printed{.out = "  Supervision:\n"
-                              "<>== Examples ==\n"
-                              "<>  /bin/k  supervision\n\n"}));
+              (Printed{.out = managerHelp("Supervision", "<>", "/bin/k")}));
 }
 
 TEST_F(SupervisionMgrTest, HasNothingToResolveInTheArguments) {
