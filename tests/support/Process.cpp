@@ -11,6 +11,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "StartedCommands.hpp"
+
 namespace {
 
 constexpr int cannotStart = 127;
@@ -80,6 +82,7 @@ std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
 
 Process::Process(const std::vector<std::string>& command, const Surroundings& surroundings)
     : out(::memfd_create("stdout", MFD_CLOEXEC)), err(::memfd_create("stderr", MFD_CLOEXEC)) {
+    noteStartedCommand(command, surroundings.environment);
     child = ::fork();
     if (child == 0) {
         become(command, surroundings, out, err);

@@ -16,6 +16,7 @@
 #include <unistd.h>
 
 #include "FreshBoard.hpp"
+#include "RepeatHint.hpp"
 #include "SelectedTests.hpp"
 
 namespace {
@@ -77,6 +78,7 @@ void chooseOrder() {
 // NOLINTNEXTLINE(bugprone-exception-escape): an exception ends the program, which then has failed
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    testing::UnitTest::GetInstance()->listeners().Append(new RepeatHint);
     if (GTEST_FLAG_GET(list_tests) || !FreshBoard::isAtHand()) {
         return RUN_ALL_TESTS();
     }
