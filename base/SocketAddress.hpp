@@ -4,7 +4,7 @@
 
 namespace Base {
 
-/// An address of any family as the socket calls take it. Points to `address`.
+/// A socket address of any family as the generic type that the socket calls take. Points to `address`.
 template <typename Address>
 const sockaddr* genericAddress(const Address& address) {
     return reinterpret_cast<const sockaddr*>(&address);

@@ -6,7 +6,7 @@
 
 namespace Base {
 
-/// Repeats a system call while signals interrupt it. Not for waits: a wait keeps a deadline.
+/// Repeats a system call while signals interrupt it. Not for waits, which must keep a deadline.
 template <typename Call>
 auto uninterrupted(Call call) {
     auto result = call();
@@ -16,7 +16,7 @@ auto uninterrupted(Call call) {
     return result;
 }
 
-/// The result of a system call. If it is -1, throws std::system_error with errno and `what`.
+/// Returns the result of a system call. If it is -1, throws std::system_error with errno and `what`.
 template <typename Result>
 Result checked(Result result, const std::string& what) {
     if (result == -1) {

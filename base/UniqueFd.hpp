@@ -7,8 +7,8 @@
 
 namespace Base {
 
-/// Owns one file descriptor and closes it exactly once. Leaves errno unchanged, so that a caller can still
-/// report the error that made it give the descriptor up.
+/// Owns one file descriptor and closes it exactly once. The destructor, reset() and assignment preserve
+/// errno, so that callers can still report an earlier error.
 class UniqueFd {
 public:
     UniqueFd() = default;
@@ -27,7 +27,7 @@ public:
     int get() const noexcept { return fd; }
     explicit operator bool() const noexcept { return fd != none; }
 
-    /// Hands the descriptor over to the caller, who closes it from now on.
+    /// Transfers ownership of the descriptor to the caller.
     [[nodiscard]] int release() noexcept { return std::exchange(fd, none); }
 
     void reset(int descriptor = none) noexcept {
@@ -37,9 +37,9 @@ public:
         errno = reason;
     }
 
-    /// Closes now, for a caller that reports a failed close: false with errno set. The descriptor is given
-    /// up in either case. An interrupted close is not repeated and does not count as failed: Linux has freed
-    /// the number already.
+    /// Closes the descriptor now and gives it up, even if the close fails. Returns false, with errno set, if
+    /// the close fails. An interrupted close counts as success and is not repeated, because Linux has already
+    /// released the descriptor number.
     [[nodiscard]] bool close() noexcept {
         const int old = release();
         return old == none || ::close(old) == 0 || errno == EINTR;
