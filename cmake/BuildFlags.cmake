@@ -1,5 +1,5 @@
-# The flags that every target of the project is compiled and linked with: warnings, and the OpenSSF
-# compiler hardening guide's list as far as the compiler at hand takes it. Targets link korvel::flags.
+# Compiler and linker flags of every target: warnings, and the flags of the OpenSSF compiler hardening guide
+# that the compiler supports. Targets link korvel::flags.
 
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
@@ -12,7 +12,7 @@ target_compile_options(korvel_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion
     -Wformat=2 -Wimplicit-fallthrough -Wnon-virtual-dtor -Woverloaded-virtual
     -Werror=format-security)
-# Where files are compiled together, the names of one file's own are in sight of the next.
+# In a unity build, file-local names of one source are visible in the next.
 target_compile_options(korvel_flags INTERFACE $<$<NOT:$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>:-Wshadow>)
 if(KORVEL_WERROR)
     target_compile_options(korvel_flags INTERFACE -Werror)
@@ -35,7 +35,7 @@ foreach(flag IN ITEMS
     korvel_use_compile_flag(${flag})
 endforeach()
 
-# Where long has 32 bits, file sizes and times have 64 all the same.
+# 64-bit file sizes and times, even if long has 32 bits.
 target_compile_definitions(korvel_flags INTERFACE _GLIBCXX_ASSERTIONS _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
 if(KORVEL_SANITIZE)
@@ -43,7 +43,7 @@ if(KORVEL_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(korvel_flags INTERFACE -fsanitize=address,undefined)
 else()
-    # Fortified copies need the optimiser and clash with the sanitizers' own checks.
+    # _FORTIFY_SOURCE needs optimization and conflicts with the sanitizers' own checks.
     target_compile_options(korvel_flags INTERFACE
         $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE>
         $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=3>)

@@ -1,9 +1,9 @@
-# libseccomp, for the processor at hand: found where the compiler finds it, as its other libraries.
+# libseccomp for the target processor, in the compiler's default search path.
 
 include(CheckCXXSourceCompiles)
 include(FindPackageHandleStandardArgs)
 
-# Looked for again each time, since it may have been installed meanwhile.
+# Search again each time: the library may have been installed since the last configuration.
 if(NOT KORVEL_HAS_SECCOMP)
     unset(KORVEL_HAS_SECCOMP CACHE)
 endif()

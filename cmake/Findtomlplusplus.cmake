@@ -1,12 +1,11 @@
-# toml++, as its own package describes it or, where the library was not built for the processor at hand, as
-# headers alone.
+# toml++: its own package configuration or, if no library exists for the target processor, only its headers.
 
 find_package(tomlplusplus CONFIG QUIET)
 if(NOT tomlplusplus_FOUND)
     include(CheckIncludeFileCXX)
     set(CMAKE_REQUIRED_FLAGS "-std=c++20")
     set(CMAKE_REQUIRED_DEFINITIONS -DTOML_HEADER_ONLY=1)
-    unset(KORVEL_HAS_TOML_HEADERS CACHE)  # they may have been installed since
+    unset(KORVEL_HAS_TOML_HEADERS CACHE)  # the headers may have been installed since
     check_include_file_cxx("toml++/toml.h" KORVEL_HAS_TOML_HEADERS)
     unset(CMAKE_REQUIRED_FLAGS)
     unset(CMAKE_REQUIRED_DEFINITIONS)

@@ -1,9 +1,9 @@
-# The folders of an installation, as GNUInstallDirs has them: relative to the prefix, or absolute. Build tree and
-# installation have the same layout, so that programs find the platform libraries in the same way, relative to
-# themselves, and either tree can be moved or mounted elsewhere as a whole.
+# The installation directories of GNUInstallDirs: relative to the prefix, or absolute. The build tree and the
+# installation have the same layout. Programs find the platform libraries relative to themselves, so either
+# tree can be moved or mounted elsewhere as a whole.
 #
 # KORVEL_BINDIR, KORVEL_LIBEXECDIR, KORVEL_MANDIR and KORVEL_PRIVATE_LIBDIR are relative to the top of that layout. The
-# top stands for the prefix; where a folder is not below the prefix, for the nearest folder that has all of them below it.
+# top is the prefix. If a directory is outside the prefix, the top is the nearest common parent of all of them.
 
 include(GNUInstallDirs)
 
@@ -32,7 +32,7 @@ korvel_below_top(KORVEL_MANDIR "${CMAKE_INSTALL_MANDIR}")
 korvel_below_top(KORVEL_PRIVATE_LIBDIR "${CMAKE_INSTALL_LIBDIR}/korvel")
 
 # korvel_runpath(VARIABLE FOLDER)
-# Where programs in a folder of the layout look for the platform libraries.
+# Sets the run-time search path with which programs in a directory of the layout find the platform libraries.
 function(korvel_runpath variable folder)
     cmake_path(RELATIVE_PATH KORVEL_PRIVATE_LIBDIR BASE_DIRECTORY "${folder}" OUTPUT_VARIABLE libraries)
     set(${variable} "$ORIGIN/${libraries}" PARENT_SCOPE)

@@ -1,6 +1,6 @@
 # korvel_room(NAME SOURCES file... LINKS target...)
-# One folder of the product or of the simulated board: a static library that exports its own folder alone. It
-# links the rooms below that it may use, so an include that points up does not compile.
+# One folder of the product or of the simulated board: a static library that exports only its own folder. It
+# links the lower rooms that it may use, so an include that points up does not compile.
 function(korvel_room name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
     add_library(korvel_${name} STATIC ${arg_SOURCES})
