@@ -13,7 +13,7 @@
 namespace HostBoard {
 namespace {
 
-/// `text` up to a line end at its end.
+/// `text` without a trailing line end.
 std::string_view withoutLineEnd(std::string_view text) {
     return text.substr(0, text.size() - (text.ends_with('\n') ? 1 : 0));
 }

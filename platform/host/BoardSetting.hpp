@@ -2,7 +2,7 @@
 
 namespace HostBoard {
 
-/// The decimal number in the file `path`, or 0 when the file is missing or holds anything else.
+/// Returns the decimal number in the file `path`, or 0 if the file is missing or contains anything else.
 int boardSetting(const char* path);
 
 }  // namespace HostBoard

@@ -5,7 +5,7 @@
 namespace HostBoard {
 namespace {
 
-/// Never 0, which marks a free place, since no late read starts at 0.
+/// Never 0, which marks an unused slot: a late read never starts at 0.
 std::uint64_t asNumber(unsigned start, unsigned end) {
     return std::uint64_t{start} << 32 | end;
 }

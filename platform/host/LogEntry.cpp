@@ -25,15 +25,15 @@ void LogEntry::append(const char* format, ...) {
 }
 
 void LogEntry::appendList(const char* format, std::va_list arguments) {
-    const std::size_t room = bytes.size() - size;  // for the text and a zero, where the line end goes later
+    const std::size_t room = bytes.size() - size;  // with the zero that the line end replaces
     const int length = std::vsnprintf(bytes.data() + size, room, format, arguments);
     if (length > 0) {
         size += std::min(static_cast<std::size_t>(length), room - 1);
     }
 }
 
-// Without gmtime(), whose time zone data is behind a lock that a forked child may never get, and without
-// system_clock::now(), which in the C++ libraries of 32-bit processors may end in 2038.
+// Avoids gmtime(), because a forked child may never get the lock of its time zone data. Avoids
+// system_clock::now(), because it can overflow in 2038 on 32-bit processors.
 void LogEntry::appendTime() {
     using namespace std::chrono;
     timespec clock{};

@@ -9,19 +9,19 @@
 
 namespace HostBoard {
 
-/// One entry as it stands in a log, a line of this form with the time of its making in UTC:
+/// One log entry: a line of the following form, with the time of construction in UTC.
 ///
-///     2031-05-17T08:15:00.123456Z LEVEL TAG: TEXT
+///      2031-05-17T08:15:00.123456Z LEVEL TAG: TEXT
 ///
-/// It stays one line whatever it is made of: line ends at the end of TEXT are dropped, all others become
-/// blanks, and so do zero bytes. What goes beyond LogRing::maxEntry is cut off.
+/// The entry is always a single line: trailing line ends of TEXT are removed; other line ends and zero bytes
+/// become blanks. Text beyond LogRing::maxEntry is cut off.
 class LogEntry {
 public:
-    /// `format` and `arguments` make the text, as for vprintf; a null `tag` or `format` counts as empty.
+    /// Formats the text as vprintf does. A null `tag` or `format` counts as empty.
     LogEntry(int level, const char* tag, const char* format, std::va_list arguments)
         __attribute__((format(printf, 4, 0)));
 
-    /// With its line end. Lives as long as the entry.
+    /// Includes the line end. Valid as long as the entry.
     std::string_view line() const { return {bytes.data(), size}; }
 
 private:

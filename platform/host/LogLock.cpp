@@ -16,8 +16,8 @@ constexpr std::chrono::microseconds pollInterval{500};
 
 }  // namespace
 
-// Polls, because flock() knows no deadline. The mutex is not kept between two tries: it is never held
-// longer than one operation on the log takes.
+// Polls, because flock() has no time-out. Releases the mutex between attempts, so that no thread holds it
+// longer than one log operation.
 bool LogLock::acquire() {
     const auto deadline = std::chrono::steady_clock::now() + patience;
     while (!tryAcquire()) {
@@ -29,7 +29,7 @@ bool LogLock::acquire() {
     return true;
 }
 
-/// False with errno EWOULDBLOCK when somebody holds the lock.
+/// Returns false with errno EWOULDBLOCK if another thread or process holds the lock.
 bool LogLock::tryAcquire() {
     std::unique_lock threads(mutex, std::try_to_lock);
     if (!threads) {

@@ -6,12 +6,12 @@
 
 namespace HostBoard {
 
-/// Excludes all others from a shared-memory log: the threads of this process by a mutex, the other
-/// processes by flock() on the memory's descriptor. The kernel takes the lock from a holder that dies. One
-/// that lives and does not go on (stopped, say) is waited for about a second and not longer.
+/// Exclusive lock of a shared-memory log: a mutex between the threads of this process, flock() on the
+/// memory's descriptor between processes. The kernel releases the lock of a process that dies. If a live
+/// holder (a stopped process, for example) keeps the lock, acquiring it fails after about one second.
 class LogLock {
 public:
-    /// Takes the lock, and gives it back at its end if it got it. Converts to whether it did.
+    /// Acquires the lock and releases it on destruction. Converts to false if the lock was not acquired.
     class Hold {
     public:
         explicit Hold(LogLock& wanted) : lock(wanted), held(wanted.acquire()) {}
@@ -31,11 +31,11 @@ public:
         const bool held;
     };
 
-    /// `guarded` outlives the lock.
+    /// `guarded` must outlive the lock.
     explicit LogLock(const SharedMemory& guarded) : memory(guarded) {}
 
-    /// Around a fork: excludes the threads of this process alone, so that the child's copy of the mutex is
-    /// not one that a thread holds which the child does not have.
+    /// Called around a fork. Locks only the mutex, so that the child never inherits a mutex that a missing
+    /// thread holds.
     void excludeThreads() { mutex.lock(); }
     void admitThreads() { mutex.unlock(); }
 

@@ -9,19 +9,19 @@ namespace {
 
 constexpr std::uint64_t ringMagic = 0x31474F4C4D53564B;  // "KVSMLOG1"
 
-// Bytes are counted in 64 bits, which never wrap. The positions handed out are these counts modulo
-// 2^32 - 1, plus 1, so that they wrap from the highest 32-bit number to 1 and are never 0.
+// Byte counts have 64 bits and never wrap. The positions that callers see are these counts modulo 2^32 - 1,
+// plus 1: they wrap from the highest 32-bit number to 1 and are never 0.
 constexpr std::uint64_t positionCount = 0xFFFFFFFF;
 
-// A store that a dying process leaves half done would leave a wrong head or tail behind.
+// A process that dies during a store must not leave a half-written head or tail.
 static_assert(std::atomic_ref<std::uint64_t>::is_always_lock_free);
 
 std::uint64_t load(std::uint64_t& field) {
     return std::atomic_ref(field).load();
 }
 
-/// An exchange rather than a store: not only what stands before it in the program has happened by then,
-/// but also nothing of what stands behind it. A process that dies in between depends on both.
+/// An exchange instead of a store, because it is a full barrier: no access moves across it in either
+/// direction. Recovery after the death of a process in an operation depends on this order.
 void store(std::uint64_t& field, std::uint64_t value) {
     std::atomic_ref(field).exchange(value);
 }
@@ -36,7 +36,7 @@ LogRing::LogRing(std::span<std::byte> memory)
     : header(*reinterpret_cast<Header*>(memory.data())),
       text(reinterpret_cast<char*>(memory.subspan(headerSize, textSize).data()), textSize) {
     static_assert(std::is_trivially_copyable_v<Header> && sizeof(Header) <= headerSize);
-    // Programs of 32 and of 64 bits share a log.
+    // 32-bit and 64-bit programs share a log.
     static_assert(offsetof(Header, magic) == 0 && offsetof(Header, tail) == 8 &&
                   offsetof(Header, head) == 16);
 }
@@ -74,7 +74,8 @@ LogRing::Excerpt LogRing::read(std::span<char> buffer, unsigned start) const {
     return {.length = length, .end = positionAt(from + length), .late = start != 0 && !kept};
 }
 
-/// Bytes written before `position`, when that is where a kept line begins or the newest ends.
+/// Returns the number of bytes written before `position`, if a kept line starts there or the newest line ends
+/// there.
 std::optional<std::uint64_t> LogRing::findKept(unsigned position) const {
     const std::uint64_t head = load(header.head);
     const std::uint64_t tail = load(header.tail);
@@ -86,7 +87,7 @@ std::optional<std::uint64_t> LogRing::findKept(unsigned position) const {
     return written == tail || textAt(written - 1) == '\n' ? std::optional(written) : std::nullopt;
 }
 
-/// Where the line that holds byte number `written` ends; the head at the latest.
+/// Returns the end of the line that contains byte number `written`, at most the head.
 std::uint64_t LogRing::behindLineAt(std::uint64_t written) const {
     const std::uint64_t head = load(header.head);
     while (written != head && textAt(written) != '\n') {

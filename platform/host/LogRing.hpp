@@ -8,51 +8,49 @@
 
 namespace HostBoard {
 
-/// The ring of a shared-memory log: text lines in the order of their writing, of which the newest are
-/// kept. Lives in memory that several processes share, and does not know how it got there nor who else
-/// uses it: every operation needs all other users of the memory excluded.
+/// The ring buffer of a shared-memory log. It keeps the newest text lines in the order of writing. The caller
+/// provides the shared memory and must exclude all other users of it during every operation.
 ///
-/// A process may die at any point of an operation. What it was about to add is then not there, and what
-/// it was about to drop may be gone; all else is as before.
+/// A process may die at any point of an operation. Then the entry that it was adding is missing, and the
+/// entries that it was dropping may be gone. Everything else is unchanged.
 class LogRing {
 public:
-    static constexpr std::size_t textSize = std::size_t{2} << 20;  ///< bytes of text that the memory holds
-    static constexpr std::size_t capacity = textSize - 1;          ///< bytes of text that are kept at most
-    static constexpr std::size_t maxEntry = 4096;                  ///< bytes, line end included
+    static constexpr std::size_t textSize = std::size_t{2} << 20;  ///< bytes
+    static constexpr std::size_t capacity = textSize - 1;          ///< bytes of text kept at most
+    static constexpr std::size_t maxEntry = 4096;                  ///< bytes, including the line end
     static constexpr std::size_t headerSize = 4096;
     static constexpr std::size_t memorySize = headerSize + textSize;
 
-    /// Outcome of a read.
+    /// Result of a read.
     struct Excerpt {
         std::size_t length;  ///< bytes copied
-        unsigned end;        ///< position behind them; never 0
-        bool late;           ///< entries behind the start of the read were gone already
+        unsigned end;        ///< position after the copied bytes; never 0
+        bool late;           ///< entries after the start position were already overwritten
     };
 
-    /// `memory` is `memorySize` bytes at an address divisible by 8, and outlives the ring. It is not
-    /// touched before the first operation.
+    /// `memory` has `memorySize` bytes, is aligned to 8 bytes and outlives the ring. The constructor does not
+    /// access it.
     explicit LogRing(std::span<std::byte> memory);
 
-    /// Makes an empty ring of memory that is all zeros, and must have succeeded before any operation
-    /// below. False, and the memory untouched, when it holds something else than a ring.
+    /// Initializes memory that is all zeros as an empty ring. Must succeed before any operation below.
+    /// Returns false, and leaves the memory unchanged, if it contains anything but a ring.
     bool prepare();
 
-    /// Makes an empty ring of which `written` bytes count as written and dropped. Only for a ring that has
-    /// no users yet.
+    /// Empties the ring and sets its byte count to `written`. Only for a ring without users.
     void restart(std::uint64_t written);
 
-    /// Adds a line of at most `maxEntry` bytes, the last and no other being a line end. Drops as many of
-    /// the oldest lines as are in its way.
+    /// Adds one line of at most `maxEntry` bytes, including the line end. Drops the oldest lines to make
+    /// room.
     void append(std::string_view line);
 
-    /// Copies whole lines from the position `start` on, as many as fit into `buffer`. Where `start` is 0,
-    /// or not the position of a line that is kept, copying begins with the oldest line.
+    /// Copies as many whole lines as fit into `buffer`, starting at position `start`. If `start` is 0 or is
+    /// not the start of a kept line, starts at the oldest line.
     Excerpt read(std::span<char> buffer, unsigned start) const;
 
 private:
     struct Header {
         std::uint64_t magic;
-        std::uint64_t tail;  ///< bytes written before the oldest line kept
+        std::uint64_t tail;  ///< bytes written before the oldest kept line
         std::uint64_t head;  ///< bytes written so far
     };
 

@@ -5,11 +5,11 @@
 
 namespace HostBoard {
 
-/// Owns one mapping of memory into the process and unmaps it when it goes. Empty by default.
+/// Owns one memory mapping of the process and unmaps it on destruction. Empty by default.
 class Mapping {
 public:
     Mapping() = default;
-    /// Takes over `length` bytes at `address` that mmap() has mapped.
+    /// Takes ownership of `length` bytes at `address`, mapped by mmap().
     Mapping(void* address, std::size_t length);
     Mapping(Mapping&& other) noexcept;
     Mapping& operator=(Mapping&& other) noexcept;

@@ -6,7 +6,7 @@
 namespace HostBoard {
 namespace {
 
-/// Bytes behind a translated address that are sure to have memory, even when /dev/shm is full.
+/// Bytes after a translated address that are allocated, so that accesses succeed even if /dev/shm is full.
 constexpr std::uint64_t reserved = std::uint64_t{64} << 10;
 
 }  // namespace
@@ -39,7 +39,7 @@ int PhysicalWindow::translate(std::uint32_t physical, void*& address) {
     return 0;
 }
 
-/// Opens the memory unless it is open, and sees that it has its full length: somebody may have cut it.
+/// Opens the memory if necessary and restores its full length, which another process may have truncated.
 bool PhysicalWindow::opened() {
     if (!memory) {
         memory = SharedMemory(name);
@@ -47,8 +47,8 @@ bool PhysicalWindow::opened() {
     return memory && memory.grow(windowLength);
 }
 
-/// The piece that begins `start` bytes into the window; empty, with the reason in errno, when it cannot
-/// be mapped.
+/// Returns the piece that starts `start` bytes into the window. Returns an empty mapping, with errno set, if
+/// it cannot be mapped.
 Mapping& PhysicalWindow::pieceAt(std::uint64_t start) {
     Mapping& piece = pieces[static_cast<std::size_t>(start / pieceStep)];
     if (!piece) {

@@ -9,21 +9,20 @@
 
 namespace HostBoard {
 
-/// A range of the board's physical addresses, played by a shared memory object that is created on demand
-/// and mapped on request. What was mapped stays so, and stays where it is, for as long as the window
-/// lives. Threads may use a window at once.
+/// A range of the board's physical addresses, simulated by a shared memory object that is created and mapped
+/// on demand. A mapping keeps its address as long as the window exists. Thread-safe.
 class PhysicalWindow {
 public:
-    /// `length` bytes from the physical address `base` on, in the object `memoryName` ("/" and a file
-    /// name), mapped in pieces that begin at multiples of `step` bytes, itself a multiple of the page
-    /// size. Every piece reaches to the end of the next one, so that at least `step` bytes from any
-    /// address on can be used, as far as the window goes.
+    /// `length` bytes from physical address `base`, in the object `memoryName` ("/" and a file name). The
+    /// window is mapped in pieces that start at multiples of `step` bytes, a multiple of the page size. Each
+    /// piece extends to the end of the next one, so at least `step` bytes are accessible from any address, up
+    /// to the end of the window.
     PhysicalWindow(const char* memoryName, std::uint32_t base, std::uint64_t length, std::uint64_t step);
 
     bool contains(std::uint32_t physical) const;
 
-    /// Stores where this process sees an address that the window contains. 0, or the errno value of what
-    /// failed; `address` is then untouched.
+    /// Sets `address` to the virtual address of `physical`, which the window must contain. Returns 0, or an
+    /// errno value and leaves `address` unchanged.
     int translate(std::uint32_t physical, void*& address);
 
 private:
@@ -35,8 +34,8 @@ private:
     const std::uint64_t windowLength;
     const std::uint64_t pieceStep;
     std::mutex mutex;
-    SharedMemory memory;          // none until the first translation
-    std::vector<Mapping> pieces;  // by start; empty where not yet asked for
+    SharedMemory memory;          // not open before the first translation
+    std::vector<Mapping> pieces;  // by start; empty if not yet mapped
 };
 
 }  // namespace HostBoard

@@ -18,7 +18,7 @@ SharedLog::SharedLog(SharedMemory object, Mapping place)
     : memory(std::move(object)), mapping(std::move(place)), lock(memory), ring(mapping.bytes()) {
 }
 
-/// Whether this is a log, as far as can be told: a lock that cannot be had now is no reason to say no.
+/// Returns true if the memory contains a log, or if the lock is busy and the memory cannot be checked.
 bool SharedLog::maybeLog() {
     const LogLock::Hold hold(lock);
     return !hold || ready();
@@ -42,11 +42,11 @@ std::optional<LogRing::Excerpt> SharedLog::read(std::span<char> buffer, unsigned
 }
 
 void SharedLog::afterForkInChild() {
-    static_cast<void>(memory.reopen());  // without it, the child's operations fail
+    static_cast<void>(memory.reopen());  // if it fails, the child's operations fail
     lock.admitThreads();
 }
 
-/// Whether the object has the length of a log, and memory behind all of it.
+/// Returns true if the object has the length of a log and all its memory is allocated.
 bool SharedLog::backed() {
     const std::optional<SharedMemory::Extent> extent = memory.extent();
     if (!extent || (extent->length != 0 && extent->length != LogRing::memorySize)) {

@@ -13,24 +13,23 @@
 
 namespace HostBoard {
 
-/// A log in shared memory, which any number of processes and threads write and read at once. Every
-/// operation checks afresh, under the lock, that the memory holds a log, since the object below /dev/shm
-/// is within everybody's reach: one that was emptied becomes an empty log again, one that was cut or
-/// overwritten takes and gives nothing.
+/// A log in shared memory, for concurrent use by any number of processes and threads. Any process can change
+/// the object in /dev/shm, so every operation first checks, under the lock, that it contains a log. An
+/// emptied object becomes an empty log again. On a truncated or overwritten object, operations fail.
 class SharedLog {
 public:
-    /// Opens the log `name`, a file name below /dev/shm; creates it where it is missing or empty. Null
-    /// where that fails, or where something else than a log has that name.
+    /// Opens the log `name`, a file name in /dev/shm, and creates it if it is missing or empty. Returns null
+    /// if that fails, or if the object contains anything but a log.
     static std::unique_ptr<SharedLog> open(const std::string& name);
 
-    /// Adds an entry as LogRing::append() does. False when the lock or the memory cannot be had; the
-    /// entry is then dropped.
+    /// Adds an entry as LogRing::append() does. Returns false, and drops the entry, if the lock or the memory
+    /// is not available.
     bool append(std::string_view line);
 
-    /// Reads as LogRing::read() does. Nothing when the lock or the memory cannot be had.
+    /// Reads as LogRing::read() does. Returns nothing if the lock or the memory is not available.
     std::optional<LogRing::Excerpt> read(std::span<char> buffer, unsigned start);
 
-    /// To be called around a fork, before and in both processes after it.
+    /// Call these around a fork: before it, and after it in each process.
     void beforeFork() { lock.excludeThreads(); }
     void afterForkInParent() { lock.admitThreads(); }
     void afterForkInChild();
@@ -42,8 +41,8 @@ private:
     bool ready() { return backed() && ring.prepare(); }
     bool maybeLog();
 
-    // Its open file is the owner of the lock. So it is this process's alone, and not even the mapping's,
-    // which a forked child keeps: else the child would hold what a parent held that died.
+    // flock() belongs to the open file description, so this process needs its own. The mapping's description
+    // is shared with forked children, which would keep the lock of a parent that died.
     SharedMemory memory;
     Mapping mapping;
     LogLock lock;

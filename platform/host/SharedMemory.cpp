@@ -19,7 +19,7 @@ SharedMemory::SharedMemory(const char* name)
 }
 
 std::optional<SharedMemory::Extent> SharedMemory::extent() const {
-    constexpr std::uint64_t blockSize = 512;  // unit of st_blocks, whatever the file system
+    constexpr std::uint64_t blockSize = 512;  // unit of st_blocks on every file system
     struct stat status {};
     if (::fstat(fd.get(), &status) != 0) {
         return std::nullopt;
@@ -57,7 +57,7 @@ Mapping SharedMemory::map(std::uint64_t offset, std::uint64_t length) const {
 }
 
 bool SharedMemory::reopen() {
-    // By its number and not by its name: the name may have come to mean another object.
+    // Reopens by descriptor, because the name may now refer to another object.
     const std::string self = "/proc/self/fd/" + std::to_string(fd.get());
     fd = Base::UniqueFd(Base::uninterrupted([&] { return ::open(self.c_str(), O_RDWR | O_CLOEXEC); }));
     return static_cast<bool>(fd);

@@ -8,21 +8,20 @@
 
 namespace HostBoard {
 
-/// A POSIX shared memory object: its descriptor, its size and its mappings into this process.
-/// Operations that fail say so by their result and leave the reason in errno. Does not know what the
-/// memory holds.
+/// A POSIX shared memory object: its descriptor, its size and its mappings into this process. Operations that
+/// fail return false or an empty value and set errno. Does not interpret the contents.
 class SharedMemory {
 public:
     /// Sizes in bytes.
     struct Extent {
         std::uint64_t length;
-        std::uint64_t backed;  ///< how much of it has memory behind it; the rest is holes
+        std::uint64_t backed;  ///< allocated; the rest is holes
     };
 
     /// No object: every operation fails.
     SharedMemory() = default;
-    /// Opens the object `name` ("/" and a file name below /dev/shm), for this user alone where it has to
-    /// be created. Converts to false where that failed.
+    /// Opens the object `name` ("/" and a file name in /dev/shm). Creates it if it is missing, accessible
+    /// only to this user. Converts to false if that fails.
     explicit SharedMemory(const char* name);
 
     explicit operator bool() const { return static_cast<bool>(fd); }
@@ -30,20 +29,20 @@ public:
 
     std::optional<Extent> extent() const;
 
-    /// Makes the object at least `length` bytes long, with a hole for what is new.
+    /// Extends the object to at least `length` bytes; the added part is a hole.
     bool grow(std::uint64_t length);
 
-    /// Puts memory behind the holes in `length` bytes from `offset` on, lengthening the object where it
-    /// ends before. Touching a hole instead ends the process (SIGBUS) when /dev/shm is full.
+    /// Allocates memory for `length` bytes from `offset`, and extends the object if necessary. Without it,
+    /// access to a hole raises SIGBUS if /dev/shm is full.
     bool reserve(std::uint64_t offset, std::uint64_t length);
 
-    /// Maps `length` bytes from `offset`, a multiple of the page size, for reading and writing. They may
-    /// lie behind the end of the object, and must then not be touched before it has grown. Empty where
-    /// that failed.
+    /// Maps `length` bytes from `offset`, a multiple of the page size, for reading and writing. The range may
+    /// extend beyond the end of the object; do not access that part before the object has grown. Returns an
+    /// empty mapping on failure.
     Mapping map(std::uint64_t offset, std::uint64_t length) const;
 
-    /// Replaces the open file behind the descriptor, which mappings and forked processes share and keep
-    /// open, by one that nobody shares yet. False, and no object any more, where that fails.
+    /// Replaces the open file description, which mappings and forked processes share, with a new unshared
+    /// one. Returns false, and leaves no object open, on failure.
     bool reopen();
 
 private:

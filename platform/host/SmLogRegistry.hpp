@@ -8,14 +8,14 @@
 
 namespace HostBoard {
 
-/// The clients of this process, one for each log that it has asked for. They are never freed, and each
-/// survives a fork in both processes.
+/// The log clients of this process, one for each log. They are never freed and stay usable in both processes
+/// after a fork.
 class SmLogRegistry {
 public:
-    /// The one registry of this process, or null when forks cannot be watched for.
+    /// Returns the registry of this process, or null if fork handlers cannot be registered.
     static SmLogRegistry* instance();
 
-    /// The client of the log `name`, a file name below /dev/shm, or null where SharedLog::open() fails.
+    /// Returns the client of the log `name`, a file name in /dev/shm, or null if SharedLog::open() fails.
     SmLogClient* client(const std::string& name);
 
 private:

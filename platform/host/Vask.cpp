@@ -14,12 +14,12 @@ namespace {
 using HostBoard::boardSetting;
 using HostBoard::PhysicalWindow;
 
-// A caller reads on behind the pointer that it gets, as far as it likes, so a window is mapped in one
-// piece. Only where it would fill the address space, it is not.
+// Callers read on after the returned address, so a window is mapped in one piece unless it would fill the
+// address space.
 constexpr std::uint64_t mappingStep = std::uint64_t{1} << (sizeof(void*) > 4 ? 32 : 26);
 
 std::array<PhysicalWindow, 2>& windows() {
-    // Never freed: pointers into them stay good until the process ends.
+    // Never freed: pointers into the windows stay valid until the process ends.
     static auto& all = *new std::array<PhysicalWindow, 2>{
         PhysicalWindow(HostBoard::ddrMemory, 0x80000000, 0x80000000, mappingStep),
         PhysicalWindow(HostBoard::switchRegisters, 0x02090000, 0x10000, mappingStep),

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <type_traits>
 
-// Messages of the fast-path stack on netlink sockets of the user-socket protocol (NETLINK_USERSOCK): each is
-// the payload behind the kernel's struct nlmsghdr, without padding, in the board's own byte order. What a
-// message is stands in its first word; nlmsg_type is 1 in all of them. A response repeats the request's
-// nlmsg_seq; nlmsg_pid is the sender's port id, by which the two dispatchers are told apart.
+// Messages of the fast-path stack on netlink sockets of the protocol NETLINK_USERSOCK. Each message is the
+// payload after struct nlmsghdr, without padding, in the board's byte order. The message type is the first
+// word of the payload; nlmsg_type is always 1. A response repeats the nlmsg_seq of its request. nlmsg_pid is
+// the sender's port id, which distinguishes the two dispatchers.
 
-/// The fixed port ids of the processes that take requests. A client's port id is its process id.
+/// The fixed port ids of the processes that receive requests. A client's port id is its process id.
 enum FastPath_PortId : std::uint32_t {
     FASTPATH_NETFP_PROXY_PORT_ID = 110,
     FASTPATH_IWF_DISPATCHER_PORT_ID = 120,
@@ -26,7 +26,7 @@ enum FastPath_MessageType : std::uint32_t {
     FASTPATH_ADD_INTERFACE_RESP = 24,
 };
 
-/// Asks a dispatcher or netfp_proxy how it is.
+/// Requests the health status of a dispatcher or of netfp_proxy.
 struct FastPath_HeartbeatReq {
     std::uint32_t messageType;
 };
@@ -39,12 +39,12 @@ struct FastPath_HeartbeatResp {
 /// Asks netfp_proxy to manage a Linux network interface.
 struct NetfpProxy_AddInterfaceReq {
     std::uint32_t messageType;
-    char interfaceName[32];  ///< zero-padded, and always with a zero
+    char interfaceName[32];  ///< zero-padded and zero-terminated
 };
 
 struct NetfpProxy_AddInterfaceResp {
     std::uint32_t messageType;
-    std::uint32_t status;  ///< 0: success, else netfp_proxy's failure code
+    std::uint32_t status;  ///< 0: success; otherwise netfp_proxy's failure code
 };
 
 static_assert(std::endian::native == std::endian::little, "the wire has the board's byte order");

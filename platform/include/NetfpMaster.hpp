@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <type_traits>
 
-// Datagrams of the NetFP master's UNIX socket: one request, one response, both of fixed size and in the
-// board's own byte order.
+// Datagrams of the NetFP master's UNIX socket: one request and one response, both of fixed size and in the
+// board's byte order.
 
 enum NetfpMaster_MessageType : std::uint32_t {
     NETFP_MASTER_GET_SWITCH_PORT = 4,
@@ -22,41 +22,42 @@ enum Netfp_Direction : std::uint32_t {
 
 /// Body of NETFP_MASTER_GET_SWITCH_PORT.
 struct NetfpMaster_GetSwitchPort {
-    char interfaceName[32];  ///< zero-padded; no zero when all 32 are used
+    char interfaceName[32];  ///< zero-padded; not terminated if all 32 bytes are used
 };
 
 /// Body of NETFP_MASTER_SET_PORT_MIRRORING.
 struct NetfpMaster_SetPortMirroring {
     std::uint32_t enable;  ///< 1 enables, 0 disables
     Netfp_Direction direction;
-    std::uint8_t fromPort;   ///< switch port that is mirrored
-    std::uint8_t toPort;     ///< switch port that gets the copies
+    std::uint8_t fromPort;   ///< mirrored switch port
+    std::uint8_t toPort;     ///< switch port that receives the copies
     std::uint8_t unused[2];  ///< 0
 };
 
-/// Body of NETFP_MASTER_RENAME_INTERFACE: the Linux interface behind a switch port gets another name.
+/// Body of NETFP_MASTER_RENAME_INTERFACE: renames the Linux interface behind a switch port.
+/// Both names are zero-padded and zero-terminated.
 struct NetfpMaster_RenameInterface {
-    char currentName[32];  ///< both zero-padded, and with a zero
+    char currentName[32];
     char newName[32];
 };
 
-/// Body of NETFP_MASTER_ADD_MULTICAST_MAC: frames to a multicast address are let through.
+/// Body of NETFP_MASTER_ADD_MULTICAST_MAC: admits frames to a multicast address.
 struct NetfpMaster_AddMulticastMac {
-    char regionName[32];  ///< of the lookup table that takes the filter; zero-padded
+    char regionName[32];  ///< lookup table that receives the filter; zero-padded
     std::uint16_t etherType;
     std::uint16_t vlanId;
     std::uint32_t ignoreVlan;  ///< 1: frames of every VLAN match
     std::uint8_t unused[6];    ///< 0
     std::uint8_t mac[6];
-    char interfaceName[32];  ///< zero-padded, and with a zero
-    std::uint32_t always1;   ///< its meaning is the master's
+    char interfaceName[32];  ///< zero-padded and zero-terminated
+    std::uint32_t always1;   ///< meaning known only to the master
 };
 
 struct NetfpMaster_Request {
     NetfpMaster_MessageType type;
-    std::uint32_t requestId;  ///< the sender's; the response repeats it
+    std::uint32_t requestId;  ///< set by the sender; the response repeats it
     union {
-        std::uint8_t bytes[140];  ///< first, so that `{}` clears all of the body
+        std::uint8_t bytes[140];  ///< first, so that `{}` clears the whole body
         NetfpMaster_GetSwitchPort getSwitchPort;
         NetfpMaster_RenameInterface renameInterface;
         NetfpMaster_SetPortMirroring setPortMirroring;
@@ -65,11 +66,11 @@ struct NetfpMaster_Request {
 };
 
 struct NetfpMaster_Response {
-    std::uint8_t head[8];     ///< the master's own
-    std::uint32_t requestId;  ///< of the request that this answers
+    std::uint8_t head[8];     ///< reserved for the master
+    std::uint32_t requestId;  ///< of the answered request
     std::int32_t errorCode;   ///< 0: success
     std::int32_t switchPort;  ///< answer to NETFP_MASTER_GET_SWITCH_PORT
-    std::uint8_t rest[252];   ///< by message type
+    std::uint8_t rest[252];   ///< depends on the message type
 };
 
 static_assert(std::endian::native == std::endian::little, "the wire has the board's byte order");
