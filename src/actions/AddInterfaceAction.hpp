@@ -7,9 +7,9 @@
 
 namespace Korvel {
 
-/// "add_interface": has netfp_proxy take a Linux network interface under its management, and prints whether
-/// it did and what it answered if not. All of that goes to standard output; why the exchange itself failed is
-/// in the dispatcher's shared-memory log.
+/// "add_interface": asks netfp_proxy to manage a Linux network interface. Prints the result, and
+/// netfp_proxy's status if it refuses, on standard output. Logs failures of the exchange in the dispatcher's
+/// shared-memory log.
 class AddInterfaceAction : public SimpleAction {
 public:
     static const std::string keyword;
@@ -20,15 +20,15 @@ public:
 
     // The steps of run().
 
-    /// Takes the interface's name, of 1 to 31 bytes. False, with the reason printed, where it is none.
+    /// Stores the interface name (1 to 31 bytes). Prints the reason and returns false if it is invalid.
     bool parseParameters(int argc, char** argv);
 
-    /// The exchange with netfp_proxy. True when that has the interface under its management.
+    /// Sends the request and waits for the response. Returns true if netfp_proxy now manages the interface.
     bool handleRequest();
 
 private:
     std::string interfaceName;
-    SmLog* logClient = nullptr;  // the library's; null where the log cannot be had
+    SmLog* logClient = nullptr;  // owned by the library; null if the log is not available
 };
 
 }  // namespace Korvel

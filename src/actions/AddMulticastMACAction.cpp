@@ -50,7 +50,7 @@ bool AddMulticastMACAction::parseArguments(int argc, char** argv) {
     return true;
 }
 
-/// Of a greater number, the low 16 bits count.
+/// Larger numbers are truncated to their low 16 bits.
 bool AddMulticastMACAction::parseVlanId(const std::string& text) {
     unsigned long number = 0;
     if (parseWholeNumber(text, number) != NumberError::none) {

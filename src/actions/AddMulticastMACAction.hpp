@@ -9,15 +9,15 @@
 
 namespace Korvel {
 
-/// "addmulticastmac": has the NetFP master let frames to a multicast MAC address through to an interface, of
-/// one VLAN or of all.
+/// "addmulticastmac": asks the NetFP master to admit frames to a multicast MAC address on an interface, from
+/// one VLAN or from all.
 class AddMulticastMACAction : public SimpleAction {
 public:
     std::string getKeyword() override;
     bool run(int argc, char** argv) override;
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
-    /// The exchange with the master about what run() took from the command line.
+    /// Sends the request that run() parsed and waits for the response.
     bool addMulticastMAC();
 
 private:
@@ -29,7 +29,7 @@ private:
     ether_addr mac{};
     std::string macString;
     std::string interfaceName;
-    std::uint16_t vlanID = 0;  // 0: every VLAN
+    std::uint16_t vlanID = 0;  // 0: all VLANs
 };
 
 }  // namespace Korvel

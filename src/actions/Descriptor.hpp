@@ -5,11 +5,11 @@
 
 namespace FPDisp {
 
-/// A host packet descriptor of the SoC's packet queues (CPPI), as little-endian words of 32 bits; a view that
-/// owns nothing. What is read lies in its first 32 bytes.
+/// A non-owning view of a host packet descriptor of the SoC's packet queues (CPPI): little-endian 32-bit
+/// words. Reads only the first 32 bytes.
 class Descriptor {
 public:
-    /// `memory` is not null and needs no alignment.
+    /// `memory` must not be null and needs no alignment.
     explicit Descriptor(const void* memory) : words(memory) {}
 
     std::uint32_t getBufLength() const { return word(3) & lengthMask; }      ///< bytes

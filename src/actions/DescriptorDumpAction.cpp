@@ -11,9 +11,9 @@ namespace {
 
 constexpr unsigned dumpedDescriptorBytes = 64;
 
-/// An address that nobody follows, only for %p.
+/// For %p only; never dereferenced.
 const void* shown(std::uint32_t physical) {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): it is only shown
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): only printed
     return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(physical));
 }
 

@@ -4,7 +4,7 @@
 
 namespace Korvel {
 
-/// "desc_dump": shows a packet descriptor in physical memory, and on request the beginning of its original
+/// "desc_dump": prints a packet descriptor in physical memory and, on request, the beginning of its original
 /// buffer.
 class DescriptorDumpAction : public MemoryDumpAction {
 public:
@@ -15,16 +15,16 @@ public:
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
     bool parseCommand(int argc, char** argv) override;
 
-    /// What its words say, and a dump of its first 64 bytes. Only where it should be, where that address does
-    /// not translate.
+    /// Prints the descriptor's addresses, its fields and a dump of its first 64 bytes. If its address does
+    /// not translate, prints only the addresses.
     void printDescriptor() const;
 
-    /// A dump of the buffer, of its own length at most. Nothing where the descriptor's address does not
-    /// translate.
+    /// Dumps the buffer, at most up to the buffer's own length. Prints nothing if the descriptor's address
+    /// does not translate.
     void printBuffer() const;
 
 private:
-    std::uint32_t bufferDumpLength = 0;  // bytes; 0: no dump of the buffer
+    std::uint32_t bufferDumpLength = 0;  // bytes; 0: no dump
     std::uint32_t descriptorAddress = 0;
 };
 

@@ -5,8 +5,7 @@
 
 namespace Korvel {
 
-/// What the switch word of an action says: true for "enable", "e" and "en", false for "disable", "d" and
-/// "dis"; nothing for any other word.
+/// Returns true for "enable", "e" and "en", false for "disable", "d" and "dis", nothing for any other word.
 std::optional<bool> parseEnableWord(std::string_view word);
 
 }  // namespace Korvel

@@ -42,8 +42,8 @@ constexpr auto shownCharacters = [] {
     return characters;
 }();
 
-/// Text that grows in a buffer until it is worth printing. Lines are written without a look at the room, of
-/// which there is always enough for one.
+/// Collects lines in a buffer and prints it when it is large enough. Lines are added without bounds checks,
+/// because the buffer always has room for one more line.
 class Lines {
 public:
     Lines() = default;
@@ -53,7 +53,7 @@ public:
     Lines& operator=(Lines&&) = delete;
     ~Lines() = default;
 
-    /// Reads each of the `count` bytes once: others may be writing to them.
+    /// Reads each of the `count` bytes once, because others may change them meanwhile.
     void add(std::uint32_t offset, const unsigned char* source, unsigned count) {
         std::array<unsigned char, lineBytes> bytes{};
         std::copy_n(source, count, bytes.begin());
@@ -85,7 +85,7 @@ private:
         end += piece.size();
     }
 
-    /// At least four digits.
+    /// Writes at least four digits.
     void putOffset(std::uint32_t offset) {
         unsigned shift = 3 * digitBits;
         while (shift < 7 * digitBits && (offset >> (shift + digitBits)) != 0) {
@@ -112,10 +112,10 @@ void printHexDump(const void* data, unsigned size) {
     for (; offset + lineBytes < size; offset += lineBytes) {
         lines.add(static_cast<std::uint32_t>(offset), bytes + offset, lineBytes);
         if (!std::cout) {
-            return;  // nobody gets the rest, which can be gigabytes
+            return;  // the rest, possibly gigabytes, would be lost
         }
     }
-    // The last line, which a dump of nothing has as well: it lies before the first offset.
+    // The last line. A dump of 0 bytes also has one, with the offset before the first.
     constexpr std::uint32_t beforeFirst = 0U - lineBytes;
     const auto last = static_cast<std::uint32_t>(offset);
     lines.add(size == 0 ? beforeFirst : last, bytes + offset, size - last);

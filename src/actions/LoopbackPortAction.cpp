@@ -11,14 +11,14 @@
 namespace Korvel {
 namespace {
 
-// The SoC's Gigabit Ethernet switch subsystem: one block of SGMII registers, of 32 bits each, for each port.
+// The SoC's Gigabit Ethernet switch subsystem: each port has one block of 32-bit SGMII registers.
 constexpr unsigned switchSubsystem = 0x02090000;
 constexpr unsigned resetOffset = 0x04;    // soft reset of the receive and transmit logic
 constexpr unsigned controlOffset = 0x10;  // loopback and master bits
 constexpr unsigned loopbackOn = 0x30;
 constexpr unsigned loopbackOff = 0;
 
-/// The blocks of the four ports lie at 0x100, 0x200, 0x400 and 0x500.
+/// The register blocks of the four ports are at offsets 0x100, 0x200, 0x400 and 0x500.
 unsigned blockOf(int port) {
     constexpr unsigned blockSize = 0x100;
     const auto number = static_cast<unsigned>(port);

@@ -4,20 +4,20 @@
 
 namespace Korvel {
 
-/// "loopbackport": puts an external port of the switch into serial-interface loopback, or takes it out, by
-/// writing the port's SGMII registers with the command "devmem".
+/// "loopbackport": enables or disables serial-interface loopback of an external switch port, by writing the
+/// port's SGMII registers with the command "devmem".
 class LoopbackPortAction : public SimpleAction {
 public:
     std::string getKeyword() override;
 
-    /// False where the command line is wrong or the port is not to be had. Whether the registers were written
-    /// does not count. Throws as resolvePort() does.
+    /// Returns false if the command line is invalid or the port is not available. Ignores failed register
+    /// writes. Throws as resolvePort() does.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
-    /// Writes the registers of a port from 1 to 4, one after the other; none is read back. A command that
-    /// cannot be started is reported and ends the sequence, which is then false.
+    /// Writes the registers of port 1 to 4 in sequence; reads none back. If a command cannot be started,
+    /// reports that, stops and returns false.
     static bool executeLoopbackCommand(bool enable, int port);
 
 private:

@@ -62,7 +62,7 @@ void MemoryDumpAction::printMemory() const {
 }
 
 void MemoryDumpAction::hexDump(const void* data, unsigned size) {
-    flushStandardOutput();  // what is not mapped ends the process, and the address is to be seen then
+    flushStandardOutput();  // unmapped memory kills the process; print the address first
     if (data != nullptr || size == 0) {
         printHexDump(data, size);
     }

@@ -25,7 +25,7 @@ bool MirrorPortAction::run(int argc, char** argv) {
         return fail("Port Mirroring: Invalid 'from' port number ");
     }
     const int toPort = retrievePortNumber(argv[4]);
-    if (toPort <= 0) {  // one beyond the last is the master's to refuse
+    if (toPort <= 0) {  // the master rejects numbers beyond the last port
         return fail("Port Mirroring: Invalid 'to' port number ");
     }
     executePortMirrorCommand(*enable, fromPort, toPort);

@@ -4,24 +4,24 @@
 
 namespace Korvel {
 
-/// "mirrorport": has the NetFP master copy the traffic of one switch port, in both directions, to another, or
-/// stop doing so.
+/// "mirrorport": asks the NetFP master to start or stop copying the traffic of one switch port, in both
+/// directions, to another.
 class MirrorPortAction : public SimpleAction {
 public:
     std::string getKeyword() override;
 
-    /// False where the command line is wrong or a port is not to be had. What the master says to the requests
-    /// themselves is reported and true. Throws as resolvePort() does.
+    /// Returns false if the command line is invalid or a port is not available. If a request fails, reports
+    /// that and returns true. Throws as resolvePort() does.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
     // The steps of run().
 
-    /// The switch port behind an interface's name or a number, or noPort; see resolvePort().
+    /// Returns the switch port of an interface name or a number, or noPort; see resolvePort().
     static int retrievePortNumber(const std::string& argument);
 
-    /// Sends the request for the inbound direction and, where that succeeds, for the outbound one.
+    /// Sends the request for the inbound direction and, if that succeeds, for the outbound direction.
     static void executePortMirrorCommand(bool enable, int fromPort, int toPort);
 
 private:

@@ -4,19 +4,20 @@
 
 namespace Korvel {
 
-// How the actions on switch ports take an argument that is either an interface's name or a port number.
+// Port arguments of actions: an interface name or a port number.
 
-/// The NetFP master does not tell.
+/// The NetFP master reports no port.
 constexpr int noPort = -1;
 
-/// The switch port that `argument` stands for: the number that it begins with, without a check of its range;
-/// where that is below zero or missing, what the NetFP master knows about an interface of this name. `action`
-/// begins the lines that are printed here. A look-up that fails other than by running out of time is
-/// reported. Throws std::out_of_range, whose text is the message for the operator, where the number does not
-/// fit 32 bits.
+/// Returns the switch port that `argument` specifies. If `argument` starts with a number, returns that number
+/// without a range check. If there is no number or it is negative, asks the NetFP master for the port of the
+/// interface `argument`, and returns noPort if that fails.
+///
+/// `action` is the prefix of printed lines. A failed look-up is reported, unless it timed out. Throws
+/// std::out_of_range, with the message for the operator, if the number does not fit into 32 bits.
 int resolvePort(const std::string& action, const std::string& argument);
 
-/// Whether the switch has an external port of this number.
+/// Returns true if the switch has an external port with this number.
 bool isSwitchPort(int port);
 
 }  // namespace Korvel

@@ -10,7 +10,8 @@ namespace {
 
 constexpr const char* temporaryName = "tmpN";
 
-/// Copies a name into a field of zeros. False, and nothing is copied, where no zero would be left behind it.
+/// Copies a name into a zeroed field. Returns false, and copies nothing, if the name and a terminating zero
+/// do not fit.
 template <std::size_t size>
 bool copyName(const std::string& name, char (&field)[size]) {
     if (name.size() >= size) {

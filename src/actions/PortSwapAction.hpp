@@ -6,27 +6,27 @@
 
 namespace Korvel {
 
-/// "portswap": exchanges the switch ports behind two Linux interfaces, by having the NetFP master rename the
-/// interfaces in three steps; a step that fails takes the earlier ones back.
+/// "portswap": exchanges the switch ports of two Linux interfaces. Asks the NetFP master to rename the
+/// interfaces in three steps. If a step fails, undoes the earlier steps.
 class PortSwapAction : public SimpleAction {
 public:
     std::string getKeyword() override;
 
-    /// True when the ports were seen to be exchanged afterwards.
+    /// Returns true if a look-up afterwards confirms the exchange.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
-    // The steps of run(), each with a connection of its own. Below zero is a failure, which they report,
-    // other than a look-up that runs out of time.
+    // The steps of run(). Each opens its own connection. They report failures, except a look-up that times
+    // out, and return a negative value.
 
-    /// The switch port behind an interface, or -1, as the master says.
+    /// Returns the switch port of an interface as reported by the master, or -1.
     static int getIntfPort(const std::string& interfaceName);
 
-    /// A name of 32 characters or more is not sent.
+    /// Names of 32 or more characters are not sent and count as a failure.
     static int renameIntf(const std::string& currentName, const std::string& newName);
 
-    /// Exchanges the names of the two interfaces of this run.
+    /// Exchanges the names of the two interfaces.
     int swapPort();
 
 private:

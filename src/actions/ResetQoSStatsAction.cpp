@@ -26,7 +26,7 @@ constexpr std::size_t replySize = 56;
 constexpr milliseconds replyTimeout{1500};
 constexpr milliseconds replyLimit{7500};
 
-/// "REASON-NUMBER REASON" behind the message, right after a system call.
+/// Appends "ERRNO REASON" to the message. Call it immediately after the failed system call.
 bool failNumberAndReason(const char* message) {
     const int reason = errno;
     return fail(message, reason, " ", std::strerror(reason));
@@ -112,7 +112,8 @@ bool ResetQoSStatsAction::waitForResp(const Configuration::DispatcherInstance& i
     return received;
 }
 
-/// The next datagram as a text, cut to the size of a reply. False, reported, where none comes.
+/// Receives the next datagram as text, truncated to the reply size. Reports and returns false if none
+/// arrives.
 bool ResetQoSStatsAction::receiveText(std::string& text) {
     std::array<char, replySize> buffer{};
     std::size_t size = 0;

@@ -8,8 +8,8 @@
 
 namespace Korvel {
 
-/// "resetqosstats": has each selected dispatcher instance clear its QoS statistics, by UDP, and prints what
-/// it answers.
+/// "resetqosstats": asks each selected dispatcher instance, by UDP, to clear its QoS statistics, and prints
+/// the replies.
 class ResetQoSStatsAction : public SimpleAction {
 public:
     ResetQoSStatsAction() = default;
@@ -21,8 +21,8 @@ public:
 
     std::string getKeyword() override;
 
-    /// False with the first instance that answers nothing; later ones are not asked. One that answers with
-    /// the end marker alone is not reported.
+    /// Returns false at the first instance that does not reply; later instances are not asked. A reply of
+    /// only the end marker counts as no reply, but is not reported.
     bool run(int argc, char** argv) override;
 
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
@@ -32,18 +32,18 @@ public:
     /// Binds the socket to its fixed port on any local address.
     bool initialize();
 
-    /// 0, or -1 where the request could not be sent, which is reported.
+    /// Returns 0, or reports the failure to send and returns -1.
     int sendCleanStatsReq(const Configuration::Config& config);
 
-    /// Prints the texts that arrive, up to the end marker or until 1.5 s pass without one or 7.5 s in all.
-    /// True when there was one at least.
+    /// Prints replies until the end marker arrives, 1.5 s pass without a reply, or 7.5 s pass in total.
+    /// Returns true if there was at least one reply.
     bool waitForResp(const Configuration::DispatcherInstance& instance);
 
 private:
     bool receiveText(std::string& text);
 
     Base::UniqueFd socketFd;
-    const std::string keyword = "resetqosstats";  // the request's text, too
+    const std::string keyword = "resetqosstats";  // also the text of the request
 };
 
 }  // namespace Korvel

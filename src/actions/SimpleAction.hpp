@@ -4,7 +4,7 @@
 
 namespace Korvel {
 
-/// A one-shot operation on the fast path that a keyword names.
+/// A one-shot operation on the fast path, selected by a keyword.
 class SimpleAction {
 public:
     SimpleAction() = default;
@@ -16,9 +16,9 @@ public:
 
     virtual std::string getKeyword() = 0;
 
-    /// Carries the operation out. `argv[1]` is the keyword, the operation's own arguments follow. False,
-    /// with the reason already reported, is a failure. Throws std::out_of_range where a number on the command
-    /// line is one that the operation cannot take at all; what() is the message for the operator.
+    /// Runs the operation. `argv[1]` is the keyword, followed by the operation's arguments. Returns false on
+    /// failure, which is already reported. Throws std::out_of_range, with the message for the operator, if a
+    /// numeric argument is out of the accepted range.
     virtual bool run(int argc, char** argv) = 0;
 
     /// Prints the operation's part of the help text on standard output.
