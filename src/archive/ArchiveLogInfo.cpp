@@ -20,7 +20,7 @@ ArchiveMgr::ArchiveLogInfo::ArchiveLogInfo(ArchiveMgr& manager, const std::strin
       startupPath(directory + "/startup.log"),
       middlePath(directory + "/middle.log"),
       smLog(log) {
-    executeCommand("mkdir -p " + directory);  // opening the file tells whether the folder is there
+    executeCommand("mkdir -p " + directory);  // a missing directory makes opening the file fail
     if (openRuntimeFile(OutputFile::Mode::truncate)) {
         mgr.logf(logInformation, "%s open for monitoring", runtimePath.c_str());
     }
@@ -48,7 +48,7 @@ void ArchiveMgr::ArchiveLogInfo::updateLog(char* scratch, unsigned size) {
     lastPosition = newPosition;
 }
 
-/// Reports the first write that fails, and only that one.
+/// Reports only the first write that fails.
 bool ArchiveMgr::ArchiveLogInfo::write(std::string_view text) {
     if (runtimeFile.hasFailed()) {
         return false;
@@ -62,7 +62,7 @@ bool ArchiveMgr::ArchiveLogInfo::write(std::string_view text) {
 }
 
 void ArchiveMgr::ArchiveLogInfo::rotate() {
-    static_cast<void>(runtimeFile.close());  // all was written; nothing is left to do but to go on
+    static_cast<void>(runtimeFile.close());  // all text was written; a failed close changes nothing
     const std::string& target = startupArchived ? middlePath : startupPath;
     const bool archived =
         executeCommand("cp " + runtimePath + " " + target) && executeCommand("/bin/gzip -f " + target);

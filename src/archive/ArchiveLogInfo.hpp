@@ -10,22 +10,24 @@
 
 namespace Korvel {
 
-/// Follows one shared-memory log into files of a folder of its own:
-/// - startup.log.gz: the first 2 MiB, or a little more, since this object was made,
-/// - middle.log.gz: of the later pieces of that size the last one that is complete,
-/// - runtime.log: what came after that. A piece leaves it only when its compressed copy is whole: at whatever
-///   moment the process is ended, no text is lost but that of the piece before in middle.log.gz. The next
-///   object for the folder starts runtime.log anew.
-/// What cannot be done is reported through the manager. After a file that could not be opened or written it
-/// is idle.
+/// Archives one shared-memory log in files of its own directory:
+/// - startup.log.gz: the first 2 MiB, or slightly more, since construction,
+/// - middle.log.gz: the latest complete later piece of that size,
+/// - runtime.log: the text after that piece.
+///
+/// A piece is removed from runtime.log only after its compressed copy is complete. If the process is killed,
+/// only the previous piece in middle.log.gz can be lost. A new object for the same directory truncates
+/// runtime.log.
+///
+/// Reports failures through the manager. Does nothing more after a file could not be opened or written.
 class ArchiveMgr::ArchiveLogInfo {
 public:
-    /// Makes the folder `shortName` below /tmp/korvel/archive/ and starts runtime.log anew. The manager must
-    /// outlive this object; so must `log`, which may be null: nothing is followed then.
+    /// Creates the directory `shortName` in /tmp/korvel/archive/ and truncates runtime.log. The manager and
+    /// `log` must outlive this object. If `log` is null, nothing is archived.
     ArchiveLogInfo(ArchiveMgr& manager, const std::string& shortName, SmLog* log);
 
-    /// Takes over what the log has got since the last call, as much as `size` holds. `scratch` is for
-    /// its use and has `size` bytes.
+    /// Appends the text that was logged since the last call, at most `size` bytes. `scratch` is a work buffer
+    /// of `size` bytes.
     void updateLog(char* scratch, unsigned size);
 
 private:
@@ -37,13 +39,13 @@ private:
     OutputFile runtimeFile;
     std::uint32_t newPosition = 0;
     std::uint32_t lastPosition = 0;
-    std::uint32_t bytesWritten = 0;  // of the log's text, to the present runtime.log
+    std::uint32_t bytesWritten = 0;  // log text in the current runtime.log
     bool startupArchived = false;
     const std::string directory;
     const std::string runtimePath;
     const std::string startupPath;
     const std::string middlePath;
-    SmLog* smLog;  // the library's
+    SmLog* smLog;  // owned by the library
 };
 
 }  // namespace Korvel

@@ -9,9 +9,9 @@
 
 namespace Korvel {
 
-/// "archive": follows the dispatcher's and SYSLIB's shared-memory logs into files below /tmp/korvel/archive/
-/// until the process is ended from outside. Problems are reported in the dispatcher's shared-memory log; only
-/// of a shell command that fails standard error tells as well.
+/// "archive": archives the dispatcher's and SYSLIB's shared-memory logs in files in /tmp/korvel/archive/
+/// until the process is terminated. Reports failures in the dispatcher's shared-memory log; failed shell
+/// commands are reported only on standard error.
 class ArchiveMgr : public IManager {
 public:
     class ArchiveLogInfo;
@@ -29,13 +29,13 @@ public:
     /// Does not return.
     bool run() override;
 
-    /// One entry in the dispatcher's shared-memory log, tag "Archive". `level` is a LogLvl. `format` and what
-    /// follows are as for printf, without a line end. Nothing happens before run().
+    /// Writes one entry with the tag "Archive" to the dispatcher's shared-memory log. `level` is a LogLvl.
+    /// `format` and its arguments are as for printf, without a line end. Does nothing before run().
     void logf(int level, const char* format, ...) const __attribute__((format(printf, 3, 4)));
 
 private:
-    std::string buffer;          // both logs are read into it
-    SmLog* logClient = nullptr;  // the library's
+    std::string buffer;          // read buffer for both logs
+    SmLog* logClient = nullptr;  // owned by the library
     std::unique_ptr<ArchiveLogInfo> dispatcherLog;
     std::unique_ptr<ArchiveLogInfo> syslibLog;
 };
