@@ -27,7 +27,7 @@ constexpr CollectionKeyword output(std::string_view word, unsigned bits, std::st
     return {.word = word, .output = bits, .ti = none, .mmi = none, .fuse = none, .help = help};
 }
 
-/// A package is made from the files that the collectors dump.
+/// A package contains the files that the collectors dump.
 constexpr unsigned packaged = OutputMode::dump | OutputMode::package;
 
 constexpr std::array outputTable{

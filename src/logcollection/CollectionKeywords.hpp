@@ -8,7 +8,7 @@
 
 namespace Korvel {
 
-/// What to do with the collected logs; bits of one mask.
+/// Output modes of a collection; bits of one mask.
 namespace OutputMode {
 constexpr unsigned print = 1;
 constexpr unsigned dump = 2;
@@ -19,10 +19,10 @@ constexpr unsigned postMortem = 32;
 constexpr unsigned shutdown = 64;
 }  // namespace OutputMode
 
-/// Which logs to collect: a mask by collector id, in the order in which the collectors run.
+/// The logs to collect: a mask for each collector id, in the order in which the collectors run.
 using CoverageMasks = std::map<std::string, unsigned>;
 
-/// What a keyword does to one collector's mask.
+/// The effect of a keyword on one collector's mask.
 struct Coverage {
     enum class Effect { none, assign, merge };
     Effect effect = Effect::none;
@@ -35,17 +35,17 @@ struct CollectionKeyword {
     Coverage ti;
     Coverage mmi;
     Coverage fuse;
-    std::string_view help;  ///< its line of the help text; empty for keywords that are not shown
+    std::string_view help;  ///< line of the help text; empty for undocumented keywords
 };
 
 /// In the order of the help text.
 std::span<const CollectionKeyword> outputKeywords();
 std::span<const CollectionKeyword> coverageKeywords();
 
-/// The keyword that `word` is, exactly; or null.
+/// Returns the keyword that equals `word`, or null.
 const CollectionKeyword* findCollectionKeyword(std::string_view word);
 
-/// Masks of all collectors, with nothing and with everything to collect.
+/// Masks of all collectors that select nothing, or everything.
 CoverageMasks noCoverage();
 CoverageMasks fullCoverage();
 

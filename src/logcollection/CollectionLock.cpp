@@ -15,7 +15,7 @@ namespace {
 constexpr std::chrono::milliseconds tryInterval{50};
 constexpr mode_t folderMode = 0777;
 
-/// Whether the path leads elsewhere since the folder was opened: somebody removed it.
+/// Returns true if `path` no longer refers to `folder`, because another process removed the directory.
 bool wasReplaced(const Base::UniqueFd& folder, const std::string& path) {
     struct stat opened {};
     struct stat current {};
@@ -33,7 +33,7 @@ CollectionLock::CollectionLock(const std::string& directory, std::chrono::millis
     } while (folder && lock() && wasReplaced(folder, path) && !hasPassed(deadline));
 }
 
-/// False where the lock cannot be had in time, or not at all. flock() knows no deadline, so it is tried.
+/// Returns false if the lock is not available before the deadline. Polls, because flock() has no time-out.
 bool CollectionLock::lock() {
     const auto tryOnce = [&] {
         return Base::uninterrupted([&] { return ::flock(folder.get(), LOCK_EX | LOCK_NB); }) == 0;

@@ -8,14 +8,14 @@
 
 namespace Korvel {
 
-/// Keeps other collections away from the work directory, from construction to destruction: two at once would
-/// take each other's replies and dumps. The lock is advisory (flock) and never stops a collection: one that
-/// cannot be had in time is done without. Where the directory is removed meanwhile, those that wait go on
-/// waiting for whoever locked it, and then for whoever locked the one in its place.
+/// Holds an exclusive lock on the work directory from construction to destruction, because concurrent
+/// collections would take each other's replies and dumps. The lock is advisory (flock): if it is not
+/// available in time, the collection runs without it. If another process replaces the directory, waiting
+/// collections wait for the current holder, and then lock the new directory.
 class CollectionLock {
 public:
-    /// Creates `directory` where it is missing, and waits at most `limit` while another holds it, which is
-    /// reported on standard error, once.
+    /// Creates `directory` if it is missing. Waits at most `limit` for another holder and reports that wait
+    /// once on standard error.
     CollectionLock(const std::string& directory, std::chrono::milliseconds limit);
 
 private:

@@ -39,7 +39,7 @@ const CollectorType collectorTypes[] = {
     {FuseLogCollector::id, create<FuseLogCollector>},
 };
 
-/// One collector's share of the work: what it throws is reported and spares the others.
+/// Runs the work of one collector. Reports an exception, so that the other collectors still run.
 template <typename Work>
 void apart(Work work) {
     try {
@@ -122,7 +122,7 @@ void CollectorMgr::processRequest(unsigned outputMask, const CoverageMasks& mask
             makeTgzPackage(outputMask);
         }
     }
-    // Without the lock: whoever reads what is printed decides how long that takes.
+    // Print without the lock: the reader of the output may be slow.
     if ((outputMask & OutputMode::print) != 0) {
         printLogsOnConsole();
     }

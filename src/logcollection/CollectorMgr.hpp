@@ -11,30 +11,30 @@
 
 namespace Korvel {
 
-/// Log collection: gathers what the coverage keywords name and prints it, dumps it to files or packs it, as
-/// the output-mode keywords say.
+/// Log collection: collects the logs that the coverage keywords select. Prints them, dumps them to files or
+/// packs them, as the output-mode keywords request.
 class CollectorMgr : public IManager {
 public:
     CollectorMgr();
 
-    /// Any output-mode keyword, or "all", anywhere among the arguments.
+    /// Returns true if any argument is an output-mode keyword or "all".
     bool detectKeywords(int argc, char** argv) override;
     void printHelpMsg(const std::string& prefix, const std::string& programName) override;
-    /// False, with nothing collected, where an argument is no keyword or none of them is an output mode.
-    /// Failures of the collection itself change nothing.
+    /// Returns false, and collects nothing, if an argument is not a keyword or no output mode is given.
+    /// Failures of the collection itself are ignored.
     bool resolveRequest(int argc, char** argv) override;
 
     // The steps of resolveRequest().
 
     static bool noOptionsSet(const CoverageMasks& masks);
 
-    /// Carries out a request that was understood: collect, dump, pack, print.
+    /// Executes a parsed request: collect, dump, pack, print.
     void processRequest(unsigned outputMask, const CoverageMasks& masks);
 
     /// Creates the collectors whose masks are not 0, in the order of their ids.
     void registerLogCollectors(const CoverageMasks& masks);
 
-    /// The collector with the entry's id; empty where its mask is 0 or there is no such collector.
+    /// Creates the collector with the entry's id. Returns null if its mask is 0 or the id is unknown.
     std::unique_ptr<LogCollector> createCollector(const std::pair<const std::string, unsigned>& entry) const;
 
     void collectLogs(bool printRequested);
@@ -44,8 +44,7 @@ public:
     /// Packs the work directory.
     void makeTgzPackage(unsigned outputMask) const;
 
-    /// Lets the signal pass without effect. By a handler, not by ignoring it, which child processes would
-    /// inherit.
+    /// Makes the signal harmless. Uses a handler, because child processes would inherit SIG_IGN.
     static void disableSignal(int signalNumber);
     static void sigHandlerNoOp(int signalNumber);
 

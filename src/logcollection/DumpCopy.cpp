@@ -28,7 +28,7 @@ bool DumpCopy::hasSourceChanged() {
 bool DumpCopy::take(std::string& text) {
     const FileReading latest = readFile(source, text, rules);
     if (!latest.opened && latest.error == ENOENT) {
-        return false;  // what an earlier try met with stays to be reported
+        return false;  // keep the result of an earlier attempt for the report
     }
     reading = latest;
     answers = latest.error != ETIMEDOUT;

@@ -7,49 +7,49 @@
 
 namespace Korvel {
 
-/// The copy of a file that another process writes at its own pace. Remembers what went wrong, so that it can
-/// be reported once when all tries are over.
+/// Copies a file while another process is writing it. Remembers failures, so that they are reported once
+/// after the last attempt.
 class DumpCopy {
 public:
     enum class Directory {
-        expected,  ///< of the destination: must be there
-        removed,   ///< may be missing: then nothing is copied, nothing read, and nothing is wrong
+        expected,  ///< the destination directory must exist
+        removed,   ///< if the destination directory is missing, nothing is copied or reported
     };
 
-    /// Looks at the source as it is now. It is read under `readingRules`.
+    /// Records the present state of the source. `readingRules` apply to reading it.
     DumpCopy(std::string sourcePath, std::string destinationPath, const ReadingRules& readingRules = {},
              Directory directoryState = Directory::expected);
 
-    /// Whether the source is there and is not what it was when this object was made.
+    /// Returns true if the source exists and has changed since construction.
     bool hasSourceChanged();
 
-    /// False once a file system has let its time pass.
+    /// Returns false after a file system has timed out.
     bool sourceAnswers() const { return answers; }
 
-    /// Whether the source could be read at least once.
+    /// Returns true if the source was opened at least once.
     bool wasTaken() const { return taken; }
 
-    /// Copies the source as far as it has been written, and writes it to `text` too, which stays as it is
-    /// where there is no source. A source that is what it was when this object was made leaves its times to
-    /// the copy. False where no whole copy was made; `text` then has what could be read all the same.
+    /// Copies the present contents of the source to the destination and to `text`. If there is no source,
+    /// leaves `text` unchanged. If the source is unchanged since construction, the copy gets its times.
+    /// Returns false if the copy is incomplete; `text` then contains what could be read.
     bool take(std::string& text);
 
-    /// Reports what has kept the source from being copied, or that the copy is cut. True where the source
-    /// holds nothing that the copy does not.
+    /// Reports the failure that prevented the copy, or that the copy was cut. Returns true if the source
+    /// contains nothing that the copy lacks.
     [[nodiscard]] bool settle() const;
 
 private:
-    /// 0, or errno of what failed.
+    /// Returns 0, or the errno value of the failure.
     int write(const std::string& text, const FileState& state) const;
 
     const std::string source;
     const std::string destination;
     const ReadingRules rules;
     const Directory directory;
-    const std::optional<FileState> before;  // none where there was no source
+    const std::optional<FileState> before;  // empty if there was no source
     bool answers;
     bool taken = false;
-    FileReading reading;  // the last one that found a source
+    FileReading reading;  // of the latest attempt that found a source
     int writeError = 0;   // of its copy
 };
 

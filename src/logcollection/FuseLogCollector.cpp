@@ -105,7 +105,7 @@ bool FuseLogCollector::dumpToFiles() {
     return written;
 }
 
-/// True as well for what has no content to write.
+/// Returns true also if there is no content to write.
 bool FuseLogCollector::dump(const Entry& entry) {
     const std::size_t found = entry.directory.find(fusePath);
     if (found == std::string::npos) {

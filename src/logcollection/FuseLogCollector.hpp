@@ -8,8 +8,8 @@
 
 namespace Korvel {
 
-/// The state files that the dispatchers publish under "/tmp/fuse/", and the dispatcher's history log from
-/// shared memory.
+/// Collects the state files that the dispatchers publish in "/tmp/fuse/", and the dispatcher's history log
+/// from shared memory.
 class FuseLogCollector : public LogCollector {
 public:
     enum Mode : unsigned { information = 1, statistics = 2, dispatcherLog = 4, allModes = 7 };
@@ -17,7 +17,7 @@ public:
     struct Entry {
         std::string directory;  ///< ends in "/"
         std::string fileName;
-        std::string title;  ///< the console's heading
+        std::string title;  ///< heading on the console
     };
 
     static const std::string id;
@@ -26,25 +26,25 @@ public:
     static const std::string fuseFileListFileName;  ///< reserved
     static const std::vector<Entry> fuseInfoFiles;
     static const std::vector<Entry> fuseStatsFiles;
-    /// Only where the board has no SFN instance.
+    /// Only if the board has no SFN instance.
     static const std::vector<Entry> fuseStatsFilesIWF;
     static const std::vector<Entry> fuseLogsFiles;
 
-    /// `mask`: the Mode bits to collect, for the instances selected now.
+    /// `mask`: the Mode bits to collect, for the currently selected instances.
     FuseLogCollector(const std::string& workspaceDir, unsigned mask);
 
     bool collectLogs(bool printRequested) override;
     bool printOnConsole() override;
-    /// Writes a file for each source that had content; an empty one is reported.
+    /// Writes a file for each source with content; reports empty sources.
     bool dumpToFiles() override;
 
     static bool isModeEnabled(Mode mode, unsigned mask) { return (mode & mask) != 0; }
 
-    /// Adds the files of `table` to those that are collected, from `subDir` ("" or "NAME/") below the
-    /// entries' own directories.
+    /// Adds the files of `table` to those to collect. `subDir` ("" or "NAME/") is relative to the entries'
+    /// own directories.
     void insertActiveFiles(const std::vector<Entry>& table, const std::string& subDir);
 
-    /// `relative`: below the fuse tree.
+    /// `relative`: path relative to the fuse directory.
     static bool directoryExists(const std::string& relative);
 
 private:

@@ -5,11 +5,11 @@
 
 namespace Korvel {
 
-/// Gathers the logs of one source, once; prints them and writes them to files as often as asked.
-/// Failures are reported on standard error and end nothing: what was gathered is kept.
+/// Collects the logs of one source once; prints them and writes them to files any number of times. Failures
+/// are reported on standard error and do not stop the collection: everything collected is kept.
 class LogCollector {
 public:
-    /// Creates `dir`, the collector's own directory, with its parents.
+    /// Creates `dir`, the collector's own directory, and its parents.
     explicit LogCollector(const std::string& dir);
     LogCollector(const LogCollector&) = delete;
     LogCollector& operator=(const LogCollector&) = delete;
@@ -17,24 +17,26 @@ public:
     LogCollector& operator=(LogCollector&&) = delete;
     virtual ~LogCollector();
 
-    /// `printRequested`: the logs will be printed. False where sources were left out.
+    /// `printRequested`: the logs will be printed. Returns false if sources were skipped.
     virtual bool collectLogs(bool printRequested) = 0;
 
-    /// False where something could not be printed.
+    /// Returns false if printing fails.
     virtual bool printOnConsole() = 0;
 
-    /// False where a file could not be written.
+    /// Returns false if a file cannot be written.
     virtual bool dumpToFiles() = 0;
 
 protected:
-    /// How many bytes the next file or reply may have: 16 MiB, or what is left of 48 MiB for all collectors
-    /// together. What is beyond is cut, so that one huge file costs neither memory nor the rest.
+    /// Returns the maximum size of the next file or reply in bytes: 16 MiB, or the remainder of 48 MiB for
+    /// all collectors together. Larger input is cut, so that one huge file exhausts neither memory nor the
+    /// share of later sources.
     static std::size_t room();
 
-    /// Counts what was gathered, until this collector ends. Reports once that there is no room left.
+    /// Adds the size of `text` to the total until this collector is destroyed. Reports once that the limit is
+    /// reached.
     void count(const std::string& text);
 
-    /// Counts `text`, cut to the room that there is. A cut is reported under the source's name.
+    /// Cuts `text` to the remaining size, counts it and returns it. Reports a cut under the source's name.
     std::string gathered(std::string text, const std::string& sourceName);
 
     const std::string collectorDir;

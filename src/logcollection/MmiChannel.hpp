@@ -10,29 +10,29 @@
 
 namespace Korvel {
 
-/// UDP exchange with the MMI service of one dispatcher instance: a command out, text datagrams back up to
-/// the end-of-message marker. Every failure is reported on standard error.
+/// UDP exchange with the MMI service of one dispatcher instance: sends a command and receives text datagrams
+/// up to the end-of-message marker. Reports every failure on standard error.
 class MmiChannel {
 public:
-    /// `config` is used for as long as the channel is.
+    /// `config` must outlive the channel.
     explicit MmiChannel(const Configuration::Config& config);
 
     /// Creates the socket and binds it to the instance's local port.
     bool open();
 
-    /// Closes the socket. A channel that is not closed so is closed silently.
+    /// Closes the socket and reports a failure. The destructor closes it silently.
     void close();
 
-    /// Sends `command` and appends what comes back to `reply`, which must be empty. False where sending
-    /// fails. The wait ends with the marker, after half a second of silence, or, for a reply that never
-    /// ends, at `sizeLimit` bytes or 60 s; what arrived is kept, whichever it was.
+    /// Sends `command` and appends the reply to `reply`, which must be empty. Returns false if sending fails.
+    /// The reply ends with the marker, after 0.5 s without a datagram, or at `sizeLimit` bytes or 60 s. All
+    /// received text is kept.
     bool query(const std::string& command, std::string& reply, std::size_t sizeLimit);
 
 private:
     bool setDestination();
     bool bindLocalPort();
     bool send(const std::string& command);
-    /// Receives one datagram as text. False at the end of the reply, for whatever reason.
+    /// Receives one datagram as text. Returns false at the end of the reply, for any reason.
     bool receiveChunk(std::string& chunk);
 
     const Configuration::Config& settings;

@@ -9,14 +9,14 @@
 
 namespace Korvel {
 
-/// Replies of the dispatchers' MMI services, for each selected instance.
+/// Collects replies of the dispatchers' MMI services, for each selected instance.
 class MmiLogCollector : public LogCollector {
 public:
     enum Mode : unsigned { information = 1, statistics = 2, allModes = 3 };
 
     struct Entry {
-        std::string command;  ///< the text sent, and the base name of the output file
-        std::string title;    ///< the console's heading
+        std::string command;  ///< text of the request, and base name of the output file
+        std::string title;    ///< heading on the console
     };
 
     static const std::string id;
@@ -26,11 +26,11 @@ public:
     /// `mask`: the Mode bits to collect.
     MmiLogCollector(const std::string& workspaceDir, unsigned mask);
 
-    /// False where the socket of an instance cannot be set up; later instances are then left out.
+    /// Returns false if the socket of an instance cannot be set up; later instances are then skipped.
     bool collectLogs(bool printRequested) override;
-    /// Prints the replies that are not empty.
+    /// Prints non-empty replies.
     bool printOnConsole() override;
-    /// Writes a file for each reply, empty ones included.
+    /// Writes a file for each reply, even if it is empty.
     bool dumpToFiles() override;
 
 private:

@@ -20,7 +20,7 @@ struct PackageKind {
     bool withPostMortemPackage;
 };
 
-/// The kinds with a fixed name. Of several in a mask, the first is built.
+/// The kinds with a fixed name. If a mask has several, the first one is built.
 constexpr std::array packageKinds{
     PackageKind{OutputMode::withoutTimestamp, ".tgz", true},
     PackageKind{OutputMode::supervisor, "_sup.tgz", true},
@@ -28,8 +28,8 @@ constexpr std::array packageKinds{
     PackageKind{OutputMode::shutdown, "_shutdown.tgz", false},
 };
 
-/// Has commands ignore SIGPIPE, from construction to destruction. A command that lists what it packs would
-/// otherwise end in the middle of its work where nobody reads the list.
+/// Makes commands ignore SIGPIPE from construction to destruction. Otherwise, a tar that lists its members is
+/// killed if nobody reads the list.
 class PipeFailuresIgnored {
 public:
     PipeFailuresIgnored() : former(std::signal(SIGPIPE, SIG_IGN)) {}

@@ -4,16 +4,15 @@
 
 namespace Korvel {
 
-/// Packs the work directory into one gzip-compressed tar file. Commands that fail are reported and do not
-/// stop the ones behind them.
+/// Packs the work directory into one gzip-compressed tar file. Reports commands that fail, and continues.
 class PackageBuilder {
 public:
-    /// `packageBasePath`: what the names of all packages begin with.
+    /// `packageBasePath`: common prefix of all package paths.
     PackageBuilder(const std::string& workspaceDir, const std::string& packageBasePath);
 
-    /// Builds the package of the first kind in `outputMask` (bits of OutputMode). The kinds with a name of
-    /// their own take in the output of the platform's log gathering, some the last post-mortem package too,
-    /// and replace the previous package of their kind; the plain one has the time in its name.
+    /// Builds the package of the first kind in `outputMask` (bits of OutputMode). Kinds with a fixed name
+    /// include the output of the platform's log gathering, and some also the last post-mortem package. They
+    /// replace the previous package of their kind. The default kind has a timestamp in its name.
     void build(unsigned outputMask) const;
 
 private:

@@ -6,7 +6,7 @@
 
 namespace Korvel {
 
-/// The user that the files belong to which a process creates; none where the process is gone.
+/// Returns the user who owns files that the process creates, or nothing if the process has ended.
 std::optional<uid_t> ownerOfFilesOf(pid_t process);
 
 }  // namespace Korvel

@@ -34,12 +34,12 @@ constexpr int dumpSignal = SIGUSR1;
 constexpr int noPid = 0;
 constexpr int lowestPid = 2;
 constexpr mode_t scratchFileMode = 0666;
-constexpr std::size_t longestListing = 16U << 20U;  // anybody can start processes with long names
+constexpr std::size_t longestListing = 16U << 20U;  // any user can start processes with long names
 constexpr unsigned pidColumn = 2;                   // of the process listing, counted from 1
 
 constexpr int dumpRounds = 20;
 constexpr std::chrono::milliseconds dumpPause{50};
-constexpr std::size_t longestHeadlessDump = 63;  // a dump up to here holds nothing, whatever its end
+constexpr std::size_t longestHeadlessDump = 63;  // not complete even with a terminator
 const std::string incompleteNote =
     "\n====> This log may be not complete, terminator pattern was not found <====\n";
 
@@ -48,7 +48,7 @@ struct SelectableProcess {
     const char* name;
 };
 
-/// In the order in which the selected ones are signalled, printed and dumped.
+/// In the order of signalling, printing and dumping.
 constexpr std::array selectableProcesses{
     SelectableProcess{TiLogCollector::netfpProxy, "netfp_proxy"},
     SelectableProcess{TiLogCollector::netfpServer, "netfp_server"},
@@ -64,9 +64,9 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
     return text;
 }
 
-/// Creates the file that the shell will write to, in place of one that anybody could have planted at a path
-/// that anybody can guess. False where somebody else's file stays in the way. What else goes wrong is the
-/// shell's to report.
+/// Creates the file that the shell writes to, and replaces a file that another user may have placed at this
+/// predictable path. Returns false if another user's file cannot be replaced. The shell reports other
+/// failures.
 bool createScratchFile(const std::string& path) {
     ::unlink(path.c_str());
     const Base::UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, scratchFileMode));
@@ -185,7 +185,7 @@ void TiLogCollector::collectDump(const std::string& name, bool printRequested) {
     }
 }
 
-/// A directory that was never there is a failure of the later copies as well, and not a consequence of this.
+/// If the directory never existed, later copies fail too, and that is not a consequence of this removal.
 void TiLogCollector::removeDumpsBeside(const std::string& destination) {
     if (isAccessible(collectorDir, F_OK)) {
         directory = DumpCopy::Directory::removed;
@@ -202,7 +202,7 @@ bool TiLogCollector::isRunning(const std::string& name) {
     return pid >= lowestPid;
 }
 
-/// A signal that fails is reported; there may be a dump all the same.
+/// Reports a failed signal; a dump may still exist.
 void TiLogCollector::sendSignal(const std::string& name) {
     const pid_t pid = pids[name];
     if (::kill(pid, dumpSignal) != 0) {
@@ -211,8 +211,8 @@ void TiLogCollector::sendSignal(const std::string& name) {
     }
 }
 
-/// A dump that was there before the signal may be an earlier one: it counts once it has changed, or when
-/// nothing came in its place.
+/// A dump that existed before the signal may be an old one. It is accepted only if it has changed, or if no
+/// new dump appears.
 bool TiLogCollector::awaitDump(DumpCopy& copy, const std::string& name, std::string& text) {
     for (int round = 0; round < dumpRounds && copy.sourceAnswers(); ++round) {
         if (copy.hasSourceChanged()) {

@@ -12,7 +12,7 @@
 
 namespace Korvel {
 
-/// The dumps that the NetFP processes write when they are signalled, and the SYSLIB shared-memory log.
+/// Collects the dumps that the NetFP processes write on a signal, and the SYSLIB shared-memory log.
 class TiLogCollector : public LogCollector {
 public:
     enum Mode : unsigned {
@@ -32,28 +32,27 @@ public:
     static const std::string tiLogsPath;  ///< reserved
     static const std::string syslibSmLogId;
 
-    /// `mask`: the Mode bits to collect. Looks all the processes up, whatever the mask.
+    /// `mask`: the Mode bits to collect. Looks up all processes, regardless of the mask.
     TiLogCollector(const std::string& workspaceDir, unsigned mask);
 
-    /// Signals each process and waits up to about a second for its dump to be complete. With
-    /// `printRequested` the directory of the dumps is deleted after each process, which leaves later ones
-    /// without a place for theirs.
+    /// Signals each process and waits about one second for a complete dump. If `printRequested`, deletes the
+    /// directory of the dumps after each process, so that later dumps cannot be copied.
     bool collectLogs(bool printRequested) override;
     bool printOnConsole() override;
-    /// Writes the SYSLIB log; the dumps are files already.
+    /// Writes the SYSLIB log; collectLogs() has already written the dumps.
     bool dumpToFiles() override;
 
     static bool isModeEnabled(Mode bit, unsigned mask) { return (bit & mask) != 0; }
 
-    /// The process ids behind `names` by the system's process listing, which passes through the file
-    /// `pidFilePath`. Processes that do not run are left out.
+    /// Returns the process ids of `names` from the system's process listing, which is written to the file
+    /// `pidFilePath`. Omits processes that are not running.
     static Pids getPids(const std::vector<std::string>& names, const std::string& pidFilePath);
 
-    /// Copies a file as far as it has been written. False where either file cannot be opened or the copy not
-    /// be written whole.
+    /// Copies the present contents of a file. Returns false if either file cannot be opened or the copy is
+    /// incomplete.
     static bool copyDumpFileToWorkspace(const std::string& source, const std::string& destination);
 
-    /// Deletes the whole directory that holds `path`.
+    /// Deletes the directory that contains `path`, with all its contents.
     static void removeFileAndItsDir(const std::string& path);
 
 private:
@@ -68,8 +67,8 @@ private:
     std::vector<std::string> processes;
     Pids pids;
     std::unordered_map<std::string, std::string> logs;
-    std::set<std::string> incomplete;                               // processes whose dumps lack their end
-    DumpCopy::Directory directory = DumpCopy::Directory::expected;  // of the dumps' copies
+    std::set<std::string> incomplete;                               // processes with an incomplete dump
+    DumpCopy::Directory directory = DumpCopy::Directory::expected;  // destination of the copies
 };
 
 }  // namespace Korvel
