@@ -8,8 +8,8 @@ bool appendWithin(std::size_t limit, std::string& text, std::string_view piece) 
     const std::size_t room = limit - text.size();
     const std::size_t wanted = text.size() + std::min(piece.size(), room);
     if (wanted > text.capacity()) {
-        // While a text moves it has its memory twice, so a large one moves no more: it gets all that it may
-        // have.
+        // A reallocation temporarily needs twice the memory, so a large text reserves the whole limit at
+        // once.
         const std::size_t next = 2 * text.capacity();
         text.reserve(next > limit / 4 ? limit : std::max(wanted, next));
     }

@@ -9,8 +9,8 @@ namespace Korvel {
 
 constexpr std::size_t noSizeLimit = std::numeric_limits<std::size_t>::max();
 
-/// Appends to a text that may have `limit` bytes what it has room for. False where something is left out.
-/// `text` must not be larger than the limit.
+/// Appends `piece` to `text`, up to `limit` bytes in total. Returns false if a part was left out. `text` must
+/// not exceed the limit.
 bool appendWithin(std::size_t limit, std::string& text, std::string_view piece);
 
 }  // namespace Korvel

@@ -8,7 +8,8 @@ namespace Korvel {
 
 namespace {
 
-/// The base that C's notation tells: newer C libraries know more of them than those of boards.
+/// Determines the base from C notation. strtoll() could do this, but newer C libraries than the board's
+/// accept more prefixes.
 int baseOf(const std::string& text) {
     const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
     const std::size_t digits = start == std::string::npos ? text.size() : text.find_first_not_of("+-", start);
@@ -19,7 +20,7 @@ int baseOf(const std::string& text) {
     return prefix.starts_with('0') ? 8 : 10;
 }
 
-/// Any number from `Value`'s range.
+/// Accepts any number in the range of `Value`.
 template <typename Value>
 NumberError parse(const char* text, int base, Value& value) {
     using Limits = std::numeric_limits<Value>;

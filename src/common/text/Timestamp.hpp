@@ -4,10 +4,10 @@
 
 namespace Korvel {
 
-/// Local time now as "%y%m%d_%H%M%S", for names of files and packages.
+/// Returns the local time as "%y%m%d_%H%M%S", for file and package names.
 std::string getTimestamp();
 
-/// Local time now as "%y-%m-%d %H:%M:%S", for lines that people read.
+/// Returns the local time as "%y-%m-%d %H:%M:%S", for human readers.
 std::string getCurrentDateTime();
 
 }  // namespace Korvel

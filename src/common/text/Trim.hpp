@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Remove white space, as isspace() classifies it, in place: at the start, at the end, at both.
+/// Remove white space (see isspace()) in place: at the start, at the end, at both.
 void ltrim(std::string& text);
 void rtrim(std::string& text);
 void trim(std::string& text);
