@@ -9,25 +9,24 @@
 
 namespace Korvel {
 
-/// Remembers the reason (errno) of the first write to standard output that failed.
-/// To be called right after each write.
+/// Stores errno of the first failed write to standard output. Call it immediately after each write.
 void noteOutputFailure();
 
-/// Hands everything printed so far to the system. Due before a child process starts and before a wait, so
-/// that all output lands in its order.
+/// Flushes standard output. Call it before starting a child process and before waiting, so that all output
+/// appears in order.
 void flushStandardOutput();
 
-/// Flushes, and says on standard error when anything printed by this run was lost. True when nothing was.
+/// Flushes standard output. Reports on standard error, and returns false, if any output of this run was lost.
 [[nodiscard]] bool finishStandardOutput();
 
-/// Writes the pieces to standard output as they stand; line ends are the caller's.
+/// Writes the pieces to standard output, without adding a line end.
 template <typename... Pieces>
 void print(const Pieces&... pieces) {
     (std::cout << ... << pieces);
     noteOutputFailure();
 }
 
-/// One line of progress on standard output, in verbose mode only.
+/// Prints one line on standard output, in verbose mode only.
 template <typename... Pieces>
 void progress(const Pieces&... pieces) {
     if (isVerboseMode()) {
@@ -35,26 +34,26 @@ void progress(const Pieces&... pieces) {
     }
 }
 
-/// One line on standard error, behind what was printed before. Always false, so that a caller can end
-/// with `return fail("Get Port: ...");`
+/// Writes one line to standard error, after flushing standard output. Always returns false, for use as
+/// `return fail("Get Port: ...");`
 template <typename... Pieces>
 bool fail(const Pieces&... pieces) {
     flushStandardOutput();
     std::ostringstream line;
     (line << ... << pieces) << '\n';
-    std::cerr.clear();        // an earlier line that was lost is no reason to lose this one
-    std::cerr << line.str();  // in one piece, so that lines of several processes do not mix
+    std::cerr.clear();        // an earlier failure must not suppress this line
+    std::cerr << line.str();  // one write, so that lines of several processes do not mix
     return false;
 }
 
-/// As fail(), right after a system call, with the reason behind the pieces.
+/// As fail(), with the text of errno appended. Call it immediately after the failed system call.
 template <typename... Pieces>
 bool failErrno(const Pieces&... pieces) {
-    const int reason = errno;  // before any output can change it
+    const int reason = errno;  // before any output changes it
     return fail(pieces..., std::strerror(reason));
 }
 
-/// As failErrno(), with the number of the error and ": " before the reason.
+/// As failErrno(), with the number of errno and ": " before its text.
 template <typename... Pieces>
 bool failErrnoNumber(const Pieces&... pieces) {
     const int reason = errno;

@@ -4,9 +4,8 @@
 
 namespace Korvel {
 
-/// Prints the line that heads a section of collected output: "### ", the title, a blank, and '#' up to 64
-/// characters (at least three where the title leaves no room).
-/// Standard output keeps '#' as its fill character.
+/// Prints the heading of a section of collected output: "### ", the title, a blank, and '#' up to 64
+/// characters (three '#' if the title leaves no room). Leaves '#' as the fill character of standard output.
 void printLogHeader(const std::string& title);
 
 }  // namespace Korvel

@@ -10,7 +10,7 @@
 namespace Korvel {
 namespace {
 
-/// Waits for room without a limit, as a blocking write would.
+/// Waits without limit until the descriptor is writable, as a blocking write does.
 bool waitForRoom(int descriptor) {
     pollfd waiting{.fd = descriptor, .events = POLLOUT, .revents = 0};
     return Base::uninterrupted([&] { return ::poll(&waiting, 1, -1); }) > 0;

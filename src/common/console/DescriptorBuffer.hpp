@@ -5,9 +5,9 @@
 
 namespace Korvel {
 
-/// Buffers what a stream writes to a descriptor. Unlike the library's own buffers it loses nothing where a
-/// signal interrupts a write, or where the descriptor was made non-blocking and its other end is slow.
-/// Other failures fail the stream and leave errno set.
+/// A stream buffer that writes to a file descriptor. Unlike the library's own buffers, it loses nothing if a
+/// signal interrupts a write, or if the descriptor is non-blocking and its reader is slow. On other failures,
+/// the stream fails and errno is set.
 class DescriptorBuffer : public std::streambuf {
 public:
     explicit DescriptorBuffer(int target);

@@ -2,8 +2,8 @@
 
 namespace Korvel {
 
-/// Ends the program by SIGABRT where what it relies on does not hold, in every kind of build; says what on
-/// standard error first. `condition` is its text, `sourceFile` the name of the file that relies on it.
+/// If `holds` is false, reports the condition on standard error and terminates the program with SIGABRT, in
+/// all build types. `condition` is the text of the condition; `sourceFile` is the name that the report gives.
 void requireInvariant(bool holds, const char* condition, const char* sourceFile);
 
 }  // namespace Korvel

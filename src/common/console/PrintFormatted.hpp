@@ -2,7 +2,7 @@
 
 namespace Korvel {
 
-/// Prints on standard output as printf does, and in the same order with everything else that is printed.
+/// Prints on standard output as printf does, in order with other output.
 void printFormatted(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 }  // namespace Korvel

@@ -2,7 +2,7 @@
 
 namespace Korvel {
 
-/// The process-wide switch behind "-v"; off at start.
+/// The process-wide verbose mode of "-v"; initially off.
 void setVerboseMode(bool enabled);
 bool isVerboseMode();
 
