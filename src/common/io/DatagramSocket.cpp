@@ -15,7 +15,7 @@ using std::chrono::steady_clock;
 
 constexpr std::chrono::seconds sendLimit{1};
 
-/// Where this cannot be set, sends work all the same: they may only wait for longer.
+/// Ignores failures: without the option, sends work but may block longer.
 void limitSends(int socket, microseconds limit) {
     constexpr auto microsecondsPerSecond = microseconds::period::den;
     timeval time{};

@@ -4,8 +4,8 @@
 
 namespace Korvel {
 
-/// The time since this object was made, by the wall clock and by the steady one, whichever says more: a wall
-/// clock that is set back does not stretch a limit.
+/// The time since construction: the maximum of wall clock and steady clock, so that setting the wall clock
+/// back does not extend a limit.
 class ElapsedTime {
 public:
     ElapsedTime();

@@ -2,7 +2,7 @@
 
 namespace Korvel {
 
-/// From now on the signal ends nothing. By a handler: child processes would inherit that it is ignored.
+/// Makes a signal harmless. Uses a handler, because child processes would inherit SIG_IGN.
 void makeHarmless(int signal);
 
 }  // namespace Korvel

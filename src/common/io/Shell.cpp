@@ -8,7 +8,7 @@
 namespace Korvel {
 namespace {
 
-// The fields of a wait status: the low seven bits tell how the child ended, the next byte its exit code.
+// The fields of a wait status: the low seven bits are the cause of the end, the next byte is the exit code.
 constexpr int endMask = 0x7f;
 constexpr int stopped = 0x7f;
 

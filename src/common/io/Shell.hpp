@@ -4,12 +4,12 @@
 
 namespace Korvel {
 
-/// Runs a shell command line and waits for its end. Its wait status; -1, with errno set, where the shell
-/// could not be started or its end not be learned. Reports nothing.
+/// Runs a shell command line and waits for it. Returns its wait status, or -1, with errno set, if the shell
+/// cannot be started or waited for. Reports nothing.
 int runShell(const std::string& commandLine);
 
-/// Runs a shell command line and waits for its end. True when it exited with status 0; anything else is
-/// reported on standard error.
+/// Runs a shell command line and waits for it. Returns true if its exit status is 0; otherwise reports the
+/// failure on standard error.
 bool executeCommand(const std::string& commandLine);
 
 }  // namespace Korvel

@@ -12,8 +12,8 @@
 namespace Korvel {
 namespace {
 
-/// The dispositions and the mask of a process that waits for a command, from construction to destruction.
-/// SIGCHLD is blocked, so that no handler takes the child's end away.
+/// Sets the signal dispositions and mask for waiting, from construction to destruction. Blocks SIGCHLD, so
+/// that no handler reaps the child.
 class SignalsWhileWaiting {
 public:
     SignalsWhileWaiting() {
@@ -36,7 +36,7 @@ public:
         ::sigprocmask(SIG_SETMASK, &mask, nullptr);
     }
 
-    /// Has a spawned program begin with what was in effect before.
+    /// Makes a spawned program start with the previous dispositions and mask.
     void restoreIn(posix_spawnattr_t& attributes) const {
         sigset_t defaults{};
         sigemptyset(&defaults);
@@ -57,13 +57,13 @@ private:
     sigset_t mask{};
 };
 
-/// 0, or the reason why the program could not be started.
+/// Returns 0, or the errno value if the program cannot be started.
 int start(const char* path, const char* const* argv, const SignalsWhileWaiting& signals, pid_t& child) {
     posix_spawnattr_t attributes{};
     int reason = ::posix_spawnattr_init(&attributes);
     if (reason == 0) {
         signals.restoreIn(attributes);
-        // posix_spawn() takes what exec takes, which leaves the words as they are.
+        // As exec, posix_spawn() does not modify the arguments.
         reason = ::posix_spawn(&child, path, nullptr, &attributes, const_cast<char* const*>(argv), environ);
         ::posix_spawnattr_destroy(&attributes);
     }

@@ -2,10 +2,10 @@
 
 namespace Korvel {
 
-/// Runs the program at `path` with the argument vector `argv` (null-terminated) and waits for its end. Its
-/// wait status; -1 with errno set where it could not be started or its end not be learned. While it runs,
-/// this process ignores SIGINT and SIGQUIT: at a terminal they are the command's. The command gets them, and
-/// the signal mask, as this process found them.
+/// Runs the program at `path` with the null-terminated argument vector `argv` and waits for it. Returns its
+/// wait status, or -1, with errno set, if it cannot be started or waited for. Meanwhile, this process ignores
+/// SIGINT and SIGQUIT: at a terminal, they are meant for the command. The command starts with this process's
+/// original signal dispositions and mask.
 int spawnAndWait(const char* path, const char* const* argv);
 
 }  // namespace Korvel

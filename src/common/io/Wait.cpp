@@ -15,7 +15,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-/// What poll() takes: milliseconds, rounded up so that it never wakes before the deadline; -1 for ever.
+/// Returns the time-out for poll(): milliseconds, rounded up so that it never wakes before the deadline, or
+/// -1 without a deadline.
 int pollTimeout(const Deadline& deadline) {
     if (!deadline) {
         return -1;
@@ -26,7 +27,7 @@ int pollTimeout(const Deadline& deadline) {
 
 Readiness waitFor(short event, int descriptor, const Deadline& deadline) {
     flushStandardOutput();
-    if (descriptor < 0) {  // poll() would pass over it and sleep
+    if (descriptor < 0) {  // poll() ignores negative descriptors and would sleep
         errno = EBADF;
         return Readiness::failed;
     }
@@ -52,7 +53,7 @@ Readiness waitFor(short event, int descriptor, const Deadline& deadline) {
 }  // namespace
 
 Deadline deadlineIn(milliseconds limit) {
-    constexpr milliseconds longest = std::chrono::hours(100 * 365 * 24);  // the clock counts nanoseconds
+    constexpr milliseconds longest = std::chrono::hours(100 * 365 * 24);  // fits the clock's nanoseconds
     return steady_clock::now() + std::clamp(limit, milliseconds::zero(), longest);
 }
 

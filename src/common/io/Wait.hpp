@@ -5,23 +5,23 @@
 
 namespace Korvel {
 
-/// The moment at which a wait ends; empty for a wait without limit.
+/// The time at which a wait ends; empty for a wait without limit.
 using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
-/// A limit below zero counts as zero, and one beyond a hundred years as that.
+/// Clamps `limit` to the range from zero to one hundred years.
 Deadline deadlineIn(std::chrono::milliseconds limit);
 bool hasPassed(const Deadline& deadline);
 
 enum class Readiness { ready, timedOut, failed };
 
-/// Waits until `descriptor` has something to read (or an error to fetch) or the deadline is there. A
-/// signal does not end the wait. Looks at least once, however late it is. `failed` leaves errno set.
+/// Waits until `descriptor` is readable (or has an error) or until the deadline. Signals do not end the wait.
+/// Polls at least once, even if the deadline has passed. Sets errno for Readiness::failed.
 Readiness waitReadable(int descriptor, const Deadline& deadline);
 
-/// The same, for room to write.
+/// As waitReadable(), until `descriptor` is writable.
 Readiness waitWritable(int descriptor, const Deadline& deadline);
 
-/// Sleeps for the whole time, whatever signals arrive.
+/// Sleeps for the whole time, regardless of signals.
 void nap(std::chrono::milliseconds time);
 
 }  // namespace Korvel
