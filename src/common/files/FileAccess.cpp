@@ -16,7 +16,7 @@ namespace {
 using Kind = FileQuestion::Kind;
 
 constexpr std::chrono::seconds patience{5};
-constexpr std::size_t largestReserve = 16U << 20U;  // a size need not be true
+constexpr std::size_t largestReserve = 16U << 20U;  // a reported file size may be wrong
 
 FileHelper& fileHelper() {
     static FileHelper helper;
@@ -27,7 +27,7 @@ void reportError(const std::string& path, int error) {
     fail("Error while reading ", path, ": ", std::strerror(error));
 }
 
-/// One look at a file: questions about it, which have one deadline together.
+/// A sequence of requests about one file, with a common deadline.
 class Look {
 public:
     explicit Look(const std::string& path) : isNameable(path.size() < question.path.size()) {
@@ -49,7 +49,7 @@ public:
         return exchange.answer;
     }
 
-    /// What the last answer brought; valid until the next question.
+    /// The data of the last answer; valid until the next request.
     std::string_view piece() const { return content; }
 
 private:
@@ -59,7 +59,7 @@ private:
     std::string_view content;
 };
 
-/// For questions whose one failure that nobody expects is the time-out.
+/// Sends a request and reports a time-out, the only unexpected failure.
 FileAnswer askBriefly(Look& look, Kind kind, const std::string& path) {
     const FileAnswer answer = look.ask(kind);
     if (answer.error == ETIMEDOUT) {
@@ -69,7 +69,7 @@ FileAnswer askBriefly(Look& look, Kind kind, const std::string& path) {
     return answer;
 }
 
-/// Takes the pieces of the file that was opened, and closes it.
+/// Reads all pieces of the opened file, and closes it.
 void readPieces(Look& look, std::string& text, std::size_t limit, FileReading& reading) {
     FileAnswer answer = look.ask(Kind::read);
     while (answer.error == 0 && answer.size > 0) {
@@ -104,7 +104,7 @@ FileReading readFile(const std::string& path, std::string& text, const ReadingRu
         .opened = answer.error == 0, .error = answer.error, .cut = false, .state = answer.state};
     if (reading.opened) {
         text.clear();
-        // A text that grows as it is read has more than twice its memory each time it moves.
+        // Reserve memory, because a growing string temporarily needs more than twice its size.
         const auto expected = static_cast<std::size_t>(std::max<off_t>(reading.state.size, 0));
         text.reserve(std::min({expected, rules.sizeLimit, largestReserve}));
         readPieces(look, text, rules.sizeLimit, reading);

@@ -8,39 +8,39 @@
 
 namespace Korvel {
 
-// Looks at files that another process provides. A file system that does not answer costs five seconds a file,
-// and is reported as "Error while reading PATH: Connection timed out".
+// Access to files that another process provides. If a file system does not answer, each file costs five
+// seconds and the error "Error while reading PATH: Connection timed out".
 
-/// Whether this process may use the file in the way of `mode`, as access() takes it.
+/// Returns true if this process has access `mode` to the file; `mode` is as for access().
 bool isAccessible(const std::string& path, int mode);
 
-/// What is known of the file; none with errno set where there is none.
+/// Returns the file's state, or nothing, with errno set, if there is none.
 std::optional<FileState> stateOf(const std::string& path);
 
 /// How a file is read.
 struct ReadingRules {
-    std::size_t sizeLimit = noSizeLimit;        ///< bytes; what is behind is left out
+    std::size_t sizeLimit = noSizeLimit;        ///< bytes; the rest is not read
     std::optional<uid_t> owner = std::nullopt;  ///< see InputFile
 };
 
-/// How reading a file went.
+/// The result of reading a file.
 struct FileReading {
     bool opened = false;
-    int error = 0;         ///< errno of what failed; 0 where nothing did
+    int error = 0;         ///< errno value, or 0
     bool cut = false;      ///< the file is larger than the limit
-    FileState state = {};  ///< of the file that was opened
+    FileState state = {};  ///< of the opened file
 
     bool isWhole() const { return opened && error == 0 && !cut; }
 };
 
-/// Reads a regular file into `text`, which stays as it is where the file cannot be opened. Where reading
-/// breaks off, `text` is what came before. Reports nothing.
+/// Reads a regular file into `text`. If the file cannot be opened, leaves `text` unchanged. After a read
+/// error, `text` contains the part before it. Reports nothing.
 FileReading readFile(const std::string& path, std::string& text, const ReadingRules& rules = {});
 
-/// Reports on standard error what went wrong, if anything did.
+/// Reports a failed or cut reading on standard error.
 void reportReading(const std::string& path, const FileReading& reading, const ReadingRules& rules = {});
 
-/// Ends the process that looks at files, for a run that goes on for long without looking at any.
+/// Ends the helper process, for a run that will access no files for a long time.
 void dismissFileHelper();
 
 }  // namespace Korvel

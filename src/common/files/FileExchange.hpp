@@ -9,30 +9,30 @@
 
 namespace Korvel {
 
-// A question about a file and its answer, in memory that two processes share: they hold no pointers.
+// A request about a file and its answer, in memory that two processes share; therefore without pointers.
 
 struct FileQuestion {
     enum class Kind {
-        access,  ///< may the caller use the file in the way of `accessMode`?
-        state,   ///< what is known of the file?
-        open,    ///< opens the file for reading, and asks for its state
-        read,    ///< asks for the next piece of the file that was opened
-        close,   ///< ends reading
+        access,  ///< checks access `accessMode` to the file
+        state,   ///< reads the file's state
+        open,    ///< opens the file for reading, and reads its state
+        read,    ///< reads the next piece of the opened file
+        close,   ///< closes the opened file
     };
 
     Kind kind = Kind::close;
-    int accessMode = 0;                    ///< of access; as access() takes it
-    std::optional<uid_t> owner = {};       ///< of open; see InputFile
-    std::array<char, PATH_MAX> path = {};  ///< zero-terminated; that of read and close is open's
+    int accessMode = 0;                    ///< for access: as for access()
+    std::optional<uid_t> owner = {};       ///< for open: see InputFile
+    std::array<char, PATH_MAX> path = {};  ///< zero-terminated; for read and close: that of open
 
-    /// Whether it stands by itself, and is not about a file that an earlier one opened.
+    /// Returns true if the request does not refer to a file that an earlier request opened.
     bool isFirst() const { return kind != Kind::read && kind != Kind::close; }
 };
 
 struct FileAnswer {
-    int error = 0;         ///< errno of what failed; 0 where nothing did
-    FileState state = {};  ///< to state and open
-    std::size_t size = 0;  ///< to read: bytes of the piece; 0 at the end
+    int error = 0;         ///< errno value, or 0
+    FileState state = {};  ///< for state and open
+    std::size_t size = 0;  ///< for read: bytes of the piece; 0 at the end
 };
 
 struct FileExchange {

@@ -19,7 +19,7 @@
 namespace Korvel {
 namespace {
 
-constexpr std::chrono::milliseconds lookInterval{250};  // between two looks whether the helper lives
+constexpr std::chrono::milliseconds lookInterval{250};  // of checks whether the helper is alive
 constexpr std::chrono::milliseconds longTime = std::chrono::hours(1);
 
 void closeAllDescriptors() {
@@ -34,12 +34,13 @@ void closeAllDescriptors() {
     }
 }
 
-/// Whether others can put something else at a path between two looks.
+/// Returns true if other users can replace the file at this path.
 bool isShared(std::string_view path) {
     return path.starts_with("/tmp/");
 }
 
-/// Leaves everything behind that ties a process to its parent but the death of it.
+/// Detaches the process from everything it shares with its parent. The kernel still kills it when the parent
+/// dies.
 void detach(pid_t parent) {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent) {
@@ -50,7 +51,7 @@ void detach(pid_t parent) {
         std::signal(signal, SIG_DFL);
     }
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-        std::signal(signal, SIG_IGN);  // sent to everything, they are its parent's to survive or not
+        std::signal(signal, SIG_IGN);  // if they are sent to all processes, the parent decides when to end
     }
     closeAllDescriptors();
 }
@@ -61,7 +62,7 @@ struct FileHelper::Shared {
     Turn turn;
     FileExchange exchange;
 
-    /// An exception that left it would make the helper a second korvel.
+    /// noexcept: an exception must not let the helper continue as a second instance of the program.
     [[noreturn]] void serve() noexcept {
         FileService service;
         for (;;) {
@@ -81,7 +82,7 @@ const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline
     if (question.isFirst()) {
         looksItself = !isShared(question.path.data()) && liesOnRootFileSystem(question.path.data());
     }
-    // Somebody may have ended the helper while it had nothing to do. A file that it had open went with it.
+    // If the idle helper was killed, try a new one. If a file was open, its helper cannot be replaced.
     const int attempts = question.isFirst() ? 2 : 1;
     Outcome outcome = Outcome::helperDied;
     for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied && !looksItself; ++attempt) {
@@ -105,7 +106,7 @@ const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline
 }
 
 FileHelper::Outcome FileHelper::handOver(const FileQuestion& question, const Deadline& deadline) {
-    if (hasPassed(deadline)) {  // one that answers, but bit by bit
+    if (hasPassed(deadline)) {  // each piece arrived in time, but not all of them
         return Outcome::timedOut;
     }
     shared->exchange.question = question;
@@ -158,7 +159,7 @@ FileHelper::Outcome FileHelper::awaitAnswer(const Deadline& deadline) {
     return Outcome::answered;
 }
 
-/// The kernel ends the helper as soon as it can; nobody waits for that.
+/// Kills the helper without waiting for its end.
 void FileHelper::abandon() {
     if (isRunning() && helper > 0) {
         ::kill(helper, SIGKILL);

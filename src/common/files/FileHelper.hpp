@@ -10,11 +10,13 @@
 
 namespace Korvel {
 
-/// A process of its own that looks at files. A file system can make whoever looks at it wait for ever, and
-/// beyond the reach of signals: a thread would keep the program from ending, so it is a process that waits.
-/// It has none of this process's descriptors, so that nobody who reads this program's output waits for it.
-/// One helper answers one question at a time. One that does not answer in time is abandoned, and the next
-/// question goes to a new one. It ends with this process.
+/// A helper process that accesses files. A file system can block the accessing process without limit and
+/// beyond the reach of signals. A blocked thread would keep the program from ending, so a separate process
+/// waits. It has none of this process's descriptors, so that readers of this program's output do not wait for
+/// it.
+///
+/// A helper answers one request at a time. If it does not answer in time, it is abandoned, and the next
+/// request starts a new helper. It ends with this process.
 class FileHelper {
 public:
     FileHelper() = default;
@@ -24,12 +26,14 @@ public:
     FileHelper& operator=(FileHelper&&) = delete;
     ~FileHelper();
 
-    /// Asks the helper; the exchange that is returned is valid until the next question. The answer's error is
-    /// ETIMEDOUT where there is none when the deadline is there. This process looks itself where no helper
-    /// can be started, and at files on the root file system: without that, no program runs at all.
+    /// Sends a request to the helper and waits for the answer. The returned exchange is valid until the next
+    /// request. If there is no answer before the deadline, its error is ETIMEDOUT. This process accesses the
+    /// file itself if no helper can be started, or if the file is on the root file system, which every
+    /// program needs anyway.
     const FileExchange& ask(const FileQuestion& question, const Deadline& deadline);
 
-    /// Ends the helper, for a program that has no questions for a long time. The next question starts one.
+    /// Ends the helper, for a program that will send no requests for a long time. The next request starts a
+    /// new one.
     void dismiss();
 
 private:
@@ -43,12 +47,12 @@ private:
     Outcome awaitAnswer(const Deadline& deadline);
     FileExchange& ownExchange();
 
-    Shared* shared = nullptr;  // mapped; the helper has it too
+    Shared* shared = nullptr;  // mapped; shared with the helper
     pid_t helper = -1;
-    pid_t starter = -1;        // a fork of that process has no helper of its own
-    bool looksItself = false;  // at the file that the questions are about
+    pid_t starter = -1;        // forks of that process have no helper
+    bool looksItself = false;  // this process accesses the current file itself
     FileService ownService;
-    std::unique_ptr<FileExchange> own;  // for answers that are not the helper's
+    std::unique_ptr<FileExchange> own;  // for answers without a helper
 };
 
 }  // namespace Korvel

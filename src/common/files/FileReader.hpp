@@ -4,16 +4,16 @@
 
 namespace Korvel {
 
-// Readers of small files. A file that cannot be opened is reported on standard error and reads as empty; one
-// whose reading breaks off is reported too, and reads as far as it went.
+// Functions that read small files. If a file cannot be opened, they report that on standard error, and it
+// counts as empty. After a read error, they report it and use the part before it.
 
-/// Every byte of the file.
+/// Returns the whole file.
 std::string readFileToString(const std::string& path);
 
-/// The number of newline characters; a last line without one does not count.
+/// Returns the number of newline characters; a last line without a newline does not count.
 unsigned getNumberOfLinesInFile(const std::string& path);
 
-/// The file from line `line` on, counted from 0; empty where it has no such line.
+/// Returns the file from line `line` on, counted from 0, or an empty string if there is no such line.
 std::string readFileFromLine(const std::string& path, unsigned line);
 
 }  // namespace Korvel

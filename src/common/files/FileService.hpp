@@ -5,7 +5,7 @@
 
 namespace Korvel {
 
-/// Answers questions about files. Each answer takes as long as the file system does.
+/// Answers requests about files. Blocks as long as the file system does.
 class FileService {
 public:
     void answer(FileExchange& exchange);

@@ -4,8 +4,8 @@
 
 namespace Korvel {
 
-/// What the system knows of a file without reading it. Two states are equal where it is the same file and
-/// nothing was written to it in between.
+/// The metadata of a file. Two states are equal if they are of the same file and it was not written to in
+/// between.
 struct FileState {
     dev_t device = 0;
     ino_t inode = 0;

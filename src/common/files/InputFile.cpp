@@ -12,7 +12,7 @@ bool belongsTo(const struct stat& status, uid_t owner) {
     return status.st_uid == owner || status.st_uid == 0 || status.st_uid == ::geteuid();
 }
 
-/// 0, or the errno value that says why a file of this state is not read.
+/// Returns 0, or an errno value if a file of this state must not be read.
 int refusal(const struct stat& status, std::optional<uid_t> owner) {
     if (S_ISDIR(status.st_mode)) {
         return EISDIR;
@@ -20,7 +20,7 @@ int refusal(const struct stat& status, std::optional<uid_t> owner) {
     if (!S_ISREG(status.st_mode)) {
         return ENXIO;
     }
-    // Another name of a file can be given by who may not even read it.
+    // A user who may not read a file can still create a hard link to it.
     const bool trusted = !owner || (belongsTo(status, *owner) && status.st_nlink <= 1);
     return trusted ? 0 : EACCES;
 }

@@ -9,7 +9,7 @@
 namespace Korvel {
 namespace {
 
-/// A device has nothing to empty.
+/// Truncates a regular file; a device needs no truncation.
 bool emptyFile(int file) {
     struct stat status {};
     return ::fstat(file, &status) == 0 &&

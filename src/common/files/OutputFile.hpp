@@ -8,34 +8,34 @@
 
 namespace Korvel {
 
-/// A file that is written, under the rules of openTrusted(): a file that is not the caller's alone is
-/// replaced or, where text is appended, refused. The first error sticks: nothing is written behind it.
+/// A file that is written, under the rules of openTrusted(). A shared file (see SharedFile) is replaced or,
+/// in append mode, refused. After the first error, nothing more is written.
 class OutputFile {
 public:
     enum class Mode {
-        truncate,  ///< what was there goes
-        append,    ///< what was there stays, and writing goes on behind it
+        truncate,  ///< discards the previous contents
+        append,    ///< writes after the previous contents
     };
 
     /// Not open.
     OutputFile() = default;
 
-    /// Opens `path`; isOpen() tells whether that worked, errno why not.
+    /// Opens `path`. If that fails, isOpen() is false and errno is set.
     explicit OutputFile(const std::string& path, Mode mode = Mode::truncate);
 
     bool isOpen() const { return static_cast<bool>(file); }
     bool hasFailed() const { return !isOpen() || error != 0; }
 
-    /// Hands all of `text` to the system, or notes why that failed. Needs an open file.
+    /// Writes all of `text`, or stores the error. Requires an open file.
     void write(std::string_view text);
 
-    /// Gives the file the times of another. That this fails counts for nothing.
+    /// Sets the access and modification times to those of another file. Ignores failures.
     void setTimes(const FileState& state) const;
 
-    /// Closes, which is when some file systems tell of a full disk. True when nothing failed so far.
+    /// Closes the file. Some file systems report a full disk only now. Returns true if nothing has failed.
     bool close();
 
-    /// The errno value of the first write that failed; 0 where none did.
+    /// Returns the errno value of the first failed write, or 0.
     int writeError() const { return error; }
 
 private:
@@ -43,8 +43,8 @@ private:
     int error = 0;
 };
 
-/// Writes `text` to `path` in place of what was there. A file that cannot be opened, or a write that fails,
-/// is reported on standard error; false then.
+/// Writes `text` to `path` and replaces the previous contents. If the file cannot be opened or written,
+/// reports that on standard error and returns false.
 bool writeDumpFile(const std::string& path, std::string_view text);
 
 }  // namespace Korvel

@@ -26,7 +26,7 @@ bool liesOnRootFileSystem(const char* path) {
     return place || errno == ENOENT;
 }
 
-#else  // kernel headers from before Linux 5.6
+#else  // kernel headers older than Linux 5.6
 
 bool liesOnRootFileSystem(const char* /*path*/) {
     return false;

@@ -2,8 +2,8 @@
 
 namespace Korvel {
 
-/// Whether the whole way along `path` stays on the root file system, whether or not there is something at its
-/// end. Asks no other file system, so it never waits for one. False where the kernel cannot tell.
+/// Returns true if all of `path` is on the root file system, even if the file does not exist. Accesses no
+/// other file system, so it never blocks on one. Returns false if the kernel does not support the check.
 bool liesOnRootFileSystem(const char* path);
 
 }  // namespace Korvel

@@ -12,7 +12,7 @@
 namespace Korvel {
 namespace {
 
-constexpr int linkLimit = 40;  // the kernel's own, against links that point at each other
+constexpr int linkLimit = 40;  // the kernel's own limit, against link cycles
 constexpr mode_t newFileMode = 0666;
 constexpr int inputFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 constexpr int outputFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
@@ -31,7 +31,7 @@ Base::UniqueFd openPlace(int directory, const std::string& name, int flags) {
         [&] { return ::openat(directory, name.c_str(), flags | O_CLOEXEC, newFileMode); }));
 }
 
-/// Whether a write to the file concerns nobody else.
+/// Returns true if the file belongs to the caller and has no other hard link.
 bool isOwnAlone(const struct stat& status) {
     return status.st_uid == ::geteuid() && status.st_nlink <= 1;
 }
@@ -47,8 +47,8 @@ Base::UniqueFd replaceFile(int directory, const std::string& name) {
     return createFile(directory, name);
 }
 
-/// Opens for writing what has been there before. What matters is the file that is opened, not what the name
-/// led to when it was looked at.
+/// Opens an existing file for writing. Checks the opened file, because the name may refer to another one
+/// since the first check.
 Base::UniqueFd openExisting(int directory, const std::string& name) {
     Base::UniqueFd file = openPlace(directory, name, outputFlags);
     struct stat status {};
@@ -64,7 +64,7 @@ Base::UniqueFd openExisting(int directory, const std::string& name) {
     return isOwnAlone(status) ? std::move(file) : refuse(EACCES);
 }
 
-/// Where the link behind an O_PATH descriptor points; empty with errno set where that cannot be told.
+/// Returns the target of the link with this O_PATH descriptor, or an empty string with errno set.
 std::string linkTarget(int link) {
     std::array<char, PATH_MAX> target{};
     const ssize_t length = ::readlinkat(link, "", target.data(), target.size());
@@ -75,13 +75,13 @@ std::string linkTarget(int link) {
     return {target.data(), static_cast<std::size_t>(length)};
 }
 
-/// Walks a path name by name; what is left to walk is a text, since a link puts its target before it.
+/// Walks a path name by name. The remaining path is a string, because a link's target is inserted before it.
 class Walk {
 public:
     explicit Walk(const std::string& path) : rest(path) { start(); }
 
-    /// Opens the last name of the path: `open` gets the descriptor of its folder, the name, and what is
-    /// there, which is no link, or null.
+    /// Opens the last name of the path. Passes to `open` the descriptor of the parent directory, the name,
+    /// and the status of the existing file, which is never a link, or null.
     template <typename Open>
     Base::UniqueFd openLast(Open open) {
         while (directory) {
@@ -105,7 +105,7 @@ public:
     }
 
 private:
-    /// The walk begins at the root or at the working directory, and again so behind an absolute link.
+    /// Starts at the root or at the working directory, and restarts at the root after an absolute link.
     void start() {
         const bool absolute = rest.starts_with('/');
         if (absolute || !directory) {

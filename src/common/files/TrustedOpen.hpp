@@ -6,25 +6,24 @@
 
 namespace Korvel {
 
-// Opening files in folders that other users can write to. No call waits (a FIFO or a socket fails), and none
-// follows a symbolic link that belongs neither to the caller nor to root: the reason is then EACCES. The way
-// is walked by descriptors, so that nothing can be swapped between look and open. A descriptor is empty, with
-// errno set, where opening fails.
+// Functions that open files in directories that other users can write to. They never block: opening a FIFO or
+// a socket fails. They do not follow a symbolic link unless it belongs to the caller or to root; errno is
+// then EACCES. They walk the path by descriptors, so that nothing can be replaced between check and open. If
+// opening fails, the returned descriptor is empty and errno is set.
 
-/// What is done about a regular file that is not the caller's alone: another user's, or one with several
-/// names.
+/// Treatment of a shared file: a regular file that belongs to another user or has several hard links.
 enum class SharedFile {
-    replace,  ///< its name is removed and a new file created
-    refuse,   ///< EACCES
+    replace,  ///< unlink it and create a new file
+    refuse,   ///< fail with EACCES
 };
 
-/// Opens `path` for writing behind what is in it, and creates the file where there is none.
+/// Opens `path` for appending, and creates the file if it is missing.
 Base::UniqueFd openTrusted(const std::string& path, SharedFile shared = SharedFile::replace);
 
-/// Opens `path` for reading, whoever the file belongs to.
+/// Opens `path` for reading; the file may belong to any user.
 Base::UniqueFd openTrustedInput(const std::string& path);
 
-/// Opens the folder `path`.
+/// Opens the directory `path`.
 Base::UniqueFd openTrustedFolder(const std::string& path);
 
 }  // namespace Korvel

@@ -7,7 +7,7 @@
 namespace Korvel {
 namespace {
 
-/// A time as the kernel's first futex call takes it on every processor, whatever the C library's is.
+/// The time format of the original futex system call on every processor, independent of the C library's.
 struct KernelTime {
     long seconds;
     long nanoseconds;
@@ -31,7 +31,7 @@ bool Turn::await(Side side, std::chrono::milliseconds limit) const {
     if (current.load(std::memory_order_acquire) != side) {
         const KernelTime time{.seconds = static_cast<long>(limit / seconds(1)),
                               .nanoseconds = static_cast<long>(nanoseconds(limit % seconds(1)).count())};
-        futex(current, FUTEX_WAIT, other, &time);  // returns at once where the word has changed
+        futex(current, FUTEX_WAIT, other, &time);  // returns immediately if the word has changed
     }
     return current.load(std::memory_order_acquire) == side;
 }

@@ -6,17 +6,16 @@
 
 namespace Korvel {
 
-/// Whose turn it is of two processes that share this object's memory. What one wrote before it passed the
-/// turn on, the other sees once it has the turn.
+/// Synchronizes two processes that share this object's memory and work in turns. Everything that one side
+/// writes before it passes the turn is visible to the other side afterwards.
 class Turn {
 public:
     enum Side : std::uint32_t { asking, answering };
 
-    /// Only by the side whose turn it is.
+    /// Only for the side that has the turn.
     void passTo(Side next);
 
-    /// Waits until it is this side's turn; false where the limit passes first. A signal can end the wait
-    /// early.
+    /// Waits until this side has the turn. Returns false at the time limit, or earlier if a signal arrives.
     bool await(Side side, std::chrono::milliseconds limit) const;
 
 private:
