@@ -6,8 +6,8 @@
 
 namespace Korvel {
 
-/// The oldest up to `size` - 1 bytes of text that the shared-memory log `logName` keeps for `app`; empty
-/// where the log cannot be had.
+/// Returns the oldest text, at most `size` - 1 bytes, of the shared-memory log `logName` for `app`, or an
+/// empty string if the log is not available.
 std::string readSmLog(const char* logName, unsigned size, AppID app);
 
 }  // namespace Korvel

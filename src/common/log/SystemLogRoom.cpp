@@ -15,7 +15,7 @@ bool systemLogHasRoom() {
     const std::chrono::seconds limit{stuck ? 0 : 1};
     const Base::UniqueFd probe = openDatagramSocket(AF_UNIX);
     const sockaddr_un address{.sun_family = AF_UNIX, .sun_path = _PATH_LOG};
-    // Where there is nothing to connect to, vsyslog() finds that out without waiting.
+    // If the connection fails, vsyslog() also fails without waiting.
     stuck = ::connect(probe.get(), Base::genericAddress(address), sizeof address) == 0 &&
             waitWritable(probe.get(), deadlineIn(limit)) == Readiness::timedOut;
     return !stuck;

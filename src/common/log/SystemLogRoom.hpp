@@ -2,8 +2,9 @@
 
 namespace Korvel {
 
-/// Whether the system log has room for a record, or gets it within a second; a log that did not is given no
-/// more time until it has room again. vsyslog() itself would wait for ever on a log that has stopped reading.
+/// Returns true if the system log has room for a record, waiting at most one second. After a time-out, later
+/// calls do not wait, until one finds room again. vsyslog() itself would block without limit on a log that
+/// has stopped reading.
 bool systemLogHasRoom();
 
 }  // namespace Korvel
