@@ -2,8 +2,8 @@
 
 namespace Korvel {
 
-/// Takes entry `index` out of an argument vector of `argc` entries in place: the later ones move down and
-/// the place that becomes free holds a null pointer. The caller decrements its count.
+/// Removes entry `index` from an argument vector of `argc` entries. Later entries move down, and the last one
+/// becomes a null pointer. The caller decrements its count.
 void removeArgument(int index, int argc, char** argv);
 
 }  // namespace Korvel

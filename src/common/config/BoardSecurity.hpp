@@ -1,4 +1,4 @@
 #pragma once
 
-/// Whether the board runs in a secure environment. A board that cannot tell counts as secured.
+/// Returns true if the board runs in a secure environment, or if its state is unknown.
 bool isBoardSecured();

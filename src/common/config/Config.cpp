@@ -27,7 +27,7 @@ const std::string antennaFlagFile = "/rom/private/is_ant";
 const std::string masterFlagFile = "/rom/private/is_master";
 const std::string deploymentTypeFile = "/rom/config/deployment_type";
 
-/// Where the deployment configuration of one dispatcher instance is.
+/// Paths of the deployment configuration of one dispatcher instance.
 struct DeploymentConfig {
     DispatcherType instance;
     const char* overrideKey;
@@ -42,8 +42,8 @@ constexpr std::array deploymentConfigs{
                      {"", "/etc/SFN_Master_PhyProxy.cfg", "/etc/SFN_ANT_PhyClient.cfg"}},
 };
 
-/// The content of a file; none where it cannot be opened. A file that breaks off counts as far as it was
-/// read, without a report; a file system that does not answer, and a file that is too large, are reported.
+/// Returns the contents of a file, or nothing if it cannot be opened. After a read error, returns what was
+/// read and reports nothing. Reports a file system that times out and a file that is too large.
 std::optional<std::string> readConfiguration(const std::string& path) {
     std::string content;
     const Korvel::FileReading reading = Korvel::readFile(path, content, configurationRules);

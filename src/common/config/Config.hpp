@@ -5,19 +5,19 @@
 #include <string>
 #include <unordered_map>
 
-/// What kind of SFN deployment the board is.
+/// The board's type of SFN deployment.
 enum SFNDeploymentType : int { sfnDeploymentNone = 0, sfnDeploymentMaster = 1, sfnDeploymentAntenna = 2 };
 
-/// Names for the dispatcher instances, which are plain numbers wherever one is passed.
+/// Named values of dispatcher instances, which interfaces pass as int.
 enum DispatcherType : int { dispatcherTypeIWF = 0, dispatcherTypeSFN = 1 };
 
 bool fileExists(const std::string& path);
 
-/// The board's private configuration: lines `key=value` of a file that a secured board does not read, and
-/// what the platform itself tells. Nothing in it fails: what is missing or malformed takes its default.
+/// The board's private configuration: the `key=value` lines of a file, which a secured board ignores, and
+/// properties of the platform. Nothing in it fails: missing or malformed values get their defaults.
 class Config {
 public:
-    /// Reads the configuration file at `path` and asks the platform.
+    /// Reads the configuration file at `path` and queries the platform.
     explicit Config(const std::string& path);
 
     int getDebugLvl() const { return debugLvl; }
@@ -28,32 +28,33 @@ public:
     bool shouldStartSFN() const;
     bool shouldCollectLogOnExit() const;
 
-    /// The path of an instance's deployment configuration: the file's own key for it, else by deployment
-    /// type; empty where the deployment has no such instance. `type` is a DispatcherType.
+    /// Returns the path of an instance's deployment configuration: the value of its key in the file or, if
+    /// there is none, the default of the deployment type. Returns an empty string if the deployment type has
+    /// no such instance. `type` is a DispatcherType.
     std::string getDeploymentConfigFile(int type) const;
 
-    /// The private replacement of an executable, "/rom/private/NAME", where the board is not secured and
-    /// there is an executable one; else `executablePath` itself.
+    /// Returns the private replacement of an executable, "/rom/private/NAME", if the board is not secured and
+    /// that file is executable; otherwise `executablePath`.
     static std::string checkForPrivate(const std::string& executablePath);
 
     // The steps of construction.
 
-    /// Takes each line of the file at `path` that is neither empty nor a comment. A file that is not there
-    /// has none.
+    /// Parses each line of the file at `path` that is neither empty nor a comment. A missing file counts as
+    /// empty.
     void parseConfig(const std::string& path);
 
-    /// Stores the entry of a line `key=value`, in place of an earlier one of its key. False where a part of
-    /// it is missing.
+    /// Stores the entry of a line `key=value` and replaces an earlier entry of the key. Returns false if the
+    /// key or the value is missing.
     bool parseLine(const std::string& line);
 
-    /// The text up to the next '=' or the end of the line, without white space around it. False, with `out`
-    /// empty, at the end of the line.
+    /// Reads the text up to the next '=' or the end of the line, without surrounding white space. At the end
+    /// of the line, returns false and an empty `out`.
     static bool getEntry(std::istringstream& stream, std::string& out);
 
-    /// Asks the platform for the kind of SFN deployment.
+    /// Determines the type of SFN deployment from the platform's files.
     void initSFNDeploymentType();
 
-    /// What the first word of `stream` says.
+    /// Returns the deployment type that the first word of `stream` names.
     static SFNDeploymentType parseSFNType(std::istream& stream);
 
     static bool fileIsEmpty(std::istream& stream);
@@ -64,7 +65,7 @@ private:
 
     void readDebugLvl();
     void detectL2SCTEnv();
-    /// The value of `key`, or null.
+    /// Returns the value of `key`, or null.
     const std::string* find(const std::string& key) const;
 
     Entries entries;

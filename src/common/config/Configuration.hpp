@@ -4,25 +4,25 @@
 #include <set>
 #include <string>
 
-/// What this run talks to. Written while the driver reads options and the platform's configuration, only
-/// read afterwards.
+/// The dispatcher instances of this run, and how to reach them. Written only while the program reads its
+/// options and the platform's configuration.
 namespace Korvel::Configuration {
 
 enum DispatcherInstance : std::uint32_t { IWF = 0, SFN = 1 };
 
 /// How to reach the MMI service of one dispatcher instance.
 struct Config {
-    std::uint16_t localPort;          ///< UDP port that replies come to, on any local address
-    std::uint16_t dispatcherPort;     ///< UDP port that requests go to
-    std::string dispatcherAddress;    ///< IPv4, dotted
-    std::uint32_t receiveBufferSize;  ///< bytes that one reply datagram may have
-    std::string endOfMessageMarker;   ///< the datagram that ends a reply
+    std::uint16_t localPort;          ///< UDP port for replies, on any local address
+    std::uint16_t dispatcherPort;     ///< UDP port for requests
+    std::string dispatcherAddress;    ///< IPv4, dotted decimal
+    std::uint32_t receiveBufferSize;  ///< maximum bytes of one reply datagram
+    std::string endOfMessageMarker;   ///< contents of the last datagram of a reply
 };
 
-/// Adds an instance to the selection, which has none at start.
+/// Adds an instance to the selection, which is initially empty.
 void setDispatcherInstance(DispatcherInstance instance);
 
-/// "iwf" or "sfn"; "unknown" for any other value.
+/// Returns "iwf" or "sfn", or "unknown" for any other value.
 std::string dispInstanceToString(DispatcherInstance instance);
 
 unsigned getInstanceCount();
@@ -31,10 +31,10 @@ unsigned getInstanceCount();
 std::set<DispatcherInstance>::const_iterator getInstanceBegin();
 std::set<DispatcherInstance>::const_iterator getInstanceEnd();
 
-/// The communication record of `instance`, which must be IWF or SFN.
+/// Returns the settings of `instance`, which must be IWF or SFN.
 Config& getConfig(DispatcherInstance instance);
 
-/// Allows packages on system shutdown; they are not allowed at start, and nothing takes it back.
+/// Allows packages on system shutdown. Initially they are not allowed; the permission cannot be withdrawn.
 void setCollectLogsOnExit();
 bool getCollectLogsOnExit();
 

@@ -4,9 +4,9 @@
 
 namespace Korvel {
 
-/// A request manager: one family of jobs. The driver asks each in turn whether the command line is its own,
-/// then has the first that says so carry the request out: resolveRequest(), then run().
-/// The command lines passed in hold the program's name and whatever is no common option.
+/// A request manager: handles one group of jobs. main() asks the managers in turn whether they accept the
+/// command line. The first that accepts it executes the request: resolveRequest(), then run(). Command lines
+/// contain the program name and all arguments except the common options.
 class IManager {
 public:
     explicit IManager(const std::string& name);
@@ -16,17 +16,18 @@ public:
     IManager& operator=(IManager&&) = delete;
     virtual ~IManager();
 
-    /// Whether the arguments carry one of this manager's keywords.
+    /// Returns true if the arguments contain one of this manager's keywords.
     virtual bool detectKeywords(int argc, char** argv) = 0;
 
-    /// Prints this manager's block of the help text on standard output.
+    /// Prints this manager's part of the help text on standard output.
     virtual void printHelpMsg(const std::string& indent, const std::string& programName) = 0;
 
-    /// Reads the request out of the arguments; managers of one-shot jobs carry it out as well. False, with
-    /// the reason already reported, fails the run. The base has nothing to resolve.
+    /// Parses the request; managers of one-shot jobs also execute it. Returns false on failure, which is
+    /// already reported; the program then exits with status 1. The default does nothing and returns true.
     virtual bool resolveRequest(int argc, char** argv);
 
-    /// Does the job that lasts. False fails the run. The base has nothing to do.
+    /// Executes a continuous job. If it returns false, the program exits with status 1. The default does
+    /// nothing and returns true.
     virtual bool run();
 
     std::string getName() const;

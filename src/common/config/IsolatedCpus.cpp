@@ -14,7 +14,7 @@ namespace {
 
 std::string readKernelCommandLine() {
     flushStandardOutput();
-    // "e": the pipe is not for other children.
+    // "e": close-on-exec, so that other children do not inherit the pipe.
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(::popen("/bin/cat /proc/cmdline", "re"),
                                                                ::pclose);
     if (!pipe) {

@@ -4,11 +4,12 @@
 
 namespace Korvel {
 
-/// The CPUs 0 to 3 that the kernel command line's "isolcpus=" names one by one, CPU n as bit n. Ranges and
-/// other words of the list count for nothing. Asked of the kernel until the answer is not 0, then kept.
+/// Returns a mask of the CPUs 0 to 3 that "isolcpus=" on the kernel command line lists individually; bit n is
+/// CPU n. Ignores ranges and other words of the list. Reads the kernel command line on each call until the
+/// mask is not 0, then returns the cached mask.
 unsigned getIsolatedCpuMask();
 
-/// The same, of a given kernel command line.
+/// Parses the given kernel command line.
 unsigned parseIsolatedCpus(const std::string& commandLine);
 
 }  // namespace Korvel
