@@ -2,7 +2,8 @@
 
 namespace Korvel {
 
-/// Has every command that the run starts speak the language that scripts know, whatever the operator's is.
+/// Sets LC_ALL=C for child processes, so that the output of commands does not depend on the operator's
+/// language.
 void setCommandLanguage();
 
 }  // namespace Korvel

@@ -45,8 +45,8 @@ void removeAt(int index, int& argc, char** argv) {
     --argc;
 }
 
-/// Applies the option at `index` and removes its word and its value, or the word alone where it is the last
-/// argument.
+/// Applies the option at `index` and removes it with its value. If it is the last argument, removes only the
+/// option.
 void consume(const OptionWithValue& option, int index, int& argc, char** argv) {
     if (index + 1 < argc) {
         removeAt(index, argc, argv);

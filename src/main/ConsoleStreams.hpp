@@ -4,7 +4,8 @@
 
 namespace Korvel {
 
-/// Puts std::cout and std::cerr on buffers that signals do not harm, for as long as it lives.
+/// Redirects std::cout and std::cerr to buffers that survive interrupted writes (see DescriptorBuffer), from
+/// construction to destruction.
 class ConsoleStreams {
 public:
     ConsoleStreams();

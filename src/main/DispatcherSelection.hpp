@@ -6,11 +6,10 @@ class Config;
 
 namespace Korvel {
 
-/// Adds the instances that the value of "-d" names ("iwf", "sfn", "all") to the selection; any other value
-/// leaves it as it is.
+/// Adds the instances of the value of "-d" ("iwf", "sfn", "all") to the selection. Ignores any other value.
 void selectDispatcherFromOption(const std::string& type);
 
-/// Selects the instances that run on this board, where no "-d" selected any.
+/// If no "-d" selected an instance, selects the instances that run on this board.
 void selectDispatcherFromPlatform(const Config& platform);
 
 }  // namespace Korvel

@@ -10,7 +10,7 @@
 namespace Korvel {
 namespace {
 
-/// What differs from run to run even where the kernel has nothing random yet.
+/// Returns a seed that differs between runs even if the kernel's random source is not ready.
 unsigned seedOfClockAndProcess() {
     const auto time = wallClockNow().time_since_epoch().count();
     return static_cast<unsigned>(time) ^ static_cast<unsigned>(::getpid());
@@ -23,7 +23,7 @@ void seedRequestIdentifiers() {
     if (::getrandom(&seed, sizeof seed, GRND_NONBLOCK) != static_cast<ssize_t>(sizeof seed)) {
         seed = seedOfClockAndProcess();
     }
-    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): identifiers need to differ, not to be hard to guess
+    // NOLINTNEXTLINE(cert-msc32-c,cert-msc51-cpp): identifiers must differ, but need not be unpredictable
     std::srand(seed);
 }
 

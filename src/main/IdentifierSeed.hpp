@@ -2,8 +2,9 @@
 
 namespace Korvel {
 
-/// Seeds rand(), from which the identifiers of requests come, so that an answer to an earlier run is never
-/// taken for one to this run. Does not wait for the kernel's random source, which is empty early at boot.
+/// Seeds rand(), which generates request identifiers, so that responses to an earlier run are not mistaken
+/// for responses to this run. Does not wait for the kernel's random source, which may not be ready early in
+/// the boot.
 void seedRequestIdentifiers();
 
 }  // namespace Korvel

@@ -7,8 +7,8 @@
 
 namespace Korvel {
 
-/// The request managers, in the order in which they are asked for their keywords and print their help.
-/// Filled once by registerManagers(); they live until the process exits.
+/// The request managers, in the order of keyword detection and of the help text. registerManagers() fills the
+/// vector once; the managers live until the process exits.
 extern std::vector<std::unique_ptr<IManager>> managers;
 
 void registerManagers();

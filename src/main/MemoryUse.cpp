@@ -1,6 +1,6 @@
 #include "MemoryUse.hpp"
 
-#include <cstddef>  // tells which C library this is
+#include <cstddef>  // defines __GLIBC__
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -10,7 +10,7 @@ namespace Korvel {
 
 void returnMemoryEarly() {
 #ifdef __GLIBC__
-    constexpr int largeBlock = 128 * 1024;  // the library's own value, which it raises unless it is set
+    constexpr int largeBlock = 128 * 1024;  // the default, which glibc raises unless it is set
     ::mallopt(M_MMAP_THRESHOLD, largeBlock);
 #endif
 }

@@ -2,8 +2,8 @@
 
 namespace Korvel {
 
-/// Has large blocks of memory go back to the system as soon as they are free. The C library otherwise keeps
-/// them in its heap once it has seen a few, and texts that grow leave holes there.
+/// Makes the C library return large memory blocks to the system as soon as they are freed. By default, it
+/// soon keeps them in its heap, where growing strings leave holes.
 void returnMemoryEarly();
 
 }  // namespace Korvel

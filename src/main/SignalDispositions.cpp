@@ -7,10 +7,10 @@
 namespace Korvel {
 
 void setSignalDispositions() {
-    // Ignored, as a parent may have left it, it would keep system() from learning how a command ended.
+    // If the parent left SIGCHLD ignored, the exit status of commands would be lost.
     std::signal(SIGCHLD, SIG_DFL);
-    makeHarmless(SIGXFSZ);  // a file that meets the limit on sizes is a failed write
-    makeHarmless(SIGPIPE);  // a job that has begun ends, whoever has stopped reading what it prints
+    makeHarmless(SIGXFSZ);  // beyond the file size limit, writes fail
+    makeHarmless(SIGPIPE);  // a job continues to its end even if nobody reads its output
 }
 
 }  // namespace Korvel

@@ -2,7 +2,8 @@
 
 namespace Korvel {
 
-/// Makes the run independent of what its parent left the signals at, and of limits that would end it.
+/// Makes the run independent of inherited signal dispositions, and of signals from file size limits and
+/// closed pipes.
 void setSignalDispositions();
 
 }  // namespace Korvel

@@ -10,8 +10,8 @@ namespace Korvel {
 void openMissingStandardStreams() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(descriptor, F_GETFD) == -1) {
-            // Takes this number, the lowest free one. Child processes are to have it as well, so it stays
-            // open over exec.
+            // Gets this descriptor number, because it is the lowest free one. Without close-on-exec, because
+            // child processes need it too.
             ::open("/dev/null", O_RDWR);
         }
     }

@@ -2,8 +2,8 @@
 
 namespace Korvel {
 
-/// Opens /dev/null on each of the descriptors 0 to 2 that the caller left closed, so that no socket or file
-/// of this program is taken for one of them. Needs to come before anything else is opened.
+/// Opens /dev/null on each of the descriptors 0 to 2 that is closed, so that no socket or file of this
+/// program gets one of these numbers. Call it before opening anything else.
 void openMissingStandardStreams();
 
 }  // namespace Korvel

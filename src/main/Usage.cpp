@@ -10,7 +10,7 @@ void printUsage(int argc, char** argv) {
     if (argc == 0) {
         return;
     }
-    // The two defaults stand crosswise and unclosed: scripts compare with the text as it has always been.
+    // The two defaults are swapped and lack a ")". Scripts compare this text, so it must not change.
     print(argv[0], " usage:\n",
           "  Common Arguments:\n"
           "    -v         (verbose mode)\n"

@@ -2,7 +2,7 @@
 
 namespace Korvel {
 
-/// Prints the help text, every manager's block included, on standard output. Nothing where `argc` is 0.
+/// Prints the help text, with the parts of all managers, on standard output. Prints nothing if `argc` is 0.
 void printUsage(int argc, char** argv);
 
 }  // namespace Korvel

@@ -21,7 +21,7 @@ namespace {
 
 const char* const configurationFile = "/rom/private/fpdispatcher.conf";
 
-/// The first manager that claims the command line, or null.
+/// Returns the first manager that accepts the command line, or null.
 IManager* findManager(int argc, char** argv) {
     const auto manager = std::find_if(managers.begin(), managers.end(), [&](const auto& candidate) {
         return candidate->detectKeywords(argc, argv);
@@ -29,8 +29,8 @@ IManager* findManager(int argc, char** argv) {
     return manager == managers.end() ? nullptr : manager->get();
 }
 
-/// An action throws where a number on the command line does not fit; the text is the message for the
-/// operator.
+/// Actions throw if a number on the command line is out of range; the text of the exception is the message
+/// for the operator.
 bool resolve(IManager& manager, int argc, char** argv) {
     try {
         return manager.resolveRequest(argc, argv);
