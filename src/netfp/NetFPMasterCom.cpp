@@ -11,10 +11,10 @@
 namespace Korvel {
 namespace {
 
-/// Bytes that a response needs to tell which request it answers, and how that went.
+/// Minimum size of a response: its request identifier and error code, in bytes.
 constexpr std::size_t responseHeaderSize = offsetof(NetfpMaster_Response, switchPort);
 
-/// Bytes that a response with a switch port needs.
+/// Minimum size of a response with a switch port, in bytes.
 constexpr std::size_t switchPortResponseSize = offsetof(NetfpMaster_Response, rest);
 
 }  // namespace
@@ -24,8 +24,7 @@ std::string NetFPMasterCom::_clientSocketPath = "/tmp/Korvel";
 std::uint32_t NetFPMasterCom::_requestTimeoutX100 = 10;
 std::int32_t NetFPMasterCom::_getIfResponsePortNumber = 0;
 
-// The identifier tells answers apart; it need not be hard to guess.
-// NOLINTNEXTLINE(cert-msc30-c,cert-msc50-cpp)
+// The identifier distinguishes responses; it need not be unpredictable.
 NetFPMasterCom::NetFPMasterCom() : requestId(static_cast<std::uint32_t>(std::rand())) {
 }
 

@@ -8,13 +8,13 @@
 
 namespace Korvel {
 
-/// Client of the NetFP master: one request at a time out of a bound UNIX datagram socket, and the response
-/// with the same identifier back.
-/// Owns the descriptor; the socket's file stays behind and is replaced by the next connect() to the same
-/// path, of this process or another. Every failure is reported on standard error and false.
+/// Client of the NetFP master: sends one request at a time from a bound UNIX datagram socket, and receives
+/// the response with the same identifier. Owns the descriptor. The socket file remains after close() and is
+/// replaced by the next connect() to the same path, of any process. Functions that fail report it on standard
+/// error and return false.
 class NetFPMasterCom {
 public:
-    /// Judges a response whose error code is 0; true accepts it.
+    /// Examines a response with error code 0; returns true to accept it.
     using ResponseCallback = bool (*)(NetfpMaster_Response*);
 
     NetFPMasterCom();
@@ -24,26 +24,28 @@ public:
     NetFPMasterCom& operator=(NetFPMasterCom&&) = delete;
     ~NetFPMasterCom();
 
-    /// Creates the client socket and binds it. True at once where that was done before.
+    /// Creates the client socket and binds it. Returns true immediately if it is already connected.
     bool connect();
 
-    /// Closes the client socket; false only where closing fails. One that is not connected is reported.
+    /// Closes the client socket. Returns false only if closing fails. If the socket is not connected, reports
+    /// that.
     bool close();
 
-    /// Stamps the identifier into the request and sends it. Needs a connect() that succeeded. A null request
-    /// fails as a bad address.
+    /// Writes the identifier into the request and sends it. Requires a successful connect(). A null request
+    /// fails with EFAULT.
     bool sendNetFPRequest(NetfpMaster_Request* request);
 
-    /// Waits up to getTimeout() for the response to the last request and judges it: error code 0, and
-    /// `callback`, where there is one, accepts. Running out of time is not reported; the next request then
-    /// has a new identifier.
+    /// Waits up to getTimeout() for the response to the last request. Returns true if its error code is 0 and
+    /// `callback`, unless null, accepts it. A time-out is not reported; the next request then gets a new
+    /// identifier.
     bool receiveNetFpResponse(ResponseCallback callback);
 
-    /// The switch port behind a Linux interface; -1 where the master does not tell. Of a name, the first 32
-    /// bytes count.
+    /// Returns the switch port of a Linux interface, or -1 if the request fails. Names are truncated to 32
+    /// bytes.
     int getSwitchPortForInterface(const std::string& interfaceName);
 
-    /// Switches mirroring of one direction between two switch ports, of whose numbers the low 8 bits count.
+    /// Enables or disables mirroring of one direction between two switch ports. Port numbers are truncated to
+    /// their low 8 bits.
     bool setPortMirroring(bool enable, Netfp_Direction direction, int fromPort, int toPort);
 
     static void setMasterSocketPath(const std::string& path);
@@ -51,7 +53,7 @@ public:
     static void setClientSocketPath(const std::string& path);
     static std::string getClientSocketPath();
 
-    /// The wait for a response, in units of 100 ms; 0 waits without limit.
+    /// The time-out for a response, in units of 100 ms; 0 waits without limit.
     static void setTimeout(unsigned timeoutX100);
     static unsigned getTimeout();
 
@@ -59,9 +61,10 @@ public:
     static bool getSwitchPortForInterfaceCallback(NetfpMaster_Response* response);
 
 private:
-    /// Below 1 is not connected: descriptor 0 is never a connected socket.
+    /// Descriptor 0 is never a connected socket.
     bool isConnected() const { return socketFd.get() >= 1; }
-    /// Whether this answers the last request. Tells both in verbose mode.
+    /// Returns true if this is the response to the last request. In verbose mode, prints its identifier and
+    /// error code.
     bool matches(const NetfpMaster_Response& response) const;
 
     Base::UniqueFd socketFd;

@@ -6,19 +6,19 @@
 
 namespace Korvel {
 
-// The exchange with the NetFP master on a descriptor of the caller's. Failures are reported on standard
+// The exchange with the NetFP master on a descriptor that the caller owns. Failures are reported on standard
 // error.
 
-/// A UNIX datagram socket bound to `path`, in place of whatever file is there; -1 where that fails. The
+/// Returns a UNIX datagram socket bound to `path`, which replaces an existing file, or -1 on failure. The
 /// caller closes it.
 int connectAndBindToLinuxSocket(const std::string& path);
 
-/// Sends the request as it is, its identifier included, to the socket at `path`.
+/// Sends the request unchanged, including its identifier, to the socket at `path`.
 bool sendNetFPRequest(int fd, const std::string& path, NetfpMaster_Request* request);
 
-/// Waits `retries` times 100 ms (0: without limit) for the response to request `id`, whatever its error
-/// code, and writes it to `response`. Other datagrams are dropped. A wait that ends without one is false
-/// without a message.
+/// Waits up to `retries` times 100 ms (0: without limit) for the response to request `id`, with any error
+/// code, and writes it to `response`. Drops other datagrams. After a time-out, returns false without a
+/// report.
 bool receiveNetFpResponse(int fd, NetfpMaster_Response* response, unsigned id, int retries);
 
 }  // namespace Korvel

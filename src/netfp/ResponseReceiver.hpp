@@ -8,17 +8,16 @@
 
 namespace Korvel {
 
-/// The deadline of a time-out given in units of 100 ms; 0 means none.
+/// Returns the deadline for a time-out in units of 100 ms; 0 means none.
 Deadline deadlineInX100(unsigned timeout);
 
 enum class Received { response, nothing, failure };
 
-/// Whether a datagram is the response that the caller waits for. Bytes behind the first `size` are zero.
+/// Returns true if a datagram is the expected response. Bytes after the first `size` are zero.
 using ResponseTest = std::function<bool(const NetfpMaster_Response& datagram, std::size_t size)>;
 
-/// Takes datagrams from `socket` until `accepts` takes one; the others do not prolong the wait. Writes
-/// `response` only when there is one. A failure is reported on standard error; running into the deadline is
-/// not.
+/// Receives datagrams from `socket` until `accepts` returns true or until the deadline. Writes `response`
+/// only for Received::response. Reports a failure on standard error, but not a time-out.
 Received receiveResponse(int socket, const Deadline& deadline, const ResponseTest& accepts,
                          NetfpMaster_Response& response);
 

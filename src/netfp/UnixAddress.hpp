@@ -4,13 +4,14 @@
 
 namespace Korvel {
 
-// UNIX datagram sockets by path. Addresses go to the kernel at their full size. A path of 108 bytes or more
-// does not fit one: ENAMETOOLONG.
+// UNIX datagram sockets by path. Addresses are passed to the kernel at full size. Paths of 108 or more bytes
+// fail with ENAMETOOLONG.
 
-/// False with errno set.
+/// Returns false, with errno set, on failure.
 [[nodiscard]] bool bindToPath(int socket, const std::string& path);
 
-/// Sends the `size` bytes at `data` as one datagram to the socket bound to `path`. False with errno set.
+/// Sends the `size` bytes at `data` as one datagram to the socket bound to `path`. Returns false, with errno
+/// set, on failure.
 [[nodiscard]] bool sendToPath(int socket, const std::string& path, const void* data, std::size_t size);
 
 }  // namespace Korvel
