@@ -5,11 +5,11 @@
 
 namespace Korvel {
 
-/// What each peer answered to the heartbeat of one cycle.
+/// Each peer's response to the heartbeat of one cycle.
 struct HeartbeatRespStatus {
     enum Status : std::uint32_t { NOT_RECEIVED = 0, OK = 1, ERROR = 2 };
 
-    /// The value's name; empty for any other value.
+    /// Returns the name of a value, or an empty string for any other value.
     static std::string toString(Status status);
 
     Status netfpProxy = NOT_RECEIVED;

@@ -25,7 +25,7 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
-constexpr AppID logApplication = 5;  // meaningful to the log library alone
+constexpr AppID logApplication = 5;  // interpreted only by the log library
 constexpr unsigned timeoutsInARow = 10;
 constexpr seconds cyclePause{4};
 constexpr milliseconds responseTimeout{2000};
@@ -87,7 +87,7 @@ bool SupervisionMgr::initialize() {
          ++instance) {
         (*instance == Configuration::IWF ? iwfSelected : sfnSelected) = true;
     }
-    expectedResponses = Configuration::getInstanceCount() + 1;  // netfp_proxy answers, too
+    expectedResponses = Configuration::getInstanceCount() + 1;  // and netfp_proxy
     return expectedResponses > 1;
 }
 
@@ -156,8 +156,8 @@ int SupervisionMgr::waitForHeartbeatsResp() {
     return concludeCycle(status);
 }
 
-/// Takes the next datagram, cut to the size of a response. Where there is none, reports why and gives the
-/// result with which the cycle ends.
+/// Receives the next datagram, cut to the size of a response. If there is none, reports the reason and
+/// returns the result of the cycle.
 std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::size_t& size) {
     const auto room = std::as_writable_bytes(std::span(&response, 1));
     switch (receiveDatagram(netlinkFd.get(), room, deadlineIn(responseTimeout), size)) {
@@ -180,7 +180,8 @@ std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::siz
     return std::nullopt;
 }
 
-/// False where the supervision must stop. What is no answer to this cycle's questions is only reported.
+/// Returns false if supervision must stop. Datagrams that do not answer a request of this cycle are only
+/// reported.
 bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
                                   std::uint32_t& remaining) {
     if (response.header.nlmsg_seq == seqNumber.dispatcher) {

@@ -13,15 +13,21 @@
 
 namespace Korvel {
 
-/// "supervision": asks the selected dispatcher instances and netfp_proxy for a heartbeat, cycle after cycle.
-/// A healthy cycle leaves no trace and is followed by a pause of four seconds; one in which nothing came for
-/// two seconds is followed by the next at once. It ends with the tenth of those in a row, with an answer that
-/// is an error or from an unknown dispatcher, with answers that are still missing after ten seconds, and
-/// where nothing can be received. Reports go to the dispatcher's shared-memory log (tag "Supervision") and to
-/// the system log, in whatever mode. The status line of an unhealthy cycle goes to standard error as well.
+/// "supervision": requests a heartbeat of the selected dispatcher instances and of netfp_proxy in each cycle.
+/// After a healthy cycle, it reports nothing and pauses for four seconds. After a cycle in which no datagram
+/// arrived for two seconds, the next cycle starts immediately.
+///
+/// Supervision stops
+/// - after ten such time-outs in a row,
+/// - after an error response, or a response of an unknown dispatcher,
+/// - if responses are still missing after ten seconds,
+/// - if receiving fails.
+///
+/// Reports go to the dispatcher's shared-memory log (tag "Supervision") and to the system log, in every mode.
+/// The status line of an unhealthy cycle also goes to standard error.
 class SupervisionMgr : public IManager {
 public:
-    /// How a cycle ended.
+    /// The results of a cycle.
     static constexpr int allHealthy = 0;
     static constexpr int timedOut = 1;
     static constexpr int stop = 2;
@@ -31,44 +37,45 @@ public:
     bool detectKeywords(int argc, char** argv) override;
     void printHelpMsg(const std::string& indent, const std::string& programName) override;
 
-    /// Supervises until there is a reason to stop, and so is always false.
+    /// Supervises until there is a reason to stop. Always returns false.
     bool run() override;
 
     // The steps of run().
 
-    /// Opens the log and a netlink socket with this process's id as port id. False, with the reason logged,
-    /// where the socket cannot be had; false without a word where no dispatcher instance is selected.
+    /// Opens the log and a netlink socket with this process's id as port id. Returns false if the socket
+    /// cannot be opened, which is logged, or if no dispatcher instance is selected, which is not.
     bool initialize();
 
-    /// Cycle after cycle, until there is a reason to stop. Needs an initialize() that succeeded, as do the
-    /// steps of a cycle.
+    /// Runs cycles until there is a reason to stop. This and the steps of a cycle require a successful
+    /// initialize().
     void heartbeatMonitor();
 
-    // The steps of a cycle, whose sequence numbers are the current ones.
+    // The steps of a cycle. They use the current sequence numbers.
 
     void sendDispatcherHeartbeatReq(int portId);
 
-    /// Goes on to netfp_proxy's next sequence number first.
+    /// Increments netfp_proxy's sequence number first.
     void sendNetfpProxyHearbeatReq();
 
-    /// Collects the answers; others are reported and dropped. `timedOut` after two seconds without any
-    /// datagram; else, when all have answered or ten seconds have passed, `allHealthy` or `stop`.
+    /// Collects the responses; reports and drops other datagrams. Returns `timedOut` after two seconds
+    /// without any datagram. When all peers have answered or ten seconds have passed, returns `allHealthy` or
+    /// `stop`.
     int waitForHeartbeatsResp();
 
-    /// Closes the socket, where there is one.
+    /// Closes the socket if it is open.
     void cleanup();
 
-    /// One line about the peers that are supervised, without line end.
+    /// Returns one line about the supervised peers, without a line end.
     std::string getStatusStr(const HeartbeatRespStatus& status) const;
 
-    /// `level` is a LogLvl. `format` and what follows are as for printf, without a line end. Before
-    /// initialize(), the system log alone is written.
+    /// Logs one record. `level` is a LogLvl. `format` and its arguments are as for printf, without a line
+    /// end. Before initialize(), writes only to the system log.
     void logf(int level, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
 private:
     struct HeartbeatResponse;
 
-    /// Answers are told apart by their sequence numbers, which go up together and so never meet.
+    /// Sequence numbers identify the peer of a response. Both increase together, so they are never equal.
     struct NetlinkSeqNumber {
         std::uint32_t dispatcher = 0;
         std::uint32_t netfpProxy = 100;
@@ -86,7 +93,7 @@ private:
     std::uint32_t expectedResponses = 2;
     Base::UniqueFd netlinkFd;
     NetlinkSeqNumber seqNumber;
-    SmLog* logClient = nullptr;  // the library's
+    SmLog* logClient = nullptr;  // owned by the library
 };
 
 }  // namespace Korvel
