@@ -9,14 +9,14 @@
 
 namespace Util {
 
-/// Exchanges with one netlink peer whose requests are all a `Req` and whose responses are all a `Resp`.
+/// Exchanges messages with one netlink peer. All requests are of type `Req`, all responses of type `Resp`.
 template <typename Req, typename Resp>
 class Netlink : public NetlinkHelper {
     static_assert(std::is_trivially_copyable_v<Req> && std::is_trivially_copyable_v<Resp>,
                   "messages go over the wire byte by byte");
 
 public:
-    /// `destination` is the peer's port id; for `client` see NetlinkHelper.
+    /// `peer` is the peer's port id; for `client` see NetlinkHelper.
     Netlink(int peer, SmLog* client) : NetlinkHelper(client), destination(peer) {}
 
     bool send(const Req& request, unsigned sequence) {
@@ -24,8 +24,8 @@ public:
                                    static_cast<unsigned>(destination), sequence);
     }
 
-    /// True when a payload of the response's size has come; a longer one is cut to it, a shorter one is
-    /// reported and false. `sequence` is the header's nlmsg_seq.
+    /// Returns true if a payload of the response's size was received. A longer payload is cut to that size; a
+    /// shorter one is reported as a failure. `sequence` is the nlmsg_seq of its header.
     bool receive(Resp& response, std::chrono::milliseconds timeout, unsigned& sequence) {
         const int size =
             NetlinkHelper::receive(reinterpret_cast<char*>(&response), sizeof response, timeout, sequence);

@@ -77,7 +77,7 @@ int NetlinkHelper::receive(char* buffer, unsigned expected, std::chrono::millise
         report("Expected packet size too large: %u, max: %u", expected, payloadLimit);
         return failed;
     }
-    if (buffer == nullptr && expected > 0) {  // recv() would say so of its own buffer
+    if (buffer == nullptr && expected > 0) {  // recv() checks only its own buffer
         report("recv() error: %s", std::strerror(EFAULT));
         return failed;
     }

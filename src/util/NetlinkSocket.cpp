@@ -13,7 +13,7 @@
 namespace Util {
 namespace {
 
-/// What a message is stands in its payload.
+/// The message type is the first word of the payload.
 constexpr std::uint16_t everyMessageType = 1;
 
 sockaddr_nl addressOf(unsigned portId) {

@@ -9,20 +9,20 @@
 
 namespace Util {
 
-// Netlink sockets between programs, of the user-socket protocol. Failures leave errno set and are reported
-// by the callers, each in its own words.
+// Netlink sockets between programs, of the protocol NETLINK_USERSOCK. Failures set errno; callers report
+// them.
 
-/// The header in front of every payload, as the kernel's headers have it.
+/// The header before every payload, as defined by the kernel.
 constexpr std::size_t netlinkHeaderSize = sizeof(nlmsghdr);
 static_assert(netlinkHeaderSize == 16);
 
-/// An unbound socket, whose sends end after a second. Empty where it cannot be had.
+/// Returns an unbound socket whose sends time out after one second, or an empty descriptor.
 Base::UniqueFd openNetlinkSocket();
 
-/// Binds to this process's id as the port id.
+/// Binds the socket to this process's id as its port id.
 [[nodiscard]] bool bindNetlinkSocket(int socket);
 
-/// Sends the payload behind its header to the port id `destination`.
+/// Sends a header and the payload to the port id `destination`.
 [[nodiscard]] bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned destination,
                                       unsigned sequence);
 
