@@ -31,7 +31,7 @@ std::string listedPeersWithFaults() {
     return listedPeers("peers with faults", [](const PeerEntry& peer) { return !peer.faults.empty(); });
 }
 
-/// What can stand in place of a fault that `peer` does not have.
+/// The faults that `peer` has. If it has none, the peers with faults.
 std::string listedFaults(const PeerEntry& peer) {
     std::vector<std::string> forms;
     for (const FaultGroup& group : peer.faults) {
