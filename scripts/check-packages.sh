@@ -96,6 +96,7 @@ use_as_somebody() {
         COMP_LINE="korvel getp" COMP_POINT=11 _korvel
         echo "${COMPREPLY[@]}"'
     as_somebody korvel --help | grep '^  Log Collection:'
+    as_somebody boardsim --bare -- man korvel-package | grep 'packages of a board'
     expect '2' as_somebody boardsim -- korvel getport eth1
     as_somebody boardsim -- korvel -d all print | grep '^### sfn Socket Service Info #'
 }
