@@ -50,7 +50,7 @@ Exit status:
   3                     if no board could be started
   1                     from status, if no board is running
 
-See also: boardsim(1), and docs/boardsim.md in the source.
+See also: boardsim(1), and docs/boardsim.md in the documentation of Korvel.
 )";
 
 constexpr std::string_view shortConclusion = R"(
