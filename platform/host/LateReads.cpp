@@ -13,7 +13,7 @@ std::uint64_t asNumber(unsigned start, unsigned end) {
 }  // namespace
 
 void LateReads::add(unsigned start, unsigned end) {
-    reads[count++ % kept] = asNumber(start, end);
+    reads[count++ % capacity] = asNumber(start, end);
 }
 
 bool LateReads::contains(unsigned start, unsigned end) const {

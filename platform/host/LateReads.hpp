@@ -19,9 +19,9 @@ public:
 private:
     // Readers ask only about their last read. A record is lost only if more threads than this read late at
     // the same time.
-    static constexpr std::size_t kept = 16;
+    static constexpr std::size_t capacity = 16;
 
-    std::array<std::atomic<std::uint64_t>, kept> reads{};
+    std::array<std::atomic<std::uint64_t>, capacity> reads{};
     std::atomic<unsigned> count = 0;
 };
 

@@ -11,7 +11,7 @@
 namespace HostBoard {
 namespace {
 
-constexpr std::chrono::seconds patience{1};
+constexpr std::chrono::seconds lockTimeout{1};
 constexpr std::chrono::microseconds pollInterval{500};
 
 }  // namespace
@@ -19,7 +19,7 @@ constexpr std::chrono::microseconds pollInterval{500};
 // Polls, because flock() has no time-out. Releases the mutex between attempts, so that no thread holds it
 // longer than one log operation.
 bool LogLock::acquire() {
-    const auto deadline = std::chrono::steady_clock::now() + patience;
+    const auto deadline = std::chrono::steady_clock::now() + lockTimeout;
     while (!tryAcquire()) {
         if (errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= deadline) {
             return false;

@@ -36,8 +36,8 @@ public:
 
     /// Called around a fork. Locks only the mutex, so that the child never inherits a mutex that a missing
     /// thread holds.
-    void excludeThreads() { mutex.lock(); }
-    void admitThreads() { mutex.unlock(); }
+    void lockThreads() { mutex.lock(); }
+    void unlockThreads() { mutex.unlock(); }
 
 private:
     bool acquire();

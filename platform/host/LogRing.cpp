@@ -58,7 +58,7 @@ void LogRing::append(std::string_view line) {
     const std::uint64_t head = load(header.head);
     const std::uint64_t newHead = head + line.size();
     if (newHead - load(header.tail) > capacity) {
-        store(header.tail, behindLineAt(newHead - capacity - 1));
+        store(header.tail, endOfLineAt(newHead - capacity - 1));
     }
     copyIn(head, line);
     store(header.head, newHead);
@@ -79,16 +79,16 @@ LogRing::Excerpt LogRing::read(std::span<char> buffer, unsigned start) const {
 std::optional<std::uint64_t> LogRing::findKept(unsigned position) const {
     const std::uint64_t head = load(header.head);
     const std::uint64_t tail = load(header.tail);
-    const std::uint64_t behind = (positionAt(head) + positionCount - position) % positionCount;
-    if (position == 0 || behind > head - tail) {
+    const std::uint64_t distance = (positionAt(head) + positionCount - position) % positionCount;
+    if (position == 0 || distance > head - tail) {
         return std::nullopt;
     }
-    const std::uint64_t written = head - behind;
+    const std::uint64_t written = head - distance;
     return written == tail || textAt(written - 1) == '\n' ? std::optional(written) : std::nullopt;
 }
 
 /// Returns the end of the line that contains byte number `written`, at most the head.
-std::uint64_t LogRing::behindLineAt(std::uint64_t written) const {
+std::uint64_t LogRing::endOfLineAt(std::uint64_t written) const {
     const std::uint64_t head = load(header.head);
     while (written != head && textAt(written) != '\n') {
         ++written;

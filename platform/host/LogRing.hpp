@@ -55,7 +55,7 @@ private:
     };
 
     std::optional<std::uint64_t> findKept(unsigned position) const;
-    std::uint64_t behindLineAt(std::uint64_t written) const;
+    std::uint64_t endOfLineAt(std::uint64_t written) const;
     char& textAt(std::uint64_t written) const;
     void copyIn(std::uint64_t written, std::string_view line);
     void copyOut(std::uint64_t written, std::span<char> buffer) const;

@@ -28,7 +28,7 @@ int PhysicalWindow::translate(std::uint32_t physical, void*& address) {
     const std::lock_guard guard(mutex);
     const std::uint64_t offset = physical - firstAddress;
     const std::uint64_t start = offset - offset % pieceStep;
-    if (!opened() || !memory.reserve(offset, std::min(reserved, windowLength - offset))) {
+    if (!ensureOpen() || !memory.reserve(offset, std::min(reserved, windowLength - offset))) {
         return errno;
     }
     const Mapping& piece = pieceAt(start);
@@ -40,7 +40,7 @@ int PhysicalWindow::translate(std::uint32_t physical, void*& address) {
 }
 
 /// Opens the memory if necessary and restores its full length, which another process may have truncated.
-bool PhysicalWindow::opened() {
+bool PhysicalWindow::ensureOpen() {
     if (!memory) {
         memory = SharedMemory(name);
     }

@@ -26,7 +26,7 @@ public:
     int translate(std::uint32_t physical, void*& address);
 
 private:
-    bool opened();
+    bool ensureOpen();
     Mapping& pieceAt(std::uint64_t start);
 
     const char* const name;

@@ -11,15 +11,15 @@ std::unique_ptr<SharedLog> SharedLog::open(const std::string& name) {
         return nullptr;
     }
     std::unique_ptr<SharedLog> log(new SharedLog(std::move(memory), std::move(mapping)));
-    return log->maybeLog() ? std::move(log) : nullptr;
+    return log->isLogOrBusy() ? std::move(log) : nullptr;
 }
 
-SharedLog::SharedLog(SharedMemory object, Mapping place)
-    : memory(std::move(object)), mapping(std::move(place)), lock(memory), ring(mapping.bytes()) {
+SharedLog::SharedLog(SharedMemory object, Mapping view)
+    : memory(std::move(object)), mapping(std::move(view)), lock(memory), ring(mapping.bytes()) {
 }
 
 /// Returns true if the memory contains a log, or if the lock is busy and the memory cannot be checked.
-bool SharedLog::maybeLog() {
+bool SharedLog::isLogOrBusy() {
     const LogLock::Hold hold(lock);
     return !hold || ready();
 }
@@ -43,16 +43,16 @@ std::optional<LogRing::Excerpt> SharedLog::read(std::span<char> buffer, unsigned
 
 void SharedLog::afterForkInChild() {
     static_cast<void>(memory.reopen());  // if it fails, the child's operations fail
-    lock.admitThreads();
+    lock.unlockThreads();
 }
 
 /// Returns true if the object has the length of a log and all its memory is allocated.
-bool SharedLog::backed() {
+bool SharedLog::isFullyAllocated() {
     const std::optional<SharedMemory::Extent> extent = memory.extent();
     if (!extent || (extent->length != 0 && extent->length != LogRing::memorySize)) {
         return false;
     }
-    return extent->backed >= LogRing::memorySize || memory.reserve(0, LogRing::memorySize);
+    return extent->allocated >= LogRing::memorySize || memory.reserve(0, LogRing::memorySize);
 }
 
 }  // namespace HostBoard

@@ -30,16 +30,16 @@ public:
     std::optional<LogRing::Excerpt> read(std::span<char> buffer, unsigned start);
 
     /// Call these around a fork: before it, and after it in each process.
-    void beforeFork() { lock.excludeThreads(); }
-    void afterForkInParent() { lock.admitThreads(); }
+    void beforeFork() { lock.lockThreads(); }
+    void afterForkInParent() { lock.unlockThreads(); }
     void afterForkInChild();
 
 private:
-    SharedLog(SharedMemory object, Mapping place);
+    SharedLog(SharedMemory object, Mapping view);
 
-    bool backed();
-    bool ready() { return backed() && ring.prepare(); }
-    bool maybeLog();
+    bool isFullyAllocated();
+    bool ready() { return isFullyAllocated() && ring.prepare(); }
+    bool isLogOrBusy();
 
     // flock() belongs to the open file description, so this process needs its own. The mapping's description
     // is shared with forked children, which would keep the lock of a parent that died.

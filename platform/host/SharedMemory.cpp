@@ -25,13 +25,13 @@ std::optional<SharedMemory::Extent> SharedMemory::extent() const {
         return std::nullopt;
     }
     return Extent{.length = static_cast<std::uint64_t>(status.st_size),
-                  .backed = static_cast<std::uint64_t>(status.st_blocks) * blockSize};
+                  .allocated = static_cast<std::uint64_t>(status.st_blocks) * blockSize};
 }
 
 bool SharedMemory::grow(std::uint64_t length) {
     const std::optional<Extent> now = extent();
-    const auto stretch = [&] { return ::ftruncate(fd.get(), static_cast<off_t>(length)); };
-    return now && (now->length >= length || Base::uninterrupted(stretch) == 0);
+    const auto extend = [&] { return ::ftruncate(fd.get(), static_cast<off_t>(length)); };
+    return now && (now->length >= length || Base::uninterrupted(extend) == 0);
 }
 
 bool SharedMemory::reserve(std::uint64_t offset, std::uint64_t length) {

@@ -15,7 +15,7 @@ public:
     /// Sizes in bytes.
     struct Extent {
         std::uint64_t length;
-        std::uint64_t backed;  ///< allocated; the rest is holes
+        std::uint64_t allocated;  ///< the rest is holes
     };
 
     /// No object: every operation fails.

@@ -9,10 +9,10 @@ namespace HostBoard {
 
 SmLogRegistry* SmLogRegistry::instance() {
     static SmLogRegistry& registry = *new SmLogRegistry;
-    static const bool watchesForks =
+    static const bool forkHandlersInstalled =
         ::pthread_atfork([] { registry.beforeFork(); }, [] { registry.afterForkInParent(); },
                          [] { registry.afterForkInChild(); }) == 0;
-    return watchesForks ? &registry : nullptr;
+    return forkHandlersInstalled ? &registry : nullptr;
 }
 
 SmLogClient* SmLogRegistry::client(const std::string& name) {

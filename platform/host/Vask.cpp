@@ -35,7 +35,7 @@ int vask_cma_process_init() {
 
 int vask_cma_phy_to_virt(unsigned int physical, void** virtualPointer) {
     auto* const window = std::ranges::find_if(
-        windows(), [physical](const PhysicalWindow& one) { return one.contains(physical); });
+        windows(), [physical](const PhysicalWindow& candidate) { return candidate.contains(physical); });
     if (virtualPointer == nullptr || window == windows().end()) {
         return EFAULT;
     }
