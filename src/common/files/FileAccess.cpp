@@ -13,10 +13,10 @@
 namespace Korvel {
 namespace {
 
-using Kind = FileQuestion::Kind;
+using Kind = FileRequest::Kind;
 
-constexpr std::chrono::seconds patience{5};
-constexpr std::size_t largestReserve = 16U << 20U;  // a reported file size may be wrong
+constexpr std::chrono::seconds fileTimeout{5};
+constexpr std::size_t maximumReserve = 16U << 20U;  // a reported file size may be wrong
 
 FileHelper& fileHelper() {
     static FileHelper helper;
@@ -28,56 +28,56 @@ void reportError(const std::string& path, int error) {
 }
 
 /// A sequence of requests about one file, with a common deadline.
-class Look {
+class FileSession {
 public:
-    explicit Look(const std::string& path) : isNameable(path.size() < question.path.size()) {
-        if (isNameable) {
-            path.copy(question.path.data(), path.size());
+    explicit FileSession(const std::string& path) : pathFits(path.size() < request.path.size()) {
+        if (pathFits) {
+            path.copy(request.path.data(), path.size());
         }
     }
 
-    void setAccessMode(int mode) { question.accessMode = mode; }
-    void setOwner(std::optional<uid_t> owner) { question.owner = owner; }
+    void setAccessMode(int mode) { request.accessMode = mode; }
+    void setOwner(std::optional<uid_t> owner) { request.owner = owner; }
 
-    FileAnswer ask(Kind kind) {
-        if (!isNameable) {
+    FileResponse query(Kind kind) {
+        if (!pathFits) {
             return {.error = ENAMETOOLONG};
         }
-        question.kind = kind;
-        const FileExchange& exchange = fileHelper().ask(question, deadline);
-        content = {exchange.piece.data(), exchange.answer.size};
-        return exchange.answer;
+        request.kind = kind;
+        const FileExchange& exchange = fileHelper().query(request, deadline);
+        content = {exchange.piece.data(), exchange.response.size};
+        return exchange.response;
     }
 
-    /// The data of the last answer; valid until the next request.
+    /// The data of the last response; valid until the next request.
     std::string_view piece() const { return content; }
 
 private:
-    FileQuestion question;
-    bool isNameable;
-    Deadline deadline = deadlineIn(patience);
+    FileRequest request;
+    bool pathFits;
+    Deadline deadline = deadlineIn(fileTimeout);
     std::string_view content;
 };
 
 /// Sends a request and reports a time-out, the only unexpected failure.
-FileAnswer askBriefly(Look& look, Kind kind, const std::string& path) {
-    const FileAnswer answer = look.ask(kind);
-    if (answer.error == ETIMEDOUT) {
-        reportError(path, answer.error);
+FileResponse queryReportingTimeout(FileSession& session, Kind kind, const std::string& path) {
+    const FileResponse response = session.query(kind);
+    if (response.error == ETIMEDOUT) {
+        reportError(path, response.error);
     }
-    errno = answer.error;
-    return answer;
+    errno = response.error;
+    return response;
 }
 
 /// Reads all pieces of the opened file, and closes it.
-void readPieces(Look& look, std::string& text, std::size_t limit, FileReading& reading) {
-    FileAnswer answer = look.ask(Kind::read);
-    while (answer.error == 0 && answer.size > 0) {
-        reading.cut = !appendWithin(limit, text, look.piece());
-        answer = reading.cut ? FileAnswer{} : look.ask(Kind::read);
+void readPieces(FileSession& session, std::string& text, std::size_t limit, FileReading& reading) {
+    FileResponse response = session.query(Kind::read);
+    while (response.error == 0 && response.size > 0) {
+        reading.cut = !appendWithin(limit, text, session.piece());
+        response = reading.cut ? FileResponse{} : session.query(Kind::read);
     }
-    reading.error = answer.error;
-    if (reading.error != ETIMEDOUT && look.ask(Kind::close).error == ETIMEDOUT && reading.error == 0) {
+    reading.error = response.error;
+    if (reading.error != ETIMEDOUT && session.query(Kind::close).error == ETIMEDOUT && reading.error == 0) {
         reading.error = ETIMEDOUT;
     }
 }
@@ -85,29 +85,29 @@ void readPieces(Look& look, std::string& text, std::size_t limit, FileReading& r
 }  // namespace
 
 bool isAccessible(const std::string& path, int mode) {
-    Look look(path);
-    look.setAccessMode(mode);
-    return askBriefly(look, Kind::access, path).error == 0;
+    FileSession session(path);
+    session.setAccessMode(mode);
+    return queryReportingTimeout(session, Kind::access, path).error == 0;
 }
 
 std::optional<FileState> stateOf(const std::string& path) {
-    Look look(path);
-    const FileAnswer answer = askBriefly(look, Kind::state, path);
-    return answer.error == 0 ? std::optional(answer.state) : std::nullopt;
+    FileSession session(path);
+    const FileResponse response = queryReportingTimeout(session, Kind::state, path);
+    return response.error == 0 ? std::optional(response.state) : std::nullopt;
 }
 
 FileReading readFile(const std::string& path, std::string& text, const ReadingRules& rules) {
-    Look look(path);
-    look.setOwner(rules.owner);
-    const FileAnswer answer = look.ask(Kind::open);
+    FileSession session(path);
+    session.setOwner(rules.owner);
+    const FileResponse response = session.query(Kind::open);
     FileReading reading{
-        .opened = answer.error == 0, .error = answer.error, .cut = false, .state = answer.state};
+        .opened = response.error == 0, .error = response.error, .cut = false, .state = response.state};
     if (reading.opened) {
         text.clear();
         // Reserve memory, because a growing string temporarily needs more than twice its size.
         const auto expected = static_cast<std::size_t>(std::max<off_t>(reading.state.size, 0));
-        text.reserve(std::min({expected, rules.sizeLimit, largestReserve}));
-        readPieces(look, text, rules.sizeLimit, reading);
+        text.reserve(std::min({expected, rules.sizeLimit, maximumReserve}));
+        readPieces(session, text, rules.sizeLimit, reading);
     }
     return reading;
 }

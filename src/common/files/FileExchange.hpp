@@ -9,9 +9,9 @@
 
 namespace Korvel {
 
-// A request about a file and its answer, in memory that two processes share; therefore without pointers.
+// A request about a file and its response, in memory that two processes share; therefore without pointers.
 
-struct FileQuestion {
+struct FileRequest {
     enum class Kind {
         access,  ///< checks access `accessMode` to the file
         state,   ///< reads the file's state
@@ -26,18 +26,18 @@ struct FileQuestion {
     std::array<char, PATH_MAX> path = {};  ///< zero-terminated; for read and close: that of open
 
     /// Returns true if the request does not refer to a file that an earlier request opened.
-    bool isFirst() const { return kind != Kind::read && kind != Kind::close; }
+    bool isIndependent() const { return kind != Kind::read && kind != Kind::close; }
 };
 
-struct FileAnswer {
+struct FileResponse {
     int error = 0;         ///< errno value, or 0
     FileState state = {};  ///< for state and open
     std::size_t size = 0;  ///< for read: bytes of the piece; 0 at the end
 };
 
 struct FileExchange {
-    FileQuestion question;
-    FileAnswer answer;
+    FileRequest request;
+    FileResponse response;
     std::array<char, 65536> piece;
 };
 

@@ -19,8 +19,8 @@
 namespace Korvel {
 namespace {
 
-constexpr std::chrono::milliseconds lookInterval{250};  // of checks whether the helper is alive
-constexpr std::chrono::milliseconds longTime = std::chrono::hours(1);
+constexpr std::chrono::milliseconds livenessCheckInterval{250};
+constexpr std::chrono::milliseconds idleWait = std::chrono::hours(1);
 
 void closeAllDescriptors() {
 #ifdef SYS_close_range
@@ -66,9 +66,9 @@ struct FileHelper::Shared {
     [[noreturn]] void serve() noexcept {
         FileService service;
         for (;;) {
-            if (turn.await(Turn::answering, longTime)) {
-                service.answer(exchange);
-                turn.passTo(Turn::asking);
+            if (turn.await(Turn::responder, idleWait)) {
+                service.handle(exchange);
+                turn.passTo(Turn::requester);
             }
         }
     }
@@ -78,51 +78,52 @@ FileHelper::~FileHelper() {
     abandon();
 }
 
-const FileExchange& FileHelper::ask(const FileQuestion& question, const Deadline& deadline) {
-    if (question.isFirst()) {
-        looksItself = !isShared(question.path.data()) && liesOnRootFileSystem(question.path.data());
+const FileExchange& FileHelper::query(const FileRequest& request, const Deadline& deadline) {
+    if (request.isIndependent()) {
+        accessesDirectly = !isShared(request.path.data()) && liesOnRootFileSystem(request.path.data());
     }
     // If the idle helper was killed, try a new one. If a file was open, its helper cannot be replaced.
-    const int attempts = question.isFirst() ? 2 : 1;
+    const int attempts = request.isIndependent() ? 2 : 1;
     Outcome outcome = Outcome::helperDied;
-    for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied && !looksItself; ++attempt) {
+    for (int attempt = 0; attempt < attempts && outcome == Outcome::helperDied && !accessesDirectly;
+         ++attempt) {
         if (isRunning() || start()) {
-            outcome = handOver(question, deadline);
+            outcome = sendRequest(request, deadline);
         } else {
-            looksItself = true;
+            accessesDirectly = true;
         }
     }
-    if (looksItself) {
-        ownExchange().question = question;
-        ownService.answer(*own);
-        return *own;
+    if (accessesDirectly) {
+        localExchange().request = request;
+        localService.handle(*local);
+        return *local;
     }
-    if (outcome == Outcome::answered) {
+    if (outcome == Outcome::responded) {
         return shared->exchange;
     }
     abandon();
-    ownExchange().answer = {.error = outcome == Outcome::timedOut ? ETIMEDOUT : EIO};
-    return *own;
+    localExchange().response = {.error = outcome == Outcome::timedOut ? ETIMEDOUT : EIO};
+    return *local;
 }
 
-FileHelper::Outcome FileHelper::handOver(const FileQuestion& question, const Deadline& deadline) {
+FileHelper::Outcome FileHelper::sendRequest(const FileRequest& request, const Deadline& deadline) {
     if (hasPassed(deadline)) {  // each piece arrived in time, but not all of them
         return Outcome::timedOut;
     }
-    shared->exchange.question = question;
-    shared->turn.passTo(Turn::answering);
-    return awaitAnswer(deadline);
+    shared->exchange.request = request;
+    shared->turn.passTo(Turn::responder);
+    return waitForResponse(deadline);
 }
 
-FileExchange& FileHelper::ownExchange() {
-    if (own == nullptr) {
-        own = std::make_unique<FileExchange>();
+FileExchange& FileHelper::localExchange() {
+    if (local == nullptr) {
+        local = std::make_unique<FileExchange>();
     }
-    return *own;
+    return *local;
 }
 
 bool FileHelper::isRunning() const {
-    return shared != nullptr && starter == ::getpid();
+    return shared != nullptr && parentPid == ::getpid();
 }
 
 bool FileHelper::start() {
@@ -132,23 +133,23 @@ bool FileHelper::start() {
         return false;
     }
     shared = new (memory) Shared;
-    starter = ::getpid();
-    helper = ::fork();
-    if (helper == 0) {
-        detach(starter);
+    parentPid = ::getpid();
+    helperPid = ::fork();
+    if (helperPid == 0) {
+        detach(parentPid);
         shared->serve();
     }
-    if (helper < 0) {
+    if (helperPid < 0) {
         abandon();
     }
-    return helper > 0;
+    return helperPid > 0;
 }
 
-FileHelper::Outcome FileHelper::awaitAnswer(const Deadline& deadline) {
-    while (!shared->turn.await(Turn::asking, lookInterval)) {
+FileHelper::Outcome FileHelper::waitForResponse(const Deadline& deadline) {
+    while (!shared->turn.await(Turn::requester, livenessCheckInterval)) {
         flushStandardOutput();
-        if (::waitpid(helper, nullptr, WNOHANG) == helper) {
-            helper = -1;
+        if (::waitpid(helperPid, nullptr, WNOHANG) == helperPid) {
+            helperPid = -1;
             abandon();
             return Outcome::helperDied;
         }
@@ -156,23 +157,23 @@ FileHelper::Outcome FileHelper::awaitAnswer(const Deadline& deadline) {
             return Outcome::timedOut;
         }
     }
-    return Outcome::answered;
+    return Outcome::responded;
 }
 
 /// Kills the helper without waiting for its end.
 void FileHelper::abandon() {
-    if (isRunning() && helper > 0) {
-        ::kill(helper, SIGKILL);
+    if (isRunning() && helperPid > 0) {
+        ::kill(helperPid, SIGKILL);
     }
     if (shared != nullptr) {
         ::munmap(shared, sizeof(Shared));
     }
     shared = nullptr;
-    helper = -1;
+    helperPid = -1;
 }
 
 void FileHelper::dismiss() {
-    const pid_t idle = isRunning() ? helper : -1;
+    const pid_t idle = isRunning() ? helperPid : -1;
     abandon();
     if (idle > 0) {
         Base::uninterrupted([&] { return ::waitpid(idle, nullptr, 0); });

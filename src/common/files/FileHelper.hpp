@@ -15,7 +15,7 @@ namespace Korvel {
 /// waits. It has none of this process's descriptors, so that readers of this program's output do not wait for
 /// it.
 ///
-/// A helper answers one request at a time. If it does not answer in time, it is abandoned, and the next
+/// A helper handles one request at a time. If it does not respond in time, it is abandoned, and the next
 /// request starts a new helper. It ends with this process.
 class FileHelper {
 public:
@@ -26,33 +26,33 @@ public:
     FileHelper& operator=(FileHelper&&) = delete;
     ~FileHelper();
 
-    /// Sends a request to the helper and waits for the answer. The returned exchange is valid until the next
-    /// request. If there is no answer before the deadline, its error is ETIMEDOUT. This process accesses the
-    /// file itself if no helper can be started, or if the file is on the root file system, which every
-    /// program needs anyway.
-    const FileExchange& ask(const FileQuestion& question, const Deadline& deadline);
+    /// Sends a request to the helper and waits for the response. The returned exchange is valid until the
+    /// next request. If there is no response before the deadline, its error is ETIMEDOUT. This process
+    /// accesses the file itself if no helper can be started, or if the file is on the root file system, which
+    /// every program needs anyway.
+    const FileExchange& query(const FileRequest& request, const Deadline& deadline);
 
     /// Ends the helper, for a program that will send no requests for a long time. The next request starts a
     /// new one.
     void dismiss();
 
 private:
-    enum class Outcome { answered, timedOut, helperDied };
+    enum class Outcome { responded, timedOut, helperDied };
     struct Shared;
 
     bool isRunning() const;
     bool start();
     void abandon();
-    Outcome handOver(const FileQuestion& question, const Deadline& deadline);
-    Outcome awaitAnswer(const Deadline& deadline);
-    FileExchange& ownExchange();
+    Outcome sendRequest(const FileRequest& request, const Deadline& deadline);
+    Outcome waitForResponse(const Deadline& deadline);
+    FileExchange& localExchange();
 
     Shared* shared = nullptr;  // mapped; shared with the helper
-    pid_t helper = -1;
-    pid_t starter = -1;        // forks of that process have no helper
-    bool looksItself = false;  // this process accesses the current file itself
-    FileService ownService;
-    std::unique_ptr<FileExchange> own;  // for answers without a helper
+    pid_t helperPid = -1;
+    pid_t parentPid = -1;           // forks of that process have no helper
+    bool accessesDirectly = false;  // this process accesses the current file itself
+    FileService localService;
+    std::unique_ptr<FileExchange> local;  // for requests without the helper
 };
 
 }  // namespace Korvel

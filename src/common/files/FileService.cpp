@@ -7,46 +7,46 @@
 namespace Korvel {
 namespace {
 
-FileAnswer access(const FileQuestion& question) {
-    return {.error = ::access(question.path.data(), question.accessMode) == 0 ? 0 : errno};
+FileResponse access(const FileRequest& request) {
+    return {.error = ::access(request.path.data(), request.accessMode) == 0 ? 0 : errno};
 }
 
-FileAnswer stateOf(const FileQuestion& question) {
+FileResponse stateOf(const FileRequest& request) {
     struct stat status {};
-    const int error = ::stat(question.path.data(), &status) == 0 ? 0 : errno;
+    const int error = ::stat(request.path.data(), &status) == 0 ? 0 : errno;
     return {.error = error, .state = FileState(status)};
 }
 
 }  // namespace
 
-void FileService::answer(FileExchange& exchange) {
-    exchange.answer = answerTo(exchange.question, exchange.piece);
+void FileService::handle(FileExchange& exchange) {
+    exchange.response = respondTo(exchange.request, exchange.piece);
 }
 
-FileAnswer FileService::answerTo(const FileQuestion& question, std::span<char> piece) {
-    switch (question.kind) {
-        case FileQuestion::Kind::access:
-            return access(question);
-        case FileQuestion::Kind::state:
-            return stateOf(question);
-        case FileQuestion::Kind::open:
-            return open(question);
-        case FileQuestion::Kind::read:
+FileResponse FileService::respondTo(const FileRequest& request, std::span<char> piece) {
+    switch (request.kind) {
+        case FileRequest::Kind::access:
+            return access(request);
+        case FileRequest::Kind::state:
+            return stateOf(request);
+        case FileRequest::Kind::open:
+            return open(request);
+        case FileRequest::Kind::read:
             return readPiece(piece);
-        case FileQuestion::Kind::close:
+        case FileRequest::Kind::close:
             file = InputFile();
             break;
     }
     return {};
 }
 
-FileAnswer FileService::open(const FileQuestion& question) {
-    file = InputFile(question.path.data(), question.owner);
+FileResponse FileService::open(const FileRequest& request) {
+    file = InputFile(request.path.data(), request.owner);
     const int error = file.isOpen() ? 0 : errno;
     return {.error = error, .state = file.state()};
 }
 
-FileAnswer FileService::readPiece(std::span<char> piece) {
+FileResponse FileService::readPiece(std::span<char> piece) {
     const std::optional<std::size_t> size = file.read(piece);
     return {.error = size ? 0 : errno, .size = size.value_or(0)};
 }

@@ -5,15 +5,15 @@
 
 namespace Korvel {
 
-/// Answers requests about files. Blocks as long as the file system does.
+/// Handles requests about files. Blocks as long as the file system does.
 class FileService {
 public:
-    void answer(FileExchange& exchange);
+    void handle(FileExchange& exchange);
 
 private:
-    FileAnswer answerTo(const FileQuestion& question, std::span<char> piece);
-    FileAnswer open(const FileQuestion& question);
-    FileAnswer readPiece(std::span<char> piece);
+    FileResponse respondTo(const FileRequest& request, std::span<char> piece);
+    FileResponse open(const FileRequest& request);
+    FileResponse readPiece(std::span<char> piece);
 
     InputFile file;
 };

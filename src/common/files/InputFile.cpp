@@ -13,7 +13,7 @@ bool belongsTo(const struct stat& status, uid_t owner) {
 }
 
 /// Returns 0, or an errno value if a file of this state must not be read.
-int refusal(const struct stat& status, std::optional<uid_t> owner) {
+int accessError(const struct stat& status, std::optional<uid_t> owner) {
     if (S_ISDIR(status.st_mode)) {
         return EISDIR;
     }
@@ -32,7 +32,7 @@ InputFile::InputFile(const std::string& path, std::optional<uid_t> owner) : file
     if (!file) {
         return;
     }
-    const int reason = ::fstat(file.get(), &status) != 0 ? errno : refusal(status, owner);
+    const int reason = ::fstat(file.get(), &status) != 0 ? errno : accessError(status, owner);
     if (reason != 0) {
         file.reset();
         errno = reason;

@@ -22,8 +22,8 @@ bool liesOnRootFileSystem(const char* path) {
     if (path[0] != '/') {
         return false;
     }
-    const Base::UniqueFd place(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how)));
-    return place || errno == ENOENT;
+    const Base::UniqueFd entry(static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how)));
+    return entry || errno == ENOENT;
 }
 
 #else  // kernel headers older than Linux 5.6

@@ -21,28 +21,28 @@ bool isTrusted(const struct stat& status) {
     return status.st_uid == 0 || status.st_uid == ::geteuid();
 }
 
-Base::UniqueFd refuse(int reason) {
+Base::UniqueFd failWith(int reason) {
     errno = reason;
     return {};
 }
 
-Base::UniqueFd openPlace(int directory, const std::string& name, int flags) {
+Base::UniqueFd openEntry(int directory, const std::string& name, int flags) {
     return Base::UniqueFd(Base::uninterrupted(
         [&] { return ::openat(directory, name.c_str(), flags | O_CLOEXEC, newFileMode); }));
 }
 
 /// Returns true if the file belongs to the caller and has no other hard link.
-bool isOwnAlone(const struct stat& status) {
+bool isExclusivelyOwned(const struct stat& status) {
     return status.st_uid == ::geteuid() && status.st_nlink <= 1;
 }
 
 Base::UniqueFd createFile(int directory, const std::string& name) {
-    return openPlace(directory, name, outputFlags | O_CREAT | O_EXCL);
+    return openEntry(directory, name, outputFlags | O_CREAT | O_EXCL);
 }
 
 Base::UniqueFd replaceFile(int directory, const std::string& name) {
     if (::unlinkat(directory, name.c_str(), 0) != 0) {
-        return refuse(EACCES);
+        return failWith(EACCES);
     }
     return createFile(directory, name);
 }
@@ -50,7 +50,7 @@ Base::UniqueFd replaceFile(int directory, const std::string& name) {
 /// Opens an existing file for writing. Checks the opened file, because the name may refer to another one
 /// since the first check.
 Base::UniqueFd openExisting(int directory, const std::string& name) {
-    Base::UniqueFd file = openPlace(directory, name, outputFlags);
+    Base::UniqueFd file = openEntry(directory, name, outputFlags);
     struct stat status {};
     if (!file || ::fstat(file.get(), &status) != 0) {
         return {};
@@ -59,9 +59,9 @@ Base::UniqueFd openExisting(int directory, const std::string& name) {
         return file;
     }
     if (!S_ISREG(status.st_mode)) {
-        return refuse(ENXIO);
+        return failWith(ENXIO);
     }
-    return isOwnAlone(status) ? std::move(file) : refuse(EACCES);
+    return isExclusivelyOwned(status) ? std::move(file) : failWith(EACCES);
 }
 
 /// Returns the target of the link with this O_PATH descriptor, or an empty string with errno set.
@@ -76,9 +76,9 @@ std::string linkTarget(int link) {
 }
 
 /// Walks a path name by name. The remaining path is a string, because a link's target is inserted before it.
-class Walk {
+class PathWalk {
 public:
-    explicit Walk(const std::string& path) : rest(path) { start(); }
+    explicit PathWalk(const std::string& path) : rest(path) { start(); }
 
     /// Opens the last name of the path. Passes to `open` the descriptor of the parent directory, the name,
     /// and the status of the existing file, which is never a link, or null.
@@ -86,7 +86,7 @@ public:
     Base::UniqueFd openLast(Open open) {
         while (directory) {
             const std::string name = nextName();
-            Base::UniqueFd entry = openPlace(directory.get(), name, O_PATH | O_NOFOLLOW);
+            Base::UniqueFd entry = openEntry(directory.get(), name, O_PATH | O_NOFOLLOW);
             struct stat status {};
             if (entry && ::fstat(entry.get(), &status) != 0) {
                 return {};
@@ -109,7 +109,7 @@ private:
     void start() {
         const bool absolute = rest.starts_with('/');
         if (absolute || !directory) {
-            directory = openPlace(AT_FDCWD, absolute ? "/" : ".", O_PATH | O_DIRECTORY);
+            directory = openEntry(AT_FDCWD, absolute ? "/" : ".", O_PATH | O_DIRECTORY);
         }
     }
 
@@ -139,26 +139,27 @@ private:
 }  // namespace
 
 Base::UniqueFd openTrusted(const std::string& path, SharedFile shared) {
-    return Walk(path).openLast([shared](int directory, const std::string& name, const struct stat* there) {
-        if (there == nullptr) {
-            return errno == ENOENT ? createFile(directory, name) : Base::UniqueFd();
-        }
-        if (!S_ISREG(there->st_mode) || isOwnAlone(*there)) {
-            return openExisting(directory, name);
-        }
-        return shared == SharedFile::replace ? replaceFile(directory, name) : refuse(EACCES);
-    });
+    return PathWalk(path).openLast(
+        [shared](int directory, const std::string& name, const struct stat* existing) {
+            if (existing == nullptr) {
+                return errno == ENOENT ? createFile(directory, name) : Base::UniqueFd();
+            }
+            if (!S_ISREG(existing->st_mode) || isExclusivelyOwned(*existing)) {
+                return openExisting(directory, name);
+            }
+            return shared == SharedFile::replace ? replaceFile(directory, name) : failWith(EACCES);
+        });
 }
 
 Base::UniqueFd openTrustedInput(const std::string& path) {
-    return Walk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
-        return openPlace(directory, name, inputFlags);
+    return PathWalk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
+        return openEntry(directory, name, inputFlags);
     });
 }
 
 Base::UniqueFd openTrustedFolder(const std::string& path) {
-    return Walk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
-        return openPlace(directory, name, inputFlags | O_DIRECTORY);
+    return PathWalk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
+        return openEntry(directory, name, inputFlags | O_DIRECTORY);
     });
 }
 

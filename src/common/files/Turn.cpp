@@ -27,7 +27,7 @@ void Turn::passTo(Side next) {
 
 bool Turn::await(Side side, std::chrono::milliseconds limit) const {
     using namespace std::chrono;
-    const std::uint32_t other = side == asking ? answering : asking;
+    const std::uint32_t other = side == requester ? responder : requester;
     if (current.load(std::memory_order_acquire) != side) {
         const KernelTime time{.seconds = static_cast<long>(limit / seconds(1)),
                               .nanoseconds = static_cast<long>(nanoseconds(limit % seconds(1)).count())};

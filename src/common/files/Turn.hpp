@@ -10,7 +10,7 @@ namespace Korvel {
 /// writes before it passes the turn is visible to the other side afterwards.
 class Turn {
 public:
-    enum Side : std::uint32_t { asking, answering };
+    enum Side : std::uint32_t { requester, responder };
 
     /// Only for the side that has the turn.
     void passTo(Side next);
@@ -19,7 +19,7 @@ public:
     bool await(Side side, std::chrono::milliseconds limit) const;
 
 private:
-    std::atomic<std::uint32_t> current = asking;
+    std::atomic<std::uint32_t> current = requester;
     static_assert(std::atomic<std::uint32_t>::is_always_lock_free && sizeof(std::atomic<std::uint32_t>) == 4,
                   "the kernel waits on the bare word");
 };

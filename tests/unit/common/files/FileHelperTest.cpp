@@ -11,18 +11,18 @@
 namespace {
 
 using Korvel::FileHelper;
-using Korvel::FileQuestion;
+using Korvel::FileRequest;
 using namespace std::chrono_literals;
 
-FileQuestion questionAbout(const std::string& path, FileQuestion::Kind kind) {
-    FileQuestion question;
-    question.kind = kind;
-    path.copy(question.path.data(), path.size());
-    return question;
+FileRequest requestFor(const std::string& path, FileRequest::Kind kind) {
+    FileRequest request;
+    request.kind = kind;
+    path.copy(request.path.data(), path.size());
+    return request;
 }
 
-int errorOf(FileHelper& helper, const FileQuestion& question) {
-    return helper.ask(question, Korvel::deadlineIn(5s)).answer.error;
+int errorOf(FileHelper& helper, const FileRequest& request) {
+    return helper.query(request, Korvel::deadlineIn(5s)).response.error;
 }
 
 void signalHelpers(int signal) {
@@ -35,35 +35,35 @@ void signalHelpers(int signal) {
 
 TEST(FileHelper, ThatWasKilledIsReplacedForANewLook) {
     writeFile("/tmp/file", "text");
-    const FileQuestion question = questionAbout("/tmp/file", FileQuestion::Kind::open);
+    const FileRequest request = requestFor("/tmp/file", FileRequest::Kind::open);
     FileHelper helper;
-    EXPECT_EQ(errorOf(helper, question), 0);
+    EXPECT_EQ(errorOf(helper, request), 0);
 
     signalHelpers(SIGKILL);
 
-    EXPECT_EQ(errorOf(helper, question), 0);
+    EXPECT_EQ(errorOf(helper, request), 0);
 }
 
 TEST(FileHelper, OutlivesSignalsThatAreSentToEveryProcess) {
     writeFile("/tmp/file", "text");
     FileHelper helper;
-    EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::open)), 0);
+    EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::open)), 0);
 
     for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
         signalHelpers(signal);
     }
 
-    EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::read)), 0);
+    EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::read)), 0);
 }
 
 TEST(FileHelper, ThatWasKilledTakesTheFileWithItThatItHadOpen) {
     writeFile("/tmp/file", "text");
     FileHelper helper;
-    EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::open)), 0);
+    EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::open)), 0);
 
     signalHelpers(SIGKILL);
 
-    EXPECT_EQ(errorOf(helper, questionAbout("/tmp/file", FileQuestion::Kind::read)), EIO);
+    EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::read)), EIO);
 }
 
 }  // namespace
