@@ -10,7 +10,7 @@ namespace {
 
 /// Determines the base from C notation. strtoll() could do this, but newer C libraries than the board's
 /// accept more prefixes.
-int baseOf(const std::string& text) {
+int detectBase(const std::string& text) {
     const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
     const std::size_t digits = start == std::string::npos ? text.size() : text.find_first_not_of("+-", start);
     const std::string prefix = digits == std::string::npos ? "" : text.substr(digits, 2);
@@ -45,7 +45,7 @@ NumberError parseNumber(const std::string& text, int& value) {
 }
 
 NumberError parseUnsigned(const std::string& text, int base, std::uint32_t& value) {
-    return parse(text.c_str(), base == 0 ? baseOf(text) : base, value);
+    return parse(text.c_str(), base == 0 ? detectBase(text) : base, value);
 }
 
 NumberError parseWholeNumber(const std::string& text, unsigned long& value) {

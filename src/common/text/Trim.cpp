@@ -5,18 +5,18 @@
 
 namespace {
 
-bool isNoSpace(unsigned char character) {
+bool isNotSpace(unsigned char character) {
     return std::isspace(character) == 0;
 }
 
 }  // namespace
 
 void ltrim(std::string& text) {
-    text.erase(text.begin(), std::find_if(text.begin(), text.end(), isNoSpace));
+    text.erase(text.begin(), std::find_if(text.begin(), text.end(), isNotSpace));
 }
 
 void rtrim(std::string& text) {
-    text.erase(std::find_if(text.rbegin(), text.rend(), isNoSpace).base(), text.end());
+    text.erase(std::find_if(text.rbegin(), text.rend(), isNotSpace).base(), text.end());
 }
 
 void trim(std::string& text) {
