@@ -7,7 +7,7 @@ int outputError = 0;
 
 }  // namespace
 
-void noteOutputFailure() {
+void recordOutputFailure() {
     if (!std::cout && outputError == 0) {
         outputError = errno;
     }
@@ -15,7 +15,7 @@ void noteOutputFailure() {
 
 void flushStandardOutput() {
     std::cout.flush();
-    noteOutputFailure();
+    recordOutputFailure();
 }
 
 bool finishStandardOutput() {

@@ -10,7 +10,7 @@
 namespace Korvel {
 
 /// Stores errno of the first failed write to standard output. Call it immediately after each write.
-void noteOutputFailure();
+void recordOutputFailure();
 
 /// Flushes standard output. Call it before starting a child process and before waiting, so that all output
 /// appears in order.
@@ -23,7 +23,7 @@ void flushStandardOutput();
 template <typename... Pieces>
 void print(const Pieces&... pieces) {
     (std::cout << ... << pieces);
-    noteOutputFailure();
+    recordOutputFailure();
 }
 
 /// Prints one line on standard output, in verbose mode only.

@@ -11,7 +11,7 @@ namespace Korvel {
 namespace {
 
 /// Waits without limit until the descriptor is writable, as a blocking write does.
-bool waitForRoom(int descriptor) {
+bool waitUntilWritable(int descriptor) {
     pollfd waiting{.fd = descriptor, .events = POLLOUT, .revents = 0};
     return Base::uninterrupted([&] { return ::poll(&waiting, 1, -1); }) > 0;
 }
@@ -55,7 +55,7 @@ bool DescriptorBuffer::writeOut(const char* text, std::streamsize size) const {
         } else if (count == 0) {
             errno = EIO;
             return false;
-        } else if (errno != EAGAIN || !waitForRoom(descriptor)) {
+        } else if (errno != EAGAIN || !waitUntilWritable(descriptor)) {
             return false;
         }
     }
