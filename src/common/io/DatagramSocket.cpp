@@ -13,10 +13,10 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
-constexpr std::chrono::seconds sendLimit{1};
+constexpr std::chrono::seconds sendTimeout{1};
 
 /// Ignores failures: without the option, sends work but may block longer.
-void limitSends(int socket, microseconds limit) {
+void setSendTimeout(int socket, microseconds limit) {
     constexpr auto microsecondsPerSecond = microseconds::period::den;
     timeval time{};
     time.tv_sec = static_cast<decltype(time.tv_sec)>(limit.count() / microsecondsPerSecond);
@@ -29,7 +29,7 @@ void limitSends(int socket, microseconds limit) {
 Base::UniqueFd openDatagramSocket(int family, int protocol) {
     Base::UniqueFd socket(::socket(family, SOCK_DGRAM | SOCK_CLOEXEC, protocol));
     if (socket) {
-        limitSends(socket.get(), sendLimit);
+        setSendTimeout(socket.get(), sendTimeout);
     }
     return socket;
 }
@@ -37,7 +37,7 @@ Base::UniqueFd openDatagramSocket(int family, int protocol) {
 bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockaddr* address,
                   socklen_t length) {
     flushStandardOutput();
-    const auto deadline = steady_clock::now() + sendLimit;
+    const auto deadline = steady_clock::now() + sendTimeout;
     bool shortened = false;
     ssize_t sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);
     while (sent < 0 && errno == EINTR) {
@@ -46,13 +46,13 @@ bool sendDatagram(int socket, std::span<const std::byte> datagram, const sockadd
             errno = EAGAIN;
             break;
         }
-        limitSends(socket, left);
+        setSendTimeout(socket, left);
         shortened = true;
         sent = ::sendto(socket, datagram.data(), datagram.size(), 0, address, length);
     }
     if (shortened) {
         const int reason = errno;
-        limitSends(socket, sendLimit);
+        setSendTimeout(socket, sendTimeout);
         errno = reason;
     }
     return sent == static_cast<ssize_t>(datagram.size());

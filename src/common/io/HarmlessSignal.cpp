@@ -5,13 +5,13 @@
 namespace Korvel {
 namespace {
 
-void letPass(int /*signal*/) {
+void doNothing(int /*signal*/) {
 }
 
 }  // namespace
 
 void makeHarmless(int signal) {
-    std::signal(signal, letPass);
+    std::signal(signal, doNothing);
 }
 
 }  // namespace Korvel

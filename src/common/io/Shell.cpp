@@ -9,7 +9,7 @@ namespace Korvel {
 namespace {
 
 // The fields of a wait status: the low seven bits are the cause of the end, the next byte is the exit code.
-constexpr int endMask = 0x7f;
+constexpr int signalMask = 0x7f;
 constexpr int stopped = 0x7f;
 
 int exitCode(int status) {
@@ -29,7 +29,7 @@ bool executeCommand(const std::string& commandLine) {
     if (status < 0) {
         return failErrno("Error while executing ", commandLine, " command, errno: ");
     }
-    const int end = status & endMask;
+    const int end = status & signalMask;
     if (end == stopped) {
         return fail("Command: ", commandLine, " exited with error");
     }

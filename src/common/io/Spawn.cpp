@@ -14,9 +14,9 @@ namespace {
 
 /// Sets the signal dispositions and mask for waiting, from construction to destruction. Blocks SIGCHLD, so
 /// that no handler reaps the child.
-class SignalsWhileWaiting {
+class WaitSignalGuard {
 public:
-    SignalsWhileWaiting() {
+    WaitSignalGuard() {
         struct sigaction ignore {};
         ignore.sa_handler = SIG_IGN;
         ::sigaction(SIGINT, &ignore, &interrupt);
@@ -26,11 +26,11 @@ public:
         sigaddset(&blocked, SIGCHLD);
         ::sigprocmask(SIG_BLOCK, &blocked, &mask);
     }
-    SignalsWhileWaiting(const SignalsWhileWaiting&) = delete;
-    SignalsWhileWaiting& operator=(const SignalsWhileWaiting&) = delete;
-    SignalsWhileWaiting(SignalsWhileWaiting&&) = delete;
-    SignalsWhileWaiting& operator=(SignalsWhileWaiting&&) = delete;
-    ~SignalsWhileWaiting() {
+    WaitSignalGuard(const WaitSignalGuard&) = delete;
+    WaitSignalGuard& operator=(const WaitSignalGuard&) = delete;
+    WaitSignalGuard(WaitSignalGuard&&) = delete;
+    WaitSignalGuard& operator=(WaitSignalGuard&&) = delete;
+    ~WaitSignalGuard() {
         ::sigaction(SIGINT, &interrupt, nullptr);
         ::sigaction(SIGQUIT, &quit, nullptr);
         ::sigprocmask(SIG_SETMASK, &mask, nullptr);
@@ -58,7 +58,7 @@ private:
 };
 
 /// Returns 0, or the errno value if the program cannot be started.
-int start(const char* path, const char* const* argv, const SignalsWhileWaiting& signals, pid_t& child) {
+int start(const char* path, const char* const* argv, const WaitSignalGuard& signals, pid_t& child) {
     posix_spawnattr_t attributes{};
     int reason = ::posix_spawnattr_init(&attributes);
     if (reason == 0) {
@@ -77,7 +77,7 @@ int spawnAndWait(const char* path, const char* const* argv) {
     int status = -1;
     int reason = 0;
     {
-        const SignalsWhileWaiting signals;
+        const WaitSignalGuard signals;
         reason = start(path, argv, signals, child);
         if (reason == 0 && Base::uninterrupted([&] { return ::waitpid(child, &status, 0); }) != child) {
             reason = errno;
