@@ -12,7 +12,7 @@
 namespace Korvel {
 namespace {
 
-constexpr std::chrono::milliseconds tryInterval{50};
+constexpr std::chrono::milliseconds retryInterval{50};
 constexpr mode_t folderMode = 0777;
 
 /// Returns true if `path` no longer refers to `folder`, because another process removed the directory.
@@ -41,7 +41,7 @@ bool CollectionLock::lock() {
     bool locked = tryOnce();
     while (!locked && errno == EWOULDBLOCK && !hasPassed(deadline)) {
         reportWait();
-        nap(tryInterval);
+        nap(retryInterval);
         locked = tryOnce();
     }
     return locked;

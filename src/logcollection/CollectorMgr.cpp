@@ -16,9 +16,9 @@
 namespace Korvel {
 namespace {
 
-constexpr std::chrono::seconds lockPatience{60};
+constexpr std::chrono::seconds lockTimeout{60};
 
-bool claimsCommandLine(std::string_view word) {
+bool acceptsCommandLine(std::string_view word) {
     const CollectionKeyword* const keyword = findCollectionKeyword(word);
     return keyword != nullptr && (keyword->output != 0 || keyword->word == "all");
 }
@@ -41,7 +41,7 @@ const CollectorType collectorTypes[] = {
 
 /// Runs the work of one collector. Reports an exception, so that the other collectors still run.
 template <typename Work>
-void apart(Work work) {
+void runIsolated(Work work) {
     try {
         work();
     } catch (const std::exception& failure) {
@@ -63,7 +63,7 @@ CollectorMgr::CollectorMgr() : IManager("LogCollection") {
 }
 
 bool CollectorMgr::detectKeywords(int argc, char** argv) {
-    return argc > 1 && std::any_of(argv + 1, argv + argc, claimsCommandLine);
+    return argc > 1 && std::any_of(argv + 1, argv + argc, acceptsCommandLine);
 }
 
 void CollectorMgr::printHelpMsg(const std::string& prefix, const std::string& programName) {
@@ -112,7 +112,7 @@ void CollectorMgr::processRequest(unsigned outputMask, const CoverageMasks& mask
         disableSignal(SIGTERM);
     }
     {
-        const CollectionLock lock(workspaceDir, lockPatience);
+        const CollectionLock lock(workspaceDir, lockTimeout);
         registerLogCollectors(masks);
         collectLogs((outputMask & OutputMode::print) != 0);
         if ((outputMask & OutputMode::dump) != 0) {
@@ -130,7 +130,7 @@ void CollectorMgr::processRequest(unsigned outputMask, const CoverageMasks& mask
 
 void CollectorMgr::registerLogCollectors(const CoverageMasks& masks) {
     for (const auto& entry : masks) {
-        apart([&] {
+        runIsolated([&] {
             std::unique_ptr<LogCollector> collector = createCollector(entry);
             if (collector != nullptr) {
                 collectors.push_back(std::move(collector));
@@ -157,19 +157,19 @@ std::unique_ptr<LogCollector> CollectorMgr::createCollector(
 
 void CollectorMgr::collectLogs(bool printRequested) {
     for (const auto& collector : collectors) {
-        apart([&] { collector->collectLogs(printRequested); });
+        runIsolated([&] { collector->collectLogs(printRequested); });
     }
 }
 
 void CollectorMgr::printLogsOnConsole() {
     for (const auto& collector : collectors) {
-        apart([&] { collector->printOnConsole(); });
+        runIsolated([&] { collector->printOnConsole(); });
     }
 }
 
 void CollectorMgr::dumpLogsToFiles() {
     for (const auto& collector : collectors) {
-        apart([&] { collector->dumpToFiles(); });
+        runIsolated([&] { collector->dumpToFiles(); });
     }
 }
 

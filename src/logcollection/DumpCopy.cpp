@@ -16,12 +16,12 @@ DumpCopy::DumpCopy(std::string sourcePath, std::string destinationPath, const Re
       rules(readingRules),
       directory(directoryState),
       before(stateOf(source)),
-      answers(before || errno != ETIMEDOUT) {
+      responds(before || errno != ETIMEDOUT) {
 }
 
 bool DumpCopy::hasSourceChanged() {
     const std::optional<FileState> now = stateOf(source);
-    answers = now || errno != ETIMEDOUT;
+    responds = now || errno != ETIMEDOUT;
     return now && !(now == before);
 }
 
@@ -31,13 +31,13 @@ bool DumpCopy::take(std::string& text) {
         return false;  // keep the result of an earlier attempt for the report
     }
     reading = latest;
-    answers = latest.error != ETIMEDOUT;
+    responds = latest.error != ETIMEDOUT;
     if (!latest.opened) {
         return false;
     }
     taken = true;
     writeError = write(text, latest.state);
-    if (writeError == ENOENT && directory == Directory::removed) {
+    if (writeError == ENOENT && directory == Directory::mayBeMissing) {
         text.clear();
         writeError = 0;
         return false;
@@ -58,7 +58,7 @@ int DumpCopy::write(const std::string& text, const FileState& state) const {
     return copy.writeError();
 }
 
-bool DumpCopy::settle() const {
+bool DumpCopy::reportResult() const {
     if (writeError != 0) {
         return fail("Error while writing ", destination, ": ", std::strerror(writeError));
     }
@@ -68,7 +68,7 @@ bool DumpCopy::settle() const {
     if (reading.cut) {
         return fail(source, " is larger than ", rules.sizeLimit, " bytes, cut");
     }
-    return answers;
+    return responds;
 }
 
 }  // namespace Korvel

@@ -12,19 +12,19 @@ namespace Korvel {
 class DumpCopy {
 public:
     enum class Directory {
-        expected,  ///< the destination directory must exist
-        removed,   ///< if the destination directory is missing, nothing is copied or reported
+        required,      ///< the destination directory must exist
+        mayBeMissing,  ///< if the destination directory is missing, nothing is copied or reported
     };
 
     /// Records the present state of the source. `readingRules` apply to reading it.
     DumpCopy(std::string sourcePath, std::string destinationPath, const ReadingRules& readingRules = {},
-             Directory directoryState = Directory::expected);
+             Directory directoryState = Directory::required);
 
     /// Returns true if the source exists and has changed since construction.
     bool hasSourceChanged();
 
     /// Returns false after a file system has timed out.
-    bool sourceAnswers() const { return answers; }
+    bool sourceResponds() const { return responds; }
 
     /// Returns true if the source was opened at least once.
     bool wasTaken() const { return taken; }
@@ -36,7 +36,7 @@ public:
 
     /// Reports the failure that prevented the copy, or that the copy was cut. Returns true if the source
     /// contains nothing that the copy lacks.
-    [[nodiscard]] bool settle() const;
+    [[nodiscard]] bool reportResult() const;
 
 private:
     /// Returns 0, or the errno value of the failure.
@@ -47,7 +47,7 @@ private:
     const ReadingRules rules;
     const Directory directory;
     const std::optional<FileState> before;  // empty if there was no source
-    bool answers;
+    bool responds;
     bool taken = false;
     FileReading reading;  // of the latest attempt that found a source
     int writeError = 0;   // of its copy

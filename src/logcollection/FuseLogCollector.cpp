@@ -72,7 +72,7 @@ bool FuseLogCollector::collectLogs(bool /*printRequested*/) {
         const std::string path = entry.directory + entry.fileName;
         if (entry.fileName == historyLog) {
             progress("Reading ", entry.fileName, "...");
-            results[path] = gathered(readSmLog(dispatcherLogName, historyLogSize, 0), dispatcherLogName);
+            results[path] = cutToLimit(readSmLog(dispatcherLogName, historyLogSize, 0), dispatcherLogName);
         } else {
             progress("Reading ", path, "...");
             readState(path);

@@ -37,13 +37,13 @@ protected:
     void count(const std::string& text);
 
     /// Cuts `text` to the remaining size, counts it and returns it. Reports a cut under the source's name.
-    std::string gathered(std::string text, const std::string& sourceName);
+    std::string cutToLimit(std::string text, const std::string& sourceName);
 
     const std::string collectorDir;
 
 private:
-    static std::size_t gatheredByAll;
-    std::size_t gatheredBytes = 0;
+    static std::size_t totalBytes;
+    std::size_t collectedBytes = 0;
 };
 
 }  // namespace Korvel

@@ -14,7 +14,7 @@
 namespace Korvel {
 namespace {
 
-constexpr std::chrono::milliseconds silenceLimit{500};
+constexpr std::chrono::milliseconds datagramTimeout{500};
 constexpr std::chrono::seconds replyTimeLimit{60};
 
 }  // namespace
@@ -91,7 +91,7 @@ bool MmiChannel::send(const std::string& command) {
 bool MmiChannel::receiveChunk(std::string& chunk) {
     const auto room = std::as_writable_bytes(std::span(receiveBuffer));
     std::size_t size = 0;
-    switch (receiveDatagram(socket.get(), room, deadlineIn(silenceLimit), size)) {
+    switch (receiveDatagram(socket.get(), room, deadlineIn(datagramTimeout), size)) {
         case Arrival::timedOut:
             return fail("poll(): Timed out while waiting for response");
         case Arrival::waitFailed:

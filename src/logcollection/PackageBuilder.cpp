@@ -30,17 +30,17 @@ constexpr std::array packageKinds{
 
 /// Makes commands ignore SIGPIPE from construction to destruction. Otherwise, a tar that lists its members is
 /// killed if nobody reads the list.
-class PipeFailuresIgnored {
+class IgnoreSigpipe {
 public:
-    PipeFailuresIgnored() : former(std::signal(SIGPIPE, SIG_IGN)) {}
-    PipeFailuresIgnored(const PipeFailuresIgnored&) = delete;
-    PipeFailuresIgnored& operator=(const PipeFailuresIgnored&) = delete;
-    PipeFailuresIgnored(PipeFailuresIgnored&&) = delete;
-    PipeFailuresIgnored& operator=(PipeFailuresIgnored&&) = delete;
-    ~PipeFailuresIgnored() { std::signal(SIGPIPE, former); }
+    IgnoreSigpipe() : previous(std::signal(SIGPIPE, SIG_IGN)) {}
+    IgnoreSigpipe(const IgnoreSigpipe&) = delete;
+    IgnoreSigpipe& operator=(const IgnoreSigpipe&) = delete;
+    IgnoreSigpipe(IgnoreSigpipe&&) = delete;
+    IgnoreSigpipe& operator=(IgnoreSigpipe&&) = delete;
+    ~IgnoreSigpipe() { std::signal(SIGPIPE, previous); }
 
 private:
-    void (*const former)(int);
+    void (*const previous)(int);
 };
 
 }  // namespace
@@ -50,7 +50,7 @@ PackageBuilder::PackageBuilder(const std::string& workspace, const std::string& 
 }
 
 void PackageBuilder::build(unsigned outputMask) const {
-    const PipeFailuresIgnored pipeFailures;
+    const IgnoreSigpipe ignoreSigpipe;
     const auto* const kind =
         std::find_if(packageKinds.begin(), packageKinds.end(),
                      [&](const PackageKind& candidate) { return (candidate.modeBit & outputMask) != 0; });

@@ -7,7 +7,7 @@
 
 namespace Korvel {
 
-std::optional<uid_t> ownerOfFilesOf(pid_t process) {
+std::optional<uid_t> fileOwnerOf(pid_t process) {
     std::string status;
     if (!readFile("/proc/" + std::to_string(process) + "/status", status).isWhole()) {
         return std::nullopt;
@@ -21,9 +21,9 @@ std::optional<uid_t> ownerOfFilesOf(pid_t process) {
     uid_t real = 0;
     uid_t effective = 0;
     uid_t saved = 0;
-    uid_t ofFileSystem = 0;
-    return fields >> key >> real >> effective >> saved >> ofFileSystem ? std::optional(ofFileSystem)
-                                                                       : std::nullopt;
+    uid_t fileSystem = 0;
+    return fields >> key >> real >> effective >> saved >> fileSystem ? std::optional(fileSystem)
+                                                                     : std::nullopt;
 }
 
 }  // namespace Korvel

@@ -7,6 +7,6 @@
 namespace Korvel {
 
 /// Returns the user who owns files that the process creates, or nothing if the process has ended.
-std::optional<uid_t> ownerOfFilesOf(pid_t process);
+std::optional<uid_t> fileOwnerOf(pid_t process);
 
 }  // namespace Korvel

@@ -34,12 +34,12 @@ constexpr int dumpSignal = SIGUSR1;
 constexpr int noPid = 0;
 constexpr int lowestPid = 2;
 constexpr mode_t scratchFileMode = 0666;
-constexpr std::size_t longestListing = 16U << 20U;  // any user can start processes with long names
-constexpr unsigned pidColumn = 2;                   // of the process listing, counted from 1
+constexpr std::size_t listingSizeLimit = 16U << 20U;  // any user can start processes with long names
+constexpr unsigned pidColumn = 2;                     // of the process listing, counted from 1
 
-constexpr int dumpRounds = 20;
-constexpr std::chrono::milliseconds dumpPause{50};
-constexpr std::size_t longestHeadlessDump = 63;  // not complete even with a terminator
+constexpr int maximumDumpChecks = 20;
+constexpr std::chrono::milliseconds dumpCheckInterval{50};
+constexpr std::size_t minimumCompleteDump = 64;  // bytes
 const std::string incompleteNote =
     "\n====> This log may be not complete, terminator pattern was not found <====\n";
 
@@ -83,12 +83,12 @@ std::string readScratchFile(const std::string& path) {
     std::string content;
     std::array<char, 16384> piece{};
     ssize_t size = 1;
-    while (size > 0 && content.size() < longestListing) {
+    while (size > 0 && content.size() < listingSizeLimit) {
         size = Base::uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
         content.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
     }
     if (size > 0) {
-        fail(path, " is larger than ", longestListing, " bytes, cut");
+        fail(path, " is larger than ", listingSizeLimit, " bytes, cut");
     }
     return content;
 }
@@ -110,7 +110,7 @@ TiLogCollector::Pids parseListing(std::string listing, const std::vector<std::st
 }
 
 bool isCompleteDump(const std::string& text, const std::string& name) {
-    return text.size() > longestHeadlessDump && text.rfind("</" + name + "_dump>") != std::string::npos;
+    return text.size() >= minimumCompleteDump && text.rfind("</" + name + "_dump>") != std::string::npos;
 }
 
 }  // namespace
@@ -152,7 +152,7 @@ TiLogCollector::Pids TiLogCollector::getPids(const std::vector<std::string>& nam
 bool TiLogCollector::collectLogs(bool printRequested) {
     progress("Starting log collection from TI...");
     if (syslibLogEnabled) {
-        logs[syslibSmLogId] = gathered(readSmLog(syslibLogName, syslibLogSize, 0), syslibLogName);
+        logs[syslibSmLogId] = cutToLimit(readSmLog(syslibLogName, syslibLogSize, 0), syslibLogName);
     }
     for (const std::string& name : processes) {
         collectDump(name, printRequested);
@@ -167,28 +167,27 @@ void TiLogCollector::collectDump(const std::string& name, bool printRequested) {
         return;
     }
     DumpCopy copy(source, destination,
-                  {.sizeLimit = room(), .owner = ownerOfFilesOf(pids[name]).value_or(::geteuid())},
-                  directory);
+                  {.sizeLimit = room(), .owner = fileOwnerOf(pids[name]).value_or(::geteuid())}, directory);
     sendSignal(name);
     progress("Dumping ", name, " to ", destination, "... ");
     std::string& text = logs[name];
     incomplete.erase(name);
-    if (!awaitDump(copy, name, text)) {
+    if (!waitForDump(copy, name, text)) {
         incomplete.insert(name);
     }
-    if (copy.settle()) {
+    if (copy.reportResult()) {
         std::remove(source.c_str());
     }
     count(text);
     if (printRequested) {
-        removeDumpsBeside(destination);
+        removeDumpDirectory(destination);
     }
 }
 
 /// If the directory never existed, later copies fail too, and that is not a consequence of this removal.
-void TiLogCollector::removeDumpsBeside(const std::string& destination) {
+void TiLogCollector::removeDumpDirectory(const std::string& destination) {
     if (isAccessible(collectorDir, F_OK)) {
-        directory = DumpCopy::Directory::removed;
+        directory = DumpCopy::Directory::mayBeMissing;
     }
     removeFileAndItsDir(destination);
 }
@@ -213,17 +212,17 @@ void TiLogCollector::sendSignal(const std::string& name) {
 
 /// A dump that existed before the signal may be an old one. It is accepted only if it has changed, or if no
 /// new dump appears.
-bool TiLogCollector::awaitDump(DumpCopy& copy, const std::string& name, std::string& text) {
-    for (int round = 0; round < dumpRounds && copy.sourceAnswers(); ++round) {
+bool TiLogCollector::waitForDump(DumpCopy& copy, const std::string& name, std::string& text) {
+    for (int round = 0; round < maximumDumpChecks && copy.sourceResponds(); ++round) {
         if (copy.hasSourceChanged()) {
             copy.take(text);
             if (isCompleteDump(text, name)) {
                 return true;
             }
         }
-        nap(dumpPause);
+        nap(dumpCheckInterval);
     }
-    if (!copy.wasTaken() && copy.sourceAnswers()) {
+    if (!copy.wasTaken() && copy.sourceResponds()) {
         copy.take(text);
     }
     return isCompleteDump(text, name);

@@ -59,8 +59,8 @@ private:
     void collectDump(const std::string& name, bool printRequested);
     bool isRunning(const std::string& name);
     void sendSignal(const std::string& name);
-    void removeDumpsBeside(const std::string& destination);
-    static bool awaitDump(DumpCopy& copy, const std::string& name, std::string& text);
+    void removeDumpDirectory(const std::string& destination);
+    static bool waitForDump(DumpCopy& copy, const std::string& name, std::string& text);
     bool reportMissingSyslibLog() const;
 
     bool syslibLogEnabled;
@@ -68,7 +68,7 @@ private:
     Pids pids;
     std::unordered_map<std::string, std::string> logs;
     std::set<std::string> incomplete;                               // processes with an incomplete dump
-    DumpCopy::Directory directory = DumpCopy::Directory::expected;  // destination of the copies
+    DumpCopy::Directory directory = DumpCopy::Directory::required;  // destination of the copies
 };
 
 }  // namespace Korvel

@@ -29,14 +29,14 @@ protected:
     }
 
     static DumpCopy copyOfSource(const ReadingRules& rules = {},
-                                 DumpCopy::Directory directory = DumpCopy::Directory::expected) {
+                                 DumpCopy::Directory directory = DumpCopy::Directory::required) {
         return {source, destination, rules, directory};
     }
 
     /// Settles a copy that leaves its source where it is. What is reported of it.
     static std::string reasonToStay(const DumpCopy& copy) {
         bool settled = true;
-        const Printed printed = printedBy([&] { settled = copy.settle(); });
+        const Printed printed = printedBy([&] { settled = copy.reportResult(); });
         EXPECT_FALSE(settled);
         EXPECT_EQ(printed.out, "");
         return printed.err;
@@ -45,7 +45,7 @@ protected:
     /// Settles a copy that needs its source no more, without a word.
     static void expectDone(const DumpCopy& copy) {
         bool settled = false;
-        EXPECT_EQ(printedBy([&] { settled = copy.settle(); }), Printed{});
+        EXPECT_EQ(printedBy([&] { settled = copy.reportResult(); }), Printed{});
         EXPECT_TRUE(settled);
     }
 
@@ -117,7 +117,7 @@ TEST_F(DumpCopyTest, ReportsAFolderThatIsMissingAndHasTheTextAllTheSame) {
 TEST_F(DumpCopyTest, HasNoTextAndNoWordWhereItsFolderWasRemovedOnPurpose) {
     writeFile(source, "content");
     fs::remove("/tmp/copies");
-    DumpCopy copy = copyOfSource({}, DumpCopy::Directory::removed);
+    DumpCopy copy = copyOfSource({}, DumpCopy::Directory::mayBeMissing);
 
     EXPECT_FALSE(copy.take(text));
 
@@ -128,7 +128,7 @@ TEST_F(DumpCopyTest, HasNoTextAndNoWordWhereItsFolderWasRemovedOnPurpose) {
 TEST_F(DumpCopyTest, ReportsOtherFailuresWhereItsFolderWasRemovedOnPurpose) {
     writeFile(source, "content");
     fs::create_directory(destination);
-    DumpCopy copy = copyOfSource({}, DumpCopy::Directory::removed);
+    DumpCopy copy = copyOfSource({}, DumpCopy::Directory::mayBeMissing);
 
     EXPECT_FALSE(copy.take(text));
 

@@ -17,7 +17,7 @@ public:
     bool printOnConsole() override { return true; }
     bool dumpToFiles() override { return true; }
     using LogCollector::count;
-    using LogCollector::gathered;
+    using LogCollector::cutToLimit;
     using LogCollector::room;
 };
 
@@ -32,8 +32,9 @@ protected:
     /// Has the collector gather texts of these sizes, without a word.
     static void gather(GatheringCollector& collector, const std::vector<std::size_t>& sizes) {
         for (const std::size_t size : sizes) {
-            EXPECT_EQ(printedBy([&] { EXPECT_EQ(collector.gathered(textOf(size), "source").size(), size); }),
-                      Printed{});
+            EXPECT_EQ(
+                printedBy([&] { EXPECT_EQ(collector.cutToLimit(textOf(size), "source").size(), size); }),
+                Printed{});
         }
     }
 
@@ -63,7 +64,7 @@ TEST_F(LogCollectorLimitTest, CutsATextToTheRoomWithAWord) {
     gather(collector, {16 * mebibyte, 16 * mebibyte, 16 * mebibyte - 3});
     std::string text;
 
-    EXPECT_EQ(printedBy([&] { text = collector.gathered("12345", "some_log"); }),
+    EXPECT_EQ(printedBy([&] { text = collector.cutToLimit("12345", "some_log"); }),
               (Printed{.err = "some_log is larger than 3 bytes, cut\n" + full}));
 
     EXPECT_EQ(text, "123");
