@@ -13,7 +13,7 @@ namespace Korvel {
 namespace {
 
 const std::string regionName = "lut10_region_mac";
-constexpr std::size_t longestInterfaceName = sizeof NetfpMaster_AddMulticastMac::interfaceName - 1;
+constexpr std::size_t maximumInterfaceNameLength = sizeof NetfpMaster_AddMulticastMac::interfaceName - 1;
 
 }  // namespace
 
@@ -38,9 +38,10 @@ bool AddMulticastMACAction::parseArguments(int argc, char** argv) {
         return fail("AddMulticastMac : Cannot parse MAC address: ", macString);
     }
     interfaceName = argv[3];
-    if (interfaceName.size() > longestInterfaceName) {
+    if (interfaceName.size() > maximumInterfaceNameLength) {
         return fail("AddMulticastMac : Interface name is too long: ", interfaceName.size(),
-                    ", ifName: ", interfaceName, " Maximum supported length is: ", longestInterfaceName);
+                    ", ifName: ", interfaceName,
+                    " Maximum supported length is: ", maximumInterfaceNameLength);
     }
     if (argc > 4) {
         return parseVlanId(argv[4]);
@@ -69,19 +70,19 @@ bool AddMulticastMACAction::addMulticastMAC() {
     filter.vlanId = vlanID;
     filter.ignoreVlan = vlanID == 0 ? 1 : 0;
     std::copy(std::begin(mac.ether_addr_octet), std::end(mac.ether_addr_octet), std::begin(filter.mac));
-    interfaceName.copy(filter.interfaceName, longestInterfaceName);
+    interfaceName.copy(filter.interfaceName, maximumInterfaceNameLength);
     filter.always1 = 1;
     NetFPMasterCom master;
     if (!master.connect()) {
         return false;
     }
     if (!master.sendNetFPRequest(&request)) {
-        return reportExchange("AddMulticastMAC send failed : (");
+        return reportFailure("AddMulticastMAC send failed : (");
     }
-    return master.receiveNetFpResponse(nullptr) || reportExchange("AddMulticastMAC recv failed : (");
+    return master.receiveNetFpResponse(nullptr) || reportFailure("AddMulticastMAC recv failed : (");
 }
 
-bool AddMulticastMACAction::reportExchange(const char* step) const {
+bool AddMulticastMACAction::reportFailure(const char* step) const {
     return fail(step, "MAC: ", macString, ", interface: ", interfaceName, ", vlanID: ", vlanID, ")");
 }
 

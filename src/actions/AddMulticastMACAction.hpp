@@ -23,7 +23,7 @@ public:
 private:
     bool parseArguments(int argc, char** argv);
     bool parseVlanId(const std::string& text);
-    bool reportExchange(const char* step) const;
+    bool reportFailure(const char* step) const;
 
     const std::string keyword = "addmulticastmac";
     ether_addr mac{};

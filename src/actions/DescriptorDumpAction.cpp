@@ -12,7 +12,7 @@ namespace {
 constexpr unsigned dumpedDescriptorBytes = 64;
 
 /// For %p only; never dereferenced.
-const void* shown(std::uint32_t physical) {
+const void* asPointer(std::uint32_t physical) {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): only printed
     return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(physical));
 }
@@ -57,8 +57,8 @@ void DescriptorDumpAction::printDescriptor() const {
     printFormatted(
         "    Buffer length:      %u\n    Orig buffer length: %u\n    Buffer ptr:      %p\n"
         "    Orig buffer ptr: %p\n\n",
-        descriptor.getBufLength(), descriptor.getOrigBufLength(), shown(descriptor.getBufPtr()),
-        shown(descriptor.getOrigBufPtr()));
+        descriptor.getBufLength(), descriptor.getOrigBufLength(), asPointer(descriptor.getBufPtr()),
+        asPointer(descriptor.getOrigBufPtr()));
     print("Hexdump:\n");
     hexDump(memory, dumpedDescriptorBytes);
 }

@@ -14,11 +14,11 @@ namespace Korvel {
 namespace {
 
 constexpr unsigned lineBytes = 16;
-constexpr std::size_t pieceSize = 65536;
+constexpr std::size_t flushSize = 65536;
 constexpr std::size_t columnSize = 3;  // two digits and a blank
-constexpr std::size_t longestOffset = 8;
-constexpr std::size_t longestLine =
-    1 + longestOffset + 2 + lineBytes * columnSize + 2 + lineBytes + 2;  // blanks, quotes and line end
+constexpr std::size_t maximumOffsetDigits = 8;
+constexpr std::size_t maximumLineLength =
+    1 + maximumOffsetDigits + 2 + lineBytes * columnSize + 2 + lineBytes + 2;  // blanks, quotes and line end
 constexpr char digits[] = "0123456789ABCDEF";
 constexpr unsigned digitBits = 4;
 
@@ -31,7 +31,7 @@ constexpr auto hexColumns = [] {
     return columns;
 }();
 
-constexpr auto shownCharacters = [] {
+constexpr auto displayCharacters = [] {
     constexpr unsigned firstPrintable = 32;
     constexpr unsigned lastPrintable = 126;
     std::array<char, 256> characters{};
@@ -44,14 +44,14 @@ constexpr auto shownCharacters = [] {
 
 /// Collects lines in a buffer and prints it when it is large enough. Lines are added without bounds checks,
 /// because the buffer always has room for one more line.
-class Lines {
+class LineBuffer {
 public:
-    Lines() = default;
-    Lines(const Lines&) = delete;
-    Lines& operator=(const Lines&) = delete;
-    Lines(Lines&&) = delete;
-    Lines& operator=(Lines&&) = delete;
-    ~Lines() = default;
+    LineBuffer() = default;
+    LineBuffer(const LineBuffer&) = delete;
+    LineBuffer& operator=(const LineBuffer&) = delete;
+    LineBuffer(LineBuffer&&) = delete;
+    LineBuffer& operator=(LineBuffer&&) = delete;
+    ~LineBuffer() = default;
 
     /// Reads each of the `count` bytes once, because others may change them meanwhile.
     void add(std::uint32_t offset, const unsigned char* source, unsigned count) {
@@ -66,10 +66,10 @@ public:
         }
         put(" '");
         for (unsigned i = 0; i < count; ++i) {
-            *end++ = shownCharacters[bytes[i]];
+            *end++ = displayCharacters[bytes[i]];
         }
         put("'\n");
-        if (static_cast<std::size_t>(end - text.data()) >= pieceSize) {
+        if (static_cast<std::size_t>(end - text.data()) >= flushSize) {
             flush();
         }
     }
@@ -99,7 +99,7 @@ private:
         }
     }
 
-    std::vector<char> text = std::vector<char>(pieceSize + longestLine);
+    std::vector<char> text = std::vector<char>(flushSize + maximumLineLength);
     char* end = text.data();
 };
 
@@ -107,7 +107,7 @@ private:
 
 void printHexDump(const void* data, unsigned size) {
     const auto* const bytes = static_cast<const unsigned char*>(data);
-    Lines lines;
+    LineBuffer lines;
     std::uint64_t offset = 0;
     for (; offset + lineBytes < size; offset += lineBytes) {
         lines.add(static_cast<std::uint32_t>(offset), bytes + offset, lineBytes);

@@ -19,7 +19,7 @@ constexpr unsigned loopbackOn = 0x30;
 constexpr unsigned loopbackOff = 0;
 
 /// The register blocks of the four ports are at offsets 0x100, 0x200, 0x400 and 0x500.
-unsigned blockOf(int port) {
+unsigned registerBlock(int port) {
     constexpr unsigned blockSize = 0x100;
     const auto number = static_cast<unsigned>(port);
     return switchSubsystem + blockSize * (number > 2 ? number + 1 : number);
@@ -65,8 +65,8 @@ bool LoopbackPortAction::run(int argc, char** argv) {
 }
 
 bool LoopbackPortAction::executeLoopbackCommand(bool enable, int port) {
-    const unsigned resetRegister = blockOf(port) + resetOffset;
-    const unsigned controlRegister = blockOf(port) + controlOffset;
+    const unsigned resetRegister = registerBlock(port) + resetOffset;
+    const unsigned controlRegister = registerBlock(port) + controlOffset;
     const std::string control = hexadecimal(enable ? loopbackOn : loopbackOff);
     progress("Loopback Port: ", enable ? "Enabling" : "Disabling", " Loopback Port ", port);
     const std::array commands{
