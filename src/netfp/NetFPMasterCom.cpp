@@ -76,19 +76,20 @@ bool NetFPMasterCom::sendNetFPRequest(NetfpMaster_Request* request) {
 }
 
 bool NetFPMasterCom::receiveNetFpResponse(ResponseCallback callback) {
-    const std::size_t sizeOfSuccess =
+    const std::size_t minimumSuccessSize =
         callback == getSwitchPortForInterfaceCallback ? switchPortResponseSize : responseHeaderSize;
     const auto answersRequest = [&](const NetfpMaster_Response& datagram, std::size_t size) {
-        return size >= (datagram.errorCode == 0 ? sizeOfSuccess : responseHeaderSize) && matches(datagram);
+        return size >= (datagram.errorCode == 0 ? minimumSuccessSize : responseHeaderSize) &&
+               matches(datagram);
     };
     NetfpMaster_Response response{};
     switch (receiveResponse(socketFd.get(), deadlineInX100(_requestTimeoutX100), answersRequest, response)) {
-        case Received::nothing:
+        case ResponseResult::timedOut:
             ++requestId;
             return false;
-        case Received::failure:
+        case ResponseResult::failed:
             return false;
-        case Received::response:
+        case ResponseResult::received:
             break;
     }
     if (response.errorCode != 0 || (callback != nullptr && !callback(&response))) {

@@ -37,12 +37,12 @@ bool receiveNetFpResponse(int fd, NetfpMaster_Response* response, unsigned id, i
         errno = EFAULT;
         return failErrnoNumber("Failed to receive from Linux Socket: ");
     }
-    constexpr std::size_t identifierEnd = offsetof(NetfpMaster_Response, errorCode);
+    constexpr std::size_t minimumSize = offsetof(NetfpMaster_Response, errorCode);
     const auto answersRequest = [id](const NetfpMaster_Response& datagram, std::size_t size) {
-        return size >= identifierEnd && datagram.requestId == id;
+        return size >= minimumSize && datagram.requestId == id;
     };
     const Deadline deadline = deadlineInX100(static_cast<unsigned>(std::max(retries, 0)));
-    return receiveResponse(fd, deadline, answersRequest, *response) == Received::response;
+    return receiveResponse(fd, deadline, answersRequest, *response) == ResponseResult::received;
 }
 
 }  // namespace Korvel

@@ -12,27 +12,27 @@ Deadline deadlineInX100(unsigned timeout) {
     return timeout == 0 ? Deadline{} : deadlineIn(unit * timeout);
 }
 
-Received receiveResponse(int socket, const Deadline& deadline, const ResponseTest& accepts,
-                         NetfpMaster_Response& response) {
+ResponseResult receiveResponse(int socket, const Deadline& deadline, const ResponseTest& accepts,
+                               NetfpMaster_Response& response) {
     do {
         NetfpMaster_Response datagram{};
         std::size_t size = 0;
         switch (receiveDatagram(socket, std::as_writable_bytes(std::span(&datagram, 1)), deadline, size)) {
             case Arrival::timedOut:
-                return Received::nothing;
+                return ResponseResult::timedOut;
             case Arrival::waitFailed:
             case Arrival::receiveFailed:
                 failErrnoNumber("Failed to receive from Linux Socket: ");
-                return Received::failure;
+                return ResponseResult::failed;
             case Arrival::datagram:
                 break;
         }
         if (accepts(datagram, size)) {
             response = datagram;
-            return Received::response;
+            return ResponseResult::received;
         }
     } while (!hasPassed(deadline));
-    return Received::nothing;
+    return ResponseResult::timedOut;
 }
 
 }  // namespace Korvel
