@@ -59,11 +59,11 @@ bool NetlinkHelper::send(const char* payload, unsigned length, unsigned destinat
         report("Payload size too large: %u, max: %u", length, payloadLimit);
         return false;
     }
-    const bool isThere = payload != nullptr || length == 0;
-    if (!isThere) {
+    const bool isValid = payload != nullptr || length == 0;
+    if (!isValid) {
         errno = EFAULT;
     }
-    if (!isThere ||
+    if (!isValid ||
         !sendNetlinkMessage(fd.get(), std::as_bytes(std::span(payload, length)), destination, sequence)) {
         report("Error while sending netling message: %s", std::strerror(errno));
         return false;

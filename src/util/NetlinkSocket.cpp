@@ -14,7 +14,7 @@ namespace Util {
 namespace {
 
 /// The message type is the first word of the payload.
-constexpr std::uint16_t everyMessageType = 1;
+constexpr std::uint16_t netlinkMessageType = 1;
 
 sockaddr_nl addressOf(unsigned portId) {
     sockaddr_nl address{};
@@ -41,7 +41,7 @@ bool bindNetlinkSocket(int socket) {
 bool sendNetlinkMessage(int socket, std::span<const std::byte> payload, unsigned destination,
                         unsigned sequence) {
     const nlmsghdr header{.nlmsg_len = static_cast<std::uint32_t>(netlinkHeaderSize + payload.size()),
-                          .nlmsg_type = everyMessageType,
+                          .nlmsg_type = netlinkMessageType,
                           .nlmsg_flags = 0,
                           .nlmsg_seq = sequence,
                           .nlmsg_pid = ownPortId()};
