@@ -26,7 +26,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 constexpr AppID logApplication = 5;  // interpreted only by the log library
-constexpr unsigned timeoutsInARow = 10;
+constexpr unsigned maximumConsecutiveTimeouts = 10;
 constexpr seconds cyclePause{4};
 constexpr milliseconds responseTimeout{2000};
 constexpr milliseconds cycleLimit{10000};
@@ -92,7 +92,7 @@ bool SupervisionMgr::initialize() {
 }
 
 void SupervisionMgr::heartbeatMonitor() {
-    for (unsigned timeouts = 0; timeouts < timeoutsInARow;) {
+    for (unsigned timeouts = 0; timeouts < maximumConsecutiveTimeouts;) {
         ++seqNumber.dispatcher;
         if (iwfSelected) {
             sendDispatcherHeartbeatReq(FASTPATH_IWF_DISPATCHER_PORT_ID);
@@ -149,11 +149,11 @@ int SupervisionMgr::waitForHeartbeatsResp() {
         }
         if (size != sizeof response) {
             logf(logError, "Unexpected message size: %u", static_cast<unsigned>(size));
-        } else if (!takeResponse(response, status, remaining)) {
+        } else if (!handleResponse(response, status, remaining)) {
             return stop;
         }
     }
-    return concludeCycle(status);
+    return evaluateCycle(status);
 }
 
 /// Receives the next datagram, cut to the size of a response. If there is none, reports the reason and
@@ -182,10 +182,10 @@ std::optional<int> SupervisionMgr::receive(HeartbeatResponse& response, std::siz
 
 /// Returns false if supervision must stop. Datagrams that do not answer a request of this cycle are only
 /// reported.
-bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
-                                  std::uint32_t& remaining) {
+bool SupervisionMgr::handleResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
+                                    std::uint32_t& remaining) {
     if (response.header.nlmsg_seq == seqNumber.dispatcher) {
-        return takeDispatcherResponse(response, status, remaining);
+        return handleDispatcherResponse(response, status, remaining);
     }
     if (response.header.nlmsg_seq != seqNumber.netfpProxy) {
         logf(logError, "Unexpected netlink sequence number: %u", response.header.nlmsg_seq);
@@ -198,8 +198,8 @@ bool SupervisionMgr::takeResponse(const HeartbeatResponse& response, HeartbeatRe
     return true;
 }
 
-bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
-                                            std::uint32_t& remaining) {
+bool SupervisionMgr::handleDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
+                                              std::uint32_t& remaining) {
     if (response.payload.messageType != FASTPATH_DISPATCHER_HEARTBEAT_RESP) {
         logf(logError, "Dispatcher Heartbeat: unexpected return message type");
         return true;
@@ -218,7 +218,7 @@ bool SupervisionMgr::takeDispatcherResponse(const HeartbeatResponse& response, H
     }
 }
 
-int SupervisionMgr::concludeCycle(const HeartbeatRespStatus& status) {
+int SupervisionMgr::evaluateCycle(const HeartbeatRespStatus& status) {
     if ((!iwfSelected || status.iwf == HeartbeatRespStatus::OK) &&
         (!sfnSelected || status.sfn == HeartbeatRespStatus::OK) &&
         status.netfpProxy == HeartbeatRespStatus::OK) {
@@ -252,13 +252,13 @@ std::string SupervisionMgr::getStatusStr(const HeartbeatRespStatus& status) cons
 void SupervisionMgr::logf(int level, const char* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    std::va_list again;
-    va_copy(again, arguments);
+    std::va_list argumentsCopy;
+    va_copy(argumentsCopy, arguments);
     if (logClient != nullptr) {
         logClient->vwrite(level, "Supervision", format, arguments);
     }
-    logToSystem(level, format, again);
-    va_end(again);
+    logToSystem(level, format, argumentsCopy);
+    va_end(argumentsCopy);
     va_end(arguments);
 }
 

@@ -81,12 +81,12 @@ private:
         std::uint32_t netfpProxy = 100;
     };
 
-    bool takeResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
-                      std::uint32_t& remaining);
-    bool takeDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
-                                std::uint32_t& remaining);
+    bool handleResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
+                        std::uint32_t& remaining);
+    bool handleDispatcherResponse(const HeartbeatResponse& response, HeartbeatRespStatus& status,
+                                  std::uint32_t& remaining);
     std::optional<int> receive(HeartbeatResponse& response, std::size_t& size);
-    int concludeCycle(const HeartbeatRespStatus& status);
+    int evaluateCycle(const HeartbeatRespStatus& status);
 
     bool iwfSelected = false;
     bool sfnSelected = false;
