@@ -30,7 +30,7 @@ void setMasterPath(const std::string& path) {
 
 struct OptionWithValue {
     std::string_view word;
-    std::string_view whenMissing;
+    std::string_view missingValueMessage;
     void (*apply)(const std::string& value);
 };
 
@@ -47,12 +47,12 @@ void removeAt(int index, int& argc, char** argv) {
 
 /// Applies the option at `index` and removes it with its value. If it is the last argument, removes only the
 /// option.
-void consume(const OptionWithValue& option, int index, int& argc, char** argv) {
+void applyOption(const OptionWithValue& option, int index, int& argc, char** argv) {
     if (index + 1 < argc) {
         removeAt(index, argc, argv);
         option.apply(argv[index]);
     } else {
-        progress(option.whenMissing);
+        progress(option.missingValueMessage);
     }
     removeAt(index, argc, argv);
 }
@@ -69,14 +69,14 @@ OptionsResult consumeCommonOptions(int& argc, char** argv) {
             enableVerboseMode();
             removeAt(index, argc, argv);
         } else if (option != optionsWithValue.end()) {
-            consume(*option, index, argc, argv);
+            applyOption(*option, index, argc, argv);
         } else if (word == "--help") {
-            return OptionsResult::helpWanted;
+            return OptionsResult::helpRequested;
         } else {
             ++index;
         }
     }
-    return OptionsResult::goOn;
+    return OptionsResult::proceed;
 }
 
 }  // namespace Korvel

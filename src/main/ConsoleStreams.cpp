@@ -9,14 +9,14 @@ namespace Korvel {
 ConsoleStreams::ConsoleStreams()
     : out(STDOUT_FILENO),
       err(STDERR_FILENO),
-      formerOut(std::cout.rdbuf(&out)),
-      formerErr(std::cerr.rdbuf(&err)) {
+      previousOut(std::cout.rdbuf(&out)),
+      previousErr(std::cerr.rdbuf(&err)) {
 }
 
 ConsoleStreams::~ConsoleStreams() {
     std::cout.flush();
-    std::cout.rdbuf(formerOut);
-    std::cerr.rdbuf(formerErr);
+    std::cout.rdbuf(previousOut);
+    std::cerr.rdbuf(previousErr);
 }
 
 }  // namespace Korvel

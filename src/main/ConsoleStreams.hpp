@@ -18,8 +18,8 @@ public:
 private:
     DescriptorBuffer out;
     DescriptorBuffer err;
-    std::streambuf* const formerOut;
-    std::streambuf* const formerErr;
+    std::streambuf* const previousOut;
+    std::streambuf* const previousErr;
 };
 
 }  // namespace Korvel

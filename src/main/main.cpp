@@ -39,7 +39,7 @@ bool resolve(IManager& manager, int argc, char** argv) {
     }
 }
 
-bool carryOut(IManager& manager, int argc, char** argv) {
+bool execute(IManager& manager, int argc, char** argv) {
     progress("Detected ", manager.getName(), " keywords.");
     if (!resolve(manager, argc, argv)) {
         progress(manager.getName(), " Failed to process the request.");
@@ -50,7 +50,7 @@ bool carryOut(IManager& manager, int argc, char** argv) {
 
 bool runCommandLine(int argc, char** argv) {
     registerManagers();
-    if (consumeCommonOptions(argc, argv) == OptionsResult::helpWanted) {
+    if (consumeCommonOptions(argc, argv) == OptionsResult::helpRequested) {
         printUsage(argc, argv);
         return true;
     }
@@ -65,7 +65,7 @@ bool runCommandLine(int argc, char** argv) {
               " --help\" for help.\n");
         return false;
     }
-    return carryOut(*manager, argc, argv);
+    return execute(*manager, argc, argv);
 }
 
 }  // namespace
