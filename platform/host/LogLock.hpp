@@ -34,8 +34,8 @@ public:
     /// `guarded` must outlive the lock.
     explicit LogLock(const SharedMemory& guarded) : memory(guarded) {}
 
-    /// Called around a fork. Locks only the mutex, so that the child never inherits a mutex that a missing
-    /// thread holds.
+    /// Call these around a fork. They lock only the mutex, so that the child does not inherit it locked by a
+    /// thread that exists only in the parent.
     void lockThreads() { mutex.lock(); }
     void unlockThreads() { mutex.unlock(); }
 
