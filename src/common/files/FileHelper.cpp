@@ -107,7 +107,7 @@ const FileExchange& FileHelper::query(const FileRequest& request, const Deadline
 }
 
 FileHelper::Outcome FileHelper::sendRequest(const FileRequest& request, const Deadline& deadline) {
-    if (hasPassed(deadline)) {  // each piece arrived in time, but not all of them
+    if (hasPassed(deadline)) {  // responses arrive, but too slowly
         return Outcome::timedOut;
     }
     shared->exchange.request = request;

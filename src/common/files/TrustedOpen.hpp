@@ -6,10 +6,10 @@
 
 namespace Korvel {
 
-// Functions that open files in directories that other users can write to. They never block: opening a FIFO or
-// a socket fails. They do not follow a symbolic link unless it belongs to the caller or to root; errno is
-// then EACCES. They walk the path by descriptors, so that nothing can be replaced between check and open. If
-// opening fails, the returned descriptor is empty and errno is set.
+// Functions that open files in directories that other users can write to. They never block; for writing, a
+// FIFO or a socket fails to open. They do not follow a symbolic link unless it belongs to the caller or to
+// root; errno is then EACCES. They walk the path by descriptors, so that nothing can be replaced between
+// check and open. If opening fails, the returned descriptor is empty and errno is set.
 
 /// Treatment of a shared file: a regular file that belongs to another user or has several hard links.
 enum class SharedFile {
