@@ -21,7 +21,7 @@ public:
     bool detectKeywords(int argc, char** argv) override;
     void printHelpMsg(const std::string& prefix, const std::string& programName) override;
     /// Returns false, and collects nothing, if an argument is not a keyword or no output mode is given.
-    /// Failures of the collection itself are ignored.
+    /// Failures of the collection itself do not change the result.
     bool resolveRequest(int argc, char** argv) override;
 
     // The steps of resolveRequest().

@@ -13,7 +13,7 @@ class DumpCopy {
 public:
     enum class Directory {
         required,      ///< the destination directory must exist
-        mayBeMissing,  ///< if the destination directory is missing, nothing is copied or reported
+        mayBeMissing,  ///< if it is missing, nothing is read, copied or reported
     };
 
     /// Records the present state of the source. `readingRules` apply to reading it.

@@ -35,8 +35,8 @@ public:
     /// `mask`: the Mode bits to collect. Looks up all processes, regardless of the mask.
     TiLogCollector(const std::string& workspaceDir, unsigned mask);
 
-    /// Signals each process and waits about one second for a complete dump. If `printRequested`, deletes the
-    /// directory of the dumps after each process, so that later dumps cannot be copied.
+    /// Signals each process and waits up to about one second for a complete dump. If `printRequested`,
+    /// deletes the directory of the dumps after each process, so that later dumps cannot be copied.
     bool collectLogs(bool printRequested) override;
     bool printOnConsole() override;
     /// Writes the SYSLIB log; collectLogs() has already written the dumps.
