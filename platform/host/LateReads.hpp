@@ -17,8 +17,8 @@ public:
     bool contains(unsigned start, unsigned end) const;
 
 private:
-    // Readers ask only about their last read. A record is lost only if more threads than this read late at
-    // the same time.
+    // Readers ask only about their last read. A record is lost only if more than `capacity` threads read late
+    // at the same time.
     static constexpr std::size_t capacity = 16;
 
     std::array<std::atomic<std::uint64_t>, capacity> reads{};
