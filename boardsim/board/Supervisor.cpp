@@ -30,8 +30,7 @@ using Clock = std::chrono::steady_clock;
 /// The command's time to exit after a signal from the host.
 constexpr std::chrono::seconds grace{2};
 
-constexpr int signalledStatus = 128;  // exit statuses by the convention of shells
-constexpr int notFoundStatus = 127;
+constexpr int notFoundStatus = 127;  // exit statuses by the convention of shells
 constexpr int notRunnableStatus = 126;
 
 /// Uses up the low process ids. On a board they are taken, and some peers use them as netlink port ids.
@@ -69,7 +68,7 @@ std::optional<int> reap(pid_t command) {
     int status = 0;
     for (pid_t ended = 0; (ended = ::waitpid(-1, &status, WNOHANG)) > 0;) {
         if (ended == command) {
-            result = WIFEXITED(status) ? WEXITSTATUS(status) : signalledStatus + WTERMSIG(status);
+            result = shellStatus(status);
         }
     }
     return result;

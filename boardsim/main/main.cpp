@@ -1,4 +1,3 @@
-#include <charconv>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -16,6 +15,7 @@
 #include "StatusCommand.hpp"
 #include "Supervisor.hpp"
 #include "UsageError.hpp"
+#include "WholeNumber.hpp"
 
 namespace Boardsim {
 namespace {
@@ -25,10 +25,7 @@ constexpr int noBoardStatus = 3;
 
 /// As the sandbox's first process: init LINE COMMAND...
 int runInit(int argc, char** argv) {
-    const std::string_view number = argv[1];
-    int lineDescriptor = -1;
-    std::from_chars(number.data(), number.data() + number.size(), lineDescriptor);
-    return supervise(lineDescriptor, {argv + 2, argv + argc});
+    return supervise(wholeNumber<int>(argv[1]).value_or(-1), {argv + 2, argv + argc});
 }
 
 /// As boardsim on the host.

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include <fcntl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Boardsim {
@@ -49,6 +50,10 @@ pid_t ChildProcess::start(const std::string& program, std::vector<std::string> a
     pid_t child = 0;
     check(::posix_spawnp(&child, program.c_str(), &actions, &attributes, pointers.data(), environ), program);
     return child;
+}
+
+int shellStatus(int waitStatus) {
+    return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : signalledStatus + WTERMSIG(waitStatus);
 }
 
 }  // namespace Boardsim

@@ -39,4 +39,10 @@ private:
     short flags = POSIX_SPAWN_SETSIGMASK;
 };
 
+/// A status of waitpid() as a shell reports it: the exit status, or 128 + N if signal N killed the process.
+int shellStatus(int waitStatus);
+
+/// What shells add to the number of the signal that killed a process.
+constexpr int signalledStatus = 128;
+
 }  // namespace Boardsim

@@ -4,10 +4,10 @@
 #include <chrono>
 #include <cinttypes>
 #include <cstdio>
-#include <ctime>
 #include <utility>
 
 #include "TextFile.hpp"
+#include "UtcText.hpp"
 
 namespace Boardsim {
 namespace {
@@ -18,14 +18,9 @@ constexpr const char* epitaphFormat =
 
 std::string stampOf(std::chrono::system_clock::time_point moment) {
     const auto milliseconds = std::chrono::floor<std::chrono::milliseconds>(moment.time_since_epoch());
-    const std::time_t seconds = std::chrono::floor<std::chrono::seconds>(milliseconds).count();
-    std::tm parts{};
-    ::gmtime_r(&seconds, &parts);
-    std::array<char, 64> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%FT%T", &parts);
-    std::snprintf(text.data() + length, text.size() - length, ".%03dZ",
-                  static_cast<int>(milliseconds.count() % 1000));
-    return text.data();
+    std::array<char, 16> fraction{};
+    std::snprintf(fraction.data(), fraction.size(), ".%03dZ", static_cast<int>(milliseconds.count() % 1000));
+    return utcText(std::chrono::floor<std::chrono::seconds>(milliseconds).count()) + fraction.data();
 }
 
 bool takeEpitaph(const std::string& line, PeerLogContent& content) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "BoardPaths.hpp"
+#include "PrintableText.hpp"
 
 namespace Boardsim {
 namespace {
@@ -16,14 +17,7 @@ RequestRecord::RequestRecord(std::string_view peer) : file(BoardPaths::receivedF
 }
 
 void RequestRecord::addDatagram(std::string_view bytes) const {
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string line;
-    for (const char each : bytes) {
-        const auto byte = static_cast<unsigned char>(each);
-        line += digits[byte >> 4U];
-        line += digits[byte & 0xfU];
-    }
-    addLine(line);
+    addLine(hexText(bytes));
 }
 
 void RequestRecord::addLine(std::string line) const {

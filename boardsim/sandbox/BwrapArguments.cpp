@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include "SystemCall.hpp"
+#include "TextFile.hpp"
 
 namespace Boardsim {
 
@@ -28,10 +29,7 @@ int BwrapArguments::seal() {
 
 int BwrapArguments::hold(std::string_view text) {
     Base::UniqueFd memory(Base::checked(::memfd_create("boardsim", MFD_CLOEXEC), "memfd_create"));
-    while (!text.empty()) {
-        const auto written = Base::checked(::write(memory.get(), text.data(), text.size()), "memfd");
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
+    writeText(memory.get(), text, "memfd");
     Base::checked(::lseek(memory.get(), 0, SEEK_SET), "memfd");
     data.push_back(std::move(memory));
     return data.back().get();

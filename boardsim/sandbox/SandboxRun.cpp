@@ -63,7 +63,7 @@ std::optional<int> endOf(pid_t child) {
     if (::waitpid(child, &status, WNOHANG) != child) {
         return std::nullopt;
     }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    return shellStatus(status);
 }
 
 /// Forwards signals until the child has exited. Returns its exit status.

@@ -1,9 +1,10 @@
 #include "PeerFaults.hpp"
 
-#include <charconv>
+#include <optional>
 
 #include "PeerCatalog.hpp"
 #include "UsageError.hpp"
+#include "WholeNumber.hpp"
 
 namespace Boardsim {
 namespace {
@@ -54,14 +55,12 @@ FaultKind findKind(const PeerEntry& peer, std::string_view name) {
 
 /// `name` includes the prefix.
 int parseFaultNumber(const FaultKind& kind, const std::string& name, std::string_view text) {
-    int number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stop != end || number < kind.least || number > kind.most) {
+    const std::optional<int> number = wholeNumber<int>(text);
+    if (!number || *number < kind.least || *number > kind.most) {
         throw UsageError("fault '" + name + "' takes a number from " + std::to_string(kind.least) + " to " +
                          std::to_string(kind.most) + ": " + name + ":N");
     }
-    return number;
+    return *number;
 }
 
 }  // namespace

@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "PeerFaults.hpp"
 #include "UsageError.hpp"
+#include "WholeNumber.hpp"
 
 namespace Boardsim {
 namespace {
@@ -16,16 +17,14 @@ using Values = std::vector<std::string>;
 
 template <typename Number>
 Number parseNumber(const std::string& text) {
-    Number number{};
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (error != std::errc{} || stop != end) {
+    const std::optional<Number> number = wholeNumber<Number>(text);
+    if (!number) {
         throw UsageError("not a number, or out of range: '" + text + "'");
     }
-    return number;
+    return *number;
 }
 
-bool parseTruth(const std::string& text) {
+bool parseBoolean(const std::string& text) {
     if (text != "true" && text != "false") {
         throw UsageError("not true or false: '" + text + "'");
     }
@@ -81,8 +80,8 @@ Values nameOf(Deployment deployment) {
 Values valueOf(int number) {
     return number == 0 ? Values{} : Values{std::to_string(number)};
 }
-Values valueOf(bool truth) {
-    return truth ? Values{"true"} : Values{};
+Values valueOf(bool set) {
+    return set ? Values{"true"} : Values{};
 }
 Values valueOf(const std::string& text) {
     return text.empty() ? Values{} : Values{text};
@@ -98,7 +97,7 @@ constexpr std::array keys{
         [](Scenario& s, const std::string& v) { s.deployment = parseDeployment(v); },
         [](const Scenario& s) { return nameOf(s.deployment); }},
     ScenarioKey{"secured", boardSection, KeyForm::toggle, "", "the board reports that it is secured",
-                [](Scenario& s, const std::string& v) { s.secured = parseTruth(v); },
+                [](Scenario& s, const std::string& v) { s.secured = parseBoolean(v); },
                 [](const Scenario& s) { return valueOf(s.secured); }},
     ScenarioKey{"secure-error", boardSection, KeyForm::single, "CODE",
                 "the query whether the board is secured fails with CODE",
@@ -126,7 +125,7 @@ constexpr std::array keys{
     ScenarioKey{"bare", boardSection, KeyForm::toggle, "",
                 "only the sandbox: no peers, no files under /rom; of the other options, only --cmdline and "
                 "the sizes apply",
-                [](Scenario& s, const std::string& v) { s.bare = parseTruth(v); },
+                [](Scenario& s, const std::string& v) { s.bare = parseBoolean(v); },
                 [](const Scenario& s) { return valueOf(s.bare); }},
     ScenarioKey{"without", peersSection, KeyForm::list, "PEER", "does not start PEER; repeatable",
                 [](Scenario& s, const std::string& v) { s.without.insert(parsePeerName(v)); },
@@ -137,7 +136,7 @@ constexpr std::array keys{
                 [](Scenario& s, const std::string& v) { s.faults.push_back(parsePeerFault(v)); },
                 [](const Scenario& s) { return peerFaultTexts(s.faults); }},
     ScenarioKey{"full-logs", peersSection, KeyForm::toggle, "", "fills both shared-memory logs to capacity",
-                [](Scenario& s, const std::string& v) { s.fullLogs = parseTruth(v); },
+                [](Scenario& s, const std::string& v) { s.fullLogs = parseBoolean(v); },
                 [](const Scenario& s) { return valueOf(s.fullLogs); }},
 };
 

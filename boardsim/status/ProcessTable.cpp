@@ -1,7 +1,6 @@
 #include "ProcessTable.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <ctime>
@@ -13,6 +12,7 @@
 #include <unistd.h>
 
 #include "TextFile.hpp"
+#include "WholeNumber.hpp"
 
 namespace Boardsim {
 namespace {
@@ -62,11 +62,8 @@ nanoseconds sinceMachineStart(pid_t process) {
 std::vector<pid_t> ProcessTable::ids() {
     std::vector<pid_t> ids;
     for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
-        const std::string name = entry.path().filename();
-        pid_t id = 0;
-        const auto [stop, error] = std::from_chars(name.data(), name.data() + name.size(), id);
-        if (error == std::errc{} && *stop == '\0') {
-            ids.push_back(id);
+        if (const auto id = wholeNumber<pid_t>(entry.path().filename().native())) {
+            ids.push_back(*id);
         }
     }
     std::ranges::sort(ids);

@@ -1,7 +1,5 @@
 #include "RunningBoard.hpp"
 
-#include <array>
-#include <ctime>
 #include <system_error>
 
 #include <sys/syscall.h>
@@ -11,6 +9,7 @@
 #include "PrintableText.hpp"
 #include "ProcessTable.hpp"
 #include "SystemCall.hpp"
+#include "UtcText.hpp"
 
 namespace Boardsim {
 namespace {
@@ -45,12 +44,7 @@ std::string commandOf(pid_t firstProcess) {
 }
 
 std::string startOf(pid_t firstProcess) {
-    const std::time_t seconds = ProcessTable::startTime(firstProcess).time_since_epoch().count();
-    std::tm parts{};
-    ::gmtime_r(&seconds, &parts);
-    std::array<char, 64> text{};
-    std::strftime(text.data(), text.size(), "%FT%TZ", &parts);
-    return text.data();
+    return utcText(ProcessTable::startTime(firstProcess).time_since_epoch().count()) + "Z";
 }
 
 }  // namespace

@@ -10,4 +10,7 @@ namespace Boardsim {
 /// beyond `longest` bytes is cut.
 std::string printable(std::string_view bytes, std::size_t longest = 200);
 
+/// Two lower-case hex digits per byte.
+std::string hexText(std::string_view bytes);
+
 }  // namespace Boardsim

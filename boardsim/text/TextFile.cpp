@@ -16,12 +16,16 @@ namespace Boardsim {
 
 void writeTextFile(const std::string& path, std::string_view text) {
     constexpr mode_t mode = 0644;
-    const Base::UniqueFd file(Base::checked(
-        ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode), "cannot write " + path));
+    const std::string what = "cannot write " + path;
+    const Base::UniqueFd file(
+        Base::checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode), what));
+    writeText(file.get(), text, what);
+}
+
+void writeText(int descriptor, std::string_view text, const std::string& what) {
     while (!text.empty()) {
-        const auto written =
-            Base::checked(Base::uninterrupted([&] { return ::write(file.get(), text.data(), text.size()); }),
-                          "cannot write " + path);
+        const auto written = Base::checked(
+            Base::uninterrupted([&] { return ::write(descriptor, text.data(), text.size()); }), what);
         text.remove_prefix(static_cast<std::size_t>(written));
     }
 }

@@ -10,6 +10,9 @@ namespace Boardsim {
 /// Replaces the content of the file at `path`. Throws std::system_error.
 void writeTextFile(const std::string& path, std::string_view text);
 
+/// Writes the whole text to an open file. Throws std::system_error with `what`.
+void writeText(int descriptor, std::string_view text, const std::string& what);
+
 /// Reads at most `limit` bytes from the current position. Throws std::system_error.
 std::string readBeginning(int descriptor, std::size_t limit);
 
