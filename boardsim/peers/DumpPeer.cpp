@@ -9,7 +9,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include "FaultActs.hpp"
+#include "FaultHandlers.hpp"
 #include "SignalDescriptor.hpp"
 #include "SystemCall.hpp"
 

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <thread>
 
-#include "FaultActs.hpp"
+#include "FaultHandlers.hpp"
 #include "MmiReply.hpp"
 
 namespace Boardsim {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "FaultActs.hpp"
+#include "FaultHandlers.hpp"
 #include "MessageText.hpp"
 
 namespace Boardsim {

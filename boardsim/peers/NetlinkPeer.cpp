@@ -7,7 +7,7 @@
 
 #include <linux/netlink.h>
 
-#include "FaultActs.hpp"
+#include "FaultHandlers.hpp"
 
 namespace Boardsim {
 namespace {

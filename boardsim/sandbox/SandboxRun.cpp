@@ -15,7 +15,7 @@
 #include "Sandbox.hpp"
 #include "SandboxRefusal.hpp"
 #include "SignalDescriptor.hpp"
-#include "TerminalKeeper.hpp"
+#include "TerminalGuard.hpp"
 
 namespace Boardsim {
 namespace {

@@ -1,4 +1,4 @@
-#include "TerminalKeeper.hpp"
+#include "TerminalGuard.hpp"
 
 #include <csignal>
 
