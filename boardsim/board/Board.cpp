@@ -17,8 +17,8 @@
 namespace Boardsim {
 
 Board::Board(const Scenario& scenario) {
-    layBoardFiles(scenario);
-    PhysicalMemory::lay();
+    writeBoardFiles(scenario);
+    PhysicalMemory::fill();
     if (scenario.fullLogs) {
         fillSmLog(SmLogPeer::dispatcher);
         fillSmLog(SmLogPeer::systemLibrary);

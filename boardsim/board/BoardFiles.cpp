@@ -60,7 +60,7 @@ void removeLeftovers() {
 
 }  // namespace
 
-void layBoardFiles(const Scenario& scenario) {
+void writeBoardFiles(const Scenario& scenario) {
     removeLeftovers();
     for (const BoardFile& file : boardFiles) {
         if (file.present(scenario)) {

@@ -20,7 +20,7 @@ namespace {
 /// The peer's end of the readiness pipe.
 constexpr int readinessNumber = 3;
 
-void sayReady() {
+void reportReady() {
     const Base::UniqueFd readiness(readinessNumber);
     Base::checked(::write(readiness.get(), "!", 1), "readiness");
 }
@@ -42,10 +42,10 @@ PeerStart startPeerProcess(std::string_view name) {
     Base::UniqueFd readable(ends[0]);
     const Base::UniqueFd writable(ends[1]);
     ChildProcess child;
-    child.silence(STDIN_FILENO);
-    child.silence(STDOUT_FILENO);
-    child.give(writable.get(), readinessNumber);
-    child.leaveProcessGroup();
+    child.openNull(STDIN_FILENO);
+    child.openNull(STDOUT_FILENO);
+    child.passDescriptor(writable.get(), readinessNumber);
+    child.startProcessGroup();
     const pid_t pid = child.start(BoardPaths::peerProgram(name), {std::string(name)});
     return {std::string(name), pid, std::move(readable)};
 }
@@ -63,7 +63,7 @@ int runPeerProcess(const PeerEntry& peer) {
         Scenario scenario;
         loadScenario(BoardPaths::scenario, scenario);
         const Peers peers = peer.build(scenario);
-        sayReady();
+        reportReady();
         serveUntilDeath(peers);
     } catch (const std::exception& error) {
         std::cerr << peer.name << ": " << error.what() << '\n';

@@ -12,11 +12,11 @@ namespace Boardsim::PhysicalMemory {
 namespace {
 
 void put(std::uint32_t physical, const void* bytes, std::size_t size) {
-    void* place = nullptr;
-    if (vask_cma_phy_to_virt(physical, &place) != 0) {
+    void* address = nullptr;
+    if (vask_cma_phy_to_virt(physical, &address) != 0) {
         throw std::runtime_error("no physical memory");
     }
-    std::memcpy(place, bytes, size);
+    std::memcpy(address, bytes, size);
 }
 
 /// A multicast Ethernet frame with text as payload.
@@ -32,7 +32,7 @@ std::array<unsigned char, frameLength> frame() {
 
 }  // namespace
 
-void lay() {
+void fill() {
     // Bits 0 to 21 of these words are the length. The bits above are other fields.
     constexpr std::uint32_t otherBits = 0xc0000000;
     const std::array<std::uint32_t, 16> words{

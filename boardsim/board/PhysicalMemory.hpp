@@ -15,6 +15,6 @@ constexpr std::uint32_t frameOffset = 64;    ///< unused bytes before the frame
 constexpr std::uint32_t frameLength = 60;    ///< bytes
 
 /// Writes both. Throws std::runtime_error if there is no physical memory.
-void lay();
+void fill();
 
 }  // namespace Boardsim::PhysicalMemory

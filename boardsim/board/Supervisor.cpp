@@ -84,7 +84,7 @@ int remaining(std::optional<Clock::time_point> end) {
 }
 
 /// Waits until the command exits, the host side exits, or the time after a forwarded signal is over.
-int accompanyCommand(pid_t command, const Base::UniqueFd& childSignals, const ControlLine& line) {
+int waitForCommand(pid_t command, const Base::UniqueFd& childSignals, const ControlLine& line) {
     std::optional<Clock::time_point> end;
     int lateStatus = 0;
     std::array<pollfd, 2> waits{{{childSignals.get(), POLLIN, 0}, {line.descriptor(), POLLIN, 0}}};
@@ -127,7 +127,7 @@ int supervise(int lineDescriptor, const std::vector<std::string>& command) {
     }
     int status = 0;
     const auto process = startCommand(command, status);
-    return process ? accompanyCommand(*process, childSignals, line) : status;
+    return process ? waitForCommand(*process, childSignals, line) : status;
 }
 
 }  // namespace Boardsim

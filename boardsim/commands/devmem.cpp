@@ -65,14 +65,14 @@ void record(const std::vector<std::string>& words) {
 }
 
 /// Accesses the low bits of the register, in the board's byte order.
-void carryOut(const Access& access, void* place) {
+void perform(const Access& access, void* mapped) {
     const std::size_t bytes = access.width / 8;
     if (access.value) {
-        std::memcpy(place, &*access.value, bytes);
+        std::memcpy(mapped, &*access.value, bytes);
         return;
     }
     std::uint32_t value = 0;
-    std::memcpy(&value, place, bytes);
+    std::memcpy(&value, mapped, bytes);
     std::printf("0x%0*X\n", static_cast<int>(2 * bytes), value);
 }
 
@@ -87,12 +87,12 @@ int main(int argc, char** argv) {
             return EXIT_FAILURE;
         }
         record(words);
-        void* place = nullptr;
-        if (vask_cma_process_init() != 0 || vask_cma_phy_to_virt(access->address, &place) != 0) {
+        void* mapped = nullptr;
+        if (vask_cma_process_init() != 0 || vask_cma_phy_to_virt(access->address, &mapped) != 0) {
             std::cerr << "devmem: nothing at " << words[1] << '\n';
             return EXIT_FAILURE;
         }
-        carryOut(*access, place);
+        perform(*access, mapped);
     } catch (const std::exception& error) {
         std::cerr << "devmem: " << error.what() << '\n';
         return EXIT_FAILURE;

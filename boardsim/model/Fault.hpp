@@ -25,7 +25,7 @@ struct FaultKind {
 struct Fault {
     std::string kind;
     int number = 0;           ///< 0 if the kind takes none
-    std::string said = kind;  ///< as in a scenario, with the group's prefix and the number
+    std::string text = kind;  ///< as in a scenario, with the group's prefix and the number
 };
 
 /// Longest delay of a fault, in milliseconds.

@@ -17,7 +17,7 @@ Fault faultFor(const Scenario& scenario, std::string_view peer, const FaultGroup
     Fault found;
     for (const auto& [name, fault] : scenario.faults) {
         if (name == peer && group.findKind(fault.kind)) {
-            found = {fault.kind.substr(group.prefix.size()), fault.number, fault.said};
+            found = {fault.kind.substr(group.prefix.size()), fault.number, fault.text};
         }
     }
     return found;

@@ -21,17 +21,17 @@ constexpr std::size_t bodyPieces = 4;
 
 }  // namespace
 
-struct DumpPeer::Acts {
+struct DumpPeer::Handlers {
     static constexpr std::array rows{
-        FaultAct<Act>{{}, &DumpPeer::writeWhole},
-        FaultAct<Act>{{"silent", "writes no dump"}, &DumpPeer::writeNothing},
-        FaultAct<Act>{
+        FaultHandler<Handler>{{}, &DumpPeer::writeWhole},
+        FaultHandler<Handler>{{"silent", "writes no dump"}, &DumpPeer::writeNothing},
+        FaultHandler<Handler>{
             {"slow", "waits MS milliseconds before each of at most six pieces", "MS", 0, longestDelayMs},
             &DumpPeer::writeSlowly},
-        FaultAct<Act>{{"dying", "dies in the middle of the dump"}, &DumpPeer::dieHalfway},
-        FaultAct<Act>{{"unended", "leaves out the last line"}, &DumpPeer::writeUnended},
-        FaultAct<Act>{{"short", "writes only the first and the last line, less than 64 bytes"},
-                      &DumpPeer::writeShort},
+        FaultHandler<Handler>{{"dying", "dies in the middle of the dump"}, &DumpPeer::dieHalfway},
+        FaultHandler<Handler>{{"unended", "leaves out the last line"}, &DumpPeer::writeUnended},
+        FaultHandler<Handler>{{"short", "writes only the first and the last line, less than 64 bytes"},
+                              &DumpPeer::writeShort},
     };
 };
 
@@ -40,7 +40,7 @@ DumpPeer::DumpPeer(std::string processName, std::function<std::string()> describ
     : name(std::move(processName)),
       state(std::move(describeState)),
       fault(std::move(misbehaviour)),
-      act(findAct<Act>(Acts::rows, fault)),
+      handler(findHandler<Handler>(Handlers::rows, fault)),
       path(directory + "/" + name + ".log"),
       signals(openSignalDescriptor({SIGUSR1})),
       record(name),
@@ -48,14 +48,14 @@ DumpPeer::DumpPeer(std::string processName, std::function<std::string()> describ
 }
 
 std::vector<FaultKind> DumpPeer::faultKinds() {
-    return kindsOf<Act>(Acts::rows);
+    return kindsOf<Handler>(Handlers::rows);
 }
 
 void DumpPeer::serve() {
     readSignal(signals);
     record.addLine("SIGUSR1");
     log.received("SIGUSR1");
-    (this->*act)();
+    (this->*handler)();
 }
 
 DumpPeer::Pieces DumpPeer::wholeDump() const {

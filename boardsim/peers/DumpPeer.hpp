@@ -27,8 +27,8 @@ public:
     void serve() override;
 
 private:
-    struct Acts;
-    using Act = void (DumpPeer::*)() const;
+    struct Handlers;
+    using Handler = void (DumpPeer::*)() const;
     using Pieces = std::vector<std::string>;
 
     Pieces wholeDump() const;
@@ -44,7 +44,7 @@ private:
     std::string name;
     std::function<std::string()> state;
     Fault fault;
-    Act act;
+    Handler handler;
     std::string path;
     Base::UniqueFd signals;
     RequestRecord record;

@@ -17,28 +17,28 @@ inline constexpr std::size_t oversizedAnswer = 400;
 
 /// One row of a peer's table of faults: the kind, and the function that the peer then calls. The first row
 /// has an empty kind and the function without a fault.
-template <typename Act>
-struct FaultAct {
+template <typename Handler>
+struct FaultHandler {
     FaultKind kind;
-    Act act;
+    Handler handler;
 };
 
 /// Throws std::invalid_argument if the table lacks the fault.
-template <typename Act>
-Act findAct(std::span<const FaultAct<Act>> table, const Fault& fault) {
-    const auto row =
-        std::ranges::find_if(table, [&](const FaultAct<Act>& each) { return each.kind.name == fault.kind; });
+template <typename Handler>
+Handler findHandler(std::span<const FaultHandler<Handler>> table, const Fault& fault) {
+    const auto row = std::ranges::find_if(
+        table, [&](const FaultHandler<Handler>& each) { return each.kind.name == fault.kind; });
     if (row == table.end()) {
         throw std::invalid_argument("unknown fault: " + fault.kind);
     }
-    return row->act;
+    return row->handler;
 }
 
 /// All kinds of a table, without the first row.
-template <typename Act>
-std::vector<FaultKind> kindsOf(std::span<const FaultAct<Act>> table) {
+template <typename Handler>
+std::vector<FaultKind> kindsOf(std::span<const FaultHandler<Handler>> table) {
     std::vector<FaultKind> kinds;
-    for (const FaultAct<Act>& row : table.subspan(1)) {
+    for (const FaultHandler<Handler>& row : table.subspan(1)) {
         kinds.push_back(row.kind);
     }
     return kinds;

@@ -24,22 +24,23 @@ std::string everyByte() {
 
 }  // namespace
 
-struct MmiPeer::Acts {
+struct MmiPeer::Handlers {
     static constexpr std::array rows{
-        FaultAct<Act>{{}, &MmiPeer::replyRight},
-        FaultAct<Act>{{"silent", "sends no reply"}, &MmiPeer::replyNothing},
-        FaultAct<Act>{{"slow", "waits MS milliseconds before each datagram", "MS", 0, longestDelayMs},
-                      &MmiPeer::replySlowly},
-        FaultAct<Act>{{"dying", "dies after the first datagram"}, &MmiPeer::dieAfterFirst},
-        FaultAct<Act>{{"unended", "sends datagrams of 513 bytes, but no end marker"}, &MmiPeer::replyUnended},
-        FaultAct<Act>{{"endless", "sends datagrams until nobody listens"}, &MmiPeer::replyEndlessly},
-        FaultAct<Act>{{"binary", "replies with every byte from 0x01 to 0xff, and with empty lines"},
-                      &MmiPeer::replyBinary},
-        FaultAct<Act>{{"joined", "sends text and end marker in one datagram"}, &MmiPeer::replyJoined},
-        FaultAct<Act>{{"empty", "sends the first datagram, an empty one, then nothing"},
-                      &MmiPeer::replyEmptyAfterFirst},
-        FaultAct<Act>{{"stale", "first sends a line left over from an earlier command"},
-                      &MmiPeer::replyStaleFirst},
+        FaultHandler<Handler>{{}, &MmiPeer::replyCorrectly},
+        FaultHandler<Handler>{{"silent", "sends no reply"}, &MmiPeer::replyNothing},
+        FaultHandler<Handler>{{"slow", "waits MS milliseconds before each datagram", "MS", 0, longestDelayMs},
+                              &MmiPeer::replySlowly},
+        FaultHandler<Handler>{{"dying", "dies after the first datagram"}, &MmiPeer::dieAfterFirst},
+        FaultHandler<Handler>{{"unended", "sends datagrams of 513 bytes, but no end marker"},
+                              &MmiPeer::replyUnended},
+        FaultHandler<Handler>{{"endless", "sends datagrams until nobody listens"}, &MmiPeer::replyEndlessly},
+        FaultHandler<Handler>{{"binary", "replies with every byte from 0x01 to 0xff, and with empty lines"},
+                              &MmiPeer::replyBinary},
+        FaultHandler<Handler>{{"joined", "sends text and end marker in one datagram"}, &MmiPeer::replyJoined},
+        FaultHandler<Handler>{{"empty", "sends the first datagram, an empty one, then nothing"},
+                              &MmiPeer::replyEmptyAfterFirst},
+        FaultHandler<Handler>{{"stale", "first sends a line left over from an earlier command"},
+                              &MmiPeer::replyStaleFirst},
     };
 };
 
@@ -47,14 +48,14 @@ MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misb
     : instance(instanceName),
       statistics(instanceName),
       fault(std::move(misbehaviour)),
-      act(findAct<Act>(Acts::rows, fault)),
+      handler(findHandler<Handler>(Handlers::rows, fault)),
       socket(ServerSocket::atLocalPort(port)),
       record(instanceName + "_dispatcher"),
       log(instanceName + "_dispatcher", fault) {
 }
 
 std::vector<FaultKind> MmiPeer::faultKinds() {
-    return kindsOf<Act>(Acts::rows);
+    return kindsOf<Handler>(Handlers::rows);
 }
 
 void MmiPeer::serve() {
@@ -62,7 +63,7 @@ void MmiPeer::serve() {
     record.addDatagram(request.bytes);
     log.received(request.bytes, request.bytes.size());
     sent = {};
-    (this->*act)(answerTo(request.bytes), request.sender);
+    (this->*handler)(answerTo(request.bytes), request.sender);
     logReply();
 }
 
@@ -96,7 +97,7 @@ void MmiPeer::sendAll(const Texts& texts, const Sender& sender) {
     }
 }
 
-void MmiPeer::replyRight(const Texts& texts, const Sender& sender) {
+void MmiPeer::replyCorrectly(const Texts& texts, const Sender& sender) {
     sendAll(texts, sender);
     send(mmiEndOfMessage, sender);
 }
@@ -155,7 +156,7 @@ void MmiPeer::replyEmptyAfterFirst(const Texts& texts, const Sender& sender) {
 
 void MmiPeer::replyStaleFirst(const Texts& texts, const Sender& sender) {
     send("left over from an earlier command\n", sender);
-    replyRight(texts, sender);
+    replyCorrectly(texts, sender);
 }
 
 }  // namespace Boardsim

@@ -28,16 +28,16 @@ public:
     void serve() override;
 
 private:
-    struct Acts;
+    struct Handlers;
     using Texts = std::vector<std::string>;  // one per datagram, without the end marker
-    using Act = void (MmiPeer::*)(const Texts& texts, const Sender& sender);
+    using Handler = void (MmiPeer::*)(const Texts& texts, const Sender& sender);
 
     Texts answerTo(const std::string& command) const;
     void logReply() const;
     bool send(std::string_view datagram, const Sender& sender);
     void sendAll(const Texts& texts, const Sender& sender);
 
-    void replyRight(const Texts& texts, const Sender& sender);
+    void replyCorrectly(const Texts& texts, const Sender& sender);
     void replyNothing(const Texts& texts, const Sender& sender);
     void replySlowly(const Texts& texts, const Sender& sender);
     void dieAfterFirst(const Texts& texts, const Sender& sender);
@@ -57,7 +57,7 @@ private:
     std::string instance;
     QosStatistics statistics;
     Fault fault;
-    Act act;
+    Handler handler;
     ServerSocket socket;
     RequestRecord record;
     PeerLog log;

@@ -20,25 +20,27 @@ std::string_view bytesOf(const NetfpMaster_Response& response) {
 
 }  // namespace
 
-struct NetfpMasterPeer::Acts {
+struct NetfpMasterPeer::Handlers {
     static constexpr std::array rows{
-        FaultAct<Act>{{}, &NetfpMasterPeer::sendRight},
-        FaultAct<Act>{{"silent", "sends no answer"}, &NetfpMasterPeer::sendNothing},
-        FaultAct<Act>{{"slow", "answers MS milliseconds late", "MS", 0, longestDelayMs},
-                      &NetfpMasterPeer::sendLate},
-        FaultAct<Act>{{"error", "answers with this error code", "CODE", INT32_MIN, INT32_MAX},
-                      &NetfpMasterPeer::sendError},
-        FaultAct<Act>{{"stale", "first sends an answer to an earlier request"},
-                      &NetfpMasterPeer::sendStaleFirst},
-        FaultAct<Act>{{"truncated", "sends only the first BYTES of the answer", "BYTES", 0,
-                       sizeof(NetfpMaster_Response)},
-                      &NetfpMasterPeer::sendTruncated},
-        FaultAct<Act>{{"oversized", "sends 400 bytes instead of 272"}, &NetfpMasterPeer::sendOversized},
-        FaultAct<Act>{{"dying", "dies at the first request"}, &NetfpMasterPeer::die},
-        FaultAct<Act>{{refusesRename, "refuses the Nth rename since the board started", "N", 1, INT32_MAX},
-                      &NetfpMasterPeer::sendRight},
-        FaultAct<Act>{{ignoresRenames, "answers renames with success, but renames nothing"},
-                      &NetfpMasterPeer::sendRight},
+        FaultHandler<Handler>{{}, &NetfpMasterPeer::sendCorrect},
+        FaultHandler<Handler>{{"silent", "sends no answer"}, &NetfpMasterPeer::sendNothing},
+        FaultHandler<Handler>{{"slow", "answers MS milliseconds late", "MS", 0, longestDelayMs},
+                              &NetfpMasterPeer::sendLate},
+        FaultHandler<Handler>{{"error", "answers with this error code", "CODE", INT32_MIN, INT32_MAX},
+                              &NetfpMasterPeer::sendError},
+        FaultHandler<Handler>{{"stale", "first sends an answer to an earlier request"},
+                              &NetfpMasterPeer::sendStaleFirst},
+        FaultHandler<Handler>{{"truncated", "sends only the first BYTES of the answer", "BYTES", 0,
+                               sizeof(NetfpMaster_Response)},
+                              &NetfpMasterPeer::sendTruncated},
+        FaultHandler<Handler>{{"oversized", "sends 400 bytes instead of 272"},
+                              &NetfpMasterPeer::sendOversized},
+        FaultHandler<Handler>{{"dying", "dies at the first request"}, &NetfpMasterPeer::die},
+        FaultHandler<Handler>{
+            {refusesRename, "refuses the Nth rename since the board started", "N", 1, INT32_MAX},
+            &NetfpMasterPeer::sendCorrect},
+        FaultHandler<Handler>{{ignoresRenames, "answers renames with success, but renames nothing"},
+                              &NetfpMasterPeer::sendCorrect},
     };
 };
 
@@ -46,20 +48,20 @@ NetfpMasterPeer::NetfpMasterPeer(std::shared_ptr<InterfaceTable> interfaces, Fau
                                  const std::string& path)
     : table(std::move(interfaces)),
       fault(std::move(misbehaviour)),
-      act(findAct<Act>(Acts::rows, fault)),
+      handler(findHandler<Handler>(Handlers::rows, fault)),
       socket(ServerSocket::atPath(path)),
       log("netfp_master", fault) {
 }
 
 std::vector<FaultKind> NetfpMasterPeer::faultKinds() {
-    return kindsOf<Act>(Acts::rows);
+    return kindsOf<Handler>(Handlers::rows);
 }
 
 void NetfpMasterPeer::serve() {
     const Datagram request = socket.receive();
     record.addDatagram(request.bytes);
     log.received(masterRequestText(request.bytes), request.bytes.size());
-    (this->*act)(answerTo(request.bytes), request.sender);
+    (this->*handler)(answerTo(request.bytes), request.sender);
 }
 
 NetfpMaster_Response NetfpMasterPeer::answerTo(const std::string& bytes) {
@@ -126,7 +128,7 @@ void NetfpMasterPeer::send(std::string_view bytes, const Sender& sender) const {
     }
 }
 
-void NetfpMasterPeer::sendRight(const NetfpMaster_Response& response, const Sender& sender) const {
+void NetfpMasterPeer::sendCorrect(const NetfpMaster_Response& response, const Sender& sender) const {
     send(bytesOf(response), sender);
 }
 
@@ -136,20 +138,20 @@ void NetfpMasterPeer::sendNothing(const NetfpMaster_Response& /*response*/, cons
 
 void NetfpMasterPeer::sendLate(const NetfpMaster_Response& response, const Sender& sender) const {
     delayAnswer(fault);
-    sendRight(response, sender);
+    sendCorrect(response, sender);
 }
 
 void NetfpMasterPeer::sendError(const NetfpMaster_Response& response, const Sender& sender) const {
     NetfpMaster_Response refusal = response;
     refusal.errorCode = fault.number;
-    sendRight(refusal, sender);
+    sendCorrect(refusal, sender);
 }
 
 void NetfpMasterPeer::sendStaleFirst(const NetfpMaster_Response& response, const Sender& sender) const {
     NetfpMaster_Response stale = response;
     --stale.requestId;
-    sendRight(stale, sender);
-    sendRight(response, sender);
+    sendCorrect(stale, sender);
+    sendCorrect(response, sender);
 }
 
 void NetfpMasterPeer::sendTruncated(const NetfpMaster_Response& response, const Sender& sender) const {

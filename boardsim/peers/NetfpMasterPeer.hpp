@@ -36,8 +36,8 @@ public:
     void serve() override;
 
 private:
-    struct Acts;
-    using Act = void (NetfpMasterPeer::*)(const NetfpMaster_Response&, const Sender&) const;
+    struct Handlers;
+    using Handler = void (NetfpMasterPeer::*)(const NetfpMaster_Response&, const Sender&) const;
 
     NetfpMaster_Response answerTo(const std::string& bytes);
     void answerGetSwitchPort(const NetfpMaster_Request& request, NetfpMaster_Response& response);
@@ -46,7 +46,7 @@ private:
     void answerAddMulticastMac(const NetfpMaster_Request& request, NetfpMaster_Response& response);
 
     void send(std::string_view bytes, const Sender& sender) const;
-    void sendRight(const NetfpMaster_Response& response, const Sender& sender) const;
+    void sendCorrect(const NetfpMaster_Response& response, const Sender& sender) const;
     void sendNothing(const NetfpMaster_Response& response, const Sender& sender) const;
     void sendLate(const NetfpMaster_Response& response, const Sender& sender) const;
     void sendError(const NetfpMaster_Response& response, const Sender& sender) const;
@@ -57,7 +57,7 @@ private:
 
     std::shared_ptr<InterfaceTable> table;
     Fault fault;
-    Act act;
+    Handler handler;
     ServerSocket socket;
     int renames = 0;  // rename requests so far
     RequestRecord record{"netfp_master"};

@@ -12,8 +12,8 @@
 namespace Boardsim {
 namespace {
 
-constexpr std::uint16_t everyMessageType = 1;  // the message type is the first word of the payload
-constexpr std::uint32_t wrongBy = 1000;        // far from every number in use
+constexpr std::uint16_t netlinkType = 1;     // the message type is the first word of the payload
+constexpr std::uint32_t wrongOffset = 1000;  // far from every number in use
 
 std::uint32_t portIdOf(const Sender& sender) {
     sockaddr_nl address{};
@@ -36,8 +36,8 @@ std::string sequenceText(const nlmsghdr& header) {
     return "sequence " + std::to_string(header.nlmsg_seq) + ": ";
 }
 
-bool isTruthful(const nlmsghdr& header, const Datagram& request) {
-    return header.nlmsg_len == request.bytes.size() && header.nlmsg_type == everyMessageType &&
+bool headerMatchesDatagram(const nlmsghdr& header, const Datagram& request) {
+    return header.nlmsg_len == request.bytes.size() && header.nlmsg_type == netlinkType &&
            header.nlmsg_flags == 0 && header.nlmsg_pid == portIdOf(request.sender);
 }
 
@@ -51,28 +51,30 @@ struct NetlinkPeer::Response {
     std::string_view bytes() const { return {reinterpret_cast<const char*>(this), sizeof *this}; }
 };
 
-struct NetlinkPeer::Acts {
+struct NetlinkPeer::Handlers {
     static constexpr int mostStatus = std::numeric_limits<int>::max();
     static constexpr int leastSize = 1;  // netlink carries no empty datagram
     static constexpr std::array rows{
-        FaultAct<Act>{{}, &NetlinkPeer::sendRight},
-        FaultAct<Act>{{"silent", "sends no answer"}, &NetlinkPeer::sendNothing},
-        FaultAct<Act>{{"slow", "answers MS milliseconds late", "MS", 0, longestDelayMs},
-                      &NetlinkPeer::sendLate},
-        FaultAct<Act>{{"error", "answers with this status, whatever the peer did", "STATUS", 1, mostStatus},
-                      &NetlinkPeer::sendError},
-        FaultAct<Act>{{"stale", "first sends an answer with the previous sequence number"},
-                      &NetlinkPeer::sendStaleFirst},
-        FaultAct<Act>{{"sequence", "answers with a sequence number that is 1000 too high"},
-                      &NetlinkPeer::sendWrongSequence},
-        FaultAct<Act>{{"type", "answers with a message type that is 1000 too high"},
-                      &NetlinkPeer::sendWrongType},
-        FaultAct<Act>{{"port", "answers with a port id that is 1000 too high"}, &NetlinkPeer::sendWrongPort},
-        FaultAct<Act>{
+        FaultHandler<Handler>{{}, &NetlinkPeer::sendCorrect},
+        FaultHandler<Handler>{{"silent", "sends no answer"}, &NetlinkPeer::sendNothing},
+        FaultHandler<Handler>{{"slow", "answers MS milliseconds late", "MS", 0, longestDelayMs},
+                              &NetlinkPeer::sendLate},
+        FaultHandler<Handler>{
+            {"error", "answers with this status, whatever the peer did", "STATUS", 1, mostStatus},
+            &NetlinkPeer::sendError},
+        FaultHandler<Handler>{{"stale", "first sends an answer with the previous sequence number"},
+                              &NetlinkPeer::sendStaleFirst},
+        FaultHandler<Handler>{{"sequence", "answers with a sequence number that is 1000 too high"},
+                              &NetlinkPeer::sendWrongSequence},
+        FaultHandler<Handler>{{"type", "answers with a message type that is 1000 too high"},
+                              &NetlinkPeer::sendWrongType},
+        FaultHandler<Handler>{{"port", "answers with a port id that is 1000 too high"},
+                              &NetlinkPeer::sendWrongPort},
+        FaultHandler<Handler>{
             {"truncated", "sends only the first BYTES of the answer", "BYTES", leastSize, sizeof(Response)},
             &NetlinkPeer::sendTruncated},
-        FaultAct<Act>{{"oversized", "sends 400 bytes instead of 24"}, &NetlinkPeer::sendOversized},
-        FaultAct<Act>{{"dying", "dies at the first request"}, &NetlinkPeer::die},
+        FaultHandler<Handler>{{"oversized", "sends 400 bytes instead of 24"}, &NetlinkPeer::sendOversized},
+        FaultHandler<Handler>{{"dying", "dies at the first request"}, &NetlinkPeer::die},
     };
 };
 
@@ -81,14 +83,14 @@ NetlinkPeer::NetlinkPeer(std::string_view processName, std::uint32_t ownPortId, 
     : portId(ownPortId),
       services(std::move(offered)),
       fault(std::move(misbehaviour)),
-      act(findAct<Act>(Acts::rows, fault)),
+      handler(findHandler<Handler>(Handlers::rows, fault)),
       socket(ServerSocket::atNetlinkPort(ownPortId)),
       record(processName),
       log(processName, fault) {
 }
 
 std::vector<FaultKind> NetlinkPeer::faultKinds() {
-    return kindsOf<Act>(Acts::rows);
+    return kindsOf<Handler>(Handlers::rows);
 }
 
 void NetlinkPeer::serve() {
@@ -102,13 +104,13 @@ void NetlinkPeer::serve() {
     }
     const Response response = answerTo(request, *service);
     log.received(sequenceText(response.header) + service->text(payloadOf(request)), request.bytes.size());
-    (this->*act)(response, request.sender);
+    (this->*handler)(response, request.sender);
 }
 
 const NetlinkPeer::Service* NetlinkPeer::findService(const Datagram& request) const {
     const std::string_view payload = payloadOf(request);
     std::uint32_t messageType = 0;
-    if (payload.size() < sizeof messageType || !isTruthful(headerOf(request), request)) {
+    if (payload.size() < sizeof messageType || !headerMatchesDatagram(headerOf(request), request)) {
         return nullptr;
     }
     std::memcpy(&messageType, payload.data(), sizeof messageType);
@@ -118,7 +120,7 @@ const NetlinkPeer::Service* NetlinkPeer::findService(const Datagram& request) co
 
 NetlinkPeer::Response NetlinkPeer::answerTo(const Datagram& request, const Service& service) const {
     return {.header = {.nlmsg_len = sizeof(Response),
-                       .nlmsg_type = everyMessageType,
+                       .nlmsg_type = netlinkType,
                        .nlmsg_flags = 0,
                        .nlmsg_seq = headerOf(request).nlmsg_seq,
                        .nlmsg_pid = portId},
@@ -137,7 +139,7 @@ void NetlinkPeer::send(const Response& response, std::string_view bytes, const S
     }
 }
 
-void NetlinkPeer::sendRight(const Response& response, const Sender& sender) const {
+void NetlinkPeer::sendCorrect(const Response& response, const Sender& sender) const {
     send(response, response.bytes(), sender);
 }
 
@@ -147,38 +149,38 @@ void NetlinkPeer::sendNothing(const Response& /*response*/, const Sender& /*send
 
 void NetlinkPeer::sendLate(const Response& response, const Sender& sender) const {
     delayAnswer(fault);
-    sendRight(response, sender);
+    sendCorrect(response, sender);
 }
 
 void NetlinkPeer::sendError(const Response& response, const Sender& sender) const {
     Response refusal = response;
     refusal.status = static_cast<std::uint32_t>(fault.number);
-    sendRight(refusal, sender);
+    sendCorrect(refusal, sender);
 }
 
 void NetlinkPeer::sendStaleFirst(const Response& response, const Sender& sender) const {
     Response stale = response;
     --stale.header.nlmsg_seq;
-    sendRight(stale, sender);
-    sendRight(response, sender);
+    sendCorrect(stale, sender);
+    sendCorrect(response, sender);
 }
 
 void NetlinkPeer::sendWrongSequence(const Response& response, const Sender& sender) const {
     Response wrong = response;
-    wrong.header.nlmsg_seq += wrongBy;
-    sendRight(wrong, sender);
+    wrong.header.nlmsg_seq += wrongOffset;
+    sendCorrect(wrong, sender);
 }
 
 void NetlinkPeer::sendWrongType(const Response& response, const Sender& sender) const {
     Response wrong = response;
-    wrong.messageType += wrongBy;
-    sendRight(wrong, sender);
+    wrong.messageType += wrongOffset;
+    sendCorrect(wrong, sender);
 }
 
 void NetlinkPeer::sendWrongPort(const Response& response, const Sender& sender) const {
     Response wrong = response;
-    wrong.header.nlmsg_pid += wrongBy;
-    sendRight(wrong, sender);
+    wrong.header.nlmsg_pid += wrongOffset;
+    sendCorrect(wrong, sender);
 }
 
 void NetlinkPeer::sendTruncated(const Response& response, const Sender& sender) const {

@@ -37,15 +37,15 @@ public:
     void serve() override;
 
 private:
-    struct Acts;
+    struct Handlers;
     struct Response;
-    using Act = void (NetlinkPeer::*)(const Response&, const Sender&) const;
+    using Handler = void (NetlinkPeer::*)(const Response&, const Sender&) const;
 
     const Service* findService(const Datagram& request) const;
     Response answerTo(const Datagram& request, const Service& service) const;
 
     void send(const Response& response, std::string_view bytes, const Sender& sender) const;
-    void sendRight(const Response& response, const Sender& sender) const;
+    void sendCorrect(const Response& response, const Sender& sender) const;
     void sendNothing(const Response& response, const Sender& sender) const;
     void sendLate(const Response& response, const Sender& sender) const;
     void sendError(const Response& response, const Sender& sender) const;
@@ -60,7 +60,7 @@ private:
     std::uint32_t portId;
     std::vector<Service> services;
     Fault fault;
-    Act act;
+    Handler handler;
     ServerSocket socket;
     RequestRecord record;
     PeerLog log;

@@ -34,7 +34,7 @@ constexpr std::array dispatcherFaults{FaultGroup{"", &mmiTopic}, FaultGroup{"net
 
 /// make_unique() results cannot be copied into an initializer list.
 template <typename... Each>
-Peers together(Each... each) {
+Peers makePeers(Each... each) {
     Peers peers;
     (peers.push_back(std::move(each)), ...);
     return peers;
@@ -67,9 +67,9 @@ std::unique_ptr<Peer> makeDumpPeer(const Scenario& scenario, const std::string& 
 Peers buildMaster(const Scenario& scenario) {
     const std::string name = "netfp_master";
     auto table = std::make_shared<InterfaceTable>();
-    return together(std::make_unique<NetfpMasterPeer>(table, faultFor(scenario, name, masterFaults[0])),
-                    std::make_unique<DumpPeer>(
-                        name, [table] { return table->text(); }, faultFor(scenario, name, masterFaults[1])));
+    return makePeers(std::make_unique<NetfpMasterPeer>(table, faultFor(scenario, name, masterFaults[0])),
+                     std::make_unique<DumpPeer>(
+                         name, [table] { return table->text(); }, faultFor(scenario, name, masterFaults[1])));
 }
 
 Peers buildProxy(const Scenario& scenario) {
@@ -78,20 +78,20 @@ Peers buildProxy(const Scenario& scenario) {
     std::vector<NetlinkPeer::Service> services{
         heartbeats(name, FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_HEARTBEAT_RESP),
         interfaceAdding(interfaces)};
-    return together(std::make_unique<DumpPeer>(
-                        name, [interfaces] { return netfpProxyState() + interfaces->text(); },
-                        faultFor(scenario, name, proxyFaults[0])),
-                    std::make_unique<NetlinkPeer>(name, FASTPATH_NETFP_PROXY_PORT_ID, std::move(services),
-                                                  faultFor(scenario, name, proxyFaults[1])));
+    return makePeers(std::make_unique<DumpPeer>(
+                         name, [interfaces] { return netfpProxyState() + interfaces->text(); },
+                         faultFor(scenario, name, proxyFaults[0])),
+                     std::make_unique<NetlinkPeer>(name, FASTPATH_NETFP_PROXY_PORT_ID, std::move(services),
+                                                   faultFor(scenario, name, proxyFaults[1])));
 }
 
 Peers buildServer(const Scenario& scenario) {
-    return together(makeDumpPeer(scenario, "netfp_server", netfpServerState),
-                    std::make_unique<SmLogPeer>(SmLogPeer::systemLibrary, "netfp_server"));
+    return makePeers(makeDumpPeer(scenario, "netfp_server", netfpServerState),
+                     std::make_unique<SmLogPeer>(SmLogPeer::systemLibrary, "netfp_server"));
 }
 
 Peers buildResourceManager(const Scenario& scenario) {
-    return together(makeDumpPeer(scenario, "resmgr_server", resourceManagerState));
+    return makePeers(makeDumpPeer(scenario, "resmgr_server", resourceManagerState));
 }
 
 Peers buildDispatcher(const Scenario& scenario, const std::string& instance, std::uint16_t port,
@@ -100,10 +100,10 @@ Peers buildDispatcher(const Scenario& scenario, const std::string& instance, std
     writeStateTree(instance);
     std::vector<NetlinkPeer::Service> services{
         heartbeats(name, FASTPATH_DISPATCHER_HEARTBEAT_REQ, FASTPATH_DISPATCHER_HEARTBEAT_RESP)};
-    return together(std::make_unique<MmiPeer>(instance, port, faultFor(scenario, name, dispatcherFaults[0])),
-                    std::make_unique<NetlinkPeer>(name, portId, std::move(services),
-                                                  faultFor(scenario, name, dispatcherFaults[1])),
-                    std::make_unique<SmLogPeer>(SmLogPeer::dispatcher, name));
+    return makePeers(std::make_unique<MmiPeer>(instance, port, faultFor(scenario, name, dispatcherFaults[0])),
+                     std::make_unique<NetlinkPeer>(name, portId, std::move(services),
+                                                   faultFor(scenario, name, dispatcherFaults[1])),
+                     std::make_unique<SmLogPeer>(SmLogPeer::dispatcher, name));
 }
 
 Peers buildIwfDispatcher(const Scenario& scenario) {
@@ -115,16 +115,16 @@ Peers buildSfnDispatcher(const Scenario& scenario) {
 }
 
 Peers buildSystemLog(const Scenario& /*scenario*/) {
-    return together(std::make_unique<SystemLogPeer>());
+    return makePeers(std::make_unique<SystemLogPeer>());
 }
 
 bool always(Deployment /*deployment*/) {
     return true;
 }
-bool whereIwfIs(Deployment deployment) {
+bool hasIwf(Deployment deployment) {
     return deployment != Deployment::sfnAntenna;
 }
-bool whereSfnIs(Deployment deployment) {
+bool hasSfn(Deployment deployment) {
     return deployment != Deployment::iwf;
 }
 
@@ -146,9 +146,9 @@ constexpr std::array catalog{
         "iwf_dispatcher",
         "answers heartbeats on netlink port id 120 and MMI commands on UDP port 7777; publishes state files "
         "under /tmp/fuse/iwf; writes to the log dispatcher_log_memory",
-        whereIwfIs, dispatcherFaults, buildIwfDispatcher},
-    PeerEntry{"sfn_dispatcher", "the same, with netlink port id 130, UDP port 8777 and /tmp/fuse/sfn",
-              whereSfnIs, dispatcherFaults, buildSfnDispatcher},
+        hasIwf, dispatcherFaults, buildIwfDispatcher},
+    PeerEntry{"sfn_dispatcher", "the same, with netlink port id 130, UDP port 8777 and /tmp/fuse/sfn", hasSfn,
+              dispatcherFaults, buildSfnDispatcher},
 };
 
 }  // namespace

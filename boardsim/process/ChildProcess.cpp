@@ -27,15 +27,15 @@ ChildProcess::~ChildProcess() {
     ::posix_spawn_file_actions_destroy(&actions);
 }
 
-void ChildProcess::give(int descriptor, int number) {
+void ChildProcess::passDescriptor(int descriptor, int number) {
     check(::posix_spawn_file_actions_adddup2(&actions, descriptor, number), "descriptor");
 }
 
-void ChildProcess::silence(int number) {
+void ChildProcess::openNull(int number) {
     check(::posix_spawn_file_actions_addopen(&actions, number, "/dev/null", O_RDWR, 0), "/dev/null");
 }
 
-void ChildProcess::leaveProcessGroup() {
+void ChildProcess::startProcessGroup() {
     flags |= POSIX_SPAWN_SETPGROUP;
 }
 

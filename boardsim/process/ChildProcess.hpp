@@ -20,13 +20,13 @@ public:
     ~ChildProcess();
 
     /// The child inherits `descriptor` as `number`. The two may be equal.
-    void give(int descriptor, int number);
+    void passDescriptor(int descriptor, int number);
 
     /// Opens /dev/null as the child's descriptor `number`.
-    void silence(int number);
+    void openNull(int number);
 
     /// Puts the child into a process group of its own, so that Ctrl-C does not reach it.
-    void leaveProcessGroup();
+    void startProcessGroup();
 
     /// Starts `program` and returns its process id; the caller waits for it. A name without a slash is
     /// searched in PATH. `arguments` start with argv[0]. Throws std::system_error if the program cannot be

@@ -11,8 +11,8 @@
 
 namespace Boardsim {
 
-BoundedFile::BoundedFile(std::string filePath, std::uint64_t sizeLimit, Epitaph lineForDropped)
-    : path(std::move(filePath)), limit(sizeLimit), epitaph(lineForDropped) {
+BoundedFile::BoundedFile(std::string filePath, std::uint64_t sizeLimit, DropSummary summaryOfDropped)
+    : path(std::move(filePath)), limit(sizeLimit), dropSummary(summaryOfDropped) {
     append("");
 }
 
@@ -37,7 +37,7 @@ void BoundedFile::dropOlderHalf() const {
     const std::size_t cut = text.find('\n', text.size() / 2) + 1;
     const std::string_view dropped = std::string_view(text).substr(0, cut);
     const std::string successor = path + ".new";
-    writeTextFile(successor, (epitaph == nullptr ? "" : epitaph(dropped) + "\n") + text.substr(cut));
+    writeTextFile(successor, (dropSummary == nullptr ? "" : dropSummary(dropped) + "\n") + text.substr(cut));
     std::filesystem::rename(successor, path);
 }
 

@@ -11,10 +11,10 @@ namespace Boardsim {
 class BoundedFile {
 public:
     /// Makes the line that replaces `dropped`.
-    using Epitaph = std::string (*)(std::string_view dropped);
+    using DropSummary = std::string (*)(std::string_view dropped);
 
     /// Appends to an existing file. Throws std::system_error.
-    BoundedFile(std::string filePath, std::uint64_t sizeLimit, Epitaph lineForDropped = nullptr);
+    BoundedFile(std::string filePath, std::uint64_t sizeLimit, DropSummary summaryOfDropped = nullptr);
 
     /// Appends `line`, which has no line end yet. Throws std::system_error.
     void addLine(std::string line) const;
@@ -25,7 +25,7 @@ private:
 
     std::string path;
     std::uint64_t limit;  // bytes
-    Epitaph epitaph;
+    DropSummary dropSummary;
 };
 
 }  // namespace Boardsim

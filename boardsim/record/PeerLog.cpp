@@ -24,8 +24,8 @@ std::string sizeText(std::size_t bytes) {
 }  // namespace
 
 PeerLog::PeerLog(std::string_view peer, const Fault& misbehaviour)
-    : fault(misbehaviour.kind.empty() ? "" : "fault " + misbehaviour.said),
-      file(BoardPaths::logFile(peer), peerLogLimit, peerLogEpitaph) {
+    : fault(misbehaviour.kind.empty() ? "" : "fault " + misbehaviour.text),
+      file(BoardPaths::logFile(peer), peerLogLimit, peerLogDropSummary) {
 }
 
 void PeerLog::received(std::string_view what, std::size_t bytes) const {

@@ -12,8 +12,8 @@
 namespace Boardsim {
 namespace {
 
-constexpr std::size_t textPlace = peerLogStampLength + 4;
-constexpr const char* epitaphFormat =
+constexpr std::size_t textOffset = peerLogStampLength + 4;
+constexpr const char* dropSummaryFormat =
     "%" SCNu64 " lines before these were dropped: %" SCNu64 " received, %" SCNu64 " answered";
 
 std::string stampOf(std::chrono::system_clock::time_point moment) {
@@ -23,11 +23,11 @@ std::string stampOf(std::chrono::system_clock::time_point moment) {
     return utcText(std::chrono::floor<std::chrono::seconds>(milliseconds).count()) + fraction.data();
 }
 
-bool takeEpitaph(const std::string& line, PeerLogContent& content) {
+bool takeDropSummary(const std::string& line, PeerLogContent& content) {
     PeerLogContent counts;
     const bool found =
-        line.size() > textPlace && std::sscanf(line.c_str() + textPlace, epitaphFormat, &counts.dropped,
-                                               &counts.received, &counts.answered) == 3;
+        line.size() > textOffset && std::sscanf(line.c_str() + textOffset, dropSummaryFormat, &counts.dropped,
+                                                &counts.received, &counts.answered) == 3;
     if (found) {
         content = counts;
     }
@@ -36,7 +36,7 @@ bool takeEpitaph(const std::string& line, PeerLogContent& content) {
 
 /// The arrow after the time stamp; empty if the line is not a log line.
 std::string_view directionOf(std::string_view line) {
-    return line.size() < textPlace ? "" : line.substr(peerLogStampLength + 1, 2);
+    return line.size() < textOffset ? "" : line.substr(peerLogStampLength + 1, 2);
 }
 
 void takeLine(const std::string& line, PeerLogContent& content) {
@@ -52,18 +52,18 @@ PeerLogContent parsePeerLog(std::string_view text) {
     PeerLogContent content;
     bool first = true;
     for (const std::string& line : linesOf(std::string(text))) {
-        const bool isEpitaph = std::exchange(first, false) && takeEpitaph(line, content);
-        if (!isEpitaph && !directionOf(line).empty()) {
+        const bool isDropSummary = std::exchange(first, false) && takeDropSummary(line, content);
+        if (!isDropSummary && !directionOf(line).empty()) {
             takeLine(line, content);
         }
     }
     return content;
 }
 
-std::string peerLogEpitaph(std::string_view dropped) {
+std::string peerLogDropSummary(std::string_view dropped) {
     const PeerLogContent content = parsePeerLog(dropped);
     std::array<char, 160> text{};
-    std::snprintf(text.data(), text.size(), epitaphFormat,
+    std::snprintf(text.data(), text.size(), dropSummaryFormat,
                   static_cast<std::uint64_t>(content.dropped + content.lines.size()), content.received,
                   content.answered);
     return peerLogLine("--", text.data());

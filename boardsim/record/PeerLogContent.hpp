@@ -26,7 +26,7 @@ struct PeerLogContent {
 PeerLogContent parsePeerLog(std::string_view text);
 
 /// The line that replaces `dropped`, the older part of a log.
-std::string peerLogEpitaph(std::string_view dropped);
+std::string peerLogDropSummary(std::string_view dropped);
 
 /// A log line with the current time. `direction` is "<-", "->" or "--".
 std::string peerLogLine(std::string_view direction, std::string_view text);

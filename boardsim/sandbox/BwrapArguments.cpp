@@ -11,7 +11,7 @@
 namespace Boardsim {
 
 void BwrapArguments::addFile(const std::string& option, std::string_view text, const std::string& path) {
-    add({option, std::to_string(hold(text)), path});
+    add({option, std::to_string(addData(text)), path});
 }
 
 void BwrapArguments::addDescriptor(const std::string& option, Base::UniqueFd descriptor) {
@@ -19,15 +19,15 @@ void BwrapArguments::addDescriptor(const std::string& option, Base::UniqueFd des
     data.push_back(std::move(descriptor));
 }
 
-int BwrapArguments::seal() {
+int BwrapArguments::toDescriptor() {
     std::string text;
     for (const std::string& word : list) {
         text.append(word).push_back('\0');
     }
-    return hold(text);
+    return addData(text);
 }
 
-int BwrapArguments::hold(std::string_view text) {
+int BwrapArguments::addData(std::string_view text) {
     Base::UniqueFd memory(Base::checked(::memfd_create("boardsim", MFD_CLOEXEC), "memfd_create"));
     writeText(memory.get(), text, "memfd");
     Base::checked(::lseek(memory.get(), 0, SEEK_SET), "memfd");

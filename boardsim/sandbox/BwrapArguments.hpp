@@ -22,12 +22,12 @@ public:
     void addDescriptor(const std::string& option, Base::UniqueFd descriptor);
 
     /// A descriptor from which bubblewrap reads all options added so far.
-    int seal();
+    int toDescriptor();
 
     const std::vector<Base::UniqueFd>& descriptors() const { return data; }
 
 private:
-    int hold(std::string_view text);
+    int addData(std::string_view text);
 
     std::vector<std::string> list;
     std::vector<Base::UniqueFd> data;

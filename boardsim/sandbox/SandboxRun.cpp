@@ -20,7 +20,7 @@
 namespace Boardsim {
 namespace {
 
-constexpr const char* missingRemedy = "install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)";
+constexpr const char* installHint = "install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)";
 
 /// Ctrl-C reaches every process at the terminal. bubblewrap must survive it, so that the command can exit
 /// cleanly. The signals are also blocked: the descriptor still receives them.
@@ -35,30 +35,29 @@ Base::UniqueFd takeSignals() {
 
 /// Starts bubblewrap with `line` as the sandbox's end of the control line.
 pid_t startBwrap(BwrapArguments arguments, const ControlLine& line, const std::vector<std::string>& command) {
-    std::vector<std::string> words{"bwrap", "--args", std::to_string(arguments.seal()), "--",
+    std::vector<std::string> words{"bwrap", "--args", std::to_string(arguments.toDescriptor()), "--",
                                    BoardPaths::init};
     words.push_back(std::to_string(line.descriptor()));
     words.insert(words.end(), command.begin(), command.end());
     ChildProcess child;
-    child.give(line.descriptor(), line.descriptor());
+    child.passDescriptor(line.descriptor(), line.descriptor());
     for (const Base::UniqueFd& data : arguments.descriptors()) {
-        child.give(data.get(), data.get());
+        child.passDescriptor(data.get(), data.get());
     }
-    if (!TerminalKeeper::hasTerminal()) {
+    if (!TerminalGuard::hasTerminal()) {
         // Otherwise, a command that signals its process group reaches processes of the host. At a terminal,
         // all stay in one group: it is the job for Ctrl-C and Ctrl-Z.
-        child.leaveProcessGroup();
+        child.startProcessGroup();
     }
     try {
         return child.start("bwrap", words);
     } catch (const std::system_error& error) {
-        throw SandboxError("no sandbox: bwrap cannot be run: " + error.code().message() + "\n" +
-                           missingRemedy);
+        throw SandboxError("no sandbox: bwrap cannot be run: " + error.code().message() + "\n" + installHint);
     }
 }
 
 /// The exit status of the child, if it has exited.
-std::optional<int> endOf(pid_t child) {
+std::optional<int> exitStatusOf(pid_t child) {
     int status = 0;
     if (::waitpid(child, &status, WNOHANG) != child) {
         return std::nullopt;
@@ -67,12 +66,12 @@ std::optional<int> endOf(pid_t child) {
 }
 
 /// Forwards signals until the child has exited. Returns its exit status.
-int accompany(pid_t child, const Base::UniqueFd& signals, const ControlLine& line) {
+int forwardSignals(pid_t child, const Base::UniqueFd& signals, const ControlLine& line) {
     for (;;) {
         const int signal = readSignal(signals);
         if (signal != SIGCHLD) {
             line.send(static_cast<unsigned char>(signal));
-        } else if (const auto status = endOf(child)) {
+        } else if (const auto status = exitStatusOf(child)) {
             return *status;
         }
     }
@@ -88,7 +87,7 @@ int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
         arguments.add({"--setenv", "PS1", "board# "});
     }
     command.front() = tree.commandOnBoard(command.front());
-    const TerminalKeeper terminal;
+    const TerminalGuard terminal;
     if (::geteuid() == 0) {
         protectHostDevices();
     }
@@ -96,7 +95,7 @@ int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
     auto [line, sandboxEnd] = ControlLine::openPair();
     const pid_t child = startBwrap(std::move(arguments), sandboxEnd, command);
     sandboxEnd.close();
-    const int status = accompany(child, signals, line);
+    const int status = forwardSignals(child, signals, line);
     if (line.receive() != ControlLine::up) {
         throw SandboxError(sandboxRefusal());
     }

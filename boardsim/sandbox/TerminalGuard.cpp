@@ -9,10 +9,10 @@
 
 namespace Boardsim {
 
-TerminalKeeper::TerminalKeeper() : foreground(::tcgetpgrp(STDIN_FILENO)) {
+TerminalGuard::TerminalGuard() : foreground(::tcgetpgrp(STDIN_FILENO)) {
 }
 
-TerminalKeeper::~TerminalKeeper() {
+TerminalGuard::~TerminalGuard() {
     if (foreground != ::getpgrp()) {
         return;  // no terminal, or we were in the background from the start
     }
@@ -24,7 +24,7 @@ TerminalKeeper::~TerminalKeeper() {
     ::pthread_sigmask(SIG_UNBLOCK, &background, nullptr);
 }
 
-bool TerminalKeeper::hasTerminal() {
+bool TerminalGuard::hasTerminal() {
     return Base::UniqueFd(::open("/dev/tty", O_RDWR | O_CLOEXEC)).get() != -1;
 }
 

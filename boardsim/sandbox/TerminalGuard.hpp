@@ -6,14 +6,14 @@ namespace Boardsim {
 
 /// Takes the terminal back at the end. A shell on the board makes its own process group the foreground group.
 /// It cannot restore the old group, which is outside the sandbox.
-class TerminalKeeper {
+class TerminalGuard {
 public:
-    TerminalKeeper();
-    TerminalKeeper(const TerminalKeeper&) = delete;
-    TerminalKeeper& operator=(const TerminalKeeper&) = delete;
-    TerminalKeeper(TerminalKeeper&&) = delete;
-    TerminalKeeper& operator=(TerminalKeeper&&) = delete;
-    ~TerminalKeeper();
+    TerminalGuard();
+    TerminalGuard(const TerminalGuard&) = delete;
+    TerminalGuard& operator=(const TerminalGuard&) = delete;
+    TerminalGuard(TerminalGuard&&) = delete;
+    TerminalGuard& operator=(TerminalGuard&&) = delete;
+    ~TerminalGuard();
 
     /// True if this program has a terminal, in the foreground or not.
     static bool hasTerminal();

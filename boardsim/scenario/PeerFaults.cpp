@@ -100,7 +100,7 @@ std::vector<std::string> peerFaultTexts(const std::vector<PeerFault>& faults) {
     std::vector<std::string> texts;
     texts.reserve(faults.size());
     for (const auto& [peer, fault] : faults) {
-        texts.push_back(peer + "=" + fault.said);
+        texts.push_back(peer + "=" + fault.text);
     }
     return texts;
 }

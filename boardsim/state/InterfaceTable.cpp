@@ -13,19 +13,19 @@ std::optional<std::int32_t> InterfaceTable::portOf(std::string_view interface) c
     return row == ports.end() ? std::nullopt : std::optional(row->second);
 }
 
-bool InterfaceTable::setMirroring(const NetfpMaster_SetPortMirroring& wish) {
+bool InterfaceTable::setMirroring(const NetfpMaster_SetPortMirroring& request) {
     const auto isPort = [&](std::int32_t port) {
         return std::ranges::any_of(ports, [&](const auto& row) { return row.second == port; });
     };
     const bool knownDirection =
-        wish.direction == Netfp_Direction_INBOUND || wish.direction == Netfp_Direction_OUTBOUND;
-    if (!knownDirection || !isPort(wish.fromPort) || !isPort(wish.toPort) || wish.fromPort == wish.toPort ||
-        wish.enable > 1) {
+        request.direction == Netfp_Direction_INBOUND || request.direction == Netfp_Direction_OUTBOUND;
+    if (!knownDirection || !isPort(request.fromPort) || !isPort(request.toPort) ||
+        request.fromPort == request.toPort || request.enable > 1) {
         return false;
     }
-    const std::pair key(wish.direction, wish.fromPort);
-    if (wish.enable == 1) {
-        mirrors[key] = wish.toPort;
+    const std::pair key(request.direction, request.fromPort);
+    if (request.enable == 1) {
+        mirrors[key] = request.toPort;
     } else {
         mirrors.erase(key);
     }
@@ -43,19 +43,19 @@ bool InterfaceTable::rename(std::string_view currentName, const std::string& new
     return true;
 }
 
-bool InterfaceTable::addMulticast(const NetfpMaster_AddMulticastMac& wish) {
-    const std::string interface = fieldText(wish.interfaceName);
-    const bool isGroup = (wish.mac[0] & 1U) != 0;
-    if (!portOf(interface) || !isGroup || wish.ignoreVlan != (wish.vlanId == 0 ? 1U : 0U)) {
+bool InterfaceTable::addMulticast(const NetfpMaster_AddMulticastMac& request) {
+    const std::string interface = fieldText(request.interfaceName);
+    const bool isGroup = (request.mac[0] & 1U) != 0;
+    if (!portOf(interface) || !isGroup || request.ignoreVlan != (request.vlanId == 0 ? 1U : 0U)) {
         return false;
     }
     std::ostringstream filter;
-    filter << fieldText(wish.regionName) << ' ' << interface << ' ' << macText(wish.mac) << std::hex
-           << std::setfill('0') << " type 0x" << std::setw(4) << wish.etherType << " vlan ";
-    if (wish.ignoreVlan != 0) {
+    filter << fieldText(request.regionName) << ' ' << interface << ' ' << macText(request.mac) << std::hex
+           << std::setfill('0') << " type 0x" << std::setw(4) << request.etherType << " vlan ";
+    if (request.ignoreVlan != 0) {
         filter << "any";
     } else {
-        filter << std::dec << wish.vlanId;
+        filter << std::dec << request.vlanId;
     }
     multicastFilters.push_back(filter.str());
     return true;

@@ -21,7 +21,7 @@ public:
 
     /// Starts or stops mirroring one port in one direction. Returns false and changes nothing if a field is
     /// invalid, or if both ports are the same.
-    bool setMirroring(const NetfpMaster_SetPortMirroring& wish);
+    bool setMirroring(const NetfpMaster_SetPortMirroring& request);
 
     /// Renames an interface. Returns false and changes nothing if the current name is unknown, or if the new
     /// name is empty or taken.
@@ -29,7 +29,7 @@ public:
 
     /// Adds a multicast filter. Returns false and changes nothing if the interface is unknown or the address
     /// is not a group address. The same applies if vlanId and ignoreVlan contradict each other.
-    bool addMulticast(const NetfpMaster_AddMulticastMac& wish);
+    bool addMulticast(const NetfpMaster_AddMulticastMac& request);
 
     /// The whole table, for people.
     std::string text() const;

@@ -21,18 +21,19 @@ std::string renameText(const NetfpMaster_Request& request) {
 }
 
 std::string mirroringText(const NetfpMaster_Request& request) {
-    const NetfpMaster_SetPortMirroring& wish = request.body.setPortMirroring;
-    const std::string direction = wish.direction == Netfp_Direction_INBOUND    ? "inbound"
-                                  : wish.direction == Netfp_Direction_OUTBOUND ? "outbound"
-                                                                               : "unknown";
-    return std::string(wish.enable == 0 ? "no mirroring" : "mirroring") + " of port " +
-           std::to_string(wish.fromPort) + " to port " + std::to_string(wish.toPort) + ", " + direction;
+    const NetfpMaster_SetPortMirroring& mirroring = request.body.setPortMirroring;
+    const std::string direction = mirroring.direction == Netfp_Direction_INBOUND    ? "inbound"
+                                  : mirroring.direction == Netfp_Direction_OUTBOUND ? "outbound"
+                                                                                    : "unknown";
+    return std::string(mirroring.enable == 0 ? "no mirroring" : "mirroring") + " of port " +
+           std::to_string(mirroring.fromPort) + " to port " + std::to_string(mirroring.toPort) + ", " +
+           direction;
 }
 
 std::string multicastText(const NetfpMaster_Request& request) {
-    const NetfpMaster_AddMulticastMac& wish = request.body.addMulticastMac;
-    return "multicast " + macText(wish.mac) + " for " + fieldText(wish.interfaceName) + ", VLAN " +
-           (wish.ignoreVlan != 0 ? "any" : std::to_string(wish.vlanId));
+    const NetfpMaster_AddMulticastMac& multicast = request.body.addMulticastMac;
+    return "multicast " + macText(multicast.mac) + " for " + fieldText(multicast.interfaceName) + ", VLAN " +
+           (multicast.ignoreVlan != 0 ? "any" : std::to_string(multicast.vlanId));
 }
 
 struct RequestText {

@@ -34,16 +34,16 @@ PeerLogContent readPeerLog(const RunningBoard& board, std::string_view peer) {
 }
 
 std::vector<std::string> BoardTraffic::next(const RunningBoard& board) {
-    std::vector<std::string> news;
+    std::vector<std::string> lines;
     for (const PeerEntry& peer : peerCatalog()) {
         for (const std::string& line : newLines(board, peer.name)) {
-            news.push_back(withName(line, peer.name));
+            lines.push_back(withName(line, peer.name));
         }
     }
-    std::ranges::stable_sort(news, {}, [](const std::string& line) {
+    std::ranges::stable_sort(lines, {}, [](const std::string& line) {
         return std::string_view(line).substr(0, peerLogStampLength);
     });
-    return news;
+    return lines;
 }
 
 std::vector<std::string> BoardTraffic::newLines(const RunningBoard& board, std::string_view peer) {

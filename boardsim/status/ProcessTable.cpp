@@ -101,7 +101,7 @@ pid_t ProcessTable::innermostId(pid_t process) {
     return id;
 }
 
-std::string ProcessTable::innermostTable(pid_t process) {
+std::string ProcessTable::pidNamespace(pid_t process) {
     return std::filesystem::read_symlink(procFile(process, "ns/pid"));
 }
 

@@ -26,7 +26,7 @@ pid_t parent(pid_t process);
 pid_t innermostId(pid_t process);
 
 /// An identifier of that namespace.
-std::string innermostTable(pid_t process);
+std::string pidNamespace(pid_t process);
 
 /// In UTC.
 std::chrono::sys_seconds startTime(pid_t process);

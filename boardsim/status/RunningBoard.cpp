@@ -29,7 +29,7 @@ Base::UniqueFd openProcess(pid_t process) {
 }
 
 /// bubblewrap runs between boardsim and the first process. Both are invisible from the board.
-pid_t keeperOf(pid_t firstProcess) {
+pid_t launcherOf(pid_t firstProcess) {
     const pid_t bubblewrap = ProcessTable::parent(firstProcess);
     return bubblewrap == 0 ? firstProcess : ProcessTable::parent(bubblewrap);
 }
@@ -66,9 +66,9 @@ std::vector<RunningBoard> RunningBoard::all() {
 RunningBoard::RunningBoard(pid_t firstProcess)
     : root(firstProcess),
       end(openProcess(firstProcess)),
-      keeper(keeperOf(firstProcess)),
-      processTable(ProcessTable::innermostTable(firstProcess)),
-      words(commandOf(firstProcess)),
+      launcher(launcherOf(firstProcess)),
+      pidNamespace(ProcessTable::pidNamespace(firstProcess)),
+      commandText(commandOf(firstProcess)),
       start(startOf(firstProcess)) {
 }
 
@@ -76,7 +76,7 @@ pid_t RunningBoard::findProcess(const std::string& name) const {
     for (const pid_t process : ProcessTable::ids()) {
         try {
             if (ProcessTable::commandLine(process) == std::vector{name} &&
-                ProcessTable::innermostTable(process) == processTable) {
+                ProcessTable::pidNamespace(process) == pidNamespace) {
                 return ProcessTable::innermostId(process);
             }
         } catch (const std::system_error&) {

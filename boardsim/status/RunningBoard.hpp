@@ -18,10 +18,10 @@ public:
 
     /// Id of the process that the user started and can kill. Seen from the board, the id of its first
     /// process.
-    pid_t pid() const { return keeper; }
+    pid_t pid() const { return launcher; }
 
     /// The board's command, as one printable line.
-    const std::string& command() const { return words; }
+    const std::string& command() const { return commandText; }
 
     /// UTC.
     const std::string& startTime() const { return start; }
@@ -39,9 +39,9 @@ private:
 
     BoardRoot root;
     Base::UniqueFd end;
-    pid_t keeper;
-    std::string processTable;
-    std::string words;
+    pid_t launcher;
+    std::string pidNamespace;
+    std::string commandText;
     std::string start;
 };
 

@@ -26,25 +26,25 @@ struct Watched {
     RunningBoard board;
     BoardTraffic traffic = {};
 
-    std::vector<std::string> news() { return traffic.next(board); }
+    std::vector<std::string> newLines() { return traffic.next(board); }
 };
 
 using Boards = std::vector<Watched>;
 
-enum class Wish : std::uint8_t { once, follow, help, shortHelp };
+enum class Mode : std::uint8_t { once, follow, help, shortHelp };
 
-Wish parseWish(const std::vector<std::string>& arguments) {
-    Wish wish = Wish::once;
+Mode parseMode(const std::vector<std::string>& arguments) {
+    Mode mode = Mode::once;
     for (const std::string& word : arguments) {
         if (word == "-f" || word == "--follow") {
-            wish = Wish::follow;
+            mode = Mode::follow;
         } else if (word == "-h" || word == "--help") {
-            return word == "-h" ? Wish::shortHelp : Wish::help;
+            return word == "-h" ? Mode::shortHelp : Mode::help;
         } else {
             throw UsageError("status takes no option but --follow: " + word);
         }
     }
-    return wish;
+    return mode;
 }
 
 void printLast(const std::vector<std::string>& lines) {
@@ -70,7 +70,7 @@ Boards printAll() {
         if (!hasEnded(running, 0)) {
             boards.push_back({std::move(running)});
             std::cout << separator << text;
-            printLast(boards.back().news());
+            printLast(boards.back().newLines());
             separator = "\n";
         }
     }
@@ -78,10 +78,10 @@ Boards printAll() {
 }
 
 /// Prints new lines. With several boards, prints the board's name above its lines, as `tail` does with files.
-class News {
+class TrafficPrinter {
 public:
     void print(Watched& watched, bool several) {
-        for (const std::string& line : watched.news()) {
+        for (const std::string& line : watched.newLines()) {
             if (several && std::exchange(latest, watched.board.pid()) != watched.board.pid()) {
                 std::cout << "Board " << watched.board.pid() << ":\n";
             }
@@ -95,12 +95,12 @@ private:
 
 void follow(Boards boards) {
     const bool several = boards.size() > 1;
-    News news;
+    TrafficPrinter printer;
     while (!boards.empty()) {
         hasEnded(boards.front().board, pauseMs);
         for (auto each = boards.begin(); each != boards.end();) {
             const bool ended = hasEnded(each->board, 0);  // first, so that the last lines are complete
-            news.print(*each, several);
+            printer.print(*each, several);
             if (ended) {
                 std::cout << "Board " << each->board.pid() << " has ended.\n";
             }
@@ -113,9 +113,9 @@ void follow(Boards boards) {
 }  // namespace
 
 int runStatus(const std::vector<std::string>& arguments) {
-    const Wish wish = parseWish(arguments);
-    if (wish == Wish::help || wish == Wish::shortHelp) {
-        std::cout << (wish == Wish::help ? helpText() : shortHelpText());
+    const Mode mode = parseMode(arguments);
+    if (mode == Mode::help || mode == Mode::shortHelp) {
+        std::cout << (mode == Mode::help ? helpText() : shortHelpText());
         return EXIT_SUCCESS;
     }
     Boards boards = printAll();
@@ -123,7 +123,7 @@ int runStatus(const std::vector<std::string>& arguments) {
         std::cout << "No board is running.\n";
         return EXIT_FAILURE;
     }
-    if (wish == Wish::follow) {
+    if (mode == Mode::follow) {
         std::cout << std::flush;
         follow(std::move(boards));
     }

@@ -21,7 +21,7 @@ std::string faultsOf(const PeerEntry& peer, const Scenario& scenario) {
     for (const FaultGroup& group : peer.faults) {
         const Fault fault = faultFor(scenario, peer.name, group);
         if (!fault.kind.empty()) {
-            text += (text.empty() ? "" : ", ") + printable(fault.said);
+            text += (text.empty() ? "" : ", ") + printable(fault.text);
         }
     }
     return text.empty() ? "-" : text;

@@ -8,7 +8,7 @@
 
 using Boardsim::parsePeerLog;
 using Boardsim::PeerLogContent;
-using Boardsim::peerLogEpitaph;
+using Boardsim::peerLogDropSummary;
 using Boardsim::peerLogLine;
 using Boardsim::peerLogStampLength;
 
@@ -36,11 +36,11 @@ TEST(PeerLogContentTest, IsEmptyWhereNothingHappened) {
 }
 
 TEST(PeerLogContentTest, CountsDroppedLinesInTheirPlace) {
-    const std::string epitaph = peerLogEpitaph(text);
+    const std::string dropSummary = peerLogDropSummary(text);
 
-    EXPECT_EQ(epitaph.substr(peerLogStampLength),
+    EXPECT_EQ(dropSummary.substr(peerLogStampLength),
               " -- 4 lines before these were dropped: 2 received, 1 answered");
-    const PeerLogContent content = parsePeerLog(epitaph + "\n" + text);
+    const PeerLogContent content = parsePeerLog(dropSummary + "\n" + text);
     EXPECT_EQ(content.lines.size(), 4U);
     EXPECT_EQ(content.dropped, 4U);
     EXPECT_EQ(content.received, 4U);
@@ -48,7 +48,7 @@ TEST(PeerLogContentTest, CountsDroppedLinesInTheirPlace) {
 }
 
 TEST(PeerLogContentTest, GoesOnCountingWhenLinesAreDroppedAgain) {
-    EXPECT_EQ(peerLogEpitaph(peerLogEpitaph(text) + "\n" + text).substr(peerLogStampLength),
+    EXPECT_EQ(peerLogDropSummary(peerLogDropSummary(text) + "\n" + text).substr(peerLogStampLength),
               " -- 8 lines before these were dropped: 4 received, 2 answered");
 }
 

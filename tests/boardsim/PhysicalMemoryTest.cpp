@@ -32,14 +32,14 @@ const DescriptorWords descriptorWords{0x8000003c, 0, 0x00010203, 0xc000003c,
 }  // namespace
 
 TEST(PhysicalMemoryTest, HoldsADescriptorWhoseLengthsHaveOtherBitsAboveThem) {
-    Boardsim::PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::fill();
 
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6120), DescriptorWords{});
 }
 
 TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
-    Boardsim::PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::fill();
 
     using Part = std::array<char, 64>;
     Part frame{};
@@ -60,10 +60,10 @@ TEST(PhysicalMemoryTest, LiesInTheMemoryOfEveryBoard) {
 }
 
 TEST(PhysicalMemoryTest, IsLaidAnewOverWhatWasLeft) {
-    Boardsim::PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::fill();
     run({"devmem", "0xeb6b6100", "32", "7"});
 
-    Boardsim::PhysicalMemory::lay();
+    Boardsim::PhysicalMemory::fill();
 
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
 }
