@@ -16,7 +16,7 @@ namespace {
 /// How this program is started on the host. The build writes it down beside a program that runs on a board.
 std::vector<std::string> commandOfThisProgram() {
     const fs::path program = fs::read_symlink("/proc/self/exe");
-    const std::string file = program.string() + ".command";
+    const fs::path file = fs::path(program).replace_extension(".command");  // an emulated program has one
     return fs::exists(file) ? linesOfFile(file) : std::vector<std::string>{program};
 }
 
