@@ -41,7 +41,7 @@ TEST(BoardNetlinkTest, AnswersHeartbeatsAtEachPortIdWithTheStatusInThePeersFile)
     }
 }
 
-TEST(BoardNetlinkTest, HasAProxyThatTakesInterfacesIn) {
+TEST(BoardNetlinkTest, HasAProxyThatAddsInterfaces) {
     const Board board({});
     const auto client = DatagramClient::ofNetlinkPort(110);
     const std::string eth1 = littleEndian(23) + "eth1" + std::string(28, '\0');

@@ -96,7 +96,7 @@ TEST(BoardTest, RunsTheDispatchersOfItsDeployment) {
     }
 }
 
-TEST(BoardTest, LeavesOutPeersThatAreNotWanted) {
+TEST(BoardTest, DoesNotStartExcludedPeers) {
     Scenario scenario;
     scenario.without = {"netfp_master", "sfn_dispatcher"};
 
@@ -108,7 +108,7 @@ TEST(BoardTest, LeavesOutPeersThatAreNotWanted) {
     EXPECT_FALSE(fs::exists("/tmp/fuse/sfn"));
 }
 
-TEST(BoardTest, LaysDownSettingsAndTakesThemBack) {
+TEST(BoardTest, CreatesSettingsAndRemovesThem) {
     writeTextFile("/tmp/my.conf", "key=value\n");
     Scenario scenario;
     scenario.secured = true;
@@ -131,7 +131,7 @@ TEST(BoardTest, LaysDownSettingsAndTakesThemBack) {
     EXPECT_FALSE(fs::exists("/rom/private/fpdispatcher.conf"));
 }
 
-TEST(BoardTest, AnswersOnTheBoardsSocketsAsSoonAsItIsThere) {
+TEST(BoardTest, AnswersOnTheBoardsSocketsOnceItIsConstructed) {
     const Board board({});
 
     EXPECT_TRUE(DatagramClient::ofPath("/tmp/NetfpMaster", "/tmp/client").send("x"));
@@ -191,7 +191,7 @@ TEST(BoardTest, DumpsTheMastersTableAtASignal) {
     EXPECT_EQ(Board::received("netfp_master"), std::vector<std::string>{"SIGUSR1"});
 }
 
-TEST(BoardTest, EndsItsPeersAndNoOtherProcess) {
+TEST(BoardTest, EndsOnlyItsOwnPeers) {
     const pid_t other = ::fork();
     if (other == 0) {
         ::pause();
@@ -210,7 +210,7 @@ TEST(BoardTest, EndsItsPeersAndNoOtherProcess) {
     ::waitpid(other, nullptr, 0);
 }
 
-TEST(BoardTest, ForgetsWhatPeersOfAnEarlierBoardReceived) {
+TEST(BoardTest, StartsWithoutTheRecordsOfAnEarlierBoard) {
     {
         const Board board({});
         const auto client = DatagramClient::ofPort(7777);

@@ -7,7 +7,7 @@
 
 namespace fs = std::filesystem;
 
-TEST(BoardsimCommandTest, EndsWithTheStatusOfTheCommand) {
+TEST(BoardsimCommandTest, ExitsWithTheStatusOfTheCommand) {
     const struct {
         std::vector<std::string> arguments;
         int status;
@@ -54,7 +54,7 @@ TEST(BoardsimCommandTest, FindsItsOwnProgramsByNameAndByTheirPlaceOnTheHost) {
     EXPECT_EQ(boardsim({"--bare", "--", relative, "--help"}).out, help);
 }
 
-TEST(BoardsimCommandTest, EndsWhatTheCommandLeavesRunning) {
+TEST(BoardsimCommandTest, EndsProcessesThatTheCommandLeavesRunning) {
     const Outcome outcome = onBoard({"--bare"}, "(trap '' TERM HUP; sleep 1000; sleep 1000) & echo started");
 
     EXPECT_EQ(outcome.status, 0);

@@ -24,7 +24,7 @@ TEST(BoardsimHostTest, ShowsEachPeerOnceInTheProcessList) {
     }
 }
 
-TEST(BoardsimHostTest, HidesNoPeerFromASearchThatLeavesTheProductOut) {
+TEST(BoardsimHostTest, ShowsEachPeerToASearchThatExcludesTheProduct) {
     const Outcome outcome =
         boardsim({"sh", "-c",
                   "for p in /run/boardsim/peers/*; do readlink /proc/$(pidof ${p##*/})/exe; done | sort -u"});
@@ -34,7 +34,7 @@ TEST(BoardsimHostTest, HidesNoPeerFromASearchThatLeavesTheProductOut) {
                                testing::Not(testing::HasSubstr("grep"))));
 }
 
-TEST(BoardsimHostTest, StartsProcessIdsAboveThoseOfTheNetlinkPorts) {
+TEST(BoardsimHostTest, StartsProcessIdsAboveTheNetlinkPorts) {
     std::istringstream ids(boardsim({"ps", "-e", "-o", "pid="}).out);
     int id = 0;
     ids >> id;
@@ -99,7 +99,7 @@ TEST(BoardsimHostTest, CannotChangeTheHostsDeviceFiles) {
     EXPECT_EQ(outcome.out, "usable\nusable\nusable\nusable\nusable\nusable\n");
 }
 
-TEST(BoardsimHostTest, SendsNoSignalToTheProcessGroupOfTheHostWhereThereIsNoTerminal) {
+TEST(BoardsimHostTest, SendsNoSignalToTheHostsProcessGroupWithoutATerminal) {
     const Outcome outcome = run({"setsid", "--wait", "bash", "-c",
                                  "$0 --bare -- sh -c 'kill -KILL 0'; echo status $?", BOARDSIM_PROGRAM});
 
@@ -111,7 +111,7 @@ TEST(BoardsimHostTest, HasANetworkOfItsOwn) {
     EXPECT_EQ(boardsim({"--bare", "--", "sh", "-c", "sed 1,2d /proc/net/dev | cut -d: -f1"}).out, "    lo\n");
 }
 
-TEST(BoardsimHostTest, HasNoPartInTheKeysOfTheHostsSession) {
+TEST(BoardsimHostTest, CannotUseTheKeysOfTheHostsSession) {
     EXPECT_EQ(boardsim({"--bare", "--", "/opt/korvel/tests/host_keys"}).out,
               "keyctl: Operation not permitted\n"
               "add_key: Operation not permitted\n"
@@ -126,7 +126,7 @@ TEST(BoardsimHostTest, InheritsNoDescriptorsBeyondTheStandardOnes) {
     EXPECT_EQ(outcome.err, "ls: cannot access '/proc/[0-9]*/fd/77': No such file or directory\n");
 }
 
-TEST(BoardsimHostTest, CollectsWhatLinuxKnows) {
+TEST(BoardsimHostTest, CollectsTheLogsOfLinux) {
     const Outcome outcome = boardsim({"sh", "-c",
                                       "logger -d --socket-errors=on hello; fp_linux_log_collect /tmp/w && ls "
                                       "/tmp/w/linux && cat /tmp/w/linux/cmdline.log"});

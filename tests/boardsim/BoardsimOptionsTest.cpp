@@ -74,7 +74,7 @@ TEST(BoardsimOptionsTest, InstallsFilesOfTheHost) {
     EXPECT_EQ(onBoard({"--config", config.path}, "cat /rom/private/fpdispatcher.conf").out, "key=value\n");
 }
 
-TEST(BoardsimOptionsTest, LaysDownTheSettingsOfTheLibraries) {
+TEST(BoardsimOptionsTest, WritesTheSettingsOfTheLibraries) {
     EXPECT_EQ(onBoard({"--secured", "--secure-error", "5", "--cma-error", "-6"},
                       "cd /run/boardsim && cat secure secure_error cma_error")
                   .out,
@@ -83,12 +83,12 @@ TEST(BoardsimOptionsTest, LaysDownTheSettingsOfTheLibraries) {
               "heartbeat\ninit\nlog\npeers\nreceived\nscenario.toml\nsystem.log\n");
 }
 
-TEST(BoardsimOptionsTest, HasNeitherPeersNorPrivateFilesWhenBare) {
+TEST(BoardsimOptionsTest, HasNoPeersAndNoPrivateFilesWhenBare) {
     EXPECT_EQ(onBoard({"--bare"}, std::string(peerNames) + "; find /rom /ffs /tmp /dev/shm | sort").out,
               "/dev/shm\n/ffs\n/ffs/run\n/ffs/run/logs\n/rom\n/rom/config\n/rom/private\n/tmp\n");
 }
 
-TEST(BoardsimOptionsTest, ComeWithAnExampleOfAScenarioThatSaysAllOfThem) {
+TEST(BoardsimOptionsTest, HaveAnExampleScenarioThatSetsThemAll) {
     const Outcome outcome = onBoard({"--scenario", EXAMPLES "/flaky.toml"},
                                     "cat /rom/private/fpdispatcher.conf /run/boardsim/scenario.toml");
 
@@ -115,7 +115,7 @@ TEST(BoardsimOptionsTest, ComeWithAnExampleOfAScenarioThatSaysAllOfThem) {
     }
 }
 
-TEST(BoardsimOptionsTest, TakesFilesThatAreNamedByDescriptors) {
+TEST(BoardsimOptionsTest, AcceptsFilesThatDescriptorsName) {
     const Outcome outcome = run({"bash", "-c",
                                  "$0 --scenario <(echo 'deployment = \"iwf\"') --config <(echo key=value) -- "
                                  "sh -c 'ls /rom/config; cat /rom/private/fpdispatcher.conf'",
@@ -124,7 +124,7 @@ TEST(BoardsimOptionsTest, TakesFilesThatAreNamedByDescriptors) {
     EXPECT_EQ(outcome, (Outcome{.status = 0, .out = "deployment_type\nkey=value\n", .err = ""}));
 }
 
-TEST(BoardsimOptionsTest, TakesAScenarioFileThatOptionsOverride) {
+TEST(BoardsimOptionsTest, LetsOptionsOverrideAScenarioFile) {
     const HostFile scenario("scenario.toml", "deployment = 'iwf'\ncma-error = 4\nsecured = true\n");
 
     EXPECT_EQ(onBoard({"--cma-error", "5", "--scenario", scenario.path},

@@ -53,7 +53,7 @@ private:
 
 }  // namespace
 
-TEST(BoardsimRefusalTest, NamesTheRemedyWhereBubblewrapIsMissing) {
+TEST(BoardsimRefusalTest, NamesTheRemedyIfBubblewrapIsMissing) {
     const Outcome expected{.status = 3,
                            .out = "",
                            .err =
@@ -90,7 +90,7 @@ TEST(BoardsimRefusalTest, NamesTheSettingThatLeavesUserNamespacesToRoot) {
     EXPECT_EQ(asPlainUser(withSetting("unprivileged_userns_clone", 0), bwrap.surroundings()), expected);
 }
 
-TEST(BoardsimRefusalTest, NamesTheProfileWhereAppArmorRestrictsUserNamespaces) {
+TEST(BoardsimRefusalTest, NamesTheProfileIfAppArmorRestrictsUserNamespaces) {
     const RefusingBwrap bwrap("setting up uid map: Permission denied");
     const Outcome expected{
         .status = 3,
@@ -117,7 +117,7 @@ TEST(BoardsimRefusalTest, NamesTheCapabilityThatRootLacks) {
               "boardsim: (docker, podman: --privileged)\n");
 }
 
-TEST(BoardsimRefusalTest, PointsToTheReasonOfBwrapWhereNoSettingExplainsIt) {
+TEST(BoardsimRefusalTest, ShowsTheReasonOfBwrapIfNoSettingExplainsIt) {
     const RefusingBwrap bwrap("Unknown option --perms");
     const Outcome expected{.status = 3,
                            .out = "",

@@ -84,7 +84,7 @@ TEST(BoardsimSignalTest, EndsEverythingAtASignal) {
     }
 }
 
-TEST(BoardsimSignalTest, LetsTheCommandEndInItsOwnWay) {
+TEST(BoardsimSignalTest, LetsTheCommandHandleTheSignal) {
     RunningBoard board("trap 'echo handled; exit 5' TERM; echo ready; sleep 1000 & wait");
 
     const Outcome outcome = board.endAfter(SIGTERM);
@@ -93,7 +93,7 @@ TEST(BoardsimSignalTest, LetsTheCommandEndInItsOwnWay) {
     EXPECT_EQ(outcome.out, "ready\nhandled\n");
 }
 
-TEST(BoardsimSignalTest, EndsACommandThatDoesNotListen) {
+TEST(BoardsimSignalTest, KillsACommandThatIgnoresTheSignal) {
     RunningBoard board("trap '' TERM; echo ready; while :; do sleep 1; done");
 
     EXPECT_EQ(board.endAfter(SIGTERM).status, 128 + SIGTERM);
@@ -150,7 +150,7 @@ TEST(BoardsimSignalTest, EndsAShellAndItsJobsWhenTheTerminalHangsUp) {
     waitUntil([] { return !markedProcessRuns(); });
 }
 
-TEST(BoardsimSignalTest, LeavesCtrlCToAShellOnTheBoard) {
+TEST(BoardsimSignalTest, PassesCtrlCToAShellOnTheBoard) {
     Terminal terminal(boardsimCommand({}));
     terminal.expect("board# ");
     terminal.type("sh -c 'echo rea\"\"dy; exec sleep 1000'\n");

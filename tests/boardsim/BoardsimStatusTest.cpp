@@ -48,7 +48,7 @@ TEST(BoardsimStatusTest, ShowsARequestWhenItArrives) {
               "followed to the end\n");
 }
 
-TEST(BoardsimStatusTest, TellsSeveralBoardsApart) {
+TEST(BoardsimStatusTest, ShowsSeveralBoardsSeparately) {
     const Outcome outcome = apart(
         "board --bare; first=$board; board --bare; second=$board\n"
         "$0 status | sed \"s/Board $first /first /; s/Board $second /second /\"");
@@ -61,7 +61,7 @@ TEST(BoardsimStatusTest, TellsSeveralBoardsApart) {
               "  bare, without peers\n");
 }
 
-TEST(BoardsimStatusTest, NamesTheBoardOfALineWhereItFollowsSeveral) {
+TEST(BoardsimStatusTest, NamesTheBoardOfEachLineIfItFollowsSeveral) {
     const Outcome outcome = apart(
         "board; first=$board; board --bare; second=$board\n"
         "follow -f 12\n"
@@ -82,7 +82,7 @@ TEST(BoardsimStatusTest, WorksOnTheBoardItself) {
     EXPECT_EQ(steady(outcome.out), "Board ID since TIME: boardsim status\n  bare, without peers\n");
 }
 
-TEST(BoardsimStatusTest, SaysThatNoBoardIsRunning) {
+TEST(BoardsimStatusTest, ReportsThatNoBoardIsRunning) {
     for (const char* option : {"", "--follow"}) {
         EXPECT_EQ(apart(std::string("$0 status ") + option),
                   (Outcome{.status = 1, .out = "No board is running.\n", .err = ""}));
@@ -96,13 +96,13 @@ TEST(BoardsimStatusTest, ForgetsABoardThatWasKilled) {
     EXPECT_EQ(outcome, (Outcome{.status = 1, .out = "No board is running.\n", .err = ""}));
 }
 
-TEST(BoardsimStatusTest, TakesNothingElse) {
+TEST(BoardsimStatusTest, RefusesOtherArguments) {
     EXPECT_EQ(
         boardsim({"status", "--colour"}),
         (Outcome{
             .status = 2, .out = "", .err = "boardsim: status takes no option but --follow: --colour\n"}));
 }
 
-TEST(BoardsimStatusTest, IsACommandOfTheBoardBehindTwoDashes) {
+TEST(BoardsimStatusTest, IsACommandOnTheBoardAfterTwoDashes) {
     EXPECT_EQ(boardsim({"--bare", "--", "status"}).status, 127);
 }

@@ -53,7 +53,7 @@ TEST(BoardsimStatusTrustTest, DoesNotWaitForAFifo) {
               boardWith(unreadable));
 }
 
-TEST(BoardsimStatusTrustTest, PassesOverAFolder) {
+TEST(BoardsimStatusTrustTest, IgnoresAFolder) {
     EXPECT_EQ(statusAfter("cd /run/boardsim/log; rm netfp_master; mkdir netfp_master"),
               boardWith(unreadable));
 }
@@ -122,7 +122,7 @@ std::ostream& operator<<(std::ostream& stream, const Planted& planted) {
 
 class BoardsimStatusScenarioTest : public testing::TestWithParam<Planted> {};
 
-TEST_P(BoardsimStatusScenarioTest, ListsTheBoardAndSaysWhyItsPeersAreUnknown) {
+TEST_P(BoardsimStatusScenarioTest, ListsTheBoardAndReportsWhyItsPeersAreUnknown) {
     EXPECT_EQ(
         statusAfter(std::string("cd /run/boardsim; ") + GetParam().attack),
         heading + std::string("  peers unknown: /run/boardsim/scenario.toml") + GetParam().reason + "\n");
@@ -153,7 +153,7 @@ TEST(BoardsimStatusTrustTest, TakesNoOtherProcessForABoard) {
     EXPECT_EQ(steady(outcome.out), heading + std::string("  bare, without peers\n"));
 }
 
-TEST(BoardsimStatusTrustTest, GoesOnFollowingALogThatWasCut) {
+TEST(BoardsimStatusTrustTest, ContinuesToFollowALogThatWasTruncated) {
     const Outcome outcome = apart(
         "board --deployment iwf; log=/proc/$(pidof netfp_server)/root/run/boardsim/log/netfp_server\n"
         "stamp='2026-11-21T10:15:02.123Z <-'; for i in 1 2 3; do echo \"$stamp $i\" >> $log; done\n"

@@ -15,13 +15,13 @@ using Lines = std::vector<std::string>;
 
 }  // namespace
 
-TEST(BoundedFileTest, IsThereFromTheBeginning) {
+TEST(BoundedFileTest, ExistsFromTheStart) {
     const BoundedFile file(path, 10);
 
     EXPECT_EQ(contentOfFile(path), "");
 }
 
-TEST(BoundedFileTest, GoesOnWithWhatIsThere) {
+TEST(BoundedFileTest, AppendsToAnExistingFile) {
     BoundedFile(path, 10).addLine("one");
     BoundedFile(path, 10).addLine("two");
 
@@ -40,7 +40,7 @@ TEST(BoundedFileTest, DropsItsOlderHalfBeyondTheLimit) {
     EXPECT_EQ(linesOfFile(path), (Lines{"ten", "end"}));
 }
 
-TEST(BoundedFileTest, HasALineInPlaceOfWhatWasDropped) {
+TEST(BoundedFileTest, HasALineInPlaceOfTheDroppedLines) {
     const BoundedFile file(
         path, 8, [](std::string_view dropped) { return std::to_string(dropped.size()) + " bytes"; });
     for (const char* line : {"one", "two", "six"}) {
@@ -50,7 +50,7 @@ TEST(BoundedFileTest, HasALineInPlaceOfWhatWasDropped) {
     EXPECT_EQ(linesOfFile(path), (Lines{"8 bytes", "six"}));
 }
 
-TEST(BoundedFileTest, DropsALineThatIsTooLongAlone) {
+TEST(BoundedFileTest, DropsALineThatIsTooLongByItself) {
     const BoundedFile file(path, 8);
 
     file.addLine("longer than all");

@@ -40,7 +40,7 @@ TEST(DevmemTest, ReadsZeroWhereNothingWasWritten) {
     EXPECT_EQ(devmem({"0xfffffffc"}), success("0x00000000\n"));
 }
 
-TEST(DevmemTest, AccessesPartsOfARegisterLowestByteFirst) {
+TEST(DevmemTest, AccessesTheBytesOfARegisterLowestFirst) {
     devmem({"0x02090110", "32", "0x12345678"});
 
     EXPECT_EQ(devmem({"0x02090110", "8"}), success("0x78\n"));

@@ -57,7 +57,7 @@ TEST(DumpPeerTest, RecordsTheSignal) {
     EXPECT_EQ(Board::received("netfp_proxy"), std::vector<std::string>{"SIGUSR1"});
 }
 
-TEST(DumpPeerTest, WritesTheDumpThatItsFaultSays) {
+TEST(DumpPeerTest, WritesTheDumpThatItsFaultDescribes) {
     EXPECT_EQ(dumpOf({"slow", 1}), opening + body + terminator);
     EXPECT_EQ(dumpOf({"unended"}), opening + body);
     EXPECT_EQ(dumpOf({"short"}), opening + terminator);
@@ -85,7 +85,7 @@ TEST(DumpPeerTest, LeavesHalfADumpWhenDying) {
     EXPECT_GT(dump.size(), opening.size());
 }
 
-TEST(DumpPeerTest, PausesBetweenPiecesAsLongAsItsFaultSays) {
+TEST(DumpPeerTest, PausesBetweenPiecesForTheTimeOfItsFault) {
     const auto begin = std::chrono::steady_clock::now();
 
     dumpOf({"slow", 20});

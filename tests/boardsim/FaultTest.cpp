@@ -126,7 +126,7 @@ TEST(FaultTest, IsWrittenAsItIsParsed) {
     EXPECT_EQ(peerFaultTexts(faults), texts);
 }
 
-TEST(FaultTest, CountsLastForTheThingThatItBelongsTo) {
+TEST(FaultTest, OverridesAnEarlierFaultOfTheSameTable) {
     Scenario scenario;
     for (const char* text : {"netfp_master=silent", "netfp_master=dump-slow:3", "netfp_master=slow:7"}) {
         scenario.faults.push_back(parsePeerFault(text));
@@ -140,7 +140,7 @@ TEST(FaultTest, CountsLastForTheThingThatItBelongsTo) {
     EXPECT_EQ(faultFor(scenario, "netfp_proxy", findPeer("netfp_proxy")->faults[0]).kind, "");
 }
 
-TEST(FaultTest, IsOneOfNetlinkAloneBehindItsPrefix) {
+TEST(FaultTest, IsANetlinkFaultOnlyAfterItsPrefix) {
     for (const char* peer : {"netfp_proxy", "iwf_dispatcher", "sfn_dispatcher"}) {
         SCOPED_TRACE(peer);
         const Scenario scenario{.faults = {parsePeerFault(std::string(peer) + "=netlink-error:3")}};

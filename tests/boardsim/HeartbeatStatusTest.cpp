@@ -24,7 +24,7 @@ TEST(HeartbeatStatusTest, IsHealthyAtFirst) {
     EXPECT_EQ(readTextFile(statusFile), "0\n");
 }
 
-TEST(HeartbeatStatusTest, IsHealthyAgainWhereItBeginsAnew) {
+TEST(HeartbeatStatusTest, IsHealthyAgainAfterARestart) {
     writeTextFile(statusFile, "5\n");
 
     const HeartbeatStatus status("netfp_proxy");
@@ -32,7 +32,7 @@ TEST(HeartbeatStatusTest, IsHealthyAgainWhereItBeginsAnew) {
     EXPECT_EQ(status.value(), 0);
 }
 
-TEST(HeartbeatStatusTest, IsTheNumberThatItsFileHoldsAtTheMoment) {
+TEST(HeartbeatStatusTest, IsTheNumberThatIsInItsFile) {
     const HeartbeatStatus status("netfp_proxy");
     const struct {
         const char* text;
@@ -45,7 +45,7 @@ TEST(HeartbeatStatusTest, IsTheNumberThatItsFileHoldsAtTheMoment) {
     }
 }
 
-TEST(HeartbeatStatusTest, IsHealthyWhereItsFileHoldsNoNumber) {
+TEST(HeartbeatStatusTest, IsHealthyIfItsFileHasNoNumber) {
     const HeartbeatStatus status("netfp_proxy");
 
     for (const char* text : {"", "\n", "ill\n", "-1\n", "4294967296\n"}) {
@@ -54,7 +54,7 @@ TEST(HeartbeatStatusTest, IsHealthyWhereItsFileHoldsNoNumber) {
     }
 }
 
-TEST(HeartbeatStatusTest, IsHealthyWhereItsFileIsGone) {
+TEST(HeartbeatStatusTest, IsHealthyIfItsFileIsMissing) {
     const HeartbeatStatus status("netfp_proxy");
     writeTextFile(statusFile, "5\n");
     ASSERT_EQ(status.value(), 5);
@@ -66,7 +66,7 @@ TEST(HeartbeatStatusTest, IsHealthyWhereItsFileIsGone) {
     EXPECT_EQ(status.value(), 0);
 }
 
-TEST(HeartbeatStatusTest, IsEachPeersOwn) {
+TEST(HeartbeatStatusTest, IsSeparateForEachPeer) {
     const HeartbeatStatus iwf("iwf_dispatcher");
     const HeartbeatStatus sfn("sfn_dispatcher");
 
@@ -76,7 +76,7 @@ TEST(HeartbeatStatusTest, IsEachPeersOwn) {
     EXPECT_EQ(sfn.value(), 3);
 }
 
-TEST(HeartbeatStatusTest, ThrowsWhereItsFileCannotBeWritten) {
+TEST(HeartbeatStatusTest, ThrowsIfItsFileCannotBeWritten) {
     std::filesystem::create_directory(statusFile);
 
     EXPECT_THROW(HeartbeatStatus("netfp_proxy"), std::system_error);

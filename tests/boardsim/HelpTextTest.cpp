@@ -53,7 +53,7 @@ TEST(HelpTextTest, HasEachOptionInItsShortFormToo) {
     EXPECT_THAT(shortHelpText(), testing::Not(testing::HasSubstr("Faults of")));
 }
 
-TEST(HelpTextTest, PrintsTheDefaultOfEachOptionThatHasOne) {
+TEST(HelpTextTest, ShowsTheDefaultOfEachOption) {
     EXPECT_THAT(helpText(), testing::HasSubstr("(default: sfn-master)"));
     EXPECT_THAT(helpText(), testing::HasSubstr("(default: 64M)"));
 }

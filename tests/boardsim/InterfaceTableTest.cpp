@@ -55,7 +55,7 @@ TEST(InterfaceTableTest, MirrorsEachDirectionOfAPortOnItsOwn) {
     EXPECT_EQ(table.text(), std::string(interfaces) + "  outbound port 1 to port 3\n");
 }
 
-TEST(InterfaceTableTest, RefusesMirroringThatTheSwitchCannotDo) {
+TEST(InterfaceTableTest, RefusesMirroringThatTheSwitchDoesNotSupport) {
     InterfaceTable table;
     const NetfpMaster_SetPortMirroring wishes[] = {
         wish(1, Netfp_Direction_INBOUND, 0, 2),         wish(1, Netfp_Direction_INBOUND, 1, 5),
@@ -68,7 +68,7 @@ TEST(InterfaceTableTest, RefusesMirroringThatTheSwitchCannotDo) {
     EXPECT_EQ(table.text(), interfaces);
 }
 
-TEST(InterfaceTableTest, KeepsThePortOfAnInterfaceThatGetsAnotherName) {
+TEST(InterfaceTableTest, KeepsThePortOfARenamedInterface) {
     InterfaceTable table;
 
     EXPECT_TRUE(table.rename("eth1", "wan"));
@@ -79,7 +79,7 @@ TEST(InterfaceTableTest, KeepsThePortOfAnInterfaceThatGetsAnotherName) {
               "interfaces:\n  eth0 port 1\n  eth2 port 3\n  eth3 port 4\n  wan port 2\nmirroring:\n");
 }
 
-TEST(InterfaceTableTest, RefusesRenamesOfUnknownInterfacesAndToNamesThatCannotBe) {
+TEST(InterfaceTableTest, RefusesRenamesOfUnknownInterfacesAndToInvalidNames) {
     InterfaceTable table;
 
     EXPECT_FALSE(table.rename("eth9", "wan"));
@@ -103,7 +103,7 @@ TEST(InterfaceTableTest, ListsMulticastFiltersInTheirOrder) {
                                 "  region eth1 01:00:5e:00:0a:fb type 0x0800 vlan any\n");
 }
 
-TEST(InterfaceTableTest, RefusesFiltersThatTheSwitchCannotHave) {
+TEST(InterfaceTableTest, RefusesFiltersThatTheSwitchDoesNotSupport) {
     InterfaceTable table;
     NetfpMaster_AddMulticastMac unknownInterface = filter(0);
     unknownInterface.interfaceName[3] = '9';

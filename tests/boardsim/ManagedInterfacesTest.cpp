@@ -21,7 +21,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ManagedInterfacesTest, AreNoneAtFirst) {
+TEST_F(ManagedInterfacesTest, AreEmptyAtFirst) {
     EXPECT_EQ(interfaces.text(), "");
 }
 
@@ -42,14 +42,14 @@ TEST_F(ManagedInterfacesTest, AreAddedOnce) {
     EXPECT_EQ(interfaces.text(), "managed interfaces:\n  ETH1\n  eth1\n");
 }
 
-TEST_F(ManagedInterfacesTest, HaveANameThatEndsInItsField) {
+TEST_F(ManagedInterfacesTest, RefuseAnEmptyOrUnterminatedName) {
     for (const std::string& name : {std::string(), std::string(32, 'n')}) {
         EXPECT_EQ(add(name), ManagedInterfaces::badName);
     }
     EXPECT_EQ(interfaces.text(), "");
 }
 
-TEST_F(ManagedInterfacesTest, AreNamedByWhatStandsBeforeTheFirstZero) {
+TEST_F(ManagedInterfacesTest, AreNamedByTheTextBeforeTheFirstZero) {
     EXPECT_EQ(add(std::string("eth1\0rest", 9)), ManagedInterfaces::added);
 
     EXPECT_EQ(interfaces.text(), "managed interfaces:\n  eth1\n");

@@ -85,7 +85,7 @@ TEST(MmiPeerTest, ClearsTheQosStatisticsOfItsInstance) {
     EXPECT_EQ(contentOfFile("/tmp/fuse/iwf/qosStats"), cleared);
 }
 
-TEST(MmiPeerTest, TakesNothingButTheWholeWordForThatRequest) {
+TEST(MmiPeerTest, AcceptsOnlyTheWholeWordForThatRequest) {
     const Mmi mmi;
     const std::string before = contentOfFile("/tmp/fuse/iwf/qosStats");
 
@@ -107,7 +107,7 @@ TEST(MmiPeerTest, RecordsCommandsByteForByte) {
     EXPECT_EQ(Board::received("iwf_dispatcher"), std::vector<std::string>{"48656170000a"});
 }
 
-TEST(MmiPeerTest, RepliesWronglyAsItsFaultSays) {
+TEST(MmiPeerTest, SendsTheWrongReplyThatItsFaultDescribes) {
     std::string everyByte;
     for (int byte = 1; byte <= 0xff; ++byte) {
         everyByte += static_cast<char>(byte);
@@ -128,7 +128,7 @@ TEST(MmiPeerTest, RepliesWronglyAsItsFaultSays) {
     }
 }
 
-TEST(MmiPeerTest, SendsOddDatagramsAndNoMarkerWhenUnended) {
+TEST(MmiPeerTest, SendsOddDatagramsAndNoMarkerIfUnended) {
     const Mmi mmi({"unended"});
 
     const std::vector<std::string> datagrams = mmi.ask("HeapStats", 2);
@@ -138,7 +138,7 @@ TEST(MmiPeerTest, SendsOddDatagramsAndNoMarkerWhenUnended) {
     EXPECT_TRUE(mmi.client.nothingMore());
 }
 
-TEST(MmiPeerTest, GoesOnForAsLongAsSomebodyListensWhenEndless) {
+TEST(MmiPeerTest, SendsAsLongAsSomebodyListensIfEndless) {
     const PeerThread peer(std::make_unique<MmiPeer>("iwf", port, Fault{"endless"}));
     {
         const auto listener = DatagramClient::ofPort(port);
@@ -150,7 +150,7 @@ TEST(MmiPeerTest, GoesOnForAsLongAsSomebodyListensWhenEndless) {
     // The listener is gone: the peer comes to an end, and with it its thread.
 }
 
-TEST(MmiPeerTest, IsGoneAfterItsFirstDatagramWhenDying) {
+TEST(MmiPeerTest, ExitsAfterItsFirstDatagramIfDying) {
     const Mmi mmi({"dying"});
 
     EXPECT_EQ(mmi.ask("HeapStats", 1).front(), heapStats()[0]);

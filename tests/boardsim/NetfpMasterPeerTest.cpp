@@ -107,13 +107,13 @@ constexpr Answer renameRefused{whole, requestId, NetfpMasterPeer::refusedRename,
 
 }  // namespace
 
-TEST(NetfpMasterPeerTest, TellsThePortOfAnInterface) {
+TEST(NetfpMasterPeerTest, AnswersWithThePortOfAnInterface) {
     const Master master;
 
     EXPECT_EQ(master.ask(bytesOf(portRequest("eth1"))), (Answer{whole, requestId, 0, 2}));
 }
 
-TEST(NetfpMasterPeerTest, RefusesAnInterfaceThatItDoesNotKnow) {
+TEST(NetfpMasterPeerTest, RefusesAnUnknownInterface) {
     const Master master;
 
     for (const char* name : {"", "eth", "eth10", "ETH1", "a name that uses all thirty-two by"}) {
@@ -142,7 +142,7 @@ TEST(NetfpMasterPeerTest, RefusesMirroringThatTheTableRefuses) {
               (Answer{whole, requestId, NetfpMasterPeer::refusedMirroring, 0}));
 }
 
-TEST(NetfpMasterPeerTest, TellsThePortOfARenamedInterfaceUnderItsNewName) {
+TEST(NetfpMasterPeerTest, AnswersWithThePortOfARenamedInterface) {
     const Master master;
     const std::string longest(31, 'n');
 
@@ -159,7 +159,7 @@ TEST(NetfpMasterPeerTest, RefusesARenameThatTheTableRefuses) {
     EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "eth1"))), renameRefused);
 }
 
-TEST(NetfpMasterPeerTest, RefusesTheOneRenameThatItsFaultCounts) {
+TEST(NetfpMasterPeerTest, RefusesOnlyTheRenameThatItsFaultNumbers) {
     const Master master({"refuse-rename", 2});
 
     EXPECT_EQ(master.ask(bytesOf(renameRequest("eth9", "a"))), renameRefused);  // an unknown one counts
@@ -169,7 +169,7 @@ TEST(NetfpMasterPeerTest, RefusesTheOneRenameThatItsFaultCounts) {
     EXPECT_EQ(master.ask(bytesOf(portRequest("c"))), (Answer{whole, requestId, 0, 1}));
 }
 
-TEST(NetfpMasterPeerTest, CallsRenamesDoneThatItIgnores) {
+TEST(NetfpMasterPeerTest, ReportsSuccessForRenamesThatItIgnores) {
     const Master master({"ignore-renames"});
 
     EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "a"))), done);
@@ -178,7 +178,7 @@ TEST(NetfpMasterPeerTest, CallsRenamesDoneThatItIgnores) {
     EXPECT_EQ(master.ask(bytesOf(portRequest("eth0"))), (Answer{whole, requestId, 0, 1}));
 }
 
-TEST(NetfpMasterPeerTest, AddsMulticastFiltersThatTheTableTakes) {
+TEST(NetfpMasterPeerTest, AddsMulticastFiltersThatTheTableAccepts) {
     const Master master;
 
     EXPECT_EQ(master.ask(bytesOf(multicastRequest(0x01))), done);
@@ -189,7 +189,7 @@ TEST(NetfpMasterPeerTest, AddsMulticastFiltersThatTheTableTakes) {
                 testing::EndsWith("multicast:\n   eth3 01:00:00:00:00:00 type 0x0000 vlan any\n"));
 }
 
-TEST(NetfpMasterPeerTest, RefusesWhatIsNoRequest) {
+TEST(NetfpMasterPeerTest, RefusesAnInvalidRequest) {
     const Master master;
     const std::string request = bytesOf(portRequest("eth1"));
     const struct {
@@ -218,7 +218,7 @@ TEST(NetfpMasterPeerTest, RecordsEveryDatagramThatItReceives) {
     EXPECT_EQ(Board::received("netfp_master"), expected);
 }
 
-TEST(NetfpMasterPeerTest, AnswersWronglyAsItsFaultSays) {
+TEST(NetfpMasterPeerTest, SendsTheWrongAnswerThatItsFaultDescribes) {
     const std::vector<std::pair<Fault, std::vector<Answer>>> cases{
         {{"error", -7}, {{whole, requestId, -7, 2}}},
         {{"slow", 1}, {{whole, requestId, 0, 2}}},
@@ -237,7 +237,7 @@ TEST(NetfpMasterPeerTest, AnswersWronglyAsItsFaultSays) {
     }
 }
 
-TEST(NetfpMasterPeerTest, AnswersWithAnEmptyDatagramWhenCutToNothing) {
+TEST(NetfpMasterPeerTest, SendsAnEmptyDatagramIfCutToZeroBytes) {
     const Master master({"truncated", 0});
 
     master.client.send(bytesOf(portRequest("eth1")));
@@ -245,7 +245,7 @@ TEST(NetfpMasterPeerTest, AnswersWithAnEmptyDatagramWhenCutToNothing) {
     EXPECT_EQ(master.client.receive(), "");
 }
 
-TEST(NetfpMasterPeerTest, TakesARequestAndSaysNothingWhenSilent) {
+TEST(NetfpMasterPeerTest, ReceivesARequestWithoutAnAnswerIfSilent) {
     const Master master({"silent"});
 
     ASSERT_TRUE(master.client.send(bytesOf(portRequest("eth1"))));
@@ -253,7 +253,7 @@ TEST(NetfpMasterPeerTest, TakesARequestAndSaysNothingWhenSilent) {
     EXPECT_TRUE(master.client.nothingMore());
 }
 
-TEST(NetfpMasterPeerTest, IsGoneAfterItsFirstRequestWhenDying) {
+TEST(NetfpMasterPeerTest, ExitsAfterItsFirstRequestIfDying) {
     const Master master({"dying"});
 
     master.client.send(bytesOf(portRequest("eth1")));

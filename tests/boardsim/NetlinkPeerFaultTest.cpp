@@ -45,11 +45,11 @@ protected:
 
 }  // namespace
 
-TEST_F(NetlinkPeerFaultTest, SaysNothingWhenSilent) {
+TEST_F(NetlinkPeerFaultTest, SendsNoAnswerIfSilent) {
     EXPECT_EQ(answersUnder({"silent"}, 0), Answers{});
 }
 
-TEST_F(NetlinkPeerFaultTest, AnswersRightlyButLateWhenSlow) {
+TEST_F(NetlinkPeerFaultTest, SendsTheRightAnswerLateIfSlow) {
     const auto begin = std::chrono::steady_clock::now();
 
     EXPECT_EQ(answersUnder({"slow", 50}), Answers{right});
@@ -61,30 +61,30 @@ TEST_F(NetlinkPeerFaultTest, AnswersWithTheStatusOfAnError) {
     EXPECT_EQ(answersUnder({"error", 9}), Answers{answer(sequence, peerPort, plainResponse, 9)});
 }
 
-TEST_F(NetlinkPeerFaultTest, AnswersToThePreviousRequestFirstWhenStale) {
+TEST_F(NetlinkPeerFaultTest, AnswersThePreviousRequestFirstIfStale) {
     EXPECT_EQ(answersUnder({"stale"}, 2),
               (Answers{answer(sequence - 1, peerPort, plainResponse, plainStatus), right}));
 }
 
-TEST_F(NetlinkPeerFaultTest, AnswersWithOneNumberOfTheMessageWrong) {
+TEST_F(NetlinkPeerFaultTest, SendsAnAnswerWithOneWrongNumber) {
     EXPECT_EQ(answersUnder({"sequence"}),
               Answers{answer(sequence + 1000, peerPort, plainResponse, plainStatus)});
     EXPECT_EQ(answersUnder({"type"}), Answers{answer(sequence, peerPort, plainResponse + 1000, plainStatus)});
     EXPECT_EQ(answersUnder({"port"}), Answers{answer(sequence, peerPort + 1000, plainResponse, plainStatus)});
 }
 
-TEST_F(NetlinkPeerFaultTest, SendsTheBeginningOfItsAnswerWhenTruncated) {
+TEST_F(NetlinkPeerFaultTest, SendsOnlyTheStartOfItsAnswerIfTruncated) {
     for (const int size : {1, 15, 16, 23, 24}) {
         EXPECT_EQ(answersUnder({"truncated", size}),
                   Answers{right.substr(0, static_cast<std::size_t>(size))});
     }
 }
 
-TEST_F(NetlinkPeerFaultTest, SendsMoreThanItsAnswerWhenOversized) {
+TEST_F(NetlinkPeerFaultTest, SendsMoreThanItsAnswerIfOversized) {
     EXPECT_EQ(answersUnder({"oversized"}), Answers{right + std::string(400 - right.size(), '\xa5')});
 }
 
-TEST_F(NetlinkPeerFaultTest, IsGoneAfterItsFirstRequestWhenDying) {
+TEST_F(NetlinkPeerFaultTest, ExitsAfterItsFirstRequestIfDying) {
     const PeerThread peer = peerWith({"dying"});
 
     client.send(plain(sequence));
@@ -96,7 +96,7 @@ TEST_F(NetlinkPeerFaultTest, IsGoneAfterItsFirstRequestWhenDying) {
     EXPECT_TRUE(client.nothingMore());
 }
 
-TEST_F(NetlinkPeerFaultTest, KeepsItsFaultForRequests) {
+TEST_F(NetlinkPeerFaultTest, AppliesItsFaultOnlyToRequests) {
     const PeerThread peer = peerWith({"dying"});
 
     client.send("no request");
@@ -106,6 +106,6 @@ TEST_F(NetlinkPeerFaultTest, KeepsItsFaultForRequests) {
     EXPECT_TRUE(client.send(plain(sequence)));
 }
 
-TEST_F(NetlinkPeerFaultTest, CannotHaveAFaultThatItDoesNotKnow) {
+TEST_F(NetlinkPeerFaultTest, RefusesAnUnknownFault) {
     EXPECT_THROW(peerWith({"unended"}), std::invalid_argument);
 }

@@ -37,7 +37,7 @@ constexpr std::size_t typeAndFlagsOffset = 4;
 
 }  // namespace
 
-TEST_F(NetlinkPeerTest, AnswersWithTypeAndStatusUnderTheRequestsSequenceNumber) {
+TEST_F(NetlinkPeerTest, AnswersWithTypeStatusAndTheRequestsSequenceNumber) {
     for (const std::uint32_t sequence : {0U, 1U, 0x01020304U, 0xffffffffU}) {
         client.send(plain(sequence));
         EXPECT_EQ(client.receive(), answerToPlain(sequence));
@@ -45,13 +45,13 @@ TEST_F(NetlinkPeerTest, AnswersWithTypeAndStatusUnderTheRequestsSequenceNumber) 
     EXPECT_TRUE(client.nothingMore());
 }
 
-TEST_F(NetlinkPeerTest, AnswersWithTheStatusOfTheServiceThatTheTypeNames) {
+TEST_F(NetlinkPeerTest, AnswersWithTheStatusOfTheRequestedService) {
     client.send(request(7, littleEndian(letterRequest) + "a"));
 
     EXPECT_EQ(client.receive(), netlinkMessage(7, peerPort, statusPayload(letterResponse, 'a')));
 }
 
-TEST_F(NetlinkPeerTest, DoesNotAnswerATypeThatItDoesNotKnow) {
+TEST_F(NetlinkPeerTest, DoesNotAnswerAnUnknownType) {
     for (const std::uint32_t type : {0U, 18U, 22U, 24U, 0x01000011U}) {
         SCOPED_TRACE(type);
         expectIgnored(request(1, littleEndian(type)));
@@ -73,7 +73,7 @@ TEST_F(NetlinkPeerTest, DoesNotAnswerADatagramThatEndsInsideItsHeader) {
     }
 }
 
-TEST_F(NetlinkPeerTest, DoesNotAnswerAHeaderThatIsWrong) {
+TEST_F(NetlinkPeerTest, DoesNotAnswerAWrongHeader) {
     const struct {
         std::size_t offset;
         std::uint32_t number;

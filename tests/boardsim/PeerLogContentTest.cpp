@@ -31,7 +31,7 @@ TEST(PeerLogContentTest, CountsWhatWasReceivedAndAnswered) {
     EXPECT_EQ(content.answered, 1U);
 }
 
-TEST(PeerLogContentTest, IsEmptyWhereNothingHappened) {
+TEST(PeerLogContentTest, IsEmptyIfNothingHappened) {
     EXPECT_THAT(parsePeerLog("").lines, testing::IsEmpty());
 }
 
@@ -52,7 +52,7 @@ TEST(PeerLogContentTest, GoesOnCountingWhenLinesAreDroppedAgain) {
               " -- 8 lines before these were dropped: 4 received, 2 answered");
 }
 
-TEST(PeerLogContentTest, PassesOverLinesThatAreNotTheLogs) {
+TEST(PeerLogContentTest, SkipsLinesThatAreNotOfTheLog) {
     const PeerLogContent content = parsePeerLog("short\n2026-11-21T10:15:03.000Z <- 4 lines before\n");
 
     EXPECT_EQ(content.lines, std::vector<std::string>{"2026-11-21T10:15:03.000Z <- 4 lines before"});
@@ -60,7 +60,7 @@ TEST(PeerLogContentTest, PassesOverLinesThatAreNotTheLogs) {
     EXPECT_EQ(content.dropped, 0U);
 }
 
-TEST(PeerLogContentTest, HasLinesWithDateAndTimeToTheMillisecond) {
+TEST(PeerLogContentTest, HasDateAndTimeWithMilliseconds) {
     EXPECT_THAT(peerLogLine("<-", "what came"),
                 testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}[.][0-9]{3}Z "
                                       "<- what came"));

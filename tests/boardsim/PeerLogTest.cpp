@@ -132,7 +132,7 @@ const std::string heartbeat = littleEndian(FASTPATH_NETFP_PROXY_HEARTBEAT_REQ);
 
 }  // namespace
 
-TEST(PeerLogTest, TellsWhatTheMasterIsAskedAndWhatItAnswers) {
+TEST(PeerLogTest, ShowsRequestsToTheMasterAndItsAnswers) {
     const std::string mac{'\x01', '\x00', '\x5e', '\x00', '\x00', '\x01'};
     const std::string filter =
         padded("region") + std::string("\x08\x06\x05\x00\0\0\0\0", 8) + std::string(6, '\0') + mac;
@@ -165,7 +165,7 @@ TEST(PeerLogTest, TellsWhatTheMasterIsAskedAndWhatItAnswers) {
     }
 }
 
-TEST(PeerLogTest, NamesTheFaultOfTheMasterWhereItCounts) {
+TEST(PeerLogTest, NamesTheFaultOfTheMasterWhenItAppliesIt) {
     const struct {
         std::string fault;
         Lines behindTheRequest;
@@ -188,7 +188,7 @@ TEST(PeerLogTest, NamesTheFaultOfTheMasterWhereItCounts) {
     }
 }
 
-TEST(PeerLogTest, TellsThatNobodyTookTheAnswer) {
+TEST(PeerLogTest, ReportsThatNobodyReceivedTheAnswer) {
     NetfpMasterPeer peer(std::make_shared<InterfaceTable>(), {}, "/tmp/master");
     {
         const auto client = DatagramClient::ofPath("/tmp/master", "/tmp/client");
@@ -202,7 +202,7 @@ TEST(PeerLogTest, TellsThatNobodyTookTheAnswer) {
     EXPECT_EQ(takeLog("netfp_master"), expected);
 }
 
-TEST(PeerLogTest, TellsNetlinkRequestsAndAnswers) {
+TEST(PeerLogTest, ShowsNetlinkRequestsAndAnswers) {
     const struct {
         std::string payload;
         Lines lines;
@@ -245,7 +245,7 @@ TEST(PeerLogTest, ShowsWhatANetlinkFaultChanges) {
     }
 }
 
-TEST(PeerLogTest, TellsAReplyOfTheMmiServiceInOneLine) {
+TEST(PeerLogTest, ShowsAReplyOfTheMmiServiceInOneLine) {
     const struct {
         std::string fault;
         std::string lastLine;
@@ -261,20 +261,20 @@ TEST(PeerLogTest, TellsAReplyOfTheMmiServiceInOneLine) {
     }
 }
 
-TEST(PeerLogTest, TellsWhatAReplyWasBeforeItsPeerDies) {
+TEST(PeerLogTest, ShowsAReplyBeforeItsPeerDies) {
     EXPECT_EQ(mmiLog("HeapStats", faultOf("iwf_dispatcher", "dying")),
               (Lines{"<- HeapStats (9 bytes)", "-> reply of 1 datagram (511 bytes, fault dying)",
                      "-- it dies (fault dying)"}));
 }
 
-TEST(PeerLogTest, TellsDumps) {
+TEST(PeerLogTest, ShowsDumps) {
     EXPECT_EQ(dumpLog(), (Lines{"<- SIGUSR1", "-> dump in /tmp/netfp_server.log (46 bytes)"}));
     EXPECT_EQ(dumpLog(faultOf("netfp_server", "silent")), (Lines{"<- SIGUSR1", "-- no dump (fault silent)"}));
     EXPECT_EQ(dumpLog(faultOf("netfp_server", "short")),
               (Lines{"<- SIGUSR1", "-> dump in /tmp/netfp_server.log (41 bytes, fault short)"}));
 }
 
-TEST(PeerLogTest, TellsRecordsOfTheSystemLog) {
+TEST(PeerLogTest, ShowsRecordsOfTheSystemLog) {
     SystemLogPeer peer("/tmp/log", "/tmp/system.log");
     const auto client = DatagramClient::ofPath("/tmp/log", "/tmp/client");
 
@@ -284,11 +284,11 @@ TEST(PeerLogTest, TellsRecordsOfTheSystemLog) {
     EXPECT_EQ(takeLog("system_log"), Lines{"<- <13>a record (13 bytes)"});
 }
 
-TEST(PeerLogTest, CutsWhatIsTooLongForALine) {
+TEST(PeerLogTest, CutsTextThatIsTooLongForALine) {
     EXPECT_EQ(mmiLog(std::string(201, 'x')).front(), "<- " + std::string(200, 'x') + "... (201 bytes)");
 }
 
-TEST(PeerLogTest, NamesAFaultWithTheNumberAndThePrefixThatAScenarioGivesIt) {
+TEST(PeerLogTest, NamesAFaultWithItsNumberAndPrefix) {
     const PeerLog log("netfp_master", faultOf("netfp_master", "dump-slow:5"));
 
     log.note("waits");

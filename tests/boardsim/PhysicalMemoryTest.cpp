@@ -31,14 +31,14 @@ const DescriptorWords descriptorWords{0x8000003c, 0, 0x00010203, 0xc000003c,
 
 }  // namespace
 
-TEST(PhysicalMemoryTest, HoldsADescriptorWhoseLengthsHaveOtherBitsAboveThem) {
+TEST(PhysicalMemoryTest, HoldsADescriptorWithOtherBitsAboveItsLengths) {
     Boardsim::PhysicalMemory::fill();
 
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6100), descriptorWords);
     EXPECT_EQ(at<DescriptorWords>(0xeb6b6120), DescriptorWords{});
 }
 
-TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
+TEST(PhysicalMemoryTest, HoldsAFrameAfterTheFreePartOfTheBuffer) {
     Boardsim::PhysicalMemory::fill();
 
     using Part = std::array<char, 64>;
@@ -52,14 +52,14 @@ TEST(PhysicalMemoryTest, HoldsAFrameBehindTheFreePartOfTheBuffer) {
     EXPECT_EQ(at<Part>(0xeb700040), frame);
 }
 
-TEST(PhysicalMemoryTest, LiesInTheMemoryOfEveryBoard) {
+TEST(PhysicalMemoryTest, IsInTheMemoryOfEveryBoard) {
     const Board board({});
 
     EXPECT_EQ(at<DescriptorWords>(Boardsim::PhysicalMemory::descriptor), descriptorWords);
     EXPECT_EQ(run({"devmem", "0xeb6b611c"}).out, "0xEB700000\n");
 }
 
-TEST(PhysicalMemoryTest, IsLaidAnewOverWhatWasLeft) {
+TEST(PhysicalMemoryTest, OverwritesTheRemainsOfAnEarlierBoard) {
     Boardsim::PhysicalMemory::fill();
     run({"devmem", "0xeb6b6100", "32", "7"});
 

@@ -33,7 +33,7 @@ TEST(ProgramTreeTest, IsTheBuildFolderOrTheInstallationsPrefix) {
     }
 }
 
-TEST(ProgramTreeTest, ShowsTheBoardAllOfItButOfAWholeFileSystemItsOwnFoldersAlone) {
+TEST(ProgramTreeTest, ShowsTheWholeTreeOrOnlyItsOwnFoldersOfARootFileSystem) {
     const std::vector<std::filesystem::path> all{""};
     EXPECT_EQ(ProgramTree{"/home/me/build/boardsim"}.folders(), all);
     EXPECT_EQ(ProgramTree{"/usr/bin/boardsim"}.folders(), all);
@@ -46,7 +46,7 @@ TEST(ProgramTreeTest, ShowsTheBoardAllOfItButOfAWholeFileSystemItsOwnFoldersAlon
     EXPECT_EQ(folders.back(), "share/man");
 }
 
-TEST(ProgramTreeTest, RewritesACommandThatLiesInItAndNoOther) {
+TEST(ProgramTreeTest, RewritesOnlyACommandWithinIt) {
     namespace fs = std::filesystem;
     fs::create_directories("/tmp/tree/tests");
     fs::create_directories("/tmp/treehouse");

@@ -32,7 +32,7 @@ const std::string cleared =
 
 }  // namespace
 
-TEST(QosStatisticsTest, ShowInAFileOfTheInstance) {
+TEST(QosStatisticsTest, AreInAFileOfTheInstance) {
     const QosStatistics statistics("sfn");
 
     EXPECT_EQ(contentOfFile("/tmp/fuse/sfn/qosStats"), counted);
@@ -49,7 +49,7 @@ TEST(QosStatisticsTest, AreZeroAfterAReset) {
     EXPECT_EQ(contentOfFile("/tmp/elsewhere/sfn/qosStats"), cleared);
 }
 
-TEST(QosStatisticsTest, AreThoseOfOneInstance) {
+TEST(QosStatisticsTest, AreSeparateForEachInstance) {
     const QosStatistics iwf("iwf");
     const QosStatistics sfn("sfn");
 
@@ -58,7 +58,7 @@ TEST(QosStatisticsTest, AreThoseOfOneInstance) {
     EXPECT_EQ(contentOfFile("/tmp/fuse/sfn/qosStats"), counted);
 }
 
-TEST(QosStatisticsTest, CannotBeWhereThereIsNoFolderForThem) {
+TEST(QosStatisticsTest, FailWithoutTheirFolder) {
     writeFile("/tmp/file", "");
 
     EXPECT_THROW(QosStatistics("iwf", "/tmp/file"), std::system_error);

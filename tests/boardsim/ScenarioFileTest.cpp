@@ -37,7 +37,7 @@ std::string complaintAboutScenario(const std::string& text) {
 
 }  // namespace
 
-TEST(ScenarioFileTest, SaysWhatTheOptionsSay) {
+TEST(ScenarioFileTest, SetsTheSameAsTheOptions) {
     const Scenario scenario = load(
         "deployment = 'sfn-antenna'\n"
         "secured = true\n"
@@ -66,7 +66,7 @@ TEST(ScenarioFileTest, SaysWhatTheOptionsSay) {
     EXPECT_FALSE(scenario.bare);
 }
 
-TEST(ScenarioFileTest, LeavesAloneWhatItDoesNotName) {
+TEST(ScenarioFileTest, KeepsTheValuesThatItDoesNotName) {
     Scenario scenario;
     scenario.cmdline = "kept";
     scenario.config = "kept.conf";
@@ -125,6 +125,6 @@ TEST(ScenarioFileTest, IsRefusedWithTheLineAndTheReason) {
     }
 }
 
-TEST(ScenarioFileTest, IsRefusedWhereItIsNoToml) {
+TEST(ScenarioFileTest, IsRefusedIfItIsNotToml) {
     EXPECT_TRUE(complaintAboutScenario("\n\nsecured true\n").starts_with("/tmp/scenario.toml:3: "));
 }

@@ -38,7 +38,7 @@ TEST(SystemLogPeerTest, RecordsDatagramsAsTheyCame) {
     EXPECT_EQ(Board::received("system_log"), std::vector<std::string>{"610a620a"});
 }
 
-TEST(SystemLogPeerTest, TakesWhatProgramsLog) {
+TEST(SystemLogPeerTest, ReceivesTheMessagesThatProgramsLog) {
     SystemLogPeer peer;
     ::openlog("boardsim_test", 0, LOG_USER);
 

@@ -62,7 +62,7 @@ TEST_F(SmLogStandIn, WritesByItsFirstTwoSlotsAndReadsByItsThird) {
     EXPECT_EQ(read(), "4 Tag: port 7 of eth0\n5 Tag: port 8 of eth1\n");
 }
 
-TEST_F(SmLogStandIn, TellsOfOverlapsByItsFourthSlot) {
+TEST_F(SmLogStandIn, ReportsOverlapsByItsFourthSlot) {
     EXPECT_FALSE(slot<Overlap>(3)(client, 1, 2));
 }
 

@@ -54,11 +54,11 @@ TEST_F(RepeatHintTest, ListsTheCommandsThatTheTestRan) {
                           "  GREETING='a b' true 'it'\\''s' 'two words' ''\n"));
 }
 
-TEST_F(RepeatHintTest, IsPrintedAlsoWhereSeveralTestsRun) {
+TEST_F(RepeatHintTest, IsPrintedEvenIfSeveralTestsRun) {
     ASSERT_FALSE(isChild());
 
     const std::string printed = printedByFailure("RepeatHintTest.*:LeftBehindTest.*");
 
     EXPECT_THAT(printed, ContainsRegex(commandOnTheHost + std::string("NamesTheCommandLine")));
-    EXPECT_THAT(printed, ContainsRegex(commandOnTheHost + std::string("IsPrintedAlso")));
+    EXPECT_THAT(printed, ContainsRegex(commandOnTheHost + std::string("IsPrintedEven")));
 }

@@ -28,7 +28,7 @@ protected:
     }
 };
 
-TEST_F(ArchiveForeignFileTest, AFileIsReplacedAndNotWrittenTo) {
+TEST_F(ArchiveForeignFileTest, AFileIsReplacedInsteadOfWritten) {
     writeFile(syslib.files.runtimePath, "planted");
     const std::ifstream planted(syslib.files.runtimePath);
 

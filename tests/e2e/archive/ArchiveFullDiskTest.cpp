@@ -65,7 +65,7 @@ TEST_F(ArchiveFullDiskTest, AWriteThatFailsIsReportedOnceAndTheOtherLogGoesOn) {
     EXPECT_TRUE(syslib.files.runtime() == before);
 }
 
-TEST_F(ArchiveFullDiskTest, ACopyThatFailsIsMadeWhenThereIsRoom) {
+TEST_F(ArchiveFullDiskTest, ACopyThatFailsIsRetriedWhenThereIsRoom) {
     failToRotate();
     EXPECT_TRUE(syslib.files.runtime() == syslib.log.text());
 

@@ -25,7 +25,7 @@ protected:
     void continueArchiver() const { ::kill(archiver().pid(), SIGCONT); }
 };
 
-TEST_F(ArchiveGapTest, IsMarkedByAWarningBeforeTheEntriesThatAreLeft) {
+TEST_F(ArchiveGapTest, IsMarkedByAWarningBeforeTheRemainingEntries) {
     syslib.log.write(1, shortEntry);
     start(atSpeed(5));
     await([this] { return syslib.hasAll(); });
@@ -41,7 +41,7 @@ TEST_F(ArchiveGapTest, IsMarkedByAWarningBeforeTheEntriesThatAreLeft) {
     EXPECT_EQ(end(), endedBy(SIGTERM));
 }
 
-TEST_F(ArchiveGapTest, OfOneLogLeavesTheOtherWhole) {
+TEST_F(ArchiveGapTest, InOneLogLeavesTheOtherComplete) {
     syslib.log.write(1, shortEntry);
     start(atSpeed(5));
     await([this] { return syslib.hasAll() && dispatcher.hasAll(); });
@@ -56,7 +56,7 @@ TEST_F(ArchiveGapTest, OfOneLogLeavesTheOtherWhole) {
     EXPECT_FALSE(syslib.hasAll());
 }
 
-TEST_F(ArchiveGapTest, WhoseWarningCannotBeWrittenIsReportedOnce) {
+TEST_F(ArchiveGapTest, IsReportedOnceIfItsWarningCannotBeWritten) {
     constexpr std::size_t limit = 4096;
     Surroundings limited = atSpeed(5);
     limited.limits = {{RLIMIT_FSIZE, limit}};

@@ -20,7 +20,7 @@ protected:
     }
 };
 
-TEST_F(ArchiveRecoveryTest, AFileThatCannotBeCompressedStaysAndIsCompressedWhenThatIsPossible) {
+TEST_F(ArchiveRecoveryTest, AFileThatCannotBeCompressedIsCompressedLater) {
     fs::create_directories(syslib.files.startupPath + ".gz");
     Surroundings together = atSpeed(speed);
     together.together = true;

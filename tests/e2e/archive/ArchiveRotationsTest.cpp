@@ -25,7 +25,7 @@ protected:
 
 const std::vector<std::string> allThree{"middle.log.gz", "runtime.log", "startup.log.gz"};
 
-TEST_F(ArchiveRotationsTest, LoseNoByteWhileNoPieceIsReplaced) {
+TEST_F(ArchiveRotationsTest, LoseNoByteBeforeAPieceIsReplaced) {
     start();
     archiveSome(5);
 

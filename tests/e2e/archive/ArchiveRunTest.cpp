@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(ArchiveRunTest, ReportsBothFilesInTheDispatchersLogAndArchivesThat) {
+TEST_F(ArchiveRunTest, ReportsBothFilesInTheDispatchersLogAndArchivesTheReport) {
     start();
     awaitAll();
 
@@ -40,7 +40,7 @@ TEST_F(ArchiveRunTest, ReportsBothFilesInTheDispatchersLogAndArchivesThat) {
     EXPECT_EQ(syslib.files.runtime(), "");
 }
 
-TEST_F(ArchiveRunTest, TakesOverBothLogsAsTheyGrow) {
+TEST_F(ArchiveRunTest, CopiesBothLogsAsTheyGrow) {
     dispatcher.log.write(5, entrySize);
     syslib.log.write(3, entrySize);
     start();
@@ -67,7 +67,7 @@ TEST_F(ArchiveRunTest, LooksAtOnceAndThenEveryFiveSeconds) {
     EXPECT_EQ(end(), endedBy(SIGTERM));
 }
 
-TEST_F(ArchiveRunTest, EndsAtOnceByASignalWithAllThatItHasTaken) {
+TEST_F(ArchiveRunTest, EndsImmediatelyOnASignalAndKeepsItsCopies) {
     for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGKILL}) {
         SCOPED_TRACE(signal);
         syslib.log.write(10, entrySize);
@@ -80,7 +80,7 @@ TEST_F(ArchiveRunTest, EndsAtOnceByASignalWithAllThatItHasTaken) {
     }
 }
 
-TEST_F(ArchiveRunTest, BeginsItsRuntimeFilesAnewAndLeavesTheOthers) {
+TEST_F(ArchiveRunTest, TruncatesItsRuntimeFilesAndKeepsTheOthers) {
     writeFile(dispatcher.files.runtimePath, "runtime of before\n");
     writeFile(syslib.files.runtimePath, "runtime of before\n");
     writeFile(syslib.files.startupPath + ".gz", "startup of before");
@@ -95,7 +95,7 @@ TEST_F(ArchiveRunTest, BeginsItsRuntimeFilesAnewAndLeavesTheOthers) {
     EXPECT_EQ(contentOfFile(syslib.files.middlePath + ".gz"), "middle of before");
 }
 
-TEST_F(ArchiveRunTest, SaysNothingInTheSystemLog) {
+TEST_F(ArchiveRunTest, WritesNothingToTheSystemLog) {
     SystemLog systemLog;
     syslib.log.write(1, entrySize);
     start();
@@ -105,7 +105,7 @@ TEST_F(ArchiveRunTest, SaysNothingInTheSystemLog) {
     EXPECT_EQ(systemLog.records(), std::vector<std::string>{});
 }
 
-TEST_F(ArchiveRunTest, FollowsWhatABoardsProcessesWrite) {
+TEST_F(ArchiveRunTest, FollowsTheLogsOfTheBoardsProcesses) {
     {
         const Board board({});
         start();
@@ -118,7 +118,7 @@ TEST_F(ArchiveRunTest, FollowsWhatABoardsProcessesWrite) {
     EXPECT_EQ(end(), endedBy(SIGTERM));
 }
 
-TEST_F(ArchiveRunTest, KeepsEveryEntryOfTwentyWritersInItsOrder) {
+TEST_F(ArchiveRunTest, KeepsEveryEntryOfTwentyWritersInOrder) {
     constexpr int writers = 20;
     constexpr int entries = 40;
     constexpr int rounds = 3;

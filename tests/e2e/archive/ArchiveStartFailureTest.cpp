@@ -44,7 +44,7 @@ TEST_F(ArchiveStartFailureTest, OneFileThatCannotBeOpenedIsReportedAndTheOtherLo
     EXPECT_TRUE(fs::is_empty(syslib.files.runtimePath));
 }
 
-TEST_F(ArchiveStartFailureTest, WhatIsReportedOfTheDispatchersFileStandsInItsLogAlone) {
+TEST_F(ArchiveStartFailureTest, AFailureOfTheDispatchersFileIsReportedOnlyInItsLog) {
     fs::create_directories(dispatcher.files.runtimePath);
 
     EXPECT_EQ(runUntilTaken(syslib), endedBy(SIGTERM));
@@ -53,7 +53,7 @@ TEST_F(ArchiveStartFailureTest, WhatIsReportedOfTheDispatchersFileStandsInItsLog
     EXPECT_EQ(dispatcher.files.all(), "");
 }
 
-TEST_F(ArchiveStartFailureTest, APipeInPlaceOfAFileHoldsNothingUp) {
+TEST_F(ArchiveStartFailureTest, APipeInPlaceOfAFileDoesNotBlock) {
     fs::create_directories(syslib.files.directory);
     ASSERT_EQ(::mkfifo(syslib.files.runtimePath.c_str(), 0600), 0);
 
@@ -62,7 +62,7 @@ TEST_F(ArchiveStartFailureTest, APipeInPlaceOfAFileHoldsNothingUp) {
     EXPECT_EQ(reports(), (Records{openForMonitoring(dispatcher), notOpened(syslib)}));
 }
 
-TEST_F(ArchiveStartFailureTest, AFolderThatCannotBeMadeLeavesItsLogIdle) {
+TEST_F(ArchiveStartFailureTest, AFolderThatCannotBeCreatedLeavesItsLogIdle) {
     writeFile(syslib.files.directory, "a file");
 
     EXPECT_EQ(runUntilTaken(dispatcher),
@@ -74,7 +74,7 @@ TEST_F(ArchiveStartFailureTest, AFolderThatCannotBeMadeLeavesItsLogIdle) {
     EXPECT_EQ(contentOfFile(syslib.files.directory), "a file");
 }
 
-TEST_F(ArchiveStartFailureTest, WithoutTheDispatchersLogThereIsNoRun) {
+TEST_F(ArchiveStartFailureTest, AbortsWithoutTheDispatchersLog) {
     fs::remove("/dev/shm/dispatcher_log_memory");
     fs::create_directory("/dev/shm/dispatcher_log_memory");
 
@@ -85,7 +85,7 @@ TEST_F(ArchiveStartFailureTest, WithoutTheDispatchersLogThereIsNoRun) {
     fs::remove("/dev/shm/dispatcher_log_memory");
 }
 
-TEST_F(ArchiveStartFailureTest, WithoutSyslibsLogTheDispatchersIsFollowed) {
+TEST_F(ArchiveStartFailureTest, WithoutSyslibsLogTheDispatchersLogIsFollowed) {
     fs::remove("/dev/shm/syslib_log_memory");
     fs::create_directory("/dev/shm/syslib_log_memory");
     start();

@@ -11,7 +11,7 @@ protected:
     const Surroundings throwing{.environment = {{"LD_LIBRARY_PATH", besideThisProgram("throwing")}}};
 };
 
-TEST_F(CollectorExceptionTest, OneFromTheDispatchersLogCostsThisLogAlone) {
+TEST_F(CollectorExceptionTest, OneFromTheDispatchersLogLosesOnlyThisLog) {
     const Outcome outcome = collect({"-d", "iwf", "print", "dump", "dinf", "dlog", "proxy"}, throwing);
 
     EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + section("NETFP LOG", "") +
@@ -22,7 +22,7 @@ TEST_F(CollectorExceptionTest, OneFromTheDispatchersLogCostsThisLogAlone) {
     EXPECT_EQ(workFiles(), together({stateFiles("iwf", infoStates), replyFiles("iwf", infoCommands)}));
 }
 
-TEST_F(CollectorExceptionTest, OneFromTheSyslibLogCostsTheDumpsThatComeAfterIt) {
+TEST_F(CollectorExceptionTest, OneFromTheSyslibLogLosesTheDumpsAfterIt) {
     const Outcome outcome = collect({"-d", "iwf", "dump", "dinf", "slog", "proxy"}, throwing);
 
     EXPECT_EQ(outcome, success("",

@@ -117,7 +117,7 @@ TEST_F(CollectionCoverageTest, DstatAsksForStatisticsOnly) {
     EXPECT_EQ(requestsTo("sfn_dispatcher"), statsCommands);
 }
 
-TEST_F(CollectionCoverageTest, DlogAsksNoDispatcherAndNoProcess) {
+TEST_F(CollectionCoverageTest, DlogSendsNoRequestAndNoSignal) {
     startBoard();
 
     collect({"dump", "dlog"});
@@ -137,7 +137,7 @@ TEST_F(CollectionCoverageTest, SlogSignalsNoProcess) {
     }
 }
 
-TEST_F(CollectionCoverageTest, OnlyTheProcessThatWasAskedForIsSignalledOnce) {
+TEST_F(CollectionCoverageTest, OnlyTheSelectedProcessIsSignalledOnce) {
     startBoard();
 
     collect({"dump", "server"});
@@ -149,7 +149,7 @@ TEST_F(CollectionCoverageTest, OnlyTheProcessThatWasAskedForIsSignalledOnce) {
     }
 }
 
-TEST_F(CollectionCoverageTest, SfnAloneIsAskedWhereItAloneIsSelected) {
+TEST_F(CollectionCoverageTest, OnlySfnIsAskedIfOnlySfnIsSelected) {
     startBoard();
 
     const Outcome outcome = collect({"-v", "-d", "sfn", "dump", "dinf"});
@@ -166,7 +166,7 @@ TEST_F(CollectionCoverageTest, SfnAloneIsAskedWhereItAloneIsSelected) {
     EXPECT_EQ(requestsTo("sfn_dispatcher"), infoCommands);
 }
 
-TEST_F(CollectionCoverageTest, TheBoardDecidesWhichInstancesAreAskedWhereNoneIsSelected) {
+TEST_F(CollectionCoverageTest, TheBoardDecidesWhichInstancesAreAskedIfNoneIsSelected) {
     const struct {
         Deployment deployment;
         Files files;

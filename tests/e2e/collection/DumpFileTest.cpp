@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(DumpFileTest, AnEarlierDumpIsReplacedWholeAndOtherFilesStay) {
+TEST_F(DumpFileTest, AnEarlierDumpIsReplacedCompletelyAndOtherFilesStay) {
     startBoard();
     writeFile(infoFile, std::string(100'000, 'x'));
     writeFile("/tmp/korvel/notes.txt", "notes");
@@ -45,7 +45,7 @@ TEST_F(DumpFileTest, AnEarlierDumpIsReplacedWholeAndOtherFilesStay) {
         together({stateFiles("iwf", infoStates), replyFiles("iwf", infoCommands), {{"notes.txt", "notes"}}}));
 }
 
-TEST_F(DumpFileTest, ALinkOfOnesOwnIsFollowed) {
+TEST_F(DumpFileTest, ALinkOfTheSameUserIsFollowed) {
     startBoard();
     fs::create_directories("/tmp/korvel/mmi/iwf");
     writeFile("/tmp/elsewhere", "an earlier text that is longer than nothing");
@@ -69,7 +69,7 @@ TEST_F(DumpFileTest, AFifoInPlaceOfAFileIsReportedAndNotWaitedFor) {
     EXPECT_EQ(workFiles(), stateFiles("iwf", infoStates));
 }
 
-TEST_F(DumpFileTest, ADirectoryInPlaceOfAFileIsReportedOfEveryCollector) {
+TEST_F(DumpFileTest, ADirectoryInPlaceOfAFileIsReportedByEveryCollector) {
     startBoard();
     for (const std::string file : {"fuse/iwf/tracing_on", "mmi/iwf/SocketSvcInfo", "ti/syslib_sm_log"}) {
         fs::create_directories("/tmp/korvel/" + file + ".log");
@@ -93,7 +93,7 @@ TEST_F(DumpFileTest, AWriteThatFailsIsReportedOnceAndEverythingElseIsWrittenAndP
     EXPECT_EQ(workFiles(), together({stateFiles("iwf", infoStates), emptyReplyFiles("iwf", infoCommands)}));
 }
 
-TEST_F(DumpFileTest, ACloseThatFailsIsAWriteThatFails) {
+TEST_F(DumpFileTest, AFailedCloseIsReportedAsAFailedWrite) {
     startBoard();
 
     const Outcome outcome = collectInjected({.faults = {"close:error=ENOSPC"}, .path = infoFile}, request);
@@ -101,7 +101,7 @@ TEST_F(DumpFileTest, ACloseThatFailsIsAWriteThatFails) {
     EXPECT_EQ(outcome, success(printedInfo(), unwritten("mmi/iwf/SocketSvcInfo.log")));
 }
 
-TEST_F(DumpFileTest, AFileThatCannotBeEmptiedIsAFileThatCannotBeOpened) {
+TEST_F(DumpFileTest, AFailedTruncationIsReportedAsAFailedOpen) {
     startBoard();
 
     const Outcome outcome = collectInjected({.faults = {"ftruncate:error=EIO"}, .path = infoFile}, request);
@@ -109,7 +109,7 @@ TEST_F(DumpFileTest, AFileThatCannotBeEmptiedIsAFileThatCannotBeOpened) {
     EXPECT_EQ(outcome, success(printedInfo(), "Error while opening /tmp/korvel/mmi/iwf/SocketSvcInfo.log\n"));
 }
 
-TEST_F(DumpFileTest, ACopyOfADumpThatCannotBeWrittenIsReportedOnceInAllItsRounds) {
+TEST_F(DumpFileTest, AFailedCopyOfADumpIsReportedOnceForAllItsTries) {
     startBoard();
 
     const Outcome outcome =
@@ -138,7 +138,7 @@ TEST_F(DumpFileTest, OnAFullDiskEveryFileIsReportedAndEverythingIsPrinted) {
                                       {"fuse/iwf/dmaStats.log", ""}}}));
 }
 
-TEST_F(DumpFileTest, OnAFullDiskTheProcessesCannotEvenBeListed) {
+TEST_F(DumpFileTest, OnAFullDiskTheProcessesCannotBeListed) {
     startBoard();
     const FullDisk disk("/tmp");
 
@@ -149,7 +149,7 @@ TEST_F(DumpFileTest, OnAFullDiskTheProcessesCannotEvenBeListed) {
                                    std::string(listing) + " exited with error, exit code: 2\n"));
 }
 
-TEST_F(DumpFileTest, AWorkDirectoryThatCannotBeMadeIsReportedAndEverythingIsPrinted) {
+TEST_F(DumpFileTest, AWorkDirectoryThatCannotBeCreatedIsReportedAndEverythingIsPrinted) {
     startBoard();
     writeFile(workDir, "a file");
 
@@ -167,7 +167,7 @@ TEST_F(DumpFileTest, AWorkDirectoryThatCannotBeMadeIsReportedAndEverythingIsPrin
     EXPECT_EQ(contentOfFile(workDir), "a file");
 }
 
-TEST_F(DumpFileTest, AnInstanceWithoutADirectoryDoesNotKeepTheNextFromItsFiles) {
+TEST_F(DumpFileTest, AnInstanceWithoutADirectoryDoesNotAffectTheNext) {
     startBoard();
     writeFile("/tmp/korvel/mmi/iwf", "a file");
 

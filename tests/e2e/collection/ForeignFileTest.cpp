@@ -109,7 +109,7 @@ protected:
     }
 };
 
-TEST_F(ForeignFileTest, APackageOfRootHasWhatRootCollectedAfterACollectionOfAUser) {
+TEST_F(ForeignFileTest, APackageOfRootHasItsOwnLogsAfterACollectionByAUser) {
     haveAliceCollect();
 
     EXPECT_EQ(
@@ -132,7 +132,7 @@ TEST_F(ForeignFileTest, AUserMayNotReplaceFilesInAWorkDirectoryOfRoot) {
     EXPECT_EQ(workFiles(), expected);
 }
 
-TEST_F(ForeignFileTest, AUserMayNotReplaceAnotherUsersFileWhereAFolderIsSticky) {
+TEST_F(ForeignFileTest, AUserMayNotReplaceAnotherUsersFileInAStickyFolder) {
     haveAliceCollect();
     const std::string before = contentOfFile(workFile);
     fs::permissions(fs::path(workFile).parent_path(), fs::perms::all | fs::perms::sticky_bit);
@@ -190,7 +190,7 @@ TEST_F(ForeignFileTest, NothingIsReadThroughALinkOfAUser) {
     EXPECT_EQ(ownerOf(dump), alice);
 }
 
-TEST_F(ForeignFileTest, ADumpOfTheSignalledProcesssUserIsRead) {
+TEST_F(ForeignFileTest, ADumpOfTheProcessOwnerIsRead) {
     startBoardWithout({"netfp_proxy"});
     writeFile("/tmp/prepared", dumpText("netfp_proxy"));
     const std::unique_ptr<Process> proxy = startProxy(alice, "cp /tmp/prepared /tmp/netfp_proxy.log");
@@ -222,7 +222,7 @@ TEST_F(ForeignFileTest, ADumpThatAUserPlantedForAProcessOfRootIsNotRead) {
     EXPECT_EQ(workFiles(), Files{});
 }
 
-TEST_F(ForeignFileTest, AProcessListingOfAnotherUserInTheWaySkipsEveryProcess) {
+TEST_F(ForeignFileTest, AProcessListingOfAnotherUserSkipsEveryProcess) {
     startBoard();
     writeFileOf(alice, pidFile, "root 7 netfp_proxy\n");
 
@@ -246,7 +246,7 @@ TEST_F(ForeignFileTest, AProcessListingIsNotWrittenThroughALinkOfAnotherUser) {
     EXPECT_FALSE(fs::exists("/tmp/created"));
 }
 
-TEST_F(ForeignFileTest, AProcessListingOfAnotherUserIsNoObstacleToRoot) {
+TEST_F(ForeignFileTest, RootReplacesAProcessListingOfAnotherUser) {
     startBoard();
     writeFileOf(alice, pidFile, "root 7 netfp_proxy\n");
 
@@ -268,7 +268,7 @@ TEST_F(ForeignFileTest, AnArchiveOfAUserIsReplacedByThatOfRoot) {
     EXPECT_EQ(archiver.wait(), (Outcome{128 + SIGTERM, "", ""}));
 }
 
-TEST_F(ForeignFileTest, NothingIsWrittenBehindWhatAnotherUserWrote) {
+TEST_F(ForeignFileTest, NothingIsAppendedToAnotherUsersText) {
     writeFileOf(alice, "/tmp/log", "");
     fs::permissions("/tmp/log", fs::perms::all);
     writeFileOf(bob, "/tmp/linked", "");

@@ -41,7 +41,7 @@ protected:
     }
 };
 
-TEST_F(FuseCollectionTest, DlogCollectsTheHistoryLogAloneWhateverTheInstances) {
+TEST_F(FuseCollectionTest, DlogCollectsOnlyTheHistoryLogForAnyInstances) {
     startBoardWithout({"iwf_dispatcher"});
     for (const std::string instance : {"iwf", "sfn", "all"}) {
         SCOPED_TRACE(instance);
@@ -57,7 +57,7 @@ TEST_F(FuseCollectionTest, DlogCollectsTheHistoryLogAloneWhateverTheInstances) {
     }
 }
 
-TEST_F(FuseCollectionTest, BridgeStatisticsOfIwfAreCollectedWhereThereIsNoSfnTree) {
+TEST_F(FuseCollectionTest, BridgeStatisticsOfIwfAreCollectedWithoutAnSfnTree) {
     startBoard({.deployment = Deployment::iwf});
 
     const Outcome outcome = collect({"print", "dump", "dstat"});
@@ -67,7 +67,7 @@ TEST_F(FuseCollectionTest, BridgeStatisticsOfIwfAreCollectedWhereThereIsNoSfnTre
     EXPECT_EQ(states(), stateFiles("iwf", bridge));
 }
 
-TEST_F(FuseCollectionTest, BridgeStatisticsAreNotCollectedWhereThereIsAnSfnTree) {
+TEST_F(FuseCollectionTest, BridgeStatisticsAreNotCollectedWithAnSfnTree) {
     startBoard();
 
     const Outcome outcome = collect({"-d", "iwf", "print", "dump", "dstat"});
@@ -98,7 +98,7 @@ TEST_F(FuseCollectionTest, BridgeStatisticsOfSfnAreNeverCollectedEvenWithoutAnSf
     EXPECT_EQ(states(), Files{});
 }
 
-TEST_F(FuseCollectionTest, AFileInPlaceOfTheSfnTreeIsNoTree) {
+TEST_F(FuseCollectionTest, AFileInPlaceOfTheSfnTreeCountsAsNoTree) {
     startBoard({.deployment = Deployment::iwf});
     writeFile("/tmp/fuse/sfn", "");
 
@@ -107,7 +107,7 @@ TEST_F(FuseCollectionTest, AFileInPlaceOfTheSfnTreeIsNoTree) {
     EXPECT_EQ(states(), stateFiles("iwf", {"dispatcherCpu", "dmaStats", "fpBridgeStats"}));
 }
 
-TEST_F(FuseCollectionTest, ALinkToADirectoryIsAnSfnTree) {
+TEST_F(FuseCollectionTest, ALinkToADirectoryCountsAsAnSfnTree) {
     startBoard({.deployment = Deployment::iwf});
     fs::create_directory_symlink("/tmp/fuse/iwf", "/tmp/fuse/sfn");
 
@@ -116,7 +116,7 @@ TEST_F(FuseCollectionTest, ALinkToADirectoryIsAnSfnTree) {
     EXPECT_EQ(states(), stateFiles("iwf", statsStates));
 }
 
-TEST_F(FuseCollectionTest, AnSfnTreeThatCannotBeLookedAtCountsAsNone) {
+TEST_F(FuseCollectionTest, AnSfnTreeThatCannotBeAccessedCountsAsNone) {
     startBoard();
 
     const Outcome outcome =
@@ -159,7 +159,7 @@ TEST_F(FuseCollectionTest, AFifoInPlaceOfAStateFileIsReportedAndNotWaitedFor) {
     expectNoText(unreadable);
 }
 
-TEST_F(FuseCollectionTest, ALinkToAStateFileIsReadThrough) {
+TEST_F(FuseCollectionTest, ALinkToAStateFileIsFollowed) {
     startBoard();
     fs::remove(tracing);
     fs::create_symlink("/tmp/fuse/sfn/dmaStats", tracing);
@@ -184,7 +184,7 @@ TEST_F(FuseCollectionTest, EveryByteOfAStateFileIsCollected) {
     expectText(bytes);
 }
 
-TEST_F(FuseCollectionTest, AStateFileThatBreaksOffIsReportedAndKeptAsFarAsItCame) {
+TEST_F(FuseCollectionTest, AStateFileThatFailsInTheMiddleIsReportedAndKeptUpToThere) {
     startBoard();
     std::string text(100'000, '.');
     writeFile(tracing, text);

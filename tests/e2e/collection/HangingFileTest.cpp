@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(OfEachKind, UnansweredRequestTest,
                                          Unanswered{"RELEASE", false, false}),
                          [](const auto& test) { return std::string(test.param.operation); });
 
-TEST_P(UnansweredRequestTest, CostsOneStateAndTheRunEnds) {
+TEST_P(UnansweredRequestTest, LosesOneStateFileAndTheRunEnds) {
     startBoard();
     const Files expected = GetParam().costsTheText ? informationBut("iwf") : informationOfAll();
     fs::rename("/tmp/fuse/iwf/tracing_on", "/tmp/fuse/iwf/tracing");
@@ -154,7 +154,7 @@ TEST_F(HangingFileTest, AServerThatReadsNoRequestLeavesNoHelperBehind) {
     awaitLeft(0);
 }
 
-TEST_F(HangingFileTest, ATreeThatCannotBeLookedAtCountsAsNone) {
+TEST_F(HangingFileTest, ATreeThatHangsCountsAsNone) {
     startBoard();
     const Files expected = together({stateFiles("iwf", {"dispatcherCpu", "dmaStats", "fpBridgeStats"}),
                                      replyFiles("iwf", statsCommands)});
@@ -168,7 +168,7 @@ TEST_F(HangingFileTest, ATreeThatCannotBeLookedAtCountsAsNone) {
     awaitLeft(0);
 }
 
-TEST_F(HangingFileTest, ADumpThatCannotBeLookedAtIsReportedAndStays) {
+TEST_F(HangingFileTest, ADumpWhoseLookUpHangsIsReportedAndStays) {
     startBoardWithFaults({"netfp_proxy=silent"});
     writeFile("/tmp/elsewhere/dump", "an earlier dump");
     fs::create_symlink("/tmp/elsewhere/dump", "/tmp/netfp_proxy.log");
@@ -184,7 +184,7 @@ TEST_F(HangingFileTest, ADumpThatCannotBeLookedAtIsReportedAndStays) {
     awaitLeft(0);
 }
 
-TEST_F(HangingFileTest, ADumpThatCannotBeReadIsReportedAndStays) {
+TEST_F(HangingFileTest, ADumpWhoseReadHangsIsReportedAndStays) {
     startBoardWithFaults({"netfp_proxy=silent"});
     writeFile("/tmp/elsewhere/dump", "an earlier dump");
     fs::create_symlink("/tmp/elsewhere/dump", "/tmp/netfp_proxy.log");
@@ -198,7 +198,7 @@ TEST_F(HangingFileTest, ADumpThatCannotBeReadIsReportedAndStays) {
     awaitLeft(0);
 }
 
-TEST_F(HangingFileTest, DeploymentFilesThatAreNotFoundLeaveTheirDefaults) {
+TEST_F(HangingFileTest, DeploymentFilesThatHangLeaveTheirDefaults) {
     startBoard();
     StuckFolder rom("/rom/private", "LOOKUP");
 
@@ -234,7 +234,7 @@ TEST_F(HangingFileTest, ADeploymentTypeThatCannotBeReadCountsAsNone) {
     awaitLeft(0);
 }
 
-TEST_F(HangingFileTest, AHelperThatIsKilledAtItsWorkIsReplacedAndNothingIsLost) {
+TEST_F(HangingFileTest, AHelperThatIsKilledDuringARequestIsReplacedWithoutLoss) {
     startBoard();
     const Files expected = informationOfAll();
     const StuckFolder states(iwfStates, "NONE");
@@ -253,7 +253,7 @@ TEST_F(HangingFileTest, AHelperThatIsKilledAtItsWorkIsReplacedAndNothingIsLost) 
     EXPECT_EQ(workFiles(), expected);
 }
 
-TEST_F(HangingFileTest, AHelperThatIsKilledAgainAndAgainCostsTheFileAlone) {
+TEST_F(HangingFileTest, AHelperThatIsKilledRepeatedlyLosesOnlyTheFile) {
     startBoard();
     const Files expected = informationBut("iwf");
     const StuckFolder states(iwfStates, "NONE");
@@ -271,7 +271,7 @@ TEST_F(HangingFileTest, AHelperThatIsKilledAgainAndAgainCostsTheFileAlone) {
     EXPECT_EQ(workFiles(), expected);
 }
 
-TEST_F(HangingFileTest, AHelperThatIsKilledBetweenTwoLooksIsReplaced) {
+TEST_F(HangingFileTest, AHelperThatIsKilledBetweenTwoRequestsIsReplaced) {
     startBoard();
     const std::unique_ptr<Process> run = startAtGate();
 
@@ -282,7 +282,7 @@ TEST_F(HangingFileTest, AHelperThatIsKilledBetweenTwoLooksIsReplaced) {
     EXPECT_EQ(workFiles(), informationOfAll());
 }
 
-TEST_F(HangingFileTest, AHelperThatIsStoppedCostsOneFile) {
+TEST_F(HangingFileTest, AHelperThatIsStoppedLosesOneFile) {
     startBoard();
     const std::unique_ptr<Process> run = startAtGate();
 

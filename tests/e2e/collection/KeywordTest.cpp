@@ -9,7 +9,7 @@ using CollectionKeywordTest = CollectionFixture;
 
 constexpr const char* noKeyword = "Did not detect a supported Keyword.\nUse \"korvel --help\" for help.\n";
 
-TEST_F(CollectionKeywordTest, AWordThatIsNoKeywordStopsTheRunBeforeAnythingIsCollected) {
+TEST_F(CollectionKeywordTest, AnUnknownKeywordStopsTheRunBeforeAnythingIsCollected) {
     startBoard();
 
     const Outcome outcome = collect({"print", "foo", "dump"});
@@ -19,7 +19,7 @@ TEST_F(CollectionKeywordTest, AWordThatIsNoKeywordStopsTheRunBeforeAnythingIsCol
     EXPECT_EQ(requestsTo("iwf_dispatcher"), Words{});
 }
 
-TEST_F(CollectionKeywordTest, OnlyTheFirstWordThatIsNoKeywordIsNamed) {
+TEST_F(CollectionKeywordTest, OnlyTheFirstUnknownKeywordIsNamed) {
     startBoard();
     EXPECT_EQ(collect({"foo", "print", "bar"}), failure("", "Unknown parameter: foo\n"));
 }
@@ -32,21 +32,21 @@ TEST_F(CollectionKeywordTest, KeywordsAreWholeWordsInLowerCase) {
     }
 }
 
-TEST_F(CollectionKeywordTest, VerboseModeTellsThatTheRequestFailed) {
+TEST_F(CollectionKeywordTest, VerboseModeReportsThatTheRequestFailed) {
     startBoard();
     EXPECT_EQ(collect({"-v", "print", "foo"}),
               failure(verboseStart("", {}) + "LogCollection Failed to process the request.\n",
                       "Unknown parameter: foo\n"));
 }
 
-TEST_F(CollectionKeywordTest, AllIsClaimedButLacksAnOutputMode) {
+TEST_F(CollectionKeywordTest, AllIsDetectedButLacksAnOutputMode) {
     startBoard();
     EXPECT_EQ(collect({"all"}), failure("", "No parameters were specified\n"));
     EXPECT_EQ(collect({"all", "dinf", "slog"}), failure("", "No parameters were specified\n"));
     EXPECT_FALSE(std::filesystem::exists(workDir));
 }
 
-TEST_F(CollectionKeywordTest, OtherCoverageKeywordsAreNotClaimedByThemselves) {
+TEST_F(CollectionKeywordTest, OtherCoverageKeywordsAloneAreNotDetected) {
     startBoard();
     for (const std::string word :
          {"dinf", "netfp", "proxy", "server", "master", "resmgr", "slog", "dstat", "dlog", "dall"}) {
@@ -55,7 +55,7 @@ TEST_F(CollectionKeywordTest, OtherCoverageKeywordsAreNotClaimedByThemselves) {
     }
 }
 
-TEST_F(CollectionKeywordTest, EveryOutputModeClaimsTheCommandLine) {
+TEST_F(CollectionKeywordTest, EveryOutputModeIsDetected) {
     startBoard();
     for (const std::string word : {"print", "dump", "pkg", "pkg-trs", "pkg-sup", "pkg-pm", "pkg-sdown"}) {
         SCOPED_TRACE(word);
@@ -63,7 +63,7 @@ TEST_F(CollectionKeywordTest, EveryOutputModeClaimsTheCommandLine) {
     }
 }
 
-TEST_F(CollectionKeywordTest, AShutdownPackageThatIsNotEnabledIsSkippedWithoutAWord) {
+TEST_F(CollectionKeywordTest, AShutdownPackageThatIsNotEnabledIsSkippedSilently) {
     startBoard();
     writeFile("/rom/private/fpdispatcher.conf", "doNotCollectLogOnExit=1\n");
 
@@ -74,7 +74,7 @@ TEST_F(CollectionKeywordTest, AShutdownPackageThatIsNotEnabledIsSkippedWithoutAW
     EXPECT_EQ(filesBelow(packageDir), Words{});
 }
 
-TEST_F(CollectionKeywordTest, AShutdownPackageThatIsNotEnabledSkipsWhatElseWasAskedFor) {
+TEST_F(CollectionKeywordTest, AShutdownPackageThatIsNotEnabledSkipsTheWholeRequest) {
     startBoard();
     writeFile("/rom/private/fpdispatcher.conf", "doNotCollectLogOnExit=1\n");
 
@@ -84,7 +84,7 @@ TEST_F(CollectionKeywordTest, AShutdownPackageThatIsNotEnabledSkipsWhatElseWasAs
     EXPECT_FALSE(std::filesystem::exists(workDir));
 }
 
-TEST_F(CollectionKeywordTest, AShutdownPackageIsMadeWhereTheConfigurationAllowsIt) {
+TEST_F(CollectionKeywordTest, AShutdownPackageIsCreatedIfTheConfigurationAllowsIt) {
     startBoard();
     writeFile("/rom/private/fpdispatcher.conf", "doNotCollectLogOnExit=0\n");
 
@@ -94,7 +94,7 @@ TEST_F(CollectionKeywordTest, AShutdownPackageIsMadeWhereTheConfigurationAllowsI
     EXPECT_EQ(filesBelow(packageDir), Words{"netfp_logs_shutdown.tgz"});
 }
 
-TEST_F(CollectionKeywordTest, OtherPackagesNeedNoLeaveOfTheConfiguration) {
+TEST_F(CollectionKeywordTest, OtherPackagesNeedNoPermissionOfTheConfiguration) {
     startBoard();
     writeFile("/rom/private/fpdispatcher.conf", "doNotCollectLogOnExit=1\n");
 

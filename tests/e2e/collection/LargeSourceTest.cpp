@@ -48,7 +48,7 @@ private:
     }
 };
 
-TEST_F(LargeSourceTest, AStateFileIsCutAndTheRestOfTheRunIsThere) {
+TEST_F(LargeSourceTest, AStateFileIsCutAndTheRestIsCollected) {
     startBoard();
     makeSparse("/tmp/fuse/iwf/dispatcherCpu");
 
@@ -61,7 +61,7 @@ TEST_F(LargeSourceTest, AStateFileIsCutAndTheRestOfTheRunIsThere) {
                           dumpFiles({"netfp_proxy"})}));
 }
 
-TEST_F(LargeSourceTest, AFileOfExactlyTheLimitIsCollectedWhole) {
+TEST_F(LargeSourceTest, AFileOfExactlyTheLimitIsCollectedCompletely) {
     startBoard();
     makeSparse("/tmp/fuse/iwf/tracing_on", sourceLimit);
 
@@ -72,7 +72,7 @@ TEST_F(LargeSourceTest, AFileOfExactlyTheLimitIsCollectedWhole) {
         together({{{"fuse/iwf/tracing_on.log", zeros(sourceLimit)}}, replyFiles("iwf", infoCommands)}));
 }
 
-TEST_F(LargeSourceTest, ADumpIsCutAndStaysWhereItIsAndTheRestOfTheRunIsThere) {
+TEST_F(LargeSourceTest, ADumpIsCutAndTheFileStaysAndTheRestIsCollected) {
     startBoardWithFaults({"netfp_proxy=silent"});
     makeSparse("/tmp/netfp_proxy.log");
 
@@ -83,7 +83,7 @@ TEST_F(LargeSourceTest, ADumpIsCutAndStaysWhereItIsAndTheRestOfTheRunIsThere) {
     EXPECT_EQ(fs::file_size("/tmp/netfp_proxy.log"), 3072 * mebibyte);
 }
 
-TEST_F(LargeSourceTest, ADumpThatIsCutIsPrintedAsFarAsItWasReadAndNotedAsIncomplete) {
+TEST_F(LargeSourceTest, ADumpThatIsCutIsPrintedAndNotedAsIncomplete) {
     startBoardWithFaults({"netfp_proxy=silent"});
     makeSparse("/tmp/netfp_proxy.log");
 
@@ -94,7 +94,7 @@ TEST_F(LargeSourceTest, ADumpThatIsCutIsPrintedAsFarAsItWasReadAndNotedAsIncompl
     EXPECT_TRUE(outcome.out == section("netfp_proxy", zeros(sourceLimit) + incompleteNote));
 }
 
-TEST_F(LargeSourceTest, ManySourcesAreCutWhereTheyAddUpToTheLimitOfARun) {
+TEST_F(LargeSourceTest, ManySourcesAreCutAtTheLimitOfARun) {
     startBoard();
     for (const char* const state :
          {"iwf/tracing_on", "iwf/dispatcherCpu", "iwf/dmaStats", "sfn/tracing_on"}) {

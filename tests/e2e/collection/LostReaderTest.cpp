@@ -52,7 +52,7 @@ protected:
         "Error while writing standard output: Broken pipe\n";
 };
 
-TEST_F(LostReaderTest, ThePackageIsMadeWhereTheReaderIsGoneFromTheStart) {
+TEST_F(LostReaderTest, ThePackageIsCreatedIfTheReaderIsGoneFromTheStart) {
     const Outcome outcome =
         collectInto("true", "pkg-pm", awaitReaderGone(), withCommand("fp_linux_log_collect", ""));
 
@@ -60,7 +60,7 @@ TEST_F(LostReaderTest, ThePackageIsMadeWhereTheReaderIsGoneFromTheStart) {
     expectWholePackage(package("_post_mortem.tgz"));
 }
 
-TEST_F(LostReaderTest, ThePackageIsMadeWhereTheReaderGoesAfterTheFirstLine) {
+TEST_F(LostReaderTest, ThePackageIsCreatedIfTheReaderGoesAfterTheFirstLine) {
     const Outcome outcome =
         collectInto("head -1", "pkg-pm", "", withCommand("fp_linux_log_collect", awaitReaderGone()));
 
@@ -68,7 +68,7 @@ TEST_F(LostReaderTest, ThePackageIsMadeWhereTheReaderGoesAfterTheFirstLine) {
     expectWholePackage(package("_post_mortem.tgz"));
 }
 
-TEST_F(LostReaderTest, ThePackageIsMadeWhereNobodyReadsTheErrorsEither) {
+TEST_F(LostReaderTest, ThePackageIsCreatedIfNobodyReadsTheErrorsEither) {
     const Outcome outcome =
         collectInto("head -1", "pkg-pm", "", withCommand("fp_linux_log_collect", awaitReaderGone()), "2>&1");
 
@@ -76,7 +76,7 @@ TEST_F(LostReaderTest, ThePackageIsMadeWhereNobodyReadsTheErrorsEither) {
     expectWholePackage(package("_post_mortem.tgz"));
 }
 
-TEST_F(LostReaderTest, LogsOfTheSystemAreGatheredWhereTheReaderIsGone) {
+TEST_F(LostReaderTest, LogsOfTheSystemAreGatheredIfTheReaderIsGone) {
     const Outcome outcome =
         collectInto("true", "pkg-pm dinf", awaitReaderGone(),
                     withCommand("fp_linux_log_collect", "echo gathering\necho gathered > \"$1/gathered\"\n"));
@@ -85,7 +85,7 @@ TEST_F(LostReaderTest, LogsOfTheSystemAreGatheredWhereTheReaderIsGone) {
     EXPECT_EQ(filesIn(package("_post_mortem.tgz"))["gathered"], "gathered\n");
 }
 
-TEST_F(LostReaderTest, TarIsStartedSoThatALostListingEndsNoTar) {
+TEST_F(LostReaderTest, TarIsStartedWithSigpipeIgnored) {
     Words calls;
     runTraced("execve,rt_sigaction", {"korvel", "-d", "iwf", "pkg", "dinf"}, calls, true);
 

@@ -77,7 +77,7 @@ TEST_F(MemoryLimitTest, EndlessRepliesAreCollected) {
     EXPECT_EQ(gathered, 48U << 20U);
 }
 
-TEST_F(MemoryLimitTest, AHugeConfigurationFileCostsNothing) {
+TEST_F(MemoryLimitTest, AHugeConfigurationFileTakesNoMemory) {
     startBoard();
     makeHuge("/rom/private/fpdispatcher.conf");
 

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(MmiEndlessReplyTest, AReplyIsCutAtSixteenMebibytesAndTheRunGoesOn) {
+TEST_F(MmiEndlessReplyTest, AReplyIsCutAtSixteenMebibytesAndTheRunContinues) {
     startBoardWithFaults({"iwf_dispatcher=endless"});
 
     const Outcome outcome = collect({"-d", "all", "dump", "dinf"});
@@ -46,7 +46,7 @@ TEST_F(MmiEndlessReplyTest, AReplyIsCutAtSixteenMebibytesAndTheRunGoesOn) {
     EXPECT_EQ(contentOfFile("/tmp/korvel/mmi/sfn/SocketSvcInfo.log"), mmiReplyText("sfn", "SocketSvcInfo"));
 }
 
-TEST_F(MmiEndlessReplyTest, AReplyThatKeepsTricklingIsCutAfterAMinuteAndTheRunGoesOn) {
+TEST_F(MmiEndlessReplyTest, AReplyThatKeepsTricklingIsCutAfterAMinuteAndTheRunContinues) {
     startBoardWithout({"iwf_dispatcher"});
     std::atomic<bool> over = false;
     std::string sent;
@@ -79,7 +79,7 @@ TEST_F(MmiEndlessReplyTest, AReplyThatKeepsTricklingIsCutAfterAMinuteAndTheRunGo
     EXPECT_EQ(contentOfFile("/tmp/korvel/mmi/sfn/SocketSvcInfo.log"), mmiReplyText("sfn", "SocketSvcInfo"));
 }
 
-TEST_F(MmiEndlessReplyTest, AReplyThatComesLateIsTakenForThatToTheNextCommand) {
+TEST_F(MmiEndlessReplyTest, ALateReplyIsReadAsTheReplyToTheNextCommand) {
     startBoardWithout({"iwf_dispatcher"});
     std::string late;
     ScriptedPeer dispatcher = ScriptedPeer::atLocalPort(7777);

@@ -47,7 +47,7 @@ TEST_F(MmiCollectionTest, AReplyInSeveralDatagramsIsStoredAsTheirConcatenationWi
     EXPECT_EQ(replies(), replyFiles("iwf", infoCommands));
 }
 
-TEST_F(MmiCollectionTest, ASlowDispatcherIsWaitedForBetweenDatagrams) {
+TEST_F(MmiCollectionTest, WaitsForASlowDispatcherBetweenDatagrams) {
     startBoardWithFaults({"iwf_dispatcher=slow:100"});
 
     const Outcome outcome = collect({"-d", "iwf", "dump", "dall"});
@@ -85,7 +85,7 @@ TEST_F(MmiCollectionTest, WithNoDispatcherListeningEachCommandTimesOutAndLeavesA
     EXPECT_EQ(replies(), emptyReplyFiles("iwf", allCommands));
 }
 
-TEST_F(MmiCollectionTest, WhatADyingDispatcherSaidIsKept) {
+TEST_F(MmiCollectionTest, TheTextOfADyingDispatcherIsKept) {
     startBoardWithFaults({"iwf_dispatcher=dying"});
 
     const Outcome outcome = collect({"-d", "all", "dump", "print", "dinf", "dstat"});
@@ -99,7 +99,7 @@ TEST_F(MmiCollectionTest, WhatADyingDispatcherSaidIsKept) {
                                    replyFiles("sfn", allCommands)}));
 }
 
-TEST_F(MmiCollectionTest, ADatagramThatFillsTheWholeBufferIsTakenWhole) {
+TEST_F(MmiCollectionTest, ADatagramThatFillsTheBufferIsReadCompletely) {
     startBoardWithFaults({"iwf_dispatcher=unended"});
 
     const Outcome outcome = collect({"-d", "iwf", "dump", "dstat"});
@@ -112,7 +112,7 @@ TEST_F(MmiCollectionTest, ADatagramThatFillsTheWholeBufferIsTakenWhole) {
               }));
 }
 
-TEST_F(MmiCollectionTest, EveryByteButZeroReachesFileAndConsoleUnchanged) {
+TEST_F(MmiCollectionTest, EveryByteExceptZeroReachesFileAndConsoleUnchanged) {
     startBoardWithFaults({"iwf_dispatcher=binary"});
     std::string bytes;
     for (int byte = 1; byte <= 255; ++byte) {
@@ -126,7 +126,7 @@ TEST_F(MmiCollectionTest, EveryByteButZeroReachesFileAndConsoleUnchanged) {
     EXPECT_EQ(replies(), (Files{{"mmi/iwf/SocketSvcInfo.log", reply}}));
 }
 
-TEST_F(MmiCollectionTest, AMarkerBehindTextInOneDatagramDoesNotEndTheReply) {
+TEST_F(MmiCollectionTest, AMarkerAfterTextInOneDatagramDoesNotEndTheReply) {
     startBoardWithFaults({"iwf_dispatcher=joined"});
 
     const Outcome outcome = collect({"-d", "iwf", "dump", "dstat"});
@@ -157,7 +157,7 @@ TEST_F(MmiCollectionTest, ADatagramOfAnEarlierCommandBecomesPartOfTheReply) {
               }));
 }
 
-TEST_F(MmiCollectionTest, AnInstanceWhosePortIsTakenEndsTheCollectionOfItAndOfLaterOnes) {
+TEST_F(MmiCollectionTest, AnInstanceWhosePortIsTakenIsSkippedWithAllLaterOnes) {
     startBoard();
     const OccupiedPort port(7778);
 
@@ -179,7 +179,7 @@ TEST_F(MmiCollectionTest, AnInstanceWhosePortIsTakenEndsTheCollectionOfItAndOfLa
     EXPECT_EQ(requestsTo("sfn_dispatcher"), Words{});
 }
 
-TEST_F(MmiCollectionTest, APortThatIsTakenLeavesTheInstanceBeforeItAlone) {
+TEST_F(MmiCollectionTest, APortThatIsTakenDoesNotAffectTheInstanceBefore) {
     startBoard();
     const OccupiedPort port(8778);
 

@@ -61,7 +61,7 @@ TEST_F(PackageTest, PkgAlonePacksTheDumpOfEverythingAndPrintsNothing) {
     EXPECT_EQ(workFiles().size(), std::size_t{2 * 3 + 1 + 2 * 4 + 4 + 1});
 }
 
-TEST_F(PackageTest, ThePlainPackageCarriesTimesThatDoNotFit32Bits) {
+TEST_F(PackageTest, ThePlainPackageNameHasATimeBeyond32Bits) {
     startBoard();
 
     const Outcome outcome = collect({"-d", "iwf", "pkg", "dinf"}, atMoment("2040-02-29 12:34:56"));
@@ -70,7 +70,7 @@ TEST_F(PackageTest, ThePlainPackageCarriesTimesThatDoNotFit32Bits) {
     EXPECT_EQ(filesBelow(packageDir), Words{"netfp_logs_400229_123456.tgz"});
 }
 
-TEST_F(PackageTest, ThePlainPackageCarriesTheTimeAndJoinsEarlierOnes) {
+TEST_F(PackageTest, ThePlainPackageNameHasTheTimeAndEarlierOnesStay) {
     startBoard();
     const std::string earlier = package("_200102_030405.tgz");
     writeFile(earlier, "an earlier package");
@@ -132,7 +132,7 @@ TEST_F(PackageTest, PackagesForPeopleAndForTheSupervisorIncludeTheLastPostMortem
     }
 }
 
-TEST_F(PackageTest, WithoutAPostMortemPackageTheOthersAreMadeAllTheSame) {
+TEST_F(PackageTest, WithoutAPostMortemPackageTheOthersAreStillCreated) {
     startBoard();
     for (const auto& [keyword, suffix] : {std::pair{"pkg-trs", ".tgz"}, std::pair{"pkg-sup", "_sup.tgz"}}) {
         SCOPED_TRACE(keyword);
@@ -141,7 +141,7 @@ TEST_F(PackageTest, WithoutAPostMortemPackageTheOthersAreMadeAllTheSame) {
     }
 }
 
-TEST_F(PackageTest, OfSeveralKindsTheFirstIsMade) {
+TEST_F(PackageTest, OfSeveralKindsTheFirstIsCreated) {
     startBoard();
     const struct {
         Words keywords;
@@ -200,7 +200,7 @@ TEST_F(PackageTest, AVerboseRunNamesThePackageAndListsItsMembers) {
     }
 }
 
-TEST_F(PackageTest, WhatLiesInTheWorkDirectoryIsPackedTooAndStays) {
+TEST_F(PackageTest, OtherFilesOfTheWorkDirectoryArePackedAndStay) {
     startBoard();
     writeFile("/tmp/korvel/archive/old.log.gz", "archived");
 
@@ -231,7 +231,7 @@ TEST_F(PackageTest, TheGatheringCommandGetsTheWorkDirectoryAndItsErrorsAreNotSho
     EXPECT_EQ(filesIn(package("_post_mortem.tgz")).at("arguments"), "1: /tmp/korvel\n");
 }
 
-TEST_F(PackageTest, WithoutTheGatheringCommandThePackageIsMadeAllTheSame) {
+TEST_F(PackageTest, WithoutTheGatheringCommandThePackageIsStillCreated) {
     startBoard();
     const std::string path = searchPath();
     const Surroundings surroundings{
@@ -243,7 +243,7 @@ TEST_F(PackageTest, WithoutTheGatheringCommandThePackageIsMadeAllTheSame) {
     EXPECT_EQ(membersOf(package("_post_mortem.tgz")), sorted(iwfMembers));
 }
 
-TEST_F(PackageTest, WithoutThePackageDirectoryTheRunSucceedsAllTheSame) {
+TEST_F(PackageTest, WithoutThePackageDirectoryTheRunStillSucceeds) {
     startBoard();
     fs::remove_all("/ffs/run");
 
@@ -254,7 +254,7 @@ TEST_F(PackageTest, WithoutThePackageDirectoryTheRunSucceedsAllTheSame) {
                                "/tmp/korvel/ ./ 2> /dev/null exited with error, exit code: 2\n"));
 }
 
-TEST_F(PackageTest, OnAFullDiskThePackageIsReportedAndTheLogsArePrintedAllTheSame) {
+TEST_F(PackageTest, OnAFullDiskThePackageIsReportedAndTheLogsAreStillPrinted) {
     startBoard();
     const FullDisk disk("/ffs");
 

@@ -27,7 +27,7 @@ protected:
     static Surroundings withoutNetfpProcesses() { return withListing("USER PID COMMAND\n"); }
 };
 
-TEST_F(PidFileTest, ItLiesBesideTheWorkDirectoryAndIsRemovedAfterReading) {
+TEST_F(PidFileTest, ItIsBesideTheWorkDirectoryAndIsRemovedAfterReading) {
     startBoard();
     withListing("root 0 netfp_proxy\nroot 7 sshd\nroot 0 resmgr_server\n");
     const Surroundings surroundings =
@@ -41,7 +41,7 @@ TEST_F(PidFileTest, ItLiesBesideTheWorkDirectoryAndIsRemovedAfterReading) {
     EXPECT_FALSE(fs::exists(pidFile));
 }
 
-TEST_F(PidFileTest, ItStaysWhereNoProcessIsFound) {
+TEST_F(PidFileTest, ItStaysIfNoProcessIsFound) {
     startBoard();
 
     const Outcome outcome = collect({"dump", "proxy"}, withoutNetfpProcesses());
@@ -65,7 +65,7 @@ TEST_F(PidFileTest, ALinkInItsPlaceIsNotFollowed) {
     EXPECT_EQ(workFiles(), dumpFiles({"netfp_proxy"}));
 }
 
-TEST_F(PidFileTest, ALinkInItsPlaceIsNotFollowedWhereNothingIsFoundEither) {
+TEST_F(PidFileTest, ALinkInItsPlaceIsNotFollowedIfNoProcessIsFound) {
     startBoard();
     writeFile("/tmp/precious", "precious");
     fs::create_symlink("/tmp/precious", pidFile);
@@ -77,7 +77,7 @@ TEST_F(PidFileTest, ALinkInItsPlaceIsNotFollowedWhereNothingIsFoundEither) {
     EXPECT_EQ(contentOfFile(pidFile), "");
 }
 
-TEST_F(PidFileTest, ALinkThatStaysOrComesAgainAtOnceIsNotFollowedAndSkipsEveryProcess) {
+TEST_F(PidFileTest, ALinkThatRemainsIsNotFollowedAndSkipsEveryProcess) {
     startBoard();
     writeFile("/tmp/precious", "precious");
     fs::create_symlink("/tmp/precious", pidFile);
@@ -93,7 +93,7 @@ TEST_F(PidFileTest, ALinkThatStaysOrComesAgainAtOnceIsNotFollowedAndSkipsEveryPr
     EXPECT_EQ(Board::received("netfp_proxy"), Words{});
 }
 
-TEST_F(PidFileTest, ALinkThatIsToBePlantedWhileTheListingRunsFindsTheFileInItsPlace) {
+TEST_F(PidFileTest, ALinkCannotBePlantedWhileTheListingRuns) {
     startBoard();
     writeFile("/tmp/precious", "precious");
     const std::string proxy = std::to_string(board().pid("netfp_proxy"));
@@ -134,7 +134,7 @@ TEST_F(PidFileTest, AListingThatCannotBeReadSkipsEveryProcess) {
     EXPECT_FALSE(fs::exists(pidFile));
 }
 
-TEST_F(PidFileTest, ListedNumbersThatAreNoProcessesAreSkipped) {
+TEST_F(PidFileTest, NumbersThatAreNoProcessIdsAreSkipped) {
     startBoard();
     const Surroundings surroundings = withListing(
         "root 0 netfp_proxy\n"
@@ -153,7 +153,7 @@ TEST_F(PidFileTest, ListedNumbersThatAreNoProcessesAreSkipped) {
                                skipped("netfp_master", "-5") + skipped("resmgr_server", "0")));
 }
 
-TEST_F(PidFileTest, ALineCountsForEveryNameInItAndTheLastLineOfANameWins) {
+TEST_F(PidFileTest, ALineCountsForEachOfItsNamesAndTheLastLineWins) {
     startBoard();
     const std::string server = std::to_string(board().pid("netfp_server"));
     const std::string proxy = std::to_string(board().pid("netfp_proxy"));
@@ -173,7 +173,7 @@ TEST_F(PidFileTest, ALineCountsForEveryNameInItAndTheLastLineOfANameWins) {
     EXPECT_EQ(workFiles(), dumpFiles({"netfp_proxy", "netfp_server"}));
 }
 
-TEST_F(PidFileTest, ALineWithOneWordMakesAnEarlierNumberNone) {
+TEST_F(PidFileTest, ALineWithOneWordClearsAnEarlierNumber) {
     startBoard();
     const std::string proxy = std::to_string(board().pid("netfp_proxy"));
     const Surroundings surroundings = withListing("root " + proxy + " netfp_proxy\nnetfp_proxy\n");

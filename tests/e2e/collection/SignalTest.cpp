@@ -41,7 +41,7 @@ protected:
     }
 };
 
-TEST_F(CollectionSignalTest, ATerminationRequestEndsNoWaitWhilePackagedLogsAreCollected) {
+TEST_F(CollectionSignalTest, SigtermEndsNoWaitWhilePackagedLogsAreCollected) {
     startSilentBoard();
     const Clock::time_point start = Clock::now();
     const Surroundings quick = withCommand("fp_linux_log_collect", "");
@@ -56,7 +56,7 @@ TEST_F(CollectionSignalTest, ATerminationRequestEndsNoWaitWhilePackagedLogsAreCo
     EXPECT_EQ(filesIn(package("_post_mortem.tgz")), silentFiles());
 }
 
-TEST_F(CollectionSignalTest, ATerminationRequestSpoilsNoReplyWhilePackagedLogsAreCollected) {
+TEST_F(CollectionSignalTest, SigtermSpoilsNoReplyWhilePackagedLogsAreCollected) {
     startBoardWithFaults({"iwf_dispatcher=slow:50", "netfp_proxy=slow:20"});
     const Surroundings quick = withCommand("fp_linux_log_collect", "");
     const std::unique_ptr<Process> run = startCollection(packedRequest(), quick);
@@ -70,7 +70,7 @@ TEST_F(CollectionSignalTest, ATerminationRequestSpoilsNoReplyWhilePackagedLogsAr
         together({stateFiles("iwf", allStates), replyFiles("iwf", allCommands), dumpFiles({"netfp_proxy"})}));
 }
 
-TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunWhileLinuxLogsAreGathered) {
+TEST_F(CollectionSignalTest, SigtermDoesNotEndTheRunWhileLinuxLogsAreGathered) {
     startBoard();
     const Surroundings slow =
         withCommand("fp_linux_log_collect", Gate::script() + "echo gathered > \"$1/gathered\"\n");
@@ -88,7 +88,7 @@ TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunWhileLinuxLogsAr
                                                               {{"gathered", "gathered\n"}}}));
 }
 
-TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunWhileThePackageIsWritten) {
+TEST_F(CollectionSignalTest, SigtermDoesNotEndTheRunWhileThePackageIsWritten) {
     startBoard();
     const Surroundings slow = withCommand("gzip", Gate::script() + "exec /bin/gzip \"$@\"\n");
     const std::unique_ptr<Process> run = startCollection({"-d", "iwf", "print", "pkg-pm", "dinf"}, slow);
@@ -104,7 +104,7 @@ TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunWhileThePackageI
     EXPECT_EQ(filesIn(package("_post_mortem.tgz")), workFiles());
 }
 
-TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunBeforeItsFirstCommandHasEnded) {
+TEST_F(CollectionSignalTest, SigtermDoesNotEndTheRunBeforeItsFirstCommandHasEnded) {
     startBoard();
     const std::unique_ptr<Process> run =
         startCollection({"-d", "iwf", "pkg-sdown", "dinf"}, withSlowDirectories());
@@ -117,7 +117,7 @@ TEST_F(CollectionSignalTest, ATerminationRequestDoesNotEndTheRunBeforeItsFirstCo
     EXPECT_EQ(filesIn(package("_shutdown.tgz")), workFiles());
 }
 
-TEST_F(CollectionSignalTest, WithoutAPackageATerminationRequestEndsTheRun) {
+TEST_F(CollectionSignalTest, SigtermEndsARunWithoutAPackage) {
     startBoard();
     const std::unique_ptr<Process> run =
         startCollection({"-d", "iwf", "print", "dump", "dinf"}, withSlowDirectories());
@@ -129,7 +129,7 @@ TEST_F(CollectionSignalTest, WithoutAPackageATerminationRequestEndsTheRun) {
     Gate::open();
 }
 
-TEST_F(CollectionSignalTest, ChildProcessesDoNotInheritThatATerminationRequestHasNoEffect) {
+TEST_F(CollectionSignalTest, ChildProcessesDoNotIgnoreSigterm) {
     startBoard();
     Surroundings surroundings = withCommand("fp_linux_log_collect", "kill -TERM $$\necho survived\n");
     const Outcome expected = success("", gathering + std::string("exited with error, exit code: 143\n"));

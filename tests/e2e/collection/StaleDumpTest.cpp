@@ -36,7 +36,7 @@ protected:
     const Surroundings nothingElse = withCommand("fp_linux_log_collect", "");
 };
 
-TEST_F(StaleDumpTest, TheDumpOfAStoppedProcessIsTakenAsItIsAndItsTimesTellSo) {
+TEST_F(StaleDumpTest, TheDumpOfAStoppedProcessIsCollectedWithItsOldTimes) {
     stop("netfp_proxy");
 
     const Outcome outcome = collect({"pkg-pm", "proxy", "server"}, nothingElse);
@@ -48,13 +48,13 @@ TEST_F(StaleDumpTest, TheDumpOfAStoppedProcessIsTakenAsItIsAndItsTimesTellSo) {
     EXPECT_FALSE(fs::exists(source));
 }
 
-TEST_F(StaleDumpTest, ItIsPrintedAsItIs) {
+TEST_F(StaleDumpTest, AStaleDumpIsPrintedUnchanged) {
     stop("netfp_proxy");
 
     EXPECT_EQ(collect({"print", "proxy"}), success(section("netfp_proxy", stale)));
 }
 
-TEST_F(StaleDumpTest, TheDumpOfARunningProcessReplacesItAndHasItsOwnTime) {
+TEST_F(StaleDumpTest, TheDumpOfARunningProcessReplacesAStaleOneAndHasItsOwnTime) {
     const Outcome outcome = collect({"pkg-pm", "proxy"}, nothingElse);
 
     EXPECT_EQ(outcome, success());
@@ -62,7 +62,7 @@ TEST_F(StaleDumpTest, TheDumpOfARunningProcessReplacesItAndHasItsOwnTime) {
     EXPECT_GT(timeIn(package("_post_mortem.tgz")), time);
 }
 
-TEST_F(StaleDumpTest, WhatAProcessWritesOnceItGoesOnIsNotTakenForTheNextDump) {
+TEST_F(StaleDumpTest, ADumpThatAContinuedProcessWritesIsNotReadAsTheNextOne) {
     fs::remove(source);
     stop("netfp_proxy");
     EXPECT_EQ(collect({"dump", "proxy"}), success());

@@ -46,21 +46,21 @@ protected:
     }
 };
 
-TEST_F(CollectionSystemCallTest, ASocketThatCannotBeHadEndsTheQuestionsToAllInstances) {
+TEST_F(CollectionSystemCallTest, AFailedSocketCallSkipsAllInstances) {
     startBoard();
     EXPECT_EQ(collectInjected({{"socket:error=EMFILE"}}, request),
               success("", "Error while opening socket, errno: Too many open files\n"));
     EXPECT_EQ(workFiles(), filesWithoutReplies());
 }
 
-TEST_F(CollectionSystemCallTest, AnAddressThatCannotBeReusedEndsTheQuestionsToAllInstances) {
+TEST_F(CollectionSystemCallTest, AFailedAddressReuseSkipsAllInstances) {
     startBoard();
     EXPECT_EQ(collectInjected({{"setsockopt:error=ENOMEM"}}, request),
               success("", "setsockopt SO_REUSEADDR error: Cannot allocate memory\n"));
     EXPECT_EQ(workFiles(), filesWithoutReplies());
 }
 
-TEST_F(CollectionSystemCallTest, APortThatCannotBeBoundEndsTheQuestionsToAllInstances) {
+TEST_F(CollectionSystemCallTest, AFailedBindSkipsAllInstances) {
     startBoard();
     EXPECT_EQ(collectInjected({{"bind:error=EACCES"}}, request),
               success("", "Error while binding socket, errno: Permission denied\n"));
@@ -84,33 +84,33 @@ TEST_F(CollectionSystemCallTest, ACommandThatCannotBeSentIsReportedAndTheNextOne
     EXPECT_EQ(requestsTo("iwf_dispatcher"), (Words{"ReassemblyCounters", "HeapStats"}));
 }
 
-TEST_F(CollectionSystemCallTest, ASendThatIsInterruptedIsRepeated) {
+TEST_F(CollectionSystemCallTest, AnInterruptedSendIsRepeated) {
     startBoard();
     EXPECT_EQ(collectInjected({{"sendto:error=EINTR:when=1"}}, request), success());
     EXPECT_EQ(workFiles(), allFiles());
 }
 
-TEST_F(CollectionSystemCallTest, AWaitThatFailsEndsTheReply) {
+TEST_F(CollectionSystemCallTest, AFailedWaitEndsTheReply) {
     startBoard();
     EXPECT_EQ(collectInjected({{"poll,ppoll:error=ENOMEM:when=1"}}, request),
               success("", "poll(): An error occured, errno: Cannot allocate memory\n"));
     EXPECT_EQ(workFiles(), filesOfSfnOnly());
 }
 
-TEST_F(CollectionSystemCallTest, AWaitThatIsInterruptedGoesOn) {
+TEST_F(CollectionSystemCallTest, AnInterruptedWaitContinues) {
     startBoard();
     EXPECT_EQ(collectInjected({{"poll,ppoll:error=EINTR:when=1+2"}}, request), success());
     EXPECT_EQ(workFiles(), allFiles());
 }
 
-TEST_F(CollectionSystemCallTest, AReceptionThatFailsEndsTheReply) {
+TEST_F(CollectionSystemCallTest, AFailedReceiveEndsTheReply) {
     startBoard();
     EXPECT_EQ(collectInjected({{"recvfrom:error=EIO:when=1"}}, request),
               success("", "recv(): An error occured, errno: Input/output error\n"));
     EXPECT_EQ(workFiles(), filesOfSfnOnly());
 }
 
-TEST_F(CollectionSystemCallTest, ADatagramThatIsGoneAfterAllIsWaitedForAgain) {
+TEST_F(CollectionSystemCallTest, AnAnnouncedButMissingDatagramIsWaitedForAgain) {
     startBoard();
     EXPECT_EQ(collectInjected({{"recvfrom:error=EAGAIN:when=1"}}, request), success());
     EXPECT_EQ(workFiles(), allFiles());
@@ -148,7 +148,7 @@ TEST_F(CollectionSystemCallTest, CommandsThatCannotBeStartedAreReportedAndEveryt
                           "Error while creating directory: /tmp/korvel/mmi/iwf/\n"));
 }
 
-TEST_F(CollectionSystemCallTest, ACommandWhoseEndIsNotLearntIsReported) {
+TEST_F(CollectionSystemCallTest, ACommandWithAnUnknownExitStatusIsReported) {
     startBoard();
     std::filesystem::create_directories("/tmp/korvel/fuse");
 
@@ -189,7 +189,7 @@ TEST_F(CollectionSystemCallTest, AFullConsoleIsReportedOnceAndSpoilsNoFile) {
     EXPECT_EQ(workFiles(), allFiles());
 }
 
-TEST_F(CollectionSystemCallTest, WithoutDescriptorsForTheirDirectoryFilesAreReportedAndThePrintIsWhole) {
+TEST_F(CollectionSystemCallTest, WithoutDescriptorsForTheDirectoryFilesAreReportedAndEverythingIsPrinted) {
     startBoard();
 
     const Outcome outcome = collectInjected({.faults = {"openat:error=EMFILE"}, .path = "/tmp/korvel/mmi"},
@@ -200,7 +200,7 @@ TEST_F(CollectionSystemCallTest, WithoutDescriptorsForTheirDirectoryFilesAreRepo
     EXPECT_EQ(workFiles(), stateFiles("iwf", infoStates));
 }
 
-TEST_F(CollectionSystemCallTest, DescriptorsThatAreTooFewForTheShellAreEnoughForTheRest) {
+TEST_F(CollectionSystemCallTest, TooFewDescriptorsForTheShellAreEnoughForTheRest) {
     startBoard();
     const std::vector<int> inherited{3, 4, 5, 6, 7, 8, 9};  // whoever started the tests may have left some
 

@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(TiCollectionTest, ADumpThatDoesNotComeIsNotedAsIncomplete) {
+TEST_F(TiCollectionTest, AMissingDumpIsNotedAsIncomplete) {
     startBoardWithFaults({"netfp_proxy=silent"});
     expectIncomplete("");
     EXPECT_EQ(Board::received("netfp_proxy"), Words{"SIGUSR1"});
@@ -57,12 +57,12 @@ TEST_F(TiCollectionTest, ADumpThatTakesTooLongIsNotedAsIncomplete) {
     expectIncomplete("");
 }
 
-TEST_F(TiCollectionTest, ASlowDumpIsWaitedFor) {
+TEST_F(TiCollectionTest, WaitsForASlowDump) {
     startBoardWithFaults({"netfp_proxy=slow:60"});
     EXPECT_EQ(collect({"print", "proxy"}), success(section("netfp_proxy", dumpText("netfp_proxy"))));
 }
 
-TEST_F(TiCollectionTest, WhatADyingProcessWroteIsKept) {
+TEST_F(TiCollectionTest, TheTextOfADyingProcessIsKept) {
     startBoardWithFaults({"netfp_proxy=dying"});
 
     const Outcome outcome = collect({"dump", "proxy"});
@@ -89,7 +89,7 @@ TEST_F(TiCollectionTest, TheNoteOnAnIncompleteDumpIsForTheConsoleOnly) {
     EXPECT_EQ(workFiles(), (Files{{"ti/netfp_proxy.log", "<netfp_proxy_dump>\n" + netfpProxyState()}}));
 }
 
-TEST_F(TiCollectionTest, AShortDumpIsNeverCompleteEvenWithItsLastLine) {
+TEST_F(TiCollectionTest, AShortDumpIsIncompleteEvenWithItsLastLine) {
     startBoardWithFaults({"netfp_proxy=short"});
     expectIncomplete("<netfp_proxy_dump>\n</netfp_proxy_dump>\n");
 }
@@ -104,7 +104,7 @@ TEST_F(TiCollectionTest, ADumpOfSixtyThreeCharactersIsIncompleteAndOneOfSixtyFou
     EXPECT_EQ(collect({"print", "proxy"}), success(section("netfp_proxy", dumpOfSize(64))));
 }
 
-TEST_F(TiCollectionTest, TextBehindTheLastLineDoesNotMakeADumpIncomplete) {
+TEST_F(TiCollectionTest, TextAfterTheLastLineDoesNotMakeADumpIncomplete) {
     startBoardWithFaults({"netfp_proxy=silent"});
     writeFile(source, dumpOfSize(80) + "\nand more\n");
 
@@ -118,7 +118,7 @@ TEST_F(TiCollectionTest, TheLastLineOfAnotherProcessEndsNoDump) {
     expectIncomplete(foreign);
 }
 
-TEST_F(TiCollectionTest, OneProcessWithoutADumpDoesNotSpoilTheOthers) {
+TEST_F(TiCollectionTest, AMissingDumpDoesNotAffectTheOthers) {
     startBoardWithFaults({"netfp_server=silent"});
 
     const Outcome outcome = collect({"dump", "proxy", "server", "master", "resmgr"});
@@ -141,7 +141,7 @@ TEST_F(TiCollectionTest, AProcessThatDoesNotRunIsSkippedAndStillHasItsHeader) {
                       section("netfp_server", dumpText("netfp_server"))));
 }
 
-TEST_F(TiCollectionTest, TheDumpOfASkippedProcessStaysWhereItIs) {
+TEST_F(TiCollectionTest, TheDumpOfASkippedProcessStays) {
     startBoardWithout({"netfp_proxy"});
     writeFile(source, "an older dump");
 
@@ -176,7 +176,7 @@ TEST_F(TiCollectionTest, AFifoInPlaceOfADumpIsReportedAndStays) {
     EXPECT_TRUE(fs::is_fifo(source));
 }
 
-TEST_F(TiCollectionTest, ALinkInPlaceOfADumpIsReadThroughAndRemovedAlone) {
+TEST_F(TiCollectionTest, ALinkInPlaceOfADumpIsFollowedAndOnlyTheLinkIsRemoved) {
     startBoard();
     writeFile("/tmp/elsewhere/dump", "");
     fs::create_symlink("/tmp/elsewhere/dump", source);
@@ -189,7 +189,7 @@ TEST_F(TiCollectionTest, ALinkInPlaceOfADumpIsReadThroughAndRemovedAlone) {
     EXPECT_EQ(contentOfFile("/tmp/elsewhere/dump"), dumpText("netfp_proxy"));
 }
 
-TEST_F(TiCollectionTest, TheDumpIsRemovedFromWhereTheProcessWroteIt) {
+TEST_F(TiCollectionTest, TheDumpIsRemovedFromItsPlace) {
     startBoard();
 
     collect({"dump", "netfp"});
@@ -200,7 +200,7 @@ TEST_F(TiCollectionTest, TheDumpIsRemovedFromWhereTheProcessWroteIt) {
     }
 }
 
-TEST_F(TiCollectionTest, ADumpWithoutAPlaceInTheWorkDirectoryIsReportedAndStaysWhereItIs) {
+TEST_F(TiCollectionTest, ADumpThatCannotBeCopiedIsReportedAndStays) {
     startBoard();
     fs::create_directories("/tmp/korvel/ti/netfp_proxy.log");
 
@@ -212,7 +212,7 @@ TEST_F(TiCollectionTest, ADumpWithoutAPlaceInTheWorkDirectoryIsReportedAndStaysW
     EXPECT_FALSE(fs::exists("/tmp/netfp_server.log"));
 }
 
-TEST_F(TiCollectionTest, AProcessThatIsGoneSinceItWasLookedUpIsReported) {
+TEST_F(TiCollectionTest, AProcessThatEndsAfterTheLookUpIsReported) {
     startBoardWithFaults({"iwf_dispatcher=silent"});
     const std::unique_ptr<Process> run = startCollection({"-d", "iwf", "dump", "dinf", "proxy"});
     awaitRequestTo("iwf_dispatcher");  // all processes are looked up by then
@@ -225,7 +225,7 @@ TEST_F(TiCollectionTest, AProcessThatIsGoneSinceItWasLookedUpIsReported) {
                                            "], errno: No such process\n"));
 }
 
-TEST_F(TiCollectionTest, ASignalThatFailsDoesNotKeepADumpThatIsThereFromBeingTaken) {
+TEST_F(TiCollectionTest, AnExistingDumpIsCollectedEvenIfTheSignalFails) {
     startBoard();
     writeFile(source, dumpText("netfp_proxy"));
 

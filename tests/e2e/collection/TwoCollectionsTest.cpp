@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(TwoCollectionsTest, OneThatPrintsToASlowReaderHoldsUpNoOther) {
+TEST_F(TwoCollectionsTest, OneThatPrintsToASlowReaderDoesNotBlockTheOther) {
     // More than a pipe takes, and nobody reads it until the other one has ended.
     writeFile("/tmp/fuse/iwf/tracing_on", std::string().append(1U << 20U, '.'));
     Process slow({"sh", "-c",
@@ -62,7 +62,7 @@ TEST_F(TwoCollectionsTest, OneThatPrintsToASlowReaderHoldsUpNoOther) {
     EXPECT_EQ(slow.wait(), success());
 }
 
-TEST_F(TwoCollectionsTest, EachPrintsWhatItPrintsAlone) {
+TEST_F(TwoCollectionsTest, EachPrintsTheSameAsAlone) {
     const Words requests[] = {
         {"-d", "all", "print", "dinf", "dstat"},
         {"print", "proxy"},
@@ -82,7 +82,7 @@ TEST_F(TwoCollectionsTest, EachPrintsWhatItPrintsAlone) {
     }
 }
 
-TEST_F(TwoCollectionsTest, EachPacksWhatItPacksAlone) {
+TEST_F(TwoCollectionsTest, EachPacksTheSameAsAlone) {
     const Files all =
         together({stateFiles("iwf", allStates), stateFiles("sfn", allStates), replyFiles("iwf", allCommands),
                   replyFiles("sfn", allCommands), dumpFiles(netfpProcesses)});
@@ -108,7 +108,7 @@ TEST_F(TwoCollectionsTest, EachPacksWhatItPacksAlone) {
     }
 }
 
-TEST_F(TwoCollectionsTest, OneThatWaitsIsReportedAndAsksNobodyUntilTheOtherHasEnded) {
+TEST_F(TwoCollectionsTest, TheWaitingOneReportsItAndSendsNothingUntilTheOtherEnds) {
     std::unique_ptr<Process> holder = holdLock();
     const std::unique_ptr<Process> collection =
         startCollection({"-d", "iwf", "print", "dinf", "proxy"}, {.together = true});
@@ -125,7 +125,7 @@ TEST_F(TwoCollectionsTest, OneThatWaitsIsReportedAndAsksNobodyUntilTheOtherHasEn
                       section("netfp_proxy", dumpText("netfp_proxy"))));
 }
 
-TEST_F(TwoCollectionsTest, OneGoesOnAfterAMinuteWhateverTheOtherDoes) {
+TEST_F(TwoCollectionsTest, TheWaitingOneContinuesAfterAMinute) {
     const std::unique_ptr<Process> holder = holdLock();
 
     const Outcome outcome = collect({"dump", "slog"}, atSpeed(20));
@@ -134,7 +134,7 @@ TEST_F(TwoCollectionsTest, OneGoesOnAfterAMinuteWhateverTheOtherDoes) {
     EXPECT_EQ(filesBelow(workDir), Words{"ti/syslib_sm_log.log"});
 }
 
-TEST_F(TwoCollectionsTest, CommandsThatARunLeavesBehindHoldNothing) {
+TEST_F(TwoCollectionsTest, CommandsThatARunLeavesBehindHoldNoLock) {
     const Surroundings surroundings =
         withCommand("fp_linux_log_collect", "sleep 600 > /dev/null 2>&1 &\necho $! > /tmp/left-behind\n");
     ASSERT_EQ(collect({"-d", "iwf", "pkg-pm", "dinf"}, surroundings), success());
@@ -144,7 +144,7 @@ TEST_F(TwoCollectionsTest, CommandsThatARunLeavesBehindHoldNothing) {
     EXPECT_EQ(run({"sh", "-c", "kill $(cat /tmp/left-behind)"}), success());
 }
 
-TEST_F(TwoCollectionsTest, ALogArchiveIsNoCollectionAndIsNotWaitedFor) {
+TEST_F(TwoCollectionsTest, ACollectionDoesNotWaitForALogArchive) {
     const std::unique_ptr<Process> archive = startCollection({"archive"});
     while (!fs::exists("/tmp/korvel/archive/syslib/runtime.log")) {
     }

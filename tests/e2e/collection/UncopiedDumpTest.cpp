@@ -53,7 +53,7 @@ TEST_F(UncopiedDumpTest, ADirectoryInPlaceOfTheCopyIsReportedAndTheDumpPrinted) 
     expectDumpStays();
 }
 
-TEST_F(UncopiedDumpTest, AFolderThatCouldNotBeMadeIsReportedForEachDumpAndEachIsPrinted) {
+TEST_F(UncopiedDumpTest, AFolderThatCannotBeCreatedIsReportedForEachDumpAndEachIsPrinted) {
     const Outcome outcome = collect({"print", "proxy", "server"}, withoutDumpFolder());
 
     EXPECT_EQ(outcome, success(section("netfp_proxy", dumpText("netfp_proxy")) +
@@ -121,7 +121,7 @@ TEST_F(UncopiedDumpTest, ADumpThatMayNotBeReadIsReportedAndStays) {
     EXPECT_TRUE(fs::exists(source));
 }
 
-TEST_F(UncopiedDumpTest, ADumpWhoseReadingBreaksOffIsReportedAndCopiedAndPrintedAsFarAsItCame) {
+TEST_F(UncopiedDumpTest, ADumpThatFailsInTheMiddleIsReportedAndKeptUpToThere) {
     keepProxyFromWriting();
     const std::string text(100'000, '.');
     writeFile(source, text);
@@ -134,7 +134,7 @@ TEST_F(UncopiedDumpTest, ADumpWhoseReadingBreaksOffIsReportedAndCopiedAndPrinted
     EXPECT_EQ(contentOfFile(source), text);
 }
 
-TEST_F(UncopiedDumpTest, AFolderThatAPrintRemovedCostsTheLaterDumpsWithoutAWord) {
+TEST_F(UncopiedDumpTest, AFolderThatPrintingRemovedLosesTheLaterDumpsSilently) {
     const Outcome outcome = collect({"print", "proxy", "server", "master"});
 
     EXPECT_EQ(outcome,

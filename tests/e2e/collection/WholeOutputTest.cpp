@@ -58,7 +58,7 @@ protected:
     }
 };
 
-TEST_F(CollectionOutputTest, PrintAloneCollectsAndPrintsEverythingAndWritesNoFile) {
+TEST_F(CollectionOutputTest, PrintAlonePrintsEverythingAndWritesNoFile) {
     startBoard();
     const GrowingLog history(dispatcherLog);
     const GrowingLog syslib(syslibLog);
@@ -70,7 +70,7 @@ TEST_F(CollectionOutputTest, PrintAloneCollectsAndPrintsEverythingAndWritesNoFil
     EXPECT_EQ(workFiles(), Files{});
 }
 
-TEST_F(CollectionOutputTest, TheDumpDirectoryIsGoneOnceItsDumpsAreToBePrinted) {
+TEST_F(CollectionOutputTest, TheDumpDirectoryIsRemovedBeforeItsDumpsArePrinted) {
     startBoard();
 
     const Outcome outcome = collect({"print", "proxy"});
@@ -80,7 +80,7 @@ TEST_F(CollectionOutputTest, TheDumpDirectoryIsGoneOnceItsDumpsAreToBePrinted) {
     EXPECT_FALSE(std::filesystem::exists("/tmp/korvel/ti"));
 }
 
-TEST_F(CollectionOutputTest, AVerboseRunTellsEachStepInItsOrderBesideWhatGoesWrong) {
+TEST_F(CollectionOutputTest, AVerboseRunReportsEachStepAndEachFailureInOrder) {
     startBoard();
     const GrowingLog history(dispatcherLog);
     const GrowingLog syslib(syslibLog);
@@ -94,7 +94,7 @@ TEST_F(CollectionOutputTest, AVerboseRunTellsEachStepInItsOrderBesideWhatGoesWro
                                printedTi(syslib.versionIn(outcome.out))));
 }
 
-TEST_F(CollectionOutputTest, EveryDumpReachesItsFileWhereNothingIsPrinted) {
+TEST_F(CollectionOutputTest, EveryDumpReachesItsFileIfNothingIsPrinted) {
     startBoard();
     const GrowingLog history(dispatcherLog);
     const GrowingLog syslib(syslibLog);
@@ -126,7 +126,7 @@ TEST_F(CollectionOutputTest, TheDispatchersOfOneInstancePrintAsOneBlock) {
                       printedReplies("iwf", allCommands)));
 }
 
-TEST_F(CollectionOutputTest, CollectorsThatHaveNothingToDoAreNamedInVerboseMode) {
+TEST_F(CollectionOutputTest, VerboseModeNamesCollectorsThatHaveNothingToDo) {
     startBoard();
 
     const Outcome outcome = collect({"-v", "server", "print"});
@@ -136,14 +136,14 @@ TEST_F(CollectionOutputTest, CollectorsThatHaveNothingToDoAreNamedInVerboseMode)
                       verboseDump("netfp_server") + section("netfp_server", dumpText("netfp_server"))));
 }
 
-TEST_F(CollectionOutputTest, TheSyslibTextEndsTheOutputAsItStands) {
+TEST_F(CollectionOutputTest, TheSyslibTextEndsTheOutputUnchanged) {
     startBoardWithout({"netfp_server"});
     const std::string text = GrowingLog(syslibLog).text();
 
     EXPECT_EQ(collect({"print", "slog"}), success(header("SYSLIB LOG") + text));
 }
 
-TEST_F(CollectionOutputTest, OfLogsThatNobodyWritesToOnlyTheSyslibLogHasAFile) {
+TEST_F(CollectionOutputTest, OfTheEmptyLogsOnlyTheSyslibLogHasAFile) {
     startBoardWithout({"netfp_server", "iwf_dispatcher", "sfn_dispatcher"});
 
     EXPECT_EQ(collect({"print", "slog", "dlog"}), success(section("NETFP LOG", "") + header("SYSLIB LOG")));
@@ -152,7 +152,7 @@ TEST_F(CollectionOutputTest, OfLogsThatNobodyWritesToOnlyTheSyslibLogHasAFile) {
     EXPECT_EQ(workFiles(), (Files{{"ti/syslib_sm_log.log", ""}}));
 }
 
-TEST_F(CollectionOutputTest, FullLogsAreCollectedWhole) {
+TEST_F(CollectionOutputTest, FullLogsAreCollectedCompletely) {
     startBoard({.without = {"netfp_server", "iwf_dispatcher", "sfn_dispatcher"}, .fullLogs = true});
     const std::string history = GrowingLog(dispatcherLog).text();
     const std::string syslib = GrowingLog(syslibLog).text();
@@ -164,7 +164,7 @@ TEST_F(CollectionOutputTest, FullLogsAreCollectedWhole) {
     EXPECT_EQ(workFiles(), (Files{{"fuse/HistoryLog.log", history}, {"ti/syslib_sm_log.log", syslib}}));
 }
 
-TEST_F(CollectionOutputTest, DumpedAndPackedFilesComeBeforeWhatIsPrinted) {
+TEST_F(CollectionOutputTest, FilesAreDumpedAndPackedBeforeAnythingIsPrinted) {
     startBoard();
 
     const Outcome outcome =

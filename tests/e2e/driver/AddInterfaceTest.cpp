@@ -72,7 +72,7 @@ std::string proxyDump() {
 
 }  // namespace
 
-TEST(AddInterface, HasTheProxyManageTheInterface) {
+TEST(AddInterface, MakesTheProxyManageTheInterface) {
     const Board board({});
     const std::string before = proxyDump();
     const std::string terminator = "</netfp_proxy_dump>\n";
@@ -84,7 +84,7 @@ TEST(AddInterface, HasTheProxyManageTheInterface) {
     EXPECT_EQ(proxyDump(), expected);
 }
 
-TEST(AddInterface, SendsOneRequestInItsOwnName) {
+TEST(AddInterface, SendsOneRequestWithItsProcessId) {
     const Board board({});
     Process program({"korvel", "add_interface", "eth1"});
     const pid_t pid = program.pid();
@@ -92,7 +92,7 @@ TEST(AddInterface, SendsOneRequestInItsOwnName) {
     EXPECT_EQ(Board::received("netfp_proxy"), std::vector{recordOf(pid, "eth1")});
 }
 
-TEST(AddInterface, TakesNamesOfUpTo31Characters) {
+TEST(AddInterface, AcceptsNamesOfUpTo31Characters) {
     const Board board({});
     const std::string longest(31, 'n');
     EXPECT_EQ(add(longest), successOf(longest));
@@ -110,7 +110,7 @@ TEST(AddInterface, NeedsExactlyOneName) {
     EXPECT_EQ(Board::received("netfp_proxy"), std::vector<std::string>{});
 }
 
-TEST(AddInterface, TellsNoMoreInVerboseModeThanWhatIsExecuted) {
+TEST(AddInterface, PrintsOnlyTheExecutedActionInVerboseMode) {
     const Board board({});
     const std::string start = verboseEnabled + isolatedCpusRecord +
                               "Looking up Action keyword \"add_interface\"\n"
@@ -133,7 +133,7 @@ TEST(AddInterface, PrintsAnErrorOfTheProxy) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST(AddInterface, PrintsATypeOfTheAnswerThatIsWrong) {
+TEST(AddInterface, PrintsAWrongTypeOfTheAnswer) {
     const Board board(withProxyFault("netlink-type"));
     EXPECT_EQ(add("eth1"), failureOf("eth1", "Netlink communication error, wrong message type: 1024\n"));
     EXPECT_EQ(reports(), Reports{});
@@ -164,7 +164,7 @@ TEST(AddInterface, WaitsForASlowProxy) {
     EXPECT_EQ(add("eth1"), successOf("eth1"));
 }
 
-TEST(AddInterface, LeavesTheSizeOfAnAnswerThatIsTooShortToTheLog) {
+TEST(AddInterface, ReportsAShortAnswerOnlyInTheLog) {
     const struct {
         int size;
         std::string report;
@@ -182,7 +182,7 @@ TEST(AddInterface, LeavesTheSizeOfAnAnswerThatIsTooShortToTheLog) {
     EXPECT_EQ(reports(), expected);
 }
 
-TEST(AddInterface, JudgesNothingElseOfAnAnswer) {
+TEST(AddInterface, ChecksNothingElseInAnAnswer) {
     for (const std::string fault :
          {"netlink-stale", "netlink-sequence", "netlink-port", "netlink-oversized"}) {
         SCOPED_TRACE(fault);
@@ -192,7 +192,7 @@ TEST(AddInterface, JudgesNothingElseOfAnAnswer) {
     }
 }
 
-TEST(AddInterface, LeavesAMissingProxyToTheLog) {
+TEST(AddInterface, ReportsAMissingProxyOnlyInTheLog) {
     Scenario scenario = withoutDispatchers;
     scenario.without.insert("netfp_proxy");
     const Board board(scenario);
@@ -200,7 +200,7 @@ TEST(AddInterface, LeavesAMissingProxyToTheLog) {
     EXPECT_EQ(reports(), Reports{"0 NetlinkHelper: Error while sending netling message: Connection refused"});
 }
 
-TEST(AddInterface, LeavesASystemCallThatFailsToTheLog) {
+TEST(AddInterface, ReportsAFailedSystemCallOnlyInTheLog) {
     const Board board(withoutDispatchers);
     const struct {
         std::string fault;
@@ -221,7 +221,7 @@ TEST(AddInterface, LeavesASystemCallThatFailsToTheLog) {
     EXPECT_EQ(reports(), expected);
 }
 
-TEST(AddInterface, AddsTheInterfaceAndFailsWhereItsOutputIsLost) {
+TEST(AddInterface, AddsTheInterfaceAndFailsIfItsOutputIsLost) {
     const Board board({});
     const Outcome lost{
         .status = 1, .out = "", .err = "Error while writing standard output: No space left on device\n"};

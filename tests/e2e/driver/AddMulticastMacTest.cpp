@@ -59,7 +59,7 @@ TEST(AddMulticastMac, AddsFiltersForTheLow16BitsOfAVlan) {
                                 "  lut10_region_mac eth1 01:00:5e:00:00:fb type 0x0800 vlan 65535\n");
 }
 
-TEST(AddMulticastMac, FailsWhereTheCommandLineIsWrong) {
+TEST(AddMulticastMac, FailsIfTheCommandLineIsWrong) {
     const Board board({});
     const std::string longName(32, 'i');
     const struct {
@@ -82,7 +82,7 @@ TEST(AddMulticastMac, FailsWhereTheCommandLineIsWrong) {
     EXPECT_EQ(receivedByMaster(), Lines{});
 }
 
-TEST(AddMulticastMac, FailsWhereTheMasterRefusesTheFilter) {
+TEST(AddMulticastMac, FailsIfTheMasterRefusesTheFilter) {
     const Board board({});
 
     EXPECT_EQ(korvel({"addmulticastmac", "02:00:00:00:00:01", "eth9", "5"}),
@@ -93,14 +93,14 @@ TEST(AddMulticastMac, FailsWhereTheMasterRefusesTheFilter) {
     EXPECT_EQ(masterDump(), interfaces);
 }
 
-TEST(AddMulticastMac, FailsWhereTheMasterAnswersWithErrors) {
+TEST(AddMulticastMac, FailsIfTheMasterAnswersWithErrors) {
     const Board board(withMasterFault("error:-6"));
 
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1"}),
               failure("Response from Server was not successful.\n" + receiveFailed));
 }
 
-TEST(AddMulticastMac, FailsWhereTheMasterDoesNotAnswer) {
+TEST(AddMulticastMac, FailsIfTheMasterDoesNotAnswer) {
     for (const std::string fault : {"silent", "dying", "truncated:15"}) {
         SCOPED_TRACE(fault);
         const Board board(withMasterFault(fault));
@@ -115,7 +115,7 @@ TEST(AddMulticastMac, WaitsForItsOwnAnswer) {
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1"}), quietSuccess);
 }
 
-TEST(AddMulticastMac, FailsWhereThereIsNoMaster) {
+TEST(AddMulticastMac, FailsIfThereIsNoMaster) {
     EXPECT_EQ(korvel({"addmulticastmac", group, "eth1"}),
               failure("Failed to Send to Master Socket \"/tmp/NetfpMaster\": 2: No such file or directory\n"
                       "AddMulticastMAC send failed : (MAC: 01:00:5e:00:00:fb, interface: eth1, vlanID: 0)\n"

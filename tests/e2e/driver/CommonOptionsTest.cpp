@@ -37,18 +37,18 @@ using Names = std::vector<std::string>;
 
 }  // namespace
 
-TEST(CommonOptions, AreRemovedSoThatManagersSeeKeywordAndArgumentsAlone) {
+TEST(CommonOptions, AreRemovedBeforeTheManagersSeeTheArguments) {
     expectOutput(korvel({"-v", "-d", "all", "getport", "4"}),
                  verboseEnabled + "Communicating with both dispatchers\n" + getPort4Lines);
 }
 
-TEST(CommonOptions, MayStandBehindTheKeyword) {
+TEST(CommonOptions, MayFollowTheKeyword) {
     expectOutput(korvel({"getport", "-d", "sfn", "4", "-v"}), verboseEnabled + getPort4Lines);
     expectOutput(korvel({"getport", "-v", "4", "-d", "iwf"}),
                  verboseEnabled + "Communicating with iwf dispatcher\n" + getPort4Lines);
 }
 
-TEST(CommonOptions, SayWhatTheySetInVerboseMode) {
+TEST(CommonOptions, PrintTheirEffectInVerboseMode) {
     expectOutput(korvel({"-v", "-c", "/tmp/client", "-m", "/tmp/master", "-d", "sfn", "getport", "4"}),
                  verboseEnabled +
                      "Using provided client path /tmp/client\n"
@@ -61,13 +61,13 @@ TEST(CommonOptions, AreSilentWithoutVerboseMode) {
     expectOutput(korvel({"-c", "/tmp/client", "-m", "/tmp/master", "-d", "bogus", "getport", "4"}), "4\n");
 }
 
-TEST(CommonOptions, TakeTheNextWordAsTheirValueWhateverItIs) {
+TEST(CommonOptions, TakeAnyNextWordAsTheirValue) {
     expectOutput(korvel({"-v", "-c", "-v", "-m", "--help", "getport", "4"}),
                  verboseEnabled + "Using provided client path -v\nUsing provided master path --help\n" +
                      getPort4Lines);
 }
 
-TEST(CommonOptions, WithoutTheirValueAreReportedInVerboseModeAndDropped) {
+TEST(CommonOptions, WithoutAValueAreDroppedAndReportedInVerboseMode) {
     const struct {
         std::string option;
         std::string message;
@@ -85,7 +85,7 @@ TEST(CommonOptions, WithoutTheirValueAreReportedInVerboseModeAndDropped) {
     }
 }
 
-TEST(CommonOptions, DispatcherOptionAsLastWordTakesNothingFromAVerboseOptionBehindIt) {
+TEST(CommonOptions, DispatcherOptionTakesAVerboseOptionAsItsValue) {
     // "-v" is then the value of "-d", not an option.
     expectOutput(korvel({"getport", "4", "-d", "-v"}), "4\n");
 }
@@ -99,7 +99,7 @@ TEST(CommonOptions, SelectDispatchers) {
     EXPECT_EQ(instancesAsked({"-d", "iwf", "-d", "iwf", "-d", "bogus"}), Names{"iwf"});
 }
 
-TEST(CommonOptions, UnknownDispatcherLeavesTheChoiceToThePlatform) {
+TEST(CommonOptions, UnknownDispatcherSelectsThePlatformsDefault) {
     const Board board({.deployment = Deployment::sfnAntenna});
     EXPECT_EQ(instancesAsked({"-d", "bogus"}), Names{"sfn"});
     EXPECT_EQ(instancesAsked({"-d", "ALL"}), Names{"sfn"});

@@ -74,7 +74,7 @@ TEST(EnvironmentTest, OutputIsTheSameWithStandardInputClosed) {
     EXPECT_EQ(transcript({.surroundings = {.closedDescriptors = {0}}}), transcript({}));
 }
 
-TEST(EnvironmentTest, OutputIsTheSameWithoutTheKindOfATerminal) {
+TEST(EnvironmentTest, OutputIsTheSameWithoutATerminalType) {
     EXPECT_EQ(transcript({.shell = {"env", "-u", "TERM", "sh", "-c"}}), transcript({}));
 }
 

@@ -54,13 +54,13 @@ void expectOutcome(const Outcome& outcome, const std::string& out, const std::st
 
 }  // namespace
 
-TEST(GetPort, PrintsThePortBehindAnInterface) {
+TEST(GetPort, PrintsThePortOfAnInterface) {
     const Board board({});
     expectOutcome(korvel({"getport", "eth2"}), "3\n", "");
     EXPECT_EQ(receivedByMaster(), std::vector{portRequest("eth2")});
 }
 
-TEST(GetPort, TellsEachStepInVerboseMode) {
+TEST(GetPort, PrintsEachStepInVerboseMode) {
     const Board board({});
     expectOutcome(korvel({"-v", "getport", "eth2"}),
                   verboseStart("eth2") + verboseChannel +
@@ -72,7 +72,7 @@ TEST(GetPort, TellsEachStepInVerboseMode) {
                   "");
 }
 
-TEST(GetPort, EchoesAPortNumberWithoutAskingTheMaster) {
+TEST(GetPort, PrintsAPortNumberWithoutARequestToTheMaster) {
     const Board board({});
     expectOutcome(korvel({"getport", "4"}), "4\n", "");
     expectOutcome(korvel({"getport", " +2x"}), "2\n", "");
@@ -86,7 +86,7 @@ TEST(GetPort, ReportsNumbersThatAreNoPort) {
     EXPECT_EQ(receivedByMaster(), std::vector<std::string>{});
 }
 
-TEST(GetPort, TakesANegativeNumberForAnInterfaceName) {
+TEST(GetPort, TreatsANegativeNumberAsAnInterfaceName) {
     const Board board({});
     expectOutcome(korvel({"getport", "-1"}), "",
                   "Response from Server was not successful.\n"
@@ -102,7 +102,7 @@ TEST(GetPort, RefusesNumbersBeyond32Bits) {
     }
 }
 
-TEST(GetPort, TellsInVerboseModeThatANumberBeyond32BitsFailsTheRequest) {
+TEST(GetPort, ReportsInVerboseModeThatANumberBeyond32BitsFailsTheRequest) {
     expectOutcome(korvel({"-v", "getport", "2147483648"}),
                   verboseStart("2147483648") + "Action Failed to process the request.\n",
                   "Get Port: Port number out of range \"2147483648\"\n", 1);
@@ -129,20 +129,20 @@ TEST(GetPort, SendsAtMost32BytesOfAName) {
     }
 }
 
-TEST(GetPort, ReportsAMasterThatIsNotThere) {
+TEST(GetPort, ReportsAMissingMaster) {
     expectOutcome(korvel({"getport", "eth1"}), "",
                   "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 2: No such file or directory\n"
                   "Get Port: Invalid port number \"eth1\"\n");
 }
 
-TEST(GetPort, ReportsAMasterThatIsGone) {
+TEST(GetPort, ReportsAMasterThatHasExited) {
     { const Board board({}); }
     expectOutcome(korvel({"getport", "eth1"}), "",
                   "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 111: Connection refused\n"
                   "Get Port: Invalid port number \"eth1\"\n");
 }
 
-TEST(GetPort, GivesUpOnASilentMasterWithoutFurtherWords) {
+TEST(GetPort, GivesUpSilentlyOnASilentMaster) {
     const Board board(withMasterFault("silent"));
     expectOutcome(korvel({"getport", "eth1"}), "", "Get Port: Invalid port number \"eth1\"\n");
 }
@@ -177,12 +177,12 @@ TEST(GetPort, SkipsAnswersThatAreTooShortForAPort) {
                   "Get Port: Invalid port number \"eth1\"\n");
 }
 
-TEST(GetPort, TakesAnAnswerThatEndsBehindThePort) {
+TEST(GetPort, AcceptsAnAnswerThatEndsAfterThePort) {
     const Board board(withMasterFault("truncated:20"));
     expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
 }
 
-TEST(GetPort, TakesAnAnswerThatIsTooLong) {
+TEST(GetPort, AcceptsAnAnswerThatIsTooLong) {
     const Board board(withMasterFault("oversized"));
     expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
 }
@@ -192,13 +192,13 @@ TEST(GetPort, WaitsForASlowMaster) {
     expectOutcome(korvel({"getport", "eth1"}), "2\n", "");
 }
 
-TEST(GetPort, GivesUpInTimeWhereDatagramsAreAnnouncedThatAreNotThere) {
+TEST(GetPort, GivesUpInTimeIfAnnouncedDatagramsAreMissing) {
     const Board board(withMasterFault("slow:10000"));
     expectOutcome(runInjected({.faults = {"poll,ppoll:retval=1"}}, {"korvel", "getport", "eth1"}), "",
                   "Get Port: Invalid port number \"eth1\"\n");
 }
 
-TEST(GetPort, GivesUpInTimeHoweverManyStaleAnswersArrive) {
+TEST(GetPort, GivesUpInTimeDespiteManyStaleAnswers) {
     const Board board(withMasterFault("silent"));
     const Injection staleAnswers{.faults = {"poll,ppoll:retval=1", "recvfrom:retval=272"}};  // of zeros
     expectOutcome(runInjected(staleAnswers, {"korvel", "getport", "eth1"}), "",
@@ -226,7 +226,7 @@ TEST(GetPort, RefusesSocketPathsThatDoNotFit) {
                       "Get Port: Invalid port number \"eth1\"\n");
 }
 
-TEST(GetPort, ReportsAClientSocketThatCannotBeHad) {
+TEST(GetPort, ReportsAClientSocketThatCannotBeOpened) {
     expectOutcome(korvel({"-c", "/nowhere/client", "getport", "eth1"}), "",
                   "Failed to Bind to Client Socket: 2: No such file or directory\n"
                   "Get Port: Invalid port number \"eth1\"\n");

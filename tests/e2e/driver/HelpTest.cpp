@@ -21,12 +21,12 @@ TEST(Help, IsTheGoldenText) {
     expectHelp(korvel({"--help"}), korvelHelp());
 }
 
-TEST(Help, EndsTheRunWhereverItStands) {
+TEST(Help, EndsTheRunAtAnyPosition) {
     expectHelp(korvel({"getport", "--help", "4"}), korvelHelp());
     expectHelp(korvel({"print", "--help"}), korvelHelp());
 }
 
-TEST(Help, ShowsTheEffectOfOptionsBeforeItCrosswise) {
+TEST(Help, ShowsThePathsOfEarlierOptionsSwapped) {
     expectHelp(korvel({"-c", "/tmp/client", "--help", "-m", "/tmp/late"}), korvelHelp("/tmp/client"));
     expectHelp(korvel({"-m", "/tmp/master", "--help"}), korvelHelp("/tmp/Korvel", "/tmp/master"));
 }
@@ -37,7 +37,7 @@ TEST(Help, NamesTheProgramAsItWasStarted) {
     EXPECT_NE(outcome.out.find("\n        some/name getport eth1\n"), std::string::npos);
 }
 
-TEST(Help, ComesBeforeThePlatformConfigurationIsRead) {
+TEST(Help, IsPrintedBeforeThePlatformConfigurationIsRead) {
     std::vector<std::string> calls;
     expectHelp(runTraced("%file", {"korvel", "--help"}, calls), korvelHelp());
     EXPECT_FALSE(calls.empty());
@@ -46,7 +46,7 @@ TEST(Help, ComesBeforeThePlatformConfigurationIsRead) {
     }
 }
 
-TEST(Help, OptionWordsAreMatchedWhole) {
+TEST(Help, NeedsTheWholeOptionWord) {
     for (const char* const word : {"--HELP", "--hel", "-vd", "-V"}) {
         SCOPED_TRACE(word);
         const Outcome outcome = korvel({word});

@@ -20,7 +20,7 @@ std::string readRegister(const std::string& address) {
 
 }  // namespace
 
-TEST(LoopbackPort, SetsTheRegistersOfThePortBehindAnInterface) {
+TEST(LoopbackPort, SetsTheRegistersOfTheInterfacesPort) {
     const Board board({});
 
     EXPECT_EQ(korvel({"loopbackport", "enable", "eth3"}), quietSuccess);
@@ -32,7 +32,7 @@ TEST(LoopbackPort, SetsTheRegistersOfThePortBehindAnInterface) {
     EXPECT_EQ(readRegister("0x02090504"), "0x00000000\n");
 }
 
-TEST(LoopbackPort, ClearsThemAgain) {
+TEST(LoopbackPort, ClearsTheRegistersAgain) {
     const Board board({});
     korvel({"loopbackport", "enable", "4"});
 
@@ -41,7 +41,7 @@ TEST(LoopbackPort, ClearsThemAgain) {
     EXPECT_EQ(readRegister("0x02090510"), "0x00000000\n");
 }
 
-TEST(LoopbackPort, FailsWithoutAWrittenRegisterWhereTheInterfaceIsUnknown) {
+TEST(LoopbackPort, WritesNoRegisterIfTheInterfaceIsUnknown) {
     const Board board({});
 
     EXPECT_EQ(korvel({"loopbackport", "enable", "eth9"}),
@@ -52,7 +52,7 @@ TEST(LoopbackPort, FailsWithoutAWrittenRegisterWhereTheInterfaceIsUnknown) {
     EXPECT_EQ(Board::received("devmem"), Lines{});
 }
 
-TEST(LoopbackPort, ReportsACommandThatCannotBeStartedAndLeavesTheOtherRegistersAlone) {
+TEST(LoopbackPort, StopsAtTheFirstCommandThatCannotBeStarted) {
     const Board board({});
 
     // The first process that is started reads the kernel's command line.

@@ -61,7 +61,7 @@ TEST(MemoryDump, ShowsTheFrameInTheMemory) {
                " 0030  00 00 00 00 00 00 00 00 00 00 00 00  '............'\n");
 }
 
-TEST(MemoryDump, ShowsWhatAnotherProgramWroteThere) {
+TEST(MemoryDump, ShowsTheBytesThatAnotherProgramWrote) {
     const Board board({});
     run({"devmem", "0x90000000", "32", "0x64636261"});
 
@@ -73,7 +73,7 @@ TEST(MemoryDump, ShowsWhatAnotherProgramWroteThere) {
                " 0000  61 62 63 64 00  'abcd.'\n");
 }
 
-TEST(MemoryDump, SucceedsBehindItsHeaderWhereThereIsNoMemory) {
+TEST(MemoryDump, SucceedsAfterItsHeaderIfThereIsNoMemory) {
     const Board board({});
 
     expectDump({"mem_dump", "0x100", "32"},
@@ -87,7 +87,7 @@ TEST(MemoryDump, SucceedsBehindItsHeaderWhereThereIsNoMemory) {
                "    Virtual:  (nil)\n");
 }
 
-TEST(MemoryDump, FailsWhereAnArgumentMakesNoSense) {
+TEST(MemoryDump, FailsIfAnArgumentIsInvalid) {
     const std::string invalid = "Invalid parameters provided to memory dump\n";
 
     EXPECT_EQ(korvel({"mem_dump", "zz", "32"}), (Outcome{.status = 1, .out = "", .err = invalid}));
@@ -96,7 +96,7 @@ TEST(MemoryDump, FailsWhereAnArgumentMakesNoSense) {
               (Outcome{.status = 1, .out = "", .err = outOfRange + invalid}));
 }
 
-TEST(MemoryDump, FailsWhereTheBoardCannotTranslateAddresses) {
+TEST(MemoryDump, FailsIfTheBoardCannotTranslateAddresses) {
     const Board board({.cmaError = -5});
     const Outcome failure{.status = 1, .out = "Failed to initialize VASK CMA, errcode: -5", .err = ""};
 
@@ -104,7 +104,7 @@ TEST(MemoryDump, FailsWhereTheBoardCannotTranslateAddresses) {
     EXPECT_EQ(korvel({"desc_dump", "0xeb6b6100"}), failure);
 }
 
-TEST(MemoryDump, FailsWhereWhatItPrintsIsLost) {
+TEST(MemoryDump, FailsIfItsOutputIsLost) {
     const Board board({});
     const Outcome failure{
         .status = 1, .out = "", .err = "Error while writing standard output: No space left on device\n"};
@@ -114,7 +114,7 @@ TEST(MemoryDump, FailsWhereWhatItPrintsIsLost) {
     }
 }
 
-TEST(MemoryDump, EndsOnceItsReaderIsGoneHoweverMuchIsLeft) {
+TEST(MemoryDump, EndsAsSoonAsItsReaderIsGone) {
     const Board board({});
 
     // The memory ends before the range does, so that a dump of all of it would not survive.
@@ -134,7 +134,7 @@ TEST(DescriptorDump, ShowsTheDescriptorInTheMemory) {
     expectDump({"desc_dump", "0xeb6b6100"}, descriptor);
 }
 
-TEST(DescriptorDump, ShowsTheBufferFromItsBeginningOn) {
+TEST(DescriptorDump, ShowsTheBufferFromItsStart) {
     const Board board({});
 
     expectDump({"desc_dump", "0xeb6b6100", "70"},
@@ -148,7 +148,7 @@ TEST(DescriptorDump, ShowsTheBufferFromItsBeginningOn) {
                    " 0040  01 00 5E 00 00 01  '..^...'\n");
 }
 
-TEST(DescriptorDump, FailsWhereAnArgumentMakesNoSense) {
+TEST(DescriptorDump, FailsIfAnArgumentIsInvalid) {
     const std::string invalid = "Invalid parameters provided to descriptor dump\n";
 
     EXPECT_EQ(korvel({"desc_dump"}), (Outcome{.status = 1, .out = "", .err = invalid}));

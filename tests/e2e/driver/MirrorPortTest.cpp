@@ -29,7 +29,7 @@ std::string record(const std::string& enable, const std::string& direction, cons
 
 }  // namespace
 
-TEST(MirrorPort, MirrorsBothDirectionsUntilItIsTakenBack) {
+TEST(MirrorPort, MirrorsBothDirectionsUntilItIsDisabled) {
     const Board board({});
 
     EXPECT_EQ(korvel({"mirrorport", "enable", "eth0", "eth1"}), quietSuccess);
@@ -39,7 +39,7 @@ TEST(MirrorPort, MirrorsBothDirectionsUntilItIsTakenBack) {
     EXPECT_EQ(mirroring(), "");
 }
 
-TEST(MirrorPort, AsksTheMasterForOneDirectionAfterTheOther) {
+TEST(MirrorPort, SendsOneRequestForEachDirection) {
     const Board board({});
 
     EXPECT_EQ(korvel({"mirrorport", "e", "2", "4"}), quietSuccess);
@@ -47,7 +47,7 @@ TEST(MirrorPort, AsksTheMasterForOneDirectionAfterTheOther) {
     EXPECT_EQ(receivedByMaster(), (std::vector{record("01", "01", "0204"), record("01", "02", "0204")}));
 }
 
-TEST(MirrorPort, SucceedsWhereTheMasterRefuses) {
+TEST(MirrorPort, SucceedsIfTheMasterRefuses) {
     const Board board({});
 
     EXPECT_EQ(korvel({"mirrorport", "enable", "1", "9"}),
@@ -55,14 +55,14 @@ TEST(MirrorPort, SucceedsWhereTheMasterRefuses) {
     EXPECT_EQ(mirroring(), "");
 }
 
-TEST(MirrorPort, SucceedsWithoutAWordWhereTheMasterIsSilent) {
+TEST(MirrorPort, SucceedsSilentlyIfTheMasterIsSilent) {
     const Board board({.faults = {parsePeerFault("netfp_master=silent")}});
 
     EXPECT_EQ(korvel({"mirrorport", "enable", "1", "2"}), quietSuccess);
     EXPECT_EQ(receivedByMaster(), std::vector{record("01", "01", "0102")});
 }
 
-TEST(MirrorPort, FailsWhereTheCommandLineIsWrong) {
+TEST(MirrorPort, FailsIfTheCommandLineIsWrong) {
     EXPECT_EQ(korvel({"mirrorport", "enable", "5", "1"}),
               (Outcome{.status = 1, .out = "", .err = "Port Mirroring: Invalid 'from' port number \n"}));
     EXPECT_EQ(korvel({"mirrorport", "on", "1", "2"}),

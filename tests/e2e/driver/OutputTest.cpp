@@ -10,7 +10,7 @@
 using Boardsim::Board;
 using Boardsim::Deployment;
 
-TEST(Output, IsWholeWhereASignalInterruptsIt) {
+TEST(Output, IsCompleteIfASignalInterruptsIt) {
     const Board board({.deployment = Deployment::iwf, .fullLogs = true});
     // The pipe is full long before the signal comes, since its reader begins after it.
     const Outcome outcome =

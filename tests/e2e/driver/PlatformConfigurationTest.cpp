@@ -92,20 +92,20 @@ TEST(PlatformConfiguration, AllowsShutdownPackagesUnlessTheFileForbidsThem) {
     }
 }
 
-TEST(PlatformConfiguration, OfASecuredBoardIsNotRead) {
+TEST(PlatformConfiguration, IsNotReadOnASecuredBoard) {
     const Board board({.deployment = Deployment::iwf, .secured = true});
     writeFile(configurationFile, "doNotCollectLogOnExit=1\n");
     EXPECT_TRUE(collectsOnExit());
     EXPECT_EQ(instancesByDefault(), Names{"iwf"});
 }
 
-TEST(PlatformConfiguration, OfABoardThatCannotTellWhetherItIsSecuredIsNotRead) {
+TEST(PlatformConfiguration, IsNotReadIfTheSecurityOfTheBoardIsUnknown) {
     const Board board({.deployment = Deployment::iwf, .secureError = 5});
     writeFile(configurationFile, "doNotCollectLogOnExit=1\n");
     EXPECT_TRUE(collectsOnExit());
 }
 
-TEST(PlatformConfiguration, ReachesTheSystemLogInVerboseModeWithAnEmptyLineEach) {
+TEST(PlatformConfiguration, IsLoggedInVerboseModeWithAnEmptyLineForEachRecord) {
     const Board board({.deployment = Deployment::iwf});
     writeFile(configurationFile, "debugCfg=x\nL2SCTEnv=1\n=1\nkey\n");
     const Outcome outcome = korvel({"-v", "getport", "4"});
@@ -124,14 +124,14 @@ TEST(PlatformConfiguration, ReachesTheSystemLogInVerboseModeWithAnEmptyLineEach)
     EXPECT_EQ(outcome.err, "");
 }
 
-TEST(PlatformConfiguration, StaysOutOfTheSystemLogOtherwise) {
+TEST(PlatformConfiguration, IsNotLoggedOtherwise) {
     const Board board({});
     writeFile(configurationFile, "debugCfg=x\n");
     EXPECT_EQ(korvel({"getport", "4"}).out, "4\n");
     EXPECT_EQ(systemLog(0), Names{});
 }
 
-TEST(PlatformConfiguration, ThatWouldMakeAReaderWaitIsSkipped) {
+TEST(PlatformConfiguration, IsSkippedIfReadingItWouldBlock) {
     const Board board({.deployment = Deployment::iwf});
     ASSERT_EQ(run({"mkfifo", configurationFile}).status, 0);
     EXPECT_EQ(korvel({"-v", "getport", "4"}).out, verboseEnabled + std::string(2, '\n') + getPort4Lines);
@@ -142,7 +142,7 @@ TEST(PlatformConfiguration, ThatWouldMakeAReaderWaitIsSkipped) {
                             }));
 }
 
-TEST(PlatformConfiguration, WhoseReadingBreaksOffTakesItsDefaultsWithoutAWord) {
+TEST(PlatformConfiguration, UsesItsDefaultsSilentlyIfReadingFails) {
     const Board board({.deployment = Deployment::iwf});
     writeFile(configurationFile, "doNotCollectLogOnExit=1\n");
     const Outcome outcome =

@@ -43,7 +43,7 @@ std::string renaming(const std::string& currentName, const std::string& newName)
 
 }  // namespace
 
-TEST(PortSwap, ExchangesThePortsOfTwoInterfaces) {
+TEST(PortSwap, SwapsThePortsOfTwoInterfaces) {
     const Board board({});
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth3"}), quietSuccess);
@@ -56,7 +56,7 @@ TEST(PortSwap, ExchangesThePortsOfTwoInterfaces) {
     EXPECT_EQ(korvel({"getport", "eth3"}).out, "1\n");
 }
 
-TEST(PortSwap, IsCompleteWhereTheReaderOfItsStepsIsGone) {
+TEST(PortSwap, IsCompleteIfTheReaderOfItsOutputIsGone) {
     const Board board({});
 
     const Outcome outcome =
@@ -70,7 +70,7 @@ TEST(PortSwap, IsCompleteWhereTheReaderOfItsStepsIsGone) {
     EXPECT_EQ(masterDump(), "  eth0 port 2\n  eth1 port 1\n  eth2 port 3\n  eth3 port 4\nmirroring:\n");
 }
 
-TEST(PortSwap, IsUndoneByItself) {
+TEST(PortSwap, IsUndoneByASecondSwap) {
     const Board board({});
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}), quietSuccess);
@@ -79,7 +79,7 @@ TEST(PortSwap, IsUndoneByItself) {
     EXPECT_EQ(masterDump(), untouched);
 }
 
-TEST(PortSwap, TakesItsRenamesBackWhereOneIsRefused) {
+TEST(PortSwap, RevertsItsRenamesIfOneIsRefused) {
     const struct {
         std::string fault;
         std::string message;
@@ -105,13 +105,13 @@ TEST(PortSwap, TakesItsRenamesBackWhereOneIsRefused) {
     }
 }
 
-TEST(PortSwap, NoticesThatTheMasterDidNotDoWhatItCalledDone) {
+TEST(PortSwap, DetectsRenamesThatTheMasterOnlyReported) {
     const Board board(withMasterFault("ignore-renames"));
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}), failure("PortSwap : swap failed: (1,2;1,2)\n"));
 }
 
-TEST(PortSwap, NeverExchangesAnInterfaceWithItself) {
+TEST(PortSwap, DoesNotSwapAnInterfaceWithItself) {
     const Board board({});
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth0"}),
@@ -122,7 +122,7 @@ TEST(PortSwap, NeverExchangesAnInterfaceWithItself) {
     EXPECT_EQ(masterDump(), untouched);
 }
 
-TEST(PortSwap, RenamesNothingWhereAnInterfaceIsUnknown) {
+TEST(PortSwap, RenamesNothingIfAnInterfaceIsUnknown) {
     const Board board({});
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth9"}),
@@ -138,14 +138,14 @@ TEST(PortSwap, FailsWithoutTwoInterfaces) {
     EXPECT_EQ(receivedByMaster(), Lines{});
 }
 
-TEST(PortSwap, FailsWhereTheMasterAnswersWithErrors) {
+TEST(PortSwap, FailsIfTheMasterAnswersWithErrors) {
     const Board board(withMasterFault("error:7"));
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),
               failure(refused + refused + "PortSwap : can't get interface's port (-1,-1)\n"));
 }
 
-TEST(PortSwap, FailsWhereTheMasterIsSilent) {
+TEST(PortSwap, FailsIfTheMasterIsSilent) {
     const Board board(withMasterFault("silent"));
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),
@@ -153,7 +153,7 @@ TEST(PortSwap, FailsWhereTheMasterIsSilent) {
     EXPECT_EQ(receivedByMaster(), (Lines{lookUp("eth0"), lookUp("eth1")}));
 }
 
-TEST(PortSwap, FailsWhereTheMasterDies) {
+TEST(PortSwap, FailsIfTheMasterDies) {
     const Board board(withMasterFault("dying"));
 
     EXPECT_EQ(korvel({"portswap", "eth0", "eth1"}),

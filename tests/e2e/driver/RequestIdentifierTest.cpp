@@ -35,7 +35,7 @@ std::vector<std::uint32_t> identifiersOfTwoRuns(const std::function<Outcome()>& 
 
 }  // namespace
 
-TEST(RequestIdentifier, KeepsALateAnswerToAnEarlierRunFromBeingTakenForTheAnswer) {
+TEST(RequestIdentifier, RejectsALateAnswerToAnEarlierRun) {
     ScriptedPeer master = ScriptedPeer::atPath(masterPath);
     EXPECT_EQ(korvel({"getport", "eth0"}).err, "Get Port: Invalid port number \"eth0\"\n");
     const std::string earlier = master.awaitRequests(1).at(0);
@@ -53,7 +53,7 @@ TEST(RequestIdentifier, DiffersFromRunToRun) {
     EXPECT_NE(identifiers[0], identifiers[1]);
 }
 
-TEST(RequestIdentifier, DiffersFromRunToRunWhereTheKernelHasNothingRandomYet) {
+TEST(RequestIdentifier, DiffersFromRunToRunBeforeTheKernelsRandomSourceIsReady) {
     const auto identifiers = identifiersOfTwoRuns([] {
         return runInjected({.faults = {"getrandom:error=EAGAIN"}}, {"korvel", "getport", "eth1"});
     });

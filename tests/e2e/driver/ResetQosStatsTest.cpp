@@ -54,7 +54,7 @@ void expectReset(const std::string& fault, const Outcome& outcome) {
 
 }  // namespace
 
-TEST(ResetQosStats, ClearsTheStatisticsOfTheInstanceThatIsAskedOnly) {
+TEST(ResetQosStats, ClearsOnlyTheStatisticsOfTheSelectedInstance) {
     const Board board({});
     const Lines iwf = statistics("iwf");
     const Lines sfn = statistics("sfn");
@@ -68,7 +68,7 @@ TEST(ResetQosStats, ClearsTheStatisticsOfTheInstanceThatIsAskedOnly) {
     EXPECT_EQ(Board::received("sfn_dispatcher"), Lines{});
 }
 
-TEST(ResetQosStats, ClearsThoseOfBothInstancesInTheirOrder) {
+TEST(ResetQosStats, ClearsBothInstancesInTheirOrder) {
     const Board board({});
     const Lines iwf = statistics("iwf");
     const Lines sfn = statistics("sfn");
@@ -80,7 +80,7 @@ TEST(ResetQosStats, ClearsThoseOfBothInstancesInTheirOrder) {
     EXPECT_EQ(statistics("sfn"), zeroed(sfn));
 }
 
-TEST(ResetQosStats, ClearsThemAgainAndAgain) {
+TEST(ResetQosStats, CanBeRepeated) {
     const Board board({.deployment = Deployment::sfnAntenna});
 
     for (int run = 1; run <= 3; ++run) {
@@ -89,7 +89,7 @@ TEST(ResetQosStats, ClearsThemAgainAndAgain) {
     }
 }
 
-TEST(ResetQosStats, RefusesAFurtherArgumentBeforeItAsks) {
+TEST(ResetQosStats, RefusesAFurtherArgumentBeforeItSendsARequest) {
     const Board board({});
 
     EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats", "now"}),
@@ -109,7 +109,7 @@ TEST(ResetQosStats, FailsAtTheFirstInstanceThatStaysSilent) {
     EXPECT_EQ(statistics("sfn"), sfn);
 }
 
-TEST(ResetQosStats, FailsWhereNobodyListens) {
+TEST(ResetQosStats, FailsIfNobodyListens) {
     const Board board({.without = {"iwf_dispatcher"}});
 
     EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats"}), (Outcome{.status = 1, .out = "", .err = pollTimedOut}));
@@ -119,11 +119,11 @@ TEST(ResetQosStats, WaitsForASlowDispatcher) {
     expectReset("slow:300", {.status = 0, .out = iwfCleared, .err = ""});
 }
 
-TEST(ResetQosStats, TakesWhatADispatcherSaidBeforeItDied) {
+TEST(ResetQosStats, PrintsTheTextOfADispatcherThatDies) {
     expectReset("dying", {.status = 0, .out = iwfCleared, .err = pollTimedOut});
 }
 
-TEST(ResetQosStats, TakesWhatCameBeforeAnEmptyDatagram) {
+TEST(ResetQosStats, PrintsTheTextBeforeAnEmptyDatagram) {
     expectReset("empty",
                 {.status = 0, .out = iwfCleared, .err = "recv(): Peer has performed an orderly shutdown\n"});
 }
@@ -139,12 +139,12 @@ TEST(ResetQosStats, CutsLongTextsAt56Bytes) {
                             .err = pollTimedOut});
 }
 
-TEST(ResetQosStats, PrintsALineThatWasLeftOver) {
+TEST(ResetQosStats, PrintsTextLeftFromAnEarlierCommand) {
     expectReset("stale",
                 {.status = 0, .out = "left over from an earlier command\n\n" + iwfCleared, .err = ""});
 }
 
-TEST(ResetQosStats, EndsAnAnswerThatDoesNotEnd) {
+TEST(ResetQosStats, StopsReadingAnEndlessAnswer) {
     const Board board(withIwfFault("endless"));
 
     const Outcome outcome = korvel({"-d", "iwf", "resetqosstats"}, atSpeed(15));
@@ -158,7 +158,7 @@ TEST(ResetQosStats, EndsAnAnswerThatDoesNotEnd) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(ResetQosStats, EndsAnAnswerThatDoesNotEndWhereTheWallClockStands) {
+TEST(ResetQosStats, StopsReadingAnEndlessAnswerIfTheWallClockIsStopped) {
     const Board board(withIwfFault("endless"));
 
     const Outcome outcome = korvel({"-d", "iwf", "resetqosstats"}, atMoment("2030-01-01 00:00:00"));
@@ -168,7 +168,7 @@ TEST(ResetQosStats, EndsAnAnswerThatDoesNotEndWhereTheWallClockStands) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(ResetQosStats, FailsWhereItsPortIsTaken) {
+TEST(ResetQosStats, FailsIfItsPortIsTaken) {
     const Board board({});
     const ScriptedPeer other = ScriptedPeer::atLocalPort(4141);
 
@@ -180,7 +180,7 @@ TEST(ResetQosStats, FailsWhereItsPortIsTaken) {
     EXPECT_EQ(Board::received("iwf_dispatcher"), Lines{});
 }
 
-TEST(ResetQosStats, FailsWhereWhatItPrintsIsLost) {
+TEST(ResetQosStats, FailsIfItsOutputIsLost) {
     const Board board({});
 
     EXPECT_EQ(korvel({"-d", "iwf", "resetqosstats"}, {.standardOutput = "/dev/full"}),
@@ -189,7 +189,7 @@ TEST(ResetQosStats, FailsWhereWhatItPrintsIsLost) {
                        .err = "Error while writing standard output: No space left on device\n"}));
 }
 
-TEST(ResetQosStats, GoesOnWaitingWhereAnAnswerThatWasAnnouncedIsNotThere) {
+TEST(ResetQosStats, KeepsWaitingIfAnAnnouncedAnswerIsMissing) {
     const Board board({});
 
     EXPECT_EQ(runInjected({.faults = {"poll,ppoll:retval=1:when=1", "recvfrom:error=EAGAIN:when=1"}},
@@ -197,7 +197,7 @@ TEST(ResetQosStats, GoesOnWaitingWhereAnAnswerThatWasAnnouncedIsNotThere) {
               (Outcome{.status = 0, .out = iwfCleared, .err = ""}));
 }
 
-TEST(ResetQosStats, GoesOnWhereSystemCallsAreInterrupted) {
+TEST(ResetQosStats, RepeatsInterruptedSystemCalls) {
     const Board board({});
 
     EXPECT_EQ(runInjected({.faults = {"poll,ppoll:error=EINTR:when=1", "sendto:error=EINTR:when=1",

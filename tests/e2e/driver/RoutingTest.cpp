@@ -21,7 +21,7 @@ TEST(Routing, AnEmptyCommandLineGetsTheHint) {
     EXPECT_EQ(outcome.status, 1);
 }
 
-TEST(Routing, WordsThatNoManagerKnowsGetTheHint) {
+TEST(Routing, UnknownWordsGetTheHint) {
     const std::vector<std::string> commandLines[] = {
         {"foo"}, {"PRINT"}, {"GetPort", "eth1"}, {"foo", "getport", "4"}, {"netfp"}, {""}, {"-v="},
     };
@@ -34,7 +34,7 @@ TEST(Routing, WordsThatNoManagerKnowsGetTheHint) {
     }
 }
 
-TEST(Routing, GoesToLogCollectionFirst) {
+TEST(Routing, PrefersLogCollection) {
     // Both managers would take this line: the action's keyword is in its place, and "print" is somewhere.
     const Outcome outcome = korvel({"getport", "print"});
     EXPECT_EQ(outcome.out, "");
@@ -61,7 +61,7 @@ TEST(Routing, NamesTheManagerThatFailedInVerboseMode) {
     EXPECT_EQ(collection.status, 1);
 }
 
-TEST(Routing, AFailureIsSilentOnStandardOutputOtherwise) {
+TEST(Routing, AFailurePrintsNothingOnStandardOutputOutsideVerboseMode) {
     const Outcome outcome = korvel({"getport"});
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.err, "Get Port: Not enough arguments\n");

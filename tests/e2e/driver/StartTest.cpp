@@ -20,7 +20,7 @@ TEST(Start, WorksWithStandardDescriptorsClosed) {
     EXPECT_EQ(korvel({"-d", "all", "dump", "dinf"}, {.closedDescriptors = {0, 1, 2}}).status, 0);
 }
 
-TEST(Start, KeepsItsFilesApartFromClosedStandardDescriptors) {
+TEST(Start, DoesNotUseClosedStandardDescriptorsForItsFiles) {
     const Board board({});
     const Outcome outcome = korvel({"-d", "iwf", "print", "dump", "dinf"}, {.closedDescriptors = {1}});
     EXPECT_EQ(outcome.err, "");
@@ -28,14 +28,14 @@ TEST(Start, KeepsItsFilesApartFromClosedStandardDescriptors) {
     EXPECT_EQ(run({"cat", "/tmp/korvel/fuse/iwf/tracing_on.log"}).out, "0\n");
 }
 
-TEST(Start, LearnsHowCommandsEndEvenWhereItsParentIgnoredThat) {
+TEST(Start, GetsTheStatusOfCommandsEvenIfItsParentIgnoredSigchld) {
     const Board board({});
     const Outcome outcome = korvel({"-d", "iwf", "dump", "dinf"}, {.ignoredSignals = {SIGCHLD}});
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(Start, SaysWhenItsOutputWasLost) {
+TEST(Start, ReportsLostOutput) {
     const Outcome outcome = korvel({"getport", "4"}, {.standardOutput = "/dev/full"});
     EXPECT_EQ(outcome.err, "Error while writing standard output: No space left on device\n");
     EXPECT_EQ(outcome.status, 1);
@@ -50,7 +50,7 @@ bool isOwnCall(const std::string& call) {
 
 }  // namespace
 
-TEST(Start, OpensNothingThatChildProcessesWouldInherit) {
+TEST(Start, PassesNoDescriptorsToChildProcesses) {
     const Board board({});
     const std::vector<std::string> commandLines[] = {{"getport", "eth1"}, {"-d", "all", "dump", "print"}};
     for (std::vector<std::string> command : commandLines) {

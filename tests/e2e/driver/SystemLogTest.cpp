@@ -34,7 +34,7 @@ private:
 
 }  // namespace
 
-TEST(SystemLog, ThatStoppedReadingDoesNotHoldTheRunUp) {
+TEST(SystemLog, DoesNotBlockTheRunIfItStoppedReading) {
     const StuckSystemLog log;
     const Outcome outcome = korvel({"-v", "getport", "4"});
     EXPECT_EQ(outcome.out, verboseEnabled + getPort4Lines);
@@ -42,7 +42,7 @@ TEST(SystemLog, ThatStoppedReadingDoesNotHoldTheRunUp) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(SystemLog, ThatIsNotThereIsDoneWithout) {
+TEST(SystemLog, IsNotNeeded) {
     const Outcome outcome = korvel({"-v", "getport", "4"});
     EXPECT_EQ(outcome.out, verboseEnabled + getPort4Lines);
     EXPECT_EQ(outcome.err, "");

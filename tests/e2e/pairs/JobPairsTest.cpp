@@ -152,7 +152,7 @@ private:
     int interfaces = 0;
 };
 
-TEST_F(JobPairsTest, EveryTwoJobsThatEndDoWhatEachDoesAlone) {
+TEST_F(JobPairsTest, AnyTwoShortJobsDoTheSameAsAlone) {
     for (auto first = jobs.begin(); first != jobs.end(); ++first) {
         for (auto second = first + 1; second != jobs.end(); ++second) {
             SCOPED_TRACE(first->name + " and " + second->name);
@@ -165,11 +165,11 @@ TEST_F(JobPairsTest, EveryTwoJobsThatEndDoWhatEachDoesAlone) {
     }
 }
 
-TEST_F(JobPairsTest, EveryJobDoesBesideTheArchiverWhatItDoesAlone) {
+TEST_F(JobPairsTest, EveryJobDoesTheSameBesideTheArchiver) {
     expectBesideEachOther("archive", isArchived);
 }
 
-TEST_F(JobPairsTest, EveryJobDoesBesideTheSupervisionWhatItDoesAlone) {
+TEST_F(JobPairsTest, EveryJobDoesTheSameBesideTheSupervision) {
     expectBesideEachOther("supervision", isSupervised);
 }
 

@@ -36,7 +36,7 @@ protected:
 
 }  // namespace
 
-TEST_F(SupervisionCycleTest, CountsTimeOutsAnewAfterAHealthyCycle) {
+TEST_F(SupervisionCycleTest, RestartsTheCountOfTimeOutsAfterAHealthyCycle) {
     const Heartbeat onceInTwenty = [](unsigned cycle) {
         return cycle == 10 ? std::optional(0U) : std::nullopt;
     };
@@ -93,13 +93,13 @@ TEST_F(SupervisionCycleTest, IgnoresTheLateAnswerToAnEarlierCycle) {
                           error("Unexpected netlink sequence number: 101"), error(statusLine)});
 }
 
-TEST_F(SupervisionCycleTest, EndsWhereForeignDatagramsKeepACycleGoingThoughTheWallClockStands) {
+TEST_F(SupervisionCycleTest, EndsAfterForeignDatagramsEvenIfTheWallClockIsStopped) {
     givenForeignDatagrams();
 
     EXPECT_EQ(supervise({"-d", "iwf"}, atMoment("2030-01-01 00:00:00")), endedWith(nothingReceived));
 }
 
-TEST_F(SupervisionCycleTest, EndsWhereForeignDatagramsKeepACycleGoingForTenSeconds) {
+TEST_F(SupervisionCycleTest, EndsAfterTenSecondsOfForeignDatagrams) {
     givenForeignDatagrams();
     const auto start = std::chrono::steady_clock::now();
 

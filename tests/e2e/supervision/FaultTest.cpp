@@ -34,7 +34,7 @@ TEST_F(SupervisionFaultTest, ReportsAndIgnoresAStaleAnswerOfNetfpProxy) {
     expectLogged({started("IWF SFN"), error("Unexpected netlink sequence number: 100"), error(sfnIsIll)});
 }
 
-TEST_F(SupervisionFaultTest, EndsForADispatcherWithAWrongPortIdWithoutAStatusLine) {
+TEST_F(SupervisionFaultTest, EndsWithoutAStatusLineForADispatcherWithAWrongPortId) {
     startBoardWithFaults({"iwf_dispatcher=netlink-port"});
 
     EXPECT_EQ(supervise(), endedSilently());
@@ -42,7 +42,7 @@ TEST_F(SupervisionFaultTest, EndsForADispatcherWithAWrongPortIdWithoutAStatusLin
     expectLogged({started("IWF SFN"), error("Invalid dispatcher PID received: 1120")});
 }
 
-TEST_F(SupervisionFaultTest, DoesNotLookAtThePortIdOfNetfpProxy) {
+TEST_F(SupervisionFaultTest, IgnoresThePortIdOfNetfpProxy) {
     startBoardOfOneCycle("netfp_proxy=netlink-port");
 
     EXPECT_EQ(supervise(), endedWith(sfnIsIll));
@@ -50,7 +50,7 @@ TEST_F(SupervisionFaultTest, DoesNotLookAtThePortIdOfNetfpProxy) {
     expectLogged({started("IWF SFN"), error(sfnIsIll)});
 }
 
-TEST_F(SupervisionFaultTest, TakesTheFirst24BytesOfAnOversizedAnswer) {
+TEST_F(SupervisionFaultTest, ReadsTheFirst24BytesOfAnOversizedAnswer) {
     startBoardWithFaults({"iwf_dispatcher=netlink-oversized", "netfp_proxy=netlink-oversized"});
     setStatus("sfn_dispatcher", 3);
 
@@ -59,7 +59,7 @@ TEST_F(SupervisionFaultTest, TakesTheFirst24BytesOfAnOversizedAnswer) {
     expectLogged({started("IWF SFN"), error(sfnIsIll)});
 }
 
-TEST_F(SupervisionFaultTest, TakesAnAnswerOfExactly24Bytes) {
+TEST_F(SupervisionFaultTest, AcceptsAnAnswerOfExactly24Bytes) {
     startBoardOfOneCycle("netfp_proxy=netlink-truncated:24");
 
     EXPECT_EQ(supervise(), endedWith(sfnIsIll));

@@ -25,7 +25,7 @@ protected:
 
 }  // namespace
 
-TEST_F(SupervisionLogTest, SaysInVerboseModeWhoseKeywordItIsAndNoMore) {
+TEST_F(SupervisionLogTest, PrintsOnlyTheOwnerOfTheKeywordInVerboseMode) {
     startBoardOfOneCycle();
 
     EXPECT_EQ(supervise({"-v"}), (Outcome{1,
@@ -40,7 +40,7 @@ TEST_F(SupervisionLogTest, SaysInVerboseModeWhoseKeywordItIsAndNoMore) {
                                   started("IWF SFN").inSystemLog, error(proxyIsIll).inSystemLog}));
 }
 
-TEST_F(SupervisionLogTest, DoesWithoutASystemLog) {
+TEST_F(SupervisionLogTest, RunsWithoutASystemLog) {
     startBoardOfOneCycle({.without = {"system_log"}});
 
     EXPECT_EQ(supervise(), endedWith(proxyIsIll));
@@ -48,7 +48,7 @@ TEST_F(SupervisionLogTest, DoesWithoutASystemLog) {
     expectInSharedMemory({started("IWF SFN"), error(proxyIsIll)});
 }
 
-TEST_F(SupervisionLogTest, IsNotStoppedByASystemLogThatHasStoppedReading) {
+TEST_F(SupervisionLogTest, ContinuesIfTheSystemLogStoppedReading) {
     startBoardOfOneCycle({.without = {"system_log"}});
     SystemLog stuck;
     stuck.fill();
@@ -87,7 +87,7 @@ TEST_F(SupervisionLogTest, AbortsWithoutASharedMemoryLog) {
     EXPECT_EQ(requestsTo("netfp_proxy"), Words{});
 }
 
-TEST_F(SupervisionLogTest, TellsTheLogsAloneThatItHasNoSocket) {
+TEST_F(SupervisionLogTest, ReportsAMissingSocketOnlyInTheLogs) {
     startBoard();
 
     EXPECT_EQ(runInjected({.faults = {"bind:error=EADDRINUSE"}}, {"korvel", "supervision"}), endedSilently());

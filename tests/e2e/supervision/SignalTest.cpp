@@ -33,7 +33,7 @@ protected:
 
 }  // namespace
 
-TEST_F(SupervisionSignalTest, ATerminationRequestEndsThePause) {
+TEST_F(SupervisionSignalTest, SigtermEndsThePause) {
     const std::unique_ptr<Process> run = startPausedSupervision();
 
     ::kill(run->pid(), SIGTERM);

@@ -70,7 +70,7 @@ TEST_F(SupervisionTimeoutTest, NeedsTheAnswerOfEveryPeer) {
     expectTenCycles(withoutIwf, [](unsigned /*cycle*/) { return Records{}; });
 }
 
-TEST_F(SupervisionTimeoutTest, EndsWhereNobodyCanBeAsked) {
+TEST_F(SupervisionTimeoutTest, EndsIfNoRequestCanBeSent) {
     startBoard({.without = {"iwf_dispatcher", "sfn_dispatcher", "netfp_proxy"}});
 
     EXPECT_EQ(supervise({}, atSpeed(20)), endedSilently());
@@ -134,7 +134,7 @@ TEST_F(SupervisionTimeoutTest, ReportsTruncatedAnswersOfNetfpProxy) {
     expectTenCycles(withoutProxy, always("Unexpected message size: 1"));
 }
 
-TEST_F(SupervisionTimeoutTest, ReportsThatADispatcherIsGoneAndGoesOn) {
+TEST_F(SupervisionTimeoutTest, ReportsAMissingDispatcherAndContinues) {
     startBoardWithFaults({"iwf_dispatcher=netlink-dying"});
 
     EXPECT_EQ(superviseFast(), endedSilently());
@@ -144,7 +144,7 @@ TEST_F(SupervisionTimeoutTest, ReportsThatADispatcherIsGoneAndGoesOn) {
     EXPECT_EQ(requestsTo("sfn_dispatcher").size(), cycles);
 }
 
-TEST_F(SupervisionTimeoutTest, ReportsThatNetfpProxyIsGoneAndGoesOn) {
+TEST_F(SupervisionTimeoutTest, ReportsAMissingNetfpProxyAndContinues) {
     startBoardWithFaults({"netfp_proxy=netlink-dying"});
 
     EXPECT_EQ(superviseFast(), endedSilently());
@@ -154,7 +154,7 @@ TEST_F(SupervisionTimeoutTest, ReportsThatNetfpProxyIsGoneAndGoesOn) {
     EXPECT_EQ(requestsTo("sfn_dispatcher").size(), cycles);
 }
 
-TEST_F(SupervisionTimeoutTest, ReportsAnswersThatComeTooLateAndIgnoresThem) {
+TEST_F(SupervisionTimeoutTest, ReportsAndIgnoresLateAnswers) {
     // At this speed a cycle gives up after 400 ms of silence, and so each answer falls into the next one.
     startBoardWithFaults({"iwf_dispatcher=netlink-slow:600"});
 

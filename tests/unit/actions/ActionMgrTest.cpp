@@ -59,12 +59,12 @@ TEST_F(ActionMgrTest, ComparesKeywordsWholeAndCaseSensitively) {
     }
 }
 
-TEST_F(ActionMgrTest, LooksAtTheFirstArgumentAlone) {
+TEST_F(ActionMgrTest, LooksOnlyAtTheFirstArgument) {
     EXPECT_FALSE(detect({"eth0", "getport"}));
     EXPECT_FALSE(detect({"print", "getport", "getport"}));
 }
 
-TEST_F(ActionMgrTest, TellsInVerboseModeWhatItLooksUp) {
+TEST_F(ActionMgrTest, PrintsTheLookedUpWordInVerboseMode) {
     Korvel::setVerboseMode(true);
 
     EXPECT_FALSE(detect({"print", "getport"}));
@@ -82,7 +82,7 @@ TEST_F(ActionMgrTest, RunsTheActionAndReturnsItsResult) {
     EXPECT_EQ(printed, (Printed{.err = "Get Port: Not enough arguments\n"}));
 }
 
-TEST_F(ActionMgrTest, TellsInVerboseModeWhatItExecutesBeforeTheActionsOwnOutput) {
+TEST_F(ActionMgrTest, PrintsTheActionBeforeItsOutputInVerboseMode) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(resolve({"getport", "4"}));
@@ -94,7 +94,7 @@ TEST_F(ActionMgrTest, TellsInVerboseModeWhatItExecutesBeforeTheActionsOwnOutput)
                                        "4\n"}));
 }
 
-TEST_F(ActionMgrTest, FailsWithoutAWordForAKeywordThatIsNone) {
+TEST_F(ActionMgrTest, FailsSilentlyForAnUnknownKeyword) {
     Korvel::setVerboseMode(true);
 
     EXPECT_FALSE(resolve({"print"}));
@@ -107,6 +107,6 @@ TEST_F(ActionMgrTest, ListsTheActionsInTheirOrder) {
               (Printed{.out = managerHelp("Actions", "<>", "/bin/k")}));
 }
 
-TEST_F(ActionMgrTest, HasNothingLeftToDoAfterTheRequest) {
+TEST_F(ActionMgrTest, HasNoFurtherWorkAfterTheRequest) {
     EXPECT_TRUE(manager.run());
 }

@@ -16,14 +16,14 @@ class AddInterfaceActionFailureTest : public AddInterfaceFixture {};
 
 }  // namespace
 
-TEST_F(AddInterfaceActionFailureTest, LeavesAMissingProxyToTheLog) {
+TEST_F(AddInterfaceActionFailureTest, ReportsAMissingProxyOnlyInTheLog) {
     EXPECT_FALSE(add({"eth1"}));
 
     EXPECT_EQ(printed, failureOf("eth1"));
     EXPECT_EQ(reports(), Reports{"0 NetlinkHelper: Error while sending netling message: Connection refused"});
 }
 
-TEST_F(AddInterfaceActionFailureTest, LeavesASocketThatCannotBeHadToTheLog) {
+TEST_F(AddInterfaceActionFailureTest, ReportsAFailedSocketCallOnlyInTheLog) {
     ASSERT_NE(SmLog::getClientInstance(logName, 3), nullptr);  // has its descriptor from now on
     bool success = true;
 
@@ -35,7 +35,7 @@ TEST_F(AddInterfaceActionFailureTest, LeavesASocketThatCannotBeHadToTheLog) {
               Reports{"0 NetlinkHelper: Error while creating netlink socket: Too many open files"});
 }
 
-TEST_F(AddInterfaceActionFailureTest, FailsWithoutALogAsWithOne) {
+TEST_F(AddInterfaceActionFailureTest, FailsInTheSameWayWithoutALog) {
     std::filesystem::create_directory(std::string("/dev/shm/") + logName);
     ASSERT_EQ(SmLog::getClientInstance(logName, 3), nullptr);
 
@@ -56,7 +56,7 @@ TEST_F(AddInterfaceActionFailureTest, WorksWithoutALog) {
     EXPECT_EQ(printed, successOf("eth1"));
 }
 
-TEST_F(AddInterfaceActionFailureTest, EndsTheProgramWhereItIsRunUnderAnotherKeyword) {
+TEST_F(AddInterfaceActionFailureTest, AbortsIfItIsRunUnderAnotherKeyword) {
     ArgumentVector vector({"getport", "eth1"});
 
     EXPECT_EXIT(action.run(vector.argc(), vector.argv()), testing::KilledBySignal(SIGABRT),

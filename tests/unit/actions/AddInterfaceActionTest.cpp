@@ -25,7 +25,7 @@ protected:
 
 }  // namespace
 
-TEST_F(AddInterfaceActionTest, HasTheProxyTakeTheInterface) {
+TEST_F(AddInterfaceActionTest, MakesTheProxyManageTheInterface) {
     givenProxyResponds(responsePayload(0));
 
     EXPECT_TRUE(add({"eth1"}));
@@ -55,7 +55,7 @@ TEST_F(AddInterfaceActionTest, RefusesANameThatIsEmptyOrDoesNotFit) {
     EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
 }
 
-TEST_F(AddInterfaceActionTest, TakesANameOf31Characters) {
+TEST_F(AddInterfaceActionTest, AcceptsANameOf31Characters) {
     givenProxyResponds(responsePayload(0));
     const std::string name(31, 'n');
 
@@ -77,7 +77,7 @@ TEST_F(AddInterfaceActionTest, PrintsTheStatusThatTheProxyRefusesWith) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(AddInterfaceActionTest, RefusesAResponseOfAnotherTypeWhateverItsStatus) {
+TEST_F(AddInterfaceActionTest, RefusesAResponseOfAnotherTypeWithAnyStatus) {
     for (const std::uint32_t type : {0U, 23U, 25U, 4294967295U}) {
         givenProxyResponds(statusPayload(type, 5));
 
@@ -88,7 +88,7 @@ TEST_F(AddInterfaceActionTest, RefusesAResponseOfAnotherTypeWhateverItsStatus) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(AddInterfaceActionTest, LeavesTheSizeOfAShortResponseToTheLog) {
+TEST_F(AddInterfaceActionTest, ReportsAShortResponseOnlyInTheLog) {
     Reports expected;
     for (const auto size : std::initializer_list<std::size_t>{0, 4, 7}) {
         givenProxyResponds(responsePayload(0).substr(0, size));
@@ -102,7 +102,7 @@ TEST_F(AddInterfaceActionTest, LeavesTheSizeOfAShortResponseToTheLog) {
     EXPECT_EQ(reports(), expected);
 }
 
-TEST_F(AddInterfaceActionTest, TakesTheFirst8BytesOfALongerResponse) {
+TEST_F(AddInterfaceActionTest, ReadsTheFirst8BytesOfALongerResponse) {
     givenProxyResponds(responsePayload(0) + '\1');
 
     EXPECT_TRUE(add({"eth1"}));
@@ -131,7 +131,7 @@ TEST_F(AddInterfaceActionTest, CanBeRunAgainAfterAFailure) {
     EXPECT_EQ(proxy.requests(), (std::vector{requestFor("eth1"), requestFor("eth2")}));
 }
 
-TEST_F(AddInterfaceActionTest, ExplainsItselfWithoutALineEnd) {
+TEST_F(AddInterfaceActionTest, PrintsItsHelpWithoutALineEnd) {
     EXPECT_EQ(action.getKeyword(), "add_interface");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = actionHelp("add_interface", "<>", "/bin/k")}));

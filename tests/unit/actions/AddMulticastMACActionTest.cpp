@@ -47,12 +47,12 @@ TEST_F(AddMulticastMACActionTest, SendsTheAddressTheInterfaceAndTheVlan) {
     EXPECT_EQ(requestsWithoutIdentifiers(), Words{expected});
 }
 
-TEST_F(AddMulticastMACActionTest, MatchesEveryVlanWithoutAVlanOrWithVlan0) {
+TEST_F(AddMulticastMACActionTest, MatchesEveryVlanIfNoVlanOrVlan0IsGiven) {
     expectSent({group, "eth0"}, {.vlan = 0, .ignoresVlan = 1});
     expectSent({group, "eth0", "0"}, {.vlan = 0, .ignoresVlan = 1});
 }
 
-TEST_F(AddMulticastMACActionTest, ForgetsTheVlanOfAnEarlierRun) {
+TEST_F(AddMulticastMACActionTest, DoesNotKeepTheVlanOfAnEarlierRun) {
     expectSent({group, "eth0", "100"}, {.vlan = 100, .ignoresVlan = 0});
     expectSent({group, "eth0"}, {.vlan = 0, .ignoresVlan = 1});
 }
@@ -71,14 +71,14 @@ TEST_F(AddMulticastMACActionTest, CutsTheVlanTo16Bits) {
     }
 }
 
-TEST_F(AddMulticastMACActionTest, TakesVlansAsWideAsThePlatformsLong) {
+TEST_F(AddMulticastMACActionTest, AcceptsVlansUpToAnUnsignedLong) {
     const std::string greatest = std::to_string(std::numeric_limits<unsigned long>::max());
 
     expectSent({group, "eth0", greatest}, {.vlan = 65535, .ignoresVlan = 0});
     expectSent({group, "eth0", "-" + greatest}, {.vlan = 1, .ignoresVlan = 0});
 }
 
-TEST_F(AddMulticastMACActionTest, RefusesAVlanThatIsNoNumberOfThePlatformAlone) {
+TEST_F(AddMulticastMACActionTest, RefusesAVlanThatThePlatformCannotParse) {
     for (const std::string text :
          {"abc", "", " ", "-", "+", "5x", "5 ", "-1x", "0x10", "1e3", "--1", "18446744073709551616",
           "-18446744073709551616", "99999999999999999999999"}) {
@@ -86,7 +86,7 @@ TEST_F(AddMulticastMACActionTest, RefusesAVlanThatIsNoNumberOfThePlatformAlone) 
     }
 }
 
-TEST_F(AddMulticastMACActionTest, TakesAddressesAsTheSystemReadsThem) {
+TEST_F(AddMulticastMACActionTest, ParsesAddressesAsTheSystemDoes) {
     const struct {
         std::string text;
         std::string bytes;
@@ -104,7 +104,7 @@ TEST_F(AddMulticastMACActionTest, TakesAddressesAsTheSystemReadsThem) {
     }
 }
 
-TEST_F(AddMulticastMACActionTest, RefusesWhatIsNoAddress) {
+TEST_F(AddMulticastMACActionTest, RefusesAnInvalidAddress) {
     for (const std::string text :
          {"", "eth0", "01:00:5e:00:00", "01:00:5e:00:00:", "01-00-5e-00-00-01", "01005e000001",
           "001:00:5e:00:00:01", "01:00:5g:00:00:01", " 1:0:5e:0:0:1", "01::5e:00:00:01"}) {
@@ -112,7 +112,7 @@ TEST_F(AddMulticastMACActionTest, RefusesWhatIsNoAddress) {
     }
 }
 
-TEST_F(AddMulticastMACActionTest, TakesInterfaceNamesOf31Characters) {
+TEST_F(AddMulticastMACActionTest, AcceptsInterfaceNamesOf31Characters) {
     const std::string name(31, 'i');
 
     expectSent({group, name}, {.interface = name});
@@ -134,7 +134,7 @@ TEST_F(AddMulticastMACActionTest, NeedsAnAddressAndAnInterface) {
     }
 }
 
-TEST_F(AddMulticastMACActionTest, ComplainsOfTheAddressFirst) {
+TEST_F(AddMulticastMACActionTest, ReportsABadAddressFirst) {
     expectRefused({"x", std::string(32, 'i'), "abc"}, "AddMulticastMac : Cannot parse MAC address: x");
 }
 
@@ -142,7 +142,7 @@ TEST_F(AddMulticastMACActionTest, IgnoresFurtherArguments) {
     expectSent({group, "eth0", "7", "8", "x"}, {.vlan = 7, .ignoresVlan = 0});
 }
 
-TEST_F(AddMulticastMACActionTest, TellsEachStepInVerboseMode) {
+TEST_F(AddMulticastMACActionTest, PrintsEachStepInVerboseMode) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(add({group, "eth0"}));
@@ -154,7 +154,7 @@ TEST_F(AddMulticastMACActionTest, TellsEachStepInVerboseMode) {
                                        "Client Socket closed\n"}));
 }
 
-TEST_F(AddMulticastMACActionTest, SaysNothingOfADefaultInVerboseModeWhereAVlanIsGiven) {
+TEST_F(AddMulticastMACActionTest, DoesNotMentionTheDefaultInVerboseModeIfAVlanIsGiven) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(add({group, "eth0", "0"}));
@@ -163,7 +163,7 @@ TEST_F(AddMulticastMACActionTest, SaysNothingOfADefaultInVerboseModeWhereAVlanIs
                                        received(master.requests().at(0)) + "Client Socket closed\n"}));
 }
 
-TEST_F(AddMulticastMACActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
+TEST_F(AddMulticastMACActionTest, PrintsItsEntryInVerboseModeEvenWithoutArguments) {
     Korvel::setVerboseMode(true);
 
     EXPECT_FALSE(add({}));
@@ -172,7 +172,7 @@ TEST_F(AddMulticastMACActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments
               (Printed{.out = "AddMulticastMac Entry\n", .err = "AddMulticastMac : Not enough arguments\n"}));
 }
 
-TEST_F(AddMulticastMACActionTest, ExplainsItself) {
+TEST_F(AddMulticastMACActionTest, PrintsItsHelp) {
     EXPECT_EQ(action.getKeyword(), "addmulticastmac");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = actionHelp("addmulticastmac", "<>", "/bin/k")}));

@@ -26,7 +26,7 @@ TEST_F(AddMulticastMACFailureTest, ReportsAMasterThatRefuses) {
     }
 }
 
-TEST_F(AddMulticastMACFailureTest, ReportsASilentMasterAndDoesNotAskAgain) {
+TEST_F(AddMulticastMACFailureTest, ReportsASilentMasterAndDoesNotRetry) {
     givenSilence();
 
     expectFailure(arguments, receiveFailed);
@@ -45,13 +45,13 @@ TEST_F(AddMulticastMACFailureTest, ReportsAMasterWhoseQueueIsFull) {
     expectFailure(arguments, noRoom + sendFailed);
 }
 
-TEST_F(AddMulticastMACFailureTest, ReportsAMasterThatIsNotThere) {
+TEST_F(AddMulticastMACFailureTest, ReportsAMissingMaster) {
     givenNoMaster();
 
     expectFailure(arguments, noMaster + sendFailed);
 }
 
-TEST_F(AddMulticastMACFailureTest, NamesVlan0WhereNoneWasGiven) {
+TEST_F(AddMulticastMACFailureTest, NamesVlan0IfNoneWasGiven) {
     givenNoMaster();
 
     expectFailure({"01:00:5e:00:00:01", ""},
@@ -60,7 +60,7 @@ TEST_F(AddMulticastMACFailureTest, NamesVlan0WhereNoneWasGiven) {
                       "AddMulticastMAC failed\n");
 }
 
-TEST_F(AddMulticastMACFailureTest, AddsOneLineToAClientSocketThatCannotBeBound) {
+TEST_F(AddMulticastMACFailureTest, AddsOneLineIfTheClientSocketCannotBeBound) {
     givenNoClientSocket();
 
     expectFailure(arguments, std::string(noClientSocket) + "AddMulticastMAC failed\n");

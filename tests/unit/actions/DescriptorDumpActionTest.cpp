@@ -94,7 +94,7 @@ TEST_F(DescriptorDumpActionTest, ShowsTheFieldsAndTheFirst64Bytes) {
                         " 0030  64 64 64 64 64 64 64 64 64 64 64 64 64 64 64 64  'dddddddddddddddd'\n"}));
 }
 
-TEST_F(DescriptorDumpActionTest, DumpsTheBeginningOfTheOriginalBufferOnRequest) {
+TEST_F(DescriptorDumpActionTest, DumpsTheStartOfTheOriginalBufferOnRequest) {
     given({});
 
     for (const std::string length : {"32", "0x20", "040", "+32 bytes"}) {
@@ -104,7 +104,7 @@ TEST_F(DescriptorDumpActionTest, DumpsTheBeginningOfTheOriginalBufferOnRequest) 
     }
 }
 
-TEST_F(DescriptorDumpActionTest, DumpsNoBufferWhereNoByteOfItIsAskedFor) {
+TEST_F(DescriptorDumpActionTest, DumpsNoBufferForLengthZero) {
     given({});
 
     EXPECT_TRUE(dump({"0xeb6b6100", "0"}));
@@ -134,7 +134,7 @@ TEST_F(DescriptorDumpActionTest, DumpsALineBeforeTheFirstOfAnEmptyBuffer) {
               (Printed{.out = shown(empty) + "\nBuffer hexdump of first 0 bytes:\n FFFFFFF0   ''\n"}));
 }
 
-TEST_F(DescriptorDumpActionTest, TakesOnlyTheLower22BitsOfALength) {
+TEST_F(DescriptorDumpActionTest, UsesOnlyTheLower22BitsOfALength) {
     const Fields lowest{.length = 0xffc00000 | 60, .originalLength = 0x00400000 | 10};
     given(lowest);
     EXPECT_TRUE(dump({"0xeb6b6100", "32"}));
@@ -146,7 +146,7 @@ TEST_F(DescriptorDumpActionTest, TakesOnlyTheLower22BitsOfALength) {
     EXPECT_EQ(printed, (Printed{.out = shown(highest)}));
 }
 
-TEST_F(DescriptorDumpActionTest, EndsBehindTheBuffersHeaderWhereItsPointerPointsNowhere) {
+TEST_F(DescriptorDumpActionTest, EndsAfterTheBuffersHeaderIfItsPointerIsInvalid) {
     const Fields astray{.originalPointer = nowhere};
     given(astray);
 
@@ -165,7 +165,7 @@ TEST_F(DescriptorDumpActionTest, DoesNotFollowTheCurrentBufferPointer) {
     EXPECT_EQ(printed, (Printed{.out = shown(unset, "(nil)") + shownContent(16)}));
 }
 
-TEST_F(DescriptorDumpActionTest, ReadsADescriptorAtAnyByte) {
+TEST_F(DescriptorDumpActionTest, ReadsADescriptorAtAnyAlignment) {
     put(memory + 1, bytesOf({.length = 7}));
 
     EXPECT_TRUE(dump({"0xeb6b6101"}));
@@ -180,7 +180,7 @@ TEST_F(DescriptorDumpActionTest, ReadsADescriptorAtAnyByte) {
                                        dumpText(bytesOf({.length = 7}).substr(0, 64))}));
 }
 
-TEST_F(DescriptorDumpActionTest, EndsBehindItsAddressesWhereTheyDoNotTranslate) {
+TEST_F(DescriptorDumpActionTest, EndsAfterItsAddressesIfTheyDoNotTranslate) {
     EXPECT_TRUE(dump({"10"}));
     EXPECT_EQ(printed, (Printed{.out = header("0x10", "(nil)")}));
 
@@ -202,7 +202,7 @@ TEST_F(DescriptorDumpActionTest, RefusesABadCommandLine) {
     }
 }
 
-TEST_F(DescriptorDumpActionTest, TellsTheCodeWithWhichTranslationFailsBehindGoodArgumentsOnly) {
+TEST_F(DescriptorDumpActionTest, PrintsTheErrorCodeOfTheTranslationOnlyAfterGoodArguments) {
     breakTranslation(-17);
 
     EXPECT_FALSE(dump({"0xeb6b6100", "32"}));
@@ -210,7 +210,7 @@ TEST_F(DescriptorDumpActionTest, TellsTheCodeWithWhichTranslationFailsBehindGood
     expectRefused({"zz"});
 }
 
-TEST_F(DescriptorDumpActionTest, ExplainsItself) {
+TEST_F(DescriptorDumpActionTest, PrintsItsHelp) {
     Korvel::DescriptorDumpAction action;
 
     EXPECT_EQ(action.getKeyword(), "desc_dump");

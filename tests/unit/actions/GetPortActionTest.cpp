@@ -60,7 +60,7 @@ Printed invalidPort(const std::string& argument) {
 
 }  // namespace
 
-TEST_F(GetPortActionTest, PrintsThePortThatTheMasterTellsForAnInterface) {
+TEST_F(GetPortActionTest, PrintsThePortThatTheMasterReturns) {
     givenMasterResponds(0, 3);
 
     EXPECT_TRUE(getPort({"eth1"}));
@@ -71,7 +71,7 @@ TEST_F(GetPortActionTest, PrintsThePortThatTheMasterTellsForAnInterface) {
     EXPECT_EQ(request, masterRequest(4, idOfRequest(request), "eth1"));
 }
 
-TEST_F(GetPortActionTest, PrintsAPortNumberWithoutAskingTheMaster) {
+TEST_F(GetPortActionTest, PrintsAPortNumberWithoutARequestToTheMaster) {
     const struct {
         std::string argument;
         std::string port;
@@ -90,7 +90,7 @@ TEST_F(GetPortActionTest, PrintsAPortNumberWithoutAskingTheMaster) {
     EXPECT_EQ(requestedNames(), std::vector<std::string>{});
 }
 
-TEST_F(GetPortActionTest, RefusesANumberThatIsNoPortWithoutAskingTheMaster) {
+TEST_F(GetPortActionTest, RefusesAnInvalidPortWithoutARequestToTheMaster) {
     for (const std::string argument : {"0", "-0", "0x", "5", "7", "7up", "256", "2147483647"}) {
         EXPECT_TRUE(getPort({argument}));
         EXPECT_EQ(printed, invalidPort(argument));
@@ -98,7 +98,7 @@ TEST_F(GetPortActionTest, RefusesANumberThatIsNoPortWithoutAskingTheMaster) {
     EXPECT_EQ(requestedNames(), std::vector<std::string>{});
 }
 
-TEST_F(GetPortActionTest, TakesANegativeNumberForAnInterfaceName) {
+TEST_F(GetPortActionTest, TreatsANegativeNumberAsAnInterfaceName) {
     givenMasterResponds(0, 1);
 
     for (const std::string argument : {"-1", "-2147483648", "-3eth"}) {
@@ -109,7 +109,7 @@ TEST_F(GetPortActionTest, TakesANegativeNumberForAnInterfaceName) {
     EXPECT_EQ(requestedNames(), (std::vector<std::string>{"-1", "-2147483648", "-3eth"}));
 }
 
-TEST_F(GetPortActionTest, TakesWhatHasNoDigitsInFrontForAnInterfaceName) {
+TEST_F(GetPortActionTest, TreatsAWordWithoutLeadingDigitsAsAnInterfaceName) {
     givenMasterResponds(0, 2);
 
     for (const std::string argument : {"eth1", "", " ", "x2", "+", "- 1", "--1"}) {
@@ -127,7 +127,7 @@ TEST_F(GetPortActionTest, ThrowsForANumberBeyond32Bits) {
     EXPECT_EQ(requestedNames(), std::vector<std::string>{});
 }
 
-TEST_F(GetPortActionTest, NeedsAnArgumentBehindTheKeyword) {
+TEST_F(GetPortActionTest, NeedsAnArgumentAfterTheKeyword) {
     EXPECT_FALSE(getPort({}));
 
     EXPECT_EQ(printed, (Printed{.err = "Get Port: Not enough arguments\n"}));
@@ -139,7 +139,7 @@ TEST_F(GetPortActionTest, IgnoresFurtherArguments) {
     EXPECT_EQ(printed, (Printed{.out = "2\n"}));
 }
 
-TEST_F(GetPortActionTest, ReportsAPortOfTheMastersThatIsNone) {
+TEST_F(GetPortActionTest, ReportsAnInvalidPortOfTheMaster) {
     for (const int port : {0, 5, -1, 2147483647}) {
         givenMasterResponds(0, port);
 
@@ -148,7 +148,7 @@ TEST_F(GetPortActionTest, ReportsAPortOfTheMastersThatIsNone) {
     }
 }
 
-TEST_F(GetPortActionTest, ReportsAnInterfaceThatTheMasterDoesNotKnowAndSucceeds) {
+TEST_F(GetPortActionTest, ReportsAnUnknownInterfaceAndSucceeds) {
     givenMasterResponds(-1, 3);
 
     EXPECT_TRUE(getPort({"eth9"}));
@@ -165,7 +165,7 @@ TEST_F(GetPortActionTest, ReportsASilentMasterAndSucceeds) {
     EXPECT_EQ(printed, invalidPort("eth1"));
 }
 
-TEST_F(GetPortActionTest, ReportsAMasterThatIsNotThereAndSucceeds) {
+TEST_F(GetPortActionTest, ReportsAMissingMasterAndSucceeds) {
     NetFPMasterCom::setMasterSocketPath("/tmp/nobody");
 
     EXPECT_TRUE(getPort({"eth1"}));
@@ -185,7 +185,7 @@ TEST_F(GetPortActionTest, ReportsAClientSocketThatCannotBeBoundAndSucceeds) {
     EXPECT_EQ(requestedNames(), std::vector<std::string>{});
 }
 
-TEST_F(GetPortActionTest, TellsEachStepInVerboseMode) {
+TEST_F(GetPortActionTest, PrintsEachStepInVerboseMode) {
     givenMasterResponds(0, 3);
     Korvel::setVerboseMode(true);
 
@@ -205,7 +205,7 @@ TEST_F(GetPortActionTest, TellsEachStepInVerboseMode) {
                                        "3\n"}));
 }
 
-TEST_F(GetPortActionTest, TellsInVerboseModeThatItUsesANumber) {
+TEST_F(GetPortActionTest, ReportsInVerboseModeThatItUsesANumber) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(getPort({"4"}));
@@ -216,7 +216,7 @@ TEST_F(GetPortActionTest, TellsInVerboseModeThatItUsesANumber) {
                                        "4\n"}));
 }
 
-TEST_F(GetPortActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
+TEST_F(GetPortActionTest, PrintsItsEntryInVerboseModeEvenWithoutArguments) {
     Korvel::setVerboseMode(true);
 
     EXPECT_FALSE(getPort({}));
@@ -224,7 +224,7 @@ TEST_F(GetPortActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
     EXPECT_EQ(printed, (Printed{.out = "Get Port Entry\n", .err = "Get Port: Not enough arguments\n"}));
 }
 
-TEST_F(GetPortActionTest, ExplainsItself) {
+TEST_F(GetPortActionTest, PrintsItsHelp) {
     EXPECT_EQ(action.getKeyword(), "getport");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = actionHelp("getport", "<>", "/bin/k")}));

@@ -23,14 +23,14 @@ TEST_F(HexDumpTest, ShowsOffsetBytesAndCharacters) {
                               " 0010  74 65 73 2C 20 6E 6F 20 6D 6F 72 65  'tes, no more'\n"}));
 }
 
-TEST_F(HexDumpTest, ShowsOneLineBeforeTheFirstOffsetWhereThereIsNothing) {
+TEST_F(HexDumpTest, ShowsOneLineBeforeTheFirstOffsetIfThereAreNoBytes) {
     const Printed line{.out = " FFFFFFF0   ''\n"};
 
     EXPECT_EQ(dumpOf(""), line);
     EXPECT_EQ(printedBy([] { Korvel::printHexDump(nullptr, 0); }), line);
 }
 
-TEST_F(HexDumpTest, EndsWithAFullLineOrWithAShortOneThatIsNotPadded) {
+TEST_F(HexDumpTest, DoesNotPadAShortLastLine) {
     for (const std::size_t size : {1U, 15U, 16U, 17U, 20U, 31U, 32U, 33U, 48U}) {
         SCOPED_TRACE(size);
         const std::string bytes = patternOf(size);
@@ -38,14 +38,14 @@ TEST_F(HexDumpTest, EndsWithAFullLineOrWithAShortOneThatIsNotPadded) {
     }
 }
 
-TEST_F(HexDumpTest, ShowsADotForWhatCannotBePrinted) {
+TEST_F(HexDumpTest, ShowsADotForAnUnprintableByte) {
     const std::string everyByte = patternOf(256);
 
     EXPECT_EQ(dumpOf(everyByte), (Printed{.out = dumpText(everyByte)}));
     EXPECT_EQ(dumpOf("\x1f\x20\x7e\x7f\x80\xff"), (Printed{.out = " 0000  1F 20 7E 7F 80 FF  '. ~...'\n"}));
 }
 
-TEST_F(HexDumpTest, IsWholeHoweverLongItIs) {
+TEST_F(HexDumpTest, IsCompleteAtAnyLength) {
     for (const std::size_t size : {4096U, 65535U, 65536U, 65537U, 200003U}) {
         SCOPED_TRACE(size);
         const std::string bytes = patternOf(size);
@@ -65,7 +65,7 @@ TEST_F(HexDumpTest, ShowsOffsetsOfMoreThanFourDigitsInFull) {
     EXPECT_NE(printed.find("\n FFF0" + full + " 10000" + full), std::string::npos);
 }
 
-TEST_F(HexDumpTest, LandsBehindWhatWasPrintedBefore) {
+TEST_F(HexDumpTest, FollowsEarlierOutput) {
     const Printed printed = printedBy([] {
         std::cout << "before\n";
         Korvel::printHexDump("x", 1);

@@ -79,7 +79,7 @@ TEST_F(LoopbackPortActionTest, TakesAPortOutOfLoopback) {
     }
 }
 
-TEST_F(LoopbackPortActionTest, LooksAnInterfaceUpAtTheMaster) {
+TEST_F(LoopbackPortActionTest, AsksTheMasterForThePortOfAnInterface) {
     givenMaster({{"eth2", 3}});
 
     EXPECT_TRUE(loop({"en", "eth2", "ignored"}));
@@ -94,20 +94,20 @@ TEST_F(LoopbackPortActionTest, NeedsTwoArguments) {
     expectRefused({"enable"}, "Loopback Port: Not enough arguments");
 }
 
-TEST_F(LoopbackPortActionTest, KnowsItsSwitchWordsOnly) {
+TEST_F(LoopbackPortActionTest, AcceptsOnlyEnableAndDisable) {
     for (const std::string word : {"Enable", "ena", "", "0"}) {
         expectRefused({word, "1"}, "Loopback Port: Could not find enable/disable");
     }
 }
 
-TEST_F(LoopbackPortActionTest, RefusesAPortThatTheSwitchDoesNotHaveWithoutAskingTheMaster) {
+TEST_F(LoopbackPortActionTest, RefusesAnInvalidPortWithoutARequestToTheMaster) {
     for (const std::string port : {"0", "5", "2147483647", "5eth"}) {
         expectRefused({"enable", port}, "Loopback Port: Invalid port number \"" + port + "\"");
     }
     EXPECT_EQ(requests(), Words{});
 }
 
-TEST_F(LoopbackPortActionTest, ReportsAnInterfaceThatTheMasterDoesNotKnow) {
+TEST_F(LoopbackPortActionTest, ReportsAnUnknownInterface) {
     givenMaster({});
 
     expectRefused({"enable", "eth9"},
@@ -123,7 +123,7 @@ TEST_F(LoopbackPortActionTest, ThrowsForANumberBeyond32Bits) {
     EXPECT_EQ(commands(), Words{});
 }
 
-TEST_F(LoopbackPortActionTest, EndsWithTheFirstCommandThatCannotBeRun) {
+TEST_F(LoopbackPortActionTest, StopsAtTheFirstCommandThatCannotBeRun) {
     Korvel::setVerboseMode(true);
     bool success = true;
 
@@ -138,14 +138,14 @@ TEST_F(LoopbackPortActionTest, EndsWithTheFirstCommandThatCannotBeRun) {
                                 .err = "Loopback Port: System call failed\n"}));
 }
 
-TEST_F(LoopbackPortActionTest, SucceedsWithTheLastCommand) {
+TEST_F(LoopbackPortActionTest, SucceedsIfTheLastCommandCanBeRun) {
     EXPECT_TRUE(Korvel::LoopbackPortAction::executeLoopbackCommand(false, 2));
 
     EXPECT_EQ(commands(), (Words{"devmem 0x02090210 32 0", "devmem 0x02090204 32 2",
                                  "devmem 0x02090210 32 0x00000000", "devmem 0x02090204 32 0"}));
 }
 
-TEST_F(LoopbackPortActionTest, DoesNotNoticeACommandThatFails) {
+TEST_F(LoopbackPortActionTest, IgnoresTheExitStatusOfACommand) {
     ::setenv("PATH", "/nowhere", 1);  // for this process and its children, which end with the test
 
     EXPECT_TRUE(loop({"enable", "1"}));
@@ -154,7 +154,7 @@ TEST_F(LoopbackPortActionTest, DoesNotNoticeACommandThatFails) {
     EXPECT_EQ(commands(), Words{});
 }
 
-TEST_F(LoopbackPortActionTest, TellsEachStepInVerboseMode) {
+TEST_F(LoopbackPortActionTest, PrintsEachStepInVerboseMode) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(loop({"enable", "3"}));
@@ -171,7 +171,7 @@ TEST_F(LoopbackPortActionTest, TellsEachStepInVerboseMode) {
                                        "Loopback Port: Success\n"}));
 }
 
-TEST_F(LoopbackPortActionTest, ExplainsItself) {
+TEST_F(LoopbackPortActionTest, PrintsItsHelp) {
     EXPECT_EQ(action.getKeyword(), "loopbackport");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = actionHelp("loopbackport", "<>", "/bin/k")}));

@@ -47,7 +47,7 @@ TEST_F(MemoryDumpActionTest, DumpsTheBytesAtAPhysicalAddress) {
                         " 0010  20 6F 66 20 74 68 65 20 6D 65 6D 6F 72 79 0A 00  ' of the memory..'\n"}));
 }
 
-TEST_F(MemoryDumpActionTest, DumpsAsManyBytesAsAskedFor) {
+TEST_F(MemoryDumpActionTest, DumpsTheRequestedNumberOfBytes) {
     const std::string content = patternOf(200000);
     put(memory, content);
     for (const std::size_t length : {1U, 15U, 16U, 17U, 20U, 32U, 65535U, 200000U}) {
@@ -58,13 +58,13 @@ TEST_F(MemoryDumpActionTest, DumpsAsManyBytesAsAskedFor) {
     }
 }
 
-TEST_F(MemoryDumpActionTest, DumpsALineBeforeTheFirstWhereNoByteIsAskedFor) {
+TEST_F(MemoryDumpActionTest, DumpsALineBeforeTheFirstForLengthZero) {
     EXPECT_TRUE(dump({"0xeb6b6100", "0"}));
 
     EXPECT_EQ(printed, (Printed{.out = header(0) + " FFFFFFF0   ''\n"}));
 }
 
-TEST_F(MemoryDumpActionTest, TakesTheAddressForHexadecimal) {
+TEST_F(MemoryDumpActionTest, ReadsTheAddressAsHexadecimal) {
     put(memory, "x");
     for (const std::string address : {"0xeb6b6100", "0XEB6B6100", "eb6b6100", "EB6B6100", "+eb6b6100",
                                       " \t\neb6b6100", "0000000000eb6b6100", "eb6b6100ghi", "eb6b6100 0"}) {
@@ -74,7 +74,7 @@ TEST_F(MemoryDumpActionTest, TakesTheAddressForHexadecimal) {
     }
 }
 
-TEST_F(MemoryDumpActionTest, TakesTheLengthInTheNotationOfC) {
+TEST_F(MemoryDumpActionTest, ReadsTheLengthInTheNotationOfC) {
     const struct {
         std::string argument;
         std::size_t length;
@@ -89,7 +89,7 @@ TEST_F(MemoryDumpActionTest, TakesTheLengthInTheNotationOfC) {
     }
 }
 
-TEST_F(MemoryDumpActionTest, TakesALengthThatEndsBehindItsFirstZeroForNone) {
+TEST_F(MemoryDumpActionTest, ReadsALengthThatEndsAfterItsFirstZeroAsZero) {
     for (const std::string length : {"0x", "08", "-0", "00"}) {
         SCOPED_TRACE(length);
         EXPECT_TRUE(dump({"0xeb6b6100", length}));
@@ -97,7 +97,7 @@ TEST_F(MemoryDumpActionTest, TakesALengthThatEndsBehindItsFirstZeroForNone) {
     }
 }
 
-TEST_F(MemoryDumpActionTest, DumpsFromAnyByteToTheLastOneThatHasAnAddress) {
+TEST_F(MemoryDumpActionTest, DumpsFromAnyByteUpToTheLastAddress) {
     put(0xfffffffd, "end");
 
     EXPECT_TRUE(dump({"0xfffffffd", "3"}));
@@ -115,7 +115,7 @@ TEST_F(MemoryDumpActionTest, DumpsTheSwitchRegisters) {
               (Printed{.out = header("0x2090110", virtualAddress(0x02090110), "1") + " 0000  30  '0'\n"}));
 }
 
-TEST_F(MemoryDumpActionTest, EndsBehindTheHeaderWhereTheAddressDoesNotTranslate) {
+TEST_F(MemoryDumpActionTest, EndsAfterTheHeaderIfTheAddressDoesNotTranslate) {
     for (const std::string length : {"0", "32", "4294967295"}) {
         SCOPED_TRACE(length);
         EXPECT_TRUE(dump({"10", length}));
@@ -134,7 +134,7 @@ TEST_F(MemoryDumpActionTest, NeedsAnAddressAndALength) {
     expectRefused({"0xeb6b6100"});
 }
 
-TEST_F(MemoryDumpActionTest, RefusesWhatIsNoNumber) {
+TEST_F(MemoryDumpActionTest, RefusesAWordThatIsNotANumber) {
     for (const std::string text : {"zz", "", " ", "-", "+ 1", "--1", "\xff"}) {
         expectRefused({text, "32"});
         expectRefused({"0xeb6b6100", text});
@@ -153,12 +153,12 @@ TEST_F(MemoryDumpActionTest, RefusesNumbersBeyond32BitsAndBelowZero) {
     }
 }
 
-TEST_F(MemoryDumpActionTest, LooksAtTheLengthOnlyBehindAGoodAddress) {
+TEST_F(MemoryDumpActionTest, ReadsTheLengthOnlyAfterAGoodAddress) {
     expectRefused({"zz", "99999999999"});
     expectRefused({"-1", "99999999999"}, outOfRange);
 }
 
-TEST_F(MemoryDumpActionTest, TellsTheCodeWithWhichTranslationFails) {
+TEST_F(MemoryDumpActionTest, PrintsTheErrorCodeOfTheTranslation) {
     for (const int code : {5, -17}) {
         breakTranslation(code);
         EXPECT_FALSE(dump({"0xeb6b6100", "32"}));
@@ -167,14 +167,14 @@ TEST_F(MemoryDumpActionTest, TellsTheCodeWithWhichTranslationFails) {
     }
 }
 
-TEST_F(MemoryDumpActionTest, PreparesForTranslationOnlyBehindGoodArguments) {
+TEST_F(MemoryDumpActionTest, PreparesTheTranslationOnlyAfterGoodArguments) {
     breakTranslation(5);
 
     expectRefused({"0xeb6b6100"});
     expectRefused({"0xeb6b6100", "zz"});
 }
 
-TEST_F(MemoryDumpActionTest, IsAboutNoByteAtAddressZeroBeforeItsArgumentsAreRead) {
+TEST_F(MemoryDumpActionTest, PrintsNoBytesBeforeItsArgumentsAreRead) {
     const Korvel::MemoryDumpAction action;
 
     EXPECT_EQ(printedBy([&] { action.printMemory(); }), (Printed{.out = header("0x0", "(nil)", "0")}));
@@ -190,7 +190,7 @@ TEST_F(MemoryDumpActionTest, DumpsALineBeforeTheFirstForNoBytesOfANullPointer) {
               (Printed{.out = " FFFFFFF0   ''\n"}));
 }
 
-TEST_F(MemoryDumpActionTest, ExplainsItself) {
+TEST_F(MemoryDumpActionTest, PrintsItsHelp) {
     Korvel::MemoryDumpAction action;
 
     EXPECT_EQ(action.getKeyword(), "mem_dump");

@@ -46,7 +46,7 @@ protected:
 
 }  // namespace
 
-TEST_F(MirrorPortActionTest, LooksInterfacesUpAndMirrorsBothDirections) {
+TEST_F(MirrorPortActionTest, AsksForThePortsAndMirrorsBothDirections) {
     givenMaster({{"eth0", 1}, {"eth1", 2}});
 
     EXPECT_TRUE(mirror({"enable", "eth0", "eth1"}));
@@ -66,14 +66,14 @@ TEST_F(MirrorPortActionTest, SendsRequestsOf148BytesOfType14) {
     EXPECT_EQ(requests(), bothDirections(1, 3, 4));
 }
 
-TEST_F(MirrorPortActionTest, TakesPortNumbersAsTheyAre) {
+TEST_F(MirrorPortActionTest, UsesPortNumbersUnchanged) {
     givenMaster({});
 
     EXPECT_TRUE(mirror({"en", "2", "3"}));
     EXPECT_EQ(requests(), bothDirections(1, 2, 3));
 }
 
-TEST_F(MirrorPortActionTest, LeavesAToPortAboveTheLastToTheMaster) {
+TEST_F(MirrorPortActionTest, PassesAToPortAboveTheLastToTheMaster) {
     givenMaster({});
 
     EXPECT_TRUE(mirror({"dis", "1", "9"}));
@@ -96,14 +96,14 @@ TEST_F(MirrorPortActionTest, NeedsThreeArguments) {
     EXPECT_EQ(requests(), Words{});
 }
 
-TEST_F(MirrorPortActionTest, KnowsItsSwitchWordsOnly) {
+TEST_F(MirrorPortActionTest, AcceptsOnlyEnableAndDisable) {
     for (const std::string word : {"Enable", "ENABLE", "ena", "", "1", "disabled"}) {
         expectRefused({word, "1", "2"}, "Port Mirroring: Could not find enable/disable");
     }
     EXPECT_EQ(requests(), Words{});
 }
 
-TEST_F(MirrorPortActionTest, RefusesAFromPortThatTheSwitchDoesNotHave) {
+TEST_F(MirrorPortActionTest, RefusesAnInvalidFromPort) {
     givenMaster({{"eth0", 0}, {"eth5", 5}});
 
     for (const std::string from : {"0", "5", "2147483647", "eth0", "eth5"}) {
@@ -120,14 +120,14 @@ TEST_F(MirrorPortActionTest, RefusesAToPortThatIsNotAboveZero) {
     }
 }
 
-TEST_F(MirrorPortActionTest, LooksNegativeNumbersAndWhatIsNoneUp) {
+TEST_F(MirrorPortActionTest, AsksForThePortOfNegativeNumbersAndOtherWords) {
     givenMaster({{"-1", 1}, {"", 2}});
 
     EXPECT_TRUE(mirror({"e", "-1", ""}));
     EXPECT_EQ(requests(), (Words{"port -1", "port ", body(1, inbound, 1, 2), body(1, outbound, 1, 2)}));
 }
 
-TEST_F(MirrorPortActionTest, ReportsAnInterfaceThatTheMasterDoesNotKnow) {
+TEST_F(MirrorPortActionTest, ReportsAnUnknownInterface) {
     givenMaster({{"eth0", 1}});
     const std::string refusal = "Response from Server was not successful.\n";
 
@@ -146,7 +146,7 @@ TEST_F(MirrorPortActionTest, ThrowsForANumberBeyond32Bits) {
     EXPECT_EQ(requests(), Words{});
 }
 
-TEST_F(MirrorPortActionTest, SucceedsThoughTheMasterRefusesTheInboundDirectionAndLeavesTheOtherOut) {
+TEST_F(MirrorPortActionTest, SkipsTheOutboundDirectionIfTheMasterRefusesTheInboundOneAndSucceeds) {
     givenMaster({}, [](std::size_t /*number*/) { return -4; });
 
     EXPECT_TRUE(mirror({"enable", "1", "2"}));
@@ -155,7 +155,7 @@ TEST_F(MirrorPortActionTest, SucceedsThoughTheMasterRefusesTheInboundDirectionAn
     EXPECT_EQ(requests(), Words{body(1, inbound, 1, 2)});
 }
 
-TEST_F(MirrorPortActionTest, SucceedsThoughTheMasterRefusesTheOutboundDirection) {
+TEST_F(MirrorPortActionTest, SucceedsEvenIfTheMasterRefusesTheOutboundDirection) {
     givenMaster({}, [](std::size_t number) { return number == 1 ? -4 : 0; });
     Korvel::setVerboseMode(true);
 
@@ -166,7 +166,7 @@ TEST_F(MirrorPortActionTest, SucceedsThoughTheMasterRefusesTheOutboundDirection)
     EXPECT_EQ(printed.err, "Response from Server was not successful.\n");
 }
 
-TEST_F(MirrorPortActionTest, TellsEachStepInVerboseMode) {
+TEST_F(MirrorPortActionTest, PrintsEachStepInVerboseMode) {
     givenMaster({});
     Korvel::setVerboseMode(true);
 
@@ -192,7 +192,7 @@ TEST_F(MirrorPortActionTest, TellsEachStepInVerboseMode) {
                         "Client Socket closed\n"}));
 }
 
-TEST_F(MirrorPortActionTest, ExplainsItself) {
+TEST_F(MirrorPortActionTest, PrintsItsHelp) {
     EXPECT_EQ(action.getKeyword(), "mirrorport");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = actionHelp("mirrorport", "<>", "/bin/k")}));

@@ -39,29 +39,29 @@ protected:
 
 }  // namespace
 
-TEST_F(MirrorPortFailureTest, SucceedsWithoutAWordWhereTheMasterIsSilent) {
+TEST_F(MirrorPortFailureTest, SucceedsSilentlyIfTheMasterIsSilent) {
     givenSilence();
 
     expectSuccess("1", "2", {});
     EXPECT_EQ(requestsWithoutIdentifiers(1), Words{inboundRequest(2)});
 }
 
-TEST_F(MirrorPortFailureTest, SucceedsWhereNoRequestCanBeSent) {
+TEST_F(MirrorPortFailureTest, SucceedsIfNoRequestCanBeSent) {
     givenNoMaster();
     expectSuccess("1", "2", {.err = noMaster});
 }
 
-TEST_F(MirrorPortFailureTest, SucceedsWhereTheMastersQueueIsFull) {
+TEST_F(MirrorPortFailureTest, SucceedsIfTheMastersQueueIsFull) {
     givenFullMaster();
     expectSuccess("1", "2", {.err = noRoom});
 }
 
-TEST_F(MirrorPortFailureTest, SucceedsWhereTheClientSocketCannotBeBound) {
+TEST_F(MirrorPortFailureTest, SucceedsIfTheClientSocketCannotBeBound) {
     givenNoClientSocket();
     expectSuccess("1", "2", {.err = noClientSocket});
 }
 
-TEST_F(MirrorPortFailureTest, CallsNothingSuccessfulInVerboseModeWhereItDoesNotConnect) {
+TEST_F(MirrorPortFailureTest, ReportsNoSuccessInVerboseModeIfItDoesNotConnect) {
     givenNoClientSocket();
     Korvel::setVerboseMode(true);
 
@@ -74,14 +74,14 @@ TEST_F(MirrorPortFailureTest, CallsNothingSuccessfulInVerboseModeWhereItDoesNotC
                                 .err = noClientSocket}));
 }
 
-TEST_F(MirrorPortFailureTest, HasNoPortWhereTheMasterCannotBeAsked) {
+TEST_F(MirrorPortFailureTest, HasNoPortIfNoRequestCanBeSent) {
     givenNoMaster();
     expectInvalidFrom(noMaster);
     givenNoClientSocket();
     expectInvalidFrom(noClientSocket);
 }
 
-TEST_F(MirrorPortFailureTest, HasNoPortWhereTheMasterIsSilent) {
+TEST_F(MirrorPortFailureTest, HasNoPortIfTheMasterIsSilent) {
     givenDeafMaster();
     expectInvalidFrom("");
 }

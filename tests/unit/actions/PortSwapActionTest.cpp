@@ -13,7 +13,7 @@ class PortSwapActionTest : public PortSwapFixture {};
 
 }  // namespace
 
-TEST_F(PortSwapActionTest, ExchangesTheNamesByWayOfATemporaryOneAndLooksWhetherItHelped) {
+TEST_F(PortSwapActionTest, SwapsTheNamesThroughATemporaryOneAndChecksTheResult) {
     givenRenamingMaster();
 
     EXPECT_TRUE(swap({"eth0", "eth1"}));
@@ -35,7 +35,7 @@ TEST_F(PortSwapActionTest, SendsARenameOf148BytesWithBothNamesZeroPadded) {
     EXPECT_EQ(requestsWithoutIdentifiers(), Lines{expected});
 }
 
-TEST_F(PortSwapActionTest, HasAConnectionOfItsOwnForEachRequest) {
+TEST_F(PortSwapActionTest, OpensAConnectionForEachRequest) {
     givenRenamingMaster();
 
     swap({"eth0", "eth1"});
@@ -62,14 +62,14 @@ TEST_F(PortSwapActionTest, IgnoresFurtherArguments) {
     EXPECT_EQ(printed, Printed{});
 }
 
-TEST_F(PortSwapActionTest, TakesPortNumbersForInterfaceNames) {
+TEST_F(PortSwapActionTest, TreatsPortNumbersAsInterfaceNames) {
     givenRenamingMaster({{"1", 1}, {"2", 2}});
 
     EXPECT_TRUE(swap({"1", "2"}));
     EXPECT_EQ(requestsWithoutIdentifiers().front(), lookUp("1"));
 }
 
-TEST_F(PortSwapActionTest, RenamesNothingWhereAnInterfaceIsUnknown) {
+TEST_F(PortSwapActionTest, RenamesNothingIfAnInterfaceIsUnknown) {
     const struct {
         Lines interfaces;
         std::string message;
@@ -88,33 +88,33 @@ TEST_F(PortSwapActionTest, RenamesNothingWhereAnInterfaceIsUnknown) {
     EXPECT_EQ(requestsWithoutIdentifiers(), expected);
 }
 
-TEST_F(PortSwapActionTest, RenamesNothingWhereTheMasterTellsAPortBelowZero) {
+TEST_F(PortSwapActionTest, RenamesNothingIfTheMasterReturnsANegativePort) {
     givenRenamingMaster({{"eth0", 1}, {"eth1", -3}});
 
     expectFailure("PortSwap : can't get interface's port (1,-3)\n");
     EXPECT_EQ(requestsWithoutIdentifiers(), (Lines{lookUp("eth0"), lookUp("eth1")}));
 }
 
-TEST_F(PortSwapActionTest, TakesPort0ForAPort) {
+TEST_F(PortSwapActionTest, AcceptsPort0) {
     givenRenamingMaster({{"eth0", 0}, {"eth1", 2}});
 
     EXPECT_TRUE(swap({"eth0", "eth1"}));
     EXPECT_EQ(printed, Printed{});
 }
 
-TEST_F(PortSwapActionTest, FailsWhereTheMasterCallsRenamesDoneThatItDidNotDo) {
+TEST_F(PortSwapActionTest, FailsIfTheMasterReportsRenamesThatItDidNotDo) {
     givenRenamingMaster({{1, Rename::ignored}, {2, Rename::ignored}, {3, Rename::ignored}});
 
     expectFailure("PortSwap : swap failed: (1,2;1,2)\n");
 }
 
-TEST_F(PortSwapActionTest, FailsWhereAPortCannotBeLookedUpAfterwards) {
+TEST_F(PortSwapActionTest, FailsIfAPortCannotBeCheckedAfterwards) {
     givenRenamingMaster({{3, Rename::ignored}});
 
     expectFailure(std::string(refused) + "PortSwap : swap failed: (1,2;2,-1)\n");
 }
 
-TEST_F(PortSwapActionTest, TellsEachStepInVerboseMode) {
+TEST_F(PortSwapActionTest, PrintsEachStepInVerboseMode) {
     givenRenamingMaster();
     Korvel::setVerboseMode(true);
 
@@ -136,7 +136,7 @@ TEST_F(PortSwapActionTest, TellsEachStepInVerboseMode) {
                               renaming(4) + lookingUp("eth0", 5, "2") + lookingUp("eth1", 6, "1")}));
 }
 
-TEST_F(PortSwapActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
+TEST_F(PortSwapActionTest, PrintsItsEntryInVerboseModeEvenWithoutArguments) {
     Korvel::setVerboseMode(true);
 
     EXPECT_FALSE(swap({}));
@@ -144,7 +144,7 @@ TEST_F(PortSwapActionTest, TellsItsEntryInVerboseModeEvenWithoutArguments) {
     EXPECT_EQ(printed, (Printed{.out = "PortSwap Entry\n", .err = "PortSwap : Not enough arguments\n"}));
 }
 
-TEST_F(PortSwapActionTest, ExplainsItself) {
+TEST_F(PortSwapActionTest, PrintsItsHelp) {
     EXPECT_EQ(action.getKeyword(), "portswap");
     EXPECT_EQ(printedBy([&] { action.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = actionHelp("portswap", "<>", "/bin/k")}));

@@ -13,7 +13,7 @@ constexpr std::size_t longestName = 31;
 
 }  // namespace
 
-TEST_F(PortSwapFailureTest, TakesNamesOf31Characters) {
+TEST_F(PortSwapFailureTest, AcceptsNamesOf31Characters) {
     const std::string from(longestName, 'f');
     const std::string to(longestName, 't');
     givenRenamingMaster({{from, 3}, {to, 4}});
@@ -26,7 +26,7 @@ TEST_F(PortSwapFailureTest, TakesNamesOf31Characters) {
                      lookUp(from), lookUp(to)}));
 }
 
-TEST_F(PortSwapFailureTest, DoesNotRenameAnInterfaceWhoseNameTheRequestCannotHold) {
+TEST_F(PortSwapFailureTest, DoesNotRenameAnInterfaceWhoseNameIsTooLong) {
     for (const auto length : std::initializer_list<std::size_t>{32, 33, 4096}) {
         const std::string from(length, 'f');
         const std::string asked = from.substr(0, 32);
@@ -45,7 +45,7 @@ TEST_F(PortSwapFailureTest, DoesNotRenameAnInterfaceWhoseNameTheRequestCannotHol
     }
 }
 
-TEST_F(PortSwapFailureTest, TakesTheFirstRenameBackWhereTheSecondNameIsTooLong) {
+TEST_F(PortSwapFailureTest, RevertsTheFirstRenameIfTheSecondNameIsTooLong) {
     const std::string to(longestName + 1, 't');
     givenRenamingMaster({{"eth0", 1}, {to, 2}});
 
@@ -70,7 +70,7 @@ TEST_F(PortSwapFailureTest, SendsNoRenameWithANameThatDoesNotFit) {
     EXPECT_EQ(requestsWithoutIdentifiers(), Lines{});
 }
 
-TEST_F(PortSwapFailureTest, ReportsAMasterThatIsNotThere) {
+TEST_F(PortSwapFailureTest, ReportsAMissingMaster) {
     givenNoMaster();
 
     expectFailure(std::string(noMaster) + noMaster + noPorts);
@@ -95,7 +95,7 @@ TEST_F(PortSwapFailureTest, ReportsASilentMaster) {
     EXPECT_EQ(requestsWithoutIdentifiers(2), (Lines{lookUp("eth0"), lookUp("eth1")}));
 }
 
-TEST_F(PortSwapFailureTest, ReportsAMasterThatLeavesBeforeTheRenames) {
+TEST_F(PortSwapFailureTest, ReportsAMasterThatExitsBeforeTheRenames) {
     givenMasterThatLeavesAfter(2);
 
     expectFailure(
@@ -105,7 +105,7 @@ TEST_F(PortSwapFailureTest, ReportsAMasterThatLeavesBeforeTheRenames) {
         "PortSwap : swap failed\n");
 }
 
-TEST_F(PortSwapFailureTest, ReportsAMasterThatLeavesAfterTheRenames) {
+TEST_F(PortSwapFailureTest, ReportsAMasterThatExitsAfterTheRenames) {
     const std::string gone =
         "Failed to Send to Master Socket \"/tmp/NetfpMaster\": 2: No such file or directory\n";
     givenMasterThatLeavesAfter(5);
@@ -113,7 +113,7 @@ TEST_F(PortSwapFailureTest, ReportsAMasterThatLeavesAfterTheRenames) {
     expectFailure(gone + gone + "PortSwap : swap failed: (1,1;-1,-1)\n");
 }
 
-TEST_F(PortSwapFailureTest, AddsNothingToAClientSocketThatCannotBeBound) {
+TEST_F(PortSwapFailureTest, AddsNoLineIfTheClientSocketCannotBeBound) {
     givenNoClientSocket();
 
     expectFailure(std::string(noClientSocket) + noClientSocket + noPorts);

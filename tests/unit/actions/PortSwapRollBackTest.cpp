@@ -19,7 +19,7 @@ protected:
 
 }  // namespace
 
-TEST_F(PortSwapRollBackTest, HasNothingToTakeBackAfterTheFirstRename) {
+TEST_F(PortSwapRollBackTest, RevertsNothingIfTheFirstRenameFails) {
     givenRenamingMaster({{1, Rename::refused}});
 
     expectFailure(
@@ -31,7 +31,7 @@ TEST_F(PortSwapRollBackTest, HasNothingToTakeBackAfterTheFirstRename) {
     EXPECT_EQ(requestsWithoutIdentifiers(), behindTheLookUps({rename("eth0", "tmpN")}));
 }
 
-TEST_F(PortSwapRollBackTest, TakesTheFirstRenameBackAfterTheSecondFailed) {
+TEST_F(PortSwapRollBackTest, RevertsTheFirstRenameIfTheSecondFails) {
     givenRenamingMaster({{2, Rename::refused}});
 
     expectFailure(
@@ -44,7 +44,7 @@ TEST_F(PortSwapRollBackTest, TakesTheFirstRenameBackAfterTheSecondFailed) {
               behindTheLookUps({rename("eth0", "tmpN"), rename("eth1", "eth0"), rename("tmpN", "eth0")}));
 }
 
-TEST_F(PortSwapRollBackTest, TakesTheSecondAndThenTheFirstRenameBackAfterTheThirdFailed) {
+TEST_F(PortSwapRollBackTest, RevertsTheSecondAndThenTheFirstRenameIfTheThirdFails) {
     givenRenamingMaster({{3, Rename::refused}});
 
     expectFailure(
@@ -69,7 +69,7 @@ TEST_F(PortSwapRollBackTest, LeavesTheInterfacesAsTheyWere) {
     }
 }
 
-TEST_F(PortSwapRollBackTest, TriesOnceToTakeTheFirstRenameBack) {
+TEST_F(PortSwapRollBackTest, TriesOnceToRevertTheFirstRename) {
     givenRenamingMaster({{2, Rename::refused}, {3, Rename::refused}});
 
     expectFailure(
@@ -84,7 +84,7 @@ TEST_F(PortSwapRollBackTest, TriesOnceToTakeTheFirstRenameBack) {
               behindTheLookUps({rename("eth0", "tmpN"), rename("eth1", "eth0"), rename("tmpN", "eth0")}));
 }
 
-TEST_F(PortSwapRollBackTest, TriesOnceToTakeEachOfTwoRenamesBack) {
+TEST_F(PortSwapRollBackTest, TriesOnceToRevertEachOfTwoRenames) {
     givenRenamingMaster({{3, Rename::refused}, {4, Rename::refused}, {5, Rename::refused}});
 
     expectFailure(
@@ -102,7 +102,7 @@ TEST_F(PortSwapRollBackTest, TriesOnceToTakeEachOfTwoRenamesBack) {
                                 rename("eth0", "eth1"), rename("tmpN", "eth0")}));
 }
 
-TEST_F(PortSwapRollBackTest, TakesRenamesBackThatTheMasterDoesNotAnswer) {
+TEST_F(PortSwapRollBackTest, RevertsRenamesThatTheMasterDoesNotAnswer) {
     Korvel::NetFPMasterCom::setTimeout(enoughForAnAnswer);
     givenRenamingMaster({{2, Rename::unanswered}});
 

@@ -50,7 +50,7 @@ TEST_F(ResetQoSStatsActionTest, AsksTheSelectedInstancesInTheirOrder) {
     EXPECT_EQ(sfn.requests().size(), 2U);
 }
 
-TEST_F(ResetQoSStatsActionTest, SucceedsWhereNoInstanceIsSelected) {
+TEST_F(ResetQoSStatsActionTest, SucceedsIfNoInstanceIsSelected) {
     EXPECT_TRUE(reset());
 
     EXPECT_EQ(printed, Printed{});
@@ -70,13 +70,13 @@ TEST_F(ResetQoSStatsActionTest, ListensAtItsFixedPortOnAnyAddress) {
     EXPECT_EQ(printed, (Printed{.out = "OK from elsewhere\n"}));
 }
 
-TEST_F(ResetQoSStatsActionTest, FailsWithoutAWordWhereTheMarkerComesAlone) {
+TEST_F(ResetQoSStatsActionTest, FailsSilentlyIfOnlyTheMarkerArrives) {
     EXPECT_FALSE(resetAnswered({marker}));
 
     EXPECT_EQ(printed, Printed{});
 }
 
-TEST_F(ResetQoSStatsActionTest, FailsAfterAWaitOfOneAndAHalfSecondsWhereNothingComes) {
+TEST_F(ResetQoSStatsActionTest, FailsAfterOneAndAHalfSecondsOfSilence) {
     const auto start = std::chrono::steady_clock::now();
 
     EXPECT_FALSE(resetAnswered({}));
@@ -85,13 +85,13 @@ TEST_F(ResetQoSStatsActionTest, FailsAfterAWaitOfOneAndAHalfSecondsWhereNothingC
     EXPECT_EQ(printed, (Printed{.err = timedOut}));
 }
 
-TEST_F(ResetQoSStatsActionTest, SucceedsWhereTheMarkerIsMissing) {
+TEST_F(ResetQoSStatsActionTest, SucceedsIfTheMarkerIsMissing) {
     EXPECT_TRUE(resetAnswered({"OK", "and more"}));
 
     EXPECT_EQ(printed, (Printed{.out = "OK\nand more\n", .err = timedOut}));
 }
 
-TEST_F(ResetQoSStatsActionTest, DoesNotAskTheNextInstanceWhereOneFails) {
+TEST_F(ResetQoSStatsActionTest, DoesNotAskTheNextInstanceIfOneFails) {
     select(Configuration::IWF);
     select(Configuration::SFN);
     answers(sfn, {"OK", marker});
@@ -106,7 +106,7 @@ TEST_F(ResetQoSStatsActionTest, DoesNotAskTheNextInstanceWhereOneFails) {
     EXPECT_EQ(sfn.requests(), Datagrams{});
 }
 
-TEST_F(ResetQoSStatsActionTest, FailsWithTheLastInstanceToo) {
+TEST_F(ResetQoSStatsActionTest, FailsIfTheLastInstanceFails) {
     select(Configuration::IWF);
     select(Configuration::SFN);
     answers(iwf, {"OK", marker});
@@ -134,7 +134,7 @@ TEST_F(ResetQoSStatsActionTest, CutsADatagramAtAZeroByte) {
     EXPECT_EQ(printed, (Printed{.out = "one\n\n"}));
 }
 
-TEST_F(ResetQoSStatsActionTest, TakesTheWholeMarkerOnlyForTheEnd) {
+TEST_F(ResetQoSStatsActionTest, EndsOnlyAtTheWholeMarker) {
     EXPECT_TRUE(resetAnswered({"OK" + marker, marker + "\n", "<MMI_END_OF_MSG", "<mmi_end_of_msg>", marker}));
 
     EXPECT_EQ(printed, (Printed{.out = "OK<MMI_END_OF_MSG>\n"
@@ -153,13 +153,13 @@ TEST_F(ResetQoSStatsActionTest, EndsAtAnEmptyDatagram) {
     EXPECT_EQ(printed, (Printed{.out = "OK\n", .err = shutdown}));
 }
 
-TEST_F(ResetQoSStatsActionTest, PrintsBytesThatAreNoTextAsTheyAre) {
+TEST_F(ResetQoSStatsActionTest, PrintsBytesThatAreNoTextUnchanged) {
     EXPECT_TRUE(resetAnswered({"\x01\xff\n\r%s", marker}));
 
     EXPECT_EQ(printed, (Printed{.out = "\x01\xff\n\r%s\n"}));
 }
 
-TEST_F(ResetQoSStatsActionTest, EndsAnAnswerThatDoesNotEndAfterSevenAndAHalfSeconds) {
+TEST_F(ResetQoSStatsActionTest, StopsReadingAnEndlessAnswerAfterSevenAndAHalfSeconds) {
     select(Configuration::IWF);
     const auto lineOf = [](int number) { return std::to_string(number) + " cleared"; };
     iwf.answers([lineOf](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
@@ -181,7 +181,7 @@ TEST_F(ResetQoSStatsActionTest, EndsAnAnswerThatDoesNotEndAfterSevenAndAHalfSeco
     EXPECT_EQ(printed.out, lines);
 }
 
-TEST_F(ResetQoSStatsActionTest, WaitsOnAfterSignals) {
+TEST_F(ResetQoSStatsActionTest, KeepsWaitingAfterSignals) {
     select(Configuration::IWF);
     iwf.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         const int target = SignalStorm::count() + 20;
@@ -210,7 +210,7 @@ TEST_F(ResetQoSStatsActionTest, TakesNoArguments) {
     EXPECT_EQ(iwf.requests(), Datagrams{});
 }
 
-TEST_F(ResetQoSStatsActionTest, ExplainsItself) {
+TEST_F(ResetQoSStatsActionTest, PrintsItsHelp) {
     Korvel::ResetQoSStatsAction action;
 
     EXPECT_EQ(action.getKeyword(), "resetqosstats");

@@ -30,14 +30,14 @@ TEST_F(ResetQoSStatsFailureTest, GivesUpWithoutASocket) {
     EXPECT_EQ(iwf.requests(), Datagrams{});
 }
 
-TEST_F(ResetQoSStatsFailureTest, GivesUpWhereItsPortCannotBeHad) {
+TEST_F(ResetQoSStatsFailureTest, GivesUpIfItsPortCannotBeBound) {
     EXPECT_FALSE(resetFailing({.number = SYS_bind, .error = EACCES}));
 
     EXPECT_EQ(printed, (Printed{.err = "Error while binding  socket, errno:13 Permission denied\n"}));
     EXPECT_EQ(iwf.requests(), Datagrams{});
 }
 
-TEST_F(ResetQoSStatsFailureTest, GivesUpWhereItsPortIsTakenAndFindsItFreeAfterwards) {
+TEST_F(ResetQoSStatsFailureTest, GivesUpIfItsPortIsTakenAndWorksOnceItIsFree) {
     {
         const ScriptedPeer other = ScriptedPeer::atLocalPort(4141);
         EXPECT_FALSE(reset());
@@ -50,13 +50,13 @@ TEST_F(ResetQoSStatsFailureTest, GivesUpWhereItsPortIsTakenAndFindsItFreeAfterwa
     EXPECT_TRUE(reset());
 }
 
-TEST_F(ResetQoSStatsFailureTest, UsesASocketWhoseSendsCannotBeLimited) {
+TEST_F(ResetQoSStatsFailureTest, UsesASocketWithoutASendTimeOut) {
     EXPECT_TRUE(resetFailing({.number = SYS_setsockopt, .error = ENOBUFS}));
 
     EXPECT_EQ(printed, (Printed{.out = "OK\n"}));
 }
 
-TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereTheRequestCannotBeSent) {
+TEST_F(ResetQoSStatsFailureTest, TimesOutIfTheRequestCannotBeSent) {
     EXPECT_FALSE(resetFailing({.number = SYS_sendto, .error = EPERM}));
 
     EXPECT_EQ(printed, (Printed{.err = "Error while sending QoS stats reset request to dispatcher, errno:1 "
@@ -65,7 +65,7 @@ TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereTheRequestCannotBeSent) {
     EXPECT_EQ(iwf.requests(), Datagrams{});
 }
 
-TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereTheAddressIsNone) {
+TEST_F(ResetQoSStatsFailureTest, TimesOutIfTheAddressIsInvalid) {
     Configuration::getConfig(Configuration::IWF).dispatcherAddress = "localhost";
 
     EXPECT_FALSE(reset());
@@ -74,7 +74,7 @@ TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereTheAddressIsNone) {
     EXPECT_EQ(iwf.requests(), Datagrams{});
 }
 
-TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereNobodyListens) {
+TEST_F(ResetQoSStatsFailureTest, TimesOutIfNobodyListens) {
     Configuration::getConfig(Configuration::IWF).dispatcherPort = 7776;
 
     EXPECT_FALSE(reset());
@@ -82,19 +82,19 @@ TEST_F(ResetQoSStatsFailureTest, WaitsInVainWhereNobodyListens) {
     EXPECT_EQ(printed, (Printed{.err = timedOut}));
 }
 
-TEST_F(ResetQoSStatsFailureTest, FailsWhereWaitingForTheAnswerFails) {
+TEST_F(ResetQoSStatsFailureTest, FailsIfWaitingForTheAnswerFails) {
     EXPECT_FALSE(resetFailing({.number = pollCall, .error = ENOMEM}));
 
     EXPECT_EQ(printed, (Printed{.err = "poll(): An error occured, errno: %sCannot allocate memory\n"}));
 }
 
-TEST_F(ResetQoSStatsFailureTest, TimesOutWhereAnAnswerThatWasAnnouncedIsNotThere) {
+TEST_F(ResetQoSStatsFailureTest, TimesOutIfAnAnnouncedAnswerIsMissing) {
     EXPECT_FALSE(resetFailing(nothingThere));
 
     EXPECT_EQ(printed, (Printed{.err = timedOut}));
 }
 
-TEST_F(ResetQoSStatsFailureTest, FailsWhereReceivingTheAnswerFails) {
+TEST_F(ResetQoSStatsFailureTest, FailsIfReceivingTheAnswerFails) {
     EXPECT_FALSE(resetFailing({.number = SYS_recvfrom, .error = EIO}));
 
     EXPECT_EQ(printed, (Printed{.err = "recv(): An error occured, errno: %sInput/output error\n"}));

@@ -12,14 +12,14 @@ protected:
     static constexpr std::size_t entrySize = 100;
 };
 
-TEST_F(ArchiveLogInfoTest, MakesItsFolderAndAnEmptyFile) {
+TEST_F(ArchiveLogInfoTest, CreatesItsFolderAndAnEmptyFile) {
     EXPECT_EQ(follow(), Printed{});
 
     EXPECT_EQ(filesBelow("/tmp/korvel"), std::vector<std::string>{"archive/dispatcher/runtime.log"});
     EXPECT_EQ(files.runtime(), "");
 }
 
-TEST_F(ArchiveLogInfoTest, EmptiesTheFileOfAnEarlierRunAndKeepsTheOthers) {
+TEST_F(ArchiveLogInfoTest, TruncatesTheFileOfAnEarlierRunAndKeepsTheOthers) {
     writeFile(files.runtimePath, "runtime of before");
     writeFile(files.startupPath + ".gz", "startup of before");
     writeFile(files.middlePath + ".gz", "middle of before");
@@ -31,7 +31,7 @@ TEST_F(ArchiveLogInfoTest, EmptiesTheFileOfAnEarlierRunAndKeepsTheOthers) {
     EXPECT_EQ(contentOfFile(files.middlePath + ".gz"), "middle of before");
 }
 
-TEST_F(ArchiveLogInfoTest, TakesOverWhatTheLogHeldBefore) {
+TEST_F(ArchiveLogInfoTest, CopiesTheEntriesFromBeforeItsStart) {
     log.write(3, entrySize);
     follow();
 
@@ -40,7 +40,7 @@ TEST_F(ArchiveLogInfoTest, TakesOverWhatTheLogHeldBefore) {
     EXPECT_EQ(files.all(), log.text());
 }
 
-TEST_F(ArchiveLogInfoTest, TakesOverEachEntryOnce) {
+TEST_F(ArchiveLogInfoTest, CopiesEachEntryOnce) {
     follow();
     for (int step = 0; step < 5; ++step) {
         log.write(3, entrySize);
@@ -51,7 +51,7 @@ TEST_F(ArchiveLogInfoTest, TakesOverEachEntryOnce) {
     }
 }
 
-TEST_F(ArchiveLogInfoTest, WritesNothingWhenThereIsNothingNew) {
+TEST_F(ArchiveLogInfoTest, WritesNothingIfThereAreNoNewEntries) {
     log.write(1, entrySize);
     follow();
     update();
@@ -76,7 +76,7 @@ TEST_F(ArchiveLogInfoTest, StaysEmptyWithAnEmptyLog) {
     EXPECT_EQ(files.all(), "");
 }
 
-TEST_F(ArchiveLogInfoTest, TakesWholeEntriesThatFitTheBufferOverSeveralSteps) {
+TEST_F(ArchiveLogInfoTest, CopiesWholeEntriesInSeveralStepsIfTheBufferIsSmall) {
     follow();
     log.write(5, entrySize);
 
@@ -86,7 +86,7 @@ TEST_F(ArchiveLogInfoTest, TakesWholeEntriesThatFitTheBufferOverSeveralSteps) {
     }
 }
 
-TEST_F(ArchiveLogInfoTest, TakesAnEntryThatFillsTheBufferUpToItsLastByte) {
+TEST_F(ArchiveLogInfoTest, CopiesAnEntryThatFillsTheBufferUpToItsLastByte) {
     follow();
     log.write(1, entrySize);
 
@@ -97,7 +97,7 @@ TEST_F(ArchiveLogInfoTest, TakesAnEntryThatFillsTheBufferUpToItsLastByte) {
     EXPECT_EQ(files.all(), log.text());
 }
 
-TEST_F(ArchiveLogInfoTest, TakesAFullLogInOneStep) {
+TEST_F(ArchiveLogInfoTest, CopiesAFullLogInOneStep) {
     follow();
     log.write(511, RecordedLog::largest);
     log.write(1, RecordedLog::largest - 1);

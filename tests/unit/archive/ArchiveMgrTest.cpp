@@ -28,7 +28,7 @@ TEST_F(ArchiveMgrTest, IsNamedArchive) {
     EXPECT_EQ(manager.getName(), "Archive");
 }
 
-TEST_F(ArchiveMgrTest, DetectsItsKeywordWhateverFollows) {
+TEST_F(ArchiveMgrTest, DetectsItsKeywordBeforeAnyOtherArguments) {
     EXPECT_TRUE(detects({"archive"}));
     EXPECT_TRUE(detects({"archive", "getport"}));
 }
@@ -41,12 +41,12 @@ TEST_F(ArchiveMgrTest, DetectsNothingElse) {
     EXPECT_FALSE(detects({"getport", "archive"}));
 }
 
-TEST_F(ArchiveMgrTest, ExplainsItself) {
+TEST_F(ArchiveMgrTest, PrintsItsHelp) {
     EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = managerHelp("Archive", "<>", "/bin/k")}));
 }
 
-TEST_F(ArchiveMgrTest, ReportsNothingAnywhereBeforeItRuns) {
+TEST_F(ArchiveMgrTest, ReportsNothingBeforeItRuns) {
     const std::vector<std::string> before = logEntries("dispatcher_log_memory");
     SystemLog systemLog;
     Korvel::setVerboseMode(true);

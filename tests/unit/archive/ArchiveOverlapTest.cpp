@@ -33,7 +33,7 @@ protected:
     }
 };
 
-TEST_F(ArchiveOverlapTest, WarnsBeforeTheEntriesThatAreLeft) {
+TEST_F(ArchiveOverlapTest, WarnsBeforeTheRemainingEntries) {
     follow();
     log.write(2, shortEntry);
     update();
@@ -47,7 +47,7 @@ TEST_F(ArchiveOverlapTest, WarnsBeforeTheEntriesThatAreLeft) {
     EXPECT_TRUE(behind == kept());
 }
 
-TEST_F(ArchiveOverlapTest, WarnsOfEveryGap) {
+TEST_F(ArchiveOverlapTest, WarnsAboutEveryGap) {
     follow();
     log.write(1, shortEntry);
     update();
@@ -61,7 +61,7 @@ TEST_F(ArchiveOverlapTest, WarnsOfEveryGap) {
     }
 }
 
-TEST_F(ArchiveOverlapTest, DoesNotWarnOfWhatWasLostBeforeItsFirstStep) {
+TEST_F(ArchiveOverlapTest, DoesNotWarnAboutEntriesLostBeforeItsFirstStep) {
     overwriteEverything();
     follow();
 
@@ -70,7 +70,7 @@ TEST_F(ArchiveOverlapTest, DoesNotWarnOfWhatWasLostBeforeItsFirstStep) {
     EXPECT_TRUE(files.all() == kept());
 }
 
-TEST_F(ArchiveOverlapTest, WarnsWhenThereWasNothingToTakeBefore) {
+TEST_F(ArchiveOverlapTest, WarnsIfThereWasNothingToCopyBefore) {
     follow();
     update();
     overwriteEverything();
@@ -82,7 +82,7 @@ TEST_F(ArchiveOverlapTest, WarnsWhenThereWasNothingToTakeBefore) {
     EXPECT_TRUE(behind == kept());
 }
 
-TEST_F(ArchiveOverlapTest, DoesNotWarnWhenOnlyWhatItHasTakenIsOverwritten) {
+TEST_F(ArchiveOverlapTest, DoesNotWarnIfOnlyCopiedEntriesAreOverwritten) {
     follow();
     for (int step = 0; step < 5; ++step) {
         log.write(200);
@@ -92,7 +92,7 @@ TEST_F(ArchiveOverlapTest, DoesNotWarnWhenOnlyWhatItHasTakenIsOverwritten) {
     EXPECT_TRUE(files.all() == log.text());
 }
 
-TEST_F(ArchiveOverlapTest, WarnsOnceWhenWhatIsLeftTakesSeveralSteps) {
+TEST_F(ArchiveOverlapTest, WarnsOnceIfTheRemainingEntriesTakeSeveralSteps) {
     follow();
     log.write(1, shortEntry);
     update();
@@ -108,7 +108,7 @@ TEST_F(ArchiveOverlapTest, WarnsOnceWhenWhatIsLeftTakesSeveralSteps) {
     EXPECT_TRUE(behind == kept());
 }
 
-TEST_F(ArchiveOverlapTest, WarnsEvenWhenTheBufferHasNoRoomForAnEntry) {
+TEST_F(ArchiveOverlapTest, WarnsEvenIfTheBufferHasNoRoomForAnEntry) {
     follow();
     log.write(1, shortEntry);
     update();
@@ -122,7 +122,7 @@ TEST_F(ArchiveOverlapTest, WarnsEvenWhenTheBufferHasNoRoomForAnEntry) {
     EXPECT_TRUE(parts(files.all()).behind == kept());
 }
 
-TEST_F(ArchiveOverlapTest, DoesNotCountTheWarningTowardsTheThreshold) {
+TEST_F(ArchiveOverlapTest, DoesNotCountTheWarningTowardTheThreshold) {
     follow();
     log.write(1, shortEntry);
     update();

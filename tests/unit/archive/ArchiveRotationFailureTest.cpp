@@ -71,7 +71,7 @@ TEST_F(ArchiveRotationFailureTest, KeepsAppendingUntilTheFileCanBeCopied) {
     EXPECT_TRUE(files.startup() == log.text());
 }
 
-TEST_F(ArchiveRotationFailureTest, LeavesTheFirstSuccessToTheStartup) {
+TEST_F(ArchiveRotationFailureTest, MakesTheFirstSuccessTheStartupFile) {
     fs::create_symlink("/tmp/nowhere", files.startupPath);
     archive(threshold);
     fs::remove(files.startupPath);
@@ -85,7 +85,7 @@ TEST_F(ArchiveRotationFailureTest, LeavesTheFirstSuccessToTheStartup) {
     EXPECT_EQ(files.runtime(), "");
 }
 
-TEST_F(ArchiveRotationFailureTest, OfTheMiddleIsTriedAgainToo) {
+TEST_F(ArchiveRotationFailureTest, IsRetriedForTheMiddleFileToo) {
     archive(threshold);
     fs::create_symlink("/tmp/nowhere", files.middlePath);
 
@@ -98,14 +98,14 @@ TEST_F(ArchiveRotationFailureTest, OfTheMiddleIsTriedAgainToo) {
     EXPECT_EQ(files.runtime(), "");
 }
 
-TEST_F(ArchiveRotationFailureTest, IsNotTriedAgainBeforeThereIsMoreToWrite) {
+TEST_F(ArchiveRotationFailureTest, IsNotRetriedBeforeThereIsMoreToWrite) {
     fs::create_symlink("/tmp/nowhere", files.startupPath);
     archive(threshold);
 
     EXPECT_EQ(update(), Printed{});
 }
 
-TEST_F(ArchiveRotationFailureTest, LeavesTheMiddleOfBeforeWhereNothingCanBeCopied) {
+TEST_F(ArchiveRotationFailureTest, KeepsTheEarlierMiddleFileIfNothingCanBeCopied) {
     archive(threshold);
     archive(threshold);
     const std::string before = files.middle();
@@ -117,7 +117,7 @@ TEST_F(ArchiveRotationFailureTest, LeavesTheMiddleOfBeforeWhereNothingCanBeCopie
     EXPECT_TRUE(files.all() == log.text());
 }
 
-TEST_F(ArchiveRotationFailureTest, CountsACommandThatCannotBeFoundAsFailed) {
+TEST_F(ArchiveRotationFailureTest, TreatsAMissingCommandAsAFailure) {
     setSearchPath("/tmp/nowhere");
 
     EXPECT_EQ(archive(threshold),
@@ -126,7 +126,7 @@ TEST_F(ArchiveRotationFailureTest, CountsACommandThatCannotBeFoundAsFailed) {
     EXPECT_TRUE(files.runtime() == log.text());
 }
 
-TEST_F(ArchiveRotationFailureTest, OfTheReopeningLeavesTheCompressedFileAndEndsTheFollowing) {
+TEST_F(ArchiveRotationFailureTest, StopsFollowingIfTheFileCannotBeReopened) {
     setSearchPath(searchPathWith("cp", "/bin/cp \"$@\" && rm \"$1\" && mkdir \"$1\"\n"));
     EXPECT_EQ(archive(threshold), Printed{});
     const std::string first = log.text();

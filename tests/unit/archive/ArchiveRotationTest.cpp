@@ -15,7 +15,7 @@ protected:
     std::vector<std::string> names() const { return filesBelow(files.directory); }
 };
 
-TEST_F(ArchiveRotationTest, WaitsForTheLastByteOfTheThreshold) {
+TEST_F(ArchiveRotationTest, DoesNotHappenOneByteBelowTheThreshold) {
     EXPECT_EQ(archive(threshold - 1), Printed{});
 
     EXPECT_EQ(names(), std::vector<std::string>{"runtime.log"});
@@ -30,7 +30,7 @@ TEST_F(ArchiveRotationTest, HappensAtExactlyTheThreshold) {
     EXPECT_TRUE(files.startup() == log.text());
 }
 
-TEST_F(ArchiveRotationTest, TakesAllOfTheStepThatReachedTheThreshold) {
+TEST_F(ArchiveRotationTest, IncludesTheWholeStepThatReachesTheThreshold) {
     archive(threshold - 1);
     log.write(400);
 
@@ -40,7 +40,7 @@ TEST_F(ArchiveRotationTest, TakesAllOfTheStepThatReachedTheThreshold) {
     EXPECT_TRUE(files.startup() == log.text());
 }
 
-TEST_F(ArchiveRotationTest, LetsTheNextFileBeginAtItsBeginning) {
+TEST_F(ArchiveRotationTest, StartsTheNextFileEmpty) {
     archive(threshold);
     const std::string first = log.text();
 
@@ -51,7 +51,7 @@ TEST_F(ArchiveRotationTest, LetsTheNextFileBeginAtItsBeginning) {
     EXPECT_EQ(files.runtime(), since(first));
 }
 
-TEST_F(ArchiveRotationTest, GoesToTheMiddleTheSecondTime) {
+TEST_F(ArchiveRotationTest, WritesTheMiddleFileTheSecondTime) {
     archive(threshold);
     const std::string first = log.text();
     EXPECT_EQ(archive(threshold - 1), Printed{});
@@ -66,7 +66,7 @@ TEST_F(ArchiveRotationTest, GoesToTheMiddleTheSecondTime) {
     EXPECT_EQ(files.runtime(), "");
 }
 
-TEST_F(ArchiveRotationTest, ReplacesTheMiddleEveryLaterTime) {
+TEST_F(ArchiveRotationTest, ReplacesTheMiddleFileEveryLaterTime) {
     archive(threshold);
     const std::string first = log.text();
     for (int time = 2; time <= 5; ++time) {
@@ -81,7 +81,7 @@ TEST_F(ArchiveRotationTest, ReplacesTheMiddleEveryLaterTime) {
     }
 }
 
-TEST_F(ArchiveRotationTest, LosesNoByteOfTwoTimesAndARest) {
+TEST_F(ArchiveRotationTest, LosesNoByteInTwoRotationsAndTheRest) {
     for (int step = 0; step < 13; ++step) {
         log.write(97);
         log.write(1, 1000);

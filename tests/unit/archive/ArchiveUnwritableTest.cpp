@@ -39,7 +39,7 @@ private:
     void (*before)(int);
 };
 
-TEST_F(ArchiveUnwritableTest, IsIdleAfterAWriteThatFailed) {
+TEST_F(ArchiveUnwritableTest, IsIdleAfterAFailedWrite) {
     follow();
     {
         const ResourceLimit limit = fileLimit(entrySize);
@@ -53,7 +53,7 @@ TEST_F(ArchiveUnwritableTest, IsIdleAfterAWriteThatFailed) {
     expectIdle();
 }
 
-TEST_F(ArchiveUnwritableTest, IsIdleAfterAWarningThatCouldNotBeWritten) {
+TEST_F(ArchiveUnwritableTest, IsIdleAfterAFailedWriteOfTheWarning) {
     follow();
     log.write(1, entrySize);
     update();
@@ -81,7 +81,7 @@ TEST_F(ArchiveUnwritableTest, IsIdleOnAFullDisk) {
     expectIdle();
 }
 
-TEST_F(ArchiveUnwritableTest, IsIdleWhereADirectoryHasTheFilesName) {
+TEST_F(ArchiveUnwritableTest, IsIdleIfADirectoryHasTheFilesName) {
     fs::create_directories(files.runtimePath);
     EXPECT_EQ(follow(), Printed{});
 
@@ -98,7 +98,7 @@ TEST_F(ArchiveUnwritableTest, DoesNotWaitForAReaderOfAPipe) {
     EXPECT_TRUE(fs::is_fifo(files.runtimePath));
 }
 
-TEST_F(ArchiveUnwritableTest, SaysWhatTheShellSaysWhereTheFolderCannotBeMade) {
+TEST_F(ArchiveUnwritableTest, PrintsTheShellsErrorIfTheFolderCannotBeCreated) {
     writeFile("/tmp/korvel", "a file");
 
     EXPECT_EQ(follow(), (Printed{.err = "mkdir: cannot create directory '/tmp/korvel': Not a directory\n"

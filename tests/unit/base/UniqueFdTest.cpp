@@ -31,7 +31,7 @@ TEST_F(OwnedDescriptor, MovesFromOwnerToOwner) {
     EXPECT_FALSE(next);  // NOLINT(bugprone-use-after-move): an owner that gave up is empty
 }
 
-TEST_F(OwnedDescriptor, StaysWhereItsOwnerIsAssignedToItself) {
+TEST_F(OwnedDescriptor, SurvivesSelfAssignmentOfItsOwner) {
     Base::UniqueFd& same = owner;
     owner = std::move(same);
 
@@ -39,7 +39,7 @@ TEST_F(OwnedDescriptor, StaysWhereItsOwnerIsAssignedToItself) {
     EXPECT_TRUE(isOpen(number));
 }
 
-TEST_F(OwnedDescriptor, IsClosedForAnotherThatTakesItsPlace) {
+TEST_F(OwnedDescriptor, IsClosedWhenAnotherReplacesIt) {
     const int other = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
 
     owner.reset(other);
@@ -64,7 +64,7 @@ TEST_F(OwnedDescriptor, ReportsACloseThatFailed) {
     EXPECT_FALSE(owner);
 }
 
-TEST_F(OwnedDescriptor, LeavesErrnoAloneWhereItIsReset) {
+TEST_F(OwnedDescriptor, DoesNotChangeErrnoWhenItIsReset) {
     ::close(number);
     errno = ENOSPC;
 

@@ -108,7 +108,7 @@ static_assert(requires(AddInterfaceAction & action, int argc, char** argv) {
     { action.handleRequest() } -> same_as<bool>;
 });
 
-TEST(ActionsInterface, HasKeywordsThatAreKnownWithoutAnAction) {
+TEST(ActionsInterface, HasKeywordsThatNeedNoAction) {
     EXPECT_EQ(MemoryDumpAction::keyword, "mem_dump");
     EXPECT_EQ(DescriptorDumpAction::keyword, "desc_dump");
     EXPECT_EQ(AddInterfaceAction::keyword, "add_interface");

@@ -100,7 +100,7 @@ TEST(CommonInterface, NumbersTheDispatcherInstances) {
     EXPECT_EQ(int{Configuration::SFN}, 1);
 }
 
-TEST(CommonInterface, LetsAManagerKeepWhatTheBaseDoes) {
+TEST(CommonInterface, LetsAManagerInheritTheDefaults) {
     Manager manager("Name");
 
     EXPECT_EQ(manager.getName(), "Name");

@@ -55,7 +55,7 @@ TEST(ConfigInterface, NumbersTheDeploymentsAndTheDispatcherTypes) {
     EXPECT_EQ(int{dispatcherTypeSFN}, 1);
 }
 
-TEST(ConfigInterface, TakesLinesOneByOne) {
+TEST(ConfigInterface, ParsesSingleLines) {
     Config config(noFile);
 
     EXPECT_TRUE(config.parseLine("doNotCollectLogOnExit = 1"));
@@ -66,7 +66,7 @@ TEST(ConfigInterface, TakesLinesOneByOne) {
     EXPECT_EQ(config.getDeploymentConfigFile(0), "/etc/QEL_IWF.cfg");
 }
 
-TEST(ConfigInterface, TakesEntriesOutOfALineOneByOne) {
+TEST(ConfigInterface, ParsesTheEntriesOfALine) {
     std::istringstream line(" key = value ");
     std::string entry;
 
@@ -77,7 +77,7 @@ TEST(ConfigInterface, TakesEntriesOutOfALineOneByOne) {
     EXPECT_FALSE(Config::getEntry(line, entry));
 }
 
-TEST(ConfigInterface, ReadsADeploymentOutOfAnyStream) {
+TEST(ConfigInterface, ReadsADeploymentFromAnyStream) {
     std::istringstream empty;
     std::istringstream antenna("8core_SfnAnt");
 
@@ -86,7 +86,7 @@ TEST(ConfigInterface, ReadsADeploymentOutOfAnyStream) {
     EXPECT_EQ(Config::parseSFNType(antenna), 2);
 }
 
-TEST(ConfigInterface, TellsExecutablesFromOtherFiles) {
+TEST(ConfigInterface, DistinguishesExecutablesFromOtherFiles) {
     EXPECT_TRUE(Config::isExecutable("/bin/sh"));
     EXPECT_FALSE(Config::isExecutable("/etc/passwd"));
 }

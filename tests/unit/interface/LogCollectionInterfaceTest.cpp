@@ -130,7 +130,7 @@ TEST(LogCollectionInterface, ListsTheStateFiles) {
     EXPECT_EQ(shown(FuseLogCollector::fuseLogsFiles), Rows{"/tmp/fuse/HistoryLog / NETFP LOG"});
 }
 
-TEST(LogCollectionInterface, TellsWhichBitsAMaskHas) {
+TEST(LogCollectionInterface, ReturnsTheBitsOfAMask) {
     using Ti = TiLogCollector::Mode;
     using Fuse = FuseLogCollector::Mode;
     for (const unsigned bit : {1U, 2U, 4U, 8U, 16U}) {

@@ -50,14 +50,14 @@ TEST(SupervisionInterface, NamesTheManager) {
     EXPECT_EQ(SupervisionMgr().getName(), "Supervision");
 }
 
-TEST(SupervisionInterface, NumbersWhatAPeerAnswered) {
+TEST(SupervisionInterface, NumbersTheAnswersOfAPeer) {
     EXPECT_EQ(HeartbeatRespStatus::toString(Status{0}), "NOT_RECEIVED");
     EXPECT_EQ(HeartbeatRespStatus::toString(Status{1}), "OK");
     EXPECT_EQ(HeartbeatRespStatus::toString(Status{2}), "ERROR");
     EXPECT_EQ(HeartbeatRespStatus::toString(Status{3}), "");
 }
 
-TEST(SupervisionInterface, BeginsWithNothingReceived) {
+TEST(SupervisionInterface, StartsWithNothingReceived) {
     const auto& [netfpProxy, iwf, sfn] = HeartbeatRespStatus{};
 
     EXPECT_EQ(netfpProxy, Status{0});

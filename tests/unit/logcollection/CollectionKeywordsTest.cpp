@@ -72,7 +72,7 @@ TEST(CollectionKeywordsTest, FoldsCoverageInTheOrderGiven) {
     }
 }
 
-TEST(CollectionKeywordsTest, FindsWholeWordsInTheirCaseAlone) {
+TEST(CollectionKeywordsTest, FindsOnlyWholeWordsInTheirCase) {
     for (const std::string word : {"", "Print", "prin", "prints", "pkg-", "ALL", "dall*", " all", "fuse"}) {
         EXPECT_EQ(findCollectionKeyword(word), nullptr) << word;
     }
@@ -87,7 +87,7 @@ TEST(CollectionKeywordsTest, HasNoKeywordTwice) {
     }
 }
 
-TEST(CollectionKeywordsTest, CoversNothingOrEverythingByIdInTheOrderOfTheRun) {
+TEST(CollectionKeywordsTest, CoversNothingOrEverythingInTheOrderOfTheRun) {
     EXPECT_EQ(Korvel::noCoverage(), masks(0, 0, 0));
     EXPECT_EQ(Korvel::fullCoverage(), masks(31, 3, 7));
     std::vector<std::string> order;

@@ -84,7 +84,7 @@ private:
     std::atomic<bool> released = false;
 };
 
-TEST_F(CollectionLockTest, IsHadAtOnceAndHeldToTheEnd) {
+TEST_F(CollectionLockTest, IsTakenImmediatelyAndHeldUntilTheEnd) {
     EXPECT_EQ(take(first), "");
     EXPECT_FALSE(isFree());
 
@@ -93,7 +93,7 @@ TEST_F(CollectionLockTest, IsHadAtOnceAndHeldToTheEnd) {
     EXPECT_TRUE(isFree());
 }
 
-TEST_F(CollectionLockTest, TakesADirectoryThatIsThere) {
+TEST_F(CollectionLockTest, AcceptsAnExistingDirectory) {
     writeFile("/tmp/locked/kept.log", "kept");
 
     EXPECT_EQ(take(first), "");
@@ -102,7 +102,7 @@ TEST_F(CollectionLockTest, TakesADirectoryThatIsThere) {
     EXPECT_EQ(contentOfFile("/tmp/locked/kept.log"), "kept");
 }
 
-TEST_F(CollectionLockTest, WaitsForAnotherWhichIsReportedOnce) {
+TEST_F(CollectionLockTest, WaitsForAnotherHolderAndReportsItOnce) {
     take(first);
 
     EXPECT_EQ(takeAfter(second,
@@ -115,7 +115,7 @@ TEST_F(CollectionLockTest, WaitsForAnotherWhichIsReportedOnce) {
     EXPECT_FALSE(isFree());
 }
 
-TEST_F(CollectionLockTest, IsDoneWithoutWhenTheTimeIsUp) {
+TEST_F(CollectionLockTest, IsSkippedAfterTheTimeOut) {
     take(first);
     const auto start = std::chrono::steady_clock::now();
 
@@ -126,7 +126,7 @@ TEST_F(CollectionLockTest, IsDoneWithoutWhenTheTimeIsUp) {
     EXPECT_FALSE(isFree());  // the first one's still
 }
 
-TEST_F(CollectionLockTest, IsDoneWithoutWhereTheDirectoryCannotBeHad) {
+TEST_F(CollectionLockTest, IsSkippedIfTheDirectoryCannotBeOpened) {
     writeFile(directory, "a file");
     EXPECT_EQ(take(first), "");
 
@@ -149,7 +149,7 @@ TEST_F(CollectionLockTest, IsNotInheritedByCommands) {
               "0\n");
 }
 
-TEST_F(CollectionLockTest, OfADirectoryThatWasRemovedIsWaitedForAllTheSame) {
+TEST_F(CollectionLockTest, WaitsForAHolderWhoseDirectoryWasRemoved) {
     take(first);
 
     EXPECT_EQ(takeAfter(second,
@@ -164,7 +164,7 @@ TEST_F(CollectionLockTest, OfADirectoryThatWasRemovedIsWaitedForAllTheSame) {
     EXPECT_FALSE(isFree());  // the directory in its place
 }
 
-TEST_F(CollectionLockTest, OfADirectoryThatWasRemovedAndLockedAnewIsWaitedForTwice) {
+TEST_F(CollectionLockTest, WaitsAgainIfTheNewDirectoryIsLockedToo) {
     take(first);
     std::optional<CollectionLock> third;
 

@@ -119,7 +119,7 @@ TEST_F(CollectorMgrRequestTest, CollectsEverythingForPrintAloneAndWritesNoFiles)
     EXPECT_EQ(dumpedFiles(), std::vector<std::string>{});
 }
 
-TEST_F(CollectorMgrRequestTest, CreatesFilesAndThePackageForPkgAloneAndPrintsNothing) {
+TEST_F(CollectorMgrRequestTest, CreatesFilesAndThePackageForPkgAndPrintsNothing) {
     EXPECT_TRUE(request({"pkg"}));
 
     EXPECT_EQ(printed, Printed{.err = nothingRuns});
@@ -172,7 +172,7 @@ TEST_F(CollectorMgrRequestTest, SelectsTheSyslibLogBySlogAndNetfpAndAll) {
     }
 }
 
-TEST_F(CollectorMgrRequestTest, SkipsTheOtherCollectorsWithoutAWordUnlessVerbose) {
+TEST_F(CollectorMgrRequestTest, SkipsTheOtherCollectorsSilentlyOutsideVerboseMode) {
     EXPECT_TRUE(request({"server", "print"}));
 
     EXPECT_EQ(printed, (Printed{.out = headerLine("netfp_server") + "\n", .err = nothingRuns}));
@@ -193,7 +193,7 @@ TEST_F(CollectorMgrRequestTest, CollectsDumpsPacksAndThenPrints) {
                                 .err = nothingRuns}));
 }
 
-TEST_F(CollectorMgrRequestTest, IsNotEndedBySigtermWhileItMakesAPackage) {
+TEST_F(CollectorMgrRequestTest, IgnoresSigtermWhileItCreatesAPackage) {
     EXPECT_TRUE(request({"pkg", "dlog"}));
 
     struct sigaction action {};
@@ -205,7 +205,7 @@ TEST_F(CollectorMgrRequestTest, IsNotEndedBySigtermWhileItMakesAPackage) {
     EXPECT_EQ(std::raise(SIGTERM), 0);
 }
 
-TEST_F(CollectorMgrRequestTest, CanBeEndedBySigtermWhileItMakesNone) {
+TEST_F(CollectorMgrRequestTest, EndsOnSigtermIfItCreatesNoPackage) {
     EXPECT_TRUE(request({"dump", "print", "dlog"}));
 
     struct sigaction action {};
@@ -213,13 +213,13 @@ TEST_F(CollectorMgrRequestTest, CanBeEndedBySigtermWhileItMakesNone) {
     EXPECT_EQ(action.sa_handler, SIG_DFL);
 }
 
-TEST_F(CollectorMgrRequestTest, AcceptsAFailedPackage) {
+TEST_F(CollectorMgrRequestTest, SucceedsEvenIfThePackageFails) {
     fs::remove_all(packageFolder);
 
     EXPECT_TRUE(request({"pkg-pm", "dlog"}));
 }
 
-TEST_F(CollectorMgrRequestTest, SkipsAShutdownPackageThatIsNotEnabledWithoutAWord) {
+TEST_F(CollectorMgrRequestTest, SilentlySkipsAShutdownPackageThatIsNotEnabled) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(request({"pkg-sdown"}));
@@ -231,7 +231,7 @@ TEST_F(CollectorMgrRequestTest, SkipsAShutdownPackageThatIsNotEnabledWithoutAWor
     EXPECT_EQ(filesBelow(packageFolder), std::vector<std::string>{});
 }
 
-TEST_F(CollectorMgrRequestTest, MakesAShutdownPackageThatIsEnabled) {
+TEST_F(CollectorMgrRequestTest, CreatesAShutdownPackageThatIsEnabled) {
     const BoardCommand gathering("fp_linux_log_collect", "");
     Configuration::setCollectLogsOnExit();
 

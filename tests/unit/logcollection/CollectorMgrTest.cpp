@@ -31,7 +31,7 @@ TEST_F(CollectorMgrTest, IsNamedLogCollection) {
     EXPECT_EQ(manager.getName(), "LogCollection");
 }
 
-TEST_F(CollectorMgrTest, ClaimsEveryOutputModeAndAllAnywhereAmongTheArguments) {
+TEST_F(CollectorMgrTest, DetectsOutputModesAndAllAnywhereInTheArguments) {
     for (const std::string word :
          {"print", "dump", "pkg", "pkg-trs", "pkg-sup", "pkg-pm", "pkg-sdown", "all"}) {
         EXPECT_TRUE(detect({word})) << word;
@@ -40,7 +40,7 @@ TEST_F(CollectorMgrTest, ClaimsEveryOutputModeAndAllAnywhereAmongTheArguments) {
     }
 }
 
-TEST_F(CollectorMgrTest, DoesNotClaimOtherCoverageKeywords) {
+TEST_F(CollectorMgrTest, DoesNotDetectOtherCoverageKeywords) {
     for (const std::string word :
          {"netfp", "proxy", "server", "master", "resmgr", "slog", "dinf", "dstat", "dlog", "dall"}) {
         EXPECT_FALSE(detect({word})) << word;
@@ -48,7 +48,7 @@ TEST_F(CollectorMgrTest, DoesNotClaimOtherCoverageKeywords) {
     EXPECT_FALSE(detect({"netfp", "dall"}));
 }
 
-TEST_F(CollectorMgrTest, ClaimsNothingElse) {
+TEST_F(CollectorMgrTest, DetectsNothingElse) {
     Korvel::setVerboseMode(true);
     EXPECT_FALSE(detect({}));
     for (const std::string word : {"", "Print", "ALL", "pkg-", "pkg-foo", "dumps", "all*", "getport"}) {
@@ -56,18 +56,18 @@ TEST_F(CollectorMgrTest, ClaimsNothingElse) {
     }
 }
 
-TEST_F(CollectorMgrTest, DoesNotLookAtTheProgramsName) {
+TEST_F(CollectorMgrTest, IgnoresTheProgramName) {
     std::string name = "print";
     char* arguments[] = {name.data(), nullptr};
 
     EXPECT_FALSE(manager.detectKeywords(1, arguments));
 }
 
-TEST_F(CollectorMgrTest, ExplainsItsKeywords) {
+TEST_F(CollectorMgrTest, PrintsItsHelp) {
     EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = managerHelp("Log Collection", "<>", "/bin/k")}));
 }
 
-TEST_F(CollectorMgrTest, HasNothingLeftToDoAfterTheRequest) {
+TEST_F(CollectorMgrTest, HasNoFurtherWorkAfterTheRequest) {
     EXPECT_TRUE(manager.run());
 }

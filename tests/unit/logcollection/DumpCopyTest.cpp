@@ -69,7 +69,7 @@ TEST_F(DumpCopyTest, HasEveryByteOfItsSource) {
     expectDone(copy);
 }
 
-TEST_F(DumpCopyTest, IsMadeAgainAsTheSourceGrows) {
+TEST_F(DumpCopyTest, IsRepeatedAsTheSourceGrows) {
     writeFile(source, "begun");
     DumpCopy copy = copyOfSource();
     EXPECT_TRUE(copy.take(text));
@@ -81,7 +81,7 @@ TEST_F(DumpCopyTest, IsMadeAgainAsTheSourceGrows) {
     EXPECT_EQ(contentOfFile(destination), "begun and ended");
 }
 
-TEST_F(DumpCopyTest, IsNotMadeOfASourceThatIsNotThere) {
+TEST_F(DumpCopyTest, IsNotMadeOfAMissingSource) {
     DumpCopy copy = copyOfSource();
 
     EXPECT_FALSE(copy.take(text));
@@ -92,7 +92,7 @@ TEST_F(DumpCopyTest, IsNotMadeOfASourceThatIsNotThere) {
     expectDone(copy);
 }
 
-TEST_F(DumpCopyTest, ReportsADirectoryInItsPlaceAndHasTheTextAllTheSame) {
+TEST_F(DumpCopyTest, ReportsADirectoryInItsPlaceAndStillHasTheText) {
     writeFile(source, "content");
     fs::create_directory(destination);
     DumpCopy copy = copyOfSource();
@@ -103,7 +103,7 @@ TEST_F(DumpCopyTest, ReportsADirectoryInItsPlaceAndHasTheTextAllTheSame) {
     EXPECT_EQ(reasonToStay(copy), "Error while writing /tmp/copies/destination: Is a directory\n");
 }
 
-TEST_F(DumpCopyTest, ReportsAFolderThatIsMissingAndHasTheTextAllTheSame) {
+TEST_F(DumpCopyTest, ReportsAMissingFolderAndStillHasTheText) {
     writeFile(source, "content");
     fs::remove("/tmp/copies");
     DumpCopy copy = copyOfSource();
@@ -114,7 +114,7 @@ TEST_F(DumpCopyTest, ReportsAFolderThatIsMissingAndHasTheTextAllTheSame) {
     EXPECT_EQ(reasonToStay(copy), "Error while writing /tmp/copies/destination: No such file or directory\n");
 }
 
-TEST_F(DumpCopyTest, HasNoTextAndNoWordWhereItsFolderWasRemovedOnPurpose) {
+TEST_F(DumpCopyTest, SilentlyHasNoTextIfItsFolderWasRemovedOnPurpose) {
     writeFile(source, "content");
     fs::remove("/tmp/copies");
     DumpCopy copy = copyOfSource({}, DumpCopy::Directory::mayBeMissing);
@@ -125,7 +125,7 @@ TEST_F(DumpCopyTest, HasNoTextAndNoWordWhereItsFolderWasRemovedOnPurpose) {
     expectDone(copy);
 }
 
-TEST_F(DumpCopyTest, ReportsOtherFailuresWhereItsFolderWasRemovedOnPurpose) {
+TEST_F(DumpCopyTest, ReportsOtherFailuresIfItsFolderWasRemovedOnPurpose) {
     writeFile(source, "content");
     fs::create_directory(destination);
     DumpCopy copy = copyOfSource({}, DumpCopy::Directory::mayBeMissing);
@@ -136,7 +136,7 @@ TEST_F(DumpCopyTest, ReportsOtherFailuresWhereItsFolderWasRemovedOnPurpose) {
     EXPECT_EQ(reasonToStay(copy), "Error while writing /tmp/copies/destination: Is a directory\n");
 }
 
-TEST_F(DumpCopyTest, ReportsAFullDiskAndHasTheTextAllTheSame) {
+TEST_F(DumpCopyTest, ReportsAFullDiskAndStillHasTheText) {
     writeFile(source, "content");
     fs::create_symlink("/dev/full", destination);
     DumpCopy copy = copyOfSource();
@@ -147,7 +147,7 @@ TEST_F(DumpCopyTest, ReportsAFullDiskAndHasTheTextAllTheSame) {
     EXPECT_EQ(reasonToStay(copy), "Error while writing /tmp/copies/destination: No space left on device\n");
 }
 
-TEST_F(DumpCopyTest, ForgetsAFailureThatALaterTryMadeUpFor) {
+TEST_F(DumpCopyTest, DropsAFailureAfterASuccessfulRetry) {
     writeFile(source, "content");
     fs::create_directory(destination);
     DumpCopy copy = copyOfSource();
@@ -159,7 +159,7 @@ TEST_F(DumpCopyTest, ForgetsAFailureThatALaterTryMadeUpFor) {
     expectDone(copy);
 }
 
-TEST_F(DumpCopyTest, ReportsAFailureThatNothingCanMakeUpForSinceTheSourceIsGone) {
+TEST_F(DumpCopyTest, ReportsAFailureIfTheSourceIsGone) {
     writeFile(source, "content");
     fs::create_directory(destination);
     DumpCopy copy = copyOfSource();
@@ -199,7 +199,7 @@ TEST_F(DumpCopyTest, ReportsASourceThatCannotBeRead) {
     }
 }
 
-TEST_F(DumpCopyTest, ReportsWhatIsLeftOutAndLeavesItWhereItIs) {
+TEST_F(DumpCopyTest, ReportsThatItIsCutAndKeepsTheSource) {
     writeFile(source, "12345");
     DumpCopy copy = copyOfSource({.sizeLimit = 4});
 
@@ -210,7 +210,7 @@ TEST_F(DumpCopyTest, ReportsWhatIsLeftOutAndLeavesItWhereItIs) {
     EXPECT_EQ(reasonToStay(copy), "/tmp/dump/source is larger than 4 bytes, cut\n");
 }
 
-TEST_F(DumpCopyTest, SeesEachWayInWhichASourceBecomesAnother) {
+TEST_F(DumpCopyTest, DetectsEveryKindOfChangeOfTheSource) {
     const struct {
         std::string way;
         void (*change)();
@@ -243,7 +243,7 @@ TEST_F(DumpCopyTest, SeesEachWayInWhichASourceBecomesAnother) {
     }
 }
 
-TEST_F(DumpCopyTest, SeesASourceAppearAndDisappear) {
+TEST_F(DumpCopyTest, DetectsThatASourceAppearsAndDisappears) {
     DumpCopy copy = copyOfSource();
     EXPECT_FALSE(copy.hasSourceChanged());
 
@@ -264,7 +264,7 @@ TEST_F(DumpCopyTest, KeepsTheTimesOfASourceThatHasNotChanged) {
     EXPECT_EQ(fs::last_write_time(destination), fs::last_write_time(source));
 }
 
-TEST_F(DumpCopyTest, HasItsOwnTimesWhereTheSourceHasChanged) {
+TEST_F(DumpCopyTest, HasItsOwnTimesIfTheSourceHasChanged) {
     writeFile(source, "stale");
     fs::last_write_time(source, longAgo());
     DumpCopy copy = copyOfSource();

@@ -64,7 +64,7 @@ TEST_F(FuseLogCollectorOutputTest, ShowsEachSourceUnderItsHeader) {
                                       headerLine("NETFP LOG") + history + "\n"}));
 }
 
-TEST_F(FuseLogCollectorOutputTest, WritesEachSourceAsItStandsToItsFile) {
+TEST_F(FuseLogCollectorOutputTest, WritesEachSourceUnchangedToItsFile) {
     const std::string history = writeSharedLog("dispatcher_log_memory", {"first", "second"});
     collect(FuseCoverage::everything);
 
@@ -78,7 +78,7 @@ TEST_F(FuseLogCollectorOutputTest, WritesEachSourceAsItStandsToItsFile) {
     EXPECT_EQ(contentOfFile(outFolder + "/iwf/tracing_on.log"), "state of tracing_on");
 }
 
-TEST_F(FuseLogCollectorOutputTest, KeepsWhatTheFilesHeldWhenTheyWereCollected) {
+TEST_F(FuseLogCollectorOutputTest, KeepsTheTextFromTheTimeOfCollection) {
     collect(FuseCoverage::information);
     writeFile("/tmp/fuse/iwf/tracing_on", "changed");
 
@@ -87,7 +87,7 @@ TEST_F(FuseLogCollectorOutputTest, KeepsWhatTheFilesHeldWhenTheyWereCollected) {
     EXPECT_EQ(contentOfFile(outFolder + "/iwf/tracing_on.log"), "state of tracing_on");
 }
 
-TEST_F(FuseLogCollectorOutputTest, ReportsAnEmptyFileWritesNoneForItAndShowsItsHeader) {
+TEST_F(FuseLogCollectorOutputTest, ReportsAnEmptyFileAndShowsOnlyItsHeader) {
     writeFile("/tmp/fuse/iwf/tracing_on", "");
     EXPECT_EQ(collect(FuseCoverage::information), Printed{});
 
@@ -119,7 +119,7 @@ TEST_F(FuseLogCollectorOutputTest, ReportsAnEmptyHistoryLog) {
     EXPECT_EQ(show(), (Printed{.out = headerLine("NETFP LOG") + "\n"}));
 }
 
-TEST_F(FuseLogCollectorOutputTest, ReportsADirectoryThatCannotBeCreatedByTheFilesThatItCannotOpen) {
+TEST_F(FuseLogCollectorOutputTest, ReportsEachFileIfTheDirectoryCannotBeCreated) {
     collect(FuseCoverage::information);
     const BoardCommand mkdir("mkdir", "exit 1");
 

@@ -86,7 +86,7 @@ TEST_F(FuseLogCollectorTest, CollectsInformationAndStatisticsByTheirBits) {
         reading({"/tmp/fuse/iwf/dispatcherCpu", "/tmp/fuse/iwf/dmaStats", "/tmp/fuse/iwf/fpBridgeStats"}));
 }
 
-TEST_F(FuseLogCollectorTest, CollectsBridgeStatisticsOfIwfWhereTheTreeHasNoSfnDirectory) {
+TEST_F(FuseLogCollectorTest, CollectsBridgeStatisticsOfIwfWithoutAnSfnDirectory) {
     Configuration::setDispatcherInstance(Configuration::IWF);
     publish("iwf");
     const Printed withBridge =
@@ -103,7 +103,7 @@ TEST_F(FuseLogCollectorTest, CollectsBridgeStatisticsOfIwfWhereTheTreeHasNoSfnDi
     EXPECT_EQ(sourcesOf(FuseCoverage::statistics), withoutBridge);
 }
 
-TEST_F(FuseLogCollectorTest, NeverCollectsBridgeStatisticsWhereSfnAloneIsSelected) {
+TEST_F(FuseLogCollectorTest, NeverCollectsBridgeStatisticsIfOnlySfnIsSelected) {
     Configuration::setDispatcherInstance(Configuration::SFN);
 
     Printed expected = reading({"/tmp/fuse/sfn/dispatcherCpu", "/tmp/fuse/sfn/dmaStats"});
@@ -112,7 +112,7 @@ TEST_F(FuseLogCollectorTest, NeverCollectsBridgeStatisticsWhereSfnAloneIsSelecte
     EXPECT_EQ(sourcesOf(FuseCoverage::statistics), expected);
 }
 
-TEST_F(FuseLogCollectorTest, FixesItsFilesWhenItIsCreated) {
+TEST_F(FuseLogCollectorTest, ChoosesItsFilesWhenItIsConstructed) {
     Configuration::setDispatcherInstance(Configuration::IWF);
     publish("iwf");
     FuseLogCollector collector("/tmp/korvel", FuseCoverage::statistics);

@@ -60,7 +60,7 @@ TEST_F(LogCollectorLimitTest, GivesAllCollectorsTogetherFortyEightMebibytes) {
     EXPECT_EQ(GatheringCollector::room(), 0U);
 }
 
-TEST_F(LogCollectorLimitTest, CutsATextToTheRoomWithAWord) {
+TEST_F(LogCollectorLimitTest, CutsATextAtTheLimitAndReportsIt) {
     gather(collector, {16 * mebibyte, 16 * mebibyte, 16 * mebibyte - 3});
     std::string text;
 
@@ -71,7 +71,7 @@ TEST_F(LogCollectorLimitTest, CutsATextToTheRoomWithAWord) {
     EXPECT_EQ(GatheringCollector::room(), 0U);
 }
 
-TEST_F(LogCollectorLimitTest, HasItsRoomBackWhereACollectorEnds) {
+TEST_F(LogCollectorLimitTest, ReturnsTheRoomWhenACollectorEnds) {
     std::optional<GatheringCollector> another;
     another.emplace();
     gather(*another, {16 * mebibyte, 16 * mebibyte, 15 * mebibyte});

@@ -27,7 +27,7 @@ TEST(LogCollectorTest, CreatesItsDirectoryWithAllParents) {
     EXPECT_TRUE(std::filesystem::is_directory("/tmp/a/b/c"));
 }
 
-TEST(LogCollectorTest, IsContentWithADirectoryThatIsThere) {
+TEST(LogCollectorTest, AcceptsAnExistingDirectory) {
     writeFile("/tmp/a/kept.log", "kept");
 
     EXPECT_EQ(printedBy([] { const IdleCollector collector("/tmp/a"); }), Printed{});
@@ -35,7 +35,7 @@ TEST(LogCollectorTest, IsContentWithADirectoryThatIsThere) {
     EXPECT_EQ(contentOfFile("/tmp/a/kept.log"), "kept");
 }
 
-TEST(LogCollectorTest, ReportsADirectoryThatCannotBeCreatedAndLives) {
+TEST(LogCollectorTest, ReportsADirectoryThatCannotBeCreatedAndContinues) {
     const BoardCommand mkdir("mkdir", "exit 1");
 
     EXPECT_EQ(printedBy([] { const IdleCollector collector("/tmp/a/b"); }),

@@ -44,7 +44,7 @@ TEST_F(MmiLogCollectorFailureTest, GivesUpWithoutASocket) {
     expectGivenUp();
 }
 
-TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheAddressIsNone) {
+TEST_F(MmiLogCollectorFailureTest, GivesUpIfTheAddressIsInvalid) {
     std::string& address = Configuration::getConfig(Configuration::IWF).dispatcherAddress;
     address = "localhost";
 
@@ -54,14 +54,14 @@ TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheAddressIsNone) {
     expectGivenUp();
 }
 
-TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheLocalPortCannotBeShared) {
+TEST_F(MmiLogCollectorFailureTest, GivesUpIfTheLocalPortCannotBeShared) {
     EXPECT_EQ(collectFailing({.number = SYS_setsockopt, .error = ENOBUFS}, everything),
               (Printed{.err = "setsockopt SO_REUSEADDR error: No buffer space available\n"}));
 
     expectGivenUp();
 }
 
-TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheLocalPortIsTaken) {
+TEST_F(MmiLogCollectorFailureTest, GivesUpIfTheLocalPortIsTaken) {
     const ScriptedPeer squatter = ScriptedPeer::atLocalPort(7778);
 
     EXPECT_EQ(collect(everything),
@@ -70,7 +70,7 @@ TEST_F(MmiLogCollectorFailureTest, GivesUpWhereTheLocalPortIsTaken) {
     expectGivenUp();
 }
 
-TEST_F(MmiLogCollectorFailureTest, KeepsWhatEarlierInstancesToldWhereALaterOneFails) {
+TEST_F(MmiLogCollectorFailureTest, KeepsTheRepliesOfEarlierInstancesIfALaterOneFails) {
     const ScriptedPeer squatter = ScriptedPeer::atLocalPort(8778);
 
     EXPECT_EQ(collect(information),
@@ -97,7 +97,7 @@ TEST_F(MmiLogCollectorFailureTest, SkipsACommandThatCannotBeSent) {
     EXPECT_EQ(show(), Printed{});
 }
 
-TEST_F(MmiLogCollectorFailureTest, EndsAReplyWhereWaitingForItFails) {
+TEST_F(MmiLogCollectorFailureTest, EndsAReplyIfWaitingForItFails) {
     EXPECT_EQ(collectFailing({.number = pollCall, .error = ENOMEM}, information),
               (Printed{.err = "poll(): An error occured, errno: Cannot allocate memory\n"
                               "poll(): An error occured, errno: Cannot allocate memory\n"}));
@@ -106,7 +106,7 @@ TEST_F(MmiLogCollectorFailureTest, EndsAReplyWhereWaitingForItFails) {
     EXPECT_EQ(show(), Printed{});
 }
 
-TEST_F(MmiLogCollectorFailureTest, EndsAReplyWhereReceivingItFails) {
+TEST_F(MmiLogCollectorFailureTest, EndsAReplyIfReceivingItFails) {
     EXPECT_EQ(collectFailing({.number = SYS_recvfrom, .error = ENOMEM}, information),
               (Printed{.err = "recv(): An error occured, errno: Cannot allocate memory\n"
                               "recv(): An error occured, errno: Cannot allocate memory\n"}));

@@ -34,7 +34,7 @@ TEST_F(MmiLogCollectorOutputTest, ShowsEachReplyUnderItsHeader) {
                                       headerLine("sfn Heap Statistics") + "HeapStats\n"}));
 }
 
-TEST_F(MmiLogCollectorOutputTest, WritesEachReplyAsItStandsToItsFile) {
+TEST_F(MmiLogCollectorOutputTest, WritesEachReplyUnchangedToItsFile) {
     selectIwf();
     selectSfn();
     repeatsCommands(iwf);
@@ -54,7 +54,7 @@ TEST_F(MmiLogCollectorOutputTest, WritesEachReplyAsItStandsToItsFile) {
     }
 }
 
-TEST_F(MmiLogCollectorOutputTest, EndsEachCommandWithATimeOutAndWritesEmptyFilesWhereNoDispatcherListens) {
+TEST_F(MmiLogCollectorOutputTest, WritesEmptyFilesAfterTimeOutsIfNoDispatcherListens) {
     selectIwf();  // which stays silent
     const std::string timedOut = "poll(): Timed out while waiting for response\n";
 
@@ -81,7 +81,7 @@ TEST_F(MmiLogCollectorOutputTest, ReplacesTheFilesOfAnEarlierRun) {
     EXPECT_EQ(contentOfFile(iwfFolder + "/SocketSvcInfo.log"), "SocketSvcInfo");
 }
 
-TEST_F(MmiLogCollectorOutputTest, ReportsADirectoryThatCannotBeCreatedAndGoesOnWithTheNextInstance) {
+TEST_F(MmiLogCollectorOutputTest, ReportsADirectoryThatCannotBeCreatedAndContinuesWithTheNextInstance) {
     selectIwf();
     selectSfn();
     repeatsCommands(iwf);

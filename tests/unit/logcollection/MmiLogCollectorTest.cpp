@@ -69,12 +69,12 @@ TEST_F(MmiLogCollectorTest, EndsAnEmptyReplyWithTheMarker) {
     EXPECT_TRUE(succeeded);
 }
 
-TEST_F(MmiLogCollectorTest, TakesTheTextUpToTheFirstZeroByte) {
+TEST_F(MmiLogCollectorTest, KeepsTheTextUpToTheFirstZeroByte) {
     using namespace std::string_literals;
     EXPECT_EQ(shownOf({"text\0hidden"s, "\0nothing"s, "more\n"s, marker + "\0\0"s}), shownInfo("textmore\n"));
 }
 
-TEST_F(MmiLogCollectorTest, BoundsTheTextOfADatagramAtTheSizeOfTheBuffer) {
+TEST_F(MmiLogCollectorTest, LimitsTheTextOfADatagramToTheSizeOfTheBuffer) {
     EXPECT_EQ(shownOf({std::string(513, 'a'), std::string(600, 'b'), "c", marker}),
               shownInfo(std::string(513, 'a') + std::string(513, 'b') + "c"));
 }
@@ -90,7 +90,7 @@ TEST_F(MmiLogCollectorTest, DoesNotRecognizeAMarkerThatSharesItsDatagramWithText
     EXPECT_EQ(show().out, shownInfo(marker + "\n"));
 }
 
-TEST_F(MmiLogCollectorTest, KeepsAReplyThatBreaksOff) {
+TEST_F(MmiLogCollectorTest, KeepsAnUnfinishedReply) {
     selectIwf();
     answers(iwf, {"begun"});
 
@@ -127,7 +127,7 @@ TEST_F(MmiLogCollectorTest, QueriesIwfBeforeSfn) {
     EXPECT_EQ(order, "iwf iwf iwf sfn sfn sfn ");
 }
 
-TEST_F(MmiLogCollectorTest, QueriesSfnAloneFromItsOwnPortsWhereItAloneIsSelected) {
+TEST_F(MmiLogCollectorTest, QueriesOnlySfnFromItsOwnPortsIfOnlySfnIsSelected) {
     selectSfn();
     repeatsCommands(sfn);
     Korvel::setVerboseMode(true);
@@ -142,7 +142,7 @@ TEST_F(MmiLogCollectorTest, QueriesSfnAloneFromItsOwnPortsWhereItAloneIsSelected
     EXPECT_EQ(sfn.requests(), Datagrams{"SocketSvcInfo"});
 }
 
-TEST_F(MmiLogCollectorTest, QueriesNobodyWhereNothingIsSelected) {
+TEST_F(MmiLogCollectorTest, QueriesNobodyIfNothingIsSelected) {
     Korvel::setVerboseMode(true);
 
     EXPECT_EQ(collect(everything), Printed{});
@@ -151,7 +151,7 @@ TEST_F(MmiLogCollectorTest, QueriesNobodyWhereNothingIsSelected) {
     EXPECT_EQ(show(), Printed{});
 }
 
-TEST_F(MmiLogCollectorTest, TellsItsStepsInVerboseMode) {
+TEST_F(MmiLogCollectorTest, PrintsItsStepsInVerboseMode) {
     selectIwf();
     answers(iwf, {"text", marker});
     Korvel::setVerboseMode(true);
@@ -167,7 +167,7 @@ TEST_F(MmiLogCollectorTest, TellsItsStepsInVerboseMode) {
                               "Response received successfully\n"}));
 }
 
-TEST_F(MmiLogCollectorTest, GoesOnAfterSignals) {
+TEST_F(MmiLogCollectorTest, ContinuesAfterSignals) {
     selectIwf();
     iwf.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         constexpr int signalsForADatagram = 10;
@@ -187,7 +187,7 @@ TEST_F(MmiLogCollectorTest, GoesOnAfterSignals) {
     EXPECT_EQ(show().out, shownInfo("123"));
 }
 
-TEST_F(MmiLogCollectorTest, KeepsAReplyOfSixteenMebibytesWhole) {
+TEST_F(MmiLogCollectorTest, KeepsAWholeReplyOfSixteenMebibytes) {
     selectIwf();
     Configuration::getConfig(Configuration::IWF).receiveBufferSize = 1U << 15U;
     iwf.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
@@ -205,7 +205,7 @@ TEST_F(MmiLogCollectorTest, KeepsAReplyOfSixteenMebibytesWhole) {
     EXPECT_TRUE(show().out == shownInfo(std::string(16U << 20U, 'x')));  // too much to be shown by a failure
 }
 
-TEST_F(MmiLogCollectorTest, CutsAReplyThatDoesNotEndAndGoesOn) {
+TEST_F(MmiLogCollectorTest, CutsAnEndlessReplyAndContinues) {
     selectIwf();
     selectSfn();
     repeatsCommands(sfn);

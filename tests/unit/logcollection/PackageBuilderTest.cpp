@@ -64,7 +64,7 @@ protected:
 
 }  // namespace
 
-TEST_F(PackageBuilderTest, PutsTheTimeIntoTheNameOfThePlainPackageAlone) {
+TEST_F(PackageBuilderTest, PutsTheTimeOnlyIntoTheNameOfThePlainPackage) {
     EXPECT_EQ(build(plain), Printed{});
 
     const std::vector<std::string> packages = filesBelow(packageFolder);
@@ -98,7 +98,7 @@ TEST_F(PackageBuilderTest, GivesTheOtherKindsAFixedNameAndGathersForThem) {
                                         "netfp_logs_shutdown.tgz", "netfp_logs_sup.tgz"}));
 }
 
-TEST_F(PackageBuilderTest, TakesThePreviousPostMortemPackageIn) {
+TEST_F(PackageBuilderTest, IncludesThePreviousPostMortemPackage) {
     ASSERT_EQ(build(postMortem), Printed{});
     const std::string previous = contentOfFile(postMortemPackage);
 
@@ -138,7 +138,7 @@ TEST_F(PackageBuilderTest, ReplacesThePreviousPackageOfTheSameName) {
               (std::vector<std::string>{"./", "./linux.log", "./ti/", "./ti/netfp_proxy.log"}));
 }
 
-TEST_F(PackageBuilderTest, LeavesTheWorkDirectoryAsItIs) {
+TEST_F(PackageBuilderTest, LeavesTheWorkDirectoryUnchanged) {
     build(plain);
 
     EXPECT_EQ(filesBelow("/tmp/korvel"), (std::vector<std::string>{"ti/netfp_proxy.log"}));
@@ -153,7 +153,7 @@ TEST_F(PackageBuilderTest, ShowsNameAndListingInVerboseMode) {
                                                  "./linux.log\n"}));
 }
 
-TEST_F(PackageBuilderTest, ReportsThatThereIsNoPostMortemPackageAndGoesOn) {
+TEST_F(PackageBuilderTest, ReportsAMissingPostMortemPackageAndContinues) {
     for (const auto& [mask, package] :
          {std::pair{withoutTimestamp, "netfp_logs.tgz"}, std::pair{forSupervisor, "netfp_logs_sup.tgz"}}) {
         EXPECT_EQ(build(mask), Printed{.err = copyFailed});
@@ -162,7 +162,7 @@ TEST_F(PackageBuilderTest, ReportsThatThereIsNoPostMortemPackageAndGoesOn) {
     }
 }
 
-TEST_F(PackageBuilderTest, ReportsAGatheringThatFailsAndGoesOn) {
+TEST_F(PackageBuilderTest, ReportsAFailedGatheringAndContinues) {
     writeScript("/tmp/commands/fp_linux_log_collect", "exit 3");
 
     EXPECT_EQ(build(postMortem), (Printed{.err = "Command: fp_linux_log_collect /tmp/korvel 2> /dev/null "
@@ -172,7 +172,7 @@ TEST_F(PackageBuilderTest, ReportsAGatheringThatFailsAndGoesOn) {
               (std::vector<std::string>{"./", "./ti/", "./ti/netfp_proxy.log"}));
 }
 
-TEST_F(PackageBuilderTest, ReportsThatThereIsNoCommandToGatherWith) {
+TEST_F(PackageBuilderTest, ReportsAMissingGatheringCommand) {
     ::setenv("PATH", "/usr/bin:/bin", 1);  // until `gathering` puts the search path back
 
     EXPECT_EQ(build(onShutdown), (Printed{.err = "Command: fp_linux_log_collect /tmp/korvel 2> /dev/null "

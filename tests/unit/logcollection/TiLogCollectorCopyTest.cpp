@@ -51,7 +51,7 @@ TEST_F(CopyDumpFileToWorkspace, IsTrueForAnEmptySource) {
     EXPECT_EQ(contentOfFile(destination), "");
 }
 
-TEST_F(CopyDumpFileToWorkspace, IsFalseWhereTheSourceCannotBeOpenedAndLeavesTheDestinationAlone) {
+TEST_F(CopyDumpFileToWorkspace, IsFalseIfTheSourceCannotBeOpenedAndLeavesTheDestinationAlone) {
     writeFile(destination, "an earlier copy");
     fs::remove(source);
     EXPECT_FALSE(copy());
@@ -66,7 +66,7 @@ TEST_F(CopyDumpFileToWorkspace, IsFalseWhereTheSourceCannotBeOpenedAndLeavesTheD
     EXPECT_EQ(contentOfFile(destination), "an earlier copy");
 }
 
-TEST_F(CopyDumpFileToWorkspace, IsFalseWhereTheDestinationCannotBeOpened) {
+TEST_F(CopyDumpFileToWorkspace, IsFalseIfTheDestinationCannotBeOpened) {
     fs::create_directory(destination);
     EXPECT_FALSE(copy());
 
@@ -76,7 +76,7 @@ TEST_F(CopyDumpFileToWorkspace, IsFalseWhereTheDestinationCannotBeOpened) {
     EXPECT_EQ(contentOfFile(source), "content");
 }
 
-TEST_F(CopyDumpFileToWorkspace, IsFalseWhereTheDestinationCannotBeWrittenWhole) {
+TEST_F(CopyDumpFileToWorkspace, IsFalseIfTheDestinationCannotBeWrittenWhole) {
     fs::create_symlink("/dev/full", destination);
 
     EXPECT_FALSE(copy());

@@ -67,7 +67,7 @@ TEST_F(TiLogCollectorOutputTest, ShowsTheHeaderOfAnEmptySyslibLog) {
     EXPECT_EQ(show(), (Printed{.out = headerLine("SYSLIB LOG") + writeSharedLog("syslib_log_memory", {})}));
 }
 
-TEST_F(TiLogCollectorOutputTest, WritesTheSyslibLogToItsFileAlone) {
+TEST_F(TiLogCollectorOutputTest, WritesTheSyslibLogOnlyToItsFile) {
     const std::string log = writeSharedLog("syslib_log_memory", {"first", "second"});
     create(TiCoverage::syslib);
     collect();
@@ -79,7 +79,7 @@ TEST_F(TiLogCollectorOutputTest, WritesTheSyslibLogToItsFileAlone) {
     EXPECT_EQ(filesBelow("/tmp/korvel"), std::vector<std::string>{"ti/syslib_sm_log.log"});
 }
 
-TEST_F(TiLogCollectorOutputTest, KeepsTheSyslibLogAsItWasWhenItWasCollected) {
+TEST_F(TiLogCollectorOutputTest, KeepsTheSyslibLogFromTheTimeOfCollection) {
     const std::string log = writeSharedLog("syslib_log_memory", {"early"});
     create(TiCoverage::syslib);
     collect();
@@ -97,7 +97,7 @@ TEST_F(TiLogCollectorOutputTest, ReportsASyslibLogThatWasNotCollected) {
     EXPECT_FALSE(fs::exists(syslibFile));
 }
 
-TEST_F(TiLogCollectorOutputTest, LeavesTheSyslibLogAloneUnlessSelected) {
+TEST_F(TiLogCollectorOutputTest, IgnoresTheSyslibLogUnlessSelected) {
     writeSharedLog("syslib_log_memory", {"first"});
     create(TiCoverage::proxy);
     collect();

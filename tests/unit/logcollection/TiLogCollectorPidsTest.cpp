@@ -59,14 +59,14 @@ TEST_F(TiLogCollectorPidsTest, RemovesThePidFileAfterReadingIt) {
     EXPECT_FALSE(fs::exists(pidFile));
 }
 
-TEST_F(TiLogCollectorPidsTest, PassesOverLinesWithTheToolsOwnName) {
+TEST_F(TiLogCollectorPidsTest, SkipsLinesWithTheToolsOwnName) {
     const StackProcess proxy("netfp_proxy");
     const StackProcess other("netfp_server", ":", "started-by-korvel");
 
     EXPECT_EQ(getPids(TiLogCollector::netfpProcesses), (Pids{{"netfp_proxy", proxy.pid()}}));
 }
 
-TEST_F(TiLogCollectorPidsTest, FindsNothingAndKeepsThePidFileWhereNothingRuns) {
+TEST_F(TiLogCollectorPidsTest, FindsNothingAndKeepsThePidFileIfNothingRuns) {
     EXPECT_EQ(getPids(TiLogCollector::netfpProcesses), Pids{});
 
     EXPECT_EQ(printed, (Printed{.err = "Command: ps aux | grep -v -E \"grep|korvel\" | grep -E "
@@ -83,7 +83,7 @@ TEST_F(TiLogCollectorPidsTest, ReportsAPidFileThatCannotBeOpened) {
     EXPECT_EQ(printed, (Printed{.err = "Error while opening /tmp/korvelpids.tmp\n"}));
 }
 
-TEST_F(TiLogCollectorPidsTest, TakesTheSecondColumnOfEachLineThatHoldsTheName) {
+TEST_F(TiLogCollectorPidsTest, ReadsTheSecondColumnOfEachLineWithTheName) {
     EXPECT_EQ(pidsIn("root 300 0.0 /usr/bin/one -d\n"
                      "root\t301\ttwo"),
               (Pids{{"one", 300}, {"two", 301}}));
@@ -96,7 +96,7 @@ TEST_F(TiLogCollectorPidsTest, LetsALaterLineOverwriteAnEarlierOne) {
               (Pids{{"one", 250}}));
 }
 
-TEST_F(TiLogCollectorPidsTest, TakesALineForEachNameInIt) {
+TEST_F(TiLogCollectorPidsTest, UsesALineForEachNameInIt) {
     EXPECT_EQ(pidsIn("one 300 /bin/two"), (Pids{{"one", 300}, {"two", 300}}));
 }
 
@@ -107,7 +107,7 @@ TEST_F(TiLogCollectorPidsTest, ReadsNoPidAs0) {
     EXPECT_EQ(pidsIn("root 12th one"), (Pids{{"one", 12}}));
 }
 
-TEST_F(TiLogCollectorPidsTest, WritesTheListingThroughNoLinkAtThePidFilesPlace) {
+TEST_F(TiLogCollectorPidsTest, DoesNotFollowALinkInPlaceOfThePidFile) {
     const StackProcess proxy("netfp_proxy");
     writeFile("/tmp/victim", "precious");
     fs::create_symlink("/tmp/victim", pidFile);

@@ -49,7 +49,7 @@ protected:
     }
 };
 
-TEST_F(TiLogCollectorStaleDumpTest, IsNotTakenForTheOneThatComesLater) {
+TEST_F(TiLogCollectorStaleDumpTest, IsReplacedByADumpThatComesLater) {
     const struct {
         std::string way;
         std::string onSignal;
@@ -79,7 +79,7 @@ TEST_F(TiLogCollectorStaleDumpTest, IsNotTakenForTheOneThatComesLater) {
     }
 }
 
-TEST_F(TiLogCollectorStaleDumpTest, IsTakenWithItsTimesWhereNothingComes) {
+TEST_F(TiLogCollectorStaleDumpTest, IsCollectedWithItsTimesIfNoOtherComes) {
     layStaleDump();
     const StackProcess process("netfp_proxy");
     const auto start = std::chrono::steady_clock::now();
@@ -92,7 +92,7 @@ TEST_F(TiLogCollectorStaleDumpTest, IsTakenWithItsTimesWhereNothingComes) {
     EXPECT_FALSE(fs::exists(source));
 }
 
-TEST_F(TiLogCollectorStaleDumpTest, GivesItsTimesToNoFreshCopy) {
+TEST_F(TiLogCollectorStaleDumpTest, DoesNotPassItsTimesToAFreshCopy) {
     layStaleDump();
     const StackProcess process(
         "netfp_proxy", "touch -r /tmp/netfp_proxy.log /tmp/fresh; mv /tmp/fresh /tmp/netfp_proxy.log");

@@ -88,7 +88,7 @@ TEST_F(TiLogCollectorTest, FindsTheTerminatorAnywhereInTheDump) {
     EXPECT_EQ(shown(), headerLine("netfp_proxy") + dump + "\n");
 }
 
-TEST_F(TiLogCollectorTest, NeverTakesADumpOf63CharactersOrLessForComplete) {
+TEST_F(TiLogCollectorTest, TreatsADumpOf63CharactersOrLessAsIncomplete) {
     const StackProcess process("netfp_proxy");
     create(TiCoverage::proxy);
     const std::pair<std::size_t, std::string> cases[] = {{64, ""}, {63, incompleteDump}};
@@ -114,7 +114,7 @@ TEST_F(TiLogCollectorTest, NotesThatADumpHasNoTerminatorOfItsOwn) {
     EXPECT_FALSE(fs::exists("/tmp/netfp_proxy.log"));
 }
 
-TEST_F(TiLogCollectorTest, WaitsAboutASecondForADumpThatDoesNotCome) {
+TEST_F(TiLogCollectorTest, WaitsAboutASecondForAMissingDump) {
     const StackProcess process("netfp_proxy");
     create(TiCoverage::proxy);
     const auto start = std::chrono::steady_clock::now();
@@ -144,7 +144,7 @@ TEST_F(TiLogCollectorTest, SignalsTheSelectedProcessesInTheirOrder) {
                            dumpOf("resmgr_server") + "\n");
 }
 
-TEST_F(TiLogCollectorTest, SignalsNoProcessWithTheMaskOfTheSyslibLogAlone) {
+TEST_F(TiLogCollectorTest, SignalsNoProcessForTheSyslibLog) {
     const StackProcess process("netfp_proxy");
     create(TiCoverage::syslib);
 
@@ -153,7 +153,7 @@ TEST_F(TiLogCollectorTest, SignalsNoProcessWithTheMaskOfTheSyslibLogAlone) {
     EXPECT_FALSE(process.wasSignalled());
 }
 
-TEST_F(TiLogCollectorTest, SaysInVerboseModeThatAProcessIsNotRunningAndShowsItsHeader) {
+TEST_F(TiLogCollectorTest, ReportsAMissingProcessInVerboseModeAndShowsItsHeader) {
     create(TiCoverage::everyProcess);
     Korvel::setVerboseMode(true);
 
@@ -173,7 +173,7 @@ TEST_F(TiLogCollectorTest, SaysInVerboseModeThatAProcessIsNotRunningAndShowsItsH
                            headerLine("netfp_master") + "\n" + headerLine("resmgr_server") + "\n");
 }
 
-TEST_F(TiLogCollectorTest, TellsItsStepsInVerboseMode) {
+TEST_F(TiLogCollectorTest, PrintsItsStepsInVerboseMode) {
     const StackProcess process("netfp_proxy");
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));
     create(TiCoverage::proxy);
@@ -186,7 +186,7 @@ TEST_F(TiLogCollectorTest, TellsItsStepsInVerboseMode) {
                                          "Dumping netfp_proxy to /tmp/korvel/ti/netfp_proxy.log... \n"}));
 }
 
-TEST_F(TiLogCollectorTest, ReportsASignalThatCannotBeSentAndTakesTheDumpAllTheSame) {
+TEST_F(TiLogCollectorTest, ReportsASignalThatCannotBeSentAndStillCollectsTheDump) {
     StackProcess process("netfp_proxy");
     const std::string pid = std::to_string(process.pid());
     create(TiCoverage::proxy);
@@ -199,7 +199,7 @@ TEST_F(TiLogCollectorTest, ReportsASignalThatCannotBeSentAndTakesTheDumpAllTheSa
     EXPECT_EQ(shown(), headerLine("netfp_proxy") + dumpOf("netfp_proxy") + "\n");
 }
 
-TEST_F(TiLogCollectorTest, LeavesNoDirectoryBehindWhenConsolePrintingIsRequested) {
+TEST_F(TiLogCollectorTest, LeavesNoDirectoryBehindIfConsolePrintingIsRequested) {
     const StackProcess process("netfp_proxy");
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));
     create(TiCoverage::proxy);
@@ -210,7 +210,7 @@ TEST_F(TiLogCollectorTest, LeavesNoDirectoryBehindWhenConsolePrintingIsRequested
     EXPECT_EQ(shown(), headerLine("netfp_proxy") + dumpOf("netfp_proxy") + "\n");
 }
 
-TEST_F(TiLogCollectorTest, HasNoPlaceForTheNextDumpWhenConsolePrintingIsRequested) {
+TEST_F(TiLogCollectorTest, HasNoFolderForTheNextDumpIfConsolePrintingIsRequested) {
     const StackProcess first("netfp_proxy");
     const StackProcess second("netfp_server");
     writeFile("/tmp/netfp_proxy.log", dumpOf("netfp_proxy"));

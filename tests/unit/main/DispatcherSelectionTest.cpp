@@ -43,12 +43,12 @@ TEST(SelectDispatcherFromOption, SelectsTheInstancesThatTheValueNames) {
     EXPECT_EQ(selectedBy({"all"}), "selected: iwf sfn");
 }
 
-TEST(SelectDispatcherFromOption, AddsToWhatIsSelected) {
+TEST(SelectDispatcherFromOption, AddsToTheSelection) {
     EXPECT_EQ(selectedBy({"sfn", "iwf"}), "selected: iwf sfn");
     EXPECT_EQ(selectedBy({"sfn", "sfn"}), "selected: sfn");
 }
 
-TEST(SelectDispatcherFromOption, LeavesTheSelectionAsItIsForAnyOtherValue) {
+TEST(SelectDispatcherFromOption, LeavesTheSelectionUnchangedForAnyOtherValue) {
     for (const std::string type : {"", "IWF", "both", "iwf ", "0"}) {
         SCOPED_TRACE(type);
         EXPECT_EQ(selectedBy({type}), "selected:");
@@ -56,7 +56,7 @@ TEST(SelectDispatcherFromOption, LeavesTheSelectionAsItIsForAnyOtherValue) {
     }
 }
 
-TEST(SelectDispatcherFromOption, TellsItsChoiceInVerboseMode) {
+TEST(SelectDispatcherFromOption, PrintsItsChoiceInVerboseMode) {
     EXPECT_EQ(selectedBy({"iwf"}, true), "Communicating with iwf dispatcher\nselected: iwf");
     EXPECT_EQ(selectedBy({"sfn"}, true), "Communicating with sfn dispatcher\nselected: sfn");
     EXPECT_EQ(selectedBy({"all"}, true), "Communicating with both dispatchers\nselected: iwf sfn");

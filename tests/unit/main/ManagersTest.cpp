@@ -34,7 +34,7 @@ protected:
 
 }  // namespace
 
-TEST_F(RegisterManagers, CreatesTheManagersInTheOrderInWhichTheyAreAsked) {
+TEST_F(RegisterManagers, CreatesTheManagersInTheOrderOfDetection) {
     Words names;
     std::ranges::transform(Korvel::managers, std::back_inserter(names),
                            [](const auto& manager) { return manager->getName(); });
@@ -42,7 +42,7 @@ TEST_F(RegisterManagers, CreatesTheManagersInTheOrderInWhichTheyAreAsked) {
     EXPECT_EQ(names, (Words{"LogCollection", "Action", "Supervision", "Archive"}));
 }
 
-TEST_F(RegisterManagers, HasOneForEachKindOfKeyword) {
+TEST_F(RegisterManagers, CreatesOneForEachKindOfKeyword) {
     EXPECT_EQ(claimants({"print"}), Words{"LogCollection"});
     EXPECT_EQ(claimants({"getport"}), Words{"Action"});
     EXPECT_EQ(claimants({"supervision"}), Words{"Supervision"});
@@ -50,6 +50,6 @@ TEST_F(RegisterManagers, HasOneForEachKindOfKeyword) {
     EXPECT_EQ(claimants({"eth0"}), Words{});
 }
 
-TEST_F(RegisterManagers, AsksLogCollectionFirstWhereSeveralClaimACommandLine) {
+TEST_F(RegisterManagers, PrefersLogCollectionIfSeveralDetectACommandLine) {
     EXPECT_EQ(claimants({"getport", "print"}), (Words{"LogCollection", "Action"}));
 }

@@ -31,7 +31,7 @@ protected:
 
 }  // namespace
 
-TEST_F(PrintUsage, ShowsTheCommonArgumentsWithTheDefaultsCrosswise) {
+TEST_F(PrintUsage, ShowsTheCommonArgumentsWithTheDefaultsSwapped) {
     EXPECT_EQ(usage(), (Printed{.out = commonArgumentsHelp()}));
 }
 

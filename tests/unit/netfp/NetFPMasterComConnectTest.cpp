@@ -58,20 +58,20 @@ protected:
 
 }  // namespace
 
-TEST_F(NetFPMasterComConnectTest, HasTheUsualPathsAndTimeOutUnlessTold) {
+TEST_F(NetFPMasterComConnectTest, HasDefaultPathsAndADefaultTimeOut) {
     EXPECT_EQ(NetFPMasterCom::getMasterSocketPath(), "/tmp/NetfpMaster");
     EXPECT_EQ(NetFPMasterCom::getClientSocketPath(), "/tmp/Korvel");
     EXPECT_EQ(NetFPMasterCom::getTimeout(), 10);
 }
 
-TEST_F(NetFPMasterComConnectTest, BindsTheClientsPathWithoutAWord) {
+TEST_F(NetFPMasterComConnectTest, BindsTheClientsPathSilently) {
     EXPECT_TRUE(connect());
 
     EXPECT_EQ(printed, Printed{});
     EXPECT_TRUE(fs::is_socket(usualPath));
 }
 
-TEST_F(NetFPMasterComConnectTest, TellsItsStepsInVerboseMode) {
+TEST_F(NetFPMasterComConnectTest, PrintsItsStepsInVerboseMode) {
     Korvel::setVerboseMode(true);
 
     EXPECT_TRUE(connect());
@@ -82,7 +82,7 @@ TEST_F(NetFPMasterComConnectTest, TellsItsStepsInVerboseMode) {
     EXPECT_EQ(printed, (Printed{.out = "Client Socket closed\n"}));
 }
 
-TEST_F(NetFPMasterComConnectTest, IsContentWithASocketThatItHas) {
+TEST_F(NetFPMasterComConnectTest, KeepsASocketThatItAlreadyHas) {
     ASSERT_TRUE(connect());
     Korvel::setVerboseMode(true);
 
@@ -91,7 +91,7 @@ TEST_F(NetFPMasterComConnectTest, IsContentWithASocketThatItHas) {
     EXPECT_EQ(printed, (Printed{.out = "Client Socket already connected\n"}));
 }
 
-TEST_F(NetFPMasterComConnectTest, SaysNothingOfASecondConnectWhenNotVerbose) {
+TEST_F(NetFPMasterComConnectTest, DoesNotReportASecondConnectOutsideVerboseMode) {
     ASSERT_TRUE(connect());
 
     EXPECT_TRUE(connect());
@@ -99,7 +99,7 @@ TEST_F(NetFPMasterComConnectTest, SaysNothingOfASecondConnectWhenNotVerbose) {
     EXPECT_EQ(printed, Printed{});
 }
 
-TEST_F(NetFPMasterComConnectTest, ReplacesWhateverFileIsAtItsPath) {
+TEST_F(NetFPMasterComConnectTest, ReplacesAnyFileAtItsPath) {
     const std::string path = "/tmp/occupied";
     writeFile(path, "left behind");
     NetFPMasterCom::setClientSocketPath(path);
@@ -142,13 +142,13 @@ TEST_F(NetFPMasterComConnectTest, CanBeConnectedAgainAfterClose) {
                                        "Binding to Client Socket \"/tmp/Korvel\"\n"}));
 }
 
-TEST_F(NetFPMasterComConnectTest, ReportsCloseOfAClientThatWasNeverConnectedAndReturnsTrue) {
+TEST_F(NetFPMasterComConnectTest, ReportsACloseWithoutAConnectAndReturnsTrue) {
     EXPECT_TRUE(close());
 
     EXPECT_EQ(printed, (Printed{.err = "Client Socket not connected\n"}));
 }
 
-TEST_F(NetFPMasterComConnectTest, ReportsACloseThatFailsAndIsNotConnectedAfterIt) {
+TEST_F(NetFPMasterComConnectTest, ReportsAFailedCloseAndIsNotConnectedAfterwards) {
     ASSERT_TRUE(connect());
     bool done = true;
 
@@ -167,7 +167,7 @@ TEST_F(NetFPMasterComConnectTest, IsClosedByItsDestructor) {
     EXPECT_EQ(printedBy([&] { shortLived.reset(); }), (Printed{.out = "Client Socket closed\n"}));
 }
 
-TEST_F(NetFPMasterComConnectTest, IsNotClosedByItsDestructorWhereItWasNeverConnected) {
+TEST_F(NetFPMasterComConnectTest, IsNotClosedByItsDestructorIfItWasNeverConnected) {
     auto shortLived = std::make_unique<NetFPMasterCom>();
     Korvel::setVerboseMode(true);
 
@@ -182,7 +182,7 @@ TEST_F(NetFPMasterComConnectTest, KeepsItsDescriptorFromOtherPrograms) {
     EXPECT_EQ(inheritedDescriptors(), before);
 }
 
-TEST_F(NetFPMasterComConnectTest, NeverTakesDescriptor0ForAConnectedSocket) {
+TEST_F(NetFPMasterComConnectTest, NeverTreatsDescriptor0AsAConnectedSocket) {
     bool done = false;
     const Base::UniqueFd standardInput(::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0));
 
@@ -196,7 +196,7 @@ TEST_F(NetFPMasterComConnectTest, NeverTakesDescriptor0ForAConnectedSocket) {
     ::dup2(standardInput.get(), STDIN_FILENO);
 }
 
-TEST_F(NetFPMasterComConnectTest, ReportsASocketThatCannotBeHad) {
+TEST_F(NetFPMasterComConnectTest, ReportsAFailedSocketCall) {
     bool done = true;
     runFailing({.number = SYS_socket, .error = EMFILE}, [&] { done = connect(); });
 
@@ -205,7 +205,7 @@ TEST_F(NetFPMasterComConnectTest, ReportsASocketThatCannotBeHad) {
     expectNotConnected();
 }
 
-TEST_F(NetFPMasterComConnectTest, UsesASocketWhoseSendsCannotBeLimited) {
+TEST_F(NetFPMasterComConnectTest, UsesASocketWithoutASendTimeOut) {
     bool done = false;
     runFailing({.number = SYS_setsockopt, .error = ENOBUFS}, [&] { done = connect(); });
 

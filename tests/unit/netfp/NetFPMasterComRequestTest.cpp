@@ -41,7 +41,7 @@ bool refuse(NetfpMaster_Response* /*response*/) {
 
 }  // namespace
 
-TEST_F(NetFPMasterComRequestTest, AsksForThePortBehindAnInterface) {
+TEST_F(NetFPMasterComRequestTest, AsksForThePortOfAnInterface) {
     masterResponds(0, 3);
 
     const Asked asked = ask("eth1");
@@ -64,7 +64,7 @@ TEST_F(NetFPMasterComRequestTest, CutsAnInterfaceNameOf32CharactersOrMoreTo32Byt
     EXPECT_EQ(master.requests(), expected);
 }
 
-TEST_F(NetFPMasterComRequestTest, PassesOnAnyPortNumberThatTheMasterTells) {
+TEST_F(NetFPMasterComRequestTest, ReturnsAnyPortNumberOfTheMaster) {
     for (const int port : {0, 4, 5, -1, -7, 2147483647, -2147483647 - 1}) {
         masterResponds(0, port);
 
@@ -72,7 +72,7 @@ TEST_F(NetFPMasterComRequestTest, PassesOnAnyPortNumberThatTheMasterTells) {
     }
 }
 
-TEST_F(NetFPMasterComRequestTest, TellsEachStepOfAPortQueryInVerboseMode) {
+TEST_F(NetFPMasterComRequestTest, PrintsEachStepOfAPortQueryInVerboseMode) {
     masterResponds(0, 2);
     Korvel::setVerboseMode(true);
 
@@ -130,7 +130,7 @@ TEST_F(NetFPMasterComRequestTest, SendsPortNumbersAbove255AsTheirLow8Bits) {
                            masterRequest(setPortMirroring, id, mirroringBody(1, 1, 0x34, 255))}));
 }
 
-TEST_F(NetFPMasterComRequestTest, TellsEachStepOfPortMirroringInVerboseMode) {
+TEST_F(NetFPMasterComRequestTest, PrintsEachStepOfPortMirroringInVerboseMode) {
     masterResponds(0);
     Korvel::setVerboseMode(true);
     const struct {
@@ -159,7 +159,7 @@ TEST_F(NetFPMasterComRequestTest, FailsPortMirroringThatTheMasterRefuses) {
     EXPECT_EQ(printed, (Printed{.err = "Response from Server was not successful.\n"}));
 }
 
-TEST_F(NetFPMasterComRequestTest, SendsARequestOfTheCallersOwnWithItsIdentifier) {
+TEST_F(NetFPMasterComRequestTest, SendsTheCallersRequestWithItsIdentifier) {
     masterResponds(0);
     NetfpMaster_Request request{};
     request.type = static_cast<NetfpMaster_MessageType>(6);
@@ -178,7 +178,7 @@ TEST_F(NetFPMasterComRequestTest, SendsARequestOfTheCallersOwnWithItsIdentifier)
     EXPECT_EQ(printed, Printed{});
 }
 
-TEST_F(NetFPMasterComRequestTest, LetsTheErrorCodeAloneDecideWithoutACallback) {
+TEST_F(NetFPMasterComRequestTest, UsesOnlyTheErrorCodeWithoutACallback) {
     NetfpMaster_Request request{};
 
     masterResponds(0);
@@ -199,7 +199,7 @@ TEST_F(NetFPMasterComRequestTest, FailsAResponseThatTheCallbackRefuses) {
     EXPECT_EQ(printed, (Printed{.err = "Response from Server was not successful.\n"}));
 }
 
-TEST_F(NetFPMasterComRequestTest, AsksNoCallbackAboutAResponseWithAnErrorCode) {
+TEST_F(NetFPMasterComRequestTest, DoesNotCallTheCallbackForAResponseWithAnErrorCode) {
     masterResponds(7);
     NetfpMaster_Request request{};
     Korvel::setVerboseMode(true);

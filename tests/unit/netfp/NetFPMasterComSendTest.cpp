@@ -19,7 +19,7 @@ protected:
 
 }  // namespace
 
-TEST_F(NetFPMasterComSendTest, NamesThePathWhereNoMasterRuns) {
+TEST_F(NetFPMasterComSendTest, NamesThePathIfNoMasterRuns) {
     givenMasterPath("/tmp/nobody");
 
     const Asked asked = ask();
@@ -29,7 +29,7 @@ TEST_F(NetFPMasterComSendTest, NamesThePathWhereNoMasterRuns) {
                                              "file or directory\n"}));
 }
 
-TEST_F(NetFPMasterComSendTest, NamesThePathWhereTheMasterIsGoneAndItsFileIsNot) {
+TEST_F(NetFPMasterComSendTest, NamesThePathIfTheMasterHasExitedButItsFileExists) {
     ::close(Korvel::connectAndBindToLinuxSocket("/tmp/gone"));
     givenMasterPath("/tmp/gone");
 
@@ -40,7 +40,7 @@ TEST_F(NetFPMasterComSendTest, NamesThePathWhereTheMasterIsGoneAndItsFileIsNot) 
               (Printed{.err = "Failed to Send to Master Socket \"/tmp/gone\": 111: Connection refused\n"}));
 }
 
-TEST_F(NetFPMasterComSendTest, FailsPortMirroringWhereNoMasterRuns) {
+TEST_F(NetFPMasterComSendTest, FailsPortMirroringIfNoMasterRuns) {
     givenMasterPath("/tmp/nobody");
     bool done = true;
 
@@ -64,7 +64,7 @@ TEST_F(NetFPMasterComSendTest, ReachesAMasterWhosePathIsAsLongAsAnAddressHolds) 
     EXPECT_EQ(ask().port, 4);
 }
 
-TEST_F(NetFPMasterComSendTest, RefusesAMasterPathThatNoAddressHolds) {
+TEST_F(NetFPMasterComSendTest, RefusesAMasterPathThatIsTooLongForAnAddress) {
     for (const auto length : std::initializer_list<std::size_t>{108, 4096}) {
         const std::string path(length, 'm');
         givenMasterPath(path);
@@ -77,7 +77,7 @@ TEST_F(NetFPMasterComSendTest, RefusesAMasterPathThatNoAddressHolds) {
     }
 }
 
-TEST_F(NetFPMasterComSendTest, DoesNotWaitForEverForRoomInTheMastersQueue) {
+TEST_F(NetFPMasterComSendTest, TimesOutIfTheMastersQueueIsFull) {
     const Base::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
     givenMasterPath("/tmp/deaf");
     NetfpMaster_Request request{};

@@ -59,7 +59,7 @@ TEST_F(NetFPMasterComWaitTest, WaitsOneSecondByDefault) {
     EXPECT_EQ(asked.port, -1);
 }
 
-TEST_F(NetFPMasterComWaitTest, GivesUpOnASilentMasterWithoutAWordAndAsksNextWithANewIdentifier) {
+TEST_F(NetFPMasterComWaitTest, GivesUpSilentlyOnASilentMasterAndUsesANewIdentifierNext) {
     NetFPMasterCom::setTimeout(2);
 
     for (std::uint32_t silences = 1; silences <= 3; ++silences) {
@@ -123,7 +123,7 @@ TEST_F(NetFPMasterComWaitTest, SkipsDatagramsThatAreTooShortForAPort) {
                                              "Receive Success Response.  Port Number: 3\n"}));
 }
 
-TEST_F(NetFPMasterComWaitTest, TakesARefusalThatIsTooShortForAPortAtOnce) {
+TEST_F(NetFPMasterComWaitTest, AcceptsARefusalThatIsTooShortForAPort) {
     for (const auto size : std::initializer_list<std::size_t>{16, 19}) {
         masterSends({masterResponse(id, unknownInterface).substr(0, size)});
         Korvel::setVerboseMode(true);
@@ -162,7 +162,7 @@ TEST_F(NetFPMasterComWaitTest, NeedsOnlyIdentifierAndErrorCodeOfOtherResponses) 
                                        "Received Success Response\n"}));
 }
 
-TEST_F(NetFPMasterComWaitTest, TakesTheFirst272BytesOfALongerDatagram) {
+TEST_F(NetFPMasterComWaitTest, ReadsTheFirst272BytesOfALongerDatagram) {
     for (const auto surplus : std::initializer_list<std::size_t>{1, 60000}) {
         masterSends({response(2) + std::string(surplus, '\x55')});
 
@@ -203,7 +203,7 @@ TEST_F(NetFPMasterComWaitTest, EndsInTimeUnderAFloodOfEmptyDatagrams) {
     EXPECT_EQ(asked.printed, Printed{});
 }
 
-TEST_F(NetFPMasterComWaitTest, EndsInTimeWhateverSignalsArrive) {
+TEST_F(NetFPMasterComWaitTest, EndsInTimeDespiteSignals) {
     NetFPMasterCom::setTimeout(3);
     const SignalStorm storm;
 
@@ -213,7 +213,7 @@ TEST_F(NetFPMasterComWaitTest, EndsInTimeWhateverSignalsArrive) {
     EXPECT_EQ(asked.printed, Printed{});
 }
 
-TEST_F(NetFPMasterComWaitTest, GoesOnAfterSignals) {
+TEST_F(NetFPMasterComWaitTest, ContinuesAfterSignals) {
     master.answers([this](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         while (SignalStorm::count() < manySignals) {
             std::this_thread::sleep_for(1ms);
@@ -228,7 +228,7 @@ TEST_F(NetFPMasterComWaitTest, GoesOnAfterSignals) {
     EXPECT_EQ(asked.printed, Printed{});
 }
 
-TEST_F(NetFPMasterComWaitTest, HasNoLimitWithATimeOutOf0) {
+TEST_F(NetFPMasterComWaitTest, WaitsWithoutLimitWithATimeOutOf0) {
     NetFPMasterCom::setTimeout(0);
     master.answers([this](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         std::this_thread::sleep_for(1500ms);
@@ -238,7 +238,7 @@ TEST_F(NetFPMasterComWaitTest, HasNoLimitWithATimeOutOf0) {
     EXPECT_EQ(ask().port, 2);
 }
 
-TEST_F(NetFPMasterComWaitTest, OutlivesAMasterThatIsReplaced) {
+TEST_F(NetFPMasterComWaitTest, SurvivesAReplacedMaster) {
     NetFPMasterCom::setTimeout(2);
     ask();
     ScriptedPeer successor = ScriptedPeer::atPath("/tmp/NetfpMaster");
@@ -250,7 +250,7 @@ TEST_F(NetFPMasterComWaitTest, OutlivesAMasterThatIsReplaced) {
     EXPECT_EQ(ask().port, 1);
 }
 
-TEST_F(NetFPMasterComWaitTest, ReportsAReceiveThatFailsAndKeepsItsIdentifier) {
+TEST_F(NetFPMasterComWaitTest, ReportsAFailedReceiveAndKeepsItsIdentifier) {
     masterResponds(0, 1);
     const struct {
         FailingCall call;
@@ -273,7 +273,7 @@ TEST_F(NetFPMasterComWaitTest, ReportsAReceiveThatFailsAndKeepsItsIdentifier) {
     EXPECT_EQ(master.awaitRequests(3), (std::vector{portRequest(id), portRequest(id), portRequest(id)}));
 }
 
-TEST_F(NetFPMasterComWaitTest, EndsInTimeWhereADatagramThatWasAnnouncedIsNotThere) {
+TEST_F(NetFPMasterComWaitTest, EndsInTimeIfAnAnnouncedDatagramIsMissing) {
     NetFPMasterCom::setTimeout(2);
     masterResponds(0, 1);
 

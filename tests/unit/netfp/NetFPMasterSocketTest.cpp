@@ -79,7 +79,7 @@ protected:
 
 }  // namespace
 
-TEST_F(NetFPMasterSocketTest, BindsAPathInPlaceOfWhateverIsThere) {
+TEST_F(NetFPMasterSocketTest, BindsAPathInPlaceOfAnyFile) {
     writeFile("/tmp/client", "left behind");
 
     connect();
@@ -89,7 +89,7 @@ TEST_F(NetFPMasterSocketTest, BindsAPathInPlaceOfWhateverIsThere) {
     EXPECT_TRUE(fs::is_socket("/tmp/client"));
 }
 
-TEST_F(NetFPMasterSocketTest, TellsItsStepsInVerboseMode) {
+TEST_F(NetFPMasterSocketTest, PrintsItsStepsInVerboseMode) {
     Korvel::setVerboseMode(true);
 
     connect();
@@ -98,7 +98,7 @@ TEST_F(NetFPMasterSocketTest, TellsItsStepsInVerboseMode) {
                                        "Binding to Linux client Socket \"/tmp/client\"\n"}));
 }
 
-TEST_F(NetFPMasterSocketTest, ReportsASocketThatCannotBeHad) {
+TEST_F(NetFPMasterSocketTest, ReportsAFailedSocketCall) {
     runFailing({.number = SYS_socket, .error = EMFILE}, [&] { connect(); });
 
     EXPECT_EQ(socket.get(), -1);
@@ -129,7 +129,7 @@ TEST_F(NetFPMasterSocketTest, SendsTheRequestWithTheCallersIdentifier) {
     EXPECT_EQ(master.requests(), std::vector{masterRequest(4, id, "")});
 }
 
-TEST_F(NetFPMasterSocketTest, ReportsASendThatFails) {
+TEST_F(NetFPMasterSocketTest, ReportsAFailedSend) {
     connect();
     const struct {
         std::string path;
@@ -144,7 +144,7 @@ TEST_F(NetFPMasterSocketTest, ReportsASendThatFails) {
     }
 }
 
-TEST_F(NetFPMasterSocketTest, DoesNotWaitForEverForRoomInTheMastersQueue) {
+TEST_F(NetFPMasterSocketTest, TimesOutIfTheMastersQueueIsFull) {
     const Base::UniqueFd deaf(Korvel::connectAndBindToLinuxSocket("/tmp/deaf"));
     connect();
 
@@ -155,7 +155,7 @@ TEST_F(NetFPMasterSocketTest, DoesNotWaitForEverForRoomInTheMastersQueue) {
                                        "unavailable\n"}));
 }
 
-TEST_F(NetFPMasterSocketTest, TakesTheResponseWithTheIdentifierWhateverItsErrorCode) {
+TEST_F(NetFPMasterSocketTest, AcceptsTheResponseWithTheIdentifierAndAnyErrorCode) {
     givenAnswers({masterResponse(id, -5, 3)});
 
     EXPECT_TRUE(receive());
@@ -188,7 +188,7 @@ TEST_F(NetFPMasterSocketTest, NeedsOnlyTheIdentifierAndFillsUpWithZeros) {
     }
 }
 
-TEST_F(NetFPMasterSocketTest, TakesTheFirst272BytesOfALongerDatagram) {
+TEST_F(NetFPMasterSocketTest, ReadsTheFirst272BytesOfALongerDatagram) {
     givenAnswers({masterResponse(id, 0, 4) + "surplus"});
 
     EXPECT_TRUE(receive());
@@ -196,7 +196,7 @@ TEST_F(NetFPMasterSocketTest, TakesTheFirst272BytesOfALongerDatagram) {
     EXPECT_EQ(responseBytes(), masterResponse(id, 0, 4));
 }
 
-TEST_F(NetFPMasterSocketTest, GivesUpWithoutAWordAndLeavesTheResponseAlone) {
+TEST_F(NetFPMasterSocketTest, GivesUpSilentlyAndLeavesTheResponseUnchanged) {
     givenAnswers({masterResponse(id - 1, 0, 4)});
 
     EXPECT_FALSE(receive(2));
@@ -205,7 +205,7 @@ TEST_F(NetFPMasterSocketTest, GivesUpWithoutAWordAndLeavesTheResponseAlone) {
     EXPECT_EQ(responseBytes(), std::string(272, '\0'));
 }
 
-TEST_F(NetFPMasterSocketTest, WaitsWithoutLimitForZeroRetriesThroughSignals) {
+TEST_F(NetFPMasterSocketTest, WaitsWithoutLimitForZeroRetriesDespiteSignals) {
     constexpr int manySignals = 20;
     master.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         while (SignalStorm::count() < manySignals) {
@@ -222,13 +222,13 @@ TEST_F(NetFPMasterSocketTest, WaitsWithoutLimitForZeroRetriesThroughSignals) {
     EXPECT_EQ(responseBytes(), masterResponse(id, 0, 2));
 }
 
-TEST_F(NetFPMasterSocketTest, ReportsAReceiveThatFails) {
+TEST_F(NetFPMasterSocketTest, ReportsAFailedReceive) {
     EXPECT_FALSE(receive());  // without a socket
 
     EXPECT_EQ(printed, (Printed{.err = "Failed to receive from Linux Socket: 9: Bad file descriptor\n"}));
 }
 
-TEST_F(NetFPMasterSocketTest, RefusesAMissingPlaceForTheResponse) {
+TEST_F(NetFPMasterSocketTest, RefusesANullPointerForTheResponse) {
     connect();
 
     EXPECT_FALSE(receiveInto(nullptr, longerThanAnyTest));

@@ -41,7 +41,7 @@ protected:
     }
 };
 
-TEST_P(InterruptedCallTest, LosesNoEntryAndFailsNothing) {
+TEST_P(InterruptedCallTest, IsRepeatedWithoutLoss) {
     Outcome outcome = runInjected({.faults = {GetParam().fault}, .path = GetParam().path},
                                   {besideThisProgram("stand_in_probe"), logName});
 

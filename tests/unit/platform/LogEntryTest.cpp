@@ -35,14 +35,14 @@ TEST(LogEntryTest, HasLevelTagAndFormattedText) {
     EXPECT_EQ(behindTime(entry(-3, "Room", "port %d is %s", 7, "up")), "-3 Room: port 7 is up\n");
 }
 
-TEST(LogEntryTest, StaysOneLineWhateverItIsMadeOf) {
+TEST(LogEntryTest, IsOneLineForAnyText) {
     EXPECT_EQ(behindTime(entry(0, "Tag", "one\ntwo\n\nthree")), "0 Tag: one two  three\n");
     EXPECT_EQ(behindTime(entry(0, "Tag", "with line ends\n\n")), "0 Tag: with line ends\n");
     EXPECT_EQ(behindTime(entry(0, "Tag", "zero%cbyte", 0)), "0 Tag: zero byte\n");
     EXPECT_EQ(behindTime(entry(0, "T\nag", "text")), "0 T ag: text\n");
 }
 
-TEST(LogEntryTest, TakesNullForEmpty) {
+TEST(LogEntryTest, TreatsNullAsEmpty) {
     const char* const missing = nullptr;
     EXPECT_EQ(behindTime(entry(0, missing, "text")), "0 : text\n");
     EXPECT_EQ(behindTime(entry(0, "Tag", missing)), "0 Tag: \n");

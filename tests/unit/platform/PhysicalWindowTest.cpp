@@ -46,7 +46,7 @@ protected:
     PhysicalWindow window{name.c_str(), base, length, step};
 };
 
-TEST_F(PhysicalWindowTest, ContainsItsOwnAddressesAlone) {
+TEST_F(PhysicalWindowTest, ContainsOnlyItsOwnAddresses) {
     EXPECT_TRUE(window.contains(base));
     EXPECT_TRUE(window.contains(0xFFFFFFFF));
     EXPECT_FALSE(window.contains(base - 1));
@@ -62,7 +62,7 @@ TEST_F(PhysicalWindowTest, KeepsAnAddressWhereItIs) {
     EXPECT_EQ(at(base + 3 * step + 5), before);
 }
 
-TEST_F(PhysicalWindowTest, ReachesAStepBehindEveryAddress) {
+TEST_F(PhysicalWindowTest, MapsOneStepAfterEveryAddress) {
     const auto last = static_cast<std::uint32_t>(base + 2 * step - 1);
     std::byte* const before = at(last);
 
@@ -77,20 +77,20 @@ TEST_F(PhysicalWindowTest, ReachesItsLastByte) {
     EXPECT_EQ(at(0xFFFFFF00)[0xFF], std::byte{0xA5});
 }
 
-TEST_F(PhysicalWindowTest, GrowsAgainWhenItsMemoryWasCut) {
+TEST_F(PhysicalWindowTest, GrowsAgainAfterItsMemoryWasTruncated) {
     *at(base) = std::byte{1};
     ASSERT_EQ(::truncate(("/dev/shm" + name).c_str(), 0), 0);
 
     EXPECT_EQ(*at(base), std::byte{0});
 }
 
-TEST_F(PhysicalWindowTest, FailsWithACodeWhenMemoryCannotBeHad) {
+TEST_F(PhysicalWindowTest, FailsWithAnErrorCodeWithoutMemory) {
     EXPECT_TRUE(failsUnder(RLIMIT_NOFILE, 3));
     EXPECT_TRUE(failsUnder(RLIMIT_FSIZE, 1 << 20));
     EXPECT_TRUE(failsUnder(RLIMIT_AS, 1 << 20));
 }
 
-TEST_F(PhysicalWindowTest, SaysWhyItCannotOpenItsMemory) {
+TEST_F(PhysicalWindowTest, ReportsWhyItCannotOpenItsMemory) {
     void* address = this;
     PhysicalWindow nowhere("/no/such/folder", base, length, step);
 

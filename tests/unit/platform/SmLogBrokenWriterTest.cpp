@@ -35,7 +35,7 @@ protected:
     static constexpr std::size_t lineLength = LogRing::maxEntry;
 };
 
-TEST_F(SmLogBrokenWriterTest, KeepsAllThatWasThereWhenAWriterDies) {
+TEST_F(SmLogBrokenWriterTest, KeepsAllEntriesWhenAWriterDies) {
     writeNumbered(0, 10);
     const Reading before = read(0);
     ChildProcess writer(appendingUnder(SIGKILL));
@@ -61,7 +61,7 @@ TEST_F(SmLogBrokenWriterTest, LosesOnlyTheOldestWhenAWriterDiesInAFullLog) {
     EXPECT_THAT(read(0).text, testing::StartsWith(after));
 }
 
-TEST_F(SmLogBrokenWriterTest, StaysWholeWhenWritersAreKilledAnywhere) {
+TEST_F(SmLogBrokenWriterTest, StaysConsistentWhenWritersAreKilledAtAnyPoint) {
     for (int i = 0; i < 40; ++i) {
         ChildProcess writer([this] {
             while (true) {
@@ -80,7 +80,7 @@ TEST_F(SmLogBrokenWriterTest, StaysWholeWhenWritersAreKilledAnywhere) {
     }
 }
 
-TEST_F(SmLogBrokenWriterTest, WaitsForAStoppedWriterNotForEver) {
+TEST_F(SmLogBrokenWriterTest, WaitsForAStoppedWriterOnlyForALimitedTime) {
     writeNumbered(0, 1);
     const unsigned before = read(0).end;
     ChildProcess writer(appendingUnder(SIGSTOP));
@@ -98,7 +98,7 @@ TEST_F(SmLogBrokenWriterTest, WaitsForAStoppedWriterNotForEver) {
     EXPECT_THAT(kept, ElementsAre("entry 0", testing::SizeIs(testing::Gt(lineLength / 2)), "entry 1"));
 }
 
-TEST_F(SmLogBrokenWriterTest, HasAClientForANewcomerWhileAWriterIsStopped) {
+TEST_F(SmLogBrokenWriterTest, GivesANewProcessAClientWhileAWriterIsStopped) {
     ChildProcess writer(appendingUnder(SIGSTOP));
     ASSERT_TRUE(writer.stops());
 
@@ -110,7 +110,7 @@ TEST_F(SmLogBrokenWriterTest, HasAClientForANewcomerWhileAWriterIsStopped) {
     EXPECT_EQ(keptTexts().back(), "at last");
 }
 
-TEST_F(SmLogBrokenWriterTest, WaitsAsLongWhenSignalsArrive) {
+TEST_F(SmLogBrokenWriterTest, WaitsForTheSameTimeDespiteSignals) {
     writeNumbered(0, 1);
     ChildProcess writer(appendingUnder(SIGSTOP));
     ASSERT_TRUE(writer.stops());

@@ -90,7 +90,7 @@ TEST_F(SmLogCrowdTest, LosesNothingThatManyProcessesWrite) {
     EXPECT_TRUE(areComplete(kept));
 }
 
-TEST_F(SmLogCrowdTest, GivesWholeEntriesWhileItIsOverwritten) {
+TEST_F(SmLogCrowdTest, ReturnsWholeEntriesWhileItIsOverwritten) {
     constexpr int manyMore = 20000;
     std::list<ChildProcess> processes;
     for (int writer = 0; writer < 3; ++writer) {
@@ -124,7 +124,7 @@ TEST_F(SmLogCrowdTest, LosesNothingThatManyThreadsWrite) {
     EXPECT_EQ(keptTexts(), followed);
 }
 
-TEST_F(SmLogCrowdTest, HasOneClientForManyThreadsThatAskAtOnce) {
+TEST_F(SmLogCrowdTest, HasOneClientForManyThreads) {
     std::vector<SmLog*> clients(8);
     std::list<std::thread> threads;
     for (SmLog*& found : clients) {

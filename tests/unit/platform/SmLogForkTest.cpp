@@ -52,7 +52,7 @@ TEST_F(SmLogForkTest, LosesNothingThatParentAndChildWriteThroughOneClient) {
     EXPECT_TRUE(std::set(kept.begin(), kept.end()) == std::set(written.begin(), written.end()));
 }
 
-TEST_F(SmLogForkTest, ExcludesTheChildFromTheParentsOperations) {
+TEST_F(SmLogForkTest, LocksTheChildOutDuringTheParentsOperations) {
     client();
     ASSERT_TRUE(lockAsClient());
 
@@ -61,7 +61,7 @@ TEST_F(SmLogForkTest, ExcludesTheChildFromTheParentsOperations) {
     EXPECT_TRUE(child.succeeds());
 }
 
-TEST_F(SmLogForkTest, OutlivesAParentThatDiesInsideWhileItsIdleChildLivesOn) {
+TEST_F(SmLogForkTest, ReleasesTheLockOfADeadParentWithALivingChild) {
     Gate testEnd;
     ChildProcess parent([&] {
         client();
@@ -78,7 +78,7 @@ TEST_F(SmLogForkTest, OutlivesAParentThatDiesInsideWhileItsIdleChildLivesOn) {
     EXPECT_EQ(keptTexts(), numbered(0, 3));
 }
 
-TEST_F(SmLogForkTest, ServesAChildOfAProcessWhoseThreadsAreWriting) {
+TEST_F(SmLogForkTest, WorksInAChildOfAProcessWhoseThreadsAreWriting) {
     std::atomic<bool> enough = false;
     client();
     std::thread writer([this, &enough] {
@@ -100,7 +100,7 @@ TEST_F(SmLogForkTest, ServesAChildOfAProcessWhoseThreadsAreWriting) {
     EXPECT_TRUE(served);
 }
 
-TEST_F(SmLogForkTest, LeavesNoDescriptorToAProgramThatIsStarted) {
+TEST_F(SmLogForkTest, PassesNoDescriptorToAnotherProgram) {
     client();
     EXPECT_EQ(::fcntl(clientDescriptor(), F_GETFD), FD_CLOEXEC);
 }

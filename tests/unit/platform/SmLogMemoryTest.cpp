@@ -40,7 +40,7 @@ protected:
     SmLog* findClient() const { return SmLog::getClientInstance(name.c_str(), 3); }
 };
 
-TEST_F(SmLogMemoryTest, IsForItsUserAlone) {
+TEST_F(SmLogMemoryTest, IsAccessibleOnlyToItsUser) {
     client();
 
     struct stat status {};
@@ -49,7 +49,7 @@ TEST_F(SmLogMemoryTest, IsForItsUserAlone) {
     EXPECT_EQ(status.st_uid, ::geteuid());
 }
 
-TEST_F(SmLogMemoryTest, HasNoClientWhereSomethingElseHasItsName) {
+TEST_F(SmLogMemoryTest, HasNoClientIfAnotherFileHasItsName) {
     for (const std::string& content :
          {std::string("x"), std::string(LogRing::memorySize, 'x'), std::string(LogRing::memorySize - 1, '\0'),
           std::string(LogRing::memorySize + 1, '\0')}) {
@@ -59,7 +59,7 @@ TEST_F(SmLogMemoryTest, HasNoClientWhereSomethingElseHasItsName) {
     }
 }
 
-TEST_F(SmLogMemoryTest, HasNoClientWhereItsNameIsNoRegularFile) {
+TEST_F(SmLogMemoryTest, HasNoClientIfItsNameIsNoRegularFile) {
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
     EXPECT_EQ(findClient(), nullptr);
     ::unlink(path.c_str());
@@ -73,7 +73,7 @@ TEST_F(SmLogMemoryTest, HasNoClientWhereItsNameIsNoRegularFile) {
     ::rmdir(path.c_str());
 }
 
-TEST_F(SmLogMemoryTest, HasNoClientWithoutMemoryAndGetsOneLater) {
+TEST_F(SmLogMemoryTest, HasNoClientUntilThereIsMemory) {
     ChildProcess limited([this] {
         std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{.rlim_cur = 1 << 20, .rlim_max = 1 << 20};
@@ -84,7 +84,7 @@ TEST_F(SmLogMemoryTest, HasNoClientWithoutMemoryAndGetsOneLater) {
     EXPECT_NE(findClient(), nullptr);
 }
 
-TEST_F(SmLogMemoryTest, FinishesWhatADyingCreatorBegan) {
+TEST_F(SmLogMemoryTest, FinishesTheWorkOfADyingCreator) {
     fillMemoryWith("");
     writeNumbered(0, 1);
     EXPECT_EQ(keptTexts(), numbered(0, 1));
@@ -101,7 +101,7 @@ TEST_F(SmLogMemoryTest, FinishesAMemoryThatIsAllHoles) {
     EXPECT_GE(static_cast<std::size_t>(status.st_blocks) * 512, LogRing::memorySize);
 }
 
-TEST_F(SmLogMemoryTest, BeginsAnewWhenSomebodyEmptiesIt) {
+TEST_F(SmLogMemoryTest, StartsAgainAfterItWasEmptied) {
     writeNumbered(0, 10);
     const unsigned before = read(0).end;
     resizeMemory(0);
@@ -114,7 +114,7 @@ TEST_F(SmLogMemoryTest, BeginsAnewWhenSomebodyEmptiesIt) {
     EXPECT_EQ(textsOf(read(emptied.end).text), numbered(10, 5));
 }
 
-TEST_F(SmLogMemoryTest, TakesAndGivesNothingWhenSomebodyCutsIt) {
+TEST_F(SmLogMemoryTest, FailsReadsAndWritesAfterItWasTruncated) {
     writeNumbered(0, 10);
     const unsigned before = read(0).end;
     resizeMemory(4096);
@@ -126,7 +126,7 @@ TEST_F(SmLogMemoryTest, TakesAndGivesNothingWhenSomebodyCutsIt) {
     EXPECT_EQ(cut.end, before);
 }
 
-TEST_F(SmLogMemoryTest, TakesAndGivesNothingWhenSomebodyOverwritesIt) {
+TEST_F(SmLogMemoryTest, FailsReadsAndWritesAfterItWasOverwritten) {
     writeNumbered(0, 10);
     const unsigned before = read(0).end;
     const std::string magic = memory().substr(0, sizeof(std::uint64_t));
@@ -142,7 +142,7 @@ TEST_F(SmLogMemoryTest, TakesAndGivesNothingWhenSomebodyOverwritesIt) {
     }
 }
 
-TEST_F(SmLogMemoryTest, GoesOnBehindTextWithoutALineEnd) {
+TEST_F(SmLogMemoryTest, AppendsAfterTextWithoutALineEnd) {
     writeNumbered(0, 1);
     const std::string valid = memory();
     overwriteStart(valid.substr(0, sizeof(std::uint64_t)) + bytesOf(0) + bytesOf(10));

@@ -46,7 +46,7 @@ TEST_F(SmLogPositionsTest, ReportsAnOverlapToAReaderThatFellBehind) {
     EXPECT_FALSE(client().overlap(late.end, next.end));
 }
 
-TEST_F(SmLogPositionsTest, ReportsNoOverlapForWhatWasReadBeforeItWasOverwritten) {
+TEST_F(SmLogPositionsTest, ReportsNoOverlapForEntriesReadBeforeTheyWereOverwritten) {
     writeNumbered(0, 1);
     const unsigned before = read(0).end;
     writeNumbered(1, 1);
@@ -57,7 +57,7 @@ TEST_F(SmLogPositionsTest, ReportsNoOverlapForWhatWasReadBeforeItWasOverwritten)
     EXPECT_FALSE(client().overlap(before, after));
 }
 
-TEST_F(SmLogPositionsTest, ReportsAnOverlapWhateverTheSizeOfTheBuffer) {
+TEST_F(SmLogPositionsTest, ReportsAnOverlapForAnySizeOfTheBuffer) {
     writeNumbered(0, 1);
     const unsigned before = read(0).end;
     overwriteAll(1);
@@ -71,7 +71,7 @@ TEST_F(SmLogPositionsTest, ReportsAnOverlapWhateverTheSizeOfTheBuffer) {
     EXPECT_FALSE(client().overlap(tooSmall.end, small.end));
 }
 
-TEST_F(SmLogPositionsTest, MissesNothingWhenOnlyWhatItHasReadIsOverwritten) {
+TEST_F(SmLogPositionsTest, LosesNothingIfOnlyReadEntriesAreOverwritten) {
     writeNumbered(0, 30000);
     const unsigned before = read(0).end;
     writeNumbered(30000, 30000);
@@ -82,13 +82,13 @@ TEST_F(SmLogPositionsTest, MissesNothingWhenOnlyWhatItHasReadIsOverwritten) {
     EXPECT_FALSE(client().overlap(before, news.end));
 }
 
-TEST_F(SmLogPositionsTest, ReportsNoOverlapToAReaderThatAskedForTheOldest) {
+TEST_F(SmLogPositionsTest, ReportsNoOverlapToAReaderThatStartsWithTheOldest) {
     overwriteAll(0);
 
     EXPECT_FALSE(client().overlap(0, read(0).end));
 }
 
-TEST_F(SmLogPositionsTest, ReadsTheOldestFromAPositionThatWasNeverGiven) {
+TEST_F(SmLogPositionsTest, ReadsTheOldestFromAnInvalidPosition) {
     writeNumbered(0, 3);
     const Reading all = read(0);
 
@@ -100,12 +100,12 @@ TEST_F(SmLogPositionsTest, ReadsTheOldestFromAPositionThatWasNeverGiven) {
     }
 }
 
-TEST_F(SmLogPositionsTest, NeverGivesPositionZero) {
+TEST_F(SmLogPositionsTest, NeverReturnsPositionZero) {
     EXPECT_NE(read(0).end, 0U);
     EXPECT_NE(read(0, 0).end, 0U);
 }
 
-TEST_F(SmLogPositionsTest, GoesOnWhenThePositionsWrap) {
+TEST_F(SmLogPositionsTest, ContinuesWhenThePositionsWrap) {
     beginAfter(wrap - 1000);
     std::vector<unsigned> ends;
     unsigned position = 0;
@@ -138,7 +138,7 @@ TEST_F(SmLogPositionsTest, ReportsAnOverlapAcrossTheWrap) {
 /// However the end of an entry lies to the wrap.
 class WrapDistanceTest : public SmLogPositionsTest, public testing::WithParamInterface<int> {};
 
-TEST_P(WrapDistanceTest, NeverGivesPositionZeroNorTheSameTwice) {
+TEST_P(WrapDistanceTest, NeverReturnsPositionZeroOrTheSameTwice) {
     constexpr std::size_t lineLength =
         std::string_view("2031-05-17T08:15:00.123456Z 6 Test: entry 0\n").size();
     beginAfter(wrap - lineLength + static_cast<std::uint64_t>(GetParam()));

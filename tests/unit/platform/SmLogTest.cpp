@@ -17,7 +17,7 @@ using testing::IsEmpty;
 
 class SmLogTest : public LogFixture {};
 
-TEST_F(SmLogTest, HasOneClientForANameInAProcess) {
+TEST_F(SmLogTest, HasOneClientForEachNameInAProcess) {
     SmLog* const other = SmLog::getClientInstance((name + "_other").c_str(), 3);
 
     EXPECT_EQ(SmLog::getClientInstance(name.c_str(), 3), &client());
@@ -27,7 +27,7 @@ TEST_F(SmLogTest, HasOneClientForANameInAProcess) {
     std::remove((path + "_other").c_str());
 }
 
-TEST_F(SmLogTest, HasNoClientForWhatIsNoFileName) {
+TEST_F(SmLogTest, HasNoClientForAnInvalidFileName) {
     EXPECT_EQ(SmLog::getClientInstance(nullptr, 3), nullptr);
     for (const std::string& bad :
          {std::string(), std::string("."), std::string(".."), std::string("/log"), std::string("a/log"),
@@ -36,14 +36,14 @@ TEST_F(SmLogTest, HasNoClientForWhatIsNoFileName) {
     }
 }
 
-TEST_F(SmLogTest, GivesBackWhatWasWrittenInItsOrder) {
+TEST_F(SmLogTest, ReturnsTheEntriesInTheOrderOfWriting) {
     client().write(1, "First", "one");
     client().write(2, "Second", "%s and %d", "two", 2);
 
     EXPECT_THAT(keptTexts(), ElementsAre("one", "two and 2"));
 }
 
-TEST_F(SmLogTest, ReadsOnBehindTheLastRead) {
+TEST_F(SmLogTest, ContinuesAfterTheLastRead) {
     writeNumbered(0, 3);
     const Reading first = read(0);
     writeNumbered(3, 2);
@@ -69,7 +69,7 @@ TEST_F(SmLogTest, CopiesOnlyWholeEntriesThatFitWithTheClosingZero) {
     }
 }
 
-TEST_F(SmLogTest, KeepsInsideTheBuffer) {
+TEST_F(SmLogTest, StaysWithinTheBuffer) {
     writeNumbered(0, 2);
     const auto line = static_cast<unsigned>(read(0).text.size()) / 2;
     std::string buffer(100, '#');
@@ -80,7 +80,7 @@ TEST_F(SmLogTest, KeepsInsideTheBuffer) {
     EXPECT_EQ(buffer.substr(line + 1), std::string(buffer.size() - line - 1, '#'));
 }
 
-TEST_F(SmLogTest, StaysWhereItIsWhenTheNextEntryDoesNotFit) {
+TEST_F(SmLogTest, KeepsThePositionIfTheNextEntryDoesNotFit) {
     writeNumbered(0, 1);
     const unsigned before = read(0).end;
     writeNumbered(1, 1);
@@ -103,7 +103,7 @@ TEST_F(SmLogTest, WritesNothingToABufferWithoutRoom) {
     EXPECT_EQ(textsOf(read(oldest).text), numbered(0, 1));
 }
 
-TEST_F(SmLogTest, GivesAllThatIsKeptInOneReadOfTwoMebibytes) {
+TEST_F(SmLogTest, ReturnsAllEntriesInOneReadOfTwoMebibytes) {
     constexpr int written = 70000;
     writeNumbered(0, written);
 
@@ -136,7 +136,7 @@ TEST_F(SmLogTest, KeepsItsEntriesWhole) {
     }
 }
 
-TEST_F(SmLogTest, WritesAndLeavesErrnoAlone) {
+TEST_F(SmLogTest, DoesNotChangeErrnoWhenItWrites) {
     SmLog& log = client();
 
     errno = ENOTTY;

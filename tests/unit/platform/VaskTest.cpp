@@ -41,7 +41,7 @@ private:
     }
 };
 
-TEST_F(VaskTest, IsAnUnsecuredBoardInOrderWhenNothingIsSet) {
+TEST_F(VaskTest, IsAHealthyUnsecuredBoardByDefault) {
     int secure = -1;
 
     EXPECT_EQ(vask_cma_process_init(), 0);
@@ -56,7 +56,7 @@ TEST_F(VaskTest, FailsToInitialiseWithTheCodeThatIsSet) {
     EXPECT_EQ(vask_cma_process_init(), 2147483647);
 }
 
-TEST_F(VaskTest, TakesASettingThatIsNoNumberForZero) {
+TEST_F(VaskTest, TreatsASettingThatIsNotANumberAsZero) {
     for (const char* content : {"", "\n", "x", "7x", " 7", "7\n\n", "0x7", "2147483648",
                                 "7777777777777777777", "0000000000000000007"}) {
         set(HostBoard::cmaErrorFile, content);
@@ -67,7 +67,7 @@ TEST_F(VaskTest, TakesASettingThatIsNoNumberForZero) {
     EXPECT_EQ(vask_cma_process_init(), 0);
 }
 
-TEST_F(VaskTest, TellsWhetherTheBoardIsSecured) {
+TEST_F(VaskTest, ReportsWhetherTheBoardIsSecured) {
     int secure = 0;
     set(HostBoard::secureFile, "1\n");
 
@@ -75,7 +75,7 @@ TEST_F(VaskTest, TellsWhetherTheBoardIsSecured) {
     EXPECT_EQ(secure, 1);
 }
 
-TEST_F(VaskTest, CannotTellWhetherTheBoardIsSecuredWhenSetSo) {
+TEST_F(VaskTest, FailsToReportTheSecurityIfConfiguredSo) {
     int secure = -1;
     set(HostBoard::secureFile, "1\n");
     set(HostBoard::secureErrorFile, "5\n");
@@ -85,7 +85,7 @@ TEST_F(VaskTest, CannotTellWhetherTheBoardIsSecuredWhenSetSo) {
     EXPECT_NE(vask_security_is_secure_env(nullptr), 0);
 }
 
-TEST_F(VaskTest, TranslatesTheWindowsOfTheBoardAndNothingElse) {
+TEST_F(VaskTest, TranslatesOnlyTheWindowsOfTheBoard) {
     for (const unsigned inside :
          {0x80000000U, 0x80000001U, 0xA0000000U, 0xFFFFFFFFU, 0x02090000U, 0x0209FFFFU}) {
         void* address = nullptr;
@@ -100,7 +100,7 @@ TEST_F(VaskTest, TranslatesTheWindowsOfTheBoardAndNothingElse) {
     EXPECT_NE(vask_cma_phy_to_virt(0x80000000U, nullptr), 0);
 }
 
-TEST_F(VaskTest, ShowsAWindowAsOneRange) {
+TEST_F(VaskTest, MapsAWindowAsOneRange) {
     constexpr unsigned distance = sizeof(void*) > 4 ? 0x7FFFFFFF : 0x03FFFFFF;
 
     std::memcpy(at(0x80000000U) + distance - 3, "text", 4);
@@ -109,7 +109,7 @@ TEST_F(VaskTest, ShowsAWindowAsOneRange) {
     EXPECT_EQ(*at(0x80000000U), 0);
 }
 
-TEST_F(VaskTest, ShowsAllProcessesTheSameMemory) {
+TEST_F(VaskTest, SharesTheMemoryAmongAllProcesses) {
     ChildProcess writer([] {
         std::memcpy(at(0x9FFFFFFEU), "descriptor", 10);
         std::memcpy(at(0x02090010U), "register", 8);

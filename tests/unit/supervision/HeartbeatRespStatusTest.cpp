@@ -15,7 +15,7 @@ TEST(HeartbeatRespStatusTest, HasNoNameForAnythingElse) {
     EXPECT_EQ(HeartbeatRespStatus::toString(HeartbeatRespStatus::Status{0xffffffff}), "");
 }
 
-TEST(HeartbeatRespStatusTest, BeginsWithNothingReceived) {
+TEST(HeartbeatRespStatusTest, StartsWithNothingReceived) {
     const HeartbeatRespStatus status;
 
     EXPECT_EQ(status.netfpProxy, HeartbeatRespStatus::NOT_RECEIVED);

@@ -17,7 +17,7 @@ protected:
 
 }  // namespace
 
-TEST_F(SupervisionMgrDatagramTest, DoesNotLookAtLengthTypeAndFlagsInTheHeader) {
+TEST_F(SupervisionMgrDatagramTest, IgnoresLengthTypeAndFlagsInTheHeader) {
     supervise({iwf});
     const std::string restOfHeader = iwfAnswer().substr(netlinkSequenceOffset);
 
@@ -86,7 +86,7 @@ TEST_F(SupervisionMgrDatagramTest, ReportsDatagramsThatAreTooShort) {
                   error("Unexpected message size: 23")});
 }
 
-TEST_F(SupervisionMgrDatagramTest, TakesTheFirst24BytesOfALongerDatagram) {
+TEST_F(SupervisionMgrDatagramTest, ReadsTheFirst24BytesOfALongerDatagram) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycle({iwfAnswer() + '\x55', sfnAnswer() + std::string(376, '\x55'),
@@ -97,7 +97,7 @@ TEST_F(SupervisionMgrDatagramTest, TakesTheFirst24BytesOfALongerDatagram) {
     expectLogged({error("Heartbeat status: IWF Dispatcher:ERROR SFN Dispatcher:OK NetfpProxy: OK")});
 }
 
-TEST_F(SupervisionMgrDatagramTest, FindsTheAnswersBehindAThousandForeignDatagrams) {
+TEST_F(SupervisionMgrDatagramTest, FindsTheAnswersAfterAThousandForeignDatagrams) {
     std::filesystem::remove("/dev/log");  // it would not keep that many records
     supervise({iwf, sfn});
     std::vector<std::string> datagrams;

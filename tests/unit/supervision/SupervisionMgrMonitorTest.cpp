@@ -68,7 +68,7 @@ TEST_F(SupervisionMgrMonitorTest, AsksBothDispatchersAndNetfpProxy) {
     EXPECT_EQ(proxy.requests(), std::vector{requestToProxy(101)});
 }
 
-TEST_F(SupervisionMgrMonitorTest, AsksTheIwfDispatcherAloneWhereItAloneIsSelected) {
+TEST_F(SupervisionMgrMonitorTest, AsksOnlyTheIwfDispatcherIfOnlyItIsSelected) {
     const ScriptedPeer iwfPeer = ScriptedPeer::atNetlinkPort(iwfPort);
     const ScriptedPeer sfnPeer = ScriptedPeer::atNetlinkPort(sfnPort);
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
@@ -83,7 +83,7 @@ TEST_F(SupervisionMgrMonitorTest, AsksTheIwfDispatcherAloneWhereItAloneIsSelecte
     EXPECT_EQ(sfnPeer.requests(), std::vector<std::string>{});
 }
 
-TEST_F(SupervisionMgrMonitorTest, AsksTheSfnDispatcherAloneWhereItAloneIsSelected) {
+TEST_F(SupervisionMgrMonitorTest, AsksOnlyTheSfnDispatcherIfOnlyItIsSelected) {
     const ScriptedPeer iwfPeer = ScriptedPeer::atNetlinkPort(iwfPort);
     const ScriptedPeer sfnPeer = ScriptedPeer::atNetlinkPort(sfnPort);
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
@@ -98,7 +98,7 @@ TEST_F(SupervisionMgrMonitorTest, AsksTheSfnDispatcherAloneWhereItAloneIsSelecte
     EXPECT_EQ(sfnPeer.awaitRequests(1), std::vector{requestToDispatcher(1)});
 }
 
-TEST_F(SupervisionMgrMonitorTest, NumbersItsRequestsFromCycleToCycle) {
+TEST_F(SupervisionMgrMonitorTest, NumbersItsRequestsAcrossCycles) {
     const ScriptedPeer iwfPeer = ScriptedPeer::atNetlinkPort(iwfPort);
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
     select({iwf});
@@ -117,7 +117,7 @@ TEST_F(SupervisionMgrMonitorTest, NumbersItsRequestsFromCycleToCycle) {
     EXPECT_EQ(proxy.requests(), (std::vector{requestToProxy(101), requestToProxy(102), requestToProxy(103)}));
 }
 
-TEST_F(SupervisionMgrMonitorTest, TellsWhomItCouldNotAsk) {
+TEST_F(SupervisionMgrMonitorTest, ReportsEachRequestThatCannotBeSent) {
     select({iwf, sfn});
     ASSERT_TRUE(manager.initialize());
 
@@ -133,7 +133,7 @@ TEST_F(SupervisionMgrMonitorTest, TellsWhomItCouldNotAsk) {
                   error("Error while sending heartbeat request to netfp proxy, errno: Connection refused")});
 }
 
-TEST_F(SupervisionMgrMonitorTest, GoesOnWithACycleWhereADispatcherCouldNotBeAsked) {
+TEST_F(SupervisionMgrMonitorTest, ContinuesACycleIfARequestToADispatcherCannotBeSent) {
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
     select({iwf});
     answers(proxy, 101, {dispatcherAnswer(1, iwfPort, 0), proxyAnswer(101, 1)});
@@ -145,7 +145,7 @@ TEST_F(SupervisionMgrMonitorTest, GoesOnWithACycleWhereADispatcherCouldNotBeAske
                   error("Heartbeat status: IWF Dispatcher:OK NetfpProxy: ERROR")});
 }
 
-TEST_F(SupervisionMgrMonitorTest, GoesOnToTheNextNumberOfNetfpProxyEvenWhereItCouldNotBeAsked) {
+TEST_F(SupervisionMgrMonitorTest, AdvancesTheNumberOfNetfpProxyEvenIfTheRequestCannotBeSent) {
     select({iwf});
     ASSERT_TRUE(manager.initialize());
     manager.sendNetfpProxyHearbeatReq();
@@ -156,7 +156,7 @@ TEST_F(SupervisionMgrMonitorTest, GoesOnToTheNextNumberOfNetfpProxyEvenWhereItCo
     EXPECT_EQ(proxy.awaitRequests(1), std::vector{requestToProxy(102)});
 }
 
-TEST_F(SupervisionMgrMonitorTest, PausesFourSecondsAfterAHealthyCycleWhateverSignalsArrive) {
+TEST_F(SupervisionMgrMonitorTest, PausesFourSecondsAfterAHealthyCycleDespiteSignals) {
     ScriptedPeer iwfPeer = ScriptedPeer::atNetlinkPort(iwfPort);
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);
     select({iwf});

@@ -24,7 +24,7 @@ TEST_F(SupervisionMgrResponseTest, LeavesNoTraceOfAHealthyCycle) {
     expectLogged({});
 }
 
-TEST_F(SupervisionMgrResponseTest, TakesTheAnswersInAnyOrder) {
+TEST_F(SupervisionMgrResponseTest, AcceptsTheAnswersInAnyOrder) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycle({proxyAnswer(), iwfAnswer(), sfnAnswer()}), healthy);
@@ -34,7 +34,7 @@ TEST_F(SupervisionMgrResponseTest, TakesTheAnswersInAnyOrder) {
     expectLogged({});
 }
 
-TEST_F(SupervisionMgrResponseTest, ExpectsTwoAnswersWhereOneDispatcherIsSelected) {
+TEST_F(SupervisionMgrResponseTest, ExpectsTwoAnswersIfOneDispatcherIsSelected) {
     supervise({iwf});
 
     EXPECT_EQ(cycle({iwfAnswer(), proxyAnswer()}), healthy);
@@ -42,7 +42,7 @@ TEST_F(SupervisionMgrResponseTest, ExpectsTwoAnswersWhereOneDispatcherIsSelected
     expectLogged({});
 }
 
-TEST_F(SupervisionMgrResponseTest, ExpectsTheSfnDispatcherWhereItAloneIsSelected) {
+TEST_F(SupervisionMgrResponseTest, ExpectsOnlyTheSfnDispatcherIfOnlyItIsSelected) {
     supervise({sfn});
 
     EXPECT_EQ(cycle({sfnAnswer(), proxyAnswer()}), healthy);
@@ -74,7 +74,7 @@ TEST_F(SupervisionMgrResponseTest, StopsForAnErrorOfNetfpProxy) {
     expectUnhealthy("Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:OK NetfpProxy: ERROR");
 }
 
-TEST_F(SupervisionMgrResponseTest, ShowsOnlyWhatIsSelectedWhenItStops) {
+TEST_F(SupervisionMgrResponseTest, ShowsOnlySelectedPeersWhenItStops) {
     supervise({sfn});
 
     EXPECT_EQ(cycle({proxyAnswer(0xffffffff), sfnAnswer(0x80000000)}), stop);
@@ -82,7 +82,7 @@ TEST_F(SupervisionMgrResponseTest, ShowsOnlyWhatIsSelectedWhenItStops) {
     expectUnhealthy("Heartbeat status: SFN Dispatcher:ERROR NetfpProxy: ERROR");
 }
 
-TEST_F(SupervisionMgrResponseTest, CountsAnAnswerThatComesTwiceTwice) {
+TEST_F(SupervisionMgrResponseTest, CountsARepeatedAnswerTwice) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycle({iwfAnswer(), iwfAnswer(), proxyAnswer()}), stop);
@@ -90,7 +90,7 @@ TEST_F(SupervisionMgrResponseTest, CountsAnAnswerThatComesTwiceTwice) {
     expectUnhealthy("Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:NOT_RECEIVED NetfpProxy: OK");
 }
 
-TEST_F(SupervisionMgrResponseTest, BelievesThePeersLastAnswer) {
+TEST_F(SupervisionMgrResponseTest, UsesThePeersLastAnswer) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycle({iwfAnswer(1), iwfAnswer(), proxyAnswer(1)}), stop);
@@ -98,7 +98,7 @@ TEST_F(SupervisionMgrResponseTest, BelievesThePeersLastAnswer) {
     expectUnhealthy("Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:NOT_RECEIVED NetfpProxy: ERROR");
 }
 
-TEST_F(SupervisionMgrResponseTest, CountsTheAnswerOfADispatcherThatIsNotSelected) {
+TEST_F(SupervisionMgrResponseTest, CountsTheAnswerOfAnUnselectedDispatcher) {
     supervise({iwf});
 
     EXPECT_EQ(cycle({sfnAnswer(), proxyAnswer()}), stop);
@@ -106,7 +106,7 @@ TEST_F(SupervisionMgrResponseTest, CountsTheAnswerOfADispatcherThatIsNotSelected
     expectUnhealthy("Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: OK");
 }
 
-TEST_F(SupervisionMgrResponseTest, StopsForADispatcherWithAnUnknownPortIdWithoutAStatusLine) {
+TEST_F(SupervisionMgrResponseTest, StopsWithoutAStatusLineForAnUnknownPortId) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycle({iwfAnswer(),
@@ -117,7 +117,7 @@ TEST_F(SupervisionMgrResponseTest, StopsForADispatcherWithAnUnknownPortIdWithout
     expectLogged({error("Invalid dispatcher PID received: 4000000000")});
 }
 
-TEST_F(SupervisionMgrResponseTest, DoesNotLookAtThePortIdOfNetfpProxy) {
+TEST_F(SupervisionMgrResponseTest, IgnoresThePortIdOfNetfpProxy) {
     supervise({iwf});
 
     EXPECT_EQ(cycle({iwfAnswer(), netlinkMessage(proxySequence, 7, statusPayload(proxyResponse, 0))}),

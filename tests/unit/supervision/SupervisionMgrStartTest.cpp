@@ -40,7 +40,7 @@ protected:
 
 }  // namespace
 
-TEST_F(SupervisionMgrStartTest, EndsWithoutAWordWhereNoDispatcherIsSelected) {
+TEST_F(SupervisionMgrStartTest, EndsSilentlyIfNoDispatcherIsSelected) {
     EXPECT_FALSE(run());
 
     EXPECT_EQ(printed, Printed{});
@@ -48,13 +48,13 @@ TEST_F(SupervisionMgrStartTest, EndsWithoutAWordWhereNoDispatcherIsSelected) {
     EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
 }
 
-TEST_F(SupervisionMgrStartTest, GivesItsPortUpWhereNoDispatcherIsSelected) {
+TEST_F(SupervisionMgrStartTest, ReleasesItsPortIfNoDispatcherIsSelected) {
     run();
 
     EXPECT_NO_THROW(atOwnPort());
 }
 
-TEST_F(SupervisionMgrStartTest, TakesItsProcessIdAsPortId) {
+TEST_F(SupervisionMgrStartTest, UsesItsProcessIdAsPortId) {
     select({iwf});
 
     EXPECT_TRUE(manager.initialize());
@@ -63,7 +63,7 @@ TEST_F(SupervisionMgrStartTest, TakesItsProcessIdAsPortId) {
     expectLogged({});
 }
 
-TEST_F(SupervisionMgrStartTest, GivesItsPortUpInTheEnd) {
+TEST_F(SupervisionMgrStartTest, ReleasesItsPortAtTheEnd) {
     select({iwf});
     ASSERT_TRUE(manager.initialize());
 
@@ -88,7 +88,7 @@ TEST_F(SupervisionMgrStartTest, ReportsASocketThatCannotBeClosed) {
     expectLogged({error("Error while closing netlink socket, errno: Input/output error")});
 }
 
-TEST_F(SupervisionMgrStartTest, ReportsASocketThatCannotBeHad) {
+TEST_F(SupervisionMgrStartTest, ReportsAFailedSocketCall) {
     select({iwf, sfn});
 
     EXPECT_FALSE(runWith(noNetlinkSocket));
@@ -98,7 +98,7 @@ TEST_F(SupervisionMgrStartTest, ReportsASocketThatCannotBeHad) {
     EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
 }
 
-TEST_F(SupervisionMgrStartTest, UsesASocketWhoseSendsCannotBeLimited) {
+TEST_F(SupervisionMgrStartTest, UsesASocketWithoutASendTimeOut) {
     select({iwf, sfn});
     bool initialized = false;
 
@@ -119,33 +119,33 @@ TEST_F(SupervisionMgrStartTest, ReportsAPortIdThatIsTaken) {
     EXPECT_EQ(proxy.requests(), std::vector<std::string>{});
 }
 
-TEST_F(SupervisionMgrStartTest, ReportsAFailureEvenWhereNoDispatcherIsSelected) {
+TEST_F(SupervisionMgrStartTest, ReportsAFailureEvenIfNoDispatcherIsSelected) {
     EXPECT_FALSE(runWith(noNetlinkSocket));
 
     expectLogged({error("Error while creating netlink socket, errno: Too many open files")});
 }
 
-TEST_F(SupervisionMgrStartTest, ShowsNetfpProxyAloneBeforeItKnowsTheSelection) {
+TEST_F(SupervisionMgrStartTest, ShowsOnlyNetfpProxyBeforeItKnowsTheSelection) {
     select({iwf, sfn});
 
     EXPECT_EQ(statusLine(), "Heartbeat status: NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrStartTest, ShowsTheIwfDispatcherAloneWhereItAloneIsSelected) {
+TEST_F(SupervisionMgrStartTest, ShowsOnlyTheIwfDispatcherIfOnlyItIsSelected) {
     select({iwf});
     ASSERT_TRUE(manager.initialize());
 
     EXPECT_EQ(statusLine(), "Heartbeat status: IWF Dispatcher:OK NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrStartTest, ShowsTheSfnDispatcherAloneWhereItAloneIsSelected) {
+TEST_F(SupervisionMgrStartTest, ShowsOnlyTheSfnDispatcherIfOnlyItIsSelected) {
     select({sfn});
     ASSERT_TRUE(manager.initialize());
 
     EXPECT_EQ(statusLine(), "Heartbeat status: SFN Dispatcher:ERROR NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrStartTest, ShowsBothDispatchersWhereBothAreSelected) {
+TEST_F(SupervisionMgrStartTest, ShowsBothDispatchersIfBothAreSelected) {
     select({sfn, iwf});
     ASSERT_TRUE(manager.initialize());
 
@@ -153,7 +153,7 @@ TEST_F(SupervisionMgrStartTest, ShowsBothDispatchersWhereBothAreSelected) {
               "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:ERROR NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrStartTest, ShowsAStatusWithoutANameAsNothing) {
+TEST_F(SupervisionMgrStartTest, ShowsNothingForAStatusWithoutAName) {
     select({iwf});
     ASSERT_TRUE(manager.initialize());
     HeartbeatRespStatus status;

@@ -38,18 +38,18 @@ TEST_F(SupervisionMgrTest, DetectsNothingElse) {
     }
 }
 
-TEST_F(SupervisionMgrTest, NeedsAKeywordThatTheArgumentCountCovers) {
+TEST_F(SupervisionMgrTest, IgnoresAKeywordBeyondTheArgumentCount) {
     ArgumentVector arguments({"supervision"});
 
     EXPECT_FALSE(manager.detectKeywords(1, arguments.argv()));
 }
 
-TEST_F(SupervisionMgrTest, ExplainsItself) {
+TEST_F(SupervisionMgrTest, PrintsItsHelp) {
     EXPECT_EQ(printedBy([&] { manager.printHelpMsg("<>", "/bin/k"); }),
               (Printed{.out = managerHelp("Supervision", "<>", "/bin/k")}));
 }
 
-TEST_F(SupervisionMgrTest, HasNothingToResolveInTheArguments) {
+TEST_F(SupervisionMgrTest, AcceptsAnyArguments) {
     ArgumentVector arguments({"supervision"});
 
     EXPECT_TRUE(manager.resolveRequest(arguments.argc(), arguments.argv()));
@@ -69,7 +69,7 @@ TEST_F(SupervisionMgrTest, LogsInBothPlacesWithEachLevel) {
                   {"3 Supervision: debug", "<15>TIME supervision_test: debug"}});
 }
 
-TEST_F(SupervisionMgrTest, LogsInTheSystemLogAloneBeforeItHasTheOther) {
+TEST_F(SupervisionMgrTest, LogsOnlyInTheSystemLogBeforeItHasTheOther) {
     manager.logf(Korvel::logError, "early");
 
     EXPECT_EQ(systemLog.records(), std::vector{error("early").inSystemLog});

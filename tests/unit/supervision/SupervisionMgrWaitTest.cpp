@@ -46,7 +46,7 @@ TEST_F(SupervisionMgrWaitTest, TimesOutAfterTwoSecondsOfSilence) {
                     "NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrWaitTest, ShowsWhatHadComeWhenItTimesOut) {
+TEST_F(SupervisionMgrWaitTest, ShowsTheReceivedAnswersWhenItTimesOut) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycle({iwfAnswer(), proxyAnswer()}), timedOut);
@@ -55,7 +55,7 @@ TEST_F(SupervisionMgrWaitTest, ShowsWhatHadComeWhenItTimesOut) {
                     "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:NOT_RECEIVED NetfpProxy: OK");
 }
 
-TEST_F(SupervisionMgrWaitTest, TimesOutRatherThanStopsForAnErrorWhileAnAnswerIsMissing) {
+TEST_F(SupervisionMgrWaitTest, TimesOutBeforeItStopsForAnErrorIfAnAnswerIsMissing) {
     supervise({sfn});
 
     EXPECT_EQ(cycle({sfnAnswer(3)}), timedOut);
@@ -63,7 +63,7 @@ TEST_F(SupervisionMgrWaitTest, TimesOutRatherThanStopsForAnErrorWhileAnAnswerIsM
     expectAbandoned(timeOut, "Heartbeat status: SFN Dispatcher:ERROR NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrWaitTest, GivesEachDatagramTwoSeconds) {
+TEST_F(SupervisionMgrWaitTest, WaitsTwoSecondsForEachDatagram) {
     supervise({iwf});
     const auto start = steady_clock::now();
 
@@ -91,7 +91,7 @@ TEST_F(SupervisionMgrWaitTest, IsNotShortenedBySignals) {
     expectAbandoned(timeOut, "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrWaitTest, GoesOnAfterSignals) {
+TEST_F(SupervisionMgrWaitTest, ContinuesAfterSignals) {
     supervise({iwf});
     const SignalStorm storm;
 
@@ -108,7 +108,7 @@ TEST_F(SupervisionMgrWaitTest, GoesOnAfterSignals) {
     expectLogged({});
 }
 
-TEST_F(SupervisionMgrWaitTest, TimesOutWhereAnAnswerThatWasAnnouncedIsNotThere) {
+TEST_F(SupervisionMgrWaitTest, TimesOutIfAnAnnouncedAnswerIsMissing) {
     supervise({iwf});
 
     EXPECT_EQ(cycleFailing(nothingThere, {proxyAnswer()}), timedOut);
@@ -116,7 +116,7 @@ TEST_F(SupervisionMgrWaitTest, TimesOutWhereAnAnswerThatWasAnnouncedIsNotThere) 
     expectAbandoned(timeOut, "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrWaitTest, StopsWhereItCannotWait) {
+TEST_F(SupervisionMgrWaitTest, StopsIfTheWaitFails) {
     supervise({iwf, sfn});
 
     EXPECT_EQ(cycleFailing({.number = pollCall, .error = ENOMEM}, {}), stop);
@@ -126,7 +126,7 @@ TEST_F(SupervisionMgrWaitTest, StopsWhereItCannotWait) {
                     "NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrWaitTest, StopsWhereItCannotReceive) {
+TEST_F(SupervisionMgrWaitTest, StopsIfTheReceiveFails) {
     supervise({iwf});
 
     EXPECT_EQ(cycleFailing({.number = SYS_recvfrom, .error = EIO}, {proxyAnswer()}), stop);
@@ -135,7 +135,7 @@ TEST_F(SupervisionMgrWaitTest, StopsWhereItCannotReceive) {
                     "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED");
 }
 
-TEST_F(SupervisionMgrWaitTest, StopsWhereItReceivesNothing) {
+TEST_F(SupervisionMgrWaitTest, StopsIfItReceivesNothing) {
     supervise({sfn});
 
     // A call that fails with error 0 returns 0.

@@ -39,7 +39,7 @@ TEST_F(NetlinkHelperFailureTest, ReportsAWaitThatFails) {
               reported("poll() error: Cannot allocate memory"));
 }
 
-TEST_F(NetlinkHelperFailureTest, TimesOutWhereWhatWasAnnouncedIsNotThere) {
+TEST_F(NetlinkHelperFailureTest, TimesOutIfAnAnnouncedDatagramIsMissing) {
     ASSERT_TRUE(helper.open());
     arrives(netlinkMessage(7, ownPort(), "abc"));
     int result = 0;
@@ -50,7 +50,7 @@ TEST_F(NetlinkHelperFailureTest, TimesOutWhereWhatWasAnnouncedIsNotThere) {
     EXPECT_EQ(reports(), reported("Timed out while waiting for netlink msg"));
 }
 
-TEST_F(NetlinkHelperFailureTest, ReportsAReceiveThatFails) {
+TEST_F(NetlinkHelperFailureTest, ReportsAFailedReceive) {
     EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = ENOBUFS}),
               reported("recv() error: No buffer space available"));
 }
@@ -79,7 +79,7 @@ TEST_F(NetlinkHelperFailureTest, KeepsWorkingWithoutALog) {
     EXPECT_TRUE(mute.close());
 }
 
-TEST_F(NetlinkHelperFailureTest, FailsWithoutALogAsWithOne) {
+TEST_F(NetlinkHelperFailureTest, FailsInTheSameWayWithoutALog) {
     NetlinkHelper mute(nullptr);
     runFailing(noNetlinkSocket, [&] { EXPECT_FALSE(mute.open()); });
     EXPECT_FALSE(mute.close());

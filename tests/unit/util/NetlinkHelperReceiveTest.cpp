@@ -47,7 +47,7 @@ const Received failure{.result = NetlinkHelper::failed};
 
 }  // namespace
 
-TEST_F(NetlinkHelperReceiveTest, GivesThePayloadAndItsSequenceNumber) {
+TEST_F(NetlinkHelperReceiveTest, ReturnsThePayloadAndItsSequenceNumber) {
     arrives(message(0x01020304, "abcdefgh"));
 
     EXPECT_EQ(receive(8), (Received{8, "abcdefgh", 0x01020304}));
@@ -55,7 +55,7 @@ TEST_F(NetlinkHelperReceiveTest, GivesThePayloadAndItsSequenceNumber) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(NetlinkHelperReceiveTest, TakesOneDatagramAtATime) {
+TEST_F(NetlinkHelperReceiveTest, ReadsOneDatagramAtATime) {
     arrives(message(1, "first"));
     arrives(message(2, "second"));
 
@@ -74,13 +74,13 @@ TEST_F(NetlinkHelperReceiveTest, RefusesADatagramThatEndsInsideItsHeader) {
     }
 }
 
-TEST_F(NetlinkHelperReceiveTest, TakesADatagramThatEndsBehindItsHeader) {
+TEST_F(NetlinkHelperReceiveTest, AcceptsADatagramThatEndsAfterItsHeader) {
     arrives(message(7, ""));
 
     EXPECT_EQ(receive(8), (Received{0, "", 7}));
 }
 
-TEST_F(NetlinkHelperReceiveTest, TakesAPayloadThatIsShorterThanExpected) {
+TEST_F(NetlinkHelperReceiveTest, AcceptsAPayloadThatIsShorterThanExpected) {
     arrives(message(7, "a"));
 
     EXPECT_EQ(receive(8), (Received{1, "a", 7}));
@@ -88,7 +88,7 @@ TEST_F(NetlinkHelperReceiveTest, TakesAPayloadThatIsShorterThanExpected) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(NetlinkHelperReceiveTest, CutsALongerPayloadWithoutAReport) {
+TEST_F(NetlinkHelperReceiveTest, CutsALongerPayloadSilently) {
     for (const std::string surplus : {"i", "ijklmnop"}) {
         arrives(message(7, "abcdefgh" + surplus));
 
@@ -98,7 +98,7 @@ TEST_F(NetlinkHelperReceiveTest, CutsALongerPayloadWithoutAReport) {
     EXPECT_EQ(reports(), reported("Timed out while waiting for netlink msg"));
 }
 
-TEST_F(NetlinkHelperReceiveTest, GivesNothingWhereNothingIsExpected) {
+TEST_F(NetlinkHelperReceiveTest, ReturnsNothingIfNothingIsExpected) {
     arrives(message(7, "abc"));
     unsigned sequence = untouched;
 
@@ -117,7 +117,7 @@ TEST_F(NetlinkHelperReceiveTest, ExpectsUpTo4096Bytes) {
     EXPECT_EQ(receive(4096), (Received{4096, payload, 2}));
 }
 
-TEST_F(NetlinkHelperReceiveTest, RefusesToExpectMoreAndLeavesTheDatagramThere) {
+TEST_F(NetlinkHelperReceiveTest, RefusesToExpectMoreAndKeepsTheDatagram) {
     arrives(message(7, "abc"));
 
     EXPECT_EQ(receive(4097), failure);
@@ -136,7 +136,7 @@ TEST_F(NetlinkHelperReceiveTest, RefusesAMissingBuffer) {
     EXPECT_EQ(reports(), reported("recv() error: Bad address"));
 }
 
-TEST_F(NetlinkHelperReceiveTest, JudgesNothingInTheHeader) {
+TEST_F(NetlinkHelperReceiveTest, IgnoresTheFieldsOfTheHeader) {
     const std::string wrongLength = littleEndian(0xffffffff);
     const std::string wrongTypeAndFlags = littleEndian(0x12345678);
     const std::string wrongPort = littleEndian(0);

@@ -29,7 +29,7 @@ protected:
 
 }  // namespace
 
-TEST_F(NetlinkHelperSendTest, PutsAHeaderInFrontOfThePayload) {
+TEST_F(NetlinkHelperSendTest, PutsAHeaderBeforeThePayload) {
     EXPECT_TRUE(send("abc", peerPort, 0x01020304));
 
     constexpr std::string_view lengthTypeFlagsAndSequence("\x13\0\0\0\1\0\0\0\4\3\2\1", 12);
@@ -38,7 +38,7 @@ TEST_F(NetlinkHelperSendTest, PutsAHeaderInFrontOfThePayload) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(NetlinkHelperSendTest, AddsNoPaddingWhateverThePayloadsLength) {
+TEST_F(NetlinkHelperSendTest, AddsNoPaddingForAnyPayloadLength) {
     std::vector<std::string> expected;
     for (const auto length : std::initializer_list<std::size_t>{1, 2, 3, 4, 5, 36, 4095}) {
         const std::string payload(length, 'p');
@@ -50,14 +50,14 @@ TEST_F(NetlinkHelperSendTest, AddsNoPaddingWhateverThePayloadsLength) {
     EXPECT_EQ(peer.awaitRequests(expected.size()), expected);
 }
 
-TEST_F(NetlinkHelperSendTest, LeavesNothingOfALongerMessageInTheNextOne) {
+TEST_F(NetlinkHelperSendTest, KeepsNoBytesOfAnEarlierLongerMessage) {
     EXPECT_TRUE(send(std::string(100, '\xff'), peerPort, 0xffffffff));
     EXPECT_TRUE(send("x", peerPort, 0));
 
     EXPECT_EQ(peer.awaitRequests(2).back(), message("x"));
 }
 
-TEST_F(NetlinkHelperSendTest, SendsAHeaderAloneForNoPayload) {
+TEST_F(NetlinkHelperSendTest, SendsOnlyAHeaderForAnEmptyPayload) {
     EXPECT_TRUE(helper.send(nullptr, 0, peerPort, 5));
 
     EXPECT_EQ(peer.awaitRequests(1), std::vector{message("", 5)});
@@ -106,7 +106,7 @@ TEST_F(NetlinkHelperSendTest, ReportsThatNobodyIsAtThePortId) {
     EXPECT_EQ(reports(), reported("Error while sending netling message: Connection refused"));
 }
 
-TEST_F(NetlinkHelperSendTest, GivesAPeerThatNeverReadsUpAfterASecond) {
+TEST_F(NetlinkHelperSendTest, GivesUpOnAPeerThatNeverReadsAfterASecond) {
     constexpr unsigned deafPort = 120;
     constexpr auto aboutASecond = 950ms;  // less what a coarse clock may cut off
     const Base::UniqueFd deaf = socketAt(deafPort);
@@ -121,7 +121,7 @@ TEST_F(NetlinkHelperSendTest, GivesAPeerThatNeverReadsUpAfterASecond) {
     EXPECT_EQ(reports(), reported("Error while sending netling message: Resource temporarily unavailable"));
 }
 
-TEST_F(NetlinkHelperSendTest, ReportsASendThatFails) {
+TEST_F(NetlinkHelperSendTest, ReportsAFailedSend) {
     bool sent = true;
 
     runFailing({.number = SYS_sendto, .error = ENOBUFS}, [&] { sent = send("abc", peerPort); });

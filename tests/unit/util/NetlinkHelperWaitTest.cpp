@@ -38,7 +38,7 @@ const std::string response = netlinkMessage(7, peerPort, "abc");
 
 }  // namespace
 
-TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeWhereNothingComes) {
+TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeIfNothingArrives) {
     const auto begin = steady_clock::now();
 
     EXPECT_EQ(receive(200ms), NetlinkHelper::timedOut);
@@ -47,7 +47,7 @@ TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeWhereNothingComes) {
     expectTimedOut();
 }
 
-TEST_F(NetlinkHelperWaitTest, EndsWhenADatagramComesHoweverLongItsTimeIs) {
+TEST_F(NetlinkHelperWaitTest, EndsWhenADatagramArrives) {
     peer.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         std::this_thread::sleep_for(100ms);
         reply(response);
@@ -62,7 +62,7 @@ TEST_F(NetlinkHelperWaitTest, EndsWhenADatagramComesHoweverLongItsTimeIs) {
     }
 }
 
-TEST_F(NetlinkHelperWaitTest, OnlyLooksWhereItsTimeIsZeroOrLess) {
+TEST_F(NetlinkHelperWaitTest, ReturnsImmediatelyIfItsTimeIsZeroOrLess) {
     for (const milliseconds timeout : {0ms, -1ms, -5000ms, milliseconds::min()}) {
         SCOPED_TRACE(timeout.count());
         EXPECT_EQ(receive(timeout), NetlinkHelper::timedOut);
@@ -75,7 +75,7 @@ TEST_F(NetlinkHelperWaitTest, OnlyLooksWhereItsTimeIsZeroOrLess) {
     }
 }
 
-TEST_F(NetlinkHelperWaitTest, CanBeginAgainAfterATimeOut) {
+TEST_F(NetlinkHelperWaitTest, CanBeRepeatedAfterATimeOut) {
     ASSERT_EQ(receive(1ms), NetlinkHelper::timedOut);
     reports();
     arrives(response);
@@ -85,7 +85,7 @@ TEST_F(NetlinkHelperWaitTest, CanBeginAgainAfterATimeOut) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeWhateverSignalsArrive) {
+TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeDespiteSignals) {
     const auto begin = steady_clock::now();
     const SignalStorm storm;
 
@@ -96,7 +96,7 @@ TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeWhateverSignalsArrive) {
     expectTimedOut();
 }
 
-TEST_F(NetlinkHelperWaitTest, GoesOnAfterSignals) {
+TEST_F(NetlinkHelperWaitTest, ContinuesAfterSignals) {
     constexpr int manySignals = 20;
     peer.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         while (SignalStorm::count() < manySignals) {

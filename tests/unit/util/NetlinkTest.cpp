@@ -66,7 +66,7 @@ TEST_F(NetlinkTest, ReceivesAResponseOfItsSizeAndTheSequenceNumber) {
     EXPECT_EQ(reports(), Reports{});
 }
 
-TEST_F(NetlinkTest, ReceivesAResponseWhoseSequenceNumberIsOfNoInterest) {
+TEST_F(NetlinkTest, ReceivesAResponseAndDropsTheSequenceNumber) {
     proxy.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         reply(responseOf(statusPayload(24, 5)));
     });
@@ -90,7 +90,7 @@ TEST_F(NetlinkTest, ReportsAResponseThatIsTooShort) {
     }
 }
 
-TEST_F(NetlinkTest, TakesTheFirst8BytesOfALongerResponse) {
+TEST_F(NetlinkTest, ReadsTheFirst8BytesOfALongerResponse) {
     arrives(responseOf(statusPayload(24, 5) + "x"));
 
     EXPECT_TRUE(receive());

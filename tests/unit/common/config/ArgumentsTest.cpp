@@ -28,7 +28,7 @@ TEST_F(RemoveArgument, MovesTheLaterEntriesDown) {
     EXPECT_EQ(entries(), expected);
 }
 
-TEST_F(RemoveArgument, TakesTheProgramNameOutAsWell) {
+TEST_F(RemoveArgument, CanRemoveTheProgramName) {
     const Entries expected{entry(1), entry(2), entry(3), nullptr};
 
     removeArgument(0, line.argc(), line.argv());
@@ -36,7 +36,7 @@ TEST_F(RemoveArgument, TakesTheProgramNameOutAsWell) {
     EXPECT_EQ(entries(), expected);
 }
 
-TEST_F(RemoveArgument, OfTheLastEntryOnlyWritesANullPointerThere) {
+TEST_F(RemoveArgument, ReplacesTheLastEntryByANullPointer) {
     const Entries expected{entry(0), entry(1), entry(2), nullptr};
 
     removeArgument(3, line.argc(), line.argv());

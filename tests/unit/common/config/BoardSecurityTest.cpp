@@ -6,17 +6,17 @@
 
 namespace {
 
-TEST(IsBoardSecured, IsFalseWhereThePlatformSaysSo) {
+TEST(IsBoardSecured, IsFalseIfThePlatformReportsIt) {
     EXPECT_FALSE(isBoardSecured());
 }
 
-TEST(IsBoardSecured, IsTrueWhereThePlatformSaysSo) {
+TEST(IsBoardSecured, IsTrueIfThePlatformReportsIt) {
     writeFile(HostBoard::secureFile, "1\n");
 
     EXPECT_TRUE(isBoardSecured());
 }
 
-TEST(IsBoardSecured, TakesAnyFlagOtherThanZeroAsTrue) {
+TEST(IsBoardSecured, IsTrueForAnyFlagExceptZero) {
     for (const char* flag : {"2\n", "-1\n"}) {
         SCOPED_TRACE(flag);
         writeFile(HostBoard::secureFile, flag);
@@ -25,7 +25,7 @@ TEST(IsBoardSecured, TakesAnyFlagOtherThanZeroAsTrue) {
     }
 }
 
-TEST(IsBoardSecured, TakesABoardThatCannotTellAsSecured) {
+TEST(IsBoardSecured, IsTrueIfThePlatformFails) {
     writeFile(HostBoard::secureFile, "0\n");
     for (const char* error : {"1\n", "-1\n"}) {
         SCOPED_TRACE(error);

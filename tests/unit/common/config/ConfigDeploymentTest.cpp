@@ -57,14 +57,14 @@ TEST_F(ConfigDeployment, RunsOnlySFNOnAnAntennaNode) {
     expectDeploymentFiles("", "/etc/SFN_ANT_PhyClient.cfg");
 }
 
-TEST_F(ConfigDeployment, IsAnAntennaNodeWhereBothFlagFilesArePresent) {
+TEST_F(ConfigDeployment, IsAnAntennaNodeIfBothFlagFilesArePresent) {
     writeFile(antennaFlag, "");
     writeFile(masterFlag, "");
 
     EXPECT_EQ(config().getSFNDeploymentType(), sfnDeploymentAntenna);
 }
 
-TEST_F(ConfigDeployment, TrustsAFlagFileMoreThanTheDeploymentType) {
+TEST_F(ConfigDeployment, PrefersAFlagFileToTheDeploymentType) {
     writeFile(masterFlag, "");
 
     EXPECT_EQ(typeFor("8core_SfnAnt\n"), sfnDeploymentMaster);
@@ -90,11 +90,11 @@ TEST_F(ConfigDeployment, IsReadFromTheFirstWordOfTheDeploymentType) {
     }
 }
 
-TEST_F(ConfigDeployment, IsIWFOnlyForAnEmptyDeploymentType) {
+TEST_F(ConfigDeployment, IsOnlyIWFForAnEmptyDeploymentType) {
     EXPECT_EQ(typeFor(""), sfnDeploymentNone);
 }
 
-TEST_F(ConfigDeployment, IsIWFOnlyForADeploymentTypeThatCannotBeRead) {
+TEST_F(ConfigDeployment, IsOnlyIWFForAnUnreadableDeploymentType) {
     writeFile(typeFile, "8core_SfnAnt\n");
     std::filesystem::permissions(typeFile, std::filesystem::perms::none);
 

@@ -33,7 +33,7 @@ TEST_F(ConfigEntries, SetTheDebugLevel) {
     }
 }
 
-TEST_F(ConfigEntries, LeaveTheDebugLevelAtZeroWhereItIsNoNumber) {
+TEST_F(ConfigEntries, LeaveTheDebugLevelAtZeroIfItIsNotANumber) {
     for (const std::string value : {"high", "2147483648", "-2147483649", "99999999999999999999", "-"}) {
         SCOPED_TRACE(value);
         EXPECT_EQ(configOf("debugCfg=" + value + "\n").getDebugLvl(), 0);
@@ -54,7 +54,7 @@ TEST_F(ConfigEntries, ForceTheL2SCTEnvironment) {
                          }));
 }
 
-TEST_F(ConfigEntries, ForceTheL2SCTEnvironmentByExactlyOne) {
+TEST_F(ConfigEntries, ForceTheL2SCTEnvironmentOnlyIfTheValueIsOne) {
     for (const std::string value : {"0", "01", "11", "yes", "1 1"}) {
         SCOPED_TRACE(value);
         EXPECT_FALSE(configOf("L2SCTEnv=" + value + "\n").isL2SCTEnv());
@@ -85,7 +85,7 @@ TEST_F(ConfigEntries, OverrideTheDeploymentConfigurationFiles) {
     EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeSFN), "/tmp/sfn.cfg");
 }
 
-TEST_F(ConfigEntries, OverrideOneInstanceAndLeaveTheOther) {
+TEST_F(ConfigEntries, OverrideOnlyTheNamedInstance) {
     const Config board = configOf("sfnDeploymentCfgPath=/tmp/sfn.cfg\n");
 
     EXPECT_EQ(board.getDeploymentConfigFile(dispatcherTypeIWF), "/etc/QEL_IWF.cfg");
@@ -108,7 +108,7 @@ TEST_F(ConfigEntries, AreIgnoredEntirelyOnASecuredBoard) {
     EXPECT_EQ(records(), std::vector<std::string>{});
 }
 
-TEST_F(ConfigEntries, AreIgnoredOnABoardThatCannotTellWhetherItIsSecured) {
+TEST_F(ConfigEntries, AreIgnoredIfTheSecurityOfTheBoardIsUnknown) {
     failTheQueryForASecuredBoard();
 
     EXPECT_TRUE(configOf("doNotCollectLogOnExit=1\n").shouldCollectLogOnExit());

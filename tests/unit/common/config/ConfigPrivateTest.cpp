@@ -27,12 +27,12 @@ TEST_F(CheckForPrivate, ReturnsTheReplacement) {
     EXPECT_EQ(records(), std::vector<std::string>{});
 }
 
-TEST_F(CheckForPrivate, ReturnsThePathWhereThereIsNoReplacement) {
+TEST_F(CheckForPrivate, ReturnsThePathIfThereIsNoReplacement) {
     EXPECT_EQ(Config::checkForPrivate("/usr/bin/dispatcher.out"), "/usr/bin/dispatcher.out");
     EXPECT_EQ(records(), std::vector<std::string>{});
 }
 
-TEST_F(CheckForPrivate, ReturnsAndReportsThePathOfAReplacementThatIsNotExecutable) {
+TEST_F(CheckForPrivate, ReturnsThePathAndReportsAReplacementThatIsNotExecutable) {
     installPrivate("dispatcher.out", plain);
 
     EXPECT_EQ(Config::checkForPrivate("/usr/bin/dispatcher.out"), "/usr/bin/dispatcher.out");
@@ -47,7 +47,7 @@ TEST_F(CheckForPrivate, LooksForTheLastNameOfThePath) {
     EXPECT_EQ(Config::checkForPrivate("/x"), "/rom/private/x");
 }
 
-TEST_F(CheckForPrivate, ReturnsANameWithoutASlashAsItIs) {
+TEST_F(CheckForPrivate, ReturnsANameWithoutASlashUnchanged) {
     installPrivate("x", executable);
 
     EXPECT_EQ(Config::checkForPrivate("x"), "x");
@@ -61,7 +61,7 @@ TEST_F(CheckForPrivate, ReturnsThePathOnASecuredBoard) {
     EXPECT_EQ(Config::checkForPrivate("/usr/bin/x"), "/usr/bin/x");
 }
 
-TEST(FileExists, FindsWhateverIsAtThePath) {
+TEST(FileExists, FindsAnyKindOfFile) {
     writeFile("/tmp/present", "");
     fs::permissions("/tmp/present", fs::perms::none);
     fs::create_symlink("/tmp/nowhere", "/tmp/dangling");

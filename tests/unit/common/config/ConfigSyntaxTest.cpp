@@ -31,19 +31,19 @@ TEST_F(ConfigSyntax, TrimsKeysAndValues) {
               Records{"debug: Adding config entry [key one, value two]"});
 }
 
-TEST_F(ConfigSyntax, IgnoresASecondEqualsSignAndWhatFollows) {
+TEST_F(ConfigSyntax, IgnoresASecondEqualsSignAndTheTextAfterIt) {
     EXPECT_EQ(recordsOf("key=value=more=still more"), Records{"debug: Adding config entry [key, value]"});
 }
 
-TEST_F(ConfigSyntax, TakesALineWithANumberSignInFrontAsAComment) {
+TEST_F(ConfigSyntax, SkipsACommentLine) {
     EXPECT_EQ(recordsOf("#key=value"), Records{});
 }
 
-TEST_F(ConfigSyntax, ReadsTheSameLineWithABlankInFront) {
+TEST_F(ConfigSyntax, ReadsANumberSignAfterABlankAsText) {
     EXPECT_EQ(recordsOf(" #key=value"), Records{"debug: Adding config entry [#key, value]"});
 }
 
-TEST_F(ConfigSyntax, KnowsNoCommentBehindAValue) {
+TEST_F(ConfigSyntax, KeepsANumberSignAfterAValue) {
     EXPECT_EQ(recordsOf("key=value # why"), Records{"debug: Adding config entry [key, value # why]"});
 }
 
@@ -77,7 +77,7 @@ TEST_F(ConfigSyntax, RejectsALineWithoutAnEqualsSign) {
                                         }));
 }
 
-TEST_F(ConfigSyntax, TakesTheLastOfSeveralLinesWithOneKey) {
+TEST_F(ConfigSyntax, UsesTheLastOfSeveralLinesWithOneKey) {
     EXPECT_EQ(configOf("debugCfg=1\n"
                        "debugCfg=2\n")
                   .getDebugLvl(),
@@ -89,7 +89,7 @@ TEST_F(ConfigSyntax, TakesTheLastOfSeveralLinesWithOneKey) {
                          }));
 }
 
-TEST_F(ConfigSyntax, KeepsAnEarlierValueWhereALaterLineIsIncomplete) {
+TEST_F(ConfigSyntax, KeepsAnEarlierValueIfALaterLineIsIncomplete) {
     EXPECT_EQ(configOf("debugCfg=1\n"
                        "debugCfg=\n")
                   .getDebugLvl(),
@@ -111,7 +111,7 @@ TEST_F(ConfigSyntax, LogsNothingOutsideVerboseMode) {
     EXPECT_EQ(records(), Records{});
 }
 
-TEST_F(ConfigSyntax, ReportsAFileThatItMayNotRead) {
+TEST_F(ConfigSyntax, ReportsAnUnreadableFile) {
     writeFile(configurationFile, "debugCfg=1\n");
     std::filesystem::permissions(configurationFile, std::filesystem::perms::none);
 
@@ -120,7 +120,7 @@ TEST_F(ConfigSyntax, ReportsAFileThatItMayNotRead) {
               (Records{opening, "error: Error while opening '/rom/private/fpdispatcher.conf' file"}));
 }
 
-TEST_F(ConfigSyntax, ReportsAFileThatWouldMakeItWait) {
+TEST_F(ConfigSyntax, ReportsAFileThatWouldBlock) {
     ASSERT_EQ(::mkfifo(configurationFile, S_IRUSR | S_IWUSR), 0);
 
     EXPECT_EQ(config().getDebugLvl(), 0);

@@ -26,7 +26,7 @@ TEST_F(InstanceSelection, IteratesIWFFirstAfterSFNWasSelectedFirst) {
     EXPECT_EQ(selected(), (std::vector{IWF, SFN}));
 }
 
-TEST_F(InstanceSelection, CountsAnInstanceThatIsSelectedTwiceOnce) {
+TEST_F(InstanceSelection, HoldsAnInstanceOnlyOnce) {
     setDispatcherInstance(SFN);
     setDispatcherInstance(SFN);
 
@@ -41,12 +41,12 @@ TEST(DispInstanceToString, NamesTheInstances) {
     EXPECT_EQ(dispInstanceToString(DispatcherInstance{1}), "sfn");
 }
 
-TEST(DispInstanceToString, OfAnyOtherValueGivesUnknown) {
+TEST(DispInstanceToString, ReturnsUnknownForAnyOtherValue) {
     EXPECT_EQ(dispInstanceToString(DispatcherInstance{2}), "unknown");
     EXPECT_EQ(dispInstanceToString(DispatcherInstance{0xffffffff}), "unknown");
 }
 
-TEST(GetConfig, TellsHowToReachEachInstance) {
+TEST(GetConfig, ReturnsTheParametersOfEachInstance) {
     const struct {
         DispatcherInstance instance;
         std::uint16_t localPort;

@@ -27,12 +27,12 @@ protected:
     std::unique_ptr<Korvel::IManager> manager = std::make_unique<IdleManager>(destroyed);
 };
 
-TEST_F(ManagerBase, CompletesWithSuccess) {
+TEST_F(ManagerBase, FinishesSuccessfully) {
     EXPECT_TRUE(manager->resolveRequest(0, nullptr));
     EXPECT_TRUE(manager->run());
 }
 
-TEST_F(ManagerBase, HandsOutACopyOfItsName) {
+TEST_F(ManagerBase, ReturnsACopyOfItsName) {
     std::string copy = manager->getName();
     copy += " no more";
 

@@ -22,7 +22,7 @@ TEST(ParseIsolatedCpus, SetsABitForEachCpuThatIsNamed) {
     }
 }
 
-TEST(ParseIsolatedCpus, IgnoresEveryItemThatIsNotOneDigitUpToThree) {
+TEST(ParseIsolatedCpus, AcceptsOnlySingleDigitsUpToThree) {
     const struct {
         std::string commandLine;
         unsigned mask;
@@ -47,7 +47,7 @@ TEST(ParseIsolatedCpus, IsZeroWithoutTheOption) {
     EXPECT_EQ(parseIsolatedCpus("root=/dev/ram0 isolcpus 1,2,3"), 0U);
 }
 
-TEST(GetIsolatedCpuMask, IsZeroOnABoardThatIsolatesNone) {
+TEST(GetIsolatedCpuMask, IsZeroOnABoardWithoutIsolatedCpus) {
     OutputCapture console;
 
     EXPECT_EQ(getIsolatedCpuMask(), 0U);

@@ -26,11 +26,11 @@ TEST_F(L2SCTBoard, IsDetectedAfterItWasForced) {
                          }));
 }
 
-TEST_F(L2SCTBoard, IsDetectedAlthoughTheFileSaysOtherwise) {
+TEST_F(L2SCTBoard, IsDetectedEvenIfTheFileDisablesIt) {
     EXPECT_TRUE(configOf("L2SCTEnv=0\n").isL2SCTEnv());
 }
 
-TEST_F(L2SCTBoard, IsDetectedWhereItIsSecured) {
+TEST_F(L2SCTBoard, IsDetectedIfItIsSecured) {
     secureTheBoard();
 
     EXPECT_TRUE(config().isL2SCTEnv());
@@ -57,11 +57,11 @@ TEST_F(L2SCTBoardWithoutPipe, HasAnEmptyMask) {
     EXPECT_EQ(masksWithoutChild("1+"), "0 0\n");
 }
 
-TEST_F(L2SCTBoardWithoutPipe, IsAskedAgain) {
+TEST_F(L2SCTBoardWithoutPipe, RunsTheQueryAgain) {
     EXPECT_EQ(masksWithoutChild("1"), "0 14\n");
 }
 
-TEST_F(L2SCTBoardWithoutPipe, IsNotAskedAgainAfterItAnswered) {
+TEST_F(L2SCTBoardWithoutPipe, DoesNotRunTheQueryAgainAfterAnAnswer) {
     EXPECT_EQ(masksWithoutChild("2+"), "14 14\n");
 }
 

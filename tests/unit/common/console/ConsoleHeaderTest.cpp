@@ -25,26 +25,26 @@ TEST_F(PrintLogHeader, FillsTheLineUpTo64Characters) {
     EXPECT_EQ(headerOf("Interfaces"), "### Interfaces #################################################\n");
 }
 
-TEST_F(PrintLogHeader, OfAnEmptyTitleHas59NumberSigns) {
+TEST_F(PrintLogHeader, Has59NumberSignsForAnEmptyTitle) {
     EXPECT_EQ(headerOf(""), "###  " + std::string(59, '#') + "\n");
 }
 
-TEST_F(PrintLogHeader, OfATitleOf58CharactersHasOneNumberSign) {
+TEST_F(PrintLogHeader, HasOneNumberSignForATitleOf58Characters) {
     EXPECT_EQ(headerOf(std::string(58, 't')), "### " + std::string(58, 't') + " #\n");
 }
 
-TEST_F(PrintLogHeader, OfATitleOf59CharactersHasNoNumberSignAtAll) {
+TEST_F(PrintLogHeader, HasNoNumberSignForATitleOf59Characters) {
     EXPECT_EQ(headerOf(std::string(59, 't')), "### " + std::string(59, 't') + " \n");
 }
 
-TEST_F(PrintLogHeader, OfALongerTitleHasThreeNumberSigns) {
+TEST_F(PrintLogHeader, HasThreeNumberSignsForALongerTitle) {
     for (const std::size_t length : {60U, 61U, 500U}) {
         SCOPED_TRACE(length);
         EXPECT_EQ(headerOf(std::string(length, 't')), "### " + std::string(length, 't') + " ###\n");
     }
 }
 
-TEST_F(PrintLogHeader, LeavesItsFillCharacterToLaterOutput) {
+TEST_F(PrintLogHeader, SetsTheFillCharacterOfLaterOutput) {
     printLogHeader("State");
     console.out();
 

@@ -14,14 +14,14 @@ protected:
     OutputCapture console;
 };
 
-TEST_F(Console, PrintsThePiecesAsTheyStand) {
+TEST_F(Console, PrintsThePiecesUnchanged) {
     Korvel::print("port ", 7, ' ', std::string("of eth0"));
 
     EXPECT_EQ(console.out(), "port 7 of eth0");
     EXPECT_EQ(console.err(), "");
 }
 
-TEST_F(Console, ShowsProgressInVerboseModeOnly) {
+TEST_F(Console, ShowsProgressOnlyInVerboseMode) {
     Korvel::progress("hidden");
     Korvel::setVerboseMode(true);
     Korvel::progress("step ", 2);
@@ -59,7 +59,7 @@ TEST_F(Console, ReportsTheNumberOfTheErrorBeforeTheReason) {
     EXPECT_EQ(console.err(), "errno 13: Permission denied\n");
 }
 
-TEST_F(Console, FinishesWellWhereNothingWasLost) {
+TEST_F(Console, SucceedsIfNoOutputWasLost) {
     Korvel::print("all of it\n");
 
     EXPECT_TRUE(Korvel::finishStandardOutput());
@@ -67,7 +67,7 @@ TEST_F(Console, FinishesWellWhereNothingWasLost) {
     EXPECT_EQ(console.err(), "");
 }
 
-TEST(ConsoleStreams, LandInTheOrderOfTheirWriting) {
+TEST(ConsoleStreams, KeepTheOrderOfWriting) {
     const Outcome outcome = probe({"speak"}, {.together = true});
 
     EXPECT_EQ(outcome.status, 0);
@@ -80,13 +80,13 @@ TEST(ConsoleStreams, LandInTheOrderOfTheirWriting) {
               "true\n");
 }
 
-TEST(ConsoleStreams, TellOfOutputThatWasLost) {
+TEST(ConsoleStreams, ReportLostOutput) {
     const Outcome outcome = probe({"speakTwice"}, {.standardOutput = "/dev/full"});
 
     EXPECT_EQ(outcome.err, "Error while writing standard output: No space left on device\n");
 }
 
-TEST(ConsoleStreams, TellOfLostOutputByTheReasonOfTheFirstLoss) {
+TEST(ConsoleStreams, ReportTheReasonOfTheFirstLoss) {
     writeFile("/tmp/output", "");
 
     const Outcome outcome =

@@ -46,7 +46,7 @@ TEST_F(BufferedFile, GetsManySmallPiecesInTheirOrder) {
     EXPECT_TRUE(contentOfFile(bufferedPath) == expected);
 }
 
-TEST_F(BufferedFile, GetsALargePieceBehindWhatWasHeld) {
+TEST_F(BufferedFile, GetsALargePieceAfterTheBufferedText) {
     const std::string large(100000, 'x');
 
     stream << "held " << large;
@@ -54,7 +54,7 @@ TEST_F(BufferedFile, GetsALargePieceBehindWhatWasHeld) {
     EXPECT_TRUE(contentOfFile(bufferedPath) == "held " + large);
 }
 
-TEST(BufferedDevice, FailsTheStreamAndTellsWhy) {
+TEST(BufferedDevice, FailsTheStreamAndReportsTheReason) {
     const Base::UniqueFd full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
     DescriptorBuffer buffer(full.get());
     std::ostream stream(&buffer);
@@ -84,14 +84,14 @@ protected:
     }
 };
 
-TEST_F(SlowPipe, GetsEverythingThroughSignals) {
+TEST_F(SlowPipe, GetsEverythingDespiteSignals) {
     const SignalStorm storm;
 
     expectEverythingAtTheReader();
     EXPECT_GT(SignalStorm::count(), 0);
 }
 
-TEST_F(SlowPipe, GetsEverythingThroughSignalsWhereItDoesNotBlock) {
+TEST_F(SlowPipe, GetsEverythingDespiteSignalsIfItDoesNotBlock) {
     ASSERT_EQ(::fcntl(descriptor, F_SETFL, O_NONBLOCK), 0);
     const SignalStorm storm;
 

@@ -31,7 +31,7 @@ TEST(PrintFormatted, DoesNotReadItsArgumentsAsFormats) {
     EXPECT_EQ(printedBy([] { printFormatted("%s", "100 %s"); }), (Printed{.out = "100 %s"}));
 }
 
-TEST(PrintFormatted, LandsInTheOrderOfItsPrinting) {
+TEST(PrintFormatted, KeepsTheOrderOfPrinting) {
     EXPECT_EQ(printedBy([] {
                   Korvel::print("first\n");
                   printFormatted("%s\n", "second");
@@ -41,7 +41,7 @@ TEST(PrintFormatted, LandsInTheOrderOfItsPrinting) {
               (Printed{.out = "first\nsecond\nthird\nfourth\n"}));
 }
 
-TEST(PrintFormatted, KeepsAsMuchAsAHeaderOfADumpNeeds) {
+TEST(PrintFormatted, Keeps511Characters) {
     const std::string text(511, 'x');
 
     EXPECT_EQ(printedBy([&] { printFormatted("%s", text.c_str()); }), (Printed{.out = text}));

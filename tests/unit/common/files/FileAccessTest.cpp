@@ -33,7 +33,7 @@ std::string wholeContentOf(const std::string& path) {
     return readFile(path, content).isWhole() ? content : "not whole";
 }
 
-TEST(IsAccessible, AsksForTheGivenUse) {
+TEST(IsAccessible, ChecksTheGivenAccess) {
     writeFile(pathToRead, "");
     fs::permissions(pathToRead, fs::perms::owner_read | fs::perms::owner_write);
 
@@ -72,7 +72,7 @@ TEST(ReadFile, ReturnsEveryByteOfALargeFile) {
     EXPECT_TRUE(wholeContentOf(pathToRead) == pattern);
 }
 
-TEST(ReadFile, ReadsAFileWhoseSizeReadsZero) {
+TEST(ReadFile, ReadsAFileWithAReportedSizeOfZero) {
     ASSERT_EQ(fs::file_size("/proc/version"), 0U);
 
     EXPECT_EQ(wholeContentOf("/proc/version"), run({"cat", "/proc/version"}).out);
@@ -84,7 +84,7 @@ TEST(ReadFile, ReadsAnEmptyFile) {
     EXPECT_EQ(wholeContentOf(pathToRead), "");
 }
 
-TEST(ReadFile, LeavesTheTextAloneWhereTheFileCannotBeOpened) {
+TEST(ReadFile, LeavesTheTextUnchangedIfTheFileCannotBeOpened) {
     std::string content = "earlier";
 
     const FileReading reading = readFile("/tmp/absent", content);
@@ -94,7 +94,7 @@ TEST(ReadFile, LeavesTheTextAloneWhereTheFileCannotBeOpened) {
     EXPECT_EQ(content, "earlier");
 }
 
-TEST(ReadFile, LeavesOutWhatIsBeyondTheLimit) {
+TEST(ReadFile, CutsAFileAtTheLimit) {
     writeFile(pathToRead, "12345");
     std::string content;
 
@@ -104,7 +104,7 @@ TEST(ReadFile, LeavesOutWhatIsBeyondTheLimit) {
     EXPECT_EQ(content, "12345");
 }
 
-TEST(ReadFile, ReturnsWhatCameBeforeAReadThatBreaksOff) {
+TEST(ReadFile, ReturnsTheTextBeforeAFailedRead) {
     const std::string pattern = patternOf(100000);
     writeFile(pathToRead, pattern);
 
@@ -116,7 +116,7 @@ TEST(ReadFile, ReturnsWhatCameBeforeAReadThatBreaksOff) {
     EXPECT_EQ(outcome.err, "Error while reading /tmp/input: Input/output error\n");
 }
 
-TEST(ReadFileBitByBit, EndsWithItsTimeAndKeepsWhatCame) {
+TEST(ReadFileBitByBit, EndsAtItsTimeOutAndKeepsTheReceivedText) {
     writeFile(pathToRead, patternOf(4U << 20));
 
     const Outcome outcome =
@@ -128,7 +128,7 @@ TEST(ReadFileBitByBit, EndsWithItsTimeAndKeepsWhatCame) {
     EXPECT_GT(outcome.out.size(), 65536U);
 }
 
-TEST(ReadFile, LooksItselfWhereNoHelperCanBeStarted) {
+TEST(ReadFile, ReadsInThisProcessIfNoHelperCanBeStarted) {
     writeFile(pathToRead, "all of it");
 
     const Outcome outcome = probeInjected({.faults = {"clone:error=EAGAIN"}}, {"readFile", pathToRead});
@@ -137,7 +137,7 @@ TEST(ReadFile, LooksItselfWhereNoHelperCanBeStarted) {
     EXPECT_EQ(outcome.err, "");
 }
 
-TEST(ReadFile, StartsAnotherHelperWhereTheFirstWasEnded) {
+TEST(ReadFile, StartsAnotherHelperIfTheFirstWasKilled) {
     writeFile(pathToRead, "content");
     EXPECT_EQ(wholeContentOf(pathToRead), "content");
 
@@ -146,7 +146,7 @@ TEST(ReadFile, StartsAnotherHelperWhereTheFirstWasEnded) {
     EXPECT_EQ(wholeContentOf(pathToRead), "content");
 }
 
-TEST(ReportReading, TellsWhatWentWrong) {
+TEST(ReportReading, PrintsTheFailure) {
     const struct {
         FileReading reading;
         std::string report;

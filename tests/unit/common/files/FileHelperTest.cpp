@@ -33,7 +33,7 @@ void signalHelpers(int signal) {
     }
 }
 
-TEST(FileHelper, ThatWasKilledIsReplacedForANewLook) {
+TEST(FileHelper, IsReplacedAfterItWasKilled) {
     writeFile("/tmp/file", "text");
     const FileRequest request = requestFor("/tmp/file", FileRequest::Kind::open);
     FileHelper helper;
@@ -44,7 +44,7 @@ TEST(FileHelper, ThatWasKilledIsReplacedForANewLook) {
     EXPECT_EQ(errorOf(helper, request), 0);
 }
 
-TEST(FileHelper, OutlivesSignalsThatAreSentToEveryProcess) {
+TEST(FileHelper, SurvivesSignalsThatAreSentToEveryProcess) {
     writeFile("/tmp/file", "text");
     FileHelper helper;
     EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::open)), 0);
@@ -56,7 +56,7 @@ TEST(FileHelper, OutlivesSignalsThatAreSentToEveryProcess) {
     EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::read)), 0);
 }
 
-TEST(FileHelper, ThatWasKilledTakesTheFileWithItThatItHadOpen) {
+TEST(FileHelper, LosesItsOpenFileWhenItIsKilled) {
     writeFile("/tmp/file", "text");
     FileHelper helper;
     EXPECT_EQ(errorOf(helper, requestFor("/tmp/file", FileRequest::Kind::open)), 0);

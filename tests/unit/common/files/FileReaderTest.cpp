@@ -83,7 +83,7 @@ TEST_F(ReadFileFromLine, CountsLinesFromZero) {
     EXPECT_EQ(readFileFromLine(fileToRead, 3), "three\n");
 }
 
-TEST_F(ReadFileFromLine, IsEmptyWhereTheLineIsTheNumberOfLinesOfTheFile) {
+TEST_F(ReadFileFromLine, IsEmptyRightAfterTheLastLine) {
     writeFile(fileToRead, "zero\none\n");
 
     EXPECT_EQ(readFileFromLine(fileToRead, 2), "");

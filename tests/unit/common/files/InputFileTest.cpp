@@ -27,7 +27,7 @@ std::string openingOf(const std::string& name) {
     return file.isOpen() ? "open" : std::strerror(errno);
 }
 
-TEST(InputFile, OpensRegularFilesAlone) {
+TEST(InputFile, OpensOnlyRegularFiles) {
     writeFile(inputPath, "");
     fs::create_directory("/tmp/folder");
     fs::create_symlink("file", "/tmp/link");
@@ -76,7 +76,7 @@ TEST(InputFile, ReadsFromStartToEnd) {
     EXPECT_EQ(file.read(buffer), 0U);
 }
 
-TEST(InputFile, TellsThatItsKindCannotBeLearned) {
+TEST(InputFile, ReportsAFailureToDetermineItsType) {
     writeFile(inputPath, "");
 
     const Outcome outcome =
@@ -85,7 +85,7 @@ TEST(InputFile, TellsThatItsKindCannotBeLearned) {
     EXPECT_EQ(outcome.out, "Input/output error\n");
 }
 
-TEST(InputFile, GoesOnAfterASignal) {
+TEST(InputFile, ContinuesAfterASignal) {
     writeFile(inputPath, "all of it");
 
     for (const std::string call : {"openat", "read"}) {
@@ -98,7 +98,7 @@ TEST(InputFile, GoesOnAfterASignal) {
     }
 }
 
-TEST(InputFile, BehindALinkOfAnotherUserIsRefused) {
+TEST(InputFile, IsRefusedThroughALinkOfAnotherUser) {
     writeFile(inputPath, "");
     fs::create_symlink("file", "/tmp/link");
 
@@ -107,7 +107,7 @@ TEST(InputFile, BehindALinkOfAnotherUserIsRefused) {
     EXPECT_EQ(outcome.out, "Permission denied\n");
 }
 
-TEST(InputFile, WithAnotherNameIsRefusedWhereAnOwnerIsAskedFor) {
+TEST(InputFile, IsRefusedIfItHasAnotherNameAndAnOwnerIsRequired) {
     writeFile(inputPath, "");
     EXPECT_TRUE(InputFile(inputPath, ::geteuid()).isOpen());
 
@@ -118,7 +118,7 @@ TEST(InputFile, WithAnotherNameIsRefusedWhereAnOwnerIsAskedFor) {
     EXPECT_TRUE(InputFile(inputPath).isOpen());
 }
 
-TEST(InputFile, RemembersTheStateThatItWasOpenedIn) {
+TEST(InputFile, KeepsTheStateFromTheTimeOfItsOpening) {
     writeFile(inputPath, "one");
     struct stat status {};
     ASSERT_EQ(::stat(inputPath, &status), 0);

@@ -19,7 +19,7 @@ protected:
     static OutputFile open() { return OutputFile(appendedPath, OutputFile::Mode::append); }
 };
 
-TEST_F(OutputFileAppendTest, WritesBehindWhatWasThere) {
+TEST_F(OutputFileAppendTest, AppendsToTheExistingText) {
     writeFile(appendedPath, "before, ");
     OutputFile file = open();
 
@@ -30,7 +30,7 @@ TEST_F(OutputFileAppendTest, WritesBehindWhatWasThere) {
     EXPECT_EQ(contentOfFile(appendedPath), "before, now and then");
 }
 
-TEST_F(OutputFileAppendTest, KeepsWhatWasThereWithoutAWrite) {
+TEST_F(OutputFileAppendTest, KeepsTheExistingTextWithoutAWrite) {
     writeFile(appendedPath, "before");
 
     EXPECT_TRUE(open().close());
@@ -38,7 +38,7 @@ TEST_F(OutputFileAppendTest, KeepsWhatWasThereWithoutAWrite) {
     EXPECT_EQ(contentOfFile(appendedPath), "before");
 }
 
-TEST_F(OutputFileAppendTest, WritesBehindWhatAnotherWroteSinceItWasOpened) {
+TEST_F(OutputFileAppendTest, AppendsToTextThatAnotherProcessWroteMeanwhile) {
     OutputFile file = open();
     OutputFile other = open();
 
@@ -49,7 +49,7 @@ TEST_F(OutputFileAppendTest, WritesBehindWhatAnotherWroteSinceItWasOpened) {
     EXPECT_EQ(contentOfFile(appendedPath), "one, two, three");
 }
 
-TEST_F(OutputFileAppendTest, IsMadeWhereThereIsNone) {
+TEST_F(OutputFileAppendTest, IsCreatedIfItIsMissing) {
     OutputFile file = open();
 
     file.write("first");
@@ -58,7 +58,7 @@ TEST_F(OutputFileAppendTest, IsMadeWhereThereIsNone) {
     EXPECT_EQ(contentOfFile(appendedPath), "first");
 }
 
-TEST_F(OutputFileAppendTest, WritesNothingBehindItsFirstError) {
+TEST_F(OutputFileAppendTest, WritesNothingAfterItsFirstError) {
     writeFile(appendedPath, "before");
     std::signal(SIGXFSZ, SIG_IGN);
     OutputFile file = open();
@@ -76,7 +76,7 @@ TEST_F(OutputFileAppendTest, WritesNothingBehindItsFirstError) {
     EXPECT_EQ(contentOfFile(appendedPath), "beforemo");
 }
 
-TEST_F(OutputFileAppendTest, IsRefusedWhereItCouldWait) {
+TEST_F(OutputFileAppendTest, IsRefusedIfItCouldBlock) {
     ASSERT_EQ(::mkfifo(appendedPath, 0600), 0);
 
     EXPECT_FALSE(open().isOpen());

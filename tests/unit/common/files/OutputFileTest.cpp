@@ -39,7 +39,7 @@ TEST_F(OutputFileTest, IsEmptiedWhenItIsOpened) {
     EXPECT_EQ(contentOfFile(outputPath), "");
 }
 
-TEST_F(OutputFileTest, WritesNothingBehindItsFirstError) {
+TEST_F(OutputFileTest, WritesNothingAfterItsFirstError) {
     std::filesystem::create_symlink("/dev/full", "/tmp/full");
     OutputFile full("/tmp/full");
     full.write("text");
@@ -52,7 +52,7 @@ TEST_F(OutputFileTest, WritesNothingBehindItsFirstError) {
     EXPECT_EQ(full.writeError(), ENOSPC);
 }
 
-TEST_F(OutputFileTest, TellsThatItCannotBeOpened) {
+TEST_F(OutputFileTest, ReportsThatItCannotBeOpened) {
     const OutputFile absent("/tmp/absent/dump.log");
 
     EXPECT_FALSE(absent.isOpen());
@@ -70,7 +70,7 @@ TEST_F(OutputFileTest, IsNotOpenWithoutAPath) {
     EXPECT_TRUE(none.isOpen());
 }
 
-TEST_F(OutputFileTest, HasFailedOnceAWriteHas) {
+TEST_F(OutputFileTest, StaysFailedAfterAFailedWrite) {
     std::filesystem::create_symlink("/dev/full", "/tmp/full");
     OutputFile full("/tmp/full");
     EXPECT_FALSE(full.hasFailed());
@@ -85,7 +85,7 @@ protected:
     OutputCapture console;
 };
 
-TEST_F(WriteDumpFile, ReplacesWhatWasThere) {
+TEST_F(WriteDumpFile, ReplacesTheExistingText) {
     writeFile(outputPath, "a longer text than the next");
 
     EXPECT_TRUE(writeDumpFile(outputPath, "text\n"));
@@ -124,7 +124,7 @@ TEST_F(WriteDumpFile, ReportsAFullDiskOnce) {
     EXPECT_EQ(console.err(), "Error while writing /tmp/dump.log: No space left on device\n");
 }
 
-TEST_F(WriteDumpFile, GoesOnAfterAShortWriteAndReportsTheNextThatFails) {
+TEST_F(WriteDumpFile, ContinuesAfterAShortWriteAndReportsTheNextFailure) {
     std::signal(SIGXFSZ, SIG_IGN);
     {
         const ResourceLimit smallFiles(RLIMIT_FSIZE, 1000);
@@ -145,7 +145,7 @@ protected:
     }
 };
 
-TEST_F(WriteDumpFileUnderFaults, GoesOnAfterASignal) {
+TEST_F(WriteDumpFileUnderFaults, ContinuesAfterASignal) {
     for (const std::string call : {"write", "ftruncate"}) {
         SCOPED_TRACE(call);
         const Outcome outcome = writeUnder(call + ":error=EINTR:when=1");
@@ -171,14 +171,14 @@ TEST_F(WriteDumpFileUnderFaults, ReportsAFailedCloseAsAFailedWrite) {
     EXPECT_EQ(outcome.err, "Error while writing /tmp/dump.log: Disk quota exceeded\n");
 }
 
-TEST_F(WriteDumpFileUnderFaults, TakesAnInterruptedCloseForOneThatWasDone) {
+TEST_F(WriteDumpFileUnderFaults, TreatsAnInterruptedCloseAsDone) {
     const Outcome outcome = writeUnder("close:error=EINTR");
 
     EXPECT_EQ(outcome.out, "true\n");
     EXPECT_EQ(outcome.err, "");
 }
 
-TEST_F(WriteDumpFileUnderFaults, ReportsAFileThatCannotBeEmptiedAsOneThatCannotBeOpened) {
+TEST_F(WriteDumpFileUnderFaults, ReportsAFailedTruncationAsAFailedOpen) {
     const Outcome outcome = writeUnder("ftruncate:error=EPERM");
 
     EXPECT_EQ(outcome.out, "false\n");

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 // On the board of a test, /rom is a folder of the root file system, and /tmp a disk of its own.
 
-TEST(LiesOnRootFileSystem, TellsPathsOfTheRootFileSystemFromThoseOfOthers) {
+TEST(LiesOnRootFileSystem, DistinguishesTheRootFileSystemFromOthers) {
     EXPECT_TRUE(liesOnRootFileSystem("/"));
     EXPECT_TRUE(liesOnRootFileSystem("/rom/private"));
     EXPECT_FALSE(liesOnRootFileSystem("/tmp"));
@@ -21,7 +21,7 @@ TEST(LiesOnRootFileSystem, TellsPathsOfTheRootFileSystemFromThoseOfOthers) {
     EXPECT_FALSE(liesOnRootFileSystem("/proc/self/status"));
 }
 
-TEST(LiesOnRootFileSystem, IsTrueWhereNothingIsAtTheEndOfThePath) {
+TEST(LiesOnRootFileSystem, IsTrueIfTheLastPartOfThePathIsMissing) {
     EXPECT_TRUE(liesOnRootFileSystem("/rom/private/absent"));
 }
 
@@ -33,7 +33,7 @@ TEST(LiesOnRootFileSystem, FollowsLinks) {
     EXPECT_FALSE(liesOnRootFileSystem("/rom/private/link"));
 }
 
-TEST(LiesOnRootFileSystem, IsFalseForAPathFromTheWorkingDirectory) {
+TEST(LiesOnRootFileSystem, IsFalseForARelativePath) {
     EXPECT_FALSE(liesOnRootFileSystem("rom/private"));
     EXPECT_FALSE(liesOnRootFileSystem(""));
 }

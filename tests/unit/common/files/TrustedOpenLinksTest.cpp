@@ -72,13 +72,13 @@ TEST_F(OpenTrustedLinks, HaveTheirMissingTargetCreated) {
     EXPECT_EQ(placeBehind("/tmp/dangling"), "/tmp/folder/new");
 }
 
-TEST_F(OpenTrustedLinks, FailWhereTheFolderOfTheirTargetIsMissing) {
+TEST_F(OpenTrustedLinks, FailIfTheFolderOfTheirTargetIsMissing) {
     link("/tmp/dangling", "absent/new");
 
     EXPECT_EQ(placeBehind("/tmp/dangling"), "No such file or directory");
 }
 
-TEST_F(OpenTrustedLinks, FailWhereTheyPointAtEachOther) {
+TEST_F(OpenTrustedLinks, FailIfTheyPointToEachOther) {
     link("/tmp/ping", "pong");
     link("/tmp/pong", "ping");
 
@@ -86,7 +86,7 @@ TEST_F(OpenTrustedLinks, FailWhereTheyPointAtEachOther) {
     EXPECT_EQ(placeBehind("/tmp/ping/file"), "Too many levels of symbolic links");
 }
 
-TEST_F(OpenTrustedLinks, AreFollowedAsFarAsTheSystemWould) {
+TEST_F(OpenTrustedLinks, AreFollowedUpToTheSystemsLimit) {
     link("/tmp/1", "folder/target");
     for (int i = 2; i <= 41; ++i) {
         link("/tmp/" + std::to_string(i), std::to_string(i - 1));
@@ -112,7 +112,7 @@ TEST_F(OpenTrustedLinks, MayHaveALongTarget) {
     EXPECT_EQ(placeBehind("/tmp/link"), "/tmp/folder/target");
 }
 
-TEST_F(OpenTrustedLinks, AreRefusedWhereTheyAreAnotherUsers) {
+TEST_F(OpenTrustedLinks, AreRefusedIfTheyBelongToAnotherUser) {
     link("/tmp/link", "folder/target");
 
     const Outcome outcome =
@@ -123,7 +123,7 @@ TEST_F(OpenTrustedLinks, AreRefusedWhereTheyAreAnotherUsers) {
     EXPECT_EQ(contentOfFile("/tmp/folder/target"), "content");
 }
 
-TEST_F(OpenTrustedLinks, AreRefusedInTheMiddleOfAPathWhereTheyAreAnotherUsers) {
+TEST_F(OpenTrustedLinks, AreRefusedInTheMiddleOfAPathIfTheyBelongToAnotherUser) {
     link("/tmp/link", "folder");
 
     const Outcome outcome = probeInjected(foreignOwnerOf("/tmp/link"), {"openTrusted", "/tmp/link/target"});
@@ -131,7 +131,7 @@ TEST_F(OpenTrustedLinks, AreRefusedInTheMiddleOfAPathWhereTheyAreAnotherUsers) {
     EXPECT_EQ(outcome.out, "Permission denied\n");
 }
 
-TEST_F(OpenTrustedLinks, AreRefusedWhereTheyAreAnotherUsersAndDangle) {
+TEST_F(OpenTrustedLinks, AreRefusedIfTheyDangleAndBelongToAnotherUser) {
     link("/tmp/link", "folder/new");
 
     const Outcome outcome = probeInjected(foreignOwnerOf("/tmp/link"), {"openTrusted", "/tmp/link"});

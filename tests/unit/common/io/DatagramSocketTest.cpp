@@ -114,7 +114,7 @@ TEST_F(DatagramSocket, LimitsEverySendToASecond) {
     EXPECT_EQ(sendLimit(socket), 1s);
 }
 
-TEST_F(DatagramSocket, SendsADatagramWhole) {
+TEST_F(DatagramSocket, SendsAWholeDatagram) {
     EXPECT_TRUE(send("one"));
     EXPECT_TRUE(send(""));
     EXPECT_TRUE(send(std::string(4000, 'x')));
@@ -125,14 +125,14 @@ TEST_F(DatagramSocket, SendsADatagramWhole) {
     EXPECT_EQ(received(), "Resource temporarily unavailable");
 }
 
-TEST_F(DatagramSocket, TellsThatThereIsNobodyAtTheAddress) {
+TEST_F(DatagramSocket, ReportsThatNobodyIsAtTheAddress) {
     peer.reset();
 
     EXPECT_FALSE(send("one"));
     EXPECT_EQ(errno, ECONNREFUSED);
 }
 
-TEST_F(DatagramSocket, GivesAPeerThatNeverReadsUpAfterASecond) {
+TEST_F(DatagramSocket, GivesUpOnAPeerThatNeverReadsAfterASecond) {
     fillTheQueueOfThePeer();
     const auto begin = steady_clock::now();
 
@@ -142,7 +142,7 @@ TEST_F(DatagramSocket, GivesAPeerThatNeverReadsUpAfterASecond) {
     EXPECT_GE(steady_clock::now() - begin, atLeast);
 }
 
-TEST_F(DatagramSocket, GivesAPeerThatNeverReadsUpAfterASecondOfSignals) {
+TEST_F(DatagramSocket, GivesUpOnAPeerThatNeverReadsAfterASecondOfSignals) {
     fillTheQueueOfThePeer();
     const SignalStorm storm;
     const auto begin = steady_clock::now();
@@ -154,7 +154,7 @@ TEST_F(DatagramSocket, GivesAPeerThatNeverReadsUpAfterASecondOfSignals) {
     EXPECT_GT(SignalStorm::count(), 0);
 }
 
-TEST_F(DatagramSocket, HasTheWholeSecondAgainAfterASendThatSignalsInterrupted) {
+TEST_F(DatagramSocket, WaitsAWholeSecondAgainAfterAnInterruptedSend) {
     fillTheQueueOfThePeer();
     {
         const SignalStorm storm;
@@ -164,7 +164,7 @@ TEST_F(DatagramSocket, HasTheWholeSecondAgainAfterASendThatSignalsInterrupted) {
     EXPECT_EQ(sendLimit(socket), 1s);
 }
 
-TEST_F(ReceiveDatagram, TakesADatagramWhole) {
+TEST_F(ReceiveDatagram, ReadsAWholeDatagram) {
     arrives("one");
     arrives("");
 
@@ -182,7 +182,7 @@ TEST_F(ReceiveDatagram, CutsADatagramToItsBuffer) {
     EXPECT_EQ(text(), "a datagram of 25");
 }
 
-TEST_F(ReceiveDatagram, EndsAtTheDeadlineWhereNothingComes) {
+TEST_F(ReceiveDatagram, EndsAtTheDeadlineIfNothingArrives) {
     const auto begin = steady_clock::now();
 
     EXPECT_EQ(receive(100ms), Arrival::timedOut);
@@ -191,7 +191,7 @@ TEST_F(ReceiveDatagram, EndsAtTheDeadlineWhereNothingComes) {
     EXPECT_EQ(size, untouched);
 }
 
-TEST_F(ReceiveDatagram, EndsAtTheDeadlineWhereWhatWasAnnouncedIsNotThere) {
+TEST_F(ReceiveDatagram, EndsAtTheDeadlineIfAnAnnouncedDatagramIsMissing) {
     const auto begin = steady_clock::now();
 
     EXPECT_EQ(receiveUnder(nothingThere, 100ms), Arrival::timedOut);
@@ -200,7 +200,7 @@ TEST_F(ReceiveDatagram, EndsAtTheDeadlineWhereWhatWasAnnouncedIsNotThere) {
     EXPECT_EQ(size, untouched);
 }
 
-TEST_F(ReceiveDatagram, TellsAWaitThatFailsFromAReceiveThatFails) {
+TEST_F(ReceiveDatagram, DistinguishesAFailedWaitFromAFailedReceive) {
     EXPECT_EQ(receiveUnder({.number = pollCall, .error = ENOMEM}), Arrival::waitFailed);
     EXPECT_EQ(reason, ENOMEM);
     EXPECT_EQ(receiveUnder({.number = SYS_recvfrom, .error = EIO}), Arrival::receiveFailed);
@@ -208,7 +208,7 @@ TEST_F(ReceiveDatagram, TellsAWaitThatFailsFromAReceiveThatFails) {
     EXPECT_EQ(size, untouched);
 }
 
-TEST(SendDatagram, FailsWhereTheSystemTakesLessThanTheWhole) {
+TEST(SendDatagram, FailsIfTheSystemSendsOnlyAPart) {
     for (const auto& [taken, answer] : {std::pair("0", "false\n"), {"4", "false\n"}, {"5", "true\n"}}) {
         SCOPED_TRACE(taken);
         const Outcome outcome =
@@ -219,7 +219,7 @@ TEST(SendDatagram, FailsWhereTheSystemTakesLessThanTheWhole) {
     }
 }
 
-TEST(OpenDatagramSocket, IsOfTheProtocolThatIsAskedFor) {
+TEST(OpenDatagramSocket, UsesTheGivenProtocol) {
     const Base::UniqueFd socket = openDatagramSocket(AF_NETLINK, NETLINK_USERSOCK);
 
     EXPECT_EQ(optionOf<int>(socket, SO_DOMAIN), AF_NETLINK);
@@ -229,24 +229,24 @@ TEST(OpenDatagramSocket, IsOfTheProtocolThatIsAskedFor) {
     EXPECT_EQ(::fcntl(socket.get(), F_GETFD), FD_CLOEXEC);
 }
 
-TEST(OpenDatagramSocket, TellsThatTheProtocolIsUnknown) {
+TEST(OpenDatagramSocket, ReportsAnUnknownProtocol) {
     EXPECT_FALSE(openDatagramSocket(AF_NETLINK, 1000));
     EXPECT_EQ(errno, EPROTONOSUPPORT);
 }
 
-TEST(OpenDatagramSocket, TellsThatTheFamilyIsUnknown) {
+TEST(OpenDatagramSocket, ReportsAnUnknownFamily) {
     EXPECT_FALSE(openDatagramSocket(AF_MAX));
     EXPECT_EQ(errno, EAFNOSUPPORT);
 }
 
-TEST(OpenDatagramSocket, TellsThatThereAreNoDescriptorsLeft) {
+TEST(OpenDatagramSocket, ReportsThatNoDescriptorsAreLeft) {
     const ResourceLimit noDescriptors(RLIMIT_NOFILE, 0);
 
     EXPECT_FALSE(openDatagramSocket(AF_UNIX));
     EXPECT_EQ(errno, EMFILE);
 }
 
-TEST(OpenDatagramSocket, SucceedsWhereSendsCannotBeLimited) {
+TEST(OpenDatagramSocket, SucceedsIfTheSendTimeOutCannotBeSet) {
     const Outcome outcome = probeInjected({.faults = {"setsockopt:error=ENOMEM"}}, {"openDatagramSocket"});
 
     EXPECT_EQ(outcome.out, "open\n");

@@ -26,11 +26,11 @@ TEST(ElapsedTime, ExceedsALimitThatIsPast) {
     EXPECT_GE(std::chrono::steady_clock::now() - start, 50ms);
 }
 
-TEST(ElapsedTime, PassesWhereTheWallClockStands) {
+TEST(ElapsedTime, PassesIfTheWallClockIsStopped) {
     EXPECT_EQ(probe({"waitUntilElapsed", "50"}, atMoment("2030-01-01 00:00:00")), elapsed);
 }
 
-TEST(ElapsedTime, PassesAsTheWallClockDoesWhereThatIsFaster) {
+TEST(ElapsedTime, FollowsTheWallClockIfThatIsFaster) {
     constexpr const char* hour = "3600000";
 
     EXPECT_EQ(probe({"waitUntilElapsed", hour}, withWallClockAtSpeed(1000000)), elapsed);

@@ -59,13 +59,13 @@ TEST_F(ExecuteCommand, ReportsTheSignalThatEndedAShell) {
     EXPECT_EQ(console.err(), "Command: kill -KILL $$ was signalled: 9\n");
 }
 
-TEST_F(ExecuteCommand, LeavesTheCoreFlagOutOfTheSignal) {
+TEST_F(ExecuteCommand, ExcludesTheCoreFlagFromTheSignal) {
     EXPECT_FALSE(executeCommand("kill -ABRT $$"));
 
     EXPECT_EQ(console.err(), "Command: kill -ABRT $$ was signalled: 6\n");
 }
 
-TEST_F(ExecuteCommand, ReportsAChildWhoseEndCannotBeLearned) {
+TEST_F(ExecuteCommand, ReportsAFailedWaitForTheChild) {
     std::signal(SIGCHLD, SIG_IGN);
 
     EXPECT_FALSE(executeCommand("true"));
@@ -74,7 +74,7 @@ TEST_F(ExecuteCommand, ReportsAChildWhoseEndCannotBeLearned) {
     EXPECT_EQ(console.err(), "Error while executing true command, errno: No child processes\n");
 }
 
-TEST_F(ExecuteCommand, WaitsOnThroughSignals) {
+TEST_F(ExecuteCommand, KeepsWaitingDespiteSignals) {
     const SignalStorm storm;
 
     EXPECT_TRUE(executeCommand("sleep 0.2; echo awake"));

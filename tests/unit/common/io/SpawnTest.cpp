@@ -32,21 +32,21 @@ TEST(SpawnAndWait, ReturnsTheWaitStatus) {
     EXPECT_EQ(runScript(":"), 0);
 }
 
-TEST(SpawnAndWait, FailsWithTheReasonWhereThereIsNoSuchProgram) {
+TEST(SpawnAndWait, FailsWithTheReasonIfTheProgramIsMissing) {
     const std::array argv{"absent", static_cast<const char*>(nullptr)};
 
     EXPECT_EQ(spawnAndWait("/tmp/absent", argv.data()), -1);
     EXPECT_STREQ(std::strerror(errno), "No such file or directory");
 }
 
-TEST(SpawnAndWait, FailsWithTheReasonWhereTheProgramCannotBeRun) {
+TEST(SpawnAndWait, FailsWithTheReasonIfTheProgramCannotBeRun) {
     runFailing({.number = SYS_execve, .error = EACCES}, [] {
         EXPECT_EQ(runScript(":"), -1);
         EXPECT_STREQ(std::strerror(errno), "Permission denied");
     });
 }
 
-TEST(SpawnAndWait, GivesTheTerminalsSignalsToTheCommandAlone) {
+TEST(SpawnAndWait, PassesTheTerminalsSignalsOnlyToTheCommand) {
     OutputCapture console;
 
     const int status = runScript("kill -INT $PPID; kill -QUIT $PPID; kill -INT $$");
@@ -54,7 +54,7 @@ TEST(SpawnAndWait, GivesTheTerminalsSignalsToTheCommandAlone) {
     EXPECT_EQ(WTERMSIG(status), SIGINT);
 }
 
-TEST(SpawnAndWait, LeavesTheDispositionsAndTheMaskAsTheyWere) {
+TEST(SpawnAndWait, RestoresTheSignalDispositionsAndTheMask) {
     sigset_t before{};
     ::sigprocmask(SIG_BLOCK, nullptr, &before);
 
@@ -67,7 +67,7 @@ TEST(SpawnAndWait, LeavesTheDispositionsAndTheMaskAsTheyWere) {
     EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0);
 }
 
-TEST(SpawnAndWait, LeavesASignalIgnoredThatItsOwnParentHadIgnored) {
+TEST(SpawnAndWait, KeepsIgnoringASignalThatItsParentIgnored) {
     const Outcome outcome =
         probe({"executeCommand", "kill -INT $$; echo survived"}, {.ignoredSignals = {SIGINT}});
 

@@ -49,31 +49,31 @@ protected:
 using WaitReadable = PipeWait;
 using WaitWritable = PipeWait;
 
-TEST_F(WaitReadable, SeesWhatIsThereAlready) {
+TEST_F(WaitReadable, SucceedsIfDataIsAvailable) {
     givenAByte();
 
     EXPECT_EQ(waitReadable(reader.get(), deadlineIn(1h)), Readiness::ready);
     EXPECT_EQ(waitReadable(reader.get(), {}), Readiness::ready);
 }
 
-TEST_F(WaitReadable, LooksOnceEvenAfterTheDeadline) {
+TEST_F(WaitReadable, ChecksOnceEvenAfterTheDeadline) {
     givenAByte();
 
     EXPECT_EQ(waitReadable(reader.get(), longPast()), Readiness::ready);
 }
 
-TEST_F(WaitReadable, TimesOutAtOnceAfterTheDeadline) {
+TEST_F(WaitReadable, TimesOutImmediatelyAfterTheDeadline) {
     EXPECT_EQ(waitReadable(reader.get(), longPast()), Readiness::timedOut);
 }
 
-TEST_F(WaitReadable, TimesOutNotBeforeTheDeadline) {
+TEST_F(WaitReadable, DoesNotTimeOutBeforeTheDeadline) {
     const Deadline deadline = deadlineIn(50ms);
 
     EXPECT_EQ(waitReadable(reader.get(), deadline), Readiness::timedOut);
     EXPECT_TRUE(hasPassed(deadline));
 }
 
-TEST_F(WaitReadable, KeepsItsDeadlineThroughSignals) {
+TEST_F(WaitReadable, KeepsItsDeadlineDespiteSignals) {
     const SignalStorm storm;
     const Deadline deadline = deadlineIn(200ms);
 
@@ -82,7 +82,7 @@ TEST_F(WaitReadable, KeepsItsDeadlineThroughSignals) {
     EXPECT_GT(SignalStorm::count(), 0);
 }
 
-TEST_F(WaitReadable, WaitsThroughSignalsForWhatComesLate) {
+TEST_F(WaitReadable, WaitsForLateDataDespiteSignals) {
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> late(::popen("sleep 0.2; echo late", "re"),
                                                                ::pclose);
     const SignalStorm storm;
@@ -93,13 +93,13 @@ TEST_F(WaitReadable, WaitsThroughSignalsForWhatComesLate) {
     EXPECT_STREQ(std::fgets(line.data(), line.size(), late.get()), "late\n");
 }
 
-TEST_F(WaitReadable, TakesTheEndOfAPipeAsReadable) {
+TEST_F(WaitReadable, TreatsTheEndOfAPipeAsReadable) {
     writer.reset();
 
     EXPECT_EQ(waitReadable(reader.get(), {}), Readiness::ready);
 }
 
-TEST_F(WaitReadable, CanHaveADeadlineBeyondWhatTheSystemTakes) {
+TEST_F(WaitReadable, AcceptsADeadlineBeyondTheSystemsLimit) {
     givenAByte();
 
     EXPECT_EQ(waitReadable(reader.get(), deadlineIn(24h * 365)), Readiness::ready);
@@ -113,12 +113,12 @@ TEST_F(WaitReadable, FailsForAClosedDescriptor) {
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_F(WaitReadable, FailsForNoDescriptor) {
+TEST_F(WaitReadable, FailsWithoutADescriptor) {
     EXPECT_EQ(waitReadable(-1, {}), Readiness::failed);
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST(WaitReadableUnderFaults, FailsWhereTheSystemRefusesToWait) {
+TEST(WaitReadableUnderFaults, FailsIfTheSystemCallFails) {
     const Outcome outcome = probeInjected({.faults = {"?poll,ppoll:error=ENOMEM"}}, {"waitForInput"});
 
     EXPECT_EQ(outcome.out,
@@ -127,11 +127,11 @@ TEST(WaitReadableUnderFaults, FailsWhereTheSystemRefusesToWait) {
     EXPECT_EQ(outcome.err, "");
 }
 
-TEST_F(WaitWritable, SeesTheRoomThatIsThere) {
+TEST_F(WaitWritable, SucceedsIfThereIsRoom) {
     EXPECT_EQ(waitWritable(writer.get(), longPast()), Readiness::ready);
 }
 
-TEST_F(WaitWritable, KeepsItsDeadlineThroughSignalsWhereThereIsNoRoom) {
+TEST_F(WaitWritable, KeepsItsDeadlineDespiteSignalsIfThereIsNoRoom) {
     givenAFullPipe();
     const SignalStorm storm;
     const Deadline deadline = deadlineIn(100ms);
@@ -141,7 +141,7 @@ TEST_F(WaitWritable, KeepsItsDeadlineThroughSignalsWhereThereIsNoRoom) {
     EXPECT_GT(SignalStorm::count(), 0);
 }
 
-TEST(DeadlineTest, WithoutALimitNeverPasses) {
+TEST(DeadlineTest, NeverPassesWithoutALimit) {
     EXPECT_FALSE(hasPassed({}));
 }
 
@@ -151,7 +151,7 @@ TEST(DeadlineTest, PassesWhenItsTimeIsOver) {
     EXPECT_TRUE(hasPassed(deadlineIn(-1ms)));
 }
 
-TEST(Nap, LastsItsWholeTimeThroughSignals) {
+TEST(Nap, LastsItsWholeTimeDespiteSignals) {
     const SignalStorm storm;
     const auto begin = steady_clock::now();
 

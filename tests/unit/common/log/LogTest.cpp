@@ -26,7 +26,7 @@ protected:
     OutputCapture console;
 };
 
-TEST_F(Logf, WritesNothingAnywhereOutsideVerboseMode) {
+TEST_F(Logf, WritesNothingOutsideVerboseMode) {
     setVerboseMode(false);
 
     logf(Korvel::logError, "port %d", 7);
@@ -70,7 +70,7 @@ TEST_F(Logf, PrintsItsLineEndWithoutASystemLog) {
     EXPECT_EQ(console.err(), "");
 }
 
-TEST_F(Logf, LosesARecordThatTheSystemLogHasNoRoomFor) {
+TEST_F(Logf, LosesARecordIfTheSystemLogIsFull) {
     systemLog.fill();
 
     logf(Korvel::logError, "lost");
@@ -116,7 +116,7 @@ TEST_F(LogToSystem, SendsTheFormattedTextWithItsPriorityAndPrintsNothing) {
     EXPECT_EQ(console.err(), "");
 }
 
-TEST_F(LogToSystem, PrintsNothingInVerboseModeEither) {
+TEST_F(LogToSystem, PrintsNothingEvenInVerboseMode) {
     setVerboseMode(true);
 
     log(Korvel::logWarning, "port %d", 7);
@@ -126,7 +126,7 @@ TEST_F(LogToSystem, PrintsNothingInVerboseModeEither) {
     EXPECT_EQ(console.out(), "");
 }
 
-TEST_F(LogToSystem, LosesARecordThatTheSystemLogHasNoRoomFor) {
+TEST_F(LogToSystem, LosesARecordIfTheSystemLogIsFull) {
     systemLog.fill();
 
     log(Korvel::logError, "lost");

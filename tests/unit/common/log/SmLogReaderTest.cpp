@@ -37,20 +37,20 @@ protected:
     static void givenNoSharedMemory() { fs::permissions("/dev/shm", fs::perms::none); }
 };
 
-TEST_F(ReadSmLog, ReturnsWhatTheLogKeeps) {
+TEST_F(ReadSmLog, ReturnsTheEntriesOfTheLog) {
     givenAnEntry("first");
     givenAnEntry("second");
 
     EXPECT_EQ(textsOf(readSmLog(name, wholeLog, 0)), (std::vector<std::string>{"first", "second"}));
 }
 
-TEST_F(ReadSmLog, ReturnsTheSameAgain) {
+TEST_F(ReadSmLog, ReturnsTheSameEntriesAgain) {
     givenAnEntry("first");
 
     EXPECT_EQ(readSmLog(name, wholeLog, 0), readSmLog(name, wholeLog, 0));
 }
 
-TEST_F(ReadSmLog, ReturnsAnEmptyTextOfAnEmptyLog) {
+TEST_F(ReadSmLog, ReturnsAnEmptyTextForAnEmptyLog) {
     EXPECT_EQ(readSmLog(name, wholeLog, 0), "");
 }
 
@@ -63,14 +63,14 @@ TEST_F(ReadSmLog, ReturnsTheOldestEntriesThatFit) {
     EXPECT_EQ(readSmLog(name, static_cast<unsigned>(first.size()), 0), "");
 }
 
-TEST_F(ReadSmLog, ReturnsAnEmptyTextForNoRoom) {
+TEST_F(ReadSmLog, ReturnsAnEmptyTextForASizeOfZero) {
     givenAnEntry("first");
 
     EXPECT_EQ(readSmLog(name, 1, 0), "");
     EXPECT_EQ(readSmLog(name, 0, 0), "");
 }
 
-TEST_F(ReadSmLog, ReturnsAnEmptyTextWhereTheLogCannotBeHad) {
+TEST_F(ReadSmLog, ReturnsAnEmptyTextIfTheLogCannotBeOpened) {
     givenNoSharedMemory();
 
     EXPECT_EQ(readSmLog(name, wholeLog, 0), "");
@@ -87,7 +87,7 @@ protected:
     }
 };
 
-TEST_F(RecordingLibrary, IsAskedAsItsInterfaceDemandsAndReadUpToTheFirstZeroByte) {
+TEST_F(RecordingLibrary, GetsTheRequiredArgumentsAndItsTextEndsAtTheFirstZeroByte) {
     EXPECT_EQ(answerTo("100"),
               "client of some_log, app 3\n"
               "read 100 zero bytes, app 2, start 0, mode 5\n"

@@ -18,17 +18,17 @@ protected:
     SystemLog systemLog;
 };
 
-TEST_F(SystemLogRoom, IsThereInALogThatIsRead) {
+TEST_F(SystemLogRoom, ExistsInALogThatIsRead) {
     EXPECT_TRUE(systemLogHasRoom());
 }
 
-TEST_F(SystemLogRoom, IsOfNoConcernWithoutALog) {
+TEST_F(SystemLogRoom, IsAssumedWithoutALog) {
     std::filesystem::remove("/dev/log");
 
     EXPECT_TRUE(systemLogHasRoom());
 }
 
-TEST_F(SystemLogRoom, IsWaitedForASecondThroughSignals) {
+TEST_F(SystemLogRoom, IsAwaitedForASecondDespiteSignals) {
     systemLog.fill();
     const SignalStorm storm;
     const auto begin = steady_clock::now();
@@ -39,7 +39,7 @@ TEST_F(SystemLogRoom, IsWaitedForASecondThroughSignals) {
     EXPECT_GT(SignalStorm::count(), 0);
 }
 
-TEST_F(SystemLogRoom, IsWaitedForOnce) {
+TEST_F(SystemLogRoom, IsAwaitedOnce) {
     systemLog.fill();
 
     // A second for each of them would be more than the test is given.
@@ -48,7 +48,7 @@ TEST_F(SystemLogRoom, IsWaitedForOnce) {
     }
 }
 
-TEST_F(SystemLogRoom, IsBackOnceTheLogIsReadAgain) {
+TEST_F(SystemLogRoom, ExistsAgainOnceTheLogIsRead) {
     systemLog.fill();
     EXPECT_FALSE(systemLogHasRoom());
 

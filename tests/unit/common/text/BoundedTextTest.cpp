@@ -6,7 +6,7 @@ using Korvel::appendWithin;
 
 namespace {
 
-TEST(AppendWithin, AddsUpToTheLimitAndTellsWhatDoesNotFit) {
+TEST(AppendWithin, AddsUpToTheLimitAndReturnsWhetherAllFits) {
     std::string text;
 
     EXPECT_TRUE(appendWithin(5, text, "123"));
@@ -17,7 +17,7 @@ TEST(AppendWithin, AddsUpToTheLimitAndTellsWhatDoesNotFit) {
     EXPECT_EQ(text, "12345");
 }
 
-TEST(AppendWithin, AddsTheBeginningOfWhatFitsInPart) {
+TEST(AppendWithin, AddsTheStartOfATextThatFitsInPart) {
     std::string text = "1234";
 
     EXPECT_FALSE(appendWithin(5, text, "567"));

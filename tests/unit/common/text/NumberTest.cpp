@@ -92,7 +92,7 @@ TEST(ParseNumber, FindsNoDigits) {
     }
 }
 
-TEST(ParseNumber, RefusesWhatDoesNotFit32Bits) {
+TEST(ParseNumber, RefusesNumbersBeyond32Bits) {
     for (const std::string text : {"2147483648", "-2147483649", "4294967296", "9223372036854775808",
                                    "-9223372036854775809", "99999999999999999999999999 lamps"}) {
         SCOPED_TRACE(text);
@@ -122,7 +122,7 @@ TEST(ParseUnsigned, ReadsDecimal) {
     expectRead({{"0", 10, 0}, {"010", 10, 10}, {"4294967295", 10, 0xffffffffU}});
 }
 
-TEST(ParseUnsigned, ReadsWhatTheNotationSaysInBase0) {
+TEST(ParseUnsigned, ChoosesTheBaseByTheNotationForBase0) {
     expectRead({{"10", 0, 10},
                 {"010", 0, 8},
                 {"0x10", 0, 16},
@@ -131,7 +131,7 @@ TEST(ParseUnsigned, ReadsWhatTheNotationSaysInBase0) {
                 {"0xffffffff", 0, 0xffffffffU}});
 }
 
-TEST(ParseUnsigned, IgnoresWhatStandsBehindTheDigits) {
+TEST(ParseUnsigned, IgnoresTextAfterTheDigits) {
     expectRead({{"12 and more", 10, 12},
                 {"1f", 10, 1},
                 {"0x10", 10, 0},
@@ -158,12 +158,12 @@ TEST(ParseUnsigned, FindsNoDigits) {
     expectError(NumberError::noDigits, {"a", "ff"}, {10, 0});
 }
 
-TEST(ParseUnsigned, RefusesWhatIsBelowZero) {
+TEST(ParseUnsigned, RefusesNegativeNumbers) {
     expectError(NumberError::outOfRange, {"-1", " -1 lamp", "-4294967295", "-99999999999999999999999"},
                 {16, 10, 0});
 }
 
-TEST(ParseUnsigned, RefusesWhatDoesNotFit32Bits) {
+TEST(ParseUnsigned, RefusesNumbersBeyond32Bits) {
     expectError(NumberError::outOfRange,
                 {"4294967296", "9223372036854775807", "9223372036854775808", "18446744073709551616",
                  "99999999999999999999999999 lamps"},
@@ -173,7 +173,7 @@ TEST(ParseUnsigned, RefusesWhatDoesNotFit32Bits) {
     expectError(NumberError::outOfRange, {"040000000000", "07777777777777777777777777"}, {0});
 }
 
-TEST(ParseWholeNumber, ReadsATextThatIsOneNumber) {
+TEST(ParseWholeNumber, ReadsATextThatIsOnlyANumber) {
     constexpr unsigned long greatest = std::numeric_limits<unsigned long>::max();
     const struct {
         std::string text;

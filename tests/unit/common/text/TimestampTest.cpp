@@ -38,13 +38,13 @@ private:
     const std::time_t begin = std::time(nullptr);
 };
 
-TEST_F(Timestamp, ForNamesIsLocalTimeWithoutSeparators) {
+TEST_F(Timestamp, IsLocalTimeWithoutSeparatorsForNames) {
     const std::string stamp = Korvel::getTimestamp();
 
     EXPECT_THAT(momentsAs("%y%m%d_%H%M%S"), Contains(stamp));
 }
 
-TEST_F(Timestamp, ForPeopleIsLocalTimeWithSeparators) {
+TEST_F(Timestamp, IsLocalTimeWithSeparatorsForPeople) {
     const std::string stamp = Korvel::getCurrentDateTime();
 
     EXPECT_THAT(momentsAs("%y-%m-%d %H:%M:%S"), Contains(stamp));

@@ -25,14 +25,14 @@ TEST(Rtrim, RemovesWhiteSpaceAtTheEnd) {
     EXPECT_EQ(trimmed(rtrim, std::string("\n a b") + allWhiteSpace), "\n a b");
 }
 
-TEST(Trim, LeavesNothingOfATextOfWhiteSpace) {
+TEST(Trim, ReturnsAnEmptyTextForWhiteSpace) {
     for (const Trimmer trimmer : {trim, ltrim, rtrim}) {
         EXPECT_EQ(trimmed(trimmer, allWhiteSpace), "");
         EXPECT_EQ(trimmed(trimmer, ""), "");
     }
 }
 
-TEST(Trim, LeavesOtherBytesAlone) {
+TEST(Trim, KeepsOtherBytes) {
     const std::string text("\0 \xa0\x80 x\xff\0", 8);
     for (const Trimmer trimmer : {trim, ltrim, rtrim}) {
         EXPECT_EQ(trimmed(trimmer, text), text);

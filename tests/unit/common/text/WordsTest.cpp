@@ -20,7 +20,7 @@ TEST(GetNthTokenFromString, IsEmptyForWordZero) {
     EXPECT_EQ(getNthTokenFromString("one two", 0), "");
 }
 
-TEST(GetNthTokenFromString, ReturnsTheLastWordWhereThereAreFewer) {
+TEST(GetNthTokenFromString, ReturnsTheLastWordIfThereAreFewer) {
     EXPECT_EQ(getNthTokenFromString("one two", 3), "two");
     EXPECT_EQ(getNthTokenFromString("one two \n", 4000000000U), "two");
 }
