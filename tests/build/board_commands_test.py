@@ -8,7 +8,7 @@ from pathlib import Path
 from configuring import SOURCE, configure, run
 
 COMMANDS = "libexec/korvel/board"
-PARTS = ["CMakeLists.txt", "boardsim", "cmake", "completions", "man", "platform", "src", "systemd"]
+PARTS = ["CMakeLists.txt", "base", "boardsim", "cmake", "completions", "man", "platform", "src", "systemd"]
 
 
 class BoardCommands(unittest.TestCase):

@@ -65,6 +65,17 @@ class ConsoleTest(unittest.TestCase):
                 self.assertTrue(str(page.relative_to(SOURCE)) in tested, page.name)
 
 
+class TestNamesTest(unittest.TestCase):
+    def test_are_those_of_tests(self) -> None:
+        """A page names tests as `Suite.Name` or `.Name`."""
+        code = "\n".join(path.read_text(encoding="utf-8") for path in SOURCE.glob("tests/**/*.cpp"))
+        tests = re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", code, re.M)
+        known = {f"{suite}.{name}" for suite, name in tests} | {f".{name}" for _, name in tests}
+        for page in PAGES:
+            named = set(re.findall(r"`(\w*\.[A-Z][a-z]+[A-Z]\w+)`", page.read_text(encoding="utf-8")))
+            self.assertEqual(named - known, set(), page.name)
+
+
 class PicturesTest(unittest.TestCase):
     def test_are_drawn_from_their_sources(self) -> None:
         for source in SOURCE.glob("docs/pictures/*.dot"):

@@ -81,7 +81,7 @@ class BoardPlatform(unittest.TestCase):
         self.assertEqual(sorted(ours), ["libWENVASK.so", "libnetfpsmlog.so"])
 
     def test_installs_no_library(self) -> None:
-        libraries = {path.name for path in self.root.rglob("*.so*")}
+        libraries = {path.name for path in self.root.rglob("*.so")}
         self.assertEqual(libraries, {"libWENVASK.so", "libboardsupport.so", "libnetfpsmlog.so"})
 
     def test_reads_the_logs_of_the_board(self) -> None:
