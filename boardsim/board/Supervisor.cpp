@@ -74,23 +74,22 @@ std::optional<int> reap(pid_t command) {
     return result;
 }
 
-/// The time until `end` as poll() takes it; -1 without an end.
-int remaining(std::optional<Clock::time_point> end) {
-    if (!end) {
+/// The time until `deadline` as poll() takes it; -1 without a deadline.
+int remaining(std::optional<Clock::time_point> deadline) {
+    if (!deadline) {
         return -1;
     }
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*end - Clock::now());
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(*deadline - Clock::now());
     return std::max(0, static_cast<int>(left.count()));
 }
 
 /// Waits until the command exits, the host side exits, or the time after a forwarded signal is over.
 int waitForCommand(pid_t command, const Base::UniqueFd& childSignals, const ControlLine& line) {
-    std::optional<Clock::time_point> end;
-    int lateStatus = 0;
+    std::optional<Clock::time_point> deadline;
+    int timeoutStatus = 0;
     std::array<pollfd, 2> waits{{{childSignals.get(), POLLIN, 0}, {line.descriptor(), POLLIN, 0}}};
-    while (
-        Base::checked(Base::uninterrupted([&] { return ::poll(waits.data(), waits.size(), remaining(end)); }),
-                      "poll") > 0) {
+    const auto wait = [&] { return ::poll(waits.data(), waits.size(), remaining(deadline)); };
+    while (Base::checked(Base::uninterrupted(wait), "poll") > 0) {
         if (waits[0].revents != 0) {
             readSignal(childSignals);
             if (const auto status = reap(command)) {
@@ -103,11 +102,11 @@ int waitForCommand(pid_t command, const Base::UniqueFd& childSignals, const Cont
                 return signalledStatus + SIGHUP;  // nobody reads this status
             }
             ::kill(command, *signal);
-            end = Clock::now() + grace;
-            lateStatus = signalledStatus + *signal;
+            deadline = Clock::now() + grace;
+            timeoutStatus = signalledStatus + *signal;
         }
     }
-    return lateStatus;
+    return timeoutStatus;
 }
 
 }  // namespace

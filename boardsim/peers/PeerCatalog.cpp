@@ -40,14 +40,14 @@ Peers makePeers(Each... each) {
     return peers;
 }
 
-NetlinkPeer::Service heartbeats(const std::string& name, std::uint32_t requestType,
-                                std::uint32_t responseType) {
+NetlinkPeer::Service heartbeatService(const std::string& name, std::uint32_t requestType,
+                                      std::uint32_t responseType) {
     return {requestType, sizeof(FastPath_HeartbeatReq), responseType,
             [status = HeartbeatStatus(name)](std::string_view /*payload*/) { return status.value(); },
             [](std::string_view /*payload*/) { return std::string("heartbeat"); }};
 }
 
-NetlinkPeer::Service interfaceAdding(std::shared_ptr<ManagedInterfaces> interfaces) {
+NetlinkPeer::Service addInterfaceService(std::shared_ptr<ManagedInterfaces> interfaces) {
     return {FASTPATH_ADD_INTERFACE_REQ, sizeof(NetfpProxy_AddInterfaceReq), FASTPATH_ADD_INTERFACE_RESP,
             [list = std::move(interfaces)](std::string_view payload) {
                 return list->add(payload.substr(offsetof(NetfpProxy_AddInterfaceReq, interfaceName)));
@@ -76,8 +76,8 @@ Peers buildProxy(const Scenario& scenario) {
     const std::string name = "netfp_proxy";
     auto interfaces = std::make_shared<ManagedInterfaces>();
     std::vector<NetlinkPeer::Service> services{
-        heartbeats(name, FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_HEARTBEAT_RESP),
-        interfaceAdding(interfaces)};
+        heartbeatService(name, FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_HEARTBEAT_RESP),
+        addInterfaceService(interfaces)};
     return makePeers(std::make_unique<DumpPeer>(
                          name, [interfaces] { return netfpProxyState() + interfaces->text(); },
                          faultFor(scenario, name, proxyFaults[0])),
@@ -99,7 +99,7 @@ Peers buildDispatcher(const Scenario& scenario, const std::string& instance, std
     const std::string name = instance + "_dispatcher";
     writeStateTree(instance);
     std::vector<NetlinkPeer::Service> services{
-        heartbeats(name, FASTPATH_DISPATCHER_HEARTBEAT_REQ, FASTPATH_DISPATCHER_HEARTBEAT_RESP)};
+        heartbeatService(name, FASTPATH_DISPATCHER_HEARTBEAT_REQ, FASTPATH_DISPATCHER_HEARTBEAT_RESP)};
     return makePeers(std::make_unique<MmiPeer>(instance, port, faultFor(scenario, name, dispatcherFaults[0])),
                      std::make_unique<NetlinkPeer>(name, portId, std::move(services),
                                                    faultFor(scenario, name, dispatcherFaults[1])),

@@ -23,7 +23,7 @@ namespace {
 constexpr const char* installHint = "install bubblewrap (Debian, Ubuntu: apt-get install bubblewrap)";
 
 /// Ctrl-C reaches every process at the terminal. bubblewrap must survive it, so that the command can exit
-/// cleanly. The signals are also blocked: the descriptor still receives them.
+/// cleanly. The descriptor receives blocked signals even if they are ignored.
 Base::UniqueFd takeSignals() {
     Base::UniqueFd signals = openSignalDescriptor({SIGINT, SIGTERM, SIGCHLD});
     for (const int each : {SIGINT, SIGTERM}) {

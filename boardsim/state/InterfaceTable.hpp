@@ -37,8 +37,8 @@ public:
 private:
     std::map<std::string, std::int32_t, std::less<>> ports{
         {"eth0", 1}, {"eth1", 2}, {"eth2", 3}, {"eth3", 4}};
-    std::map<std::pair<Netfp_Direction, std::uint8_t>, std::uint8_t>
-        mirrors;                                // direction, source port: target port
+    /// Direction and source port: target port.
+    std::map<std::pair<Netfp_Direction, std::uint8_t>, std::uint8_t> mirrors;
     std::vector<std::string> multicastFilters;  // one line of text() each
 };
 

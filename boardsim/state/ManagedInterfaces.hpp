@@ -15,7 +15,7 @@ public:
     static constexpr std::uint32_t managedAlready = 1;
     static constexpr std::uint32_t badName = 2;  ///< empty, or without a terminating zero
 
-    /// `field` is the whole field of the message, including zeros.
+    /// Adds an interface. `field` is the whole field of the message, including zeros.
     std::uint32_t add(std::string_view field);
 
     /// A title and one line per interface; empty if there are no interfaces.

@@ -12,7 +12,7 @@
 
 namespace Boardsim {
 
-/// A file of a board exists, but must not be read. what() gives its path and the reason.
+/// A file of a board exists, but boardsim refuses to read it. what() gives its path and the reason.
 class UnreadableFile : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

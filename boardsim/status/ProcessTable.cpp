@@ -44,7 +44,7 @@ nanoseconds now(clockid_t clock) {
 
 /// The start time of the process, since boot: the 22nd field of /proc/PROCESS/stat. The second field is the
 /// name in parentheses, which may contain anything.
-nanoseconds sinceMachineStart(pid_t process) {
+nanoseconds sinceBoot(pid_t process) {
     constexpr int fieldsBetween = 19;
     const std::string text = readTextFile(procFile(process, "stat"));
     std::istringstream fields(text.substr(text.rfind(')') + 1));
@@ -106,8 +106,8 @@ std::string ProcessTable::pidNamespace(pid_t process) {
 }
 
 sys_seconds ProcessTable::startTime(pid_t process) {
-    const nanoseconds machineStart = now(CLOCK_REALTIME) - now(CLOCK_BOOTTIME);
-    return sys_seconds(floor<seconds>(machineStart + sinceMachineStart(process)));
+    const nanoseconds bootTime = now(CLOCK_REALTIME) - now(CLOCK_BOOTTIME);
+    return sys_seconds(floor<seconds>(bootTime + sinceBoot(process)));
 }
 
 }  // namespace Boardsim

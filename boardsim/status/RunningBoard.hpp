@@ -23,7 +23,7 @@ public:
     /// The board's command, as one printable line.
     const std::string& command() const { return commandText; }
 
-    /// UTC.
+    /// As in 2026-11-21T10:15:02Z.
     const std::string& startTime() const { return start; }
 
     const BoardRoot& files() const { return root; }
@@ -32,6 +32,7 @@ public:
     /// none.
     pid_t findProcess(const std::string& name) const;
 
+    /// Readable when the board has ended.
     int endDescriptor() const { return end.get(); }
 
 private:
