@@ -66,7 +66,7 @@ const char* handLaidSmLogCall() {
     return call.data();
 }
 
-/// The static operation, under the name that compilers give it.
+/// The static operation, with the mangled name that compilers use.
 extern "C" Client* getClientInstance(const char* name, unsigned app) asm("_ZN5SmLog17getClientInstanceEPKcj");
 
 Client* getClientInstance(const char* name, unsigned app) {

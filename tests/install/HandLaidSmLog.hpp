@@ -1,4 +1,5 @@
 #pragma once
 
-/// What the hand-laid log library was last asked: which slot of its table of operations, and with what.
+/// The last call that the hand-laid log library received: the slot of its table of operations, and the
+/// arguments.
 extern "C" const char* handLaidSmLogCall();

@@ -8,12 +8,12 @@
 #include "SmLog.hpp"
 #include "Vask.h"
 
-// What programs call when they are compiled against the headers of platform/include, seen from libraries that
-// do not know these. Boards have libraries that nobody here can build again.
+// The calls of programs that are compiled against the headers of platform/include. The libraries here do not
+// know these headers, as those of boards that nobody can build again.
 
 namespace {
 
-// The exact types, which would not compile with any other.
+// Compiles only with the exact types.
 static_assert(std::is_same_v<AppID, unsigned>);
 [[maybe_unused]] constexpr SmLog* (*getClientInstance)(const char*, unsigned) = &SmLog::getClientInstance;
 [[maybe_unused]] constexpr void (SmLog::*write)(int, const char*, const char*, ...) = &SmLog::write;

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-// The stand-ins of the board's libraries, called as a program calls them that was compiled long ago: by names
-// and slot numbers, without the headers of platform/include.
+// Calls the stand-ins of the board's libraries as an old program does: by names and slot numbers, without the
+// headers of platform/include.
 
 namespace {
 

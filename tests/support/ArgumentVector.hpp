@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-/// An argument count and vector as main() gets them, with the program name "korvel" in front.
+/// An argument count and vector as in main(), with the program name "korvel" in front.
 class ArgumentVector {
 public:
     explicit ArgumentVector(std::vector<std::string> arguments);

@@ -17,8 +17,8 @@ constexpr auto load = static_cast<std::uint16_t>(BPF_LD | BPF_W | BPF_ABS);
 constexpr auto jumpIfEqual = static_cast<std::uint16_t>(BPF_JMP | BPF_JEQ | BPF_K);
 constexpr auto result = static_cast<std::uint16_t>(BPF_RET | BPF_K);
 
-/// Two instructions: a word of the call's record must have this value, or the call is let through by the
-/// instruction behind the next `remaining` ones.
+/// Two instructions. They compare a word of the call's record with this value. If it differs, the instruction
+/// after the next `remaining` ones lets the call through.
 void addCondition(std::vector<sock_filter>& program, std::size_t offset, std::uint32_t value,
                   std::uint8_t remaining) {
     program.push_back({load, 0, 0, static_cast<std::uint32_t>(offset)});
@@ -39,7 +39,7 @@ std::vector<sock_filter> filterFor(const FailingCall& call) {
     return program;
 }
 
-/// For the calling thread, from now on and for good. 0, or the reason why not.
+/// Applies to the calling thread from now on. Returns 0 or the errno value.
 int refuse(const FailingCall& call) {
     std::vector<sock_filter> program = filterFor(call);
     const sock_fprog filter{.len = static_cast<unsigned short>(program.size()), .filter = program.data()};

@@ -8,9 +8,9 @@
 #include <sys/socket.h>
 #include <sys/syscall.h>
 
-/// A system call that the kernel refuses, for failures that no file and no peer can cause.
+/// A system call that the kernel refuses. For failures that no file and no peer can cause.
 struct FailingCall {
-    /// Narrows the failure to calls with this value in one of their arguments.
+    /// Limits the failure to calls with this value in one of their arguments.
     struct Argument {
         unsigned index;  ///< from 0
         std::uint32_t value;
@@ -21,21 +21,21 @@ struct FailingCall {
     std::optional<Argument> argument = {};
 };
 
-/// The call behind poll(), which some processors only have in its wider form.
+/// The system call of poll(). Some processors have only ppoll().
 #ifdef SYS_poll
 constexpr long pollCall = SYS_poll;
 #else
 constexpr long pollCall = SYS_ppoll;
 #endif
 
-/// No netlink socket is to be had, as where all descriptors are in use.
+/// Opening a netlink socket fails, as if all descriptors were in use.
 constexpr FailingCall noNetlinkSocket{
     .number = SYS_socket, .error = EMFILE, .argument = FailingCall::Argument{0, AF_NETLINK}};
 
-/// Receives that do not block find nothing, whatever was announced; one that blocks is let through.
+/// Receives that do not block find nothing, even after an announcement. A receive that blocks works.
 constexpr FailingCall nothingThere{
     .number = SYS_recvfrom, .error = EAGAIN, .argument = FailingCall::Argument{3, MSG_DONTWAIT}};
 
-/// Runs `work` to its end on a thread of its own on which, and in whose children, `call` fails.
-/// Throws std::system_error where the kernel cannot be told so; an exception of `work` ends the program.
+/// Runs `work` to its end on a thread of its own. There, and in its children, `call` fails. Throws
+/// std::system_error if the kernel refuses the filter. An exception of `work` ends the program.
 void runFailing(const FailingCall& call, const std::function<void()>& work);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uid_t someoneElse = 4711;
 
-/// The beginning of a status up to and with its owner, in hex.
+/// The start of a status up to its owner (included), in hex.
 std::string upToOwner(const struct stat& status) {
     constexpr std::size_t length = offsetof(struct stat, st_uid) + sizeof status.st_uid;
     std::ostringstream hex;
@@ -31,7 +31,7 @@ Injection foreignOwnerOf(const std::string& path) {
         throw std::runtime_error("nothing at " + path);
     }
     status.st_uid = someoneElse;
-    // Of a link only the first look counts: strace takes what is behind it for the same path.
+    // For a link, only the first call counts. strace treats the target of a link as the same path.
     const std::string when = S_ISLNK(status.st_mode) ? ":when=1" : "";
     return {.faults = {"newfstatat:poke_exit=@arg3=" + upToOwner(status) + when}, .path = path};
 }

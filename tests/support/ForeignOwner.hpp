@@ -4,6 +4,6 @@
 
 #include "Injection.hpp"
 
-/// Has a process see the file or link at `path` as that of another user, who is not root either. There is
-/// but one user on the simulated board, so the answer of the system is changed on its way.
+/// Makes the file or link at `path` look as if it belonged to another user who is not root. The simulated
+/// board has only one user, so the injection changes the answer of the system.
 Injection foreignOwnerOf(const std::string& path);

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Does not return, so that the child runs none of the test program's exit code.
+/// Does not return, so that the child does not run the test program's exit code.
 void workAsChild(int result, const std::function<std::string()>& work) noexcept {
     const std::string text = work();
     const bool written = ::write(result, text.data(), text.size()) == static_cast<ssize_t>(text.size());

@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-/// What `work` returns in a forked child, with which its changes to process-wide state end. What the child
-/// expects is not heard of: expectations are about the text. Throws std::system_error where there can be no
-/// child.
+/// Runs `work` in a forked child and returns its text. Changes of process-wide state end with the child.
+/// Failed expectations in the child are lost, so check the text instead. Throws std::system_error if the fork
+/// fails.
 std::string returnedByChild(const std::function<std::string()>& work);

@@ -16,10 +16,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What boardsim lays out for the sandbox's first process.
+/// A link that boardsim creates for the sandbox's first process.
 constexpr const char* sandboxInit = "/run/boardsim/init";
 
-/// All that the sandbox itself keeps is in memory; programs, libraries and /proc are not.
+/// The sandbox's own files are in memory. Programs, libraries and /proc are not.
 bool isFolderInMemory(const fs::path& path) {
     struct statfs description {};
     return fs::is_directory(fs::symlink_status(path)) && ::statfs(path.c_str(), &description) == 0 &&
@@ -39,7 +39,7 @@ std::map<fs::path, fs::file_status> filesInMemory() {
     return found;
 }
 
-/// Gives the owner's rights back to folders that a test took them from.
+/// Restores the owner's permissions of folders that a test removed.
 void makeAccessible(const fs::path& path) {
     if (!fs::is_directory(fs::symlink_status(path))) {
         return;
@@ -52,7 +52,7 @@ void makeAccessible(const fs::path& path) {
     }
 }
 
-/// The parent's process number is the second word behind the program's name, which may hold anything.
+/// The parent's process id is the second word after the program's name. The name may contain any character.
 bool isChild(const fs::path& process) {
     std::string line;
     std::getline(std::ifstream(process / "stat"), line);
@@ -69,7 +69,7 @@ void killChildren() {
     }
 }
 
-/// A killed process leaves its own children to this one.
+/// The children of a killed process become children of this one.
 void endChildren() {
     do {
         killChildren();

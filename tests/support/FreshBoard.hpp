@@ -3,17 +3,17 @@
 #include <filesystem>
 #include <map>
 
-/// The simulated board that this process runs on, as it is now, for the tests that follow each other on it.
-/// From here on the orphans of this process's children become its children.
+/// The current state of the simulated board on which this process runs. It can be restored for the next test.
+/// Orphans of this process's children become its own children.
 class FreshBoard {
 public:
     FreshBoard();
 
-    /// True on a simulated board. Nothing here touches any other machine.
+    /// True on a simulated board. This class never changes another machine.
     static bool isAtHand();
 
-    /// Kills all child processes, removes each file that was not there at construction, and makes each folder
-    /// again that was. The content of files that were there stays as it is.
+    /// Kills all child processes. Removes each file, and recreates each folder, that differs from the time of
+    /// construction. The content of files that existed then is not restored.
     void restore() const;
 
 private:

@@ -13,7 +13,7 @@ Outcome runInjected(const Injection& injection, const std::vector<std::string>& 
         words.emplace_back("-f");
     }
     words.insert(words.end(), command.begin(), command.end());
-    // The search for leaks traces the process itself, which only one can do at a time.
+    // The leak detector traces the process too, and a process can have only one tracer.
     surroundings.environment.insert({"ASAN_OPTIONS", "detect_leaks=0"});
     return run(words, surroundings);
 }

@@ -5,13 +5,13 @@
 
 #include "Process.hpp"
 
-/// System calls that are made to go wrong in a real process. Its children are spared unless told otherwise.
+/// System calls that fail in a real process. By default they do not fail in its children.
 struct Injection {
-    /// Each as strace's option -e inject= takes it: "ftruncate:error=EIO", "read:error=EINTR:when=1".
+    /// In the format of strace's option -e inject=: "ftruncate:error=EIO", "read:error=EINTR:when=1".
     std::vector<std::string> faults;
-    /// Only calls that concern the file or link at this path; empty for all.
+    /// Limits the faults to calls on the file or link at this path. Empty for all calls.
     std::string path = {};
-    bool inChildren = false;  ///< in the processes that it starts as well
+    bool inChildren = false;  ///< also in the processes that it starts
 };
 
 /// Runs a command to its end with the injection in effect.

@@ -25,7 +25,7 @@ std::size_t firstTitle(const std::string& text, std::size_t from) {
     return first;
 }
 
-/// Replaces the rest of the line behind `start`.
+/// Replaces the rest of the line after `start`.
 void setLineEnd(std::string& text, const std::string& start, const std::string& value) {
     const std::size_t position = text.find(start) + start.size();
     text.replace(position, text.find('\n', position) - position, value);

@@ -1,5 +1,5 @@
-// Tests that leave all kinds of things behind, in whatever order: each finds the board fresh, also where the
-// program is run whole.
+// Tests that leave files and processes behind, in any order. Each of them finds a fresh board, even if the
+// whole program runs.
 
 #include <filesystem>
 
@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Of three tests alike the later two find what the first one left.
+/// The same test runs three times. The later two would find the remains of the first.
 class LeftBehindTest : public testing::TestWithParam<int> {};
 
 INSTANTIATE_TEST_SUITE_P(Again, LeftBehindTest, testing::Range(1, 4));

@@ -22,7 +22,7 @@ std::uint32_t idOfRequest(const std::string& request) {
 }
 
 std::string masterResponse(std::uint32_t id, std::int32_t errorCode, std::int32_t switchPort) {
-    std::string bytes(responseIdOffset, '\xee');  // the master's own, without meaning to a client
+    std::string bytes(responseIdOffset, '\xee');  // internal to the master, meaningless to a client
     bytes += littleEndian(id);
     bytes += littleEndian(static_cast<std::uint32_t>(errorCode));
     bytes += littleEndian(static_cast<std::uint32_t>(switchPort));

@@ -8,7 +8,7 @@ inline constexpr int unknownInterface = -1;  ///< an error code of the master
 
 // The NetFP master's datagrams byte by byte.
 
-/// A request of 148 bytes: what `body` does not fill is zero.
+/// A request of 148 bytes. The bytes after `body` are zero.
 std::string masterRequest(std::uint32_t type, std::uint32_t id, std::string_view body);
 
 /// The identifier in a request.

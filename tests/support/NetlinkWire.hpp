@@ -12,7 +12,7 @@ constexpr std::size_t netlinkSequenceOffset = 8;
 constexpr std::size_t netlinkPortOffset = 12;
 constexpr std::size_t netlinkPayloadOffset = 16;
 
-/// A whole datagram; its header carries the length, message type 1, no flags, and these two numbers.
+/// A whole datagram. Its header holds the length, message type 1, no flags, and these two numbers.
 std::string netlinkMessage(std::uint32_t sequence, std::uint32_t portId, std::string_view payload);
 
 /// The payload of a heartbeat's or an add-interface response: a message type and a status.

@@ -2,8 +2,8 @@
 
 #include <string>
 
-/// Takes everything that this process and its children write to standard output and standard error, from
-/// construction to destruction. The texts come as they were written, byte for byte.
+/// Captures everything that this process and its children write to standard output and standard error, from
+/// construction to destruction. The texts are unchanged, byte for byte.
 class OutputCapture {
 public:
     OutputCapture();
@@ -13,12 +13,12 @@ public:
     OutputCapture& operator=(OutputCapture&&) = delete;
     ~OutputCapture();
 
-    /// What was written since the last call.
+    /// The text since the last call.
     std::string out();
     std::string err();
 
 private:
-    /// One redirected descriptor; what was there before is put back in the end.
+    /// One redirected descriptor. The destructor restores the original.
     struct Stream {
         int descriptor;
         int file;

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string>
 
-/// What a piece of work printed.
+/// The output of a piece of work.
 struct Printed {
     std::string out = {};
     std::string err = {};
@@ -12,8 +12,8 @@ struct Printed {
     bool operator==(const Printed&) const = default;
 };
 
-/// Both texts as they stand, for the message of a comparison that fails.
+/// Prints both texts unchanged, for the message of a failed comparison.
 std::ostream& operator<<(std::ostream& stream, const Printed& printed);
 
-/// Runs `work` and takes what it and its children print meanwhile.
+/// Runs `work` and returns the output of it and of its children.
 Printed printedBy(const std::function<void()>& work);

@@ -38,7 +38,7 @@ std::vector<char*> pointersTo(std::vector<std::string>& words) {
     return pointers;
 }
 
-/// False where this process has not the privilege.
+/// False if this process lacks the privilege.
 bool becomeUser(uid_t user) {
     return ::setgroups(0, nullptr) == 0 && ::setgid(user) == 0 && ::setuid(user) == 0;
 }

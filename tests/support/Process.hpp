@@ -10,30 +10,30 @@
 #include <sys/resource.h>
 #include <sys/types.h>
 
-/// How a process ended and what it wrote.
+/// The exit status of a process and its output.
 struct Outcome {
-    int status = -1;  ///< exit status; 128 + N where signal N ended it
+    int status = -1;  ///< exit status; 128 + N if signal N ended it
     std::string out;
     std::string err;
 
     bool operator==(const Outcome&) const = default;
 };
 
-/// All of it as it stands, for the message of a comparison that fails.
+/// Prints all of it unchanged, for the message of a failed comparison.
 std::ostream& operator<<(std::ostream& stream, const Outcome& outcome);
 
-/// What a process is started with beside its command line.
+/// The start conditions of a process except its command line.
 struct Surroundings {
     std::vector<int> closedDescriptors = {};
     std::vector<std::pair<int, rlim_t>> limits = {};      ///< RLIMIT_... and its value
-    std::map<std::string, std::string> environment = {};  ///< added to this process's
+    std::map<std::string, std::string> environment = {};  ///< added to the environment of this process
     std::vector<int> ignoredSignals = {};
-    std::string standardOutput = {};  ///< a file to write to in place of Outcome::out
-    bool together = false;            ///< standard error goes where standard output goes
-    std::optional<uid_t> user = {};   ///< who it runs as, with a group of the same number and no other
+    std::string standardOutput = {};  ///< a file that gets standard output instead of Outcome::out
+    bool together = false;            ///< standard error goes to the same place as standard output
+    std::optional<uid_t> user = {};   ///< its user id; its only group has the same number
 };
 
-/// A real process with its own output files. Destroying it kills it, if it still runs.
+/// A real process with its own output files. The destructor kills it if it still runs.
 class Process {
 public:
     /// `command`: the program, by path or by name on the search path, and its arguments.
@@ -46,10 +46,10 @@ public:
 
     pid_t pid() const { return child; }
 
-    /// What it wrote to standard output so far.
+    /// Its standard output so far.
     std::string outSoFar() const;
 
-    /// Waits for its end.
+    /// Waits until it ends.
     Outcome wait();
 
 private:

@@ -11,7 +11,7 @@ constexpr unsigned wholeLog = 2U << 20;
 constexpr AppID application = 3;
 constexpr unsigned readMode = 5;
 
-/// What a line consists of beside its text.
+/// The parts of a line except its text.
 constexpr std::size_t frame = std::string_view("2031-05-17T08:15:00.123456Z 0 Test: \n").size();
 
 }  // namespace
@@ -21,7 +21,7 @@ RecordedLog::RecordedLog(const char* logName) : log(SmLog::getClientInstance(log
         throw std::runtime_error(std::string("no shared-memory log ") + logName);
     }
     std::filesystem::resize_file(std::string("/dev/shm/") + logName, 0);
-    text();  // puts memory behind it again, while this process may
+    text();  // allocates its memory again while this process may
 }
 
 void RecordedLog::write(unsigned count, std::size_t size) {

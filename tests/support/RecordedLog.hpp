@@ -5,21 +5,21 @@
 
 #include "SmLog.hpp"
 
-/// A shared-memory log that the test writes to, and whose every byte it knows, whoever wrote it.
+/// A shared-memory log to which the test writes. It knows every byte of the log, of all writers.
 class RecordedLog {
 public:
     /// Bytes of the longest entry.
     static constexpr std::size_t largest = 4096;
 
-    /// Empties the log `logName`; makes it where it is missing. Throws where it cannot be had.
+    /// Empties the log `logName` or creates it. Throws if the log cannot be opened.
     explicit RecordedLog(const char* logName);
 
-    /// Writes `count` entries of `size` bytes each, line end included. Each has a number of its own, counted
-    /// from 0.
+    /// Writes `count` entries of `size` bytes each, line end included. Each has its own number, starting from
+    /// 0.
     void write(unsigned count, std::size_t size = largest);
 
-    /// Everything that was written to the log since construction. Others may have written less than the log
-    /// keeps since this object was last used.
+    /// The whole text of the log since construction. Between two calls, other writers must write less than
+    /// the log keeps.
     const std::string& text();
 
 private:

@@ -13,10 +13,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// How this program is started on the host. The build writes it down beside a program that runs on a board.
+/// The command line that starts this program on the host. The build writes it to a file beside each program
+/// that runs on a board.
 std::vector<std::string> commandOfThisProgram() {
     const fs::path program = fs::read_symlink("/proc/self/exe");
-    const fs::path file = fs::path(program).replace_extension(".command");  // an emulated program has one
+    const fs::path file =
+        fs::path(program).replace_extension(".command");  // an emulated program has an extension
     return fs::exists(file) ? linesOfFile(file) : std::vector<std::string>{program};
 }
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-/// Prints, for each test that fails, the command line that repeats it and the commands that it ran.
+/// Prints the command line that repeats a failed test, and the commands that the test ran.
 class RepeatHint : public testing::EmptyTestEventListener {
 private:
     void OnTestEnd(const testing::TestInfo& test) override;

@@ -1,4 +1,4 @@
-// Each test fails on purpose where it runs as a child, and the test itself reads what the child prints.
+// Each test fails on purpose in a child process and then checks the output of the child.
 
 #include <cstdlib>
 #include <string>
@@ -22,7 +22,7 @@ class RepeatHintTest : public testing::Test {
 protected:
     static bool isChild() { return std::getenv(failOnPurpose) != nullptr; }
 
-    /// What the tests that `filter` selects print when they fail.
+    /// The output of the failed tests that `filter` selects.
     static std::string printedByFailure(const std::string& filter) {
         return run({besideThisProgram("test_main_test"), "--gtest_filter=" + filter},
                    {.environment = {{failOnPurpose, "1"}}})

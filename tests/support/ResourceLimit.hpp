@@ -2,7 +2,7 @@
 
 #include <sys/resource.h>
 
-/// Keeps this process to a limit (RLIMIT_...) from construction to destruction.
+/// Sets a limit (RLIMIT_...) of this process from construction to destruction.
 class ResourceLimit {
 public:
     ResourceLimit(int limitedResource, rlim_t value);

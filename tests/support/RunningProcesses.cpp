@@ -16,7 +16,7 @@ struct Row {
     pid_t parent = 0;
 };
 
-/// Of no process, or one that is gone by now: none.
+/// 0 if the process does not exist (any more).
 std::optional<Row> rowOf(const fs::path& folder) {
     const std::string number = folder.filename();
     if (!std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; })) {

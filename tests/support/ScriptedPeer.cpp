@@ -13,7 +13,7 @@ using Boardsim::Peer;
 using Boardsim::PeerThread;
 using Boardsim::ServerSocket;
 
-/// What both threads know.
+/// The state that both threads share.
 class ScriptedPeer::Script {
 public:
     void tell(Answer next) {
@@ -21,7 +21,7 @@ public:
         answer = std::move(next);
     }
 
-    /// Notes the request; the answer that it gets.
+    /// Records the request and returns its answer.
     Answer take(const std::string& request) {
         const std::lock_guard lock(mutex);
         received.push_back(request);

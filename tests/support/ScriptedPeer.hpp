@@ -12,14 +12,14 @@ class PeerThread;
 class ServerSocket;
 }  // namespace Boardsim
 
-/// A server that answers each datagram as it was told beforehand, on a thread of its own, and keeps what
-/// it received. Silent until told what to answer.
+/// A server with scripted answers on a thread of its own. It records each datagram that it receives. Without
+/// a script it is silent.
 class ScriptedPeer {
 public:
-    /// Sends one datagram to the client without waiting. False where the client is gone or has no room.
+    /// Sends one datagram to the client without waiting. False if the client is gone or its queue is full.
     using Reply = std::function<bool(std::string_view bytes)>;
 
-    /// What to do with a request; runs on the peer's thread and must come to an end.
+    /// Handles a request. Runs on the peer's thread and must end.
     using Answer = std::function<void(const std::string& request, const Reply& reply)>;
 
     /// Servers at a UNIX socket's path, at a UDP port of 127.0.0.1, and at a netlink port id of the
@@ -34,13 +34,13 @@ public:
     ScriptedPeer& operator=(ScriptedPeer&&) = delete;
     ~ScriptedPeer();
 
-    /// Holds for requests that arrive from now on.
+    /// Applies to requests that arrive from now on.
     void answers(Answer answer);
 
     /// The bytes of each request so far.
     std::vector<std::string> requests() const;
 
-    /// The same, once there are `count` at least.
+    /// The same. Waits until there are at least `count`.
     std::vector<std::string> awaitRequests(std::size_t count) const;
 
 private:

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// Writes the names to a file at the moment at which GoogleTest has selected and ordered its tests, and ends
-/// the process instead of running them.
+/// Writes the names to a file after GoogleTest has selected and ordered its tests. Then ends the process
+/// instead of running them.
 class NameWriter : public testing::EmptyTestEventListener {
 public:
     explicit NameWriter(std::string path) : file(std::move(path)) {}

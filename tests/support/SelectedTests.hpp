@@ -3,6 +3,6 @@
 #include <string>
 #include <vector>
 
-/// The full names of the tests that this program is to run, in the order that GoogleTest would run them in:
-/// its flags for filters, shards and shuffling count. To be called before any test runs.
+/// The full names of the tests that this program runs, in GoogleTest's order. The flags for filters, shards
+/// and shuffling apply. Call it before any test runs.
 std::vector<std::string> selectedTests();

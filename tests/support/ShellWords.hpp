@@ -3,5 +3,5 @@
 #include <string>
 #include <vector>
 
-/// The words as one line that a shell splits into the same words again.
+/// One line that a shell splits into these words again.
 std::string shellLine(const std::vector<std::string>& words);

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Has a signal arrive at this process every few milliseconds, from construction to destruction. It has a
-/// handler, so that it interrupts every call that can be interrupted.
+/// Sends a signal to this process every few milliseconds, from construction to destruction. The signal has a
+/// handler, so it interrupts every interruptible call.
 class SignalStorm {
 public:
     SignalStorm();
@@ -11,6 +11,6 @@ public:
     SignalStorm& operator=(SignalStorm&&) = delete;
     ~SignalStorm();
 
-    /// How many signals arrived.
+    /// The number of signals that arrived.
     static int count();
 };

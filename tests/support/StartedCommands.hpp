@@ -7,7 +7,7 @@
 
 // The commands that this test program has started, for the message of a test that fails.
 
-/// Adds a command, which gets `environment` beside that of this process.
+/// Adds a command. It has the environment of this process and also `environment`.
 void noteStartedCommand(const std::vector<std::string>& command,
                         const std::map<std::string, std::string>& environment);
 

@@ -1,7 +1,6 @@
-// A file system that leaves one kind of request unanswered for ever:  stuck_fs FOLDER OPERATION
-// It serves the files and symbolic links of FOLDER, as they are when it starts, from memory in FOLDER's
-// place. OPERATION is one of unanswerables' names. It prints "ready" once it serves, and ends when it is
-// killed: then whoever waits gets an error.
+// A file system that never answers one kind of request:  stuck_fs FOLDER OPERATION
+// It serves a copy in memory of FOLDER's files and symbolic links, mounted at FOLDER. OPERATION is a name in
+// `unanswerables`. It prints "ready" when it serves. If it is killed, waiting readers get an error.
 
 #define FUSE_USE_VERSION 35
 
@@ -24,7 +23,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double notRemembered = 0;  // seconds: each look at a file reaches this program
+constexpr double notRemembered = 0;  // seconds: each access to a file reaches this program
 
 struct Entry {
     std::string name;
@@ -46,7 +45,7 @@ Entry entryOf(const std::string& name, const fs::path& path) {
     return entry;
 }
 
-/// The entry of inode N is at N - 1; the folder itself comes first.
+/// The entry of inode N is at index N - 1. The folder itself comes first.
 using Folder = std::vector<Entry>;
 
 Folder load(const fs::path& path) {
@@ -92,7 +91,7 @@ void readLink(fuse_req_t request, fuse_ino_t inode) {
     fuse_reply_readlink(request, entryOf(request, inode).content.c_str());
 }
 
-/// Past the kernel's page cache, where a reader would wait for a page and not for this program.
+/// Bypasses the kernel's page cache, in which a reader would wait for a page instead of this program.
 void open(fuse_req_t request, fuse_ino_t /*inode*/, fuse_file_info* file) {
     file->direct_io = 1;
     fuse_reply_open(request, file);
@@ -114,8 +113,8 @@ constexpr fuse_lowlevel_ops answeredOperations() {
     return operations;
 }
 
-/// Takes a request and never replies to it. The kernel counts it as being worked on: whoever made it is
-/// beyond the reach of signals.
+/// Receives a request and never replies. The kernel treats the request as in progress, so signals do not
+/// interrupt its sender.
 template <typename... Arguments>
 void swallow(fuse_req_t /*request*/, Arguments... /*arguments*/) {
 }
@@ -137,13 +136,13 @@ constexpr std::array unanswerables{
     Unanswerable{"RELEASE", [](fuse_lowlevel_ops& operations) { operations.release = swallow; }},
 };
 
-/// Requests that are swallowed stay the session's, so that this serves until it is killed.
+/// The session keeps the unanswered requests, so it serves until it is killed.
 void serve(fuse_session* session) {
     fuse_buf buffer{};
     bool ready = false;
     while (fuse_session_receive_buf(session, &buffer) > 0) {
         fuse_session_process_buf(session, &buffer);
-        if (!ready) {  // that was the kernel's greeting
+        if (!ready) {  // the kernel's first request
             std::cout << "ready\n" << std::flush;
             ready = true;
         }

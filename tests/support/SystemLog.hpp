@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-/// The receiving end of the system log at its real place, /dev/log. Keeps some ten records until they are
-/// asked for and has no room for more.
+/// The receiving end of the system log at its real path, /dev/log. It holds about ten records until they are
+/// read.
 class SystemLog {
 public:
     SystemLog();
@@ -15,11 +15,11 @@ public:
     SystemLog& operator=(SystemLog&&) = delete;
     ~SystemLog();
 
-    /// Every byte of the records that arrived since the last call, but for the time stamp: one that lies
-    /// between the log's construction and now reads "TIME".
+    /// The records since the last call, byte for byte. A time stamp between the log's construction and now is
+    /// replaced by "TIME".
     std::vector<std::string> records();
 
-    /// Leaves no room for another record, by records that do not count.
+    /// Fills the queue with records that records() ignores.
     void fill() const;
 
 private:

@@ -1,7 +1,6 @@
-// The main function of test programs. A test that is run by itself, as ctest does, runs in this process.
-// Several tests take turns: each runs in a child process of its own, and the board is restored behind it. So
-// a test finds neither settings, handlers and threads of the tests before it nor their files, whatever their
-// order (--gtest_shuffle).
+// The main function of test programs. A single test, as ctest runs it, runs in this process. Several tests
+// run one after the other, each in a child process, and the board is restored after each. So no test depends
+// on the settings, handlers, threads or files of an earlier one, in any order (--gtest_shuffle).
 
 #include <algorithm>
 #include <cstdio>
@@ -64,7 +63,7 @@ int runApart(const std::vector<std::string>& tests) {
     return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
-/// Fixes the seed of a random order and prints it, so that the order can be had again.
+/// Chooses the seed of a random order and prints it, so that the order can be repeated.
 void chooseOrder() {
     if (GTEST_FLAG_GET(shuffle) && GTEST_FLAG_GET(random_seed) == 0) {
         constexpr int seeds = 99999;

@@ -10,7 +10,7 @@ Outcome runTraced(const std::string& selection, const std::vector<std::string>& 
         words.emplace_back("-f");
     }
     words.insert(words.end(), command.begin(), command.end());
-    // The search for leaks traces the process itself, which only one can do at a time.
+    // The leak detector traces the process too, and a process can have only one tracer.
     const Outcome outcome = run(words, {.environment = {{"ASAN_OPTIONS", "detect_leaks=0"}}});
     calls = linesOfFile(file);
     return outcome;

@@ -1,4 +1,4 @@
-// What another user planted in the archive's folders.
+// Files that another user planted in the archive's folders.
 
 #include <filesystem>
 #include <fstream>
@@ -14,8 +14,8 @@ namespace {
 
 class ArchiveForeignFileTest : public ArchiveRunFixture {
 protected:
-    /// Runs the archiver until it has written to the dispatcher's file, with something else of another
-    /// user's.
+    /// Runs the archiver until it has written to the dispatcher's file. Another user has planted something
+    /// before.
     Outcome runWithForeign(const std::string& path) {
         return runInjected(foreignOwnerOf(path),
                            {"sh", "-c",

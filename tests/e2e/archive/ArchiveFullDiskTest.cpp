@@ -1,4 +1,4 @@
-// SYSLIB's archive on a disk that is too small for it, the dispatcher's on another one.
+// SYSLIB's archive is on a disk that is too small for it. The dispatcher's is on another disk.
 
 #include <filesystem>
 
@@ -18,7 +18,7 @@ protected:
         fs::create_directories(disk);
         fs::create_directories("/tmp/korvel/archive");
         fs::create_directory_symlink(disk, syslib.files.directory);
-        // Of the six MiB this leaves room for one piece, and not for its copy.
+        // Leaves room on the disk of 6 MiB for one piece but not for its copy.
         writeFile(fs::path(disk) / "filler", std::string(fillerSize, 'x'));
     }
 
@@ -34,7 +34,8 @@ protected:
         await([this] { return archiver().outSoFar().ends_with(" exited with error, exit code: 1\n"); });
     }
 
-    /// Ends the archiver; the shell and cp, whose words vary, must have told of the failed copy and no more.
+    /// Ends the archiver. The shell and cp must have reported the failed copy and nothing else. Their wording
+    /// varies.
     void expectOneFailedCopy() {
         const Outcome outcome = end();
         EXPECT_EQ(outcome.status, 128 + SIGTERM);

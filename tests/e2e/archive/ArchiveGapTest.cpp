@@ -1,4 +1,4 @@
-// Entries that were overwritten before the archiver came to look.
+// Entries that were overwritten before the archiver read them.
 
 #include <csignal>
 
@@ -16,7 +16,7 @@ protected:
 
     static constexpr const char* warning = "WARNING: Shared memory overlap. Log is missing entries\n";
 
-    /// Stops the archiver while it waits to look again.
+    /// Stops the archiver during its pause.
     void stopArchiver() const {
         ::kill(archiver().pid(), SIGSTOP);
         ::waitpid(archiver().pid(), nullptr, WUNTRACED);

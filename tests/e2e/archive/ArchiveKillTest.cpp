@@ -1,5 +1,5 @@
-// The archiver is killed while it rotates: every entry that was in runtime.log still is, or its compressed
-// copy is whole.
+// The archiver is killed during a rotation. Every entry of runtime.log is still there, or its compressed copy
+// is complete.
 
 #include <algorithm>
 #include <chrono>
@@ -35,7 +35,7 @@ protected:
     /// A command that the archiver leaves behind becomes a child of this process.
     ArchiveKillTest() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
 
-    /// Waits until the complete piece is being copied to `target`, and then for the moment of this test.
+    /// Waits until the complete piece is being copied to `target`, and then until the time of this test.
     static void awaitMoment(const std::string& target) {
         while (!fs::exists(target) && !fs::exists(target + ".gz")) {
             std::this_thread::sleep_for(200us);
@@ -43,7 +43,7 @@ protected:
         std::this_thread::sleep_for(GetParam());
     }
 
-    /// Kills the archiver alone: the command that it is waiting for comes to its end.
+    /// Kills only the archiver. The command that it waits for runs to its end.
     void killArchiver() {
         EXPECT_EQ(end(SIGKILL), endedBy(SIGKILL));
         reapLeftCommands();
@@ -59,7 +59,7 @@ protected:
         reapLeftCommands();
     }
 
-    /// How many of the log's entries are in none of the files. A copy that is not yet compressed is none.
+    /// The number of the log's entries that are in none of the files. An uncompressed copy does not count.
     std::size_t lostEntries() {
         const std::set<std::string> kept = lines(syslib.files.all());
         const std::set<std::string> written = lines(syslib.log.text());

@@ -12,7 +12,7 @@ namespace {
 
 class ArchiveRecoveryTest : public ArchiveRunFixture {
 protected:
-    /// What the shell and its commands print when SYSLIB's startup.log cannot be compressed.
+    /// The errors of the shell and its commands if SYSLIB's startup.log cannot be compressed.
     std::string notCompressed() const {
         const std::string& path = syslib.files.startupPath;
         return "gzip: " + path + ".gz: Is a directory\nCommand: /bin/gzip -f " + path +

@@ -7,9 +7,9 @@ namespace {
 
 class ArchiveRotationsTest : public ArchiveRunFixture {
 protected:
-    static constexpr unsigned someEntries = 300;  ///< more than half of what makes a rotation
+    static constexpr unsigned someEntries = 300;  ///< more than half of the size for a rotation
 
-    /// More entries in both logs, and the archiver's having taken them.
+    /// Writes more entries to both logs and waits until the archiver has copied them.
     void archiveSome() {
         dispatcher.log.write(someEntries);
         syslib.log.write(someEntries);
@@ -61,7 +61,7 @@ TEST_F(ArchiveRotationsTest, ReplaceThePiecesOfAnEarlierRun) {
     EXPECT_EQ(end(), endedBy(SIGTERM));
     const std::string middleOfBefore = syslib.files.middle();
 
-    start();  // with the entries that the log still has
+    start();  // including the entries that the log still has
     constexpr std::size_t keptEntries = 511;
     await([this] { return syslib.files.runtime().size() == keptEntries * RecordedLog::largest; });
     syslib.log.write(someEntries);

@@ -10,7 +10,7 @@
 using namespace std::chrono_literals;
 
 ArchiveRunFixture::ArchiveRunFixture() {
-    ::setenv("LC_ALL", "C", 1);  // for the words of other programs
+    ::setenv("LC_ALL", "C", 1);  // for the messages of other programs
     std::filesystem::remove_all("/tmp/korvel");
 }
 

@@ -1,4 +1,4 @@
-// A run of the archiver while all is well.
+// A run of the archiver without failures.
 
 #include <algorithm>
 #include <chrono>
@@ -20,7 +20,7 @@ class ArchiveRunTest : public ArchiveRunFixture {
 protected:
     static constexpr std::size_t entrySize = 1000;
 
-    /// Waits until both logs are archived whole.
+    /// Waits until both logs are archived completely.
     void awaitAll() {
         await([this] { return dispatcher.hasAll() && (syslib.log.text().empty() || syslib.hasAll()); });
     }

@@ -1,4 +1,4 @@
-// Logs that the archiver cannot have, and files that it cannot make.
+// Logs that the archiver cannot open, and files that it cannot create.
 
 #include <filesystem>
 
@@ -17,8 +17,7 @@ protected:
 
     using Records = std::vector<std::string>;
 
-    /// Has the archiver run until it has taken over the log that it can follow; the other one has entries
-    /// too.
+    /// Runs the archiver until it has copied the log that it can follow. The other log has entries too.
     Outcome runUntilTaken(FollowedLog& followed) {
         dispatcher.log.write(1, entrySize);
         syslib.log.write(1, entrySize);
@@ -27,7 +26,7 @@ protected:
         return end();
     }
 
-    /// All that was reported; the test's own entry comes first.
+    /// All reports. The test's own entry comes first.
     static Records reports() {
         Records all = records();
         all.erase(all.begin());

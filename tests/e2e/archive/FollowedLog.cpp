@@ -1,6 +1,6 @@
 #include "FollowedLog.hpp"
 
-// In both, runtime.log is read before the others: a rotation meanwhile shows as entries that are there twice.
+// Both functions read runtime.log first. A rotation in between shows as duplicate entries.
 
 bool FollowedLog::hasNewest() {
     const std::string runtime = files.runtime();

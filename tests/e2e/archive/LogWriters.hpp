@@ -1,5 +1,5 @@
 #pragma once
 
-/// Has processes write to the log `logName` at once, each its numbered entries of some 1000 bytes, and waits
-/// for their end. False where one of them failed.
+/// Starts processes that write to the log `logName` at the same time. Each writes its numbered entries of
+/// about 1000 bytes. Waits for their end. False if one of them failed.
 bool writeFromProcesses(int processes, int entriesOfEach, const char* logName);

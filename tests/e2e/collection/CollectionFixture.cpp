@@ -67,7 +67,7 @@ std::unique_ptr<Process> CollectionFixture::startCollection(const Words& argumen
                                                             Surroundings surroundings) {
     Words command{"korvel"};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    // The search for leaks stops the process at its end and may never see that where signals keep coming.
+    // The leak detector stops the process at its end. It may hang if signals keep arriving.
     surroundings.environment.insert({"ASAN_OPTIONS", "detect_leaks=0"});
     return std::make_unique<Process>(command, inEnglish(std::move(surroundings)));
 }
@@ -109,7 +109,7 @@ Surroundings CollectionFixture::withCommand(const std::string& name, const std::
 }
 
 std::string CollectionFixture::verboseStart(const std::string& selection, const Words& skippedCollectors) {
-    // The empty line is the trace of a record for the system log: the board isolates its cores.
+    // The empty line comes from a record for the system log, because the board isolates its cores.
     std::string text = "Verbose mode enabled.\n" + selection + "\nDetected LogCollection keywords.\n";
     for (const std::string& collector : skippedCollectors) {
         text.append("Creation of LogCollector of type (")

@@ -12,7 +12,7 @@
 #include "Injection.hpp"
 #include "Process.hpp"
 
-/// A simulated board, log collection as a process on it, and what becomes of that.
+/// A simulated board, log collection as a process on it, and the results.
 class CollectionFixture : public testing::Test {
 protected:
     static inline const std::string fullCollection =
@@ -22,13 +22,13 @@ protected:
     static constexpr const char* packageDir = "/ffs/run/logs";
     static constexpr const char* timedOut = "poll(): Timed out while waiting for response";
 
-    /// The search for the NetFP processes, as the shell gets it.
+    /// The shell command that searches for the NetFP processes.
     static constexpr const char* listing =
         "ps aux | grep -v -E \"grep|korvel\" | grep -E "
         "\"netfp_server|netfp_proxy|netfp_master|resmgr_server\""
         " > /tmp/korvelpids.tmp";
 
-    /// Starts a board; without a scenario one on which everything runs and nothing misbehaves.
+    /// Starts a board. Without a scenario everything runs and nothing fails.
     void startBoard(const Boardsim::Scenario& scenario = {});
 
     /// Starts a board whose peers have these faults, each "PEER=FAULT".
@@ -42,7 +42,7 @@ protected:
     /// Runs korvel with these arguments to its end. Other programs' messages are English.
     static Outcome collect(const Words& arguments, const Surroundings& surroundings = {});
 
-    /// The same with system calls that go wrong.
+    /// The same with failing system calls.
     static Outcome collectInjected(const Injection& injection, const Words& arguments);
 
     /// Starts korvel without waiting for its end.
@@ -51,29 +51,29 @@ protected:
     /// Every file in the work directory.
     static Files workFiles();
 
-    /// What a dispatcher's MMI service was asked so far.
+    /// The requests that a dispatcher's MMI service received so far.
     static Words requestsTo(const std::string& dispatcher);
 
-    /// Returns once a dispatcher has been asked something.
+    /// Waits until a dispatcher has received a request.
     static void awaitRequestTo(const std::string& dispatcher);
 
-    /// Where programs are found, the board's own first.
+    /// The search path for programs, the board's own first.
     static std::string searchPath();
 
-    /// Puts a shell script on the search path of the runs that get the returned surroundings, in front of a
-    /// command of the board of the same name.
+    /// Writes a shell script that replaces the board's command of the same name. It applies to runs with the
+    /// returned surroundings.
     static Surroundings withCommand(const std::string& name, const std::string& script);
 
-    /// How a verbose run begins: what it says of the option "-d" (lines, or nothing), then of the collectors
-    /// that have nothing to do.
+    /// The first lines of a verbose run: the lines about the option "-d", if any, then the collectors that
+    /// have nothing to do.
     static std::string verboseStart(const std::string& selection, const Words& skippedCollectors);
 
 private:
     std::unique_ptr<Boardsim::Board> running;
 };
 
-/// How a run ends that did what it was asked for.
+/// The outcome of a successful run.
 Outcome success(std::string out = {}, std::string err = {});
 
-/// How a run ends that did not.
+/// The outcome of a failed run.
 Outcome failure(std::string out, std::string err);

@@ -3,7 +3,7 @@
 
 namespace {
 
-/// A board's log library that throws where a log is read: it costs the collector that reads it, and no other.
+/// A board's log library that throws when a log is read. Only the collector that reads the log fails.
 class CollectorExceptionTest : public CollectionFixture {
 protected:
     CollectorExceptionTest() { startBoard(); }

@@ -12,14 +12,14 @@ namespace {
 /// Which files a run leaves, by coverage keyword.
 class CollectionCoverageTest : public CollectionFixture {
 protected:
-    /// What a dump leaves in the work directory.
+    /// The files of a dump in the work directory.
     static Words filesOf(Words keywords) {
         keywords.insert(keywords.begin(), "dump");
         EXPECT_EQ(collect(keywords), success());
         return filesBelow(workDir);
     }
 
-    /// The paths, with one directory in front of them.
+    /// The paths with a directory before them.
     static Words in(const std::string& directory, const Words& names) {
         Words paths(names.size());
         std::transform(names.begin(), names.end(), paths.begin(),

@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What stands in the way of the files of a dump.
+/// Obstacles at the paths of dump files.
 class DumpFileTest : public CollectionFixture {
 protected:
     static constexpr const char* infoFile = "/tmp/korvel/mmi/iwf/SocketSvcInfo.log";
@@ -25,7 +25,7 @@ protected:
         return "Error while writing /tmp/korvel/" + file + ": No space left on device\n";
     }
 
-    /// A directory that mkdir cannot make, since `path` is a file. How the shell runner reports it.
+    /// The error of the shell runner if mkdir fails because `path` is a file.
     static std::string unmade(const std::string& directory, const std::string& path, const char* reason) {
         return "mkdir: cannot create directory '" + path + "': " + reason + "\nCommand: mkdir -p " +
                directory + " exited with error, exit code: 1\n";

@@ -1,4 +1,4 @@
-// Files that other users own or planted, with real users: the board's root, and people who share its /tmp.
+// Files that other users own or planted. The users are real: the board's root, and people who share its /tmp.
 
 #include <cerrno>
 #include <chrono>
@@ -45,7 +45,7 @@ protected:
         return collect(arguments, {.user = user});
     }
 
-    /// Leaves a collection of Alice's behind, and a state that has changed since.
+    /// Creates a collection by Alice, then changes a state.
     void haveAliceCollect() {
         startBoard();
         ASSERT_EQ(collectAs(alice, information), success());
@@ -53,13 +53,13 @@ protected:
         writeFile(state, "since then\n");
     }
 
-    /// Has Alice plant something in her work directory, in place of the state's file.
+    /// Lets Alice plant something at the state's file in her work directory.
     static void plant(const std::string& command) {
         fs::remove(workFile);
         ASSERT_EQ(run({"sh", "-c", command}, {.user = alice}), success());
     }
 
-    /// A file of root's that nobody else may read.
+    /// A file that only root may read.
     static void writePrecious() {
         writeFile(precious, "precious");
         fs::permissions(precious, fs::perms::owner_read | fs::perms::owner_write);
@@ -70,15 +70,15 @@ protected:
         ASSERT_EQ(::chown(path.c_str(), owner, owner), 0);
     }
 
-    /// Of a link: its own.
+    /// For a link, the owner of the link itself.
     static uid_t ownerOf(const std::string& path) {
         struct stat status {};
         EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
         return status.st_uid;
     }
 
-    /// A process of this user's that the process list shows as netfp_proxy; `onSignal` is what its shell does
-    /// when it is asked for its dump.
+    /// A process of this user that the process list shows as netfp_proxy. Its shell runs `onSignal` for each
+    /// dump request.
     static std::unique_ptr<Process> startProxy(uid_t user, const std::string& onSignal) {
         const std::string script = "trap '" + onSignal + "' USR1; echo ready; while :; do sleep 0.02; done";
         auto proxy = std::make_unique<Process>(
@@ -95,7 +95,7 @@ protected:
         }
     }
 
-    /// The reason why `user` may not open the file to write behind what is in it; 0 where there is none.
+    /// The errno value if `user` may not open the file to append to it. Otherwise 0.
     static int appendingErrorOf(uid_t user, const std::string& path) {
         const pid_t child = ::fork();
         if (child == 0) {
@@ -143,7 +143,7 @@ TEST_F(ForeignFileTest, AUserMayNotReplaceAnotherUsersFileInAStickyFolder) {
     EXPECT_EQ(contentOfFile(workFile), before);
 }
 
-/// A kernel that does not protect hard links lets Alice make this one; here root makes it for her.
+/// Without the kernel's protection of hard links, Alice could create this one. Here root creates it for her.
 TEST_F(ForeignFileTest, AFileOfRootIsNotWrittenToThroughAHardLink) {
     haveAliceCollect();
     writePrecious();

@@ -2,10 +2,10 @@
 
 #include <string>
 
-/// Leaves no byte free on a disk (a file system in memory) as long as this object lives.
+/// Fills a disk (a file system in memory) as long as this object lives.
 class FullDisk {
 public:
-    /// `directory` lies on the disk.
+    /// `directory` is on the disk.
     explicit FullDisk(const std::string& directory);
     FullDisk(const FullDisk&) = delete;
     FullDisk& operator=(const FullDisk&) = delete;

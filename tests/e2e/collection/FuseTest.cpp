@@ -11,21 +11,21 @@ using Boardsim::Deployment;
 
 namespace {
 
-/// How the fuse collector takes what it finds in the dispatchers' state tree.
+/// How the fuse collector handles the files of the dispatchers' state tree.
 class FuseCollectionTest : public CollectionFixture {
 protected:
     static constexpr const char* tracing = "/tmp/fuse/iwf/tracing_on";
     static constexpr const char* unreadable = "Error while opening /tmp/fuse/iwf/tracing_on\n";
     static constexpr const char* empty = "Output of /tmp/korvel/fuse/iwf/tracing_on.log is empty\n";
 
-    /// What is in the files of the states.
+    /// The content of the state files.
     static Files states() {
         Files files = workFiles();
         std::erase_if(files, [](const auto& file) { return !file.first.starts_with("fuse/"); });
         return files;
     }
 
-    /// Collects IWF's information with `tracing_on` in a state in which it has no text.
+    /// Collects IWF's information while `tracing_on` has no text.
     static void expectNoText(const std::string& err) {
         EXPECT_EQ(collect({"-d", "iwf", "print", "dump", "dinf"}),
                   success(section("Tracing Enabled", "") + printedReplies("iwf", infoCommands), err + empty));

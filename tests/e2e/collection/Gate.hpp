@@ -2,13 +2,13 @@
 
 #include <string>
 
-/// Holds a shell script up until the test lets it go on.
+/// Blocks a shell script until the test opens the gate.
 class Gate {
 public:
-    /// Lines of shell that stop at the gate.
+    /// Shell lines that wait at the gate.
     static std::string script();
 
-    /// Returns once a script has come to the gate.
+    /// Waits until a script has reached the gate.
     static void await();
 
     static void open();

@@ -2,18 +2,18 @@
 
 #include <string>
 
-/// A shared-memory log to which the board's processes write all the time, so that what a reader gets depends
-/// on the moment.
+/// A shared-memory log to which the board's processes keep writing. So the collected text depends on the
+/// moment.
 class GrowingLog {
 public:
-    /// Remembers what the log `logName` holds now.
+    /// Records the current text of the log `logName`.
     explicit GrowingLog(const char* logName);
 
-    /// What the log holds now.
+    /// The current text of the log.
     std::string text() const;
 
-    /// The longest text that a reader can have got since construction and that stands in `output`; where
-    /// there is none, what the log held at construction.
+    /// The longest text in `output` that a reader can have read since construction. If there is none, the
+    /// text of the log at construction.
     std::string versionIn(const std::string& output) const;
 
 private:

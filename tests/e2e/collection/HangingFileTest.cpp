@@ -1,6 +1,6 @@
-// File systems that do not answer, as where a dispatcher hangs that serves its states. Each of them is a real
-// one; a request that its server has read and does not answer makes who asks wait beyond the reach of
-// signals.
+// File systems that do not answer, as if the dispatcher that serves them hangs. Each one is a real file
+// system. A request that its server has read but not answered blocks its sender, and signals do not interrupt
+// it.
 
 #include <chrono>
 #include <csignal>
@@ -29,20 +29,19 @@ protected:
 
     static inline const Words information{"-d", "all", "dump", "dinf"};
 
-    /// What that collects: the files of a board on which everything answers. Not to be asked for once states
-    /// hang.
+    /// The files that it collects on a board that answers everything. Cannot be used once a state hangs.
     static Files informationOfAll() {
         return together({informationBut("iwf"), stateFiles("iwf", infoStates)});
     }
 
-    /// The same but for the states of an instance.
+    /// The same except the states of an instance.
     static Files informationBut(const std::string& instance) {
         const std::string other = instance == "iwf" ? "sfn" : "iwf";
         return together({stateFiles(other, infoStates), replyFiles("iwf", infoCommands),
                          replyFiles("sfn", infoCommands)});
     }
 
-    /// All that korvel writes to one pipe until nobody can write there any more, and how it ended.
+    /// The text that korvel writes to a pipe until all writers have closed it, and how it ended.
     static std::string textInPipe(const Words& arguments) {
         Words command{"sh", "-c", "{ LC_ALL=C korvel \"$@\" 2>&1; echo \"exit status $?\"; } | cat", "sh"};
         command.insert(command.end(), arguments.begin(), arguments.end());
@@ -51,7 +50,7 @@ protected:
 
     static std::string ended(const std::string& text) { return text + "exit status 0\n"; }
 
-    /// Returns once so many processes of korvel's are left.
+    /// Waits until korvel has that many processes left.
     static std::vector<pid_t> awaitLeft(std::size_t count) {
         for (;;) {
             std::vector<pid_t> left = processesNamed("korvel");
@@ -62,14 +61,14 @@ protected:
         }
     }
 
-    /// One helper waits beyond the reach of signals, with no descriptor but of the file that it looks at.
+    /// One helper is blocked uninterruptibly. Its only descriptor is of the file that it reads.
     static void expectOneHelperLeftBehind(const std::string& folder) {
         for (const std::string& target : descriptorsOf(awaitLeft(1).front())) {
             EXPECT_TRUE(folder.starts_with(target) || target.starts_with(folder)) << target;
         }
     }
 
-    /// A run that is held up before it looks at the first state.
+    /// A run that is blocked before it reads the first state.
     static std::unique_ptr<Process> startAtGate() {
         writeFile("/tmp/configuration", "");
         fs::create_symlink("/tmp/configuration", "/rom/private/fpdispatcher.conf");
@@ -79,7 +78,7 @@ protected:
         return run;
     }
 
-    /// The process that looks at files for the run; waits for one that is not `earlier`.
+    /// The process that reads files for the run. Waits for one other than `earlier`.
     static pid_t helperOf(const Process& run, pid_t earlier = 0) {
         for (;;) {
             for (const pid_t helper : childrenNamed("korvel", run.pid())) {
@@ -91,7 +90,7 @@ protected:
         }
     }
 
-    /// Returns once a verbose run has waited for a while for the answer about IWF's state.
+    /// Returns after a verbose run has waited for a while for IWF's state.
     static void awaitLook(const Process& run) {
         while (!run.outSoFar().ends_with("Reading /tmp/fuse/iwf/tracing_on...\n")) {
             pause();
@@ -102,7 +101,7 @@ private:
     static void pause() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
 };
 
-/// A kind of request without an answer, and what it leaves of IWF's state.
+/// A kind of request without an answer, and the text of IWF's state that korvel still reads.
 struct Unanswered {
     const char* operation;
     bool costsTheText;

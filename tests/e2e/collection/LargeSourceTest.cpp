@@ -8,14 +8,14 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Sources that are too large: cut, each and all together, with a word, and with everything else as ever.
+/// Sources that are too large. Each one and their sum are cut and reported. Everything else is as usual.
 class LargeSourceTest : public CollectionFixture {
 protected:
     static constexpr std::size_t mebibyte = 1U << 20U;
     static constexpr std::size_t sourceLimit = 16 * mebibyte;
     static constexpr std::size_t wholeLimit = 48 * mebibyte;
 
-    /// A file of zeros that takes no room.
+    /// A sparse file of zeros.
     static void makeSparse(const std::string& path, std::uintmax_t size = 3072 * mebibyte) {
         writeFile(path, "");
         fs::resize_file(path, size);
@@ -31,7 +31,7 @@ protected:
         return "Output of /tmp/korvel/" + file + ".log is empty\n";
     }
 
-    /// Without showing megabytes.
+    /// Does not print megabytes in a failure.
     static void expectFiles(const Files& expected) {
         const Files files = workFiles();
         EXPECT_EQ(sizesOf(files), sizesOf(expected));

@@ -14,14 +14,15 @@ protected:
 
     LostReaderTest() { startBoard(); }
 
-    /// Shell that waits until the reader has closed the pipe.
+    /// A shell command that waits until the reader has closed the pipe.
     static std::string awaitReaderGone() {
         return std::string("while [ ! -e ") + readerGone + " ]; do sleep 0.01; done\n";
     }
 
-    /// Runs "korvel -v -d all WORDS" into a pipe to `reader`, which is shell and then gone, with the system's
-    /// own disposition of SIGPIPE. `before` is shell that comes first, `redirection` that of standard error.
-    /// What the reader printed, and korvel's exit status and standard error, without the words of tar itself.
+    /// Runs "korvel -v -d all WORDS" with the default disposition of SIGPIPE. Standard output is a pipe to
+    /// `reader`, a shell command that ends early. The shell command `before` comes first. `redirection` is
+    /// that of standard error. Returns the reader's output, and korvel's exit status and standard error
+    /// without the messages of tar.
     static Outcome collectInto(const std::string& reader, const std::string& words, const std::string& before,
                                const Surroundings& surroundings,
                                const std::string& redirection = "2> /tmp/stderr") {
@@ -38,14 +39,14 @@ protected:
         return {std::stoi(contentOfFile("/tmp/status")), both.out, err};
     }
 
-    /// The package is whole: it unpacks, and holds everything that was collected.
+    /// Checks that the package unpacks and holds everything that was collected.
     static void expectWholePackage(const std::string& path) {
         EXPECT_EQ(run({"gzip", "-t", path}), success());
         EXPECT_EQ(filesIn(path), workFiles());
         EXPECT_EQ(workFiles().size(), 2U * 3 + 1 + 2 * 4 + 4 + 1);
     }
 
-    /// What is reported of a listing that tar could not write, and of all that was lost.
+    /// The errors for a listing that tar cannot write and for lost output.
     static constexpr const char* lost =
         "Command: /bin/tar -czvf /ffs/run/logs/netfp_logs_post_mortem.tgz -C /tmp/korvel/ ./ exited with "
         "error, exit code: 2\n"

@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Runs that get 64 MiB of memory of their own, and need no more whatever there is to collect.
+/// Runs with a limit of 64 MiB of memory of their own. The limit suffices for any amount of logs.
 class MemoryLimitTest : public CollectionFixture {
 protected:
     const Surroundings limited{.limits = {{RLIMIT_DATA, 64U << 20U}}};
@@ -25,7 +25,7 @@ protected:
         return path + " is larger than " + std::to_string(limit) + " bytes, cut\n";
     }
 
-    /// What is said of four sources of which the last one finds no room.
+    /// The errors for four sources if there is no room for the last one.
     static std::string cutFour(const Words& paths) {
         constexpr std::size_t limit = 16U << 20U;
         return cut(paths[0], limit) + cut(paths[1], limit) + cut(paths[2], limit) + fullCollection +

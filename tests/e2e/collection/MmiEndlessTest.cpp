@@ -19,7 +19,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t replyLimit = 16U << 20U;
 constexpr auto replyTimeLimit = 60s;
 
-/// Replies of the MMI service that would go on for ever, and replies that belong to something else.
+/// Endless replies of the MMI service, and replies to an earlier command.
 class MmiEndlessReplyTest : public CollectionFixture {
 protected:
     static constexpr const char* infoFile = "/tmp/korvel/mmi/iwf/SocketSvcInfo.log";

@@ -9,13 +9,13 @@ using Boardsim::mmiReplyText;
 
 namespace {
 
-/// How much of a datagram is taken.
+/// The number of bytes that are read of a datagram.
 constexpr std::size_t bufferSize = 513;
 
-/// How the MMI collector takes dispatchers that misbehave.
+/// How the MMI collector handles faulty dispatchers.
 class MmiCollectionTest : public CollectionFixture {
 protected:
-    /// What is in the files of the replies.
+    /// The content of the reply files.
     static Files replies() {
         Files files = workFiles();
         std::erase_if(files, [](const auto& file) { return !file.first.starts_with("mmi/"); });
@@ -27,7 +27,7 @@ protected:
         return mmiDatagrams(mmiReplyText("iwf", command)).front();
     }
 
-    /// The files of an instance whose replies were all spoilt in one way.
+    /// The files of an instance whose replies all have the same fault.
     static Files iwfFiles(const Words& commands, std::string (*reply)(const std::string& command)) {
         Files files;
         for (const std::string& command : commands) {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-/// A UDP port that nobody else can bind as long as this object lives.
+/// Occupies a UDP port as long as this object lives.
 class OccupiedPort {
 public:
     explicit OccupiedPort(std::uint16_t port);

@@ -4,7 +4,7 @@
 
 #include "CollectionFixture.hpp"
 
-/// Packages, and what is in them.
+/// Packages and their content.
 class PackageFixture : public CollectionFixture {
 protected:
     static constexpr const char* gathering = "Command: fp_linux_log_collect /tmp/korvel 2> /dev/null ";
@@ -15,7 +15,7 @@ protected:
     /// The path of the package "netfp_logs" + `suffix`.
     static std::string package(const std::string& suffix);
 
-    /// What tar lists of a package, in its order and sorted.
+    /// The names that tar lists for a package, in its order and sorted.
     static std::string listingOf(const std::string& path);
     static Words membersOf(const std::string& path);
 

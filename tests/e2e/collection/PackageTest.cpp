@@ -25,7 +25,7 @@ const Words iwfMembers{
     "./mmi/iwf/SocketSvcInfo.log",
 };
 
-/// What the board's command for its Linux logs adds.
+/// The files that the board's command for its Linux logs adds.
 const Words linuxMembers{
     "./linux/",           "./linux/cmdline.log",   "./linux/interfaces.log",
     "./linux/mounts.log", "./linux/processes.log", "./linux/system.log",

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A process that has ended and was not waited for keeps its number, so that no other one gets the signals.
+/// A zombie keeps its process id, so no other process gets the signals.
 bool hasEnded(pid_t process) {
     siginfo_t info{};
     const int result = ::waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | WNOHANG | WNOWAIT);

@@ -4,6 +4,6 @@
 
 #include "Process.hpp"
 
-/// Sends these signals, one after the other and a few milliseconds apart, until the process has ended. How it
-/// ended.
+/// Sends these signals one after the other, a few milliseconds apart, until the process has ended. Returns
+/// its outcome.
 Outcome pester(Process& process, const std::vector<int>& signals);

@@ -8,17 +8,17 @@ using Boardsim::Board;
 
 namespace {
 
-/// The scratch file through which the process listing passes.
+/// The temporary file for the process listing.
 class PidFileTest : public CollectionFixture {
 protected:
     static constexpr const char* pidFile = "/tmp/korvelpids.tmp";
-    /// What is said of a search that ends with this exit code.
+    /// The error if the search ends with this exit code.
     static std::string failedListing(int code) {
         return "Command: " + std::string(listing) + " exited with error, exit code: " + std::to_string(code) +
                "\n";
     }
 
-    /// A `ps` that lists this.
+    /// A `ps` command that prints this listing.
     static Surroundings withListing(const std::string& lines) {
         writeFile("/tmp/listing", lines);
         return withCommand("ps", "cat /tmp/listing\n");

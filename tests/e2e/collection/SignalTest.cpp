@@ -16,10 +16,10 @@ class CollectionSignalTest : public PackageFixture {
 protected:
     static constexpr int terminated = 128 + SIGTERM;
 
-    /// An IWF dispatcher and a proxy that answer nothing, so that every wait runs its full time.
+    /// An IWF dispatcher and a proxy that answer nothing, so every wait lasts its full time.
     void startSilentBoard() { startBoardWithFaults({"iwf_dispatcher=silent", "netfp_proxy=silent"}); }
 
-    /// What the waits for them come to: four replies, one dump.
+    /// The sum of the waits for them: four replies, one dump.
     static constexpr auto wholeSilence = 4 * 500ms + 1000ms;
 
     const Words silentRequest{"-d", "iwf", "dump", "dinf", "dstat", "proxy"};
@@ -28,12 +28,12 @@ protected:
         return together({stateFiles("iwf", allStates), emptyReplyFiles("iwf", allCommands)});
     }
 
-    /// The first command of a run, and the others of its kind, wait at the gate.
+    /// The first command of a run, and each command of the same name, waits at the gate.
     static Surroundings withSlowDirectories() {
         return withCommand("mkdir", Gate::script() + "exec /bin/mkdir \"$@\"\n");
     }
 
-    /// The request with a package on top.
+    /// The request with an additional package.
     Words packedRequest() const {
         Words request = silentRequest;
         request.emplace_back("pkg-pm");

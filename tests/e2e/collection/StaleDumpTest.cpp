@@ -10,7 +10,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Dumps that were there before their process was asked for one.
+/// Dumps that existed before their process received the signal.
 class StaleDumpTest : public PackageFixture {
 protected:
     static constexpr const char* source = "/tmp/netfp_proxy.log";
@@ -24,7 +24,7 @@ protected:
 
     void stop(const std::string& process) const { ::kill(board().pid(process), SIGSTOP); }
 
-    /// The time of the proxy's dump in a package, as tar shows it.
+    /// The time that tar shows for the proxy's dump in a package.
     static std::string timeIn(const std::string& path) {
         const std::string line = run({"tar", "--full-time", "-tvzf", path, member}).out;
         const std::size_t time = line.find("20");

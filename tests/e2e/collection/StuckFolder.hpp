@@ -5,11 +5,11 @@
 
 #include "Process.hpp"
 
-/// A folder behind a real file system in user space (FUSE) that leaves one kind of request unanswered, from
-/// construction to destruction. It has the files that were there before. Needs the privilege to mount.
+/// A folder on a real file system in user space (FUSE) that leaves one kind of request unanswered, from
+/// construction to destruction. It keeps its files. Needs the privilege to mount.
 class StuckFolder {
 public:
-    /// `operation`: the requests that are swallowed, as tests/support/StuckFileSystem.cpp names them.
+    /// `operation`: the unanswered requests, with the names in tests/support/StuckFileSystem.cpp.
     StuckFolder(std::string path, const std::string& operation);
     StuckFolder(const StuckFolder&) = delete;
     StuckFolder& operator=(const StuckFolder&) = delete;
@@ -17,13 +17,13 @@ public:
     StuckFolder& operator=(StuckFolder&&) = delete;
     ~StuckFolder();
 
-    /// The server reads no further request, of whatever kind: whoever waits for it can still be killed.
+    /// Stops the server: it reads no request of any kind. A process that waits for it can still be killed.
     void stop() const;
 
-    /// The server reads requests again.
+    /// Lets the server read requests again.
     void resume() const;
 
-    /// Kills the server, whoever waits for it gets an error. The folder is what it was before.
+    /// Kills the server. Processes that wait for it get an error. The folder is as before.
     void end();
 
 private:

@@ -8,12 +8,12 @@ using Boardsim::linesOf;
 
 namespace {
 
-/// What a run says of system calls that fail, and what it does all the same.
+/// What a run reports about failed system calls, and what it still does.
 class CollectionSystemCallTest : public CollectionFixture {
 protected:
     const Words request{"-d", "all", "dump", "dinf"};
 
-    /// The files of a run of which each instance's reply did or did not come.
+    /// The files of a run in which each instance's reply did or did not arrive.
     static Files filesWith(const Files& iwf, const Files& sfn) {
         return together({stateFiles("iwf", infoStates), stateFiles("sfn", infoStates), iwf, sfn});
     }
@@ -30,7 +30,7 @@ protected:
         return filesWith(replyFiles("iwf", infoCommands), replyFiles("sfn", infoCommands));
     }
 
-    /// Which call of close(), counted from 1, closes the socket that is bound to this port.
+    /// The number of the close() call, counted from 1, that closes the socket of this port.
     static int closeOfPort(const std::string& port, const Words& arguments) {
         Words command{"strace", "--quiet=all", "-yy", "-e", "trace=close", "-o", "/tmp/calls", "korvel"};
         command.insert(command.end(), arguments.begin(), arguments.end());
@@ -152,7 +152,7 @@ TEST_F(CollectionSystemCallTest, ACommandWithAnUnknownExitStatusIsReported) {
     startBoard();
     std::filesystem::create_directories("/tmp/korvel/fuse");
 
-    // The first child is the one that is asked for the kernel's command line.
+    // The first child reads the kernel's command line.
     const Outcome outcome = collectInjected({{"wait4:error=ECHILD:when=2"}}, {"-d", "iwf", "dump", "dlog"});
 
     EXPECT_EQ(outcome, success("",
@@ -202,12 +202,12 @@ TEST_F(CollectionSystemCallTest, WithoutDescriptorsForTheDirectoryFilesAreReport
 
 TEST_F(CollectionSystemCallTest, TooFewDescriptorsForTheShellAreEnoughForTheRest) {
     startBoard();
-    const std::vector<int> inherited{3, 4, 5, 6, 7, 8, 9};  // whoever started the tests may have left some
+    const std::vector<int> inherited{3, 4, 5, 6, 7, 8, 9};  // the parent of the tests may have left some
 
     const Outcome outcome = collect({"-d", "iwf", "print", "dump", "dinf", "proxy"},
                                     {.closedDescriptors = inherited, .limits = {{RLIMIT_NOFILE, 9}}});
 
-    // The shell keeps its own copies of descriptors from number 10 on.
+    // The shell saves its own descriptors at numbers from 10.
     EXPECT_EQ(outcome, success(printedStates("iwf", infoStates) + printedReplies("iwf", infoCommands) +
                                    section("netfp_proxy", ""),
                                "sh: 1: 1: Invalid argument\nCommand: " + std::string(listing) +

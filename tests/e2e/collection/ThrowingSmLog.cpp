@@ -3,7 +3,7 @@
 
 #include "SmLog.hpp"
 
-// A log library that fails in a way that its interface does not know.
+// A log library that throws, which its interface does not allow.
 
 namespace {
 

@@ -14,7 +14,7 @@ using Boardsim::netfpProxyState;
 
 namespace {
 
-/// How the TI collector takes processes whose dumps are not what they should be.
+/// How the TI collector handles processes with faulty dumps.
 class TiCollectionTest : public CollectionFixture {
 protected:
     static constexpr const char* source = "/tmp/netfp_proxy.log";
@@ -22,24 +22,24 @@ protected:
 
     std::string pidOf(const std::string& process) const { return std::to_string(board().pid(process)); }
 
-    /// What a verbose run says about a process up to its dump.
+    /// The verbose lines about a process before its dump.
     static std::string verboseDump(const std::string& process, const std::string& pid) {
         return "Sending 'kill -10' signal to " + process + " [pid:" + pid + "]...\nDumping " + process +
                " to /tmp/korvel/ti/" + process + ".log... \n";
     }
 
-    /// How a verbose run begins that collects nothing but dumps.
+    /// The first lines of a verbose run that collects only dumps.
     static std::string tiStart() {
         return verboseStart("", {"fuse", "mmi"}) + "Starting log collection from TI...\n";
     }
 
-    /// Prints the proxy's dump, of which `text` is what the process wrote before the time was up.
+    /// Prints the proxy's dump. `text` is the part that the process wrote before the time-out.
     static void expectIncomplete(const std::string& text) {
         EXPECT_EQ(collect({"print", "proxy"}), success(section("netfp_proxy", text + incompleteNote)));
         EXPECT_FALSE(fs::exists(source));
     }
 
-    /// A text of `size` characters that ends as a dump does.
+    /// A text of `size` characters with the last line of a dump.
     static std::string dumpOfSize(std::size_t size) {
         const std::string end = "</netfp_proxy_dump>";
         return std::string(size - end.size(), '.') + end;
@@ -215,7 +215,7 @@ TEST_F(TiCollectionTest, ADumpThatCannotBeCopiedIsReportedAndStays) {
 TEST_F(TiCollectionTest, AProcessThatEndsAfterTheLookUpIsReported) {
     startBoardWithFaults({"iwf_dispatcher=silent"});
     const std::unique_ptr<Process> run = startCollection({"-d", "iwf", "dump", "dinf", "proxy"});
-    awaitRequestTo("iwf_dispatcher");  // all processes are looked up by then
+    awaitRequestTo("iwf_dispatcher");  // korvel has found all processes by then
 
     const pid_t proxy = board().pid("netfp_proxy");
     ::kill(proxy, SIGKILL);

@@ -9,7 +9,7 @@ using Boardsim::Board;
 
 namespace {
 
-/// Two collections at once: one after the other, each as if it were alone.
+/// Two collections at the same time. They run one after the other, each as if it were alone.
 class TwoCollectionsTest : public PackageFixture {
 protected:
     static constexpr const char* waiting = "Another log collection is running, waiting for its end\n";
@@ -21,14 +21,14 @@ protected:
         Outcome second;
     };
 
-    /// Starts two collections at the same time. Which one waits is left to chance, and whether one has to.
+    /// Starts two collections at the same time. Chance decides whether one has to wait, and which one.
     static Both collectBoth(const Words& first, const Words& second) {
         const std::unique_ptr<Process> one = startCollection(first);
         const std::unique_ptr<Process> other = startCollection(second);
         return {withoutWait(one->wait()), withoutWait(other->wait())};
     }
 
-    /// Holds the lock as a collection does that lasts, until it is destroyed.
+    /// Holds the lock as a long collection does, until it is destroyed.
     static std::unique_ptr<Process> holdLock() {
         fs::create_directories(workDir);
         auto holder = std::make_unique<Process>(
@@ -47,7 +47,7 @@ protected:
 };
 
 TEST_F(TwoCollectionsTest, OneThatPrintsToASlowReaderDoesNotBlockTheOther) {
-    // More than a pipe takes, and nobody reads it until the other one has ended.
+    // More than a pipe holds. Nobody reads it until the other collection has ended.
     writeFile("/tmp/fuse/iwf/tracing_on", std::string().append(1U << 20U, '.'));
     Process slow({"sh", "-c",
                   "korvel -d iwf print dinf | { until [ -e /tmp/other-ended ]; do sleep 0.05; done; cat > "

@@ -11,8 +11,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Dumps that cannot be copied: reported once in all their rounds, left where they are, and printed as far as
-/// they could be read.
+/// Dumps that cannot be copied. Each is reported once for all tries, left in its place, and printed as far as
+/// it can be read.
 class UncopiedDumpTest : public CollectionFixture {
 protected:
     static constexpr const char* source = "/tmp/netfp_proxy.log";
@@ -28,7 +28,7 @@ protected:
         return "Error while reading /tmp/netfp_proxy.log: " + reason + "\n";
     }
 
-    /// The folder of the dumps cannot be made.
+    /// The folder of the dumps cannot be created.
     static Surroundings withoutDumpFolder() {
         return withCommand("mkdir", "case $2 in */ti) exit 1;; esac\nexec /bin/mkdir \"$@\"\n");
     }
@@ -40,7 +40,7 @@ protected:
         EXPECT_EQ(contentOfFile("/tmp/" + process + ".log"), dumpText(process));
     }
 
-    /// Has the proxy never write to the place of its dump, where there is something else.
+    /// Keeps the proxy from writing its dump. Something else is at the path of the dump.
     void keepProxyFromWriting() { startBoardWithFaults({"netfp_proxy=silent"}); }
 };
 

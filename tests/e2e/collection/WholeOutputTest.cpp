@@ -6,16 +6,16 @@
 
 namespace {
 
-/// Everything that a run prints.
+/// The whole output of a run.
 class CollectionOutputTest : public CollectionFixture {
 protected:
     static constexpr const char* dispatcherLog = "dispatcher_log_memory";
     static constexpr const char* syslibLog = "syslib_log_memory";
 
-    /// The section of a process whose dump found no directory any more.
+    /// The section of a process whose dump lost its directory.
     static std::string lostDump(const std::string& process) { return section(process, incompleteNote); }
 
-    /// The TI collector's sections after a run that was to print: all dumps but the first are lost.
+    /// The TI collector's sections of a run that prints: all dumps except the first are lost.
     static std::string printedTi(const std::string& syslib) {
         return section("netfp_proxy", dumpText("netfp_proxy")) + lostDump("netfp_server") +
                lostDump("netfp_master") + lostDump("resmgr_server") + header("SYSLIB LOG") + syslib;

@@ -22,7 +22,7 @@ Outcome successOf(const std::string& name) {
     return {.status = 0, .out = "AddInterface " + name + " successful\n", .err = ""};
 }
 
-/// `reason`: what is printed in front of the last line.
+/// `reason`: the text before the last line.
 Outcome failureOf(const std::string& name, const std::string& reason = {}) {
     return {.status = 1,
             .out = reason + "AddInterface " + name + " failed. Check logs for more info.\n",
@@ -33,7 +33,7 @@ Outcome add(const std::string& name) {
     return korvel({"add_interface", name});
 }
 
-/// A board that leaves the shared-memory log to the program.
+/// A board whose processes do not write to the shared-memory log.
 const Scenario withoutDispatchers{.without = {"iwf_dispatcher", "sfn_dispatcher"}};
 
 Scenario withProxyFault(const std::string& fault) {
@@ -42,7 +42,7 @@ Scenario withProxyFault(const std::string& fault) {
     return scenario;
 }
 
-/// What the transport reported.
+/// The reports of the transport.
 using Reports = std::vector<std::string>;
 Reports reports() {
     return logEntries("dispatcher_log_memory");
@@ -65,7 +65,7 @@ std::string recordOf(pid_t program, const std::string& name) {
     return hex;
 }
 
-/// What the program prints of the proxy's dump.
+/// The proxy's dump as the program prints it.
 std::string proxyDump() {
     return korvel({"print", "proxy"}).out;
 }

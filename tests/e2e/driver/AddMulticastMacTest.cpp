@@ -23,7 +23,7 @@ const std::string receiveFailed =
     "AddMulticastMAC recv failed : (MAC: 01:00:5e:00:00:fb, interface: eth1, vlanID: 0)\n"
     "AddMulticastMAC failed\n";
 
-/// A request for `group` at eth1 as the master's record shows it.
+/// A request for `group` on eth1 as the master's record shows it.
 std::string record(const std::string& vlan, const std::string& ignoresVlan) {
     const std::string region = "6c757431305f726567696f6e5f6d6163" + std::string(32, '0');
     const std::string interface = "65746831" + std::string(56, '0');

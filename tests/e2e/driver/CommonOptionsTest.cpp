@@ -19,7 +19,7 @@ void expectOutput(const Outcome& outcome, const std::string& text) {
     EXPECT_EQ(outcome.status, 0);
 }
 
-/// The dispatcher instances that a run asked, by the files that it wrote.
+/// The dispatcher instances that a run queried, derived from the files that it wrote.
 std::vector<std::string> instancesAsked(std::vector<std::string> options) {
     run({"rm", "-rf", "/tmp/korvel"});
     options.insert(options.end(), {"dump", "dinf"});
@@ -86,7 +86,7 @@ TEST(CommonOptions, WithoutAValueAreDroppedAndReportedInVerboseMode) {
 }
 
 TEST(CommonOptions, DispatcherOptionTakesAVerboseOptionAsItsValue) {
-    // "-v" is then the value of "-d", not an option.
+    // Here "-v" is the value of "-d", not an option.
     expectOutput(korvel({"getport", "4", "-d", "-v"}), "4\n");
 }
 

@@ -1,4 +1,4 @@
-// What the program prints does not depend on where it was started: scripts compare it byte for byte.
+// The output does not depend on the environment of the program. Scripts compare it byte for byte.
 
 #include <filesystem>
 #include <string>
@@ -13,14 +13,13 @@ using Boardsim::Board;
 
 namespace {
 
-/// A shell's way of starting the program.
+/// A shell command that starts the program.
 struct World {
     std::vector<std::string> shell = {"sh", "-c"};
     Surroundings surroundings = {};
 };
 
-/// Something of every kind of job. Addresses in a process are told apart from those on the board by their
-/// size.
+/// Command lines of every kind of job. Addresses in a process differ from those on the board by their size.
 const std::vector<std::string> commandLines{
     "korvel --help",
     "korvel iiii",
@@ -43,7 +42,7 @@ const std::vector<std::string> commandLines{
     "rm -r /tmp/korvel; touch /tmp/korvel; korvel dump dinf; rm /tmp/korvel",
 };
 
-/// All that can be seen of these command lines, one after the other on one board.
+/// The whole output of these command lines, one after the other on one board.
 std::string transcript(World world) {
     std::filesystem::remove_all("/tmp/korvel");
     std::filesystem::remove("/ffs/run/logs/netfp_logs_post_mortem.tgz");

@@ -16,7 +16,7 @@ using Boardsim::Board;
 
 namespace {
 
-/// What a NetFP master receives that is asked for the port of `name`, as its record shows it.
+/// The request for the port of `name`, as the master's record shows it.
 std::string portRequest(const std::string& name) {
     std::string hex = "04000000";  // the message type
     const std::string digits = "0123456789abcdef";
@@ -41,7 +41,7 @@ std::string verboseStart(const std::string& argument) {
            argument + "\"\n";
 }
 
-/// The identifier of the request differs from run to run.
+/// The identifier of the request differs in each run.
 std::string withoutIdentifier(const std::string& out) {
     return std::regex_replace(out, std::regex("response ID: [0-9]+"), "response ID: NUMBER");
 }

@@ -4,7 +4,7 @@
 
 #include "Process.hpp"
 
-/// What the NetFP master's dump says, its title and end left out.
+/// The NetFP master's dump without its title and end.
 inline std::string masterDump() {
     const std::string dump = korvel({"print", "master"}).out;
     const std::string title = "interfaces:\n";

@@ -12,7 +12,7 @@ using Boardsim::Board;
 
 namespace {
 
-/// What a dump prints, with ADDRESS for where the program saw the memory, which differs from run to run.
+/// The output of a dump. ADDRESS replaces the program's address of the memory, which differs in each run.
 std::string withoutAddress(std::string out) {
     const std::string label = "    Virtual:  ";
     const std::size_t start = out.find(label + "0x");
@@ -117,7 +117,7 @@ TEST(MemoryDump, FailsIfItsOutputIsLost) {
 TEST(MemoryDump, EndsAsSoonAsItsReaderIsGone) {
     const Board board({});
 
-    // The memory ends before the range does, so that a dump of all of it would not survive.
+    // The memory ends before the range, so a dump of the whole range would crash.
     const Outcome outcome = run({"bash", "-c",
                                  "{ env --default-signal=PIPE korvel mem_dump 0x80000000 0xffffffff;"
                                  " echo $? > /tmp/status; } | head -1"});

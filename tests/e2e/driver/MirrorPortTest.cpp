@@ -14,7 +14,7 @@ using Boardsim::parsePeerFault;
 
 namespace {
 
-/// What the NetFP master's dump says of mirroring.
+/// The part of the NetFP master's dump about mirroring.
 std::string mirroring() {
     const std::string dump = korvel({"print", "master"}).out;
     const std::string title = "mirroring:\n";

@@ -12,7 +12,7 @@ using Boardsim::Deployment;
 
 TEST(Output, IsCompleteIfASignalInterruptsIt) {
     const Board board({.deployment = Deployment::iwf, .fullLogs = true});
-    // The pipe is full long before the signal comes, since its reader begins after it.
+    // The pipe is full before the signal arrives, because its reader starts after it.
     const Outcome outcome =
         run({"bash", "-c",
              "{ korvel dlog print pkg & sleep 0.5; kill -TERM $!; wait $!; echo $? > /tmp/status; }"

@@ -19,7 +19,7 @@ namespace {
 const std::string configurationFile = "/rom/private/fpdispatcher.conf";
 const std::string shutdownPackage = "/ffs/run/logs/netfp_logs_shutdown.tgz";
 
-/// Whether packages on system shutdown are built, which the configuration decides.
+/// Whether the configuration enables packages on system shutdown.
 bool collectsOnExit() {
     run({"rm", "-f", shutdownPackage});
     const Outcome outcome = korvel({"pkg-sdown", "dinf"});
@@ -29,7 +29,7 @@ bool collectsOnExit() {
     return run({"test", "-e", shutdownPackage}).status == 0;
 }
 
-/// The dispatcher instances that a run asks where no option names any.
+/// The dispatcher instances that a run queries without an option.
 std::vector<std::string> instancesByDefault() {
     run({"rm", "-rf", "/tmp/korvel"});
     EXPECT_EQ(korvel({"dump", "dinf"}).status, 0);
@@ -40,8 +40,7 @@ std::vector<std::string> instancesByDefault() {
     return instances;
 }
 
-/// The first `count` records in the board's system log, without their time. Waits for those that are on their
-/// way.
+/// The first `count` records in the board's system log, without their time. Waits until they have arrived.
 std::vector<std::string> systemLog(std::size_t count) {
     constexpr int longestWaitMs = 5000;
     for (int waited = 0; waited < longestWaitMs && linesOfFile("/run/boardsim/system.log").size() < count;

@@ -1,4 +1,4 @@
-// The identifiers by which a run tells answers to its requests from answers to earlier runs.
+// The identifiers that let a run reject answers to earlier runs.
 
 #include <functional>
 #include <string>

@@ -1,4 +1,4 @@
-// "resetqosstats", and the statistics of the dispatchers that it has cleared.
+// "resetqosstats" and the dispatchers' statistics that it clears.
 
 #include <string>
 #include <vector>
@@ -153,7 +153,7 @@ TEST(ResetQosStats, StopsReadingAnEndlessAnswer) {
     while (repeated.size() < outcome.out.size()) {
         repeated += iwfCleared;
     }
-    EXPECT_TRUE(outcome.out == repeated);  // too much to be shown by a failure
+    EXPECT_TRUE(outcome.out == repeated);  // too long to print in a failure
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(outcome.status, 0);
 }

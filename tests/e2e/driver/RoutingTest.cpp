@@ -35,7 +35,7 @@ TEST(Routing, UnknownWordsGetTheHint) {
 }
 
 TEST(Routing, PrefersLogCollection) {
-    // Both managers would take this line: the action's keyword is in its place, and "print" is somewhere.
+    // Both managers detect this line: it starts with the action's keyword, and "print" follows.
     const Outcome outcome = korvel({"getport", "print"});
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.err, "Unknown parameter: getport\n");

@@ -43,7 +43,7 @@ TEST(Start, ReportsLostOutput) {
 
 namespace {
 
-/// Not a line about a signal, and none of the calls that the sanitizers make for themselves.
+/// Excludes lines about signals and the calls of the sanitizers.
 bool isOwnCall(const std::string& call) {
     return call.find('(') != std::string::npos && call.find("/proc/self/") == std::string::npos;
 }

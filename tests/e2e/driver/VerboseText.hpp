@@ -2,13 +2,14 @@
 
 #include <string>
 
-/// First lines of a verbose run.
+/// The first lines of a verbose run.
 inline const std::string verboseEnabled = "Verbose mode enabled.\n";
 
-/// Each record to the system log leaves an empty line. The board's kernel isolates CPUs 1 to 3, which is one.
+/// Each record to the system log prints an empty line. There is one, because the board's kernel isolates CPUs
+/// 1 to 3.
 inline const std::string isolatedCpusRecord = "\n";
 
-/// What "-v getport 4" prints once the options are done.
+/// The output of "-v getport 4" after the options.
 inline const std::string getPort4Lines = isolatedCpusRecord +
                                          "Looking up Action keyword \"getport\"\n"
                                          "Detected Action keywords.\n"

@@ -24,7 +24,7 @@ using Words = std::vector<std::string>;
 
 constexpr const char* package = "/ffs/run/logs/netfp_logs_post_mortem.tgz";
 
-/// What a collection may report beside the archiver, which writes to the files that are packed.
+/// The errors that a collection may report beside the archiver, which writes to the files that are packed.
 constexpr const char* fileChanged =
     "Command: /bin/tar -czf /ffs/run/logs/netfp_logs_post_mortem.tgz -C /tmp/korvel/ ./ 2> /dev/null exited "
     "with error, exit code: 1\n";
@@ -38,7 +38,7 @@ Words packedNames(bool withArchive) {
     return names;
 }
 
-/// What a dump prints, without where the program saw the memory, which differs from run to run.
+/// The output of a dump without the program's address of the memory, because that differs in each run.
 Outcome withoutAddresses(Outcome outcome) {
     const std::string label = "    Virtual:  ";
     for (std::size_t start = outcome.out.find(label); start != std::string::npos;
@@ -49,14 +49,14 @@ Outcome withoutAddresses(Outcome outcome) {
     return outcome;
 }
 
-/// A job that ends by itself, and does the same each time.
+/// A job that ends by itself and always does the same.
 struct Job {
     std::string name;
     Words arguments;
 };
 
-/// The actions that talk to the NetFP master have a socket of their own each: on the default one the later
-/// of two takes the earlier one's answers.
+/// Each action that talks to the NetFP master has its own socket. On the default socket, the later of two
+/// would take the earlier one's answers.
 const std::vector<Job> jobs{
     {"collection", {"-d", "all", "pkg-pm"}},
     {"getport", {"-c", "/tmp/client-getport", "getport", "eth0"}},
@@ -80,7 +80,7 @@ protected:
         packedAlone = packedNames(false);
     }
 
-    /// A job under way. Interfaces can be added but once, so each run adds another one.
+    /// A running job. An interface can be added only once, so each run adds another one.
     struct Run {
         std::unique_ptr<Process> process;
         std::string interface = {};
@@ -106,7 +106,7 @@ protected:
         return outcome;
     }
 
-    /// Ends a run that must have done what it does alone.
+    /// Ends a run and checks that it did the same as alone.
     void expectAsAlone(const Run& run, const Job& job) {
         Outcome outcome = end(run, job);
         if (isArchived() && outcome.err == fileChanged) {
@@ -118,7 +118,7 @@ protected:
         }
     }
 
-    /// Starts a job that lasts, runs all the others beside it, and ends it.
+    /// Starts a long job, runs all others beside it, and ends it.
     void expectBesideEachOther(const std::string& lasting, const std::function<bool()>& hasBegun) {
         Process process({"korvel", "-d", "all", lasting});
         while (!hasBegun()) {

@@ -1,4 +1,4 @@
-// What one cycle leaves to the next, and how long a cycle can last.
+// What a cycle passes on to the next one, and how long a cycle can last.
 
 #include <algorithm>
 #include <chrono>
@@ -20,7 +20,7 @@ protected:
     static constexpr const char* nothingReceived =
         "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED";
 
-    /// netfp_proxy answers with what belongs to no cycle, again and again until the supervision is gone.
+    /// netfp_proxy sends answers that belong to no cycle until the supervision ends.
     void givenForeignDatagrams() {
         const std::string foreign = netlinkMessage(7, proxyPort, statusPayload(proxyResponse, 0));
         proxy.answers([foreign](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {

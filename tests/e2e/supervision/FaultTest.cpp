@@ -1,4 +1,4 @@
-// Peers that misbehave in a way that the first cycle settles.
+// Faulty peers that decide the run in the first cycle.
 
 #include "SupervisionFixture.hpp"
 
@@ -9,7 +9,7 @@ protected:
     static constexpr const char* sfnIsIll =
         "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:ERROR NetfpProxy: OK";
 
-    /// A board with this fault, on which the first cycle is the last, as the SFN dispatcher reports an error.
+    /// A board with this fault. The first cycle is the last one, because the SFN dispatcher reports an error.
     void startBoardOfOneCycle(const std::string& fault) {
         startBoardWithFaults({fault});
         setStatus("sfn_dispatcher", 3);

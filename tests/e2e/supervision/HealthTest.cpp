@@ -1,4 +1,4 @@
-// Peers that say how they are.
+// Peers that report their status.
 
 #include <chrono>
 #include <thread>
@@ -37,7 +37,7 @@ TEST_F(SupervisionHealthTest, AsksEveryFourSecondsUntilAPeerReportsAnError) {
     const pid_t pid = run->pid();
     awaitRequestsTo("netfp_proxy", 2);
     EXPECT_GE(std::chrono::steady_clock::now() - start, 4s);
-    std::this_thread::sleep_for(1s);  // for the answers of the second cycle
+    std::this_thread::sleep_for(1s);  // until the answers of the second cycle arrive
     setStatus("sfn_dispatcher", 3);
 
     const Outcome outcome = run->wait();

@@ -1,4 +1,4 @@
-// The places that the supervision writes to, and how it does without them.
+// The outputs of the supervision, and its behaviour without them.
 
 #include <csignal>
 #include <filesystem>
@@ -30,7 +30,7 @@ TEST_F(SupervisionLogTest, PrintsOnlyTheOwnerOfTheKeywordInVerboseMode) {
 
     EXPECT_EQ(supervise({"-v"}), (Outcome{1,
                                           "Verbose mode enabled.\n"
-                                          "\n"  // the board isolates its cores, says a record
+                                          "\n"  // from the record that the board isolates its cores
                                           "Looking up Action keyword \"supervision\"\n"
                                           "Detected Supervision keywords.\n",
                                           std::string(proxyIsIll) + "\n"}));
@@ -62,7 +62,7 @@ TEST_F(SupervisionLogTest, ContinuesIfTheSystemLogStoppedReading) {
 TEST_F(SupervisionLogTest, LogsTheLastStatusThoughNobodyReadsStandardError) {
     startBoardOfOneCycle();
 
-    // The pipe's reader is gone before the supervision begins.
+    // The pipe's reader ends before the supervision starts.
     run({"sh", "-c", "{ sleep 0.5; korvel supervision 2>&1; } | true"});
 
     expectLogged({started("IWF SFN"), error(proxyIsIll)});

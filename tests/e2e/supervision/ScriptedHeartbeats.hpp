@@ -7,7 +7,7 @@
 
 #include "ScriptedPeer.hpp"
 
-// Peers that answer otherwise in one cycle than in the next.
+// Peers whose answers differ from cycle to cycle.
 
 constexpr std::uint32_t proxyPort = 110;
 constexpr std::uint32_t iwfPort = 120;
@@ -18,11 +18,11 @@ std::string heartbeatAnswer(const std::string& request, std::uint32_t portId, st
 /// The cycle that a request belongs to, counted from 1.
 unsigned cycleOf(const std::string& request);
 
-/// What a peer answers in a cycle: a status, or nothing.
+/// A peer's answer in a cycle: a status or nothing.
 using Heartbeat = std::function<std::optional<std::uint32_t>(unsigned cycle)>;
 
-/// Answers that carry these statuses.
+/// Answers with these statuses.
 ScriptedPeer::Answer heartbeats(std::uint32_t portId, const Heartbeat& heartbeat);
 
-/// Healthy before the given cycle, with an error from then on.
+/// Healthy before the given cycle, and an error from then on.
 Heartbeat healthyUntil(unsigned cycle);

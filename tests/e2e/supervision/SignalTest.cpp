@@ -23,7 +23,7 @@ protected:
     std::unique_ptr<Process> startPausedSupervision() const {
         std::unique_ptr<Process> run = startSupervision({"-d", "iwf"});
         proxy.awaitRequests(1);
-        std::this_thread::sleep_for(500ms);  // for the answers, and for what is made of them
+        std::this_thread::sleep_for(500ms);  // until the answers have arrived and are handled
         return run;
     }
 

@@ -111,13 +111,13 @@ void SupervisionFixture::expectInSharedMemory(const Records& records) {
 
 Words SupervisionFixture::sharedMemoryLog() {
     Words entries = logEntries("dispatcher_log_memory");
-    std::erase_if(entries,  // the dispatchers write there, too
+    std::erase_if(entries,  // the dispatchers also write there
                   [](const std::string& entry) { return entry.find(" Supervision: ") == std::string::npos; });
     return entries;
 }
 
 Words SupervisionFixture::systemLog() {
-    // A record of the test's own comes behind all that the supervision sent.
+    // The test's own record comes after all records of the supervision.
     const std::string end = "end of the supervision";
     ::syslog(LOG_INFO, "%s", end.c_str());
     Words lines;

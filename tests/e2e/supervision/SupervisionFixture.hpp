@@ -12,7 +12,7 @@
 
 using Words = std::vector<std::string>;
 
-/// What the supervision logs, as each of the logs shows it.
+/// A message of the supervision as each log shows it.
 struct Record {
     std::string inSharedMemory;
     std::string inSystemLog;
@@ -22,15 +22,15 @@ using Records = std::vector<Record>;
 Record error(const std::string& text);
 Record information(const std::string& text);
 
-/// The record that a supervision begins with.
+/// The first record of a supervision.
 Record started(const std::string& dispatchers);
 
-/// The supervision as a process, and what becomes of it.
+/// The supervision as a process, and its results.
 class SupervisionFixture : public testing::Test {
 protected:
     static constexpr const char* timeOut = "poll(): Timed out while waiting for response";
 
-    /// Starts a board; without a scenario one on which everything runs and nothing misbehaves.
+    /// Starts a board. Without a scenario everything runs and nothing fails.
     void startBoard(const Boardsim::Scenario& scenario = {});
 
     /// Starts a board whose peers have these faults, each "PEER=FAULT".
@@ -45,19 +45,20 @@ protected:
     /// Starts the supervision without waiting for its end.
     static std::unique_ptr<Process> startSupervision(const Words& options = {});
 
-    /// The datagrams that a peer of the board received so far: heartbeat requests, if all is well.
+    /// The datagrams that a peer of the board received so far. Without a failure they are heartbeat requests.
     static Words requestsTo(const std::string& peer);
 
-    /// Returns once a peer of the board received that many.
+    /// Waits until a peer of the board has received that many.
     static void awaitRequestsTo(const std::string& peer, std::size_t count);
 
-    /// Exactly this was logged, in both places. Needs a board with a system log.
+    /// Checks that both logs have exactly these messages. Needs a board with a system log.
     static void expectLogged(const Records& records);
 
-    /// Exactly this was logged in the shared-memory log.
+    /// Checks that the shared-memory log has exactly these messages.
     static void expectInSharedMemory(const Records& records);
 
-    /// What the supervision logged in the shared-memory log, and what the board's system log received.
+    /// The supervision's entries in the shared-memory log, and the records that the board's system log
+    /// received.
     static Words sharedMemoryLog();
     static Words systemLog();
 
@@ -65,6 +66,6 @@ private:
     std::unique_ptr<Boardsim::Board> running;
 };
 
-/// How a supervision ends that says nothing on the console, or the status of its peers.
+/// The outcome of a supervision that prints nothing, or the status of its peers.
 Outcome endedSilently();
 Outcome endedWith(const std::string& statusLine);

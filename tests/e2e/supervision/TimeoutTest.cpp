@@ -1,4 +1,4 @@
-// Peers whose answers do not come, or are none: ten such cycles in a row end the supervision.
+// Peers whose answers are missing or invalid. Ten such cycles in a row end the supervision.
 
 #include <functional>
 
@@ -16,10 +16,10 @@ protected:
     static constexpr const char* withoutProxy =
         "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:OK NetfpProxy: NOT_RECEIVED";
 
-    /// Runs the supervision so fast that there is time enough for those who do answer.
+    /// Runs the supervision only so fast that the peers have time to answer.
     static Outcome superviseFast(const Words& options = {}) { return supervise(options, atSpeed(10)); }
 
-    /// Ten cycles, each with the records that are its own before it times out and shows the status.
+    /// Ten cycles. Each logs its own records, then times out and shows the status.
     static void expectTenCycles(const std::string& statusLine,
                                 const std::function<Records(unsigned cycle)>& ofCycle) {
         Records records{started("IWF SFN")};
@@ -35,7 +35,7 @@ protected:
     static std::function<Records(unsigned)> always(const std::string& text) {
         return [text](unsigned /*cycle*/) { return Records{error(text)}; };
     }
-    /// The same record in each cycle but the first.
+    /// The same record in each cycle except the first.
     static std::function<Records(unsigned)> fromTheSecondOn(const std::string& text) {
         return [text](unsigned cycle) { return cycle == 1 ? Records{} : Records{error(text)}; };
     }
@@ -155,7 +155,7 @@ TEST_F(SupervisionTimeoutTest, ReportsAMissingNetfpProxyAndContinues) {
 }
 
 TEST_F(SupervisionTimeoutTest, ReportsAndIgnoresLateAnswers) {
-    // At this speed a cycle gives up after 400 ms of silence, and so each answer falls into the next one.
+    // At this speed a cycle times out after 400 ms of silence. So each answer arrives in the next cycle.
     startBoardWithFaults({"iwf_dispatcher=netlink-slow:600"});
 
     EXPECT_EQ(supervise({}, atSpeed(5)), endedSilently());

@@ -1,4 +1,4 @@
 #pragma once
 
-/// Of a library that the board's libraries need and programs do not know.
+/// Part of a library that the board's libraries need and programs do not know.
 const char* boardText();

@@ -4,7 +4,7 @@
 
 #include "BoardSupport.hpp"
 
-// The log library of a board, made of the interface alone: its logs hold one line and take nothing.
+// The log library of a board, made from the interface only. Its logs hold one line and ignore writes.
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include "BoardSupport.hpp"
 
-// The driver-abstraction library of a board that is not secured, made of the interface alone: wherever a
-// program looks, its memory holds the same text.
+// The driver-abstraction library of an unsecured board, made from the interface only. Its memory holds the
+// same text at every address.
 
 int vask_cma_process_init() {
     return 0;

@@ -22,7 +22,7 @@ protected:
     bool add(const std::vector<std::string>& names);
 
     static Printed successOf(const std::string& name);
-    /// `reason`: what is printed in front of the last line.
+    /// `reason`: the text before the last line.
     static Printed failureOf(const std::string& name, const std::string& reason = {});
 
     /// The datagram that asks for `name`.

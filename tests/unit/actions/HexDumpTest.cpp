@@ -50,7 +50,7 @@ TEST_F(HexDumpTest, IsCompleteAtAnyLength) {
         SCOPED_TRACE(size);
         const std::string bytes = patternOf(size);
         const Printed printed = dumpOf(bytes);
-        EXPECT_TRUE(printed.out == dumpText(bytes));  // too much to be shown by a failure
+        EXPECT_TRUE(printed.out == dumpText(bytes));  // too long to print in a failure
         EXPECT_EQ(printed.err, "");
     }
 }

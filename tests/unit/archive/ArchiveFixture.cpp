@@ -6,7 +6,7 @@
 using namespace Korvel;
 
 ArchiveFixture::ArchiveFixture() {
-    ::setenv("LC_ALL", "C", 1);  // for the words of other programs
+    ::setenv("LC_ALL", "C", 1);  // for the messages of other programs
     std::filesystem::remove_all("/tmp/korvel");
 }
 

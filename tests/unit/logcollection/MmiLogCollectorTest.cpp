@@ -202,7 +202,7 @@ TEST_F(MmiLogCollectorTest, KeepsAWholeReplyOfSixteenMebibytes) {
 
     EXPECT_EQ(collect(information), Printed{});
 
-    EXPECT_TRUE(show().out == shownInfo(std::string(16U << 20U, 'x')));  // too much to be shown by a failure
+    EXPECT_TRUE(show().out == shownInfo(std::string(16U << 20U, 'x')));  // too long to print in a failure
 }
 
 TEST_F(MmiLogCollectorTest, CutsAnEndlessReplyAndContinues) {
@@ -222,7 +222,7 @@ TEST_F(MmiLogCollectorTest, CutsAnEndlessReplyAndContinues) {
 
     EXPECT_EQ(printed, (Printed{.err = "Reply to SocketSvcInfo does not end, cut\n"}));
     EXPECT_TRUE(succeeded);
-    const std::string shown = show().out;  // too much to be shown by a failure
+    const std::string shown = show().out;  // too long to print in a failure
     EXPECT_EQ(shown.size(), shownInfo("").size() + (16U << 20U) +
                                 (headerLine("sfn Socket Service Info") + "SocketSvcInfo\n").size());
     EXPECT_TRUE(shown == shownInfo(std::string(16U << 20U, 'x')) + headerLine("sfn Socket Service Info") +
