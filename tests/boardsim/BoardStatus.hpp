@@ -4,11 +4,10 @@
 
 #include "Process.hpp"
 
-/// Runs a script that sees no processes but its own. boardsim is $0 to it, and `board OPTION...` is a board
-/// that has just come up and stays until the process $board is ended; where $attack is set, the board has run
-/// that script by then. `follow OPTION COUNT` is boardsim status that follows, COUNT lines later; `next`
-/// shows a further line.
+/// Runs a script that sees only its own processes. In it, $0 is boardsim. `board OPTION...` starts a board,
+/// which runs until the process $board ends. If $attack is set, the board runs that script first. `follow
+/// OPTION COUNT` starts a following boardsim status and returns after COUNT lines. `next` shows another line.
 Outcome apart(const std::string& script);
 
-/// With "TIME" in place of each time, and "ID" in place of each process id in a heading or a table.
+/// Replaces each time by "TIME", and each process id in a heading or a table by "ID".
 std::string steady(std::string text);

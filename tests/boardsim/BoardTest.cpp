@@ -48,7 +48,7 @@ std::string commOf(pid_t process) {
 
 constexpr std::size_t logCapacity = std::size_t{2} << 20;
 
-/// Everything that a shared-memory log keeps.
+/// The whole text of a shared-memory log.
 std::string textOfLog(const char* name) {
     std::string text(logCapacity, '\0');
     SmLog::getClientInstance(name, 3)->read(text.data(), static_cast<unsigned>(text.size()), 3, 0, 0);
@@ -172,7 +172,7 @@ TEST(BoardTest, GivesPeersTheirFaults) {
     siginfo_t end{};
     ASSERT_EQ(::waitid(P_PID, static_cast<id_t>(board.pid("netfp_master")), &end, WEXITED | WNOWAIT), 0);
     EXPECT_FALSE(client.send("x"));
-    EXPECT_EQ(errno, ECONNREFUSED);  // as after a crash: the socket's file is still there
+    EXPECT_EQ(errno, ECONNREFUSED);  // as after a crash, the socket's file still exists
     EXPECT_EQ(Board::received("netfp_master"), std::vector<std::string>{"78"});
 }
 

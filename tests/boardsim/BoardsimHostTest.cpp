@@ -89,7 +89,7 @@ TEST(BoardsimHostTest, CannotWriteToSettingsOfTheHostsKernel) {
 }
 
 TEST(BoardsimHostTest, CannotChangeTheHostsDeviceFiles) {
-    // To what they have on the host, in case that it can.
+    // Sets the modes that they have on the host, in case it can.
     const std::string change =
         "cd /dev; for f in null zero full random urandom tty; do "
         "chmod 666 $f && echo $f; echo x > null && echo usable; done";
@@ -144,7 +144,7 @@ TEST(BoardsimHostTest, RefusesToCollectWithoutAFolder) {
 }
 
 TEST(BoardsimHostTest, NeedsNoPrivilege) {
-    // A copy, since a folder of root's may be closed to others.
+    // A copy, because others may not be able to read a folder of root.
     const fs::path copy = fs::path(testing::TempDir()) / ("boardsim." + std::to_string(::getpid()));
     const fs::path tree = fs::path(BOARDSIM_PROGRAM).parent_path().parent_path();
     for (const char* part : {"bin", PLATFORM_LIBRARIES}) {

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A file of the host for one test, of the given content; removed in the end.
+/// A temporary file of the host with the given content.
 class HostFile {
 public:
     HostFile(const std::string& name, const std::string& content)

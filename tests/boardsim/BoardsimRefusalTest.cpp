@@ -1,5 +1,5 @@
-// What boardsim says where the machine gives no sandbox. The refusals are real ones, each in a user namespace
-// of the test's own whose settings are as on such a machine.
+// The errors of boardsim on machines that allow no sandbox. The refusals are real. The test runs in its own
+// user namespace with the settings of such a machine.
 
 #include <algorithm>
 #include <filesystem>
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// As a user who is not root and has no privilege, in a namespace in which `preparation` was done as root.
+/// Runs as an unprivileged user in a namespace after `preparation` was done as root.
 Outcome asPlainUser(const std::string& preparation, const Surroundings& surroundings = {}) {
     return run({"unshare", "--user", "--map-user=1000", "--map-group=1000", "--keep-caps", "--mount", "sh",
                 "-ec", preparation + "\nexec setpriv --ambient-caps -all --inh-caps -all \"$0\" --bare true",
@@ -23,13 +23,13 @@ Outcome asPlainUser(const std::string& preparation, const Surroundings& surround
                surroundings);
 }
 
-/// Lays over the kernel's settings a file system of their own with this one in it.
+/// Mounts a file system over the kernel's settings that has only this one.
 std::string withSetting(const std::string& name, int value) {
     return "mount -t tmpfs none /proc/sys/kernel; echo " + std::to_string(value) + " > /proc/sys/kernel/" +
            name;
 }
 
-/// A folder with a bwrap that fails as the real one does where this machine's does not.
+/// A folder with a bwrap that fails as on another machine.
 class RefusingBwrap {
 public:
     explicit RefusingBwrap(const std::string& words)

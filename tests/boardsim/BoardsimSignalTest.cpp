@@ -16,18 +16,18 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A word in the command line of a test's own processes, by which they can be told from all others.
+/// A word in the command lines of the test's processes that identifies them.
 std::string mark() {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     return std::string(test->name()) + "." + std::to_string(::getpid());
 }
 
-/// True while a process that is not ending has mark() on its command line.
+/// True while a running process has mark() in its command line.
 bool markedProcessRuns() {
     for (const auto& entry : fs::directory_iterator("/proc")) {
         std::ifstream file(entry.path() / "cmdline");
         std::string line;
-        std::getline(file, line);  // of a process that is just gone it reads nothing
+        std::getline(file, line);  // reads nothing if the process has just ended
         if (line.find(mark()) != std::string::npos) {
             return true;
         }
@@ -35,7 +35,7 @@ bool markedProcessRuns() {
     return false;
 }
 
-/// Waits for what must come; the test's own time-out ends a wait in vain.
+/// Waits for an event that must occur. The test's time-out ends the wait otherwise.
 template <typename Condition>
 void waitUntil(Condition condition) {
     while (!condition()) {
@@ -53,7 +53,7 @@ public:
 
     Outcome endAfter(int signal) { return endAfter(signal, process.pid()); }
 
-    /// The signal goes to bubblewrap, which is the only child.
+    /// Sends the signal to bubblewrap, the only child.
     Outcome endAfterBwrapGets(int signal) {
         const std::string id = std::to_string(process.pid());
         return endAfter(signal, std::stoi(contentOfFile("/proc/" + id + "/task/" + id + "/children")));

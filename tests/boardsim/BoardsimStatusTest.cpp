@@ -1,4 +1,4 @@
-// boardsim status, in a process table of the test's own, so that no other test's boards are in it.
+// boardsim status in the test's own process table, so that it does not see the boards of other tests.
 
 #include <string>
 

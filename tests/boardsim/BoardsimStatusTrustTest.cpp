@@ -1,4 +1,4 @@
-// boardsim status on a board whose commands put into its files what they like.
+// boardsim status on a board whose commands manipulate its files.
 
 #include <ostream>
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace {
 
-/// The status of a board that ran a script first, with "TIME" and "ID" as steady() puts them. `onHost` is a
-/// script of the host's that ran before.
+/// The status of a board after it ran a script, with "TIME" and "ID" as in steady(). The script `onHost` ran
+/// on the host before.
 std::string statusAfter(const std::string& attack, const std::string& onHost = "") {
     const Outcome outcome =
         apart(onHost + "\nexport attack='" + attack + "'\nboard --deployment iwf\n$0 status");
@@ -21,7 +21,7 @@ std::string statusAfter(const std::string& attack, const std::string& onHost = "
 
 constexpr const char* heading = "Board ID since TIME: sh -c eval \"$attack\"; echo ready; exec sleep 1000\n";
 
-/// A whole board's status; `counts` are those of the NetFP master, whose log was attacked.
+/// The status of a whole board. `counts` are those of the NetFP master, whose log was attacked.
 std::string boardWith(const std::string& counts, const std::string& lines = "") {
     return heading +
            std::string(
@@ -40,7 +40,7 @@ std::string boardWith(const std::string& counts, const std::string& lines = "") 
 constexpr const char* nothing = "         0         0";
 constexpr const char* unreadable = "         ?         ?";
 
-/// A file in a folder that the board does not have.
+/// A file in a folder that is not on the board.
 constexpr const char* hostSecret =
     "secret=$(mktemp -p /var/tmp); trap \"rm $secret\" EXIT; echo \"2026-11-21T10:15:02.123Z <- of the "
     "host\" > $secret; "

@@ -10,7 +10,8 @@
 
 namespace {
 
-/// Runs a script of the host's shell on a terminal, with boardsim as $0, and returns what appears there.
+/// Runs a script of the host's shell on a terminal and returns the output of the terminal. In the script, $0
+/// is boardsim.
 std::string onTerminal(const std::string& script) {
     Terminal terminal({"bash", "-c", script, BOARDSIM_PROGRAM});
     const std::string shown = terminal.rest();
@@ -18,7 +19,7 @@ std::string onTerminal(const std::string& script) {
     return shown;
 }
 
-/// The reasons in the lines "WAY: REASON" that are not `expected`, each behind its way.
+/// The lines "WAY: REASON" whose reason is not `expected`.
 std::string otherReasons(const std::string& lines, const std::string& expected) {
     std::istringstream text(lines);
     std::string others;

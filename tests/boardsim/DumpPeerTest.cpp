@@ -24,8 +24,8 @@ constexpr const char* body = "the first line\nthe second line\n";
 const std::string opening = "<netfp_proxy_dump>\n";
 const std::string terminator = "</netfp_proxy_dump>\n";
 
-/// What one signal leaves in the dump file of a peer with this fault. The peer is served right here, so
-/// that its dump is finished when serve() returns.
+/// The dump file of a peer with this fault after one signal. The peer runs in this process, so its dump is
+/// finished when serve() returns.
 std::string dumpOf(const Fault& fault) {
     std::filesystem::remove(dumpFile);
     DumpPeer peer(

@@ -19,7 +19,7 @@ using Boardsim::shortHelpText;
 
 namespace {
 
-/// A row of the help text that begins with `name`, which ends there or has its help behind it.
+/// A row of the help text that starts with the word `name`.
 auto hasRow(const std::string& name) {
     return testing::AnyOf(testing::HasSubstr("\n" + name + " "), testing::HasSubstr("\n" + name + "\n"));
 }

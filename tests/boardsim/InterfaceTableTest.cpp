@@ -20,7 +20,7 @@ NetfpMaster_SetPortMirroring wish(std::uint32_t enable, Netfp_Direction directio
     return {enable, direction, from, to, {}};
 }
 
-/// A filter for a group's address at eth1.
+/// A filter for a group's address on eth1.
 NetfpMaster_AddMulticastMac filter(std::uint16_t vlan) {
     NetfpMaster_AddMulticastMac wish{};
     std::string_view("region").copy(wish.regionName, sizeof wish.regionName);

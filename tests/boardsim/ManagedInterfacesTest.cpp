@@ -10,7 +10,7 @@ namespace {
 
 class ManagedInterfacesTest : public testing::Test {
 protected:
-    /// Adds an interface by a field of a message that is filled up with zeros.
+    /// Adds an interface by a message field that is padded with zeros.
     std::uint32_t add(std::string name) {
         name.resize(32, '\0');
         return interfaces.add(name);

@@ -27,11 +27,11 @@ namespace {
 constexpr std::uint16_t port = 7777;
 const std::string marker(mmiEndOfMessage);
 
-/// A peer on a thread, with the fault that a test gives it, and a client.
+/// A peer with a fault on a thread, and a client.
 struct Mmi {
     explicit Mmi(Fault fault = {}) : thread(std::make_unique<MmiPeer>("iwf", port, std::move(fault))) {}
 
-    /// Sends a command and takes the given number of datagrams.
+    /// Sends a command and receives the given number of datagrams.
     std::vector<std::string> ask(std::string_view command, std::size_t count) const {
         client.send(command);
         std::vector<std::string> datagrams;
@@ -147,7 +147,7 @@ TEST(MmiPeerTest, SendsAsLongAsSomebodyListensIfEndless) {
             ASSERT_EQ(listener.receive(), heapStats()[0]);
         }
     }
-    // The listener is gone: the peer comes to an end, and with it its thread.
+    // Without its listener the peer ends, and so does its thread.
 }
 
 TEST(MmiPeerTest, ExitsAfterItsFirstDatagramIfDying) {

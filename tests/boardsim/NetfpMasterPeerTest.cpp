@@ -65,7 +65,7 @@ std::string bytesOf(const NetfpMaster_Request& request) {
     return {reinterpret_cast<const char*>(&request), sizeof request};
 }
 
-/// What a client looks at in a response.
+/// The fields of a response that a client reads.
 struct Answer {
     std::size_t size;
     std::uint32_t requestId;
@@ -79,7 +79,7 @@ void PrintTo(const Answer& answer, std::ostream* out) {
          << ", port " << answer.switchPort;
 }
 
-/// A master on a thread, with the fault that a test gives it, and a client.
+/// A master with a fault on a thread, and a client.
 struct Master {
     explicit Master(Fault fault = {})
         : thread(std::make_unique<NetfpMasterPeer>(table, std::move(fault), masterPath)) {}
@@ -162,7 +162,7 @@ TEST(NetfpMasterPeerTest, RefusesARenameThatTheTableRefuses) {
 TEST(NetfpMasterPeerTest, RefusesOnlyTheRenameThatItsFaultNumbers) {
     const Master master({"refuse-rename", 2});
 
-    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth9", "a"))), renameRefused);  // an unknown one counts
+    EXPECT_EQ(master.ask(bytesOf(renameRequest("eth9", "a"))), renameRefused);  // an unknown name counts too
     EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "b"))), renameRefused);
     EXPECT_EQ(master.ask(bytesOf(renameRequest("eth0", "c"))), done);
 

@@ -1,4 +1,4 @@
-// A netlink port of the board that misbehaves.
+// A faulty netlink port of the board.
 
 #include <cerrno>
 #include <chrono>
@@ -23,7 +23,7 @@ class NetlinkPeerFaultTest : public NetlinkPeerFixture {
 protected:
     static constexpr std::uint32_t sequence = 7;
 
-    /// All answers of a peer with this fault to plain(sequence), of which there are `count`.
+    /// The `count` answers of a peer with this fault to plain(sequence).
     Answers answersUnder(const Fault& fault, std::size_t count = 1) {
         const PeerThread peer = peerWith(fault);
         EXPECT_TRUE(client.send(plain(sequence)));

@@ -1,4 +1,4 @@
-// A netlink port of the board: the requests that it answers, and those that it does not.
+// A netlink port of the board: the requests that it answers, and those that it ignores.
 
 #include <string>
 #include <vector>
@@ -15,7 +15,7 @@ namespace {
 
 class NetlinkPeerTest : public NetlinkPeerFixture {
 protected:
-    /// Without an answer, that is; the answer to a request behind it proves it.
+    /// The message gets no answer. The answer to a later request proves it.
     void expectIgnored(const std::string& datagram) {
         ASSERT_TRUE(client.send(datagram));
         ASSERT_TRUE(client.send(plain(++lastSequence)));

@@ -1,4 +1,4 @@
-// What the peers' logs tell people: a line for each request, and what came of it.
+// The peers' logs for people: a line for each request and its result.
 
 #include <csignal>
 #include <memory>
@@ -48,7 +48,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// The peer's log from here on, without the times.
+/// The peer's log since construction, without the times.
 Lines takeLog(std::string_view peer) {
     const std::string path = Boardsim::BoardPaths::logFile(peer);
     Lines lines = linesOfFile(path);
@@ -69,7 +69,7 @@ Fault faultOf(const std::string& peer, const std::string& words) {
     return {};
 }
 
-/// Serves what is there to be served; a peer that dies is none the worse here.
+/// Serves all waiting requests. A peer may die meanwhile.
 void serve(Peer& peer) {
     try {
         peer.serve();
@@ -106,7 +106,7 @@ Lines mmiLog(const std::string& command, const Fault& fault = {}) {
     return takeLog("iwf_dispatcher");
 }
 
-/// The log of a process that is told to dump "body" to /tmp.
+/// The log of a process that dumps "body" to /tmp.
 Lines dumpLog(const Fault& fault = {}) {
     DumpPeer peer(
         "netfp_server", [] { return "body\n"; }, fault);

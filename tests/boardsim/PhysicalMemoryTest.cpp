@@ -1,4 +1,4 @@
-// What lies in the board's memory.
+// The content of the board's memory.
 
 #include <array>
 #include <cstring>

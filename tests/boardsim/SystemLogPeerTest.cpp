@@ -14,7 +14,7 @@ using Boardsim::SystemLogPeer;
 
 namespace {
 
-/// Has a new system log take the given records, one after the other, and returns its file.
+/// Sends these records to a new system log, one after the other, and returns its file.
 std::string logOf(const std::vector<std::string>& records) {
     SystemLogPeer peer("/tmp/log", "/tmp/system.log");
     const auto client = DatagramClient::ofPath("/tmp/log", "/tmp/client");

@@ -13,7 +13,7 @@ Terminal::Terminal(const std::vector<std::string>& command) {
     child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
     if (child == 0) {
         ArgumentVector words(command);
-        ::execvp(words.argv()[1], words.argv() + 1);  // without the name that it puts in front
+        ::execvp(words.argv()[1], words.argv() + 1);  // without the name before the reason
         ::_exit(1);
     }
 }

@@ -5,7 +5,7 @@
 
 #include <sys/types.h>
 
-/// A command on a terminal of its own, as a person's shell has one.
+/// A command on its own terminal, as in a person's shell.
 class Terminal {
 public:
     explicit Terminal(const std::vector<std::string>& command);
@@ -19,13 +19,13 @@ public:
 
     void type(const std::string& keys) const;
 
-    /// Takes what appears on the terminal until `text` is there.
+    /// Reads the terminal until `text` appears.
     void expect(const std::string& text);
 
-    /// All that appears from now on until nobody has the terminal any more, with "\n" for each line end.
+    /// Reads the terminal until all processes have closed it. Returns the text with "\n" for each line end.
     std::string rest() const;
 
-    /// Waits for the command's end. Its exit status, 128 + N where signal N ended it.
+    /// Waits until the command ends. Returns its exit status, or 128 + N if signal N ended it.
     int wait() const;
 
 private:

@@ -1,5 +1,4 @@
-// host_keys: tries to see and to change the keys that the kernel holds for the session, and prints what it
-// said.
+// host_keys: tries to read and to change the kernel's keys of the session, and prints the kernel's answers.
 
 #include <cerrno>
 #include <cstring>

@@ -1,5 +1,5 @@
-// push_input: tries in every way that the processor has to put a line into the input of the terminal, as if
-// somebody had typed it, and prints for each of them what the kernel said to it.
+// push_input: tries to put a line into the input of the terminal, by every kind of system call of the
+// processor. Prints the kernel's answer to each.
 
 #include <cerrno>
 #include <csetjmp>
@@ -15,12 +15,12 @@
 
 namespace {
 
-constexpr auto highBits = static_cast<unsigned long>(0x5a5a5a5a00000000ULL);  // none where it has 32
+constexpr auto highBits = static_cast<unsigned long>(0x5a5a5a5a00000000ULL);  // none if it has 32
 
-/// The result of a call that the machine does not know at all.
+/// The result of a call that the machine does not have.
 constexpr long noSuchCalls = -2;
 
-/// A byte that 32-bit pointers reach.
+/// A byte at an address below 4 GiB.
 const char* lowByte(char value) {
 #ifdef MAP_32BIT
     constexpr int place = MAP_32BIT;
@@ -45,7 +45,7 @@ long withHighBits(unsigned long request, const char* byte) {
 #ifdef __x86_64__
 sigjmp_buf beforeCall;
 
-/// The call of 32-bit programs; a kernel that has none of these answers with a signal.
+/// The call of 32-bit programs. A kernel without support for them answers with a signal.
 long by32Bits(unsigned long request, const char* byte) {
     constexpr long ioctlNumber = 54;
     std::signal(SIGSEGV, [](int) { siglongjmp(beforeCall, 1); });
@@ -82,7 +82,7 @@ constexpr Way ways[] = {
 #endif
 };
 
-/// Prints what the kernel says to one request.
+/// Prints the kernel's answer to one request.
 void tryOne(const Way& way, const char* what, unsigned long request, char byte) {
     const long result = way.push(request, lowByte(byte));
     if (result != noSuchCalls) {

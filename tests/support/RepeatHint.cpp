@@ -17,8 +17,7 @@ namespace {
 /// that runs on a board.
 std::vector<std::string> commandOfThisProgram() {
     const fs::path program = fs::read_symlink("/proc/self/exe");
-    const fs::path file =
-        fs::path(program).replace_extension(".command");  // an emulated program has an extension
+    const fs::path file = fs::path(program).replace_extension(".command");  // emulated programs have one
     return fs::exists(file) ? linesOfFile(file) : std::vector<std::string>{program};
 }
 

@@ -1,4 +1,4 @@
-// "add_interface" where something that it needs is missing.
+// "add_interface" without one of its requirements.
 
 #include <csignal>
 #include <filesystem>

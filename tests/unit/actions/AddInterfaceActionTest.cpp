@@ -1,4 +1,4 @@
-// "add_interface": what is asked of netfp_proxy, and what is made of its answer.
+// "add_interface": the request to netfp_proxy, and the handling of its answer.
 
 #include <chrono>
 

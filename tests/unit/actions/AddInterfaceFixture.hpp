@@ -15,10 +15,10 @@ protected:
     static constexpr std::uint32_t proxyPort = 110;
     static constexpr const char* logName = "dispatcher_log_memory";
 
-    /// Runs the action with these words behind its keyword.
+    /// Runs the action with these words after its keyword.
     bool run(const std::vector<std::string>& names);
 
-    /// The same, with what it prints in `printed`.
+    /// The same. Stores its output in `printed`.
     bool add(const std::vector<std::string>& names);
 
     static Printed successOf(const std::string& name);
@@ -30,7 +30,7 @@ protected:
     /// The payload of netfp_proxy's answer.
     static std::string responsePayload(std::uint32_t status);
 
-    /// What the transport reported to the shared-memory log.
+    /// The reports of the transport in the shared-memory log.
     using Reports = std::vector<std::string>;
     static Reports reports();
 

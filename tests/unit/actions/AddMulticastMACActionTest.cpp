@@ -13,7 +13,7 @@ class AddMulticastMACActionTest : public AddMulticastMACFixture {
 protected:
     void SetUp() override { givenMasterResponds(0); }
 
-    /// Runs the action, which succeeds without a word, and compares the one request that it sends.
+    /// Runs the action, which must succeed silently, and compares the one request that it sends.
     void expectSent(const Words& arguments, const Filter& filter) {
         const std::size_t before = master.requests().size();
         EXPECT_TRUE(add(arguments)) << printed;
@@ -95,7 +95,7 @@ TEST_F(AddMulticastMACActionTest, ParsesAddressesAsTheSystemDoes) {
         {"1:0:5e:0:0:1", {"\x01\x00\x5e\x00\x00\x01", 6}},
         {"01:00:5E:aB:Cd:EF", {"\x01\x00\x5e\xab\xcd\xef", 6}},
         {"ff:ff:ff:ff:ff:ff", "\xff\xff\xff\xff\xff\xff"},
-        {"00:11:22:33:44:55", {"\x00\x11\x22\x33\x44\x55", 6}},     // of one host; the master's to refuse
+        {"00:11:22:33:44:55", {"\x00\x11\x22\x33\x44\x55", 6}},  // a host's address; the master may refuse it
         {"01:00:5e:00:00:01:02", {"\x01\x00\x5e\x00\x00\x01", 6}},  // the sixth byte is the last
     };
     for (const auto& [text, bytes] : cases) {

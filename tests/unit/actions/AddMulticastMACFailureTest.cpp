@@ -1,4 +1,4 @@
-// "addmulticastmac" where the NetFP master cannot be asked or does not agree.
+// "addmulticastmac" with a NetFP master that is unreachable or refuses.
 
 #include "AddMulticastMACFixture.hpp"
 

@@ -12,7 +12,7 @@ class AddMulticastMACFixture : public MasterActionFixture {
 protected:
     using Words = std::vector<std::string>;
 
-    /// A filter as a request carries it.
+    /// A filter as in a request.
     struct Filter {
         std::string mac{"\x01\x00\x5e\x00\x00\x01", 6};
         std::string interface = "eth0";
@@ -23,13 +23,13 @@ protected:
     /// The master answers every request with this error code.
     void givenMasterResponds(std::int32_t errorCode);
 
-    /// Runs the action with these words behind its keyword.
+    /// Runs the action with these words after its keyword.
     bool add(const Words& arguments);
 
-    /// Runs the action, which fails, and compares what it says.
+    /// Runs the action, which must fail, and compares its output.
     void expectFailure(const Words& arguments, const std::string& message);
 
-    /// What requestsWithoutIdentifiers() shows of a request for a filter.
+    /// A request for a filter as requestsWithoutIdentifiers() returns it.
     static std::string request(const Filter& filter);
 
     Korvel::AddMulticastMACAction action;

@@ -1,4 +1,4 @@
-// "desc_dump", on descriptors and buffers that lie in the board's memory.
+// "desc_dump" on descriptors and buffers in the board's memory.
 
 #include "DescriptorDumpAction.hpp"
 #include "DumpFixture.hpp"
@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint32_t buffer = 0xeb700000;
 constexpr std::uint32_t lengthMask = 0x3fffff;
 
-/// The words of a descriptor that are shown; the others hold what nobody asks for.
+/// The words of a descriptor that the action shows. The others hold unrelated values.
 struct Fields {
     std::uint32_t length = 60;
     std::uint32_t pointer = buffer + 64;
@@ -34,7 +34,7 @@ protected:
 
     static void given(const Fields& fields) { put(memory, bytesOf(fields)); }
 
-    /// Runs the action anew with these words behind its keyword.
+    /// Runs a new action with these words after its keyword.
     bool dump(const std::vector<std::string>& arguments) {
         std::vector<std::string> words{"desc_dump"};
         words.insert(words.end(), arguments.begin(), arguments.end());
@@ -52,7 +52,7 @@ protected:
         return "Decriptor highlights:\n    Physical: " + physical + "\n    Virtual:  " + address + "\n";
     }
 
-    /// What is printed of the descriptor `fields` at `memory`; the pointers as they are shown.
+    /// The output for the descriptor `fields` at `memory`. The pointers are as the action shows them.
     static std::string shown(const Fields& fields, const std::string& pointer = "0xeb700040",
                              const std::string& originalPointer = "0xeb700000") {
         return header("0xeb6b6100", virtualAddress(memory)) +

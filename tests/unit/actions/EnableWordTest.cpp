@@ -1,4 +1,4 @@
-// The word with which an action is switched on or off.
+// The word that enables or disables an action.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// "getport": the switch port behind an interface.
+// "getport": the switch port of an interface.
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ protected:
         return success;
     }
 
-    /// The names that the master was asked for.
+    /// The names in the requests to the master.
     std::vector<std::string> requestedNames() const {
         std::vector<std::string> names;
         for (const std::string& request : master.requests()) {

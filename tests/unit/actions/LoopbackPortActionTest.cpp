@@ -1,4 +1,4 @@
-// "loopbackport": writes a switch port's registers through "devmem", which here is the simulated board's.
+// "loopbackport": writes a switch port's registers with "devmem", here the simulated board's command.
 
 #include <filesystem>
 
@@ -16,7 +16,7 @@ using Words = std::vector<std::string>;
 
 class LoopbackPortActionTest : public PortActionFixture {
 protected:
-    /// Runs the action with these words behind its keyword.
+    /// Runs the action with these words after its keyword.
     bool loop(const Words& arguments) {
         Words words{"loopbackport"};
         words.insert(words.end(), arguments.begin(), arguments.end());
@@ -29,7 +29,7 @@ protected:
         EXPECT_EQ(commands(), Words{});
     }
 
-    /// The commands since the last call, as the board took them.
+    /// The commands since the last call, as the board received them.
     static Words commands() {
         const char* const record = "/run/boardsim/received/devmem";
         if (!std::filesystem::exists(record)) {
@@ -146,7 +146,7 @@ TEST_F(LoopbackPortActionTest, SucceedsIfTheLastCommandCanBeRun) {
 }
 
 TEST_F(LoopbackPortActionTest, IgnoresTheExitStatusOfACommand) {
-    ::setenv("PATH", "/nowhere", 1);  // for this process and its children, which end with the test
+    ::setenv("PATH", "/nowhere", 1);  // applies to this process and its children until the test ends
 
     EXPECT_TRUE(loop({"enable", "1"}));
 

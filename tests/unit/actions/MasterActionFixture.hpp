@@ -7,23 +7,23 @@
 #include "PortActionFixture.hpp"
 #include "UniqueFd.hpp"
 
-/// An action whose requests reach no NetFP master, or one that does not do its part.
+/// An action with a NetFP master that is missing or does not answer.
 class MasterActionFixture : public PortActionFixture {
 protected:
     void TearDown() override;
 
-    /// Nobody answers, and the action does not wait long.
+    /// The master does not answer. The action has a short time-out.
     static void givenSilence();
-    /// There is no master where the action looks for it.
+    /// The master is missing.
     static void givenNoMaster();
     /// The master never reads.
     void givenDeafMaster();
-    /// The master never reads, and its queue takes no more.
+    /// The master never reads, and its queue is full.
     void givenFullMaster();
-    /// The action has no place for its own socket.
+    /// The action cannot bind its own socket.
     static void givenNoClientSocket();
 
-    // What the channel to the master reports.
+    // The errors of the channel to the master.
     static constexpr const char* refused = "Response from Server was not successful.\n";
     static constexpr const char* noMaster =
         "Failed to Send to Master Socket \"/tmp/nobody\": 2: No such file or directory\n";
@@ -32,7 +32,7 @@ protected:
     static constexpr const char* noClientSocket =
         "Failed to Bind to Client Socket: 2: No such file or directory\n";
 
-    /// What the channel tells in verbose mode when it connects.
+    /// The verbose lines of the channel when it connects.
     static constexpr const char* connecting =
         "Creating Socket for Client\n"
         "Binding to Client Socket \"/tmp/Korvel\"\n";
@@ -40,8 +40,8 @@ protected:
     /// The same for a response to a request.
     static std::string received(const std::string& request);
 
-    /// The requests that the master received, once there are `count` at least: whole, but for the
-    /// identifiers, which are zero.
+    /// The requests that the master received, as soon as there are at least `count`. They are complete, but
+    /// their identifiers are set to zero.
     std::vector<std::string> requestsWithoutIdentifiers(std::size_t count = 0) const;
 
 private:

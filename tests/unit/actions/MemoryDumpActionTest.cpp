@@ -1,4 +1,4 @@
-// "mem_dump", on memory that the board's library really maps.
+// "mem_dump" on memory that the board's library really maps.
 
 #include "DumpFixture.hpp"
 #include "DumpText.hpp"
@@ -9,7 +9,7 @@ namespace {
 
 class MemoryDumpActionTest : public DumpFixture {
 protected:
-    /// Runs the action anew with these words behind its keyword.
+    /// Runs a new action with these words after its keyword.
     bool dump(const std::vector<std::string>& arguments) {
         std::vector<std::string> words{"mem_dump"};
         words.insert(words.end(), arguments.begin(), arguments.end());

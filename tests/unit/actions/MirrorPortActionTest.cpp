@@ -16,7 +16,7 @@ enum Direction : std::uint32_t { inbound = 1, outbound = 2 };
 
 class MirrorPortActionTest : public PortActionFixture {
 protected:
-    /// Runs the action with these words behind its keyword.
+    /// Runs the action with these words after its keyword.
     bool mirror(const Words& arguments) {
         Words words{"mirrorport"};
         words.insert(words.end(), arguments.begin(), arguments.end());

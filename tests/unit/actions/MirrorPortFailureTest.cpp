@@ -1,4 +1,4 @@
-// "mirrorport" where the NetFP master cannot be asked, and what it is asked for at the edges.
+// "mirrorport" with an unreachable NetFP master, and requests with edge values.
 
 #include "MasterActionFixture.hpp"
 #include "MirrorPortAction.hpp"
@@ -13,7 +13,7 @@ using Words = std::vector<std::string>;
 
 class MirrorPortFailureTest : public MasterActionFixture {
 protected:
-    /// Runs the action, which does not care for what becomes of its requests.
+    /// Runs the action, which ignores the results of its requests.
     void expectSuccess(const std::string& from, const std::string& to, const Printed& expected) {
         EXPECT_TRUE(run(action, {"mirrorport", "enable", from, to}));
         EXPECT_EQ(printed, expected);
@@ -24,7 +24,7 @@ protected:
         EXPECT_EQ(printed, Printed{.err = reason + "Port Mirroring: Invalid 'from' port number \n"});
     }
 
-    /// What requestsWithoutIdentifiers() shows of a request to mirror port 1 inbound.
+    /// A request to mirror port 1 inbound as requestsWithoutIdentifiers() returns it.
     static std::string inboundRequest(char to) {
         std::string bytes = masterRequest(setPortMirroring, 0, "");
         bytes[8] = 1;

@@ -12,7 +12,7 @@
 #include "ScriptedPeer.hpp"
 #include "SimpleAction.hpp"
 
-/// An action on switch ports, and the NetFP master that it asks.
+/// An action on switch ports, and its NetFP master.
 class PortActionFixture : public testing::Test {
 protected:
     static constexpr std::uint32_t getSwitchPort = 4;  ///< message types
@@ -20,16 +20,17 @@ protected:
 
     void TearDown() override;
 
-    /// The master knows these interfaces. Every other request is answered with `errorOf` its number, counted
-    /// from 0 among those that are no look-ups.
+    /// The master knows these interfaces. It answers each other request with `errorOf` its number, counted
+    /// from 0 without the look-ups.
     void givenMaster(const std::map<std::string, int>& ports, std::function<int(std::size_t)> errorOf);
     /// The same, with success.
     void givenMaster(const std::map<std::string, int>& ports);
 
-    /// Runs the action with these words, its keyword first. What it prints is in `printed`.
+    /// Runs the action with these words, its keyword first. Stores its output in `printed`.
     bool run(Korvel::SimpleAction& action, const std::vector<std::string>& words);
 
-    /// What the master received: "port NAME" for a look-up, and the body's bytes of any other request.
+    /// The requests that the master received: "port NAME" for a look-up, and the body's bytes of any other
+    /// request.
     std::vector<std::string> requests() const;
 
     ScriptedPeer master = ScriptedPeer::atPath("/tmp/NetfpMaster");

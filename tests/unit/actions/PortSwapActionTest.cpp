@@ -1,4 +1,4 @@
-// "portswap": exchanges the switch ports behind two interfaces.
+// "portswap": swaps the switch ports of two interfaces.
 
 #include <set>
 
@@ -40,7 +40,7 @@ TEST_F(PortSwapActionTest, OpensAConnectionForEachRequest) {
 
     swap({"eth0", "eth1"});
 
-    std::set<std::uint32_t> identifiers;  // each connection begins with one at random
+    std::set<std::uint32_t> identifiers;  // each connection starts with a random one
     for (const std::string& request : master.requests()) {
         identifiers.insert(idOfRequest(request));
     }

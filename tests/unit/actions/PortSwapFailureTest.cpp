@@ -1,4 +1,4 @@
-// "portswap" where the NetFP master cannot be asked, or not for these names.
+// "portswap" with an unreachable NetFP master or with names that do not fit.
 
 #include "PortSwapFixture.hpp"
 

@@ -1,4 +1,4 @@
-// "portswap" where one of its renames fails: what was renamed before gets its name back.
+// "portswap" with a failing rename. It reverts the earlier renames.
 
 #include "NetFPMasterCom.hpp"
 #include "PortSwapFixture.hpp"
@@ -9,7 +9,7 @@ constexpr unsigned enoughForAnAnswer = 20;  // in units of 100 ms
 
 class PortSwapRollBackTest : public PortSwapFixture {
 protected:
-    /// The requests up to the renames, then these.
+    /// The requests before the renames, then these.
     static Lines behindTheLookUps(const Lines& renames) {
         Lines requests{lookUp("eth0"), lookUp("eth1")};
         requests.insert(requests.end(), renames.begin(), renames.end());

@@ -1,4 +1,4 @@
-// What "resetqosstats" asks of the dispatchers, and what it takes for an answer.
+// The requests of "resetqosstats" to the dispatchers, and the handling of their answers.
 
 #include <chrono>
 #include <thread>
@@ -16,7 +16,7 @@ using namespace std::chrono_literals;
 
 class ResetQoSStatsActionTest : public ResetQoSStatsFixture {
 protected:
-    /// One reset, of the IWF instance, that is answered with these datagrams.
+    /// One reset of the IWF instance, which answers with these datagrams.
     bool resetAnswered(const Datagrams& datagrams) {
         select(Configuration::IWF);
         answers(iwf, datagrams);

@@ -11,8 +11,8 @@
 #include "Printed.hpp"
 #include "RecordedLog.hpp"
 
-/// The archive of the dispatcher's log, taken over in single steps. What the archiver reports in the log
-/// itself needs a run of the whole manager and is not seen here.
+/// The archive of the dispatcher's log, updated in single steps. The archiver's reports in the log itself
+/// need a run of the whole manager and are not covered here.
 class ArchiveFixture : public testing::Test {
 protected:
     static constexpr unsigned threshold = 2097152;    ///< bytes of runtime.log at which it is rotated
@@ -20,14 +20,14 @@ protected:
 
     ArchiveFixture();
 
-    /// Begins to follow the log. What is printed on the way.
+    /// Starts to follow the log. Returns the output.
     Printed follow();
 
-    /// One step with a buffer of `size` bytes. What is printed on the way.
+    /// One step with a buffer of `size` bytes. Returns the output.
     Printed update(unsigned size = wholeBuffer);
 
-    /// Writes exactly `bytes` to the log and takes them over, in as many steps as the log's size makes
-    /// necessary. What is printed on the way.
+    /// Writes exactly `bytes` to the log and archives them, in as many steps as the size of the log needs.
+    /// Returns the output.
     Printed archive(unsigned bytes);
 
     RecordedLog log{"dispatcher_log_memory"};

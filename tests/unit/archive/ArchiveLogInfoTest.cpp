@@ -1,4 +1,4 @@
-// What one step takes over from the log.
+// The text that one step copies from the log.
 
 #include <filesystem>
 
@@ -81,7 +81,7 @@ TEST_F(ArchiveLogInfoTest, CopiesWholeEntriesInSeveralStepsIfTheBufferIsSmall) {
     log.write(5, entrySize);
 
     for (std::size_t entries = 2; entries <= 6; entries += 2) {
-        update(3 * entrySize);  // of which the closing zero takes one
+        update(3 * entrySize);  // including the terminating zero
         EXPECT_EQ(files.all(), log.text().substr(0, entries * entrySize));
     }
 }

@@ -1,4 +1,4 @@
-// The archiver as a request manager. Its run, which has no end, is tested with the whole program.
+// The archiver as a request manager. Its endless run is tested with the whole program.
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-// A log that was written faster than it was taken over.
+// A log that grew faster than it was archived.
 
 #include "ArchiveFixture.hpp"
 
 namespace {
 
-/// What of an archive comes before the warning and what comes behind it.
+/// The parts of an archive before and after the warning.
 struct Parts {
     std::string before;
     std::string behind;
@@ -16,10 +16,10 @@ protected:
     static constexpr std::size_t shortEntry = 100;
     static constexpr std::size_t keptEntries = (wholeBuffer - 1) / RecordedLog::largest;
 
-    /// More than the log keeps.
+    /// Writes more than the log keeps.
     void overwriteEverything() { log.write(600); }
 
-    /// The entries that are left then.
+    /// The entries that remain then.
     std::string kept() { return log.text().substr(log.text().size() - keptEntries * RecordedLog::largest); }
 
     /// Splits a text at its only warning.
@@ -57,7 +57,7 @@ TEST_F(ArchiveOverlapTest, WarnsAboutEveryGap) {
         EXPECT_TRUE(parts(files.runtime()).behind == kept());
         log.write(1);
         update();
-        EXPECT_EQ(files.runtime(), "");  // which the next gap will be written to
+        EXPECT_EQ(files.runtime(), "");  // the next gap is written there
     }
 }
 

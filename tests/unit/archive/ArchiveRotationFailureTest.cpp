@@ -1,4 +1,4 @@
-// A rotation that does not succeed: nothing is lost, and it is tried again.
+// A failed rotation. Nothing is lost, and the archiver retries it.
 
 #include <cstdlib>
 #include <filesystem>
@@ -18,19 +18,19 @@ protected:
 
     static void setSearchPath(const std::string& path) { ::setenv("PATH", path.c_str(), 1); }
 
-    /// The next entry, taken over. What is printed on the way.
+    /// Writes and archives the next entry. Returns the output.
     Printed archiveOneMore() {
         log.write(1);
         return update();
     }
 
-    /// What the shell and its commands print when `path` cannot be compressed.
+    /// The errors of the shell and its commands if `path` cannot be compressed.
     static Printed notCompressed(const std::string& path) {
         return {.err = "gzip: " + path + ".gz: Is a directory\nCommand: /bin/gzip -f " + path +
                        " exited with error, exit code: 1\n"};
     }
 
-    /// The same when it cannot be written.
+    /// The same if it cannot be written.
     Printed notCopied(const std::string& path) const {
         return {.err = "cp: not writing through dangling symlink '" + path + "'\nCommand: cp " +
                        files.runtimePath + " " + path + " exited with error, exit code: 1\n"};

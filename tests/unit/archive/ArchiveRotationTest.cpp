@@ -1,4 +1,4 @@
-// What becomes of runtime.log when it is full.
+// The rotation of a full runtime.log.
 
 #include "ArchiveFixture.hpp"
 #include "TestFiles.hpp"
@@ -9,7 +9,7 @@ class ArchiveRotationTest : public ArchiveFixture {
 protected:
     ArchiveRotationTest() { follow(); }
 
-    /// What was written to the log since `before` held all of it.
+    /// The text of the log after `before`.
     std::string since(const std::string& before) { return log.text().substr(before.size()); }
 
     std::vector<std::string> names() const { return filesBelow(files.directory); }

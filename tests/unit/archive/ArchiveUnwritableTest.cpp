@@ -1,4 +1,4 @@
-// A runtime.log that cannot be had or written: the log stays as it is, and nothing is tried again.
+// A runtime.log that cannot be opened or written. The archive stays unchanged, and nothing is retried.
 
 #include <csignal>
 #include <filesystem>
@@ -20,10 +20,10 @@ protected:
     ArchiveUnwritableTest() : before(std::signal(SIGXFSZ, SIG_IGN)) {}
     void TearDown() override { std::signal(SIGXFSZ, before); }
 
-    /// Files of this process end after so many bytes.
+    /// Limits the size of this process's files.
     static ResourceLimit fileLimit(rlim_t bytes) { return {RLIMIT_FSIZE, bytes}; }
 
-    /// Makes the folder, for something to take the file's place in it.
+    /// Creates the folder, so that something else can be at the file's path.
     void prepareFolder() const { fs::create_directories(files.directory); }
 
     void expectIdle() {

@@ -9,7 +9,7 @@ bool isOpen(int descriptor) {
     return ::fcntl(descriptor, F_GETFD) != -1;
 }
 
-/// An owner, and the number of what it owned at first.
+/// An owner, and the descriptor that it owned at first.
 class OwnedDescriptor : public testing::Test {
 protected:
     Base::UniqueFd owner{::open("/dev/null", O_RDONLY | O_CLOEXEC)};

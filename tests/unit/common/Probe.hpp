@@ -6,9 +6,9 @@
 #include "Injection.hpp"
 #include "Process.hpp"
 
-// One function of the room in a process of its own, for what a test cannot do to itself. The first argument
-// names the function, as the table in ProbeMain.cpp does; what the function returns is printed as a line on
-// standard output.
+// One function of the room in a process of its own, for calls that a test cannot make itself. The first
+// argument is the function's name in the table of ProbeMain.cpp. The process prints the function's result as
+// a line on standard output.
 
 Outcome probe(std::vector<std::string> arguments, const Surroundings& surroundings = {});
 Outcome probeInjected(const Injection& injection, std::vector<std::string> arguments,

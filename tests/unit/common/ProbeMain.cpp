@@ -36,7 +36,7 @@ std::string truth(bool value) {
     return value ? "true" : "false";
 }
 
-/// What an owner of a descriptor says: "open", or why it is not.
+/// "open" if an owner has a descriptor, otherwise the reason.
 template <typename Open>
 std::string openness(Open open) {
     errno = 0;
@@ -60,7 +60,7 @@ std::string speak(Arguments /*arguments*/) {
 std::string speakTwice(Arguments /*arguments*/) {
     Korvel::print("first line\n");
     Korvel::flushStandardOutput();
-    errno = EINVAL;  // of no concern to what was lost before
+    errno = EINVAL;  // must not replace the reason of the earlier loss
     Korvel::print("second line\n");
     return truth(Korvel::finishStandardOutput());
 }
@@ -93,7 +93,7 @@ std::string breakInvariant(Arguments /*arguments*/) {
     return "still there";
 }
 
-/// To nobody: a test says what the system makes of it.
+/// Sends to nobody. The test injects the result of the system call.
 std::string sendDatagram(Arguments words) {
     const Base::UniqueFd socket = Korvel::openDatagramSocket(AF_UNIX);
     const sockaddr_un nobody{.sun_family = AF_UNIX, .sun_path = "/tmp/nobody"};

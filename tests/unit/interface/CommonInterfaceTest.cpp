@@ -1,4 +1,4 @@
-// The interface of src/common, except the platform configuration.
+// The interface of src/common except the platform's configuration.
 
 #include <concepts>
 #include <cstdint>

@@ -2,11 +2,11 @@
 
 #include <string>
 
-/// A command of the test's own under a name on the search path, in front of any other of that name, for
-/// as long as this object lives. One at a time.
+/// A command of the test on the search path, before any other of the same name, as long as this object lives.
+/// One at a time.
 class BoardCommand {
 public:
-    /// `script`: what the shell runs.
+    /// `script`: the shell commands that it runs.
     BoardCommand(const std::string& name, const std::string& script);
     BoardCommand(const BoardCommand&) = delete;
     BoardCommand& operator=(const BoardCommand&) = delete;
@@ -15,8 +15,8 @@ public:
     ~BoardCommand();
 
 private:
-    std::string searchPath;  // as it was before
+    std::string searchPath;  // as before
 };
 
-/// Writes a shell script that can be run.
+/// Writes an executable shell script.
 void writeScript(const std::string& path, const std::string& script);

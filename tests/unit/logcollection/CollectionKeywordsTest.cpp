@@ -1,4 +1,4 @@
-// The keywords of log collection: a table of what each does.
+// The keywords of log collection and their effects.
 
 #include <set>
 
@@ -14,7 +14,7 @@ using Korvel::findCollectionKeyword;
 
 namespace {
 
-/// The masks that coverage keywords leave, applied in this order.
+/// The masks that result from coverage keywords in this order.
 CoverageMasks coverageOf(const std::vector<std::string>& words) {
     CoverageMasks masks = Korvel::noCoverage();
     for (const std::string& word : words) {

@@ -1,4 +1,4 @@
-// The lock that keeps collections apart.
+// The lock that lets only one collection run at a time.
 
 #include <atomic>
 #include <chrono>
@@ -34,15 +34,15 @@ protected:
         fs::remove_all("/tmp/moved");
     }
 
-    /// Takes the lock, in a file description of its own as another process would. What is reported.
+    /// Takes the lock in a new file description, as another process would. Returns its reports.
     static std::string take(std::optional<CollectionLock>& lock, std::chrono::milliseconds limit = longTime) {
         const Printed printed = printedBy([&] { lock.emplace(directory, limit); });
         EXPECT_EQ(printed.out, "");
         return printed.err;
     }
 
-    /// Takes the lock, which somebody holds. `whileItWaits` happens on another thread and is to end with
-    /// release(), before which the lock must not be had. What is reported.
+    /// Takes the lock while somebody else holds it. `whileItWaits` runs on another thread and must end with
+    /// release(). The lock must not be taken before that. Returns its reports.
     std::string takeAfter(std::optional<CollectionLock>& lock, const std::function<void()>& whileItWaits) {
         return printedBy([&] {
                    std::thread others([&] {
@@ -63,7 +63,7 @@ protected:
         lock.reset();
     }
 
-    /// Whether nobody holds the lock on the directory.
+    /// True if nobody holds the lock on the directory.
     static bool isFree() {
         const Base::UniqueFd folder(::open(directory, O_RDONLY | O_CLOEXEC));
         return ::flock(folder.get(), LOCK_EX | LOCK_NB) == 0;
@@ -75,7 +75,7 @@ protected:
     std::optional<CollectionLock> second;
 
 private:
-    /// While standard error is taken to a file.
+    /// Captures standard error in a file.
     static bool somethingIsReported() {
         struct stat status {};
         return ::fstat(STDERR_FILENO, &status) == 0 && status.st_size > 0;
@@ -123,7 +123,7 @@ TEST_F(CollectionLockTest, IsSkippedAfterTheTimeOut) {
 
     EXPECT_GE(std::chrono::steady_clock::now() - start, 200ms);
     second.reset();
-    EXPECT_FALSE(isFree());  // the first one's still
+    EXPECT_FALSE(isFree());  // still the first one's
 }
 
 TEST_F(CollectionLockTest, IsSkippedIfTheDirectoryCannotBeOpened) {
@@ -161,7 +161,7 @@ TEST_F(CollectionLockTest, WaitsForAHolderWhoseDirectoryWasRemoved) {
                         }),
               waiting);
 
-    EXPECT_FALSE(isFree());  // the directory in its place
+    EXPECT_FALSE(isFree());  // the directory at the same path
 }
 
 TEST_F(CollectionLockTest, WaitsAgainIfTheNewDirectoryIsLockedToo) {

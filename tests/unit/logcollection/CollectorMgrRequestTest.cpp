@@ -1,4 +1,4 @@
-// Requests for log collection: what is refused, which collectors run, and in which order things happen.
+// Requests for log collection: refused requests, the collectors that run, and the order of the steps.
 
 #include <csignal>
 #include <filesystem>
@@ -28,8 +28,8 @@ const std::string nothingRuns =
 const std::string allTiHeaders = headerLine("netfp_proxy") + "\n" + headerLine("netfp_server") + "\n" +
                                  headerLine("netfp_master") + "\n" + headerLine("resmgr_server") + "\n";
 
-/// A board on which none of the stack's processes runs and, unless the test selects one, no dispatcher is
-/// asked. Both shared-memory logs have an entry.
+/// A board without processes of the stack. No dispatcher is selected unless the test selects one. Both
+/// shared-memory logs have an entry.
 class CollectorMgrRequestTest : public testing::Test {
 protected:
     CollectorMgrRequestTest()
@@ -45,7 +45,7 @@ protected:
         std::signal(SIGTERM, SIG_DFL);
     }
 
-    /// Whether the request was accepted; what it printed is in `printed`.
+    /// True if the request was accepted. Stores its output in `printed`.
     bool request(const std::vector<std::string>& words) {
         Korvel::CollectorMgr manager;
         ArgumentVector arguments(words);
@@ -54,7 +54,7 @@ protected:
         return accepted;
     }
 
-    /// What a request that dumps prints in verbose mode.
+    /// The verbose output of a request that dumps.
     Printed dumpVerbosely(std::vector<std::string> coverage) {
         coverage.insert(coverage.begin(), "dump");
         Korvel::setVerboseMode(true);
@@ -73,7 +73,7 @@ std::string skipped(const std::string& id) {
     return "Creation of LogCollector of type (" + id + ") skipped - no options specified\n";
 }
 
-/// The verbose lines of a collection from these processes, none of which runs.
+/// The verbose lines of a collection from these processes. None of them runs.
 std::string notRunning(const std::vector<std::string>& processes) {
     std::string lines = "Starting log collection from TI...\n";
     for (const std::string& name : processes) {

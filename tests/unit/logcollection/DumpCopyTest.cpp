@@ -1,4 +1,4 @@
-// The copy of a dump: made again as the source grows, and what is reported once all tries are over.
+// The copy of a dump. It is repeated as the source grows, and failures are reported after the last try.
 
 #include <chrono>
 #include <filesystem>
@@ -33,7 +33,7 @@ protected:
         return {source, destination, rules, directory};
     }
 
-    /// Settles a copy that leaves its source where it is. What is reported of it.
+    /// Finishes a copy that keeps its source. Returns the report.
     static std::string reasonToStay(const DumpCopy& copy) {
         bool settled = true;
         const Printed printed = printedBy([&] { settled = copy.reportResult(); });
@@ -42,7 +42,7 @@ protected:
         return printed.err;
     }
 
-    /// Settles a copy that needs its source no more, without a word.
+    /// Finishes a copy that no longer needs its source. It must report nothing.
     static void expectDone(const DumpCopy& copy) {
         bool settled = false;
         EXPECT_EQ(printedBy([&] { settled = copy.reportResult(); }), Printed{});

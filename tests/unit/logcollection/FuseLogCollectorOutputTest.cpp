@@ -1,4 +1,4 @@
-// Where the state files and the history log end up.
+// The outputs for the state files and the history log.
 
 #include <filesystem>
 #include <optional>
@@ -23,7 +23,7 @@ namespace {
 
 const std::string outFolder = "/tmp/korvel/fuse";
 
-/// The IWF instance alone is selected, on a board without the other.
+/// Only the IWF instance is selected, on a board without the other.
 class FuseLogCollectorOutputTest : public testing::Test {
 protected:
     FuseLogCollectorOutputTest() {

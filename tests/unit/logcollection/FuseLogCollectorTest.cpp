@@ -1,4 +1,4 @@
-// Which files of the state tree are collected, and the history log.
+// The collected files of the state tree, and the history log.
 
 #include <filesystem>
 
@@ -17,13 +17,13 @@ using Korvel::FuseLogCollector;
 
 namespace {
 
-/// A selection of instances lasts as long as the process does.
+/// A selection of instances lasts until the process ends.
 class FuseLogCollectorTest : public testing::Test {
 protected:
     FuseLogCollectorTest() { fs::remove_all("/tmp/fuse"); }
     void TearDown() override { Korvel::setVerboseMode(false); }
 
-    /// Everything that either instance publishes.
+    /// All files that both instances publish.
     static void publish(const std::string& instance) {
         const fs::path folder = fs::path("/tmp/fuse") / instance;
         for (const std::string file : {"tracing_on", "dispatcherCpu", "dmaStats", "fpBridgeStats"}) {
@@ -31,7 +31,7 @@ protected:
         }
     }
 
-    /// The "Reading" lines of a collection, which are one for each source.
+    /// The "Reading" lines of a collection, one for each source.
     static Printed sourcesOf(unsigned mask) {
         FuseLogCollector collector("/tmp/korvel", mask);
         Korvel::setVerboseMode(true);

@@ -2,5 +2,5 @@
 
 #include <string>
 
-/// The line of 64 characters and a line end that the console shows above what `title` names.
+/// The header line for `title` on the console: 64 characters and a line end.
 std::string headerLine(const std::string& title);

@@ -1,4 +1,4 @@
-// How much all collectors together may gather.
+// The common limit of all collectors.
 
 #include <optional>
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Shows what collectors do with what they gather.
+/// Makes the gathering of collectors accessible.
 class GatheringCollector : public Korvel::LogCollector {
 public:
     GatheringCollector() : LogCollector("/tmp/gathering") {}
@@ -29,7 +29,7 @@ protected:
 
     static std::string textOf(std::size_t size) { return std::string().append(size, 't'); }
 
-    /// Has the collector gather texts of these sizes, without a word.
+    /// Makes the collector gather texts of these sizes. It must report nothing.
     static void gather(GatheringCollector& collector, const std::vector<std::size_t>& sizes) {
         for (const std::size_t size : sizes) {
             EXPECT_EQ(

@@ -1,4 +1,4 @@
-// What all collectors have in common: a directory.
+// The common part of all collectors: a directory.
 
 #include <filesystem>
 

@@ -1,4 +1,4 @@
-// System calls that fail while the MMI services are queried.
+// System calls that fail during the queries to the MMI services.
 
 #include <sys/socket.h>
 
@@ -27,7 +27,7 @@ protected:
         return printed;
     }
 
-    /// Neither instance was asked, and the collection says that it failed.
+    /// Neither instance received a request, and the collection reports a failure.
     void expectGivenUp() const {
         EXPECT_FALSE(succeeded);
         EXPECT_EQ(iwf.requests(), Datagrams{});

@@ -11,8 +11,8 @@
 #include "Printed.hpp"
 #include "ScriptedPeer.hpp"
 
-/// The MMI services of both dispatcher instances, and a collector that talks to those that are selected.
-/// A selection lasts as long as the process does.
+/// The MMI services of both dispatcher instances, and a collector that queries the selected ones. A selection
+/// lasts until the process ends.
 class MmiLogCollectorFixture : public testing::Test {
 protected:
     using Datagrams = std::vector<std::string>;
@@ -35,10 +35,10 @@ protected:
 
     void create(unsigned mask) { collector.emplace("/tmp/korvel", mask); }
     Printed collect();
-    Printed collect(unsigned mask);  ///< after create()
+    Printed collect(unsigned mask);  ///< valid after create()
     Printed show();
     Printed dump();
-    bool succeeded = false;  ///< the last collection
+    bool succeeded = false;  ///< result of the last collection
 
     ScriptedPeer iwf = ScriptedPeer::atLocalPort(7777);
     ScriptedPeer sfn = ScriptedPeer::atLocalPort(8777);

@@ -1,4 +1,4 @@
-// Where the replies of the MMI services end up.
+// The outputs for the replies of the MMI services.
 
 #include <filesystem>
 

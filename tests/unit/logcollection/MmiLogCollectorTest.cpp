@@ -1,4 +1,4 @@
-// What is asked of the dispatchers' MMI services, and how their replies are put together.
+// The requests to the dispatchers' MMI services, and how their replies are joined.
 
 #include <atomic>
 #include <chrono>
@@ -19,7 +19,7 @@ const std::string timedOut = "poll(): Timed out while waiting for response\n";
 
 class MmiLogCollectorTest : public MmiLogCollectorFixture {
 protected:
-    /// What the console shows of the one reply to an information command that IWF sent in `datagrams`.
+    /// The console output for the one reply to an information command that IWF sent in `datagrams`.
     std::string shownOf(const Datagrams& datagrams) {
         selectIwf();
         answers(iwf, datagrams);
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-/// True where no datagram waits at the collector's port 7778.
+/// True if no datagram waits at the collector's port 7778.
 bool iwfRepliesAreRead() {
     std::ifstream sockets("/proc/net/udp");
     for (std::string line; std::getline(sockets, line);) {

@@ -1,4 +1,4 @@
-// Packages made of the work directory.
+// Packages of the work directory.
 
 #include <algorithm>
 #include <cstdlib>
@@ -58,7 +58,7 @@ protected:
         return names;
     }
 
-    /// Leaves its arguments in the work directory.
+    /// Writes its arguments to a file in the work directory.
     const BoardCommand gathering{"fp_linux_log_collect", "echo noise >&2; echo \"$@\" > $1/linux.log"};
 };
 

@@ -2,5 +2,5 @@
 
 #include <string>
 
-/// Where packages are put.
+/// The folder of the packages.
 inline const std::string packageFolder = "/ffs/run/logs";

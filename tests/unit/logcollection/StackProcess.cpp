@@ -12,7 +12,7 @@ namespace {
 
 const std::string ready = "ready\n";
 
-/// The path by which the process is started, which shows in the process list.
+/// The path of the program. The process list shows it.
 std::string linkToProgram(const std::string& name) {
     const fs::path folder = "/tmp/stack";
     fs::create_directories(folder);

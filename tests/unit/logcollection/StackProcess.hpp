@@ -7,12 +7,12 @@
 
 #include "Process.hpp"
 
-/// A process of the fast-path stack as log collection sees it: a name in the process list, and something
-/// that happens when SIGUSR1 asks for the dump.
+/// A process of the fast-path stack as log collection sees it: a name in the process list, and a reaction to
+/// SIGUSR1, the dump request.
 class StackProcess {
 public:
-    /// `onSignal`: what the shell does for each signal; `argument` stands in the process list too.
-    /// Returns when the process is ready for signals.
+    /// `onSignal`: the shell commands for each signal. `argument` is in the process list too. Returns when
+    /// the process is ready for signals.
     explicit StackProcess(const std::string& name, const std::string& onSignal = ":",
                           const std::string& argument = "");
 
@@ -23,7 +23,7 @@ public:
 
     bool wasSignalled() const;
 
-    /// Ends the process, and waits until the system has forgotten it.
+    /// Ends the process and waits until it is gone from the process list.
     void end() { process.reset(); }
 
 private:

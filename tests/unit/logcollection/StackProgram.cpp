@@ -1,5 +1,5 @@
-// A process of the fast-path stack as a program: has the shell run its first argument whenever SIGUSR1
-// arrives. Starts no other process before that, since such a child bears its name for a moment.
+// The program of such a process. The shell runs its first argument for each SIGUSR1. It starts no other
+// process before that, because a child would have its name for a moment.
 
 #include <csignal>
 #include <cstdlib>

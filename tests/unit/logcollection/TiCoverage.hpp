@@ -12,6 +12,6 @@ inline constexpr unsigned syslib = 16;
 
 }  // namespace TiCoverage
 
-/// What the collector adds to a dump that lacks its end.
+/// The note that the collector adds to an incomplete dump.
 inline const std::string incompleteDump =
     "\n====> This log may be not complete, terminator pattern was not found <====\n";

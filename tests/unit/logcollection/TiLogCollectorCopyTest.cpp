@@ -1,4 +1,4 @@
-// The copy of one dump as an operation of its own.
+// The copy of one dump as a separate operation.
 
 #include <filesystem>
 
@@ -25,7 +25,7 @@ protected:
         writeFile(source, "content");
     }
 
-    /// Copies, which reports nothing and leaves the source alone, whatever comes of it.
+    /// Copies a dump. The copy must report nothing and must not change the source, with any result.
     static bool copy() {
         bool copied = false;
         EXPECT_EQ(printedBy([&] { copied = TiLogCollector::copyDumpFileToWorkspace(source, destination); }),

@@ -1,4 +1,4 @@
-// Where the SYSLIB log and the dumps end up, and what is said when they cannot.
+// The outputs for the SYSLIB log and the dumps, and the errors if they fail.
 
 #include <filesystem>
 #include <optional>

@@ -1,4 +1,4 @@
-// How the stack's processes are found in the process listing.
+// The search for the stack's processes in the process listing.
 
 #include <filesystem>
 
@@ -28,7 +28,7 @@ protected:
         return pids;
     }
 
-    /// The process ids that are read out of a listing of these lines.
+    /// The process ids that are parsed from a listing of these lines.
     Pids pidsIn(const std::string& listing, const std::vector<std::string>& names = {"one", "two"}) {
         const BoardCommand command("ps", "cat <<END\n" + listing + "\nEND");
         Pids pids = getPids(names);

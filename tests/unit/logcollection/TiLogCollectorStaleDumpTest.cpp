@@ -1,4 +1,4 @@
-// A dump that was there before the process was signalled: an earlier one, until it changes.
+// A dump that existed before the process was signalled. It counts as stale until it changes.
 
 #include <chrono>
 #include <filesystem>
@@ -36,7 +36,7 @@ protected:
         writeFile("/tmp/fresh", fresh);
     }
 
-    /// What a collection keeps of the proxy, which reports nothing.
+    /// The dump that a collection keeps of the proxy. The collection must report nothing.
     static std::string collected() {
         std::string text;
         EXPECT_EQ(printedBy([&] {

@@ -1,4 +1,4 @@
-// The dumps of the stack's processes: asked for by a signal, awaited, kept.
+// The dumps of the stack's processes: requested by a signal, awaited, and kept.
 
 #include <chrono>
 #include <filesystem>
@@ -42,7 +42,7 @@ protected:
         return printedBy([&] { collector->collectLogs(printRequested); });
     }
 
-    /// What the console shows of what was collected.
+    /// The console output for the collected dumps.
     std::string shown() {
         return printedBy([&] { collector->printOnConsole(); }).out;
     }

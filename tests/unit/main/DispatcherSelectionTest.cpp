@@ -16,7 +16,7 @@ namespace Configuration = Korvel::Configuration;
 
 namespace {
 
-/// The instances that are selected behind these values of the option, and what was printed meanwhile.
+/// The instances that are selected after these values of the option, and the output.
 std::string selectedBy(const std::vector<std::string>& types, bool verbose = false) {
     return returnedByChild([&] {
         Korvel::setVerboseMode(verbose);

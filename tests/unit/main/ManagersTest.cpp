@@ -19,7 +19,7 @@ protected:
     RegisterManagers() { Korvel::registerManagers(); }
     void TearDown() override { Korvel::managers.clear(); }
 
-    /// The names of the managers that claim this command line.
+    /// The names of the managers that detect this command line.
     static Words claimants(const Words& words) {
         ArgumentVector vector(words);
         Words names;

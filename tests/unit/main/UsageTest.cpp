@@ -1,4 +1,4 @@
-// The help text of the whole program, of which each manager prints its block.
+// The help text of the whole program. Each manager prints its block.
 
 #include <string>
 

@@ -1,4 +1,4 @@
-// The client's socket: how it comes to be, and how it goes.
+// The client's socket: how it is opened and closed.
 
 #include <filesystem>
 #include <memory>
@@ -43,7 +43,7 @@ protected:
         return done;
     }
 
-    /// A failed connect() leaves nothing that could be closed.
+    /// After a failed connect() there is nothing to close.
     void expectNotConnected() {
         EXPECT_TRUE(close());
         EXPECT_EQ(printed, (Printed{.err = "Client Socket not connected\n"}));

@@ -40,7 +40,7 @@ void NetFPMasterComFixture::masterSends(const std::vector<std::string>& datagram
     master.answers([datagrams](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         for (const std::string& datagram : datagrams) {
             while (!reply(datagram)) {
-                std::this_thread::yield();  // until the client has made room
+                std::this_thread::yield();  // until the client has read
             }
         }
     });

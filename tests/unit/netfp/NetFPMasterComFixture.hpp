@@ -10,14 +10,14 @@
 #include "Printed.hpp"
 #include "ScriptedPeer.hpp"
 
-/// A connected client of a NetFP master that the test scripts. Quiet, and with a time-out that no test
-/// lives to see, unless the test says otherwise.
+/// A connected client of a scripted NetFP master. By default it is not verbose, and its time-out is longer
+/// than any test.
 class NetFPMasterComFixture : public testing::Test {
 protected:
     static constexpr std::uint32_t getSwitchPort = 4;  ///< message types
     static constexpr std::uint32_t setPortMirroring = 14;
 
-    /// What a question for a port led to.
+    /// The result of a request for a port.
     struct Asked {
         int port = 0;
         Printed printed;
@@ -34,10 +34,10 @@ protected:
     Asked ask(const std::string& interfaceName = "eth1");
 
     ScriptedPeer master = ScriptedPeer::atPath("/tmp/NetfpMaster");
-    const std::uint32_t id = nextIdentifier();  ///< of the client's first request
+    const std::uint32_t id = nextIdentifier();  ///< identifier of the client's first request
     Korvel::NetFPMasterCom client;
 
 private:
-    /// What the next client will take from the C library's generator.
+    /// The next number of the C library's generator.
     static std::uint32_t nextIdentifier();
 };

@@ -1,4 +1,4 @@
-// What a client of the NetFP master sends, and what it makes of the response.
+// The requests of a client of the NetFP master, and its handling of the responses.
 
 #include "NetFPMasterComFixture.hpp"
 #include "NetfpMasterWire.hpp"
@@ -19,7 +19,7 @@ protected:
         return done;
     }
 
-    /// Sends a request of the caller's own and has `callback` judge the response.
+    /// Sends a request of the caller. `callback` checks the response.
     bool exchange(NetfpMaster_Request& request, NetFPMasterCom::ResponseCallback callback) {
         bool accepted = false;
         printed = printedBy(

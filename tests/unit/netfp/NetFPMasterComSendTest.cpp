@@ -1,4 +1,4 @@
-// A NetFP master that requests cannot be sent to.
+// A NetFP master that cannot receive requests.
 
 #include <unistd.h>
 
@@ -13,7 +13,7 @@ namespace {
 
 class NetFPMasterComSendTest : public NetFPMasterComFixture {
 protected:
-    /// Lets the client look for its master at another path.
+    /// Gives the client another path of its master.
     static void givenMasterPath(const std::string& path) { NetFPMasterCom::setMasterSocketPath(path); }
 };
 

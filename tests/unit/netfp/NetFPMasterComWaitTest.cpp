@@ -1,4 +1,4 @@
-// The wait for the NetFP master's response: what ends it, and what does not.
+// The wait for the NetFP master's response: the events that end it, and those that do not.
 
 #include <atomic>
 #include <chrono>
@@ -171,7 +171,7 @@ TEST_F(NetFPMasterComWaitTest, ReadsTheFirst272BytesOfALongerDatagram) {
 }
 
 TEST_F(NetFPMasterComWaitTest, IsNotShortenedByStaleEmptyAndShortDatagrams) {
-    // A tenth of a second for each would use the time up twice.
+    // A tenth of a second for each would take twice the time-out.
     NetFPMasterCom::setTimeout(50);
     std::vector<std::string> datagrams;
     for (int i = 0; i < 34; ++i) {

@@ -1,4 +1,4 @@
-// The exchange with the NetFP master on a descriptor of the caller's.
+// The exchange with the NetFP master on the caller's descriptor.
 
 #include <chrono>
 #include <cstring>
@@ -51,7 +51,7 @@ protected:
 
     bool receive(int retries = longerThanAnyTest) { return receiveInto(&response, retries); }
 
-    /// Connects, and sends a request that the master answers with these datagrams.
+    /// Connects and sends a request. The master answers with these datagrams.
     void givenAnswers(std::vector<std::string> datagrams) {
         master.answers([datagrams = std::move(datagrams)](const std::string& /*request*/,
                                                           const ScriptedPeer::Reply& reply) {

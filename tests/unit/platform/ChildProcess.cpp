@@ -9,8 +9,8 @@
 
 ChildProcess::ChildProcess(const std::function<bool()>& work) : pid(::fork()) {
     if (pid == 0) {
-        ::setpgid(0, 0);  // the kernel hangs up on a group with a stopped member whose shell goes away
-        // What is thrown must not reach the test program's loop, which would go on in the child.
+        ::setpgid(0, 0);  // the kernel sends SIGHUP to an orphaned process group with a stopped member
+        // An exception must not reach the test program's loop, which would continue in the child.
         const auto confined = [&work]() noexcept { return work(); };
         ::_exit(confined() ? EXIT_SUCCESS : EXIT_FAILURE);
     }

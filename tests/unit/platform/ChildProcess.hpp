@@ -4,8 +4,8 @@
 
 #include <sys/types.h>
 
-/// A forked child of the test that does some work of its own and ends without running the test's exit
-/// code. What is still alive at the end is killed.
+/// A forked child of the test. It does its work and ends without the test's exit code. The destructor kills a
+/// running child.
 class ChildProcess {
 public:
     /// The child's exit status is 0 when `work` returns true, and 1 when it returns false.
@@ -17,11 +17,11 @@ public:
     ChildProcess& operator=(ChildProcess&&) = delete;
 
     void send(int signal) const;
-    /// Waits for the child to end: true when it was by an exit with status 0.
+    /// Waits until the child ends. True if it exits with status 0.
     bool succeeds();
-    /// Waits for the child to end: true when it was by `signal`.
+    /// Waits until the child ends. True if `signal` ended it.
     bool endsBy(int signal);
-    /// Waits for the child to stop, or to end: true when it stopped.
+    /// Waits until the child stops or ends. True if it stopped.
     bool stops();
 
 private:

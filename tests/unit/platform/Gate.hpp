@@ -2,17 +2,17 @@
 
 #include "UniqueFd.hpp"
 
-/// Holds up forked processes until the test lets them all go at once, or ends. Every process that is
-/// forked while the gate is there either passes it or ends.
+/// Blocks forked processes until the test opens the gate for all of them. Processes that are forked while the
+/// gate exists either pass it or end with the test.
 class Gate {
 public:
     Gate();
 
-    /// In a child: waits until the gate is open in all other processes.
+    /// Called in a child. Waits until the gate is open in all other processes.
     void pass();
     void open() { held = {}; }
 
 private:
     Base::UniqueFd waiting;
-    Base::UniqueFd held;  ///< the gate is open when no process has this any more
+    Base::UniqueFd held;  ///< the gate is open when no process holds this
 };

@@ -1,4 +1,4 @@
-// Signals of the program that interrupt a call of the libraries, at each of the calls that they make.
+// Signals that interrupt the libraries at each of their system calls.
 
 #include <filesystem>
 #include <fstream>
@@ -20,8 +20,8 @@ constexpr const char* logMemory = "/dev/shm/interrupted_log";
 
 struct Interrupted {
     const char* name;
-    const char* fault;      ///< as strace takes it
-    const char* path = "";  ///< of the file concerned; empty for any
+    const char* fault;      ///< in the format of strace
+    const char* path = "";  ///< path of the file; empty for any
 };
 
 std::ostream& operator<<(std::ostream& stream, const Interrupted& interrupted) {

@@ -8,12 +8,12 @@
 
 #include "SmLog.hpp"
 
-/// A log under a name of the test's own, gone when the test is.
+/// A log with the test's own name. The test removes it at its end.
 class LogFixture : public testing::Test {
 protected:
     static constexpr unsigned wholeLog = 2U << 20;  ///< bytes of a buffer that holds all that a log keeps
 
-    /// What one read gave.
+    /// The result of a read.
     struct Reading {
         std::string text;
         unsigned end;
@@ -22,15 +22,15 @@ protected:
     LogFixture();
     void TearDown() override;
 
-    /// This process's client, which must be there.
+    /// This process's client. It must exist.
     SmLog& client() const;
 
     Reading read(unsigned start, unsigned size = wholeLog) const;
-    /// The texts, without time, level and tag, of all entries that are kept.
+    /// The texts of all entries in the log, without time, level and tag.
     std::vector<std::string> keptTexts() const;
     void writeNumbered(int first, int count) const;
 
-    /// Has the log begin as if `written` bytes had been written and dropped. Before anybody uses it.
+    /// Starts the log as if `written` bytes had been written and dropped. Must be the first use of the log.
     void beginAfter(std::uint64_t written) const;
 
     /// The texts of the entries in `log`, without time, level and tag.

@@ -29,8 +29,8 @@ protected:
         return static_cast<std::byte*>(address);
     }
 
-    /// Whether the translation fails, and leaves the pointer as it was, in a process for which `resource`
-    /// ends at `limit`.
+    /// True if the translation fails and does not change the pointer in a process with this limit of
+    /// `resource`.
     bool failsUnder(decltype(RLIMIT_NOFILE) resource, rlim_t limit) {
         ChildProcess limited([this, resource, limit] {
             std::signal(SIGXFSZ, SIG_IGN);

@@ -1,4 +1,4 @@
-// A writer that dies or stops inside its operation, with the lock held.
+// A writer that dies or stops during its operation while it holds the lock.
 
 #include <chrono>
 #include <csignal>
@@ -23,7 +23,7 @@ using testing::ElementsAre;
 
 class SmLogBrokenWriterTest : public LogFixture {
 protected:
-    /// A process's work: to append a line while copying of which it is sent `signal`.
+    /// The work of a process: it appends a line and gets `signal` while it copies the line.
     std::function<bool()> appendingUnder(int signal) const {
         return [this, signal] {
             const TrapLine trap(lineLength, signal);

@@ -1,4 +1,4 @@
-// Any number of processes and threads write and read one log at once.
+// Many processes and threads write and read one log at the same time.
 
 #include <chrono>
 #include <functional>
@@ -37,8 +37,8 @@ protected:
         return "writer " + std::to_string(writer) + " entry " + std::to_string(number) + " " + padding;
     }
 
-    /// True when `texts` are entries of writeAs(), and each writer's are complete and in their order: from
-    /// its first on, or from the first that is still there when the log was overwritten.
+    /// True if `texts` are entries of writeAs(), and the entries of each writer are complete and in order.
+    /// They start with the first entry, or if the log was overwritten, with the first remaining one.
     static bool areComplete(const std::vector<std::string>& texts, bool overwritten = false) {
         std::map<int, int> next;
         for (const std::string& text : texts) {
@@ -56,7 +56,7 @@ protected:
         return true;
     }
 
-    /// Follows the log until `count` entries have been seen, and returns their texts.
+    /// Follows the log until it has read `count` entries. Returns their texts.
     std::vector<std::string> follow(std::size_t count) const {
         std::vector<std::string> texts;
         for (unsigned position = 0; texts.size() < count;) {
@@ -155,7 +155,7 @@ TEST_F(SmLogCrowdTest, IsCreatedOnceByManyProcessesAtOnce) {
             EXPECT_TRUE(process.succeeds());
         }
 
-        ChildProcess reader([this] {  // a child, so that the next round begins without a client again
+        ChildProcess reader([this] {  // in a child, so that the next round starts without a client
             const std::vector<std::string> kept = keptTexts();
             return kept.size() == openers && areComplete(kept);
         });

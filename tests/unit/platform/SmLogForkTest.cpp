@@ -1,4 +1,4 @@
-// A child has its parent's client, and is as good a user of the log as any other process.
+// A child inherits its parent's client and can use the log like any other process.
 
 #include <atomic>
 #include <csignal>
@@ -22,10 +22,10 @@ namespace {
 
 class SmLogForkTest : public LogFixture {
 protected:
-    /// The descriptor by which this process's client takes the log's lock, or -1.
+    /// The descriptor that this process's client uses for the log's lock, or -1.
     int clientDescriptor() const {
         for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-            std::error_code closed;  // the iterator's own descriptor, by now
+            std::error_code closed;  // the iterator's own descriptor, closed meanwhile
             if (std::filesystem::read_symlink(entry, closed) == path) {
                 return std::stoi(entry.path().filename());
             }

@@ -1,4 +1,4 @@
-// What lies below /dev/shm is within everybody's reach: whatever is found there does no harm.
+// Everybody can write below /dev/shm. No file there may do harm.
 
 #include <csignal>
 #include <cstdint>

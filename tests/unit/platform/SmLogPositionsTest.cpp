@@ -135,7 +135,7 @@ TEST_F(SmLogPositionsTest, ReportsAnOverlapAcrossTheWrap) {
     EXPECT_TRUE(late.text == read(0).text);
 }
 
-/// However the end of an entry lies to the wrap.
+/// For every distance between the end of an entry and the wrap.
 class WrapDistanceTest : public SmLogPositionsTest, public testing::WithParamInterface<int> {};
 
 TEST_P(WrapDistanceTest, NeverReturnsPositionZeroOrTheSameTwice) {

@@ -119,7 +119,8 @@ TEST_F(SmLogTest, ReturnsAllEntriesInOneReadOfTwoMebibytes) {
 }
 
 TEST_F(SmLogTest, KeepsItsEntriesWhole) {
-    // Lengths that share no factor with the ring's, so that lines lie across its edge everywhere.
+    // Lengths without a common factor with the ring's length, so that each part of a line crosses the ring's
+    // edge once.
     const std::string filler(LogRing::maxEntry, 'f');
     for (int i = 0; i < 5000; ++i) {
         client().write(0, "Test", "%d %.*s", i, i * 37 % 4000, filler.c_str());

@@ -2,12 +2,12 @@
 
 #include <string_view>
 
-/// A log line in memory whose second half cannot be read: copying it into a log raises a signal of the
-/// test's choice in the middle of the copying, with the log's lock held. A process that goes on after the
-/// signal copies the rest. One at a time in a process, for as long as it lives.
+/// A log line in memory whose second half is unreadable. Copying it into a log raises a signal of the test's
+/// choice in the middle, while the log is locked. A process that survives the signal copies the rest. Only
+/// one at a time in a process.
 class TrapLine {
 public:
-    /// A line of `length` bytes, the last one a line end.
+    /// A line of `length` bytes, line end included.
     TrapLine(std::size_t length, int signal);
 
     std::string_view line() const { return text; }

@@ -1,5 +1,5 @@
-// stand_in_probe LOG: uses each of the stand-in libraries once, through their interfaces alone, and prints
-// what they gave.
+// stand_in_probe LOG: uses each of the stand-in libraries once, only through their interfaces, and prints the
+// results.
 
 #include <array>
 #include <iostream>

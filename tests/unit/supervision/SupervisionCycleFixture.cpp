@@ -27,7 +27,7 @@ int SupervisionCycleFixture::cycle(const std::vector<std::string>& datagrams) {
     return cycleWhere([datagrams](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         for (const std::string& datagram : datagrams) {
             while (!reply(datagram)) {
-                std::this_thread::yield();  // until the supervision has made room
+                std::this_thread::yield();  // until the supervision has read
             }
         }
     });

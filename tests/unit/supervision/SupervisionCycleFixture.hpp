@@ -7,29 +7,30 @@
 #include "ScriptedPeer.hpp"
 #include "SupervisionMgrFixture.hpp"
 
-/// One cycle of a supervision that has begun. Whatever is to come in it, netfp_proxy sends: the supervision
-/// tells its peers apart by what their answers say, and so the order is the test's.
+/// One cycle of an opened supervision. netfp_proxy sends all datagrams of the cycle, so the test decides
+/// their order. The supervision identifies its peers only by the content of the answers.
 class SupervisionCycleFixture : public SupervisionMgrFixture {
 protected:
     static constexpr int healthy = 0;
     static constexpr int timedOut = 1;
     static constexpr int stop = 2;
 
-    /// A dispatcher's number before the first cycle, which stays as the cycles here are made of single steps.
+    /// A dispatcher's number before the first cycle. It does not change, because the cycles here consist of
+    /// single steps.
     static constexpr std::uint32_t dispatcherSequence = 0;
 
     /// Opens the supervision of these instances and of netfp_proxy.
     void supervise(std::initializer_list<Korvel::Configuration::DispatcherInstance> instances);
 
-    // The answers that are due in the next cycle.
+    // The expected answers of the next cycle.
     static std::string iwfAnswer(std::uint32_t status = 0);
     static std::string sfnAnswer(std::uint32_t status = 0);
     std::string proxyAnswer(std::uint32_t status = 0) const;
 
-    /// A cycle in which these datagrams come, in this order. What it returned.
+    /// Runs a cycle that receives these datagrams in this order. Returns its result.
     int cycle(const std::vector<std::string>& datagrams);
 
-    /// A cycle in which netfp_proxy does this.
+    /// Runs a cycle in which netfp_proxy does this.
     int cycleWhere(ScriptedPeer::Answer answer);
 
     std::uint32_t proxySequence = 101;  ///< netfp_proxy's number in the next cycle

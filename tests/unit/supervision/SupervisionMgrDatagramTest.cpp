@@ -1,4 +1,4 @@
-// What the supervision makes of datagrams that are no answers, or odd ones.
+// How the supervision handles unusual answers and other datagrams.
 
 #include <filesystem>
 
@@ -9,7 +9,7 @@ namespace {
 
 class SupervisionMgrDatagramTest : public SupervisionCycleFixture {
 protected:
-    /// A cycle in which `oddity` comes before all that is right.
+    /// Runs a cycle in which `oddity` arrives before the right answers.
     int cycleWith(const std::string& oddity) {
         return cycle({oddity, iwfAnswer(), sfnAnswer(), proxyAnswer()});
     }
@@ -98,7 +98,7 @@ TEST_F(SupervisionMgrDatagramTest, ReadsTheFirst24BytesOfALongerDatagram) {
 }
 
 TEST_F(SupervisionMgrDatagramTest, FindsTheAnswersAfterAThousandForeignDatagrams) {
-    std::filesystem::remove("/dev/log");  // it would not keep that many records
+    std::filesystem::remove("/dev/log");  // the system log cannot hold that many records
     supervise({iwf, sfn});
     std::vector<std::string> datagrams;
     std::vector<std::string> records;

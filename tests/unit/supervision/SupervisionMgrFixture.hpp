@@ -12,7 +12,7 @@
 #include "SupervisionMgr.hpp"
 #include "SystemLog.hpp"
 
-/// A supervision that has not begun, and both logs that it writes to.
+/// A supervision before its start, and both of its logs.
 class SupervisionMgrFixture : public testing::Test {
 protected:
     static constexpr auto iwf = Korvel::Configuration::IWF;
@@ -27,7 +27,7 @@ protected:
     static constexpr std::uint32_t proxyRequest = 17;
     static constexpr std::uint32_t proxyResponse = 18;
 
-    /// What is logged, as each of the logs shows it.
+    /// A message as each log shows it.
     struct Record {
         std::string inSharedMemory;
         std::string inSystemLog;
@@ -41,13 +41,13 @@ protected:
     /// Runs the supervision to its end.
     bool run();
 
-    /// Exactly this was logged, in both places. The system log keeps ten records.
+    /// Checks that both logs have exactly these messages. The system log holds ten records.
     void expectLogged(const std::vector<Record>& records);
 
-    /// What stands in the shared-memory log.
+    /// The entries of the shared-memory log.
     static std::vector<std::string> sharedMemoryLog();
 
     Korvel::SupervisionMgr manager;
     SystemLog systemLog;
-    Printed printed;  ///< by run()
+    Printed printed;  ///< set by run()
 };

@@ -1,4 +1,4 @@
-// Whole cycles: what is asked of each peer, and when the next cycle comes.
+// Whole cycles: the requests to each peer, and the start of the next cycle.
 
 #include <chrono>
 
@@ -31,7 +31,7 @@ protected:
         return netlinkMessage(sequence, proxyPort, statusPayload(proxyResponse, status));
     }
 
-    /// The peer sends these datagrams when it is asked with this number, and nothing otherwise.
+    /// The peer answers requests with this number with these datagrams, and no others.
     static void answers(ScriptedPeer& peer, std::uint32_t sequence,
                         const std::vector<std::string>& datagrams) {
         peer.answers([=](const std::string& request, const ScriptedPeer::Reply& reply) {

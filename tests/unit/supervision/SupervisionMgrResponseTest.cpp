@@ -1,4 +1,4 @@
-// What the supervision makes of the answers of one cycle.
+// How the supervision handles the answers of one cycle.
 
 #include "NetlinkWire.hpp"
 #include "SupervisionCycleFixture.hpp"

@@ -1,4 +1,4 @@
-// How the supervision begins, and how it ends before it has begun.
+// The start of the supervision, and its end before the first cycle.
 
 #include <system_error>
 
@@ -22,7 +22,7 @@ protected:
         return success;
     }
 
-    /// A server where the supervision's own socket would be; throws where the supervision has it.
+    /// A server at the port of the supervision's own socket. Throws if the supervision has that port.
     static ScriptedPeer atOwnPort() {
         return ScriptedPeer::atNetlinkPort(static_cast<std::uint32_t>(::getpid()));
     }

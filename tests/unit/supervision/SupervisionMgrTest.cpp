@@ -1,4 +1,4 @@
-// What the driver asks of the supervision, and its logging.
+// The supervision as a request manager, and its logging.
 
 #include <csignal>
 #include <filesystem>

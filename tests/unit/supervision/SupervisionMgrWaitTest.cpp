@@ -1,4 +1,4 @@
-// The wait for the answers of one cycle: what ends it before they are all there, and what does not.
+// The wait for the answers of one cycle: the events that end it early, and those that do not.
 
 #include <chrono>
 #include <thread>
@@ -14,14 +14,14 @@ namespace {
 
 class SupervisionMgrWaitTest : public SupervisionCycleFixture {
 protected:
-    /// A cycle in which these datagrams come while a system call fails.
+    /// Runs a cycle that receives these datagrams while a system call fails.
     int cycleFailing(const FailingCall& failing, const std::vector<std::string>& datagrams) {
         int result = -1;
         runFailing(failing, [&] { result = cycle(datagrams); });
         return result;
     }
 
-    /// Nothing on the console; the reason and what had come by then in the logs.
+    /// Checks that the console is empty and that the logs have the reason and the received answers.
     void expectAbandoned(const std::string& reason, const std::string& statusLine) {
         EXPECT_EQ(printed, Printed{});
         expectLogged({error(reason), information(statusLine)});

@@ -1,4 +1,4 @@
-// System calls that fail under a receive, and a transport that has no log to report to.
+// System calls that fail during a receive, and a transport without a log.
 
 #include <array>
 
@@ -17,7 +17,7 @@ protected:
         return from.receive(buffer.data(), static_cast<unsigned>(buffer.size()), 0ms, sequence);
     }
 
-    /// The report of a receive during which the kernel refuses `call`, with a datagram there.
+    /// The report of a receive while the kernel refuses `call`. A datagram is in the queue.
     Reports reportsUnder(const FailingCall& call) {
         EXPECT_TRUE(helper.open());
         arrives(netlinkMessage(7, ownPort(), "abc"));
@@ -56,7 +56,7 @@ TEST_F(NetlinkHelperFailureTest, ReportsAFailedReceive) {
 }
 
 TEST_F(NetlinkHelperFailureTest, ReportsAReceiveOfNothingAsTheEndOfTheConnection) {
-    constexpr int none = 0;  // the call then gives 0 and does nothing
+    constexpr int none = 0;  // the call then returns 0 and does nothing
 
     EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = none}),
               reported("Connection closed unexpectedly"));

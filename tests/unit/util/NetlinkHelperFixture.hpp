@@ -13,19 +13,19 @@
 #include "SmLog.hpp"
 #include "UniqueFd.hpp"
 
-inline constexpr unsigned peerPort = 110;  ///< port id of the peer that tests play
+inline constexpr unsigned peerPort = 110;  ///< port id of the peer that the test plays
 inline constexpr unsigned untouched = 0xdeadbeef;
 inline constexpr std::chrono::hours longerThanAnyTest{1};
 
-/// A transport that reports to a shared-memory log, not open yet.
+/// A transport with a shared-memory log. It is not open yet.
 class NetlinkHelperFixture : public testing::Test {
 protected:
     using Reports = std::vector<std::string>;
 
-    /// What the transport reported since the last call.
+    /// The reports of the transport since the last call.
     Reports reports();
 
-    /// The one report with this text.
+    /// A single report with this text.
     static Reports reported(const std::string& text) { return {"0 NetlinkHelper: " + text}; }
 
     bool send(std::string_view payload, unsigned destination, unsigned sequence = 0) {
@@ -35,10 +35,10 @@ protected:
     /// This process's port id, which the transport binds.
     static unsigned ownPort();
 
-    /// A socket bound to this port id that nobody reads; empty with errno set where that cannot be had.
+    /// A socket with this port id that nobody reads. If it cannot be opened, it is empty and errno is set.
     static Base::UniqueFd socketAt(unsigned portId);
 
-    /// Has these bytes lie in the queue of the socket at this process's port id.
+    /// Puts these bytes into the queue of the socket with this process's port id.
     void arrives(std::string_view datagram) const;
 
     SmLog* log = SmLog::getClientInstance("dispatcher_log_memory", 3);

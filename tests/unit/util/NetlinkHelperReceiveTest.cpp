@@ -1,4 +1,4 @@
-// What the transport makes of a datagram that has come.
+// How the transport handles a received datagram.
 
 #include <optional>
 
@@ -11,10 +11,10 @@ using Util::NetlinkHelper;
 
 namespace {
 
-/// What a receive() led to.
+/// The result of a receive().
 struct Received {
     int result = 0;
-    std::string buffer = {};  ///< as far as it was written
+    std::string buffer = {};  ///< the bytes that were stored
     unsigned sequence = untouched;
 
     bool operator==(const Received&) const = default;
@@ -28,7 +28,7 @@ class NetlinkHelperReceiveTest : public NetlinkHelperFixture {
 protected:
     void SetUp() override { ASSERT_TRUE(helper.open()); }
 
-    /// Takes what has arrived already.
+    /// Reads a datagram that has already arrived.
     Received receive(unsigned expected) {
         constexpr char blank = '\x5a';
         std::string buffer(5000, blank);

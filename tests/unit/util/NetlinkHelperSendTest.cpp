@@ -1,4 +1,4 @@
-// What the transport puts on the wire, and whom it cannot send to.
+// The datagrams that the transport sends, and peers that cannot receive them.
 
 #include <array>
 #include <chrono>
@@ -19,7 +19,7 @@ class NetlinkHelperSendTest : public NetlinkHelperFixture {
 protected:
     void SetUp() override { ASSERT_TRUE(helper.open()); }
 
-    /// As the peer should receive it.
+    /// The datagram that the peer must receive.
     static std::string message(std::string_view payload, unsigned sequence = 0) {
         return netlinkMessage(sequence, ownPort(), payload);
     }
@@ -108,7 +108,7 @@ TEST_F(NetlinkHelperSendTest, ReportsThatNobodyIsAtThePortId) {
 
 TEST_F(NetlinkHelperSendTest, GivesUpOnAPeerThatNeverReadsAfterASecond) {
     constexpr unsigned deafPort = 120;
-    constexpr auto aboutASecond = 950ms;  // less what a coarse clock may cut off
+    constexpr auto aboutASecond = 950ms;  // minus the error of a coarse clock
     const Base::UniqueFd deaf = socketAt(deafPort);
     const std::string payload(4096, 'p');
 

@@ -1,4 +1,4 @@
-// The transport's wait for a datagram: what ends it, and what does not.
+// The transport's wait for a datagram: the events that end it, and those that do not.
 
 #include <array>
 #include <chrono>

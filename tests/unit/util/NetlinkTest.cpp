@@ -19,7 +19,7 @@ class NetlinkTest : public NetlinkHelperFixture {
 protected:
     void SetUp() override { ASSERT_TRUE(channel.open()); }
 
-    /// Receives what has arrived already.
+    /// Receives a response that has already arrived.
     bool receive() { return channel.receive(response, 0ms, sequence); }
 
     ScriptedPeer proxy = ScriptedPeer::atNetlinkPort(proxyPort);

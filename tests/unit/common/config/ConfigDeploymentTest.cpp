@@ -3,7 +3,7 @@
 #include "ConfigFixture.hpp"
 #include "TestFiles.hpp"
 
-// What kind of deployment the board is, and which dispatcher instances it runs by default.
+// The deployment of the board, and the dispatcher instances that it runs by default.
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "ConfigFixture.hpp"
 
-// What each key of the configuration file decides.
+// The meaning of each key of the configuration file.
 
 namespace {
 

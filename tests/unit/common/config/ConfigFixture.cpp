@@ -10,7 +10,7 @@
 
 namespace {
 
-/// How a record begins, by level: the user facility's priority, the time, the program.
+/// The start of a record by level: the user facility's priority, the time, the program.
 constexpr std::array<std::pair<std::string_view, std::string_view>, 4> beginnings{{
     {"<11>TIME ", "error"},
     {"<12>TIME ", "warning"},

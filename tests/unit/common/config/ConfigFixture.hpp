@@ -9,7 +9,7 @@
 #include "OutputCapture.hpp"
 #include "SystemLog.hpp"
 
-/// A board whose files a test lays down, and its system log. In verbose mode.
+/// A board with files from the test, and its system log. In verbose mode.
 class ConfigFixture : public testing::Test {
 protected:
     static constexpr const char* configurationFile = "/rom/private/fpdispatcher.conf";
@@ -19,13 +19,13 @@ protected:
 
     /// The board's configuration with `text` in its file.
     static Config configOf(const std::string& text);
-    /// The board's configuration with the file that is there, or without one.
+    /// The board's configuration with the existing file or without one.
     static Config config();
 
     static void secureTheBoard();
     static void failTheQueryForASecuredBoard();
 
-    /// What this program logged since the last call, each as "LEVEL: TEXT".
+    /// The records of this program since the last call, each as "LEVEL: TEXT".
     std::vector<std::string> records();
 
 private:

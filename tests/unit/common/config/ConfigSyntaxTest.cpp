@@ -6,7 +6,7 @@
 #include "TestFiles.hpp"
 #include "VerboseMode.hpp"
 
-// How the lines of the configuration file are read, and what is logged about them.
+// How the lines of the configuration file are parsed, and the records about them.
 
 namespace {
 
@@ -16,7 +16,7 @@ constexpr const char* opening = "information: Opening '/rom/private/fpdispatcher
 
 class ConfigSyntax : public ConfigFixture {
 protected:
-    /// What is logged about the one line of a file.
+    /// The records about a file with this one line.
     Records recordsOf(const std::string& line) {
         configOf(line + "\n");
         Records all = records();

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// Keeps everything that it does not have to override.
+/// Overrides only the pure virtual functions.
 class IdleManager final : public Korvel::IManager {
 public:
     explicit IdleManager(bool& destroyedFlag) : IManager("Idle"), destroyed(destroyedFlag) {}

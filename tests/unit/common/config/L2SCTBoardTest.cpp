@@ -40,10 +40,10 @@ TEST_F(L2SCTBoard, HasAMaskOfCpus1To3) {
     EXPECT_EQ(getIsolatedCpuMask(), 14U);
 }
 
-/// The same board where the pipe to its command line cannot be opened, for want of a child to write to it.
+/// The same board, but the pipe to its command line cannot be opened because no child can be started.
 class L2SCTBoardWithoutPipe : public testing::Test {
 protected:
-    /// The mask as it is asked for twice; `which` of the children cannot be started, as for strace's "when".
+    /// The masks of two queries. `which` selects the children that cannot be started, as in strace's "when".
     static std::string masksWithoutChild(const std::string& which) {
         const Outcome outcome =
             probeInjected({.faults = {"clone,clone3,?vfork,?fork:error=EAGAIN:when=" + which}},

@@ -18,7 +18,7 @@ namespace {
 
 constexpr const char* bufferedPath = "/tmp/output";
 
-/// A stream whose output lands in a file.
+/// A stream that writes to a file.
 class BufferedFile : public testing::Test {
 protected:
     Base::UniqueFd file{::open(bufferedPath, O_WRONLY | O_CREAT | O_CLOEXEC, 0644)};
@@ -65,7 +65,7 @@ TEST(BufferedDevice, FailsTheStreamAndReportsTheReason) {
     EXPECT_FALSE(stream);
 }
 
-/// A stream into a pipe that is full long before its reader begins.
+/// A stream to a pipe that is full before its reader starts.
 class SlowPipe : public testing::Test {
 protected:
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> reader{::popen("sleep 0.2; cat > /tmp/output", "we"),

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* pathToRead = "/tmp/input";
 
-/// Every byte of a file of `size` bytes; no two pieces of it are alike.
+/// The content of a file of `size` bytes without equal parts.
 std::string patternOf(std::size_t size) {
     std::string pattern;
     while (pattern.size() < size) {
@@ -27,7 +27,7 @@ std::string patternOf(std::size_t size) {
     return pattern;
 }
 
-/// The content of a file that is whole.
+/// The content of a file that is read completely.
 std::string wholeContentOf(const std::string& path) {
     std::string content;
     return readFile(path, content).isWhole() ? content : "not whole";

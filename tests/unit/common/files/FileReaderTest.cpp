@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* fileToRead = "/tmp/file";
 
-/// A small file, and what is reported about it.
+/// A small file, and the errors about it.
 class FileReader : public testing::Test {
 protected:
     void TearDown() override {

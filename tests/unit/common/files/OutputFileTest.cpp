@@ -136,7 +136,7 @@ TEST_F(WriteDumpFile, ContinuesAfterAShortWriteAndReportsTheNextFailure) {
     EXPECT_EQ(console.err(), "Error while writing /tmp/dump.log: File too large\n");
 }
 
-/// The same in a process whose system calls on the file fail.
+/// The same in a process with failing system calls on the file.
 class WriteDumpFileUnderFaults : public testing::Test {
 protected:
     static Outcome writeUnder(const std::string& fault) {
@@ -164,7 +164,7 @@ TEST_F(WriteDumpFileUnderFaults, ReportsAWriteThatMakesNoProgress) {
 }
 
 TEST_F(WriteDumpFileUnderFaults, ReportsAFailedCloseAsAFailedWrite) {
-    // The first close is that of the descriptor that the way to the file was found by.
+    // The first close is of the descriptor that was used to find the file.
     const Outcome outcome = writeUnder("close:error=EDQUOT:when=2");
 
     EXPECT_EQ(outcome.out, "false\n");

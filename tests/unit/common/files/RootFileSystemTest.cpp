@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// On the board of a test, /rom is a folder of the root file system, and /tmp a disk of its own.
+// On the board of a test, /rom is a folder of the root file system, and /tmp is a separate disk.
 
 TEST(LiesOnRootFileSystem, DistinguishesTheRootFileSystemFromOthers) {
     EXPECT_TRUE(liesOnRootFileSystem("/"));

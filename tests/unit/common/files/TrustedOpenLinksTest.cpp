@@ -14,14 +14,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A folder /tmp/folder with a file `target`, and links that a test lays.
+/// A folder /tmp/folder with a file `target`, and links that the test creates.
 class OpenTrustedLinks : public testing::Test {
 protected:
     OpenTrustedLinks() { writeFile("/tmp/folder/target", "content"); }
 
     static void link(const std::string& path, const std::string& target) { fs::create_symlink(target, path); }
 
-    /// The file that a path leads to; where it leads nowhere, why.
+    /// The target of a path, or the error if it has none.
     static std::string placeBehind(const std::string& path) {
         const Base::UniqueFd file = openTrusted(path);
         return file ? fs::read_symlink("/proc/self/fd/" + std::to_string(file.get())) : std::strerror(errno);

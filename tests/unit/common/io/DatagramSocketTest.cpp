@@ -33,13 +33,13 @@ Value optionOf(const Base::UniqueFd& socket, int option) {
     return value;
 }
 
-/// What a send on the socket waits at most.
+/// The send time-out of the socket.
 std::chrono::microseconds sendLimit(const Base::UniqueFd& socket) {
     const auto limit = optionOf<timeval>(socket, SO_SNDTIMEO);
     return std::chrono::seconds(limit.tv_sec) + std::chrono::microseconds(limit.tv_usec);
 }
 
-/// A peer with a socket at /tmp/peer that reads when the test does, and a socket to send to it.
+/// A peer with a socket at /tmp/peer that reads only when the test does, and a socket to send to it.
 class DatagramSocket : public testing::Test {
 protected:
     DatagramSocket() { EXPECT_EQ(::bind(peer.get(), peerAddress(), sizeof(sockaddr_un)), 0); }
@@ -63,7 +63,7 @@ protected:
                           : std::string(buffer.data(), static_cast<std::size_t>(length));
     }
 
-    /// About a second, less what a coarse clock may cut off.
+    /// About a second, minus the error of a coarse clock.
     static constexpr auto atLeast = 950ms;
 
     Base::UniqueFd socket = openDatagramSocket(AF_UNIX);
@@ -76,7 +76,7 @@ private:
     }
 };
 
-/// A socket at /tmp/peer that datagrams arrive at.
+/// A socket at /tmp/peer that receives datagrams.
 class ReceiveDatagram : public DatagramSocket {
 protected:
     static constexpr std::size_t untouched = 4711;
@@ -88,7 +88,7 @@ protected:
                                size);
     }
 
-    /// With a datagram there.
+    /// With a datagram in the queue.
     Arrival receiveUnder(const FailingCall& call, std::chrono::milliseconds limit = 1h) {
         arrives("there");
         Arrival arrival{};

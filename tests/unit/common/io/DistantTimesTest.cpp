@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Times beyond January 2038, where the seconds of 32-bit processors end.
+/// Times after January 2038, the end of 32-bit time stamps.
 class DistantTime : public testing::Test {
 protected:
     static Outcome probeThen(std::vector<std::string> arguments) {

@@ -12,7 +12,7 @@ using Korvel::executeCommand;
 
 namespace {
 
-/// A wait status as the system would write it, for an injection.
+/// A wait status in the system's format, for an injection.
 constexpr const char* stoppedBySigstop = "7f130000";
 
 class ExecuteCommand : public testing::Test {

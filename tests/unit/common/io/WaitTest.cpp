@@ -20,7 +20,7 @@ using std::chrono::steady_clock;
 
 namespace {
 
-/// A pipe whose ends are waited for.
+/// A pipe. The tests wait for its ends.
 class PipeWait : public testing::Test {
 protected:
     PipeWait() {
@@ -161,7 +161,7 @@ TEST(Nap, LastsItsWholeTimeDespiteSignals) {
     EXPECT_GT(SignalStorm::count(), 0);
 }
 
-/// Runs until everything that was printed before the wait is out, or for ever.
+/// Runs until everything printed before the wait has arrived. Otherwise it never ends.
 void expectOutputDuringTheWait(const std::string& function, const std::string& output) {
     std::array<int, 2> silentInput{};
     ASSERT_EQ(::pipe2(silentInput.data(), O_CLOEXEC), 0);

@@ -90,7 +90,7 @@ TEST_F(Logf, SendsAgainOnceTheSystemLogHasRoom) {
     EXPECT_EQ(systemLog.records(), Records{"<11>TIME common_test: kept"});
 }
 
-/// The record alone, whatever the mode.
+/// Only the record, in any mode.
 class LogToSystem : public testing::Test {
 protected:
     static void log(int level, const char* format, ...) __attribute__((format(printf, 2, 3))) {

@@ -4,7 +4,7 @@
 
 #include "SmLog.hpp"
 
-// A log library that tells on standard output what it is asked, and whose log holds a zero byte.
+// A log library that prints its calls to standard output. Its log contains a zero byte.
 
 namespace {
 

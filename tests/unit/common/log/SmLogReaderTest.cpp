@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 constexpr unsigned wholeLog = 2U << 20;
 
-/// A shared-memory log of the board, and a place where one cannot be had.
+/// A shared-memory log of the board, and a path where none can be created.
 class ReadSmLog : public testing::Test {
 protected:
     static constexpr const char* name = "test_log";
@@ -23,7 +23,7 @@ protected:
         SmLog::getClientInstance(name, 3)->write(6, "Test", "%s", text.c_str());
     }
 
-    /// The texts of the log's entries as read, which stand behind their time, level and tag.
+    /// The texts of the log's entries, without time, level and tag.
     static std::vector<std::string> textsOf(const std::string& log) {
         constexpr std::string_view tag = " 6 Test: ";
         std::vector<std::string> texts;
@@ -76,7 +76,7 @@ TEST_F(ReadSmLog, ReturnsAnEmptyTextIfTheLogCannotBeOpened) {
     EXPECT_EQ(readSmLog(name, wholeLog, 0), "");
 }
 
-/// A log library that says what it is asked.
+/// A log library that prints its calls.
 class RecordingLibrary : public testing::Test {
 protected:
     static std::string answerTo(const std::string& size) {

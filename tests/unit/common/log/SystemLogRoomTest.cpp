@@ -42,7 +42,7 @@ TEST_F(SystemLogRoom, IsAwaitedForASecondDespiteSignals) {
 TEST_F(SystemLogRoom, IsAwaitedOnce) {
     systemLog.fill();
 
-    // A second for each of them would be more than the test is given.
+    // A second for each of them would exceed the test's time-out.
     for (int i = 0; i < 500; ++i) {
         EXPECT_FALSE(systemLogHasRoom());
     }

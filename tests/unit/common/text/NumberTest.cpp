@@ -17,7 +17,7 @@ namespace {
 
 constexpr int untouched = 4711;
 
-/// What parseUnsigned() says, and what it wrote where it wrote something.
+/// The result of parseUnsigned(), and the number if it stored one.
 struct Unsigned {
     NumberError error = NumberError::none;
     std::uint32_t value = untouched;
@@ -48,7 +48,7 @@ void expectRead(const std::vector<UnsignedCase>& cases) {
     }
 }
 
-/// In every base, with nothing written.
+/// In every base, and no number is stored.
 void expectError(NumberError error, const std::vector<std::string>& texts, const std::vector<int>& bases) {
     for (const std::string& text : texts) {
         for (const int base : bases) {

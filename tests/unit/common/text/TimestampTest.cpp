@@ -18,7 +18,7 @@ class Timestamp : public testing::Test {
 protected:
     Timestamp() { ::setenv("TZ", "BRD-05:45", 1); }
 
-    /// The texts of all seconds from the begin of the test till now, in the board's zone.
+    /// The texts of all seconds since the start of the test, in the board's time zone.
     std::vector<std::string> momentsAs(const char* format) const {
         constexpr std::time_t eastOfGreenwich = 5 * 3600 + 45 * 60;
         std::vector<std::string> texts;
