@@ -25,15 +25,16 @@ public:
     /// True if the board's /usr already contains the tree.
     bool isPartOfUsr() const { return host == "/usr" || host == "/usr/local"; }
 
-    /// What the board sees of the tree, as paths below it: everything (an empty path), or of a whole file
-    /// system only the folders of programs, libraries, commands and manual pages.
+    /// The parts of the tree that the board sees, as paths relative to the tree. An empty path is the whole
+    /// tree. If the tree is a whole file system, only the directories of programs, libraries, commands and
+    /// manual pages.
     std::vector<std::filesystem::path> folders() const;
 
-    /// The folder of the tree's programs, and that of the board's shell commands, seen from the board.
+    /// The directory of the tree's programs, and that of the board's shell commands, seen from the board.
     std::filesystem::path programsOnBoard() const { return programs.empty() ? board : board / programs; }
     std::filesystem::path commandsOnBoard() const;
 
-    /// The folder of the manual pages, seen from the board.
+    /// The directory of the manual pages, seen from the board.
     std::filesystem::path pagesOnBoard() const;
 
     std::filesystem::path programInTree() const { return programs / name; }

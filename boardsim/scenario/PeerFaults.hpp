@@ -7,10 +7,10 @@
 
 namespace Boardsim {
 
-/// The name of a peer. If it is none, throws UsageError with the valid ones.
+/// Checks the name of a peer. If the peer does not exist, throws UsageError with the valid names.
 std::string parsePeerName(const std::string& text);
 
-/// A fault out of "PEER=FAULT" or "PEER=FAULT:N". If the peer does not have it, throws UsageError with the
+/// Parses "PEER=FAULT" or "PEER=FAULT:N". If the peer does not have the fault, throws UsageError with the
 /// valid ones.
 PeerFault parsePeerFault(const std::string& text);
 
