@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Installs packages in a fresh root, upgrades them, uses them as somebody without privilege, removes them, and fails
-# where anything is left behind. As root.
+# Installs the packages in a fresh root, upgrades them, uses them without privilege and removes them. Fails if a file
+# is left behind. Needs to run as root.
 #   scripts/check-packages.sh DEB...
-# shellcheck disable=SC2016 # what stands in single quotes is for a shell in the root
+# shellcheck disable=SC2016 # the words in single quotes are for a shell in the fresh root
 set -euo pipefail
 
 names=(korvel korvel-boardsim korvel-host-platform)
 version=$(dpkg-deb --field "$1" Version)
 
 if [ "$(id -u)" -ne 0 ]; then
-    echo "A fresh root is made by root: sudo $0 $*" >&2
+    echo "Only root can make a fresh root. Type: sudo $0 $*" >&2
     exit 1
 fi
 
@@ -17,8 +17,8 @@ work=$(mktemp -d)
 root=$work/root
 trap 'rm -rf --one-file-system "$work"' EXIT
 
-# in_root COMMAND...: as the first process of a machine whose file system is the fresh root. Not by chroot, behind
-# which nobody gets a user namespace.
+# in_root COMMAND...: runs COMMAND as the first process of a machine whose file system is the fresh root. chroot would
+# not do: inside it, the kernel refuses user namespaces to users without privilege.
 in_root() {
     unshare --mount --pid --fork --kill-child sh -euc '
         root=$1
@@ -37,7 +37,7 @@ in_root() {
 
 as_somebody() { in_root runuser -u nobody -- "$@"; }
 
-# expect WANTED COMMAND...: the command's whole output.
+# expect WANTED COMMAND...: fails unless the whole output of COMMAND is WANTED.
 expect() {
     local wanted=$1 got
     shift
@@ -55,13 +55,13 @@ apt() {
     fi
 }
 
-# Not what apt and dpkg write down about their own work.
+# Lists all files, except the records that apt and dpkg keep of their own work.
 files() {
     find "$root" -xdev -path "$root/var/log/*" -o -path "$root/var/cache/*" -o -path "$root/var/lib/apt/*" \
         -o -path "$root/var/lib/dpkg/*-old" -o -printf '/%P\n' | sort
 }
 
-# What the packages depend on is there before, so that all that comes and goes is theirs.
+# The root already has the dependencies. So all files that come and go belong to the packages.
 make_root() {
     # shellcheck source=/dev/null
     . /etc/os-release
@@ -69,7 +69,7 @@ make_root() {
         --include=bash-completion,bubblewrap,libseccomp2,libtomlplusplus3,man-db,procps,systemd "$VERSION_CODENAME" "$root"
 }
 
-# The packages as they are, and under a lower number as an earlier release.
+# Lays out the packages as they are, and with a lower number as an earlier release.
 lay_out_releases() {
     local package
     mkdir -p "$root/release/$version" "$root/release/0.9"
@@ -107,24 +107,24 @@ look_at_units() {
         tmp-korvel.mount korvel-archive.service korvel-supervision.service korvel-shutdown-package.service
 }
 
-echo "Making it"
+echo "Making a fresh root (about a minute) ..."
 make_root
 files > "$work/before"
 
-echo "An earlier release, and an upgrade"
+echo "Installing an earlier release, and upgrading it ..."
 lay_out_releases "$@"
 install_release 0.9
 install_release "$version"
 
-echo "Use"
+echo "Using the packages without privilege ..."
 use_as_somebody
 look_at_units
 
-echo "Removal"
+echo "Removing the packages ..."
 apt remove "${names[@]}"
 expect 'gone' in_root sh -c 'test -e /usr/bin/korvel || test -e /usr/bin/boardsim || echo gone'
 apt purge korvel  # dpkg forgets a removed package without a postrm script, as the other two are
 rm -rf "$root/release"
 files > "$work/after"
 diff "$work/before" "$work/after"
-echo "Nothing is left behind."
+echo "  done, and no file is left behind"

@@ -1,15 +1,12 @@
 #!/usr/bin/env bash
-# Builds the Debian packages in build-packages/ and has lintian look at them.
-#   scripts/package.sh [--check]    --check: also builds them a second time, which must give the same files, and
-#                                   installs, uses, upgrades and removes them in a fresh root; as root
+# Builds the Debian packages in build-packages/ and checks them with lintian.
+#   scripts/package.sh [--check]    --check: also builds the packages a second time and compares the files; then
+#                                   installs, uses, upgrades and removes them in a fresh root; needs to run as root
 set -euo pipefail
 cd "$(dirname "$0")/.."
 umask 022
-
-step() {
-    echo
-    echo "== $*"
-}
+# shellcheck source=scripts/lib/progress.sh
+. scripts/lib/progress.sh
 
 case "$*" in
     '' | --check) ;;
@@ -19,25 +16,32 @@ case "$*" in
         ;;
 esac
 
-# build_in FOLDER: a copy of the source there, and the packages beside it, where dpkg-buildpackage leaves them.
+# build_in FOLDER TITLE: copies the source to FOLDER. dpkg-buildpackage leaves the packages beside the copy.
 build_in() {
     mkdir -p "$1/korvel-$version"
     tar --exclude=./.git --exclude='./build*' -cf - . | tar -xf - -C "$1/korvel-$version"
-    if ! (cd "$1/korvel-$version" && dpkg-buildpackage --no-sign > "$1/build.log" 2>&1); then
-        tail -n 20 "$1/build.log" >&2
-        exit 1
-    fi
+    with_progress "$1/build.log" "$2" build_package "$1/korvel-$version"
 }
 
-# What a file is made of must not depend on where, when and by whom it is built.
+build_package() { cd "$1" && dpkg-buildpackage --no-sign; }
+
+# The same source gives the same files, whatever the place, the time zone, the language and the user's umask.
 build_again() {
     (
         umask 077
         export TZ=Asia/Kathmandu LC_ALL=C.UTF-8 HOME=/nonexistent DEB_BUILD_OPTIONS=parallel=1
-        build_in "$folder/another-place"
+        build_in "$folder/another-place" "Building the packages again, in another place"
     )
     (cd "$folder" && sha256sum ./*.deb ./*.dsc ./*.tar.xz) > "$folder/sums"
     (cd "$folder/another-place" && sha256sum --quiet --check "$folder/sums")
+    echo "  the files are the same"
+}
+
+# debian/*.lintian-overrides names what is deliberate, with the reasons.
+check_with_lintian() {
+    echo "Checking the packages with lintian ..."
+    lintian -EiI --pedantic --allow-root --fail-on error,warning "$folder/korvel_$version"_*.changes
+    echo "  done"
 }
 
 scripts/setup.sh build board package
@@ -45,19 +49,12 @@ version=$(dpkg-parsechangelog -S Version)
 folder=$PWD/build-packages
 rm -rf "$folder"
 
-step "Building"
-build_in "$folder"
-
-step "lintian"
-lintian -EviI --pedantic --allow-root --fail-on error,warning "$folder/korvel_$version"_*.changes
-
+build_in "$folder" "Building the packages"
+check_with_lintian
 packages=("$folder"/{korvel,korvel-host-platform,korvel-boardsim}_"$version"_*.deb)
 if [ $# -eq 1 ]; then
-    step "Building again, elsewhere"
     build_again
-    step "In a fresh root"
     scripts/check-packages.sh "${packages[@]}"
 fi
-
-step "Packages"
-printf '%s\n' "${packages[@]}"
+printf '\nPackages:\n'
+printf '  %s\n' "${packages[@]#"$PWD/"}"
