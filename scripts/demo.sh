@@ -1,54 +1,110 @@
 #!/usr/bin/env bash
-# Builds Korvel and shows it at work on a simulated board. Installs what the machine lacks.
+# Builds Korvel and shows it at work on a simulated board, in about half a minute. Installs missing packages first.
+# scripts/record_demo.py makes a picture of the first three sections.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+# shellcheck source=scripts/lib/progress.sh
+. scripts/lib/progress.sh
 
-scripts/setup.sh build board
-echo "== Building"
-CMAKE_GENERATOR=Ninja cmake -B build -DKORVEL_BOARDSIM=ON > /dev/null
-cmake --build build
-
-# Runs the commands of its arguments on one board, showing each as if it were typed there.
-on_board() {
-    # shellcheck disable=SC2016 # for the shell on the board
-    build/boardsim -- sh -ec 'for command; do printf "\nboard# %s\n" "$command"; eval "$command"; done' sh "$@"
+build() {
+    CMAKE_GENERATOR=Ninja cmake -B build -DKORVEL_BOARDSIM=ON && cmake --build build
 }
 
-echo
-echo "== One-shot actions on a simulated board, and what they change there"
-on_board \
-    'korvel getport eth1' \
-    'korvel mirrorport enable eth0 eth3' \
-    'korvel portswap eth1 eth2' \
-    'korvel addmulticastmac 01:00:5e:00:00:01 eth0 100' \
-    'korvel print master' \
-    'korvel loopbackport enable eth3' \
-    'devmem 0x02090510' \
-    'korvel -d iwf resetqosstats' \
-    'head -n 4 /tmp/fuse/iwf/qosStats /tmp/fuse/sfn/qosStats' \
-    'korvel mem_dump 0xeb700040 60' \
-    'korvel desc_dump 0xeb6b6100' \
-    'korvel add_interface eth4' \
-    'korvel print proxy'
+section() { printf '\n== %s\n' "$*"; }
 
-echo
-echo "== Supervision: two healthy cycles of four seconds, then a dispatcher turns unhealthy"
-on_board \
-    'korvel -d all supervision &' \
-    'sleep 6; cat /run/boardsim/received/sfn_dispatcher' \
-    'echo 3 > /run/boardsim/heartbeat/sfn_dispatcher' \
-    'wait $! || echo "exit status $?"'
+# on_board [OPTION...] -- [NOTE COMMAND]...
+# Runs the commands on one board, which boardsim's options describe. Shows each as if it were typed there.
+on_board() {
+    local options=()
+    while [ "$1" != -- ]; do
+        options+=("$1")
+        shift
+    done
+    echo "\$ build/boardsim ${options[*]}" | sed 's/ $//'
+    # shellcheck disable=SC2016 # for the shell on the board
+    build/boardsim "${options[@]}" -- sh -ec '
+        while [ $# -gt 0 ]; do
+            printf "\n# %s\nboard# %s\n" "$1" "$2"
+            eval "$2"
+            shift 2
+        done' sh "${@:2}"
+}
 
-echo
-echo "== The archiver, following both logs while they grow"
-on_board \
-    'timeout 7 korvel archive || true' \
-    'tail -n 4 /tmp/korvel/archive/*/runtime.log'
+# The words in single quotes are for the shell on the board.
+# shellcheck disable=SC2016
+show_everything() {
+    section "1. A healthy board"
+    on_board -- \
+        'Which switch port is behind the interface eth1? The answer is port 2.' \
+        'korvel getport eth1' \
+        'Exchange the ports of eth1 and eth2. No output means success.' \
+        'korvel portswap eth1 eth2' \
+        'Ask again. Now port 3 is behind eth1.' \
+        'korvel getport eth1'
 
-echo
-echo "== Log collection"
-on_board \
-    'korvel -d all dump dinf' \
-    'cd /tmp/korvel && find . -type f -printf "%6s  %p\n" | sort -k 2' \
-    'korvel -d all pkg' \
-    'tar -tvzf /ffs/run/logs/netfp_logs_*.tgz'
+    section "2. A board in trouble: the NetFP master is down"
+    on_board --without netfp_master -- \
+        'Exchange the ports again. Korvel cannot reach the socket of the NetFP master.' \
+        'korvel portswap eth1 eth2 || echo "exit status $?"' \
+        'Is the master running? No, it has no process. An operator restarts it.' \
+        'pidof netfp_master || echo "no process"'
+
+    section "3. A board in trouble: the SFN dispatcher does not answer"
+    on_board --fault sfn_dispatcher=silent -- \
+        'Clear the statistics of both dispatchers. Korvel waits 1.5 seconds for SFN, and gives up.' \
+        'korvel -d all resetqosstats || echo "exit status $?"' \
+        'Is the SFN dispatcher running? Yes, so it did not crash: it hangs.' \
+        'pidof sfn_dispatcher'
+
+    section "4. Logs, statistics and state"
+    on_board -- \
+        'Print the state of the NetFP master: its interfaces, and the ports that it mirrors (none).' \
+        'korvel print master' \
+        'Print 40 bytes of physical memory: a frame in a packet buffer.' \
+        'korvel mem_dump 0xeb700040 40' \
+        'Pack all that Korvel collects from the IWF dispatcher and the NetFP processes.' \
+        'korvel -d iwf pkg' \
+        'The package has state files (fuse), replies of the dispatcher (mmi) and dumps of NetFP (ti).' \
+        'cd /ffs/run/logs && tar -tzf netfp_logs_*.tgz | grep -v "/$" | sort'
+
+    section "5. Supervision: a dispatcher becomes unhealthy"
+    on_board -- \
+        'Ask the dispatchers and netfp_proxy for a heartbeat every 4 seconds. No output: all are healthy.' \
+        'korvel -d all supervision &' \
+        'Wait 6 seconds, then show what the SFN dispatcher received and answered: status 0 is healthy.' \
+        'sleep 6; cat /run/boardsim/log/sfn_dispatcher' \
+        'Let the SFN dispatcher answer with status 3.' \
+        'echo 3 > /run/boardsim/heartbeat/sfn_dispatcher' \
+        'The next heartbeat comes within 2 seconds. Korvel reports the error and exits.' \
+        'wait $! || echo "exit status $?"'
+
+    section "6. Archive: the logs of a run"
+    on_board -- \
+        'Follow both logs in shared memory for 7 seconds, and write new entries to files.' \
+        'timeout 7 korvel archive || true' \
+        'Each entry has a time (UTC), a level and a text.' \
+        'tail -n 2 /tmp/korvel/archive/*/runtime.log'
+}
+
+next_steps() {
+    section "What you have seen"
+    cat << 'END'
+  1     Actions change the switch. If they succeed, they print nothing but an answer.
+  2, 3  Error lines and the exit status show which process fails, and how.
+  4     A package holds the logs, the statistics and the state of a board in one file.
+  5, 6  Supervision and archive work for as long as the board runs.
+The boards left nothing on your machine.
+
+What to type next:
+  build/boardsim                            a shell on a board of your own; "exit" ends the board
+  build/boardsim --fault netfp_proxy=dying  the same with a fault; build/boardsim --help lists all faults
+  man -l man/korvel.1                       every keyword, message and exit status
+  less docs/tour.md                         the tour: more commands, with explanations
+  less docs/reading-a-package.md            how to read the package of section 4
+END
+}
+
+scripts/setup.sh build board
+with_progress build/demo.log "Building Korvel and the simulated board" build
+show_everything
+next_steps
