@@ -1,34 +1,73 @@
 #!/usr/bin/env bash
 # Checks everything: formatting, scripts, clang++ with clang-tidy, and all tests, once with the sanitizers and once as
-# shipped. Installs what the machine lacks. Only what changed is built again.
-set -euo pipefail
-cd "$(dirname "$0")/.."
+# shipped. Installs missing packages. Builds only what changed. A step that fails does not stop the others.
+#   scripts/test.sh
+# Prints a summary of all steps, then ctest's closing lines once more. The exit status is 1 if a step failed.
+# shellcheck disable=SC2317 # step calls the functions
+set -uo pipefail
+cd "$(dirname "$0")/.." || exit
 
+trap 'exit 130' INT  # without this, Ctrl-C would end one step only
+
+summary=()
+status=0
+
+# step NAME COMMAND...: runs COMMAND and notes its result and duration for the summary.
 step() {
-    echo
-    echo "== $*"
+    local name=$1 start=$SECONDS result=passed
+    shift
+    printf '\n== %s\n' "$name"
+    "$@" || result=FAILED
+    note "$name" "$result" $((SECONDS - start))
+    [ "$result" = passed ]
 }
 
-scripts/setup.sh build board test lint
+note() {
+    summary+=("$(printf '%-20s  %-7s  %4d:%02d' "$1" "$2" $(($3 / 60)) $(($3 % 60)))")
+    [ "$2" = passed ] || status=1
+}
 
-step "Formatting and scripts"
-find base src platform boardsim tests \( -name '*.?pp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run -Werror
-shellcheck .ci/run scripts/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect completions/korvel.bash \
-    tests/support/privileged/*
+check_formatting() {
+    find . -path './build*' -prune -o \( -name '*.?pp' -o -name '*.h' \) -print0 | xargs -0 clang-format --dry-run -Werror
+}
+
+check_scripts() {
+    shellcheck .ci/run scripts/*.sh scripts/lib/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect \
+        completions/korvel.bash tests/support/privileged/*
+}
 
 build() {
-    step "Building: $1"
-    CMAKE_GENERATOR=Ninja cmake --preset "$1" > /dev/null
-    cmake --build --preset "$1"
+    CMAKE_GENERATOR=Ninja cmake --preset "$1" > /dev/null && cmake --build --preset "$1"
 }
 
-run() {
-    step "Tests: $1"
-    ctest --preset "$1" -j "$(($(nproc) * 3))"  # most of a test's time is waiting
+# Most of a test's time is waiting, so three times as many tests as processors run at once.
+run_tests() {
+    ctest --preset "$1" -j "$(($(nproc) * 3))" | tee "$last_run"
 }
 
-build lint
-build sanitizers
-run sanitizers
-build release
-run release
+build_and_test() {
+    if step "Build: $1" build "$1"; then
+        step "Tests: $1" run_tests "$1"
+    else
+        note "Tests: $1" "not run" 0
+    fi
+}
+
+print_summary() {
+    printf '\n== Summary\n%-20s  %-7s  %7s\n' Step Result Min:s
+    printf '%s\n' "${summary[@]}"
+    printf '\n== The end of the last run of tests\n'
+    sed -n '/% tests passed/,$p' "$last_run"
+}
+
+scripts/setup.sh build board test lint || exit 1
+last_run=$(mktemp)
+trap 'rm -f "$last_run"' EXIT
+
+step "Formatting" check_formatting
+step "Scripts" check_scripts
+step "Build: lint" build lint
+build_and_test sanitizers
+build_and_test release
+print_summary
+exit "$status"

@@ -1,0 +1,87 @@
+"""How scripts/test.sh goes on after a failure, and what it prints in the end. Its tools are stand-ins that only print."""
+
+import os
+import shutil
+import subprocess
+import tempfile
+import unittest
+from pathlib import Path
+
+from configuring import SOURCE
+
+CLOSING = "\n100% tests passed, 0 tests failed out of 7\n\nTotal Test time (real) =   1.00 sec\n"
+TOOLS = ("clang-format", "shellcheck", "cmake")
+PASSED = {
+    "Formatting": "passed",
+    "Scripts": "passed",
+    "Build: lint": "passed",
+    "Build: sanitizers": "passed",
+    "Tests: sanitizers": "passed",
+    "Build: release": "passed",
+    "Tests: release": "passed",
+}
+
+
+class TestScript(unittest.TestCase):
+    def setUp(self) -> None:
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.put("scripts/setup.sh", "exit 0")
+        self.put("bin/ctest", f"echo the run of $2; cat << 'END'\n{CLOSING}END")
+        for tool in TOOLS:
+            self.put(f"bin/{tool}", "exit 0")
+        (self.folder / "source.cpp").touch()
+        shutil.copy(SOURCE / "scripts/test.sh", self.folder / "scripts")
+
+    def put(self, name: str, script: str) -> None:
+        path = self.folder / name
+        path.parent.mkdir(exist_ok=True)
+        path.write_text(f"#!/bin/sh\n{script}\n")
+        path.chmod(0o755)
+
+    def run_script(self) -> tuple[int, str]:
+        """Exit status and standard output."""
+        path = f"{self.folder}/bin:{os.environ['PATH']}"
+        outcome = subprocess.run([self.folder / "scripts/test.sh"], env=os.environ | {"PATH": path},
+                                 capture_output=True, text=True, check=False)
+        return outcome.returncode, outcome.stdout
+
+    def expect(self, status: int, **results: str) -> None:
+        """Runs the script. `results` are those of the steps that did not pass, by their names' last words."""
+        outcome = self.run_script()
+        self.assertEqual(outcome[0], status)
+        rows = outcome[1].split("== Summary\n")[1].split("\n\n")[0].splitlines()[1:]
+        self.assertEqual({row[:20].rstrip(): row[22:29].rstrip() for row in rows}, PASSED | results)
+        self.assertTrue(outcome[1].endswith(CLOSING.lstrip()), outcome[1])
+
+    def test_reports_that_every_step_passed(self) -> None:
+        self.expect(0)
+
+    def test_runs_every_step_after_one_that_failed(self) -> None:
+        for tool, step in (("clang-format", "Formatting"), ("shellcheck", "Scripts")):
+            self.put(f"bin/{tool}", "exit 1")
+            self.expect(1, **{step: "FAILED"})
+            self.put(f"bin/{tool}", "exit 0")
+
+    def test_runs_the_next_tests_after_those_that_failed(self) -> None:
+        closing = CLOSING.replace("100% tests passed, 0", "86% tests passed, 1")
+        self.put("bin/ctest", f"cat << 'END'\n{CLOSING}END\n[ $2 = release ]")
+        self.expect(1, **{"Tests: sanitizers": "FAILED"})
+        self.put("bin/ctest", f"cat << 'END'\n{closing}END\nexit 8")
+        status, output = self.run_script()
+        self.assertEqual((status, output.count("FAILED")), (1, 2))
+        self.assertTrue(output.endswith(closing.lstrip()), output)
+
+    def test_leaves_out_the_tests_of_a_build_that_failed(self) -> None:
+        for tested in ("sanitizers", "release"):
+            self.put("bin/cmake", f'case "$*" in "--build --preset {tested}") exit 1 ;; esac')
+            self.expect(1, **{f"Build: {tested}": "FAILED", f"Tests: {tested}": "not run"})
+
+    def test_goes_no_further_without_its_packages(self) -> None:
+        self.put("scripts/setup.sh", "exit 1")
+        self.assertEqual(self.run_script(), (1, ""))
+
+
+if __name__ == "__main__":
+    unittest.main()
