@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Measures what Korvel costs on simulated boards whose logs are full: commands as ratios within one run, jobs
-# that last while they have nothing to do. Prints a table of figures; fails where a limit is exceeded.
+# Measures the cost of Korvel on simulated boards with full logs: commands as ratios within one run, and idle jobs
+# that keep running. Prints a table of figures. Fails if a figure exceeds its limit.
 #   scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement
 #   scripts/bench.sh --footprint          prints the tables of docs/footprint.md: sizes, memory by job
 set -euo pipefail
@@ -18,7 +18,7 @@ case "$*" in
         ;;
 esac
 
-# What a command prints counts only where it fails.
+# prepare COMMAND...: prints the output of COMMAND only if it fails, or with --verbose.
 prepare() {
     local output
     if [ ${#verbose[@]} -gt 0 ]; then
@@ -58,7 +58,7 @@ if [ "$footprint" = yes ]; then
 fi
 
 measure -- build-release/tests/korvel_bench --benchmark_enable_random_interleaving=true "${verbose[@]}"
-# Nobody is left who writes to the logs.
+# Without these peers, nothing writes to the logs.
 measure --without iwf_dispatcher --without sfn_dispatcher --without netfp_server -- \
     build-release/tests/korvel_idle_bench archive
 measure -- build-release/tests/korvel_idle_bench supervision

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# Builds everything for the board's processor and runs the tests as far as an emulator of programs goes: korvel and
-# the programs of the unit tests are emulated, the peers of the simulated board and the tests of the whole program
-# are this machine's. What is left out, and why, is in tests/arm-left-out.txt. Installs what the machine lacks.
-#   scripts/test-arm.sh [REGEX]     default: every test
+# Builds everything for the board's processor and runs the tests. korvel and the unit tests run in an emulator. The
+# peers of the simulated board and the tests of the whole program run natively. tests/arm-left-out.txt lists the tests
+# that cannot run in this way, with the reasons. Installs missing packages.
+#   scripts/test-arm.sh [REGEX]     runs the tests whose names match REGEX; the default is all
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 arm=build-arm          # everything, for the board's processor
 board=build-arm-board  # korvel, for a board with libraries of its own
-run=build-arm-run      # what runs: this machine's programs, and in between the emulated ones
+run=build-arm-run      # the tree in which tests run: native programs, and scripts that start the emulated ones
 sysroot=/usr/arm-linux-gnueabihf
 list=tests/arm-left-out.txt
 size_limit=$((300 * 1024))
@@ -29,7 +29,7 @@ check_symbols() {
     NM=arm-linux-gnueabihf-nm KORVEL_BUILD=$PWD/$arm python3 -B tests/install/platform_symbols_test.py
 }
 
-# The stand-ins take the place of a board's libraries: they have the same interface.
+# The stand-ins replace the libraries of a board, because they have the same interface.
 build_for_board() {
     step "Building for ARM: korvel for a board"
     install -D -t "$board/root/usr/lib" "$arm"/lib/korvel/*.so
@@ -42,8 +42,8 @@ build_for_board() {
     [ "$size" -lt "$size_limit" ]
 }
 
-# This machine's libraries get a folder of their own beside that of the emulated programs. What tests have run as
-# a process of the stack is a peer, too.
+# The native libraries get a directory of their own, beside that of the emulated programs. stack_program is native,
+# because tests run it as a peer.
 build_for_this_machine() {
     step "Building for this machine: the simulated board, and the tests of the whole program"
     CMAKE_GENERATOR=Ninja cmake --preset release -B "$run" -DCMAKE_INSTALL_LIBDIR=lib/native > /dev/null
@@ -51,9 +51,8 @@ build_for_this_machine() {
     cmake --build "$run" --target boardsim devmem stack_program "${programs[@]##*/}"
 }
 
-# Puts a program from the build for ARM into the place of its namesake, as a script that has it emulated. Its own
-# copy finds the loader where Debian's cross compiler has it. A library that is to be loaded first, as for faked
-# times, is the emulator's.
+# emulate PROGRAM: replaces the native program by a script that runs the ARM program in the emulator. The copy of the
+# ARM program uses the loader of Debian's cross compiler. LD_PRELOAD, which fakes times, applies to the emulator only.
 emulate() {
     install -D "$arm/$1" "$run/$1.arm"
     patchelf --set-interpreter "$sysroot/lib/ld-linux-armhf.so.3" "$run/$1.arm"
@@ -75,11 +74,11 @@ emulate_programs() {
     cp -r "$arm/tests/recording" "$arm/tests/hand-laid" "$run/tests"
 }
 
-# Every test of a C++ program that was built, by itself: those of the simulated board itself were not built, and the
-# documents' are scripts like the others.
+# tests REGEX OPTION...: runs ctest on the tests of C++ programs, except those that match REGEX. Tests of the simulated
+# board are not built. Shuffled tests and Python tests are left out.
 tests() { ctest --test-dir "$run" -LE 'script|shuffled' -E "$1|_NOT_BUILT\$" "${@:2}"; }
 
-# The reasons, each with the number of its tests.
+# Prints each reason with the number of its tests.
 report_left_out() {
     step "Left out"
     local names row count reason="" total=0
@@ -89,7 +88,7 @@ report_left_out() {
         case "$row" in
             "" | "#"*) ;;
             " "*)
-                count=$(grep -cE "${row##* }" <<< "$names") || { echo "No test fits $row"; return 1; }
+                count=$(grep -cE "${row##* }" <<< "$names") || { echo "No test matches $row"; return 1; }
                 counts[$reason]=$((${counts[$reason]:-0} + count))
                 total=$((total + count))
                 ;;
