@@ -11,6 +11,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "NetlinkWire.hpp"
 #include "SocketAddress.hpp"
 #include "SystemCall.hpp"
 
@@ -20,13 +21,6 @@ sockaddr_un pathAddress(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     std::memcpy(address.sun_path, path.data(), std::min(path.size(), sizeof address.sun_path - 1));
-    return address;
-}
-
-sockaddr_nl netlinkAddress(std::uint32_t portId) {
-    sockaddr_nl address{};
-    address.nl_family = AF_NETLINK;
-    address.nl_pid = portId;
     return address;
 }
 

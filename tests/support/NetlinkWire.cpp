@@ -1,5 +1,7 @@
 #include "NetlinkWire.hpp"
 
+#include <sys/socket.h>
+
 #include "WireNumber.hpp"
 
 std::string netlinkMessage(std::uint32_t sequence, std::uint32_t portId, std::string_view payload) {
@@ -12,4 +14,11 @@ std::string netlinkMessage(std::uint32_t sequence, std::uint32_t portId, std::st
 
 std::string statusPayload(std::uint32_t messageType, std::uint32_t status) {
     return littleEndian(messageType) + littleEndian(status);
+}
+
+sockaddr_nl netlinkAddress(std::uint32_t portId) {
+    sockaddr_nl address{};
+    address.nl_family = AF_NETLINK;
+    address.nl_pid = portId;
+    return address;
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include <linux/netlink.h>
+
 // The fast-path stack's netlink datagrams byte by byte: a header of 16 bytes, then the payload.
 
 constexpr std::size_t netlinkLengthOffset = 0;
@@ -17,3 +19,6 @@ std::string netlinkMessage(std::uint32_t sequence, std::uint32_t portId, std::st
 
 /// The payload of a heartbeat's or an add-interface response: a message type and a status.
 std::string statusPayload(std::uint32_t messageType, std::uint32_t status);
+
+/// The address of a netlink socket.
+sockaddr_nl netlinkAddress(std::uint32_t portId);

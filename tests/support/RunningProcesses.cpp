@@ -5,6 +5,8 @@
 #include <fstream>
 #include <optional>
 
+#include "Process.hpp"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -16,7 +18,7 @@ struct Row {
     pid_t parent = 0;
 };
 
-/// 0 if the process does not exist (any more).
+/// None if the folder is not of a process, or if the process has ended.
 std::optional<Row> rowOf(const fs::path& folder) {
     const std::string number = folder.filename();
     if (!std::all_of(number.begin(), number.end(), [](char c) { return c >= '0' && c <= '9'; })) {
@@ -68,4 +70,8 @@ std::vector<std::string> descriptorsOf(pid_t process) {
         targets.push_back(fs::read_symlink(link.path()));
     }
     return targets;
+}
+
+std::string inheritedDescriptors() {
+    return run({"ls", "/proc/self/fd"}).out;
 }

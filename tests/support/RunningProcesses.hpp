@@ -13,3 +13,6 @@ std::vector<pid_t> childrenNamed(const std::string& name, pid_t parent);
 
 /// The targets of a process's descriptors, as /proc shows them.
 std::vector<std::string> descriptorsOf(pid_t process);
+
+/// The descriptors that a program inherits from this process, one on each line.
+std::string inheritedDescriptors();

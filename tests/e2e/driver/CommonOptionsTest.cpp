@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "Board.hpp"
+#include "Outcomes.hpp"
 #include "Process.hpp"
 #include "TestFiles.hpp"
 #include "VerboseText.hpp"
@@ -12,12 +13,6 @@ using Boardsim::Board;
 using Boardsim::Deployment;
 
 namespace {
-
-void expectOutput(const Outcome& outcome, const std::string& text) {
-    EXPECT_EQ(outcome.out, text);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.status, 0);
-}
 
 /// The dispatcher instances that a run queried, derived from the files that it wrote.
 std::vector<std::string> instancesAsked(std::vector<std::string> options) {

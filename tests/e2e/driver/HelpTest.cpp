@@ -4,31 +4,22 @@
 #include <gtest/gtest.h>
 
 #include "KorvelHelp.hpp"
+#include "Outcomes.hpp"
 #include "Process.hpp"
 #include "Trace.hpp"
 
-namespace {
-
-void expectHelp(const Outcome& outcome, const std::string& text) {
-    EXPECT_EQ(outcome.out, text);
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.status, 0);
-}
-
-}  // namespace
-
 TEST(Help, IsTheGoldenText) {
-    expectHelp(korvel({"--help"}), korvelHelp());
+    expectOutput(korvel({"--help"}), korvelHelp());
 }
 
 TEST(Help, EndsTheRunAtAnyPosition) {
-    expectHelp(korvel({"getport", "--help", "4"}), korvelHelp());
-    expectHelp(korvel({"print", "--help"}), korvelHelp());
+    expectOutput(korvel({"getport", "--help", "4"}), korvelHelp());
+    expectOutput(korvel({"print", "--help"}), korvelHelp());
 }
 
 TEST(Help, ShowsThePathsOfEarlierOptionsSwapped) {
-    expectHelp(korvel({"-c", "/tmp/client", "--help", "-m", "/tmp/late"}), korvelHelp("/tmp/client"));
-    expectHelp(korvel({"-m", "/tmp/master", "--help"}), korvelHelp("/tmp/Korvel", "/tmp/master"));
+    expectOutput(korvel({"-c", "/tmp/client", "--help", "-m", "/tmp/late"}), korvelHelp("/tmp/client"));
+    expectOutput(korvel({"-m", "/tmp/master", "--help"}), korvelHelp("/tmp/Korvel", "/tmp/master"));
 }
 
 TEST(Help, NamesTheProgramAsItWasStarted) {
@@ -39,7 +30,7 @@ TEST(Help, NamesTheProgramAsItWasStarted) {
 
 TEST(Help, IsPrintedBeforeThePlatformConfigurationIsRead) {
     std::vector<std::string> calls;
-    expectHelp(runTraced("%file", {"korvel", "--help"}, calls), korvelHelp());
+    expectOutput(runTraced("%file", {"korvel", "--help"}, calls), korvelHelp());
     EXPECT_FALSE(calls.empty());
     for (const std::string& call : calls) {
         EXPECT_EQ(call.find("/rom/"), std::string::npos) << call;

@@ -12,6 +12,7 @@
 #include "NetfpMasterWire.hpp"
 #include "Printed.hpp"
 #include "Process.hpp"
+#include "RunningProcesses.hpp"
 #include "ScriptedPeer.hpp"
 #include "TestFiles.hpp"
 #include "UniqueFd.hpp"
@@ -48,9 +49,6 @@ protected:
         EXPECT_TRUE(close());
         EXPECT_EQ(printed, (Printed{.err = "Client Socket not connected\n"}));
     }
-
-    /// The descriptors that a program inherits from this process.
-    static std::string inheritedDescriptors() { return run({"ls", "/proc/self/fd"}).out; }
 
     NetFPMasterCom client;
     Printed printed;

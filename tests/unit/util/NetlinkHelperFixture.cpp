@@ -4,18 +4,8 @@
 #include <unistd.h>
 
 #include "LogEntries.hpp"
+#include "NetlinkWire.hpp"
 #include "SocketAddress.hpp"
-
-namespace {
-
-sockaddr_nl addressOf(unsigned portId) {
-    sockaddr_nl address{};
-    address.nl_family = AF_NETLINK;
-    address.nl_pid = portId;
-    return address;
-}
-
-}  // namespace
 
 NetlinkHelperFixture::Reports NetlinkHelperFixture::reports() {
     Reports all = logEntries("dispatcher_log_memory");
@@ -30,7 +20,7 @@ unsigned NetlinkHelperFixture::ownPort() {
 
 Base::UniqueFd NetlinkHelperFixture::socketAt(unsigned portId) {
     Base::UniqueFd socket(::socket(AF_NETLINK, SOCK_DGRAM | SOCK_CLOEXEC, NETLINK_USERSOCK));
-    const sockaddr_nl address = addressOf(portId);
+    const sockaddr_nl address = netlinkAddress(portId);
     if (::bind(socket.get(), Base::genericAddress(address), sizeof address) != 0) {
         socket.reset();
     }
@@ -38,7 +28,7 @@ Base::UniqueFd NetlinkHelperFixture::socketAt(unsigned portId) {
 }
 
 void NetlinkHelperFixture::arrives(std::string_view datagram) const {
-    const sockaddr_nl address = addressOf(ownPort());
+    const sockaddr_nl address = netlinkAddress(ownPort());
     ASSERT_EQ(::sendto(stranger.get(), datagram.data(), datagram.size(), 0, Base::genericAddress(address),
                        sizeof address),
               static_cast<ssize_t>(datagram.size()));
