@@ -1,6 +1,6 @@
 """The program built against the file system of a board, installed, and run with the board's own libraries.
 
-Those are made here, of platform/include alone.
+The test builds these libraries from platform/include only.
 """
 
 import os
@@ -17,7 +17,7 @@ PARTS = SOURCE / "tests/install/board"
 
 
 def run(*words: str | Path, **surroundings: str) -> str:
-    """What a command that succeeds wrote to standard output."""
+    """The standard output of a command, which must succeed."""
     outcome = subprocess.run(
         words, env=os.environ | surroundings, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
     )
@@ -33,7 +33,7 @@ def build_library(folder: Path, name: str, *more: str) -> None:
 
 
 def lay_out_board(root: Path) -> None:
-    """One of its libraries has its name written in it, the other has not; both need a third."""
+    """Only one of its two libraries has a soname. Both need a third library."""
     folder = root / "usr/lib"
     folder.mkdir(parents=True)
     build_library(folder, "boardsupport", str(PARTS / "BoardSupport.cpp"))
@@ -47,7 +47,7 @@ def configure(build: Path, root: Path) -> None:
         "KORVEL_PLATFORM_ROOT": root,
         "KORVEL_BOARDSIM": "OFF",
         "CMAKE_INSTALL_PREFIX": "/usr",
-        # What is quickest to build.
+        # The fastest build.
         "CMAKE_BUILD_TYPE": "Debug",
         "CMAKE_UNITY_BUILD": "ON",
         "CMAKE_UNITY_BUILD_BATCH_SIZE": "0",
@@ -58,7 +58,7 @@ def configure(build: Path, root: Path) -> None:
 class BoardPlatform(unittest.TestCase):
     @classmethod
     def setUpClass(cls) -> None:
-        # Below the build folder, so that the simulated board has it, too.
+        # Below the build folder, because the simulated board sees only that.
         folder = tempfile.TemporaryDirectory(dir=BUILD / "tests", prefix="board-")
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
@@ -69,7 +69,7 @@ class BoardPlatform(unittest.TestCase):
         run("cmake", "--install", cls.folder / "build", DESTDIR=str(cls.root))
 
     def korvel(self, *words: str) -> str:
-        """Runs the installed program on a board, whose folders are below that of the test."""
+        """Runs the installed program on a board. The board's folders are below that of the test."""
         root = Path("/opt/korvel") / self.root.relative_to(BUILD)
         libraries = f"LD_LIBRARY_PATH={root / 'usr/lib'}"
         return run(BUILD / "boardsim", "--bare", "--", "env", libraries, str(root / "usr/bin/korvel"), *words)

@@ -1,4 +1,4 @@
-"""The names that the program and the board's two libraries have in common, as they stand in the binaries."""
+"""The common symbols of the program and the board's two libraries, as they are in the binaries."""
 
 import os
 import subprocess
@@ -14,7 +14,7 @@ TYPE_OF_SMLOG = ["_ZTI5SmLog", "_ZTS5SmLog"]
 
 
 def symbols(binary: Path, which: str) -> list[str]:
-    """Names of the dynamic symbol table, sorted; those of versioned libraries are left out."""
+    """The sorted names of the dynamic symbol table without those of versioned libraries."""
     command = [NM, "--dynamic", which, "--format=just-symbols", binary]
     listing = subprocess.run(command, capture_output=True, text=True, check=True).stdout
     return sorted(name for name in listing.split() if "@" not in name)

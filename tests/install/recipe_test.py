@@ -1,4 +1,4 @@
-"""The BitBake recipe among the documents, held against what an installation consists of."""
+"""Compares the BitBake recipe in the documents with the files of an installation."""
 
 import os
 import re
@@ -11,7 +11,7 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
-# What the variables of a distribution mean where a program is installed below /usr.
+# The values of a distribution's variables for an installation below /usr.
 FOLDERS = {
     "bindir": "/usr/bin",
     "datadir": "/usr/share",
@@ -29,7 +29,7 @@ def recipe_path() -> Path:
 
 
 def variables() -> dict[str, str]:
-    """The recipe's assignments; a value's lines are joined."""
+    """The recipe's assignments. The lines of a value are joined."""
     text = recipe_path().read_text().replace("\\\n", " ")
     return dict(re.findall(r'^(\S+) \??\??\+?= "(.*)"$', text, re.MULTILINE))
 
@@ -58,7 +58,7 @@ def takes(entry: str, file: str) -> bool:
 
 
 def libraries_folder() -> str:
-    """Where this build has its libraries, which is below FOLDERS["libdir"] on Debian."""
+    """The folder of this build's libraries. On Debian it is below FOLDERS["libdir"]."""
     return re.search(r"^CMAKE_INSTALL_LIBDIR:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE).group(1)
 
 

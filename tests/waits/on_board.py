@@ -1,9 +1,9 @@
-"""What a simulated board does to make a wait of korvel's run into its limit, in a process on the board:
+"""Makes a wait of korvel reach its limit. Runs as a process on the simulated board:
 
     python3 on_board.py SCENARIO [ARGUMENT...]
 
-calls the function of that name and prints what it returns as JSON. Words that are not a scenario's own are korvel's
-command line. Knows only the board, and comes by standard input, since a board has no files of the host.
+It calls the function of that name and prints the result as JSON. Arguments that the scenario does not use are korvel's
+command line. The script uses only the board. It arrives by standard input, because a board has no files of the host.
 """
 
 import fcntl
@@ -34,7 +34,7 @@ class Observation(NamedTuple):
 
 
 def run(*words: str, path: str = "") -> Observation:
-    """korvel alone; `path` comes in front of the search path."""
+    """Only korvel. `path` is the first folder of the search path."""
     begin = time.monotonic()
     environment = {**os.environ, "PATH": path + os.environ["PATH"]}
     done = subprocess.run(["korvel", *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -51,7 +51,7 @@ def with_trickling_dispatcher(port: str, *words: str) -> Observation:
 
 
 def with_foreign_heartbeats(*words: str) -> Observation:
-    """A netfp_proxy that answers with a number that nobody asked for, again and again."""
+    """A netfp_proxy that keeps answering with a wrong sequence number."""
     proxy = socket.socket(socket.AF_NETLINK, socket.SOCK_DGRAM, NETLINK_USERSOCK)
     proxy.bind((PROXY_PORT, 0))
     payload = struct.pack("=II", PROXY_HEARTBEAT_RESPONSE, 0)
@@ -60,14 +60,14 @@ def with_foreign_heartbeats(*words: str) -> Observation:
 
 
 def with_stopped_reader(process: str, path: str, *words: str) -> Observation:
-    """A process that stopped, and no room in the queue of its socket."""
+    """A stopped process with a full socket queue."""
     os.kill(int(subprocess.check_output(["pidof", process])), signal.SIGSTOP)
     _fill(path)
     return run(*words)
 
 
 def with_full_pipe(seconds: str, *words: str) -> Observation:
-    """A reader of the output that reads nothing for this long. korvel must not have ended by then."""
+    """A reader of the output that reads nothing for this time. korvel must not end before."""
     begin = time.monotonic()
     reader, writer = os.pipe()
     fcntl.fcntl(writer, fcntl.F_SETFL, os.O_NONBLOCK)
@@ -83,7 +83,7 @@ def with_full_pipe(seconds: str, *words: str) -> Observation:
 
 
 def with_slow_command(name: str, seconds: str, *words: str) -> Observation:
-    """A command of the board that takes this long."""
+    """A command of the board that takes this time."""
     command = Path("/tmp/commands", name)
     command.parent.mkdir()
     command.write_text(f'#!/bin/sh\nsleep {seconds}\nexec /bin/{name} "$@"\n', encoding="ascii")
@@ -109,7 +109,7 @@ def with_lock(folder: str, *words: str) -> Observation:
 
 
 def between_cycles(*words: str) -> Observation:
-    """From one heartbeat that netfp_proxy got to the next, by its log."""
+    """The time between two heartbeats, from the log of netfp_proxy."""
     log = Path("/run/boardsim/log/netfp_proxy")
 
     def heartbeats() -> list[str]:
@@ -123,7 +123,7 @@ def between_cycles(*words: str) -> Observation:
 
 
 def between_looks(*words: str) -> Observation:
-    """From the first piece of a log that was archived to the next, by the archive's time stamps."""
+    """The time between the first two archived pieces of a log, from the archive's time stamps."""
     archive = Path("/tmp/korvel/archive/dispatcher/runtime.log")
     stamps: dict[int, int] = {}  # of each size, in ns
 
@@ -175,7 +175,7 @@ def _fill(path: str) -> None:
 
 
 def _fill_pipe(writer: int) -> int:
-    """How many bytes fit."""
+    """The number of bytes that fit."""
     size = 0
     for piece in (b"x" * 4096, b"x"):
         try:

@@ -1,5 +1,5 @@
-"""Every wait in the architecture's table runs into its limit on a simulated board. korvel then goes on by itself, with
-the documented text, and not before the limit. All boards run side by side; only lower bounds are asserted.
+"""Every wait in the architecture's table reaches its limit on a simulated board. korvel then continues by itself with
+the documented text, and not before the limit. All boards run side by side. The test checks only lower bounds.
 """
 
 import json
@@ -25,7 +25,7 @@ TERMINATED = -15
 
 @dataclass(frozen=True)
 class Scenario:
-    """How a wait is made to run into its limit."""
+    """The way to make a wait reach its limit."""
 
     wait: str  # the row's first cell
     limit: str  # as the row's second cell has it
@@ -98,7 +98,7 @@ SCENARIOS = (
 
 
 def rows() -> dict[str, str]:
-    """The limit of each wait, as the table has them."""
+    """The limit of each wait in the table."""
     section = re.search(r"^## Waits and their limits\n(.*?)^## ", ARCHITECTURE.read_text(encoding="utf-8"), re.M | re.S)
     assert section
     cells = re.findall(r"^\| (.*?) \| (.*) \|$", section[1], re.M)
