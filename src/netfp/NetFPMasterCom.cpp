@@ -25,6 +25,7 @@ std::uint32_t NetFPMasterCom::_requestTimeoutX100 = 10;
 std::int32_t NetFPMasterCom::_getIfResponsePortNumber = 0;
 
 // The identifier distinguishes responses; it need not be unpredictable.
+// NOLINTNEXTLINE(cert-msc30-c,cert-msc50-cpp)
 NetFPMasterCom::NetFPMasterCom() : requestId(static_cast<std::uint32_t>(std::rand())) {
 }
 

@@ -44,7 +44,7 @@ def demo() -> subprocess.CompletedProcess[str]:
 
 
 def lines_of(svg: str) -> list[str]:
-    return comparable(["".join(element.itertext()) for element in xml.fromstring(svg).iter("{*}text")])
+    return comparable(["".join(element.itertext()) for element in xml.fromstring(svg).findall(".//{*}text")])
 
 
 class DemoTest(unittest.TestCase):
