@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Measures the cost of Korvel on simulated boards with full logs: commands as ratios within one run, and idle jobs
-# that keep running. Prints a table of figures. Fails if a figure exceeds its limit.
-#   scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement
-#   scripts/bench.sh --footprint          prints the tables of docs/footprint.md: sizes, memory by job
+# Measures time and memory on simulated boards with full logs: commands relative to others of the same run, and
+# long-running jobs while idle. Prints a table of figures. Exits 1 if a figure exceeds its limit.
+#   scripts/bench.sh [-v | --verbose]     also prints the build and each measurement
+#   scripts/bench.sh --footprint          prints the size and memory tables of docs/footprint.md
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -18,7 +18,7 @@ case "$*" in
         ;;
 esac
 
-# prepare COMMAND...: prints the output of COMMAND only if it fails, or with --verbose.
+# Runs a command. Unless verbose, prints the command's output only if it fails.
 prepare() {
     local output
     if [ ${#verbose[@]} -gt 0 ]; then
@@ -32,7 +32,7 @@ prepare() {
 status=0
 measure() { build-release/boardsim --full-logs "$@" || status=1; }
 
-# A table of the programs and libraries, in KiB.
+# Prints a table of the programs and libraries, with sizes in KiB.
 print_sizes() {
     local file text stripped
     stripped=$(mktemp)
@@ -58,7 +58,7 @@ if [ "$footprint" = yes ]; then
 fi
 
 measure -- build-release/tests/korvel_bench --benchmark_enable_random_interleaving=true "${verbose[@]}"
-# Without these peers, nothing writes to the logs.
+# Without these peers nothing writes to the logs.
 measure --without iwf_dispatcher --without sfn_dispatcher --without netfp_server -- \
     build-release/tests/korvel_idle_bench archive
 measure -- build-release/tests/korvel_idle_bench supervision

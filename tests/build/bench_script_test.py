@@ -1,4 +1,4 @@
-"""What scripts/bench.sh prints. In place of the build and of what it measures: programs that only print."""
+"""The output of scripts/bench.sh. Fake programs that only print replace the build and the measured programs."""
 
 import os
 import shutil
@@ -10,7 +10,7 @@ from pathlib import Path
 from configuring import SOURCE
 
 LIBRARIES = ("libnetfpsmlog.so", "libWENVASK.so")
-FIGURES = "a figure   kept\n" * 3  # one run for commands, two for jobs that last
+FIGURES = "a figure   kept\n" * 3  # one run measures commands, two measure long-running jobs
 
 
 class BenchScript(unittest.TestCase):
@@ -30,29 +30,29 @@ class BenchScript(unittest.TestCase):
         path.chmod(0o755)
 
     def bench(self, *options: str) -> tuple[int, str, str]:
-        """Exit status, standard output, standard error."""
+        """Returns exit status, standard output and standard error."""
         path = f"{self.folder}/bin:{os.environ['PATH']}"
         command = [self.folder / "scripts/bench.sh", *options]
         outcome = subprocess.run(command, env=os.environ | {"PATH": path}, capture_output=True, text=True, check=False)
         return outcome.returncode, outcome.stdout, outcome.stderr
 
-    def test_is_the_figures_alone(self) -> None:
+    def test_prints_only_the_figures(self) -> None:
         self.assertEqual(self.bench(), (0, FIGURES, ""))
 
-    def test_is_everything_where_it_is_asked_for(self) -> None:
+    def test_prints_everything_if_verbose(self) -> None:
         everything = "built\n" * 2 + "measured\n" + FIGURES
         for option in ("-v", "--verbose"):
             self.assertEqual(self.bench(option), (0, everything, "and a warning\n" * 2))
 
-    def test_is_that_of_the_build_where_it_fails(self) -> None:
+    def test_prints_the_output_of_a_failed_build(self) -> None:
         self.put("bin/cmake", "echo built; echo and an error >&2; exit 1")
         self.assertEqual(self.bench(), (1, "", "built\nand an error\n"))
 
-    def test_is_every_figure_where_one_exceeds_its_limit(self) -> None:
+    def test_prints_every_figure_if_one_exceeds_its_limit(self) -> None:
         self.put("build-release/boardsim", 'echo "a figure   EXCEEDED"; exit 1')
         self.assertEqual(self.bench(), (1, FIGURES.replace("kept", "EXCEEDED"), ""))
 
-    def test_is_tables_where_they_are_asked_for(self) -> None:
+    def test_prints_the_footprint_tables(self) -> None:
         for file in ("korvel", "libexec/korvel/board/devmem", *(f"lib/korvel/{name}" for name in LIBRARIES)):
             self.put(f"build-release/{file}", "")
         self.put("bin/size", "echo text data; echo 5120 7")
@@ -61,10 +61,10 @@ class BenchScript(unittest.TestCase):
         sizes += "".join(f"| `{file}` | 5 | 7 |\n" for file in ("korvel", "boardsim", "devmem", *LIBRARIES))
         self.assertEqual(self.bench("--footprint"), (0, f"{sizes}\na figure   kept\n", ""))
 
-    def test_is_the_usage_after_an_unknown_option(self) -> None:
+    def test_prints_its_usage_for_an_unknown_option(self) -> None:
         usage = (
-            "scripts/bench.sh [-v | --verbose]     verbose: also the build, and each measurement\n"
-            "scripts/bench.sh --footprint          prints the tables of docs/footprint.md: sizes, memory by job\n"
+            "scripts/bench.sh [-v | --verbose]     also prints the build and each measurement\n"
+            "scripts/bench.sh --footprint          prints the size and memory tables of docs/footprint.md\n"
         )
         self.assertEqual(self.bench("--quiet"), (2, "", usage))
 

@@ -1,4 +1,4 @@
-"""The simulated board's shell commands in a build tree, while a developer works on them."""
+"""The simulated board's shell commands in a build tree, rebuilt after a developer changes them."""
 
 import shutil
 import tempfile
@@ -28,7 +28,7 @@ class BoardCommands(unittest.TestCase):
     def make(self) -> None:
         run("cmake", "--build", self.build, "--target", "boardsim_commands")
 
-    def test_that_are_edited_are_copied_again(self) -> None:
+    def test_are_copied_again_after_an_edit(self) -> None:
         edited = "#!/bin/sh\necho edited\n"
         self.command.write_text(edited)
 
@@ -38,7 +38,7 @@ class BoardCommands(unittest.TestCase):
         self.assertEqual(copy.read_text(), edited)
         self.assertEqual(run(copy), "edited\n")
 
-    def test_that_are_renamed_leave_no_copy_under_the_old_name(self) -> None:
+    def test_leave_no_copy_under_the_old_name_after_a_rename(self) -> None:
         self.command.rename(self.command.with_name("fp_collect"))
         lists = self.source / "boardsim/CMakeLists.txt"
         lists.write_text(lists.read_text().replace(self.command.name, "fp_collect"))

@@ -1,4 +1,4 @@
-"""Whether the simulated board is built: where toml++ is found, unless the user decides."""
+"""By default the simulated board is built if CMake finds toml++. The user can override this."""
 
 import tempfile
 import unittest
@@ -6,7 +6,7 @@ from pathlib import Path
 
 from configuring import configure, outputs
 
-# In place of toml++ on this machine, of which the compiler and CMake are to find nothing.
+# These hide an installed toml++ from CMake and the compiler.
 NO_PACKAGE = "set(tomlplusplus_FOUND FALSE)\n"
 NO_HEADER = "#error no toml++ here\n"
 HEADER = "namespace toml {}\n"
@@ -33,18 +33,18 @@ class BoardsimByDefault(unittest.TestCase):
     def is_built(self) -> bool:
         return "bin/boardsim" in outputs(self.folder / "build")
 
-    def test_comes_once_toml_is_installed_and_goes_with_it(self) -> None:
+    def test_is_built_only_while_toml_is_installed(self) -> None:
         for header, built in ((NO_HEADER, False), (HEADER, True), (NO_HEADER, False)):
             self.configure(header)
             self.assertEqual(self.is_built(), built, header)
 
-    def test_stays_off_for_a_user_who_wants_none(self) -> None:
+    def test_stays_off_if_the_user_disables_it(self) -> None:
         self.configure(NO_HEADER, KORVEL_BOARDSIM="OFF")
         self.configure(HEADER)
 
         self.assertFalse(self.is_built())
 
-    def test_is_not_left_out_for_a_user_who_wants_it(self) -> None:
+    def test_fails_without_toml_if_the_user_enables_it(self) -> None:
         with self.assertRaisesRegex(AssertionError, "tomlplusplus"):
             self.configure(NO_HEADER, KORVEL_BOARDSIM="ON")
 

@@ -1,4 +1,4 @@
-"""Configures the project as people do, in build trees of a test's own, and reads what is to be built and linked."""
+"""Configures the project in temporary build trees and reads which files the build makes and how it links them."""
 
 import os
 import re
@@ -9,10 +9,10 @@ SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
 
-def run(*words: str | Path, **surroundings: str) -> str:
-    """What a command that succeeds wrote to standard output."""
+def run(*words: str | Path, **environment: str) -> str:
+    """Runs a command and returns its standard output. Fails unless the command exits 0."""
     outcome = subprocess.run(
-        words, env=os.environ | surroundings, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
+        words, env=os.environ | environment, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
     )
     if outcome.returncode != 0:
         raise AssertionError(f"{words}: {outcome.returncode}\n{outcome.stdout}{outcome.stderr}")
@@ -20,14 +20,14 @@ def run(*words: str | Path, **surroundings: str) -> str:
 
 
 def configure(build: Path, source: Path = SOURCE, **options: str | Path) -> None:
-    """Configures a tree, or configures it again. It is quick to build."""
+    """Configures a tree, or configures it again, with the options that build fastest."""
     quick = {"CMAKE_BUILD_TYPE": "Debug", "CMAKE_UNITY_BUILD": "ON", "CMAKE_UNITY_BUILD_BATCH_SIZE": "0"}
     settings = [f"-D{name}={value}" for name, value in (quick | options).items()]
     run("cmake", "-G", "Ninja", "-S", source, "-B", build, *settings)
 
 
 def outputs(build: Path) -> list[str]:
-    """The files that the tree builds, relative to it."""
+    """The files that the tree builds, as paths relative to the tree."""
     listing = run("ninja", "-C", build, "-t", "targets", "all")
     return re.findall(r"^(?!/)(.+?): (?!phony)", listing, re.MULTILINE)
 

@@ -1,4 +1,4 @@
-"""The simulated board of a build, and of its installation, whose libraries and helpers are not below its prefix."""
+"""The simulated board if libraries and helpers are installed outside the prefix, in the build and installed."""
 
 import shutil
 import tempfile
@@ -7,12 +7,12 @@ from pathlib import Path
 
 from configuring import configure, run
 
-# A program, a program that is a command of the board, and a command of the board that is a script.
+# The product's program, a board command that is a program, and a board command that is a script.
 ON_BOARD = "korvel getport eth1; devmem 0x02090510; fp_linux_log_collect /tmp/collected && ls /tmp/collected"
 
 
 class InstalledElsewhere(unittest.TestCase):
-    def test_has_a_board_with_all_its_commands(self) -> None:
+    def test_has_all_commands_on_its_board(self) -> None:
         with tempfile.TemporaryDirectory() as folder:
             build = Path(folder) / "build"
             configure(

@@ -1,4 +1,4 @@
-"""Installations whose folders are given as absolute paths: programs find their libraries, built and installed."""
+"""With absolute installation folders, programs find their libraries in the build tree and installed."""
 
 import os
 import re
@@ -13,7 +13,7 @@ PROGRAMS = ["boardsim", "devmem", "korvel"]
 
 
 def runpath(program: str, command: str) -> str:
-    """Where a program looks for its libraries, as a path; `command` links the program."""
+    """The folder in which a program looks for its libraries. `command` is the command that links the program."""
     below = re.search(r'-rpath,"\\\$ORIGIN/(\S+)"', command).group(1)
     return os.path.normpath(f"/{program}/../{below}")
 
@@ -31,7 +31,7 @@ class InstallFolders(unittest.TestCase):
         return [path for path in outputs(self.build) if Path(path).name in [*PROGRAMS, LIBRARY]]
 
     def installed(self) -> list[str]:
-        """Installs empty files in place of what would be built, which takes longer."""
+        """Installs empty files instead of built ones, which saves the time to build them."""
         for output in outputs(self.build):
             path = self.build / output
             path.parent.mkdir(parents=True, exist_ok=True)
@@ -51,7 +51,7 @@ class InstallFolders(unittest.TestCase):
         for path in programs:
             self.assertEqual(runpath(path, commands[Path(path).name]), str(Path(library).parent), path)
 
-    def test_are_where_programs_find_their_libraries_built_and_installed(self) -> None:
+    def test_let_programs_find_their_libraries_in_the_build_tree_and_installed(self) -> None:
         cases = [
             {"LIBDIR": "/usr/lib64"},
             {"BINDIR": "/usr/local/sbin", "LIBDIR": "/usr/lib", "LIBEXECDIR": "/usr/lib/helpers"},

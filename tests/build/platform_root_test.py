@@ -1,4 +1,4 @@
-"""Builds against the file system of a board: which libraries are linked."""
+"""The libraries that a build against a board's file system links."""
 
 import re
 import tempfile
@@ -29,13 +29,13 @@ class PlatformRoot(unittest.TestCase):
     def linked_folders(self) -> list[str]:
         return re.findall(rf"-L{self.folder}/(\S+)", link_command(self.build, "bin/korvel"))
 
-    def test_that_changes_brings_its_own_libraries(self) -> None:
+    def test_replaces_the_libraries_of_an_earlier_root(self) -> None:
         self.configure(lay_out(self.folder / "old"))
         self.configure(lay_out(self.folder / "new"))
 
         self.assertEqual(self.linked_folders(), ["new/usr/lib"])
 
-    def test_without_the_libraries_does_not_get_those_of_the_one_before(self) -> None:
+    def test_without_libraries_does_not_keep_those_of_an_earlier_root(self) -> None:
         self.configure(lay_out(self.folder / "old"))
 
         with self.assertRaisesRegex(AssertionError, "needs libnetfpsmlog.so"):

@@ -1,4 +1,4 @@
-"""The script that installs what is needed, called without a purpose that it knows."""
+"""scripts/setup.sh, called with an unknown purpose or without one."""
 
 import subprocess
 import unittest
@@ -9,7 +9,7 @@ USAGE = "usage: scripts/setup.sh PURPOSE...\nPurposes: build board test lint ben
 
 
 def setup(*purposes: str) -> tuple[int, str, str]:
-    """Exit status, standard output and standard error."""
+    """Returns exit status, standard output and standard error."""
     outcome = subprocess.run([SOURCE / "scripts/setup.sh", *purposes], capture_output=True, text=True, check=False)
     return outcome.returncode, outcome.stdout, outcome.stderr
 
@@ -19,7 +19,7 @@ class Setup(unittest.TestCase):
         for purposes in (["tests"], ["build", "tests"], ["tests", "build"]):
             self.assertEqual(setup(*purposes), (2, "", "Unknown purpose: tests\n" + USAGE))
 
-    def test_asks_for_a_purpose(self) -> None:
+    def test_prints_its_usage_without_a_purpose(self) -> None:
         self.assertEqual(setup(), (2, "", USAGE))
 
 

@@ -1,4 +1,4 @@
-"""Shells at a terminal, with the completions that an installation has, and a korvel that shows its arguments."""
+"""Shells at a terminal with installed completions. A shell function named korvel prints its arguments."""
 
 import os
 import re
@@ -13,12 +13,12 @@ BUILD = Path(os.environ["KORVEL_BUILD"])
 
 PROMPT = "READY> "
 ALL_MATCHES = "\x14"  # Ctrl-T
-PATIENCE_SECONDS = 60
+TIMEOUT_SECONDS = 60
 
 
 class Kind(NamedTuple):
-    """How a shell is started. In a value, "{home}" is its home folder, "{share}" the installed data, and "{functions}"
-    where the installation has functions of zsh.
+    """How a shell is started. Values may contain {home}, {share} and {functions}: the home folder, the folder of
+    installed data and the folder of installed zsh functions.
     """
 
     arguments: list[str]
@@ -48,7 +48,7 @@ def install_completions(prefix: Path) -> None:
 
 
 class InteractiveShell:
-    """A shell of a kind in the folder `home`, which also has the installation. Ends when it is closed."""
+    """A shell with the home folder `home`, which also holds the installed completions. close() ends the shell."""
 
     def __init__(self, kind: str, home: Path) -> None:
         install_completions(home)
@@ -61,11 +61,11 @@ class InteractiveShell:
                        "XDG_RUNTIME_DIR": str(home)}
         environment |= {name: value.format(**places) for name, value in settings.items()}
         self.terminal = pexpect.spawn(arguments[0], arguments[1:], cwd=home, env=environment, encoding="utf-8",
-                                      dimensions=(50, 400), timeout=PATIENCE_SECONDS)
+                                      dimensions=(50, 400), timeout=TIMEOUT_SECONDS)
         self.terminal.expect_exact(PROMPT)
 
     def arguments_after(self, keys: str) -> list[str]:
-        """The arguments that korvel gets when `keys` are typed, and then Enter."""
+        """Types `keys` and Enter. Returns the arguments that korvel receives."""
         self.terminal.send(keys + "\r")
         self.terminal.expect("ARGUMENTS(.*?)END")
         arguments = re.findall("<([^>]*)>", self.terminal.match[1])
@@ -73,7 +73,7 @@ class InteractiveShell:
         return arguments
 
     def matches(self, line: str) -> list[str]:
-        """What is offered for the word at the end of `line`, in alphabetical order."""
+        """The completions for the last word of `line`, in alphabetical order."""
         before = line.split()[1:] if line.endswith(" ") else line.split()[1:-1]
         return sorted(self.arguments_after(line + ALL_MATCHES)[len(before):])
 

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# A bash for the tests: Ctrl-T puts every match on the line, and korvel shows its arguments.
+# Sets up bash for the tests: Ctrl-T inserts every match, and korvel prints its arguments.
 PS1='READY> '
 bind 'set enable-bracketed-paste off'
 bind 'set bell-style none'

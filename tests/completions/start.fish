@@ -1,4 +1,4 @@
-# A fish for the tests: Ctrl-T puts every match on the line, and korvel shows its arguments.
+# Sets up fish for the tests: Ctrl-T inserts every match, and korvel prints its arguments.
 set fish_greeting
 function fish_prompt
     printf 'READY> '

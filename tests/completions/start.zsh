@@ -1,4 +1,4 @@
-# A zsh for the tests: Ctrl-T puts every match on the line, and korvel shows its arguments.
+# Sets up zsh for the tests: Ctrl-T inserts every match, and korvel prints its arguments.
 PS1='READY> '
 unsetopt prompt_sp prompt_cr beep
 unset zle_bracketed_paste

@@ -1,4 +1,4 @@
-"""The packages' lists of files, held against what an installation consists of before a package build does so."""
+"""Compares debian/*.install with the files of an installation, without building the packages."""
 
 import os
 import re
@@ -11,7 +11,7 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
-# Where debian/rules has other folders than a build by hand.
+# Folders that debian/rules sets to other paths than a plain build does.
 MOVED = {
     r"usr/lib/(?:[^/]+/)?korvel/": "usr/lib/TRIPLET/korvel/",
     r"usr/lib/systemd/": "lib/systemd/",
@@ -34,11 +34,11 @@ def installed_files() -> list[str]:
 
 
 def listed() -> dict[str, list[str]]:
-    """The patterns of each package: files, or folders with all that is below."""
+    """The patterns of each package. A pattern names a file, or a folder with everything below it."""
     return {path.stem: path.read_text().split() for path in (SOURCE / "debian").glob("*.install")}
 
 
-def takes(pattern: str, path: str) -> bool:
+def matches(pattern: str, path: str) -> bool:
     return fnmatch(path, pattern) or fnmatch(path, f"{pattern}/*")
 
 
@@ -48,13 +48,15 @@ class InstallLists(unittest.TestCase):
     def test_put_each_file_into_one_package(self) -> None:
         for path in installed_files():
             with self.subTest(path):
-                takers = [name for name, patterns in listed().items() if any(takes(word, path) for word in patterns)]
-                self.assertEqual(len(takers), 1, takers)
+                packages = [name for name, patterns in listed().items()
+                            if any(matches(pattern, path) for pattern in patterns)]
+                self.assertEqual(len(packages), 1, packages)
 
-    def test_have_no_line_without_a_file(self) -> None:
+    def test_have_no_line_that_matches_no_file(self) -> None:
         files = installed_files()
-        idle = [word for words in listed().values() for word in words if not any(takes(word, file) for file in files)]
-        self.assertEqual(idle, [])
+        unused = [word for words in listed().values() for word in words
+                  if not any(matches(word, file) for file in files)]
+        self.assertEqual(unused, [])
 
 
 class Changelog(unittest.TestCase):

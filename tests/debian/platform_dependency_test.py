@@ -1,6 +1,6 @@
-"""What apt installs with the packages: the stand-ins for a board's libraries come with the simulated board only.
+"""Only the simulated board makes apt install the stand-ins for a board's libraries.
 
-apt-get simulates installations from a repository that consists of an index alone, made of debian/control.
+apt-get simulates installations from a repository without packages. Its index is made from debian/control.
 """
 
 import os
@@ -13,25 +13,25 @@ from pathlib import Path
 
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 
-# Debian's packages, without what they depend on.
+# Debian packages that ours depend on, without their own dependencies.
 OTHERS = ["bubblewrap", "procps"]
 
 EXTRA = "Version: 1\nFilename: ./none.deb\nSize: 1\n"
 
 
 def control_of_the_packages() -> list[str]:
-    """Paragraphs of debian/control, without that of the source."""
+    """The paragraphs of debian/control that describe binary packages."""
     return (SOURCE / "debian/control").read_text().split("\n\n")[1:]
 
 
 def control_of_a_board() -> str:
-    """The paragraph that debian/README.source gives to the integrator of a board."""
+    """The paragraph that debian/README.source offers to a board's integrator."""
     (paragraph,) = re.findall(r"^    Package: .*?(?=\n\n)", (SOURCE / "debian/README.source").read_text(), re.M | re.S)
     return textwrap.dedent(paragraph)
 
 
 def indexed(paragraph: str) -> str:
-    """A paragraph of debian/control as that of an index of built packages."""
+    """Turns a paragraph of debian/control into one of a package index."""
     paragraph = paragraph.replace("${binary:Version}", "1")
     paragraph = re.sub(r",?\s*\$\{\w+:Depends\}", "", paragraph)
     paragraph = re.sub(r"^Depends:\s*\n(?! )", "", paragraph, flags=re.M)
@@ -73,26 +73,26 @@ class PlatformDependency(unittest.TestCase):
         return outcome.stdout
 
     def changes(self, wanted: str, available: list[str], installed: list[str] = ()) -> tuple[set[str], set[str]]:
-        """The packages that come and those that go with an installation."""
+        """Simulates an installation. Returns the packages that apt installs and those that it removes."""
         self.lay_out([*available, *OTHERS], list(installed))
         self.apt_get("update")
         steps = self.apt_get("install", "--simulate", "--yes", wanted)
         return set(re.findall(r"^Inst (\S+)", steps, re.M)), set(re.findall(r"^Remv (\S+)", steps, re.M))
 
-    def test_leaves_out_the_stand_ins_where_they_are_the_only_platform(self) -> None:
+    def test_leaves_out_the_stand_ins_even_if_no_other_platform_exists(self) -> None:
         ours = ["korvel", "korvel-host-platform", "korvel-boardsim"]
         self.assertEqual(self.changes("korvel", ours), ({"korvel", "procps"}, set()))
 
-    def test_leaves_out_the_stand_ins_where_the_board_has_its_platform(self) -> None:
+    def test_leaves_out_the_stand_ins_if_the_board_has_its_platform(self) -> None:
         ours = ["korvel", "korvel-host-platform", "korvel-boardsim"]
         changes = self.changes("korvel", ours, installed=["board-korvel-platform"])
         self.assertEqual(changes, ({"korvel", "procps"}, set()))
 
-    def test_brings_the_stand_ins_with_the_simulated_board(self) -> None:
+    def test_installs_the_stand_ins_with_the_simulated_board(self) -> None:
         ours = ["korvel", "korvel-host-platform", "korvel-boardsim"]
         self.assertEqual(self.changes("korvel-boardsim", ours), ({*ours, *OTHERS}, set()))
 
-    def test_has_the_platform_of_a_board_take_the_place_of_the_stand_ins(self) -> None:
+    def test_replaces_the_stand_ins_with_the_platform_of_a_board(self) -> None:
         changes = self.changes(
             "board-korvel-platform",
             ["korvel", "korvel-host-platform", "board-korvel-platform"],
