@@ -1,9 +1,10 @@
-"""The console blocks of a page: what a reader is told to type, and what is then to be seen.
+"""The console blocks of a page: the commands that a reader types, and the output that must follow.
 
-In Markdown a block is fenced as ```console, in a manual page it is a literal display that begins with a prompt.
-Lines after "$ " are typed at the source tree's root, lines after "board# " on a simulated board, which is a new
-one for each block; a line that starts boardsim without a command, in front of those, gives the board's options.
-Everything else is output, standard output and standard error as a terminal would show them.
+Markdown fences a block as ```console. In a manual page, a block is a literal display that begins with a prompt:
+  "$ "       The command runs at the root of the source tree.
+  "board# "  The command runs on a simulated board. Each block gets a new board.
+A host command directly before a board command starts boardsim without a command. Its options apply to the board.
+All other lines are output: standard output and standard error, as a terminal shows them.
 """
 
 import os
@@ -17,14 +18,14 @@ HOST_PROMPT = "$ "
 BOARD_PROMPT = "board# "
 PROMPTS = (HOST_PROMPT, BOARD_PROMPT)
 
-# Between the outputs of two commands on a board; no command here prints it.
+# Separates the outputs of two commands on a board. No command of a page prints this character.
 MARK = "\x1e"
 SHELL_LOOP = 'for command; do printf "\\036"; eval "$command"; done'
 
-# mdoc's names of characters that it would otherwise set as typography; the backslash comes last.
+# mdoc's escapes for plain characters. The backslash comes last, so that it is not replaced twice.
 ESCAPES = {r"\&": "", r"\-": "-", r"\(dq": '"', r"\(aq": "'", r"\(ha": "^", r"\(ti": "~", r"\(ga": "`", r"\e": "\\"}
 
-# What differs from run to run, and what it is called when two outputs are compared.
+# Texts that differ from run to run, each with the name that replaces it in a comparison.
 VARIABLE_TEXTS = (
     (re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d+)?Z?"), "TIME"),
     (re.compile(r"\d{4}-\d\d-\d\d \d\d:\d\d(:\d\d)?"), "TIME"),
@@ -38,7 +39,7 @@ VARIABLE_TEXTS = (
 
 @dataclass
 class Step:
-    """One command and what is to be seen after it."""
+    """One command and the output that must follow it."""
 
     prompt: str
     command: str
@@ -64,7 +65,7 @@ def blocks_of(page: Path) -> list[Block]:
 
 
 def outputs_of(block: Block, source: Path, build: Path, folder: Path) -> list[list[str]]:
-    """Runs a block and gives the lines that follow each of its commands. `folder` is an empty one to work in."""
+    """Runs a block in an empty folder and returns the output lines of each command."""
     environment = _reader_environment(build)
     _lay_out(folder, source, build)
     outputs: list[list[str]] = []
@@ -86,7 +87,7 @@ def outputs_of(block: Block, source: Path, build: Path, folder: Path) -> list[li
 
 
 def comparable(lines: list[str]) -> list[str]:
-    """Without what differs from run to run, and without the blank lines in which an output ends."""
+    """Replaces texts that differ from run to run, and removes blank lines at the end."""
     text = "\n".join(line.rstrip() for line in lines).rstrip("\n")
     for pattern, name in VARIABLE_TEXTS:
         text = pattern.sub(name, text)
@@ -130,13 +131,13 @@ def _reader_environment(build: Path) -> dict[str, str]:
         "HOME": "/nonexistent",
         "LANG": "C.UTF-8",
         "TERM": "dumb",
-        # The sanitizers' look for leaks cannot trace a process that the board's commands trace already.
+        # LeakSanitizer traces the process. It cannot do so if a board command already traces it.
         "ASAN_OPTIONS": "detect_leaks=0",
     }
 
 
 def _lay_out(folder: Path, source: Path, build: Path) -> None:
-    """The source tree as a reader has it, with the build tree in it under the name that pages use."""
+    """Links the source tree and, as build/, the build tree into the folder: the names that pages use."""
     for entry in source.iterdir():
         if not entry.name.startswith(("build", ".")):
             os.symlink(entry, folder / entry.name)

@@ -1,4 +1,4 @@
-"""Every console block of the pages is run, and shows what the page says."""
+"""Runs every console block of a page and compares the output with the page."""
 
 import os
 import sys
@@ -16,7 +16,7 @@ class ConsoleBlocksTest(unittest.TestCase):
     maxDiff = None
     page: Path
 
-    def test_show_what_a_reader_will_see(self) -> None:
+    def test_show_the_actual_output(self) -> None:
         blocks = blocks_of(SOURCE / self.page)
         self.assertTrue(blocks, f"{self.page} has no console block")
         for block in blocks:

@@ -1,4 +1,4 @@
-"""What the documents say of the repository is true of it."""
+"""Links, names and numbers in the documents match the repository."""
 
 import html
 import os
@@ -16,7 +16,7 @@ def text_of(path: str) -> str:
 
 
 def anchor(heading: str) -> str:
-    """The name by which a page's heading can be linked."""
+    """The fragment that links to a heading."""
     words = re.sub(r"[^\w\s-]", "", heading.strip().lower())
     return re.sub(r"\s", "-", words)
 
@@ -27,7 +27,7 @@ def anchors_of(page: Path) -> set[str]:
 
 
 class LinksTest(unittest.TestCase):
-    def test_lead_somewhere(self) -> None:
+    def test_lead_to_existing_files_and_headings(self) -> None:
         for page in PAGES:
             for target in re.findall(r"\]\(([^)\s]+)\)", page.read_text(encoding="utf-8")):
                 if not target.startswith("https://"):
@@ -41,7 +41,7 @@ class LinksTest(unittest.TestCase):
         if heading:
             self.assertIn(heading, anchors_of(linked))
 
-    def test_reach_every_page_from_the_first(self) -> None:
+    def test_in_the_readme_reach_every_page(self) -> None:
         readme = text_of("README.md")
         for page in PAGES:
             name = str(page.relative_to(SOURCE))
@@ -49,8 +49,8 @@ class LinksTest(unittest.TestCase):
                 self.assertTrue(f"]({name})" in readme, name)
 
 
-class ConsoleTest(unittest.TestCase):
-    def test_stands_in_blocks_that_are_run(self) -> None:
+class ConsoleBlockTest(unittest.TestCase):
+    def test_is_fenced_as_console(self) -> None:
         for page in PAGES:
             fences = re.findall(r"^```(\w*)\n(.*?)^```$", page.read_text(encoding="utf-8"), re.M | re.S)
             for language, content in fences:
@@ -58,7 +58,7 @@ class ConsoleTest(unittest.TestCase):
                     with self.subTest(page=page.name, content=content):
                         self.assertEqual(language, "console")
 
-    def test_is_run_of_every_page_that_has_some(self) -> None:
+    def test_is_run_for_every_page_that_has_one(self) -> None:
         tested = text_of("tests/docs/CMakeLists.txt")
         for page in [*PAGES, *SOURCE.glob("man/*.[1-8]")]:
             if re.search(r"^(\$|board#) ", page.read_text(encoding="utf-8"), re.M):
@@ -66,7 +66,7 @@ class ConsoleTest(unittest.TestCase):
 
 
 class TestNamesTest(unittest.TestCase):
-    def test_are_those_of_tests(self) -> None:
+    def test_on_pages_refer_to_existing_tests(self) -> None:
         """A page names tests as `Suite.Name` or `.Name`."""
         code = "\n".join(path.read_text(encoding="utf-8") for path in SOURCE.glob("tests/**/*.cpp"))
         tests = re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", code, re.M)
@@ -77,7 +77,7 @@ class TestNamesTest(unittest.TestCase):
 
 
 class PicturesTest(unittest.TestCase):
-    def test_are_drawn_from_their_sources(self) -> None:
+    def test_show_every_label_of_their_dot_files(self) -> None:
         for source in SOURCE.glob("docs/pictures/*.dot"):
             with self.subTest(picture=source.stem):
                 drawn = html.unescape(source.with_suffix(".svg").read_text(encoding="utf-8"))
@@ -87,7 +87,7 @@ class PicturesTest(unittest.TestCase):
 
 
 class ReleaseTest(unittest.TestCase):
-    def test_has_one_number_everywhere(self) -> None:
+    def test_has_the_same_number_in_every_file(self) -> None:
         found = {
             "CMakeLists.txt": re.search(r"project\(korvel VERSION (\d+\.\d+\.\d+) ", text_of("CMakeLists.txt")),
             "CHANGELOG.md": re.search(r"^## (\d+\.\d+\.\d+) ", text_of("CHANGELOG.md"), re.M),
@@ -102,16 +102,18 @@ class ReadmeTest(unittest.TestCase):
     def test_fits_two_screens(self) -> None:
         self.assertLessEqual(len(text_of("README.md").splitlines()), 90)
 
-    def test_begins_with_what_it_is_for_whom_and_two_commands(self) -> None:
+    def test_begins_with_purpose_readers_and_two_commands(self) -> None:
         first_screen = "\n".join(text_of("README.md").splitlines()[:24])
         for words in ("command-line control and diagnostics tool", "operators", "scripts/demo.sh", "scripts/test.sh"):
             self.assertTrue(words in first_screen, words)
 
-    def test_shows_each_kind_of_reader_a_way(self) -> None:
+    def test_addresses_each_kind_of_reader(self) -> None:
         for reader in READERS:
             self.assertTrue(reader in text_of("README.md"), reader)
 
-    def test_names_every_script_that_people_type(self) -> None:
+
+class ScriptsTest(unittest.TestCase):
+    def test_are_each_named_on_a_page(self) -> None:
         pages = "\n".join(page.read_text(encoding="utf-8") for page in PAGES)
         for script in SOURCE.glob("scripts/*.sh"):
             self.assertTrue(f"scripts/{script.name}" in pages, script.name)

@@ -1,4 +1,4 @@
-"""The rooms of the code: what includes and links what, and what the pages and pictures tell about it."""
+"""The rooms of the code: includes and links between them follow the rules, and pages and pictures show them."""
 
 import os
 import re
@@ -12,14 +12,14 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 FLOORS = ("base", "platform", "src", "boardsim")
 MOST_UNITS = 20
-SHORTEST_DUPLICATE = 60  # characters of a body without blanks; shorter ones are idioms
+SHORTEST_DUPLICATE = 60  # characters of a body without blanks; shorter bodies are idioms
 
 Graph = Mapping[str, Iterable[str]]
 
 
 @dataclass
 class Room:
-    """A folder with a library of its own, and the libraries that it links."""
+    """A folder that is a library of its own, with the libraries that it links."""
 
     folder: str
     links: set[str] = field(default_factory=set)
@@ -38,7 +38,7 @@ def libraries_in(words: str) -> set[str]:
 
 
 def rooms() -> dict[str, Room]:
-    """The libraries that are built of the product's and the board's folders, by name."""
+    """The rooms of the product and of the simulated board, by library name."""
     found: dict[str, Room] = {}
     for path in sorted(SOURCE.glob("*/**/CMakeLists.txt")):
         folder = str(path.parent.relative_to(SOURCE))
@@ -51,7 +51,7 @@ def rooms() -> dict[str, Room]:
             found.setdefault(name, Room(folder))
         for name, words in re.findall(r"^target_link_libraries\((?:korvel_)?(\w+)(.*?)\)$", content, re.M | re.S):
             found[name].links |= libraries_in(words)
-    # The headers of the board's libraries lie apart, whoever provides the libraries.
+    # The headers of the board's libraries have a folder of their own, because a board may provide the libraries.
     found["smlog"] = found["vask"] = Room("platform/host", {"platform_include"})
     found["platform_include"] = Room("platform/include")
     found["host_board"] = Room("platform/host/include")
@@ -61,7 +61,7 @@ def rooms() -> dict[str, Room]:
 
 
 def reachable(start: str, graph: Graph) -> set[str]:
-    """What can be reached from a node in at least one step."""
+    """The nodes that can be reached from a node in at least one step."""
     reached: set[str] = set()
     waiting = list(graph.get(start, ()))
     while waiting:
@@ -97,10 +97,10 @@ class RoomsTest(unittest.TestCase):
                 outside = {name for name in included_by(path) if headers[name] and not headers[name] & visible[folder]}
                 self.assertEqual(outside, set(), path)
 
-    def test_link_no_room_that_links_them(self) -> None:
+    def test_have_no_circle_of_links(self) -> None:
         self.assertEqual({name for name in self.links if name in reachable(name, self.links)}, set())
 
-    def test_hold_no_units_that_include_each_other(self) -> None:
+    def test_have_no_circle_of_includes(self) -> None:
         units: dict[str, set[str]] = defaultdict(set)
         for path in sources():
             unit = unit_of(path)
@@ -108,13 +108,13 @@ class RoomsTest(unittest.TestCase):
                             if (path.parent / name).exists()} - {unit}
         self.assertEqual({unit for unit in units if unit in reachable(unit, units)}, set())
 
-    def test_are_no_drawers(self) -> None:
+    def test_have_at_most_twenty_units_in_a_folder(self) -> None:
         units = defaultdict(set)
         for path in sources():
             units[path.parent].add(path.stem)
         self.assertEqual({str(folder): len(names) for folder, names in units.items() if len(names) > MOST_UNITS}, {})
 
-    def test_share_no_function_written_twice(self) -> None:
+    def test_define_no_function_twice(self) -> None:
         places = defaultdict(set)
         for path in sources():
             for name, body in functions_of(path.read_text(encoding="utf-8")):
@@ -123,14 +123,14 @@ class RoomsTest(unittest.TestCase):
 
 
 def unit_of(path: Path) -> str:
-    """The folder and name of a file pair. A class inside another one belongs to that one's unit."""
+    """The folder and name of a file pair. A nested class belongs to the unit of its outer class."""
     outer = re.search(r"^class (\w+)::\w+ ", path.with_suffix(".hpp").read_text(encoding="utf-8"), re.M) \
         if path.with_suffix(".hpp").exists() else None
     return str(path.parent.relative_to(SOURCE) / (outer[1] if outer else path.stem))
 
 
 def functions_of(code: str) -> list[tuple[str, str]]:
-    """Name and body, without blanks, of the functions that are defined in clang-format's layout."""
+    """Names and bodies of the functions in clang-format's layout. Bodies have no blanks."""
     code = re.sub(r"//[^\n]*", "", code)
     found = re.findall(r"^( *)[^\n#{};]*?(\w+)\([^{};]*\)[^{};()]*\{\n(.*?)^\1\}$", code, re.M | re.S)
     bodies = [(name, re.sub(r"\s", "", body)) for _, name, body in found]
@@ -148,7 +148,7 @@ class PicturesTest(unittest.TestCase):
 
 
 def arrows_of(picture: str) -> set[tuple[str, str]]:
-    """The solid arrows; one that ends at a cluster's frame leads to the cluster."""
+    """The solid arrows. If an arrow ends at a cluster's frame, the cluster is its end."""
     arrows = set()
     for start, end, attributes in re.findall(r"^    (\w+) -> (\w+)( \[.*\])?$", text_of(picture), re.M):
         if "style=dashed" not in attributes:
@@ -158,7 +158,7 @@ def arrows_of(picture: str) -> set[tuple[str, str]]:
 
 
 def links_below(floors: tuple[str, ...], prefix: str) -> set[tuple[str, str]]:
-    """The links of these rooms, by the names that pictures give them. `common` is the rooms in its frame."""
+    """The links of these rooms, by the names in the pictures. `common` is only a frame there."""
     names = {"platform_include": "include", "smlog": "include", "vask": "include", "host_board": "host",
              "boardsim": "main"}
     arrows = set()
@@ -178,7 +178,7 @@ class ArchitectureTest(unittest.TestCase):
         folders = {room.folder for room in rooms().values()} - {"src/common", "boardsim"}
         self.assertEqual(folders - listed, set())
 
-    def test_has_every_link_lead_to_a_lower_floor(self) -> None:
+    def test_puts_every_linked_room_on_a_lower_floor(self) -> None:
         links = {name: room.links for name, room in rooms().items()}
         for prefix, lowest in (("", "base   platform/include"), ("boardsim_", "text   model   process")):
             floors = {prefix + name: floor for name, floor in self.floors_that_end_in(lowest).items()}
@@ -187,7 +187,7 @@ class ArchitectureTest(unittest.TestCase):
                     self.assertLess(floors[end], floors[start], f"{start} links {end}")
 
     def floors_that_end_in(self, lowest: str) -> dict[str, int]:
-        """The number of each room's floor, the lowest being 0, in the block of text with this lowest floor."""
+        """Each room's floor, counted from 0 at the bottom. `lowest` identifies the block of text by its last line."""
         block = next(block for block in re.findall(r"^```\n(.*?)^```$", self.page, re.M | re.S) if lowest in block)
         lines = [re.sub(r"\(.*\)", "", line) for line in block.splitlines()]
         return {name: number for number, line in enumerate(reversed(lines)) for name in line.split()}

@@ -1,10 +1,10 @@
-"""The prose of pages and comments: which sentences are too long, and which phrases have to be read twice.
+"""Finds long sentences in pages, and hard phrases in pages and comments.
 
-Checks pages or sources while they are written: python3 tests/docs/sentences.py FILE...
+To check files while writing them: python3 tests/docs/sentences.py FILE...
 
-A passage is a run of text that a sentence does not leave: a paragraph, a list item, a table cell, a heading.
-Inline code counts as one word, and a link counts by its text. Code blocks, displays and the synopsis of a manual
-page are no prose. The arguments of an mdoc macro count as words; the macros do not.
+A passage is a paragraph, a list item, a table cell or a heading. No sentence crosses its end.
+Inline code counts as one word, and a link counts by its text. The check skips code blocks, displays and the synopsis
+of a manual page. The arguments of an mdoc macro count as words; the macros do not.
 """
 
 import ast
@@ -16,7 +16,7 @@ from pathlib import Path
 
 MOST_WORDS = 30
 
-# What a reader stumbles over, as a regular expression, and what to write instead.
+# Hard phrases, as regular expressions, each with a better wording.
 PHRASES = {
     r"says? of|said of": "reports, describes",
     r"(is|are|was|were|be) told(?! apart)": "receives, reads, is given",
@@ -41,7 +41,7 @@ PHRASES = {
     r"the (former|latter)": "name the thing again",
     r"whence|whereof|wherein|thereof|therein|lest|hitherto": "plain words",
 }
-STUMBLING = re.compile(rf"\b({'|'.join(PHRASES)})\b", re.IGNORECASE)
+HARD_PHRASE = re.compile(rf"\b({'|'.join(PHRASES)})\b", re.IGNORECASE)
 
 COMMENTED_FOLDERS = ("src", "platform", "boardsim", "base", "tests", "scripts")
 SLASH_COMMENT = re.compile(r"(?:^|\s)//+<?\s?(.*)")
@@ -66,7 +66,7 @@ class Sentence:
 
 
 def problems_of_page(page: Path, name: str) -> list[str]:
-    """A line for each sentence that is too long, and for each phrase."""
+    """A message for each long sentence and for each hard phrase."""
     found: list[str] = []
     for passage in passages_of(page):
         for sentence in sentences_of(passage):
@@ -83,7 +83,7 @@ def problems_of_comments(file: Path, name: str) -> list[str]:
 
 def phrases_of(sentence: Sentence, name: str) -> list[str]:
     return [f'{name}:{sentence.line}: "{phrase[0]}" (better: {instead_of(phrase[0])}): {sentence.text}'
-            for phrase in STUMBLING.finditer(sentence.text)]
+            for phrase in HARD_PHRASE.finditer(sentence.text)]
 
 
 def instead_of(phrase: str) -> str:
@@ -104,7 +104,7 @@ def sentences_of(passage: Passage) -> Iterator[Sentence]:
 
 
 def ends_sentence(word: str) -> bool:
-    """A full stop within a word, as of a number or a file name, does not end a sentence."""
+    """A full stop inside a word does not end a sentence, for example in a number or a file name."""
     bare = word.lstrip("([\"'").lower()
     return bare not in ABBREVIATIONS and re.search(r"[.!?][)\]\"'*_]*$", word) is not None
 
@@ -123,7 +123,7 @@ def markdown_passages(text: str) -> Iterator[Passage]:
 
 
 def plain_markdown(text: str) -> str:
-    """Without code blocks, code, tags and the targets of links; every line keeps its number."""
+    """Removes code blocks, code, tags and link targets. Every line keeps its number."""
     text = replaced(r"^ *(```|~~~).*?^ *\1[ \t]*$", "", text)
     text = replaced(r"<!--.*?-->", "", text)
     text = replaced(r"(`+)(?!`).+?(?<!`)\1(?!`)", CODE, text)
@@ -133,12 +133,12 @@ def plain_markdown(text: str) -> str:
 
 
 def replaced(pattern: str, replacement: str, text: str) -> str:
-    """Line breaks within what is replaced are put in front of the replacement."""
+    """Like re.sub(), but moves the line breaks of each match in front of its replacement."""
     return re.sub(pattern, lambda found: "\n" * found[0].count("\n") + replacement, text, flags=re.M | re.S)
 
 
 def markdown_lines(text: str) -> Iterator[tuple[int, str | None]]:
-    """The lines of passages, and None between two of them."""
+    """The lines of passages, with None between two passages."""
     code_indent = 4
     after_blank = True
     for number, line in enumerate(text.splitlines(), 1):
@@ -179,7 +179,7 @@ def joined(lines: Iterable[tuple[int, str | None]]) -> Iterator[Passage]:
         yield passage
 
 
-# mdoc's names of characters; the backslash comes last.
+# mdoc's escapes for plain characters. The backslash comes last, so that it is not replaced twice.
 ESCAPES = {r"\&": "", r"\-": "-", r"\(dq": '"', r"\(aq": "'", r"\(ha": "^", r"\(ti": "~", r"\(ga": "`", r"\e": "\\"}
 CALLABLE = {"Ap", "Aq", "Ar", "Bq", "Cm", "Dq", "Dv", "Em", "Er", "Ev", "Fl", "Ic", "Li", "Nm", "No", "Ns", "Op", "Pa",
             "Pq", "Ql", "Qq", "Sq", "Sx", "Sy", "Va", "Xr"}
@@ -251,7 +251,7 @@ def unescaped(text: str) -> str:
 
 
 def comments_of(file: Path) -> Iterator[Passage]:
-    """The comments of a source file; successive lines of a comment are a passage."""
+    """The comments of a source file. Consecutive comment lines are one passage."""
     pattern = COMMENT_OF_SUFFIX[file.suffix]
     lines = file.read_text(encoding="utf-8", errors="replace").splitlines()
     found = ((number, pattern.search(line)) for number, line in enumerate(lines, 1))
@@ -281,7 +281,7 @@ def main(names: list[str]) -> int:
     for name in names:
         check = problems_of_comments if Path(name).suffix in COMMENT_OF_SUFFIX else problems_of_page
         found += check(Path(name), name)
-    print("\n".join(found) if found else "no long sentence, no phrase to mend")
+    print("\n".join(found) if found else "no long sentences, no hard phrases")
     return 1 if found else 0
 
 

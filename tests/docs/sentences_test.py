@@ -1,4 +1,4 @@
-"""The pages and comments have no sentence and no phrase that has to be read twice."""
+"""Pages have no long sentences. Neither pages nor comments have hard phrases."""
 
 import os
 import unittest
@@ -24,7 +24,7 @@ class FileTest(unittest.TestCase):
 
 
 class PagesTest(unittest.TestCase):
-    def test_have_short_sentences_without_phrases_to_stumble_over(self) -> None:
+    def test_have_no_long_sentences_and_no_hard_phrases(self) -> None:
         for page in pages_in(SOURCE):
             name = str(page.relative_to(SOURCE))
             with self.subTest(page=name):
@@ -32,20 +32,20 @@ class PagesTest(unittest.TestCase):
 
 
 class CommentsTest(unittest.TestCase):
-    def test_have_no_phrases_to_stumble_over(self) -> None:
+    def test_have_no_hard_phrases(self) -> None:
         found = [problem for file in commented_files_in(SOURCE)
                  for problem in problems_of_comments(file, str(file.relative_to(SOURCE)))]
         self.assertFalse(found, "\n" + "\n".join(found))
 
 
 class LongSentenceTest(FileTest):
-    def test_is_found_with_its_line_and_its_number_of_words(self) -> None:
+    def test_is_reported_with_its_line_and_its_number_of_words(self) -> None:
         text = "word " * MOST_WORDS + "end."
         page = self.file("page.md", f"# Title\n\nA short one. {text}\n")
 
         self.assertEqual(problems_of_page(page, "page.md"), [f"page.md:3: 31 words: {text}"])
 
-    def test_begins_with_the_thirty_first_word(self) -> None:
+    def test_has_more_than_thirty_words(self) -> None:
         page = self.file("page.md", "word " * (MOST_WORDS - 1) + "end.\n")
 
         self.assertEqual(problems_of_page(page, "page.md"), [])
@@ -60,15 +60,15 @@ class SentenceTest(FileTest):
         self.assertEqual(self.sentences("page.md", "Why? (Because.) Look! korvel waits."),
                          ["Why?", "(Because.)", "Look!", "korvel waits."])
 
-    def test_goes_on_after_an_abbreviation_a_decimal_and_a_file_name(self) -> None:
+    def test_continues_after_an_abbreviation_a_decimal_and_a_file_name(self) -> None:
         for text in ("A word (e.g. this one) goes on.", "It takes 1.5 s, i.e. long.", "See main.cpp for 10.0.0.1 here."):
             with self.subTest(text):
                 self.assertEqual(self.sentences("page.md", text), [text])
 
-    def test_may_have_several_lines(self) -> None:
+    def test_can_span_several_lines(self) -> None:
         self.assertEqual(self.sentences("page.md", "One\ntwo\nthree.\nFour."), ["One two three.", "Four."])
 
-    def test_does_not_leave_its_list_item_table_cell_heading_or_paragraph(self) -> None:
+    def test_ends_with_its_list_item_table_cell_heading_or_paragraph(self) -> None:
         page = "# Title\nFirst:\n\n- one\n  and more\n- two\n\n1. three\n\n| A | B |\n|---|---|\n| c | d |\n\nLast"
 
         self.assertEqual(self.sentences("page.md", page),
@@ -78,36 +78,36 @@ class SentenceTest(FileTest):
         self.assertEqual(self.sentences("page.md", "Run `a b\nc`, see [this page](a/b.md#c) and **that**."),
                          ["Run `code`, see this page and that."])
 
-    def test_is_not_in_a_block_of_code(self) -> None:
+    def test_is_not_found_in_a_code_block(self) -> None:
         self.assertEqual(self.sentences("page.md", "One.\n\n    code here\n\n```console\n$ code\n```\n\nTwo."),
                          ["One.", "Two."])
 
-    def test_of_a_manual_page_has_the_arguments_of_macros_as_words(self) -> None:
+    def test_of_a_manual_page_counts_macro_arguments_as_words(self) -> None:
         page = '.Dt KORVEL 1\n.Sh NAMES\n.Nm\nreads\n.Pa /tmp/a ,\nsee\n.Xr tar 1 .\n.Ql a b\n.Pq "it \\- is" Ar c .\n'
 
         self.assertEqual(self.sentences("page.1", page),
                          ["NAMES", "korvel reads /tmp/a, see tar(1).", "`code` it - is c."])
 
-    def test_of_a_manual_page_does_not_leave_its_item_paragraph_or_section(self) -> None:
+    def test_of_a_manual_page_ends_with_its_item_paragraph_or_section(self) -> None:
         page = ".Sh A\none\n.Pp\ntwo\n.Bl -tag\n.It Fl c Ar path\nthree\n.It a Ta b\n.El\nfour\n.Ss B\nfive\n"
 
         self.assertEqual(self.sentences("page.1", page),
                          ["A", "one", "two", "c path", "three", "a", "b", "four", "B", "five"])
 
-    def test_of_a_manual_page_is_neither_in_a_display_nor_in_the_synopsis(self) -> None:
+    def test_of_a_manual_page_is_not_found_in_a_display_or_the_synopsis(self) -> None:
         page = '.\\" comment\n.Sh SYNOPSIS\n.Nm\n.Sh B\none\n.Bd -literal\n$ code\n.Ed\n.Dl code\ntwo\n'
 
         self.assertEqual(self.sentences("page.1", page), ["B", "one", "two"])
 
 
 class PhraseTest(FileTest):
-    def test_is_found_across_lines_with_what_to_write_instead(self) -> None:
+    def test_is_found_across_lines_and_reported_with_a_better_wording(self) -> None:
         page = self.file("page.md", "One. The log says\nof it. Two.\n")
 
         self.assertEqual(problems_of_page(page, "page.md"),
                          ['page.md:1: "says of" (better: reports, describes): The log says of it.'])
 
-    def test_is_not_found_in_words_that_say_something_else(self) -> None:
+    def test_is_not_found_in_words_with_another_meaning(self) -> None:
         page = self.file("page.md", "Faults are told apart by their names. A stand-in stands in for a library.\n")
 
         self.assertEqual(problems_of_page(page, "page.md"), [])
@@ -120,7 +120,7 @@ class PhraseTest(FileTest):
                 self.assertEqual(problems_of_comments(self.file(name, content), name),
                                  [f'{name}:1: "{text}" (better: receives, reads, is given): It {text}'])
 
-    def test_may_go_on_in_the_next_line_of_a_comment(self) -> None:
+    def test_can_continue_on_the_next_line_of_a_comment(self) -> None:
         file = self.file("a.cpp", "// It is\n// told.\nint a;\n// told\n")
 
         self.assertEqual(len(problems_of_comments(file, "a.cpp")), 1)

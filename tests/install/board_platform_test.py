@@ -1,6 +1,6 @@
-"""The program built against the file system of a board, installed, and run with the board's own libraries.
+"""Builds korvel against the file system of a board, installs it and runs it with the board's own libraries.
 
-The test builds these libraries from platform/include only.
+The test builds these libraries from the headers in platform/include.
 """
 
 import os
@@ -16,10 +16,10 @@ COMPILER = os.environ.get("CXX", "c++")
 PARTS = SOURCE / "tests/install/board"
 
 
-def run(*words: str | Path, **surroundings: str) -> str:
-    """The standard output of a command, which must succeed."""
+def run(*words: str | Path, **environment: str) -> str:
+    """Runs a command and returns its standard output. Fails unless the command exits 0."""
     outcome = subprocess.run(
-        words, env=os.environ | surroundings, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
+        words, env=os.environ | environment, stdin=subprocess.DEVNULL, capture_output=True, text=True, check=False
     )
     if outcome.returncode != 0:
         raise AssertionError(f"{words}: {outcome.returncode}\n{outcome.stdout}{outcome.stderr}")
@@ -33,7 +33,7 @@ def build_library(folder: Path, name: str, *more: str) -> None:
 
 
 def lay_out_board(root: Path) -> None:
-    """Only one of its two libraries has a soname. Both need a third library."""
+    """Makes a board with three libraries. Only one of the two that korvel links has a soname; both need the third."""
     folder = root / "usr/lib"
     folder.mkdir(parents=True)
     build_library(folder, "boardsupport", str(PARTS / "BoardSupport.cpp"))
@@ -58,7 +58,7 @@ def configure(build: Path, root: Path) -> None:
 class BoardPlatform(unittest.TestCase):
     @classmethod
     def setUpClass(cls) -> None:
-        # Below the build folder, because the simulated board sees only that.
+        # Below the build folder, because the simulated board shows that folder.
         folder = tempfile.TemporaryDirectory(dir=BUILD / "tests", prefix="board-")
         cls.addClassCleanup(folder.cleanup)
         cls.folder = Path(folder.name)
@@ -69,12 +69,12 @@ class BoardPlatform(unittest.TestCase):
         run("cmake", "--install", cls.folder / "build", DESTDIR=str(cls.root))
 
     def korvel(self, *words: str) -> str:
-        """Runs the installed program on a board. The board's folders are below that of the test."""
+        """Runs the installed program on a simulated board, with the libraries of this test's board."""
         root = Path("/opt/korvel") / self.root.relative_to(BUILD)
         libraries = f"LD_LIBRARY_PATH={root / 'usr/lib'}"
         return run(BUILD / "boardsim", "--bare", "--", "env", libraries, str(root / "usr/bin/korvel"), *words)
 
-    def test_asks_for_the_libraries_by_their_names(self) -> None:
+    def test_needs_the_libraries_by_their_names(self) -> None:
         dynamic = run("readelf", "--dynamic", "--wide", self.root / "usr/bin/korvel")
         needed = re.findall(r"\(NEEDED\).*\[(.*)\]", dynamic)
         ours = [name for name in needed if not re.match(r"lib(stdc\+\+|gcc_s|c|m)\.so\.", name)]

@@ -1,4 +1,4 @@
-"""The documents of an installation: they are there, and links between them work."""
+"""An installation contains all documents, and the links between them work."""
 
 import os
 import re
@@ -20,7 +20,7 @@ class InstalledDocuments(unittest.TestCase):
         subprocess.run(command, env=os.environ | {"DESTDIR": folder.name}, capture_output=True, check=True)
         cls.documents = Path(folder.name) / "usr/share/doc/korvel"
 
-    def test_are_all_pages_of_the_source(self) -> None:
+    def test_include_every_page_of_the_source(self) -> None:
         pages = {str(page.relative_to(SOURCE)) for page in [*SOURCE.glob("*.md"), *SOURCE.glob("docs/**/*.md")]}
         installed = {str(page.relative_to(self.documents)) for page in self.documents.rglob("*.md")}
         self.assertEqual(installed, pages)

@@ -1,4 +1,4 @@
-"""The release number inside each installed program and library, as systemd and readelf find it."""
+"""Each installed program and library has a package note with the release number."""
 
 import json
 import os
@@ -15,7 +15,7 @@ WITH_NOTE = ["boardsim", "devmem", "korvel", "libWENVASK.so", "libnetfpsmlog.so"
 
 
 def install_stripped(root: str) -> list[Path]:
-    """The ELF files of an installation, by name."""
+    """Installs stripped files. Returns the ELF files, sorted by name."""
     command = ["cmake", "--install", BUILD, "--prefix", "/usr", "--strip"]
     subprocess.run(command, env=os.environ | {"DESTDIR": root}, capture_output=True, check=True)
     files = (path for path in Path(root).rglob("*") if path.is_file())
@@ -27,7 +27,7 @@ def readelf(part: str, binary: Path) -> str:
 
 
 def setting(name: str) -> str:
-    """A value of the build's configuration."""
+    """A value from the CMake cache."""
     return re.search(rf"^{name}:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE).group(1)
 
 
@@ -38,10 +38,10 @@ class PackageNote(unittest.TestCase):
         cls.addClassCleanup(folder.cleanup)
         cls.binaries = install_stripped(folder.name)
 
-    def test_is_looked_for_in_every_binary(self) -> None:
+    def test_is_checked_in_every_binary(self) -> None:
         self.assertEqual([path.name for path in self.binaries], WITH_NOTE)
 
-    def test_has_the_name_and_the_number_of_the_release(self) -> None:
+    def test_has_the_type_name_and_version_of_the_package(self) -> None:
         release = re.search(r"project\(korvel VERSION (\S+)", (SOURCE / "CMakeLists.txt").read_text()).group(1)
         wanted = {"type": setting("KORVEL_PACKAGE_TYPE"), "name": "korvel", "version": release}
         for binary in self.binaries:
@@ -50,7 +50,7 @@ class PackageNote(unittest.TestCase):
                 found = re.findall(r"FDO_PACKAGING_METADATA\s+Packaging Metadata: (.*)$", notes, re.MULTILINE)
                 self.assertEqual([json.loads(text) for text in found], [wanted])
 
-    def test_is_loaded_so_that_a_core_dump_has_it(self) -> None:
+    def test_is_loaded_and_so_part_of_a_core_dump(self) -> None:
         for binary in self.binaries:
             with self.subTest(binary.name):
                 sections = readelf("--sections", binary)

@@ -1,4 +1,4 @@
-"""The common symbols of the program and the board's two libraries, as they are in the binaries."""
+"""The dynamic symbols that korvel shares with the board's two libraries."""
 
 import os
 import subprocess
@@ -14,7 +14,7 @@ TYPE_OF_SMLOG = ["_ZTI5SmLog", "_ZTS5SmLog"]
 
 
 def symbols(binary: Path, which: str) -> list[str]:
-    """The sorted names of the dynamic symbol table without those of versioned libraries."""
+    """The sorted names of the dynamic symbol table, without symbols of versioned libraries."""
     command = [NM, "--dynamic", which, "--format=just-symbols", binary]
     listing = subprocess.run(command, capture_output=True, text=True, check=True).stdout
     return sorted(name for name in listing.split() if "@" not in name)
@@ -32,7 +32,7 @@ class PlatformSymbols(unittest.TestCase):
     def test_of_the_driver_abstraction_are_three_functions(self) -> None:
         self.assertEqual(symbols(stand_in("libWENVASK.so"), "--defined-only"), VASK)
 
-    def test_that_the_program_asks_for_are_four_functions(self) -> None:
+    def test_that_the_program_needs_are_four_functions(self) -> None:
         wanted = symbols(BUILD / "korvel", "--undefined-only")
         ours = [name for name in wanted if "SmLog" in name or name.startswith("vask_")]
         self.assertEqual(ours, [SMLOG, *VASK])

@@ -1,4 +1,4 @@
-"""Compares the BitBake recipe in the documents with the files of an installation."""
+"""Compares the BitBake recipe in docs/porting with the files of an installation."""
 
 import os
 import re
@@ -11,7 +11,7 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
-# The values of a distribution's variables for an installation below /usr.
+# The values of BitBake's folder variables in an installation below /usr.
 FOLDERS = {
     "bindir": "/usr/bin",
     "datadir": "/usr/share",
@@ -29,7 +29,7 @@ def recipe_path() -> Path:
 
 
 def variables() -> dict[str, str]:
-    """The recipe's assignments. The lines of a value are joined."""
+    """The recipe's assignments, with continued lines joined."""
     text = recipe_path().read_text().replace("\\\n", " ")
     return dict(re.findall(r'^(\S+) \??\??\+?= "(.*)"$', text, re.MULTILINE))
 
@@ -52,13 +52,13 @@ def installed_files() -> list[str]:
         return sorted("/" + str(path.relative_to(root)) for path in Path(root).rglob("*") if not path.is_dir())
 
 
-def takes(entry: str, file: str) -> bool:
-    """Whether an entry of a file list is the file, or a folder with the file in it."""
+def matches(entry: str, file: str) -> bool:
+    """Whether an entry of a file list names the file, or a folder that contains it."""
     return file == entry or file.startswith(f"{entry}/")
 
 
 def libraries_folder() -> str:
-    """The folder of this build's libraries. On Debian it is below FOLDERS["libdir"]."""
+    """This build's folder for libraries. On Debian it is below FOLDERS["libdir"]."""
     return re.search(r"^CMAKE_INSTALL_LIBDIR:\w+=(.*)$", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE).group(1)
 
 
@@ -74,29 +74,29 @@ class Recipe(unittest.TestCase):
         cls.installed = sorted(file.replace(libraries, "/usr/lib/korvel/") for file in installed_files())
 
     def test_packs_each_installed_file_once(self) -> None:
-        takers = {file: [entry for entry in self.listed if takes(entry, file)] for file in self.installed}
-        self.assertEqual({file: entries for file, entries in takers.items() if len(entries) != 1}, {})
+        matching = {file: [entry for entry in self.listed if matches(entry, file)] for file in self.installed}
+        self.assertEqual({file: entries for file, entries in matching.items() if len(entries) != 1}, {})
 
-    def test_lists_nothing_that_is_not_installed(self) -> None:
-        idle = [entry for entry in self.listed if not any(takes(entry, file) for file in self.installed)]
-        self.assertEqual(idle, [])
+    def test_lists_only_installed_files(self) -> None:
+        unused = [entry for entry in self.listed if not any(matches(entry, file) for file in self.installed)]
+        self.assertEqual(unused, [])
 
     def test_has_a_file_list_for_each_package_with_files(self) -> None:
         packages = [expand(word) for word in self.recipe["PACKAGES"].split()]
         self.assertEqual(Counter(packages), Counter([*self.lists, "korvel-dbg"]))
 
-    def test_knows_the_units_and_enables_none(self) -> None:
+    def test_lists_the_units_and_enables_none(self) -> None:
         folder = FOLDERS["systemd_system_unitdir"] + "/"
         units = [file.removeprefix(folder) for file in self.installed if file.startswith(folder)]
         self.assertEqual(self.recipe["SYSTEMD_SERVICE:${PN}"].split(), units)
         self.assertEqual(self.recipe["SYSTEMD_AUTO_ENABLE"], "disable")
 
-    def test_sets_no_option_that_the_build_does_not_have(self) -> None:
+    def test_sets_only_options_of_the_build(self) -> None:
         options = set(re.findall(r"-D(\w+)=", recipe_path().read_text()))
         known = set(re.findall(r"^(\w+):\w+=", (BUILD / "CMakeCache.txt").read_text(), re.MULTILINE))
         self.assertEqual(options - known, set())
 
-    def test_is_that_of_this_release(self) -> None:
+    def test_has_the_number_of_this_release(self) -> None:
         release = re.search(r"project\(korvel VERSION (\S+)", (SOURCE / "CMakeLists.txt").read_text()).group(1)
         self.assertEqual(recipe_path().name, f"korvel_{release}.bb")
         numbers = re.findall(r"korvel[-_](\d+\.\d+\.\d+)", recipe_path().read_text())

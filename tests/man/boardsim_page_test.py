@@ -1,4 +1,4 @@
-"""boardsim(1) holds what the program's help text names, and nothing else."""
+"""boardsim(1) describes exactly the options, peers and faults of boardsim's help text."""
 
 import re
 import unittest
@@ -16,7 +16,7 @@ class BoardsimPageTest(unittest.TestCase):
     def test_has_every_peer(self) -> None:
         self.assertEqual(manual.item_heads("boardsim.1", "Ic"), help_text.boardsim_peers())
 
-    def test_has_every_fault_under_the_heading_of_its_table(self) -> None:
+    def test_has_every_fault_under_its_heading(self) -> None:
         tables = re.findall(r"^\.Ss Faults of (.*)\n((?:(?!\.S[hs] ).*\n)*)", manual.source_of("boardsim.1"), re.M)
         faults = {title: set(re.findall(r"^\.It Cm ([a-z-]+)", body, re.M)) for title, body in tables}
         self.assertEqual(faults, help_text.boardsim_faults())

@@ -1,4 +1,4 @@
-"""fpdispatcher.conf(5) has the keys that the code reads, and no other."""
+"""fpdispatcher.conf(5) describes exactly the keys that the code reads."""
 
 import re
 import unittest
@@ -14,7 +14,7 @@ def keys_in_code() -> set[str]:
 
 
 class ConfigurationPageTest(unittest.TestCase):
-    def test_has_the_keys_that_the_code_reads(self) -> None:
+    def test_describes_exactly_the_keys_that_the_code_reads(self) -> None:
         self.assertEqual(manual.item_heads("fpdispatcher.conf.5", "Ic"), keys_in_code())
 
     def test_has_every_key_in_its_example(self) -> None:

@@ -1,4 +1,4 @@
-"""What the programs' own help texts name."""
+"""The options, keywords, peers and faults in the help texts of korvel and boardsim."""
 
 import os
 import re
@@ -6,7 +6,7 @@ import subprocess
 from pathlib import Path
 
 BUILD = Path(os.environ["KORVEL_BUILD"])
-PROGRAM = r"\S*korvel\S*"  # under an emulator, it learns a path of it
+PROGRAM = r"\S*korvel\S*"  # under an emulator, the help text shows a path
 
 
 def help_of(program: str) -> str:
@@ -22,8 +22,8 @@ def korvel_keywords() -> set[str]:
     collection, rest = text.split("  Log Collection:\n")[1].split("  Actions:\n")
     collected = re.findall(r"^      ([a-z-]+)\*? *\(", collection, re.M)
     actions = re.findall(rf"^    =+\n +(?:{PROGRAM} )?(\w+)", rest, re.M)
-    lasting = re.findall(rf"^      {PROGRAM}  (\w+)$", rest, re.M)
-    return {*collected, *actions, *lasting}
+    long_running = re.findall(rf"^      {PROGRAM}  (\w+)$", rest, re.M)
+    return {*collected, *actions, *long_running}
 
 
 def boardsim_options() -> set[str]:
@@ -36,6 +36,6 @@ def boardsim_peers() -> set[str]:
 
 
 def boardsim_faults() -> dict[str, set[str]]:
-    """By the first line of their table."""
+    """The faults of each table, by the table's title."""
     tables = re.findall(r"^Faults of (.*):\n((?:  .*\n)*)", help_of("boardsim"), re.M)
     return {title: set(re.findall(r"^    ([a-z-]+)", rows, re.M)) for title, rows in tables}

@@ -1,4 +1,4 @@
-"""korvel(1) and the completions hold what the program knows, and nothing else."""
+"""korvel(1) and the completions match the program: keywords, options, files and failures."""
 
 import re
 import sys
@@ -15,18 +15,18 @@ from interactive_shell import InteractiveShell  # noqa: E402
 SHELLS = ["bash", "zsh", "fish"]
 NOT_IN_HELP = {"master", "resmgr", "slog"}
 
-# Where the shell's output goes, and what stands in for a closed stream.
+# Destinations of discarded output, and a replacement for a closed stream.
 NO_FILES = {"/dev/null", "/var/log/"}
-# Appended to a folder.
+# Parts that the code appends to a folder.
 ENDINGS = {"/fuse", "/mmi", "/ti", "/runtime.log", "/startup.log", "/middle.log", "/status"}
-# Of the system's library, not of the code.
+# Paths that system libraries use, not the code.
 IN_LIBRARIES = {"/bin/sh", "/dev/log"}
-# Messages of functions that the program does not call.
+# Messages of functions that korvel does not call.
 NOT_CALLED = {"Failed to Bind to Linux Socket:", "Failed to Send to Linux Socket:"}
 
 
 def code() -> str:
-    """All of src, without comments."""
+    """The code below src, without comments."""
     files = sorted(path for path in (manual.SOURCE / "src").rglob("*") if path.suffix in {".cpp", ".hpp"})
     return re.sub(r"\s//.*", "", "\n".join(path.read_text() for path in files))
 
@@ -45,14 +45,14 @@ def paths_in_files_section() -> set[str]:
 
 
 def messages_in_code() -> set[str]:
-    """The pieces of every failure that is reported on the console."""
+    """The literal pieces of every failure message on the console."""
     calls = re.findall(r"\bfail(?:Errno|ErrnoNumber|NumberAndReason)?\((.*?)\);", code(), re.S)
     pieces = {manual.flattened(literal) for call in calls for literal in literals(call)}
     return {piece for piece in pieces if re.search("[a-z]{3}", piece)}
 
 
 def offered_by(shell_kind: str) -> tuple[set[str], set[str]]:
-    """The keywords and the options that a shell offers."""
+    """The keywords and options that a shell offers."""
     with tempfile.TemporaryDirectory(prefix="korvel-page-") as home:
         shell = InteractiveShell(shell_kind, Path(home))
         try:
@@ -64,7 +64,7 @@ def offered_by(shell_kind: str) -> tuple[set[str], set[str]]:
 class KorvelPageTest(unittest.TestCase):
     maxDiff = None
 
-    def test_has_every_keyword_of_the_help_text_and_the_three_that_it_leaves_out(self) -> None:
+    def test_has_every_keyword_of_the_help_text_and_three_more(self) -> None:
         self.assertEqual(manual.keywords_of_korvel(), help_text.korvel_keywords() | NOT_IN_HELP)
 
     def test_has_every_option_of_the_help_text(self) -> None:
@@ -83,18 +83,18 @@ class KorvelPageTest(unittest.TestCase):
 
     def test_lists_the_files_that_the_code_names(self) -> None:
         documented = paths_in_files_section()
-        for_others = manual.text_of("fpdispatcher.conf.5")
+        configuration_page = manual.text_of("fpdispatcher.conf.5")
         for path in paths_in_code() - NO_FILES - ENDINGS:
             with self.subTest(path=path):
-                if path.startswith("/etc/"):  # read from the configuration, and not used
-                    self.assertIn(path, for_others)
+                if path.startswith("/etc/"):  # korvel reads this setting but does not use it
+                    self.assertIn(path, configuration_page)
                 else:
                     self.assertTrue(any(name.startswith(path) for name in documented))
 
-    def test_makes_no_exception_for_a_path_that_the_code_has_no_more(self) -> None:
+    def test_excepts_only_paths_that_the_code_names(self) -> None:
         self.assertLessEqual(NO_FILES | ENDINGS, paths_in_code())
 
-    def test_lists_no_file_that_the_code_does_not_name(self) -> None:
+    def test_lists_only_files_that_the_code_names(self) -> None:
         folders_and_files = paths_in_code() - ENDINGS
         for name in paths_in_files_section() - IN_LIBRARIES:
             with self.subTest(name=name):

@@ -1,4 +1,4 @@
-"""Nothing to complain about in the source of the pages."""
+"""mandoc reports no problem in the manual pages."""
 
 import subprocess
 import unittest
@@ -7,7 +7,7 @@ import manual
 
 
 class LintTest(unittest.TestCase):
-    def test_mandoc_finds_nothing(self) -> None:
+    def test_mandoc_reports_nothing(self) -> None:
         pages = sorted(page for page in manual.PAGES.iterdir() if page.suffix in {".1", ".5"})
         self.assertEqual([page.name for page in pages],
                          ["boardsim.1", "fpdispatcher.conf.5", "korvel-package.5", "korvel.1"])

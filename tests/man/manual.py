@@ -1,4 +1,4 @@
-"""The manual pages: what their source names, and their text."""
+"""Reads the manual pages: their source, the items in it, and their formatted text."""
 
 import os
 import re
@@ -23,15 +23,15 @@ def flattened(text: str) -> str:
 
 
 def text_of(page: str) -> str:
-    """The page as it is read, in one line."""
-    width = "width=1000"  # hardly a line to break
+    """The formatted page as one line."""
+    width = "width=1000"  # wide enough to break almost no line
     shown = subprocess.run(["mandoc", "-T", "ascii", "-O", width, PAGES / page],
                            check=True, capture_output=True, text=True).stdout
-    return flattened(re.sub(".\b", "", shown))  # bold and underlined are typed over one another
+    return flattened(re.sub(".\b", "", shown))  # bold and underlined text is overstruck
 
 
 def item_heads(page: str, macro: str) -> set[str]:
-    """The words that items explain, one or, with commas between them, more: ".It Cm proxy , server"."""
+    """The words that list items explain. An item may explain several: ".It Cm proxy , server"."""
     heads = re.findall(rf"^\.It {macro} (\S+(?: , \S+)*)", source_of(page), re.M)
     return {word for head in heads for word in head.split(" , ")}
 
