@@ -61,7 +61,8 @@ class SentenceTest(FileTest):
                          ["Why?", "(Because.)", "Look!", "korvel waits."])
 
     def test_continues_after_an_abbreviation_a_decimal_and_a_file_name(self) -> None:
-        for text in ("A word (e.g. this one) goes on.", "It takes 1.5 s, i.e. long.", "See main.cpp for 10.0.0.1 here."):
+        for text in ("A word (e.g. this one) goes on.", "It takes 1.5 s, i.e. long.",
+                     "See main.cpp for 10.0.0.1 here."):
             with self.subTest(text):
                 self.assertEqual(self.sentences("page.md", text), [text])
 

@@ -1,12 +1,12 @@
-"""The script that moves an earlier archive aside, on a sandbox of its own with nothing but files in it."""
+"""The script archive-aside, which renames the archive of an earlier run. Each test runs it in a bare sandbox."""
 
 import unittest
 
 import board
 
-# Runs are told apart by a word in their files.
+# The runs' files contain different words, so that a test can identify a run.
 ARCHIVE = """
-archive() {  # FOLDER WORD: what a run leaves
+archive() {  # FOLDER WORD: makes the files of a run
     mkdir -p "/tmp/korvel/$1/dispatcher" "/tmp/korvel/$1/syslib"
     echo "$2" > "/tmp/korvel/$1/dispatcher/runtime.log"
     : > "/tmp/korvel/$1/syslib/runtime.log"
@@ -27,7 +27,7 @@ class ArchiveAside(unittest.TestCase):
         outcome = run(f"archive archive last; {ASIDE} show; ls")
         self.assertEqual(outcome, (0, "archive.1/dispatcher/runtime.log:last\narchive.1\n", ""))
 
-    def test_moves_each_run_one_number_up_and_lets_the_oldest_go(self) -> None:
+    def test_renumbers_each_run_and_deletes_the_oldest(self) -> None:
         outcome = run(f"""
             archive archive last; archive archive.1 second; archive archive.2 third; archive archive.3 oldest
             {ASIDE} show""")
@@ -35,26 +35,26 @@ class ArchiveAside(unittest.TestCase):
                                       "archive.2/dispatcher/runtime.log:second\n"
                                       "archive.3/dispatcher/runtime.log:third\n", ""))
 
-    def test_lets_no_run_go_while_a_number_is_free(self) -> None:
+    def test_deletes_no_run_while_a_number_is_free(self) -> None:
         outcome = run(f"archive archive last; archive archive.1 second; archive archive.3 oldest; {ASIDE} show")
         self.assertEqual(outcome, (0, "archive.1/dispatcher/runtime.log:last\n"
                                       "archive.2/dispatcher/runtime.log:second\n"
                                       "archive.3/dispatcher/runtime.log:oldest\n", ""))
 
-    def test_goes_on_where_an_earlier_one_was_interrupted(self) -> None:
+    def test_completes_an_interrupted_renumbering(self) -> None:
         outcome = run(f"archive archive last; archive archive.2 second; {ASIDE} show")
         self.assertEqual(outcome, (0, "archive.1/dispatcher/runtime.log:last\n"
                                       "archive.2/dispatcher/runtime.log:second\n", ""))
 
-    def test_gives_a_run_without_an_entry_no_number(self) -> None:
+    def test_gives_no_number_to_a_run_without_log_entries(self) -> None:
         outcome = run(f"archive archive.1 second; mkdir -p /tmp/korvel/archive/syslib;"
                       f": > /tmp/korvel/archive/syslib/runtime.log; {ASIDE} show; ls")
         self.assertEqual(outcome, (0, "archive.1/dispatcher/runtime.log:second\narchive\narchive.1\n", ""))
 
-    def test_has_nothing_to_do_before_the_first_run(self) -> None:
+    def test_does_nothing_before_the_first_run(self) -> None:
         self.assertEqual(run(f"{ASIDE} ls -A /tmp"), (0, "", ""))
 
-    def test_moves_no_folder_that_is_a_link(self) -> None:
+    def test_does_not_move_a_folder_that_is_a_link(self) -> None:
         for link in ("/tmp/korvel", "/tmp/korvel/archive"):
             with self.subTest(link):
                 outcome = run(f"""
@@ -63,7 +63,7 @@ class ArchiveAside(unittest.TestCase):
                 message = f"archive-aside: {link} is a link, or not a directory of this user: nothing was moved\n"
                 self.assertEqual(outcome, (0, "1\n", message))
 
-    def test_follows_no_link_among_the_numbers(self) -> None:
+    def test_does_not_follow_a_link_in_place_of_a_numbered_run(self) -> None:
         outcome = run(f"""
             archive archive last; archive archive.1 second; mkdir /tmp/elsewhere; echo theirs > /tmp/elsewhere/file
             ln -s /tmp/elsewhere /tmp/korvel/archive.2; ln -s /tmp/elsewhere /tmp/korvel/archive.3

@@ -1,4 +1,4 @@
-"""A simulated board for each script: what it printed, and how it ended."""
+"""Runs shell scripts, each on a simulated board of its own."""
 
 import os
 import subprocess
@@ -6,7 +6,7 @@ from pathlib import Path
 from typing import NamedTuple
 
 BUILD = Path(os.environ["KORVEL_BUILD"])
-# Where the build tree is on the board, and the scripts in it.
+# The build tree's path on the board, and the folder of its helper scripts.
 PREFIX = "/opt/korvel"
 HELPERS = f"{PREFIX}/libexec/korvel"
 
@@ -18,7 +18,7 @@ class Outcome(NamedTuple):
 
 
 def run(script: str, *options: str) -> Outcome:
-    """Runs shell commands on a board that boardsim's options describe. The board is gone afterwards."""
+    """Runs shell commands on a board with these options of boardsim. The board ends with the commands."""
     command = [BUILD / "boardsim", *options, "--", "sh", "-c", script]
     done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, text=True, timeout=60)
     return Outcome(done.returncode, done.stdout, done.stderr)

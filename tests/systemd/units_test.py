@@ -1,4 +1,4 @@
-"""The units: as systemd judges them, and what they run, line by line on a simulated board."""
+"""The systemd units: systemd-analyze checks them, and a simulated board runs their commands."""
 
 import configparser
 import os
@@ -11,12 +11,12 @@ from pathlib import Path
 import board
 
 UNITS = board.BUILD / "lib/systemd/system"
-# The prefix that the build was configured with, as it stands in the units.
+# The installation prefix of the build, which the units contain.
 PREFIX = sys.argv.pop(1)
 
 
 def commands(unit: str, key: str) -> str:
-    """The commands of one key, in order, at the places where the board has the programs."""
+    """The commands of one key, in order, with the paths that the programs have on the board."""
     lines = (UNITS / unit).read_text().splitlines()
     values = [line.removeprefix(f"{key}=") for line in lines if line.startswith(f"{key}=")]
     return "\n".join(values).replace(f"{PREFIX}/", f"{board.PREFIX}/")
@@ -32,19 +32,19 @@ def section(unit: str, name: str) -> dict[str, str]:
 class Analysis(unittest.TestCase):
     maxDiff = None
 
-    def analyze(self, *words: str | Path, **surroundings: str) -> tuple[int, str]:
-        done = subprocess.run(["systemd-analyze", *words], env=os.environ | surroundings, stdin=subprocess.DEVNULL,
+    def analyze(self, *words: str | Path, **environment: str) -> tuple[int, str]:
+        done = subprocess.run(["systemd-analyze", *words], env=os.environ | environment, stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
         return done.returncode, done.stdout
 
-    def test_systemd_finds_nothing_to_complain_about(self) -> None:
+    def test_systemd_reports_no_problem(self) -> None:
         with tempfile.TemporaryDirectory() as folder:
             for unit in UNITS.iterdir():
                 Path(folder, unit.name).write_text(unit.read_text().replace(f"{PREFIX}/", f"{board.BUILD}/"))
             outcome = self.analyze("verify", "--man=no", *Path(folder).iterdir(), SYSTEMD_UNIT_PATH=f"{folder}:")
         self.assertEqual(outcome, (0, ""))
 
-    def test_what_runs_all_the_time_is_hardly_exposed(self) -> None:
+    def test_long_running_services_have_a_low_exposure(self) -> None:
         for unit, tenths in (("korvel-archive.service", 15), ("korvel-supervision.service", 20)):
             with self.subTest(unit):
                 status, report = self.analyze("security", "--offline=true", f"--threshold={tenths}", UNITS / unit)
@@ -52,7 +52,7 @@ class Analysis(unittest.TestCase):
 
 
 class WorkDirectory(unittest.TestCase):
-    def test_is_closed_bounded_and_in_memory(self) -> None:
+    def test_is_private_limited_and_in_memory(self) -> None:
         self.assertEqual(section("tmp-korvel.mount", "Mount"), {
             "What": "tmpfs",
             "Where": "/tmp/korvel",
@@ -61,7 +61,7 @@ class WorkDirectory(unittest.TestCase):
             "DirectoryMode": "0700",
         })
 
-    def test_is_mounted_for_all_that_write_there(self) -> None:
+    def test_is_mounted_for_every_service_that_writes_to_it(self) -> None:
         for unit in ("archive", "package", "postmortem", "shutdown-package"):
             with self.subTest(unit):
                 mounts = section(f"korvel-{unit}.service", "Unit")["RequiresMountsFor"].split()
@@ -71,7 +71,7 @@ class WorkDirectory(unittest.TestCase):
 class Services(unittest.TestCase):
     maxDiff = None
 
-    def test_an_archive_that_is_started_again_keeps_the_earlier_one(self) -> None:
+    def test_a_restarted_archive_keeps_the_earlier_one(self) -> None:
         unit = "korvel-archive.service"
         start = f"""
             {commands(unit, "ExecStartPre")}
@@ -86,7 +86,7 @@ class Services(unittest.TestCase):
             cd /tmp/korvel; find . -type f | LC_ALL=C sort; grep -qr netfp_server archive.1 && echo kept""")
         self.assertEqual(outcome, (0, files + "kept\n", ""))
 
-    def test_supervision_that_ends_leaves_a_post_mortem_package(self) -> None:
+    def test_failed_supervision_leaves_a_post_mortem_package(self) -> None:
         unit = section("korvel-supervision.service", "Unit")["OnFailure"]
         outcome = board.run(f"""
             {commands("korvel-supervision.service", "ExecStart")} || {commands(unit, "ExecStart")}
@@ -94,13 +94,13 @@ class Services(unittest.TestCase):
         self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\n",
                                    "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:OK NetfpProxy: ERROR\n"))
 
-    def test_supervision_is_started_again_by_a_timer_that_goes_with_it(self) -> None:
+    def test_supervision_is_restarted_by_a_timer_that_stops_with_it(self) -> None:
         timer = section("korvel-supervision.service", "Unit")["Wants"]
         self.assertEqual(section(timer, "Unit")["PartOf"], "korvel-supervision.service")
         self.assertEqual(section(timer, "Timer"), {
             "OnUnitInactiveSec": "30s", "AccuracySec": "1s", "Unit": "korvel-supervision.service"})
 
-    def test_three_post_mortem_packages_an_hour_are_enough(self) -> None:
+    def test_at_most_three_post_mortem_packages_are_made_per_hour(self) -> None:
         unit = section("korvel-postmortem.service", "Unit")
         self.assertEqual((unit["StartLimitBurst"], unit["StartLimitIntervalSec"]), ("3", "1h"))
 
@@ -113,7 +113,7 @@ class Services(unittest.TestCase):
         outcome = board.run(commands("korvel-package.service", "ExecStart") + "; ls /ffs/run/logs | sed s/[0-9]/N/g")
         self.assertEqual(outcome, (0, "netfp_logs_NNNNNN_NNNNNN.tgz\n", ""))
 
-    def test_a_stop_leaves_the_packing_alone(self) -> None:
+    def test_a_stop_sends_sigterm_only_to_the_main_process(self) -> None:
         for unit in UNITS.glob("*.service"):
             with self.subTest(unit.name):
                 self.assertEqual(section(unit.name, "Service")["KillMode"], "mixed")

@@ -1,9 +1,9 @@
-"""Makes a wait of korvel reach its limit. Runs as a process on the simulated board:
+"""Makes a wait of korvel reach its limit. This program runs on the simulated board:
 
     python3 on_board.py SCENARIO [ARGUMENT...]
 
-It calls the function of that name and prints the result as JSON. Arguments that the scenario does not use are korvel's
-command line. The script uses only the board. It arrives by standard input, because a board has no files of the host.
+It calls the function SCENARIO with the arguments and prints the result as JSON. The last arguments are korvel's
+command line. The board has no files of the host, so python3 reads this program from standard input.
 """
 
 import fcntl
@@ -21,7 +21,7 @@ from datetime import datetime
 from pathlib import Path
 from typing import NamedTuple
 
-INTERVAL = 0.02  # seconds between datagrams that keep a wait going
+INTERVAL = 0.02  # seconds between datagrams that prolong a wait
 NETLINK_USERSOCK = 2
 PROXY_PORT = 110
 PROXY_HEARTBEAT_RESPONSE = 18
@@ -34,7 +34,7 @@ class Observation(NamedTuple):
 
 
 def run(*words: str, path: str = "") -> Observation:
-    """Only korvel. `path` is the first folder of the search path."""
+    """Runs korvel. `path` is put in front of the search path."""
     begin = time.monotonic()
     environment = {**os.environ, "PATH": path + os.environ["PATH"]}
     done = subprocess.run(["korvel", *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -43,7 +43,7 @@ def run(*words: str, path: str = "") -> Observation:
 
 
 def with_trickling_dispatcher(port: str, *words: str) -> Observation:
-    """A dispatcher whose answer to the first request never ends."""
+    """Adds a dispatcher that sends datagrams without end after the first request."""
     dispatcher = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
     dispatcher.bind(("127.0.0.1", int(port)))
     _trickle(dispatcher, b"tick\n")
@@ -51,7 +51,7 @@ def with_trickling_dispatcher(port: str, *words: str) -> Observation:
 
 
 def with_foreign_heartbeats(*words: str) -> Observation:
-    """A netfp_proxy that keeps answering with a wrong sequence number."""
+    """Adds a netfp_proxy that repeatedly sends heartbeat answers with a wrong sequence number."""
     proxy = socket.socket(socket.AF_NETLINK, socket.SOCK_DGRAM, NETLINK_USERSOCK)
     proxy.bind((PROXY_PORT, 0))
     payload = struct.pack("=II", PROXY_HEARTBEAT_RESPONSE, 0)
@@ -60,14 +60,14 @@ def with_foreign_heartbeats(*words: str) -> Observation:
 
 
 def with_stopped_reader(process: str, path: str, *words: str) -> Observation:
-    """A stopped process with a full socket queue."""
+    """Stops a process and fills the queue of its socket."""
     os.kill(int(subprocess.check_output(["pidof", process])), signal.SIGSTOP)
     _fill(path)
     return run(*words)
 
 
 def with_full_pipe(seconds: str, *words: str) -> Observation:
-    """A reader of the output that reads nothing for this time. korvel must not end before."""
+    """Reads no output of korvel for this time. korvel must still run at the end of it."""
     begin = time.monotonic()
     reader, writer = os.pipe()
     fcntl.fcntl(writer, fcntl.F_SETFL, os.O_NONBLOCK)
@@ -83,7 +83,7 @@ def with_full_pipe(seconds: str, *words: str) -> Observation:
 
 
 def with_slow_command(name: str, seconds: str, *words: str) -> Observation:
-    """A command of the board that takes this time."""
+    """Delays a command of the board by this time."""
     command = Path("/tmp/commands", name)
     command.parent.mkdir()
     command.write_text(f'#!/bin/sh\nsleep {seconds}\nexec /bin/{name} "$@"\n', encoding="ascii")
@@ -92,7 +92,7 @@ def with_slow_command(name: str, seconds: str, *words: str) -> Observation:
 
 
 def with_stuck_folder(folder: str, operation: str, *words: str) -> Observation:
-    """A file system that leaves one kind of request unanswered."""
+    """Mounts a file system that never answers one kind of request."""
     with subprocess.Popen(["/opt/korvel/tests/stuck_fs", folder, operation], stdout=subprocess.PIPE) as server:
         assert server.stdout is not None
         assert server.stdout.readline() == b"ready\n"
@@ -102,14 +102,14 @@ def with_stuck_folder(folder: str, operation: str, *words: str) -> Observation:
 
 
 def with_lock(folder: str, *words: str) -> Observation:
-    """Another process that holds the lock of a folder."""
+    """Holds the lock of a folder."""
     os.mkdir(folder)
     fcntl.flock(os.open(folder, os.O_RDONLY), fcntl.LOCK_EX)
     return run(*words)
 
 
 def between_cycles(*words: str) -> Observation:
-    """The time between two heartbeats, from the log of netfp_proxy."""
+    """Measures the time between two heartbeats to netfp_proxy, by the time stamps of its log."""
     log = Path("/run/boardsim/log/netfp_proxy")
 
     def heartbeats() -> list[str]:
@@ -123,11 +123,11 @@ def between_cycles(*words: str) -> Observation:
 
 
 def between_looks(*words: str) -> Observation:
-    """The time between the first two archived pieces of a log, from the archive's time stamps."""
+    """Measures the time between the first two writes to an archived log, by its modification times."""
     archive = Path("/tmp/korvel/archive/dispatcher/runtime.log")
-    stamps: dict[int, int] = {}  # of each size, in ns
+    stamps: dict[int, int] = {}  # modification time by size, in ns
 
-    def two_pieces() -> bool:
+    def written_twice() -> bool:
         if archive.exists() and (status := archive.stat()).st_size > 0:
             stamps.setdefault(status.st_size, status.st_mtime_ns)
         return len(stamps) > 1
@@ -136,11 +136,11 @@ def between_looks(*words: str) -> Observation:
         first, second = stamps.values()
         return (second - first) / 1e9
 
-    return _until(two_pieces, seconds, *words)
+    return _until(written_twice, seconds, *words)
 
 
 def _until(condition, seconds, *words: str) -> Observation:
-    """Ends korvel once the condition holds."""
+    """Runs korvel and terminates it when the condition is true."""
     with subprocess.Popen(["korvel", *words], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, text=True) as korvel:
         while not condition():
@@ -156,7 +156,7 @@ def _trickle(peer: socket.socket, datagram: bytes) -> None:
         while True:
             try:
                 peer.sendto(datagram, client)
-            except OSError:  # it is gone, or slow
+            except OSError:  # the client has ended, or its queue is full
                 pass
             time.sleep(INTERVAL)
 
@@ -164,7 +164,7 @@ def _trickle(peer: socket.socket, datagram: bytes) -> None:
 
 
 def _fill(path: str) -> None:
-    """The queue of a datagram socket."""
+    """Fills the queue of a datagram socket."""
     sender = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
     sender.setblocking(False)
     try:
@@ -175,7 +175,7 @@ def _fill(path: str) -> None:
 
 
 def _fill_pipe(writer: int) -> int:
-    """The number of bytes that fit."""
+    """Fills a pipe. Returns its capacity in bytes."""
     size = 0
     for piece in (b"x" * 4096, b"x"):
         try:

@@ -1,5 +1,7 @@
-"""Every wait in the architecture's table reaches its limit on a simulated board. korvel then continues by itself with
-the documented text, and not before the limit. All boards run side by side. The test checks only lower bounds.
+"""Makes every wait in the table of docs/architecture.md reach its limit, each on a simulated board.
+
+korvel must continue with the documented text, and not before the limit. All boards run in parallel, so the test checks
+only lower bounds.
 """
 
 import json
@@ -18,21 +20,21 @@ ARCHITECTURE = SOURCE / "docs" / "architecture.md"
 ON_BOARD = Path(__file__).with_name("on_board.py")
 PRIVILEGED = SOURCE / "tests" / "support" / "privileged" / "board"
 
-STAMPS = 0.02  # seconds by which the difference of two time stamps can be too small
+STAMPS = 0.02  # seconds: largest error of the difference of two time stamps
 DURATION = re.compile(r"\d+ m?s\b")
 TERMINATED = -15
 
 
 @dataclass(frozen=True)
 class Scenario:
-    """The way to make a wait reach its limit."""
+    """Makes a wait reach its limit, and describes the expected result."""
 
-    wait: str  # the row's first cell
-    limit: str  # as the row's second cell has it
+    wait: str  # the first cell of its row
+    limit: str  # a part of the row's second cell
     seconds: float
     board: tuple[str, ...]  # boardsim's options
     steps: tuple[str, ...]  # a function of on_board.py and its arguments
-    text: str  # all of korvel's output, as a regular expression
+    text: str  # korvel's whole output, as a regular expression
     status: int = 0
     privilege: str = ""
 
@@ -117,7 +119,7 @@ def observe(scenario: Scenario) -> Observation:
 class Waits(unittest.TestCase):
     maxDiff = None
 
-    def test_have_a_row_and_a_scenario_each(self) -> None:
+    def test_each_have_a_row_and_a_scenario(self) -> None:
         self.assertEqual(sorted({scenario.wait for scenario in SCENARIOS}), sorted(rows()))
 
     def test_have_a_scenario_for_each_limit_in_their_row(self) -> None:
@@ -129,7 +131,7 @@ class Waits(unittest.TestCase):
                     rest = rest.replace(limit, "")
                 self.assertEqual(DURATION.findall(rest), [])
 
-    def test_end_by_themselves_and_not_before_their_limit(self) -> None:
+    def test_end_without_help_and_not_before_their_limit(self) -> None:
         with ThreadPoolExecutor(len(SCENARIOS)) as boards:
             for scenario, observation in zip(SCENARIOS, boards.map(observe, SCENARIOS)):
                 with self.subTest(scenario.wait, limit=scenario.limit):
