@@ -71,7 +71,7 @@ emulate_programs() {
         case "$name" in *_e2e_test | boardsim_* | stack_program) ;; *) emulate "tests/$name" ;; esac
     done
     cp -r "$arm/lib/korvel" "$run/lib"
-    cp -r "$arm/tests/recording" "$arm/tests/hand-laid" "$run/tests"
+    cp -r "$arm/tests/recording" "$arm/tests/headerless" "$run/tests"
 }
 
 # tests REGEX OPTION...: runs ctest on the tests of C++ programs, except those that match REGEX. Tests of the simulated

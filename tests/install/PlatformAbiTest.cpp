@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "HandLaidSmLog.hpp"
+#include "HeaderlessSmLog.hpp"
 #include "SmLog.hpp"
 #include "Vask.h"
 

@@ -1,4 +1,4 @@
-#include "HandLaidSmLog.hpp"
+#include "HeaderlessSmLog.hpp"
 
 #include <array>
 #include <cstdarg>
