@@ -122,7 +122,7 @@ def between_cycles(*words: str) -> Observation:
     return _until(lambda: len(heartbeats()) > 1, seconds, *words)
 
 
-def between_looks(*words: str) -> Observation:
+def between_reads(*words: str) -> Observation:
     """Measures the time between the first two writes to an archived log, by its modification times."""
     archive = Path("/tmp/korvel/archive/dispatcher/runtime.log")
     stamps: dict[int, int] = {}  # modification time by size, in ns

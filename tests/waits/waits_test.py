@@ -46,7 +46,7 @@ class Observation(NamedTuple):
 
 
 MASTER = "answer of the NetFP master"
-HEARTBEATS = "answers to a cycle's heartbeats"
+HEARTBEATS = "answers to the heartbeats of a cycle"
 RESET = "answer to resetqosstats"
 REPLY = "next datagram of an MMI reply"
 OUTPUT = "room on standard output and standard error"
@@ -72,7 +72,7 @@ SCENARIOS = (
     Scenario(RESET, "7.5 s", 7.5, ("--without", "iwf_dispatcher"),
              ("with_trickling_dispatcher", "7777", "-d", "iwf", "resetqosstats"), r"(tick\n+)+"),
     Scenario("pause after a healthy cycle", "4 s", 4 - STAMPS, (), ("between_cycles", "supervision"), "", TERMINATED),
-    Scenario("pause between two looks at the logs", "5 s", 5 - STAMPS, (), ("between_looks", "archive"), "",
+    Scenario("pause between two reads of the logs", "5 s", 5 - STAMPS, (), ("between_reads", "archive"), "",
              TERMINATED),
     Scenario(REPLY, "500 ms", 0.5, ("--fault", "iwf_dispatcher=silent"), ("run", *INFORMATION), POLL),
     Scenario(REPLY, "16 MiB", 0, ("--fault", "iwf_dispatcher=endless"), ("run", *INFORMATION), CUT),
@@ -81,12 +81,12 @@ SCENARIOS = (
     Scenario("dump of a NetFP process", "20 rounds of 50 ms", 1, ("--fault", "netfp_proxy=silent"),
              ("run", "print", "proxy"),
              "### netfp_proxy #+\n\n====> This log may be not complete, terminator pattern was not found <====\n\n"),
-    Scenario("look at a file of another process", "5 s", 5, (),
+    Scenario("access to a file of another process", "5 s", 5, (),
              ("with_stuck_folder", "/tmp/fuse/iwf", "READ", *INFORMATION),
              f"Error while reading {STUCK_STATE}: Connection timed out\n" + EMPTY_STATE, privilege="mounts"),
     Scenario("lock of another collection", "60 s", 60, (), ("with_lock", "/tmp/korvel", *INFORMATION),
              "Another log collection is running, waiting for its end\n"),
-    Scenario("room in a peer's queue", "1 s", 1, (),
+    Scenario("room in the queue of a peer", "1 s", 1, (),
              ("with_stopped_reader", "netfp_master", "/tmp/NetfpMaster", "getport", "eth1"),
              'Failed to Send to Master Socket "/tmp/NetfpMaster": 11: Resource temporarily unavailable\n' + NO_PORT),
     Scenario("room in the system log", "1 s", 1, (),
