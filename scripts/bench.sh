@@ -57,6 +57,7 @@ if [ "$footprint" = yes ]; then
     exit "$status"
 fi
 
+# The benchmarks take turns, so that a noisy moment of the machine affects all of them.
 measure -- build-release/tests/korvel_bench --benchmark_enable_random_interleaving=true "${verbose[@]}"
 # Without these peers nothing writes to the logs.
 measure --without iwf_dispatcher --without sfn_dispatcher --without netfp_server -- \

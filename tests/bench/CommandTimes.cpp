@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Runs a command to its end with its output thrown away.
+/// Runs a command, discards its standard output and waits for its exit.
 void runCommand(std::vector<std::string> words) {
     std::vector<char*> arguments;
     arguments.reserve(words.size() + 1);
@@ -35,7 +35,7 @@ void runCommand(std::vector<std::string> words) {
     }
 }
 
-/// The directories that dumping information and statistics of both instances makes, one call each.
+/// Makes the directories of a dump of information and statistics for both instances, with one call each.
 void makeAllDirectories() {
     for (const char* const directory : {"fuse", "mmi", "fuse/iwf/", "fuse/iwf/", "fuse/iwf/", "fuse/sfn/",
                                         "fuse/sfn/", "fuse/sfn/", "mmi/iwf/", "mmi/sfn/"}) {
@@ -62,10 +62,10 @@ void addBenchmark(const char* name, int repetitions, const std::function<void()>
         ->ReportAggregatesOnly();
 }
 
-/// Keeps the medians, and shows all figures as usual where they are wanted: in colours on a terminal alone.
-class MedianKeeper : public benchmark::ConsoleReporter {
+/// Collects the medians. Prints all figures only on request, and in colours only on a terminal.
+class MedianCollector : public benchmark::ConsoleReporter {
 public:
-    explicit MedianKeeper(bool showsAll)
+    explicit MedianCollector(bool showsAll)
         : ConsoleReporter(isatty(STDOUT_FILENO) == 1 ? OO_ColorTabular : OO_Tabular), shows(showsAll) {}
 
     bool ReportContext(const Context& context) override {
@@ -109,7 +109,7 @@ std::map<std::string, double> measureCommandTimes(bool showAll) {
     addBenchmark(readKernelCommandLine, manyTimes, [] {
         runCommand({"sh", "-c", "sh -c \"/bin/cat /proc/cmdline\""});
     });
-    MedianKeeper keeper(showAll);
-    benchmark::RunSpecifiedBenchmarks(&keeper);
-    return keeper.medians;
+    MedianCollector collector(showAll);
+    benchmark::RunSpecifiedBenchmarks(&collector);
+    return collector.medians;
 }

@@ -3,8 +3,8 @@
 #include <map>
 #include <string>
 
-/// Median wall-clock time in milliseconds by benchmark name. All benchmarks take turns, so that a noisy
-/// moment of the machine hits them alike. `showAll`: prints each benchmark's figures as it ends.
+/// Measures all commands. Returns the median wall-clock time in milliseconds by benchmark name. `showAll`:
+/// prints each benchmark's figures when it ends.
 std::map<std::string, double> measureCommandTimes(bool showAll);
 
 /// Names of the benchmarks.

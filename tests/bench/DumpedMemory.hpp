@@ -4,14 +4,14 @@
 #include <string>
 #include <vector>
 
-/// The physical memory that dumps are measured on, from the first address of the board's DDR on.
+/// The size of the measured memory dumps. They start at the first address of the board's DDR memory.
 constexpr std::size_t dumpedBytes = std::size_t{64} << 20;
 
-/// The file that plays the board's memory; the dumped bytes are its first ones.
+/// The file that simulates the board's DDR memory. It starts with the dumped bytes.
 extern const std::string memoryFile;
 
-/// The command that dumps them.
+/// The command that dumps these bytes.
 extern const std::vector<std::string> memoryDumpCommand;
 
-/// Fills them with bytes without a pattern, so that no tool can leave lines out.
+/// Fills the dumped memory with random bytes, so that no tool can omit repeated lines.
 void fillDumpedMemory();

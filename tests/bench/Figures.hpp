@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// One limit of what a command costs, and what was measured.
+/// A measured cost of a command, and its limit.
 struct Figure {
     std::string name;
     double measured;
@@ -10,5 +10,5 @@ struct Figure {
     std::string unit;
 };
 
-/// Prints a figure on a line of its own. True when it keeps its limit.
+/// Prints a figure on one line. Returns whether it is within its limit.
 bool report(const Figure& figure);

@@ -1,4 +1,4 @@
-// Prints a Markdown table: the peak memory of each job, on the simulated board that this program runs on.
+// Prints a Markdown table of the peak memory of each job. Must run on a simulated board.
 
 #include <cstdio>
 #include <exception>
@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr unsigned severalRounds = 10;  // seconds, for jobs that last
+constexpr unsigned severalRounds = 10;  // seconds, for long-running jobs
 
 const std::vector<Job> jobs = {
     {{"korvel", "--help"}},

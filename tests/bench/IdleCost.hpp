@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-/// What a program that lasts costs while it has little to do.
+/// The cost of an idle long-running program.
 struct IdleCost {
     double processorMsPerRound;
     double memoryMiB;  ///< private and file memory (RssAnon + RssFile)
 };
 
-/// Runs a program that does something once every `period`, looks at some rounds after its first one, and ends
-/// it. Throws where it ends by itself.
+/// Runs a program that works once every `period`, measures some rounds after the first one, and terminates
+/// the program. Throws if the program ends earlier.
 IdleCost measureIdleCost(const std::vector<std::string>& command, std::chrono::seconds period);

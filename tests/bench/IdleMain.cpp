@@ -1,5 +1,5 @@
-// Measures what a job that lasts costs while all is well, on the simulated board that this runs on, and holds
-// it against limits. Exit status 1 where one is exceeded.
+// Measures the cost of a long-running job on a healthy simulated board and compares it with limits. Must run
+// on the board. Exits 1 if a figure exceeds its limit.
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@ namespace {
 struct Job {
     std::string_view keyword;
     std::chrono::seconds period;
-    double processorMs;  ///< limit for one round
+    double processorMs;  ///< limit per round
     double memoryMiB;    ///< limit
 };
 

@@ -3,6 +3,6 @@
 #include <string>
 #include <vector>
 
-/// Runs a command with its output thrown away and returns the most private and file memory that it had at a
-/// time (RssAnon + RssFile), in KiB, as far as looking without pause can tell.
+/// Runs a command, discards its output and returns its peak of private and file memory (RssAnon + RssFile) in
+/// KiB. It samples the memory without pause, so it can miss a very short peak.
 long peakMemoryKiB(const std::vector<std::string>& command);

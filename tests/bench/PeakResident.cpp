@@ -11,13 +11,13 @@
 
 namespace {
 
-constexpr int isAboutToExit = SIGTRAP | (PTRACE_EVENT_EXIT << 8);
+constexpr int stoppedAtExit = SIGTRAP | (PTRACE_EVENT_EXIT << 8);
 
 bool endedAsExpected(int status, const Job& job) {
     return job.seconds == 0 ? status == 0 : WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM;
 }
 
-/// The signal that a traced process stopped for and is to get; 0 for the tracer's own stops.
+/// The signal to deliver to a stopped process. 0 if the stop is one of the tracer's own.
 int pendingSignal(int status) {
     const int signal = WSTOPSIG(status);
     return signal == SIGTRAP ? 0 : signal;
@@ -25,9 +25,8 @@ int pendingSignal(int status) {
 
 }  // namespace
 
-// The process is stopped at its exit: a look at it from time to time would miss short jobs. wait4() does not
-// tell either, since its figure includes the memory of this program, which the child has until it calls
-// execve().
+// Stops the process at its exit, because sampling would miss short jobs. The figure of wait4() is no use: it
+// includes the memory of this program, which the child has until it calls execve().
 long peakResidentKiB(const Job& job) {
     const pid_t child = startProgram(job.command, [&job] {
         alarm(job.seconds);
@@ -38,7 +37,7 @@ long peakResidentKiB(const Job& job) {
     waitpid(child, &status, 0);  // after execve()
     ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACEEXIT);
     while (WIFSTOPPED(status)) {
-        if (status >> 8 == isAboutToExit) {
+        if (status >> 8 == stoppedAtExit) {
             peak = statusKiB(child, {"VmHWM:"});
         }
         ptrace(PTRACE_CONT, child, nullptr, pendingSignal(status));

@@ -7,14 +7,13 @@
 
 #include <sys/types.h>
 
-/// Starts a program, found on the search path, with its output thrown away. The caller waits for its end.
-/// `prepare` runs in the child process.
+/// Starts a program from the search path and discards its standard output. The caller must wait for its exit.
+/// `prepare` runs in the child process before the program.
 pid_t startProgram(
     std::vector<std::string> words, const std::function<void()>& prepare = [] {});
 
-/// The sum of some fields of a process's /proc/PID/status at this moment, in KiB. Field names end with a
-/// colon.
+/// The current sum of some fields in a process's /proc/PID/status, in KiB. Field names end with a colon.
 long statusKiB(pid_t process, const std::set<std::string>& fields);
 
-/// The private and file memory (RssAnon + RssFile) of a process at this moment, in KiB.
+/// The current private and file memory (RssAnon + RssFile) of a process, in KiB.
 long memoryKiB(pid_t process);

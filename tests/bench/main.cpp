@@ -1,6 +1,5 @@
-// Measures what the program costs on the simulated board that this runs on, whose shared-memory logs are to
-// be full, and holds it against limits. Exit status 1 where one is exceeded. With --verbose also prints each
-// benchmark.
+// Measures time and memory of korvel and compares them with limits. Must run on a simulated board with full
+// shared-memory logs. Exits 1 if a figure exceeds its limit. --verbose also prints each benchmark.
 
 #include <cstdint>
 #include <cstdio>
@@ -18,7 +17,7 @@
 
 namespace {
 
-/// Has the state files be larger than a collection takes, each and all together.
+/// Makes the state files larger than the limits of a collection, both for one file and for all.
 void enlargeStateFiles() {
     for (const char* const name :
          {"iwf/dispatcherCpu", "iwf/dmaStats", "sfn/dispatcherCpu", "sfn/dmaStats"}) {
@@ -33,8 +32,8 @@ bool reportAll(bool verbose) {
     const auto dumpMemoryUse = static_cast<double>(peakMemoryKiB(memoryDumpCommand));
     const double memory = static_cast<double>(peakMemoryKiB({"korvel", "-d", "all", "print"}));
     enlargeStateFiles();
-    const auto largestUse = static_cast<double>(
-        peakMemoryKiB({"sh", "-c", "exec korvel -d all print 2> /dev/null"}));  // it reports each cut
+    const auto largestUse = static_cast<double>(peakMemoryKiB(
+        {"sh", "-c", "exec korvel -d all print 2> /dev/null"}));  // korvel reports each cut on standard error
     bool kept = true;
     for (const Figure& figure : {
              Figure{"korvel -d all dump dinf dstat, beyond its mkdir calls",

@@ -4,12 +4,12 @@
 #include <cstdarg>
 #include <cstdio>
 
-// The board's log library, laid out by hand after its binary interface. It knows no header of the platform,
-// so a call lands in the slot that the caller was compiled for, whatever the operation is called there.
+// The binary interface of the board's log library, written by hand without the platform's headers. A call
+// reaches the slot that the caller was compiled for, whatever name the header gives the operation.
 
 namespace {
 
-/// What a program gets a pointer to: an object whose first word leads to the table of its operations.
+/// A client of a log, as callers see it: the first word points to the table of operations.
 struct Client {
     void* const* operations;
 };
@@ -62,11 +62,11 @@ void* address(Function* function) {
 
 }  // namespace
 
-const char* handLaidSmLogCall() {
+const char* headerlessSmLogCall() {
     return call.data();
 }
 
-/// The static operation, with the mangled name that compilers use.
+/// SmLog::getClientInstance(), by its mangled name.
 extern "C" Client* getClientInstance(const char* name, unsigned app) asm("_ZN5SmLog17getClientInstanceEPKcj");
 
 Client* getClientInstance(const char* name, unsigned app) {

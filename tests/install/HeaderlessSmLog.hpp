@@ -1,5 +1,4 @@
 #pragma once
 
-/// The last call that the hand-laid log library received: the slot of its table of operations, and the
-/// arguments.
-extern "C" const char* handLaidSmLogCall();
+/// The last call that the library received: its slot in the table of operations, and its arguments.
+extern "C" const char* headerlessSmLogCall();

@@ -1,4 +1,4 @@
-// The board's driver-abstraction library after its binary interface, which knows no header of the platform.
+// The binary interface of the board's driver-abstraction library, without the platform's headers.
 
 extern "C" int vask_cma_process_init() {
     return 11;

@@ -8,12 +8,12 @@
 #include "SmLog.hpp"
 #include "Vask.h"
 
-// The calls of programs that are compiled against the headers of platform/include. The libraries here do not
-// know these headers, as those of boards that nobody can build again.
+// Calls that are compiled against the headers in platform/include reach the right operations. The libraries
+// in this test do not use these headers, like the libraries of existing boards.
 
 namespace {
 
-// Compiles only with the exact types.
+// Compiles only if the types match exactly.
 static_assert(std::is_same_v<AppID, unsigned>);
 [[maybe_unused]] constexpr SmLog* (*getClientInstance)(const char*, unsigned) = &SmLog::getClientInstance;
 [[maybe_unused]] constexpr void (SmLog::*write)(int, const char*, const char*, ...) = &SmLog::write;
@@ -26,8 +26,8 @@ static_assert(std::is_same_v<AppID, unsigned>);
 [[maybe_unused]] constexpr int (*cmaPhyToVirt)(unsigned, void**) = &vask_cma_phy_to_virt;
 [[maybe_unused]] constexpr int (*securityIsSecureEnv)(int*) = &vask_security_is_secure_env;
 
-static_assert(!std::has_virtual_destructor_v<SmLog>, "a destructor takes slots of the table");
-static_assert(sizeof(SmLog) == sizeof(void*), "a client is the library's; programs know its first word");
+static_assert(!std::has_virtual_destructor_v<SmLog>, "a virtual destructor takes slots of the table");
+static_assert(sizeof(SmLog) == sizeof(void*), "callers know only the first word of a client");
 
 class SmLogCallers : public testing::Test {
 protected:
@@ -40,7 +40,7 @@ protected:
         va_end(arguments);
     }
 
-    static std::string call() { return handLaidSmLogCall(); }
+    static std::string call() { return headerlessSmLogCall(); }
 };
 
 TEST_F(SmLogCallers, AskForAClientByNameAndApplication) {

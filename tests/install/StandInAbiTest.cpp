@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-// Calls the stand-ins of the board's libraries as an old program does: by names and slot numbers, without the
-// headers of platform/include.
+// Calls the stand-ins of the board's libraries as an existing program does: by symbol names and slot numbers,
+// without the headers in platform/include.
 
 namespace {
 
-/// A client of a log: an object whose first word leads to the table of its operations.
+/// A client of a log: an object whose first word points to the table of operations.
 struct Client {
     void* const* operations;
 };
@@ -55,18 +55,18 @@ protected:
     Client* const client = getClientInstance("some_log", 3);
 };
 
-TEST_F(SmLogStandIn, WritesByItsFirstTwoSlotsAndReadsByItsThird) {
+TEST_F(SmLogStandIn, WritesThroughItsFirstTwoSlotsAndReadsThroughItsThird) {
     slot<Write>(0)(client, 4, "Tag", "port %d of %s", 7, "eth0");
     writeList("port %d of %s", 8, "eth1");
 
     EXPECT_EQ(read(), "4 Tag: port 7 of eth0\n5 Tag: port 8 of eth1\n");
 }
 
-TEST_F(SmLogStandIn, ReportsOverlapsByItsFourthSlot) {
+TEST_F(SmLogStandIn, ReportsOverlapsThroughItsFourthSlot) {
     EXPECT_FALSE(slot<Overlap>(3)(client, 1, 2));
 }
 
-TEST(VaskStandIn, HasItsFunctionsUnderTheirNames) {
+TEST(VaskStandIn, ExportsItsFunctionsByName) {
     void* address = nullptr;
     int secure = -1;
 

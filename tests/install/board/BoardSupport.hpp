@@ -1,4 +1,4 @@
 #pragma once
 
-/// Part of a library that the board's libraries need and programs do not know.
+/// From a library that the board's libraries need and korvel does not link.
 const char* boardText();

@@ -4,7 +4,7 @@
 
 #include "BoardSupport.hpp"
 
-// The log library of a board, made from the interface only. Its logs hold one line and ignore writes.
+// The log library of a board, written only against the headers. Its logs hold one line and ignore writes.
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include "BoardSupport.hpp"
 
-// The driver-abstraction library of an unsecured board, made from the interface only. Its memory holds the
-// same text at every address.
+// The driver-abstraction library of an unsecured board, written only against the headers. A mapping
+// holds the requested address and the board's text.
 
 int vask_cma_process_init() {
     return 0;
