@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Installs the packages in a fresh root, upgrades them, uses them without privilege and removes them. Fails if a file
-# is left behind. Needs to run as root.
+# Installs packages in a new root file system, upgrades them, uses them as an unprivileged user, and removes them.
+# Fails if a file is left behind. Must run as root.
 #   scripts/check-packages.sh DEB...
-# shellcheck disable=SC2016 # the words in single quotes are for a shell in the fresh root
+# shellcheck disable=SC2016 # a shell in the new root expands the single-quoted texts
 set -euo pipefail
 
 names=(korvel korvel-boardsim korvel-host-platform)
 version=$(dpkg-deb --field "$1" Version)
 
 if [ "$(id -u)" -ne 0 ]; then
-    echo "Only root can make a fresh root. Type: sudo $0 $*" >&2
+    echo "This script must run as root: sudo $0 $*" >&2
     exit 1
 fi
 
@@ -17,8 +17,8 @@ work=$(mktemp -d)
 root=$work/root
 trap 'rm -rf --one-file-system "$work"' EXIT
 
-# in_root COMMAND...: runs COMMAND as the first process of a machine whose file system is the fresh root. chroot would
-# not do: inside it, the kernel refuses user namespaces to users without privilege.
+# in_root COMMAND...: runs a command in the new root, in PID and mount namespaces of its own. Does not use chroot,
+# because the kernel allows no user namespaces in a chroot.
 in_root() {
     unshare --mount --pid --fork --kill-child sh -euc '
         root=$1
@@ -35,9 +35,9 @@ in_root() {
         exec "$@"' sh "$root" "$@" < /dev/null
 }
 
-as_somebody() { in_root runuser -u nobody -- "$@"; }
+as_user() { in_root runuser -u nobody -- "$@"; }
 
-# expect WANTED COMMAND...: fails unless the whole output of COMMAND is WANTED.
+# expect WANTED COMMAND...: fails unless the command's whole output is WANTED.
 expect() {
     local wanted=$1 got
     shift
@@ -55,21 +55,22 @@ apt() {
     fi
 }
 
-# Lists all files, except the records that apt and dpkg keep of their own work.
+# Lists all files, without the logs, caches and backups of apt and dpkg.
 files() {
     find "$root" -xdev -path "$root/var/log/*" -o -path "$root/var/cache/*" -o -path "$root/var/lib/apt/*" \
         -o -path "$root/var/lib/dpkg/*-old" -o -printf '/%P\n' | sort
 }
 
-# The root already has the dependencies. So all files that come and go belong to the packages.
+# Includes the packages' dependencies, so that later changes are only the packages' own.
 make_root() {
     # shellcheck source=/dev/null
     . /etc/os-release
     mmdebstrap --quiet --variant=minbase \
-        --include=bash-completion,bubblewrap,libseccomp2,libtomlplusplus3,man-db,procps,systemd "$VERSION_CODENAME" "$root"
+        --include=bash-completion,bubblewrap,libseccomp2,libtomlplusplus3,man-db,procps,systemd \
+        "$VERSION_CODENAME" "$root"
 }
 
-# Lays out the packages as they are, and with a lower number as an earlier release.
+# Copies the packages, and makes copies with a lower version number as an earlier release.
 lay_out_releases() {
     local package
     mkdir -p "$root/release/$version" "$root/release/0.9"
@@ -88,42 +89,42 @@ install_release() {
     expect "$(printf "%s $1\n" "${names[@]}")" in_root dpkg-query -W -f '${Package} ${Version}\n' "${names[@]}"
 }
 
-use_as_somebody() {
-    as_somebody man -P cat korvel | grep 'control and diagnostics of a base-station board'
-    expect 'getport' as_somebody bash -c '
+use_as_user() {
+    as_user man -P cat korvel | grep 'control and diagnostics of a base-station board'
+    expect 'getport' as_user bash -c '
         . /usr/share/bash-completion/bash_completion
         _completion_loader korvel
         COMP_LINE="korvel getp" COMP_POINT=11 _korvel
         echo "${COMPREPLY[@]}"'
-    as_somebody korvel --help | grep '^  Log Collection:'
-    as_somebody boardsim --bare -- man korvel-package | grep 'packages of a board'
-    expect '2' as_somebody boardsim -- korvel getport eth1
-    as_somebody boardsim -- korvel -d all print | grep '^### sfn Socket Service Info #'
+    as_user korvel --help | grep '^  Log Collection:'
+    as_user boardsim --bare -- man korvel-package | grep 'packages of a board'
+    expect '2' as_user boardsim -- korvel getport eth1
+    as_user boardsim -- korvel -d all print | grep '^### sfn Socket Service Info #'
 }
 
-look_at_units() {
+check_units() {
     expect '' in_root sh -c 'systemd-analyze verify /lib/systemd/system/*korvel*'
     expect $'disabled\ndisabled\ndisabled\ndisabled' in_root systemctl is-enabled \
         tmp-korvel.mount korvel-archive.service korvel-supervision.service korvel-shutdown-package.service
 }
 
-echo "Making a fresh root (about a minute) ..."
+echo "Making the root file system"
 make_root
 files > "$work/before"
 
-echo "Installing an earlier release, and upgrading it ..."
+echo "Installing an earlier release, upgrading"
 lay_out_releases "$@"
 install_release 0.9
 install_release "$version"
 
-echo "Using the packages without privilege ..."
-use_as_somebody
-look_at_units
+echo "Using the packages"
+use_as_user
+check_units
 
-echo "Removing the packages ..."
+echo "Removing the packages"
 apt remove "${names[@]}"
 expect 'gone' in_root sh -c 'test -e /usr/bin/korvel || test -e /usr/bin/boardsim || echo gone'
-apt purge korvel  # dpkg forgets a removed package without a postrm script, as the other two are
+apt purge korvel  # dpkg has already forgotten the other two, which have no postrm script
 rm -rf "$root/release"
 files > "$work/after"
 diff "$work/before" "$work/after"

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# Builds everything for the board's processor and runs the tests. korvel and the unit tests run in an emulator. The
-# peers of the simulated board and the tests of the whole program run natively. tests/arm-left-out.txt lists the tests
-# that cannot run in this way, with the reasons. Installs missing packages.
-#   scripts/test-arm.sh [REGEX]     runs the tests whose names match REGEX; the default is all
+# Builds everything for the board's processor and runs the tests with QEMU's user-mode emulator. korvel and the unit
+# tests are emulated. The peers of the simulated board and the end-to-end tests are built for this machine.
+# tests/arm-left-out.txt lists the skipped tests, each with a reason. Installs missing packages.
+#   scripts/test-arm.sh [REGEX]     default: every test
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-arm=build-arm          # everything, for the board's processor
+arm=build-arm          # all programs, for the board's processor
 board=build-arm-board  # korvel, for a board with libraries of its own
-run=build-arm-run      # the tree in which tests run: native programs, and scripts that start the emulated ones
+run=build-arm-run      # what the tests run: programs of this machine, and emulated programs
 sysroot=/usr/arm-linux-gnueabihf
 list=tests/arm-left-out.txt
 size_limit=$((300 * 1024))
@@ -29,7 +29,7 @@ check_symbols() {
     NM=arm-linux-gnueabihf-nm KORVEL_BUILD=$PWD/$arm python3 -B tests/install/platform_symbols_test.py
 }
 
-# The stand-ins replace the libraries of a board, because they have the same interface.
+# Links korvel with the stand-ins, which have the same interface as a board's libraries.
 build_for_board() {
     step "Building for ARM: korvel for a board"
     install -D -t "$board/root/usr/lib" "$arm"/lib/korvel/*.so
@@ -38,21 +38,21 @@ build_for_board() {
     cmake --build "$board"
     arm-linux-gnueabihf-strip -o "$board/korvel.stripped" "$board/bin/korvel"
     size=$(stat -c %s "$board/korvel.stripped")
-    echo "The stripped program has $size bytes, of at most $size_limit."
+    echo "The stripped korvel has $size bytes. The limit is $size_limit bytes."
     [ "$size" -lt "$size_limit" ]
 }
 
-# The native libraries get a directory of their own, beside that of the emulated programs. stack_program is native,
-# because tests run it as a peer.
+# The libraries of this machine are in lib/native, because lib holds those of the emulated programs. Tests run
+# stack_program as a process of the packet stack, so it is also built for this machine.
 build_for_this_machine() {
-    step "Building for this machine: the simulated board, and the tests of the whole program"
+    step "Building for this machine: the simulated board and the end-to-end tests"
     CMAKE_GENERATOR=Ninja cmake --preset release -B "$run" -DCMAKE_INSTALL_LIBDIR=lib/native > /dev/null
     local programs=("$arm"/tests/*_e2e_test)
     cmake --build "$run" --target boardsim devmem stack_program "${programs[@]##*/}"
 }
 
-# emulate PROGRAM: replaces the native program by a script that runs the ARM program in the emulator. The copy of the
-# ARM program uses the loader of Debian's cross compiler. LD_PRELOAD, which fakes times, applies to the emulator only.
+# Replaces a program with a script that emulates its ARM version. The ARM version is patched to find the loader of
+# Debian's cross compiler. LD_PRELOAD (e.g. libfaketime) applies to the emulator, so it is unset for the program.
 emulate() {
     install -D "$arm/$1" "$run/$1.arm"
     patchelf --set-interpreter "$sysroot/lib/ld-linux-armhf.so.3" "$run/$1.arm"
@@ -74,13 +74,13 @@ emulate_programs() {
     cp -r "$arm/tests/recording" "$arm/tests/headerless" "$run/tests"
 }
 
-# tests REGEX OPTION...: runs ctest on the tests of C++ programs, except those that match REGEX. Tests of the simulated
-# board are not built. Shuffled tests and Python tests are left out.
+# Runs ctest on the C++ tests, except for tests whose names match $1. Skips Python tests, shuffled runs, and programs
+# that were not built: the tests of the simulated board itself.
 tests() { ctest --test-dir "$run" -LE 'script|shuffled' -E "$1|_NOT_BUILT\$" "${@:2}"; }
 
-# Prints each reason with the number of its tests.
+# Prints each reason with the number of its skipped tests.
 report_left_out() {
-    step "Left out"
+    step "Skipped tests"
     local names row count reason="" total=0
     local -A counts
     names=$(tests '^$' -N | sed -n 's/^ *Test *#[0-9]*: //p')
@@ -96,7 +96,7 @@ report_left_out() {
         esac
     done < "$list"
     for reason in "${!counts[@]}"; do printf '%5d  %s\n' "${counts[$reason]}" "$reason"; done | sort -rn
-    echo "Of $(wc -l <<< "$names") tests $total were left out; $list names them."
+    echo "Of $(wc -l <<< "$names") tests $total were skipped; $list names them."
 }
 
 scripts/setup.sh build board test arm
@@ -106,10 +106,10 @@ build_for_board
 build_for_this_machine
 emulate_programs
 
-step "Tests: emulated programs, peers of this machine"
+step "Tests: emulated programs, native peers"
 status=0
 left_out=$(sed -n 's/^ \+//p' "$list" | paste -sd '|')
 tests "$left_out" -R "${1:-.}" -j "$(($(nproc) * 3))" --output-on-failure || status=1
 report_left_out || status=1
-step "$([ "$status" -eq 0 ] && echo "Every other test passed" || echo "Failed")"
+step "$([ "$status" -eq 0 ] && echo "All other tests passed" || echo "Failed")"
 exit "$status"

@@ -1,5 +1,5 @@
 // devmem ADDRESS [WIDTH [VALUE]]: reads or writes one register of the simulated board. WIDTH is 8, 16 or 32
-// bits. Numbers are written as in C. Each call is recorded as a line in the board's records.
+// bits. Numbers have C syntax. Adds a line to the board's records at each call.
 
 #include <cerrno>
 #include <cstdint>
@@ -64,7 +64,7 @@ void record(const std::vector<std::string>& words) {
     Boardsim::RequestRecord("devmem").addLine(line);
 }
 
-/// Accesses the low bits of the register, in the board's byte order.
+/// Reads or writes the low bits of the register, in the board's byte order.
 void perform(const Access& access, void* mapped) {
     const std::size_t bytes = access.width / 8;
     if (access.value) {

@@ -1,5 +1,5 @@
-// Measures the cost of a long-running job on a healthy simulated board and compares it with limits. Must run
-// on the board. Exits 1 if a figure exceeds its limit.
+// Measures the idle cost of a long-running job and compares it with limits. Must run on a simulated board.
+// Exits 1 if a figure exceeds its limit.
 
 #include <algorithm>
 #include <array>

@@ -32,8 +32,8 @@ bool reportAll(bool verbose) {
     const auto dumpMemoryUse = static_cast<double>(peakMemoryKiB(memoryDumpCommand));
     const double memory = static_cast<double>(peakMemoryKiB({"korvel", "-d", "all", "print"}));
     enlargeStateFiles();
-    const auto largestUse = static_cast<double>(peakMemoryKiB(
-        {"sh", "-c", "exec korvel -d all print 2> /dev/null"}));  // korvel reports each cut on standard error
+    const auto largestUse = static_cast<double>(
+        peakMemoryKiB({"sh", "-c", "exec korvel -d all print 2> /dev/null"}));  // it reports each cut
     bool kept = true;
     for (const Figure& figure : {
              Figure{"korvel -d all dump dinf dstat, beyond its mkdir calls",
