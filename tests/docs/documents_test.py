@@ -4,6 +4,7 @@ import html
 import os
 import re
 import unittest
+from collections.abc import Iterable
 from pathlib import Path
 
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
@@ -24,6 +25,10 @@ def anchor(heading: str) -> str:
 def anchors_of(page: Path) -> set[str]:
     return {anchor(line.lstrip("#")) for line in page.read_text(encoding="utf-8").splitlines()
             if line.startswith("#")}
+
+
+def matches_any(patterns: Iterable[str], *texts: str) -> bool:
+    return any(re.fullmatch(pattern, text) for pattern in patterns for text in texts)
 
 
 class LinksTest(unittest.TestCase):
@@ -74,6 +79,23 @@ class TestNamesTest(unittest.TestCase):
         for page in PAGES:
             named = set(re.findall(r"`(\w*\.[A-Z][a-z]+[A-Z]\w+)`", page.read_text(encoding="utf-8")))
             self.assertEqual(named - known, set(), page.name)
+
+
+class ScriptMessagesTest(unittest.TestCase):
+    """The page quotes a message as `SCRIPT: TEXT`. A word in capitals stands for a variable of the script."""
+
+    def test_are_quoted_as_the_scripts_print_them(self) -> None:
+        for path in SOURCE.glob("systemd/libexec/*"):
+            script = path.read_text(encoding="utf-8")
+            constants = dict(re.findall(r"^(\w+)=(/\S+)$", script, re.M))
+            printed = re.findall(rf'^\s*(?:say|echo) "(?:{path.name}: )?(.+?)"', script, re.M)
+            patterns = {re.sub(r"\\\$(\w+)", lambda name: constants.get(name[1], "[A-Z]+"), re.escape(message))
+                        for message in printed}
+            quoted = set(re.findall(rf"`{path.name}: ([^`]+)`", text_of("docs/services.md")))
+            with self.subTest(script=path.name):
+                self.assertNotEqual(printed, [])
+                self.assertEqual({text for text in quoted if not matches_any(patterns, text)}, set(), "not printed")
+                self.assertEqual({one for one in patterns if not matches_any([one], *quoted)}, set(), "not quoted")
 
 
 class PicturesTest(unittest.TestCase):
