@@ -7,17 +7,19 @@
 #
 # and put it beside the recipe, as recipes-support/korvel/files/korvel-1.0.0.tar.gz.
 #
-# The board's own libraries come from recipes of the board's layer. Each recipe has a package of the same name. Name the
-# recipes in the layer, for example in the machine's file:
+# The board's own libraries come from recipes of the board's layer. Each of these recipes must make a package of its own name.
+# Name the recipes in the layer, for example in the machine's configuration file:
 #
 #     KORVEL_PLATFORM_RECIPES = "netfp-smlog vask"
 #
-# A library without a version in its name counts as part of a development package. For a library without a SONAME, the
-# package tools find no package that provides it. So the recipe of such a library needs these lines, besides those that
-# install it:
+# By default, a library without a version in its file name is put into the development package. So the recipe of such a
+# library needs these lines, besides those that install it:
 #
 #     FILES_SOLIBSDEV = ""
 #     FILES:${PN} += "${libdir}/libnetfpsmlog.so"
+#
+# For a library without a SONAME, the package tools do not find the package that provides it. RDEPENDS below therefore names
+# the packages of the libraries.
 
 SUMMARY = "Control and diagnostics tool for the fast-path packet stack of a base-station board"
 SECTION = "admin"
@@ -37,7 +39,7 @@ PACKAGECONFIG[boardsim] = "-DKORVEL_BOARDSIM=ON, -DKORVEL_BOARDSIM=OFF, libsecco
 
 KORVEL_PLATFORM_RECIPES ?= ""
 DEPENDS += "${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '', '${KORVEL_PLATFORM_RECIPES}', d)}"
-# Named here, because the package tools find neither libraries without SONAME nor the private stand-ins as dependencies.
+# Named here, because the package tools do not find the dependencies on libraries without a SONAME, nor on the stand-ins.
 KORVEL_PLATFORM_PACKAGES = "\
     ${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '${PN}-host-platform', '${KORVEL_PLATFORM_RECIPES}', d)}"
 
