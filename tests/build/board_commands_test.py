@@ -1,4 +1,4 @@
-"""The simulated board's shell commands in a build tree, rebuilt after a developer changes them."""
+"""The simulated board's shell commands in a build tree, after a developer changes them."""
 
 import shutil
 import tempfile

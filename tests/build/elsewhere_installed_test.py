@@ -1,4 +1,4 @@
-"""The simulated board if libraries and helpers are installed outside the prefix, in the build and installed."""
+"""The simulated board works if libraries and helpers are installed outside the prefix."""
 
 import shutil
 import tempfile

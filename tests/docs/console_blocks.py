@@ -3,7 +3,7 @@
 Markdown fences a block as ```console. In a manual page, a block is a literal display that begins with a prompt:
   "$ "       The command runs at the root of the source tree.
   "board# "  The command runs on a simulated board. Each block gets a new board.
-A host command directly before a board command starts boardsim without a command. Its options apply to the board.
+If "$ boardsim OPTION..." directly precedes a board command, the options apply to the board.
 All other lines are output: standard output and standard error, as a terminal shows them.
 """
 
@@ -131,13 +131,13 @@ def _reader_environment(build: Path) -> dict[str, str]:
         "HOME": "/nonexistent",
         "LANG": "C.UTF-8",
         "TERM": "dumb",
-        # LeakSanitizer traces the process. It cannot do so if a board command already traces it.
+        # LeakSanitizer must trace the process. This fails if a board command already traces it.
         "ASAN_OPTIONS": "detect_leaks=0",
     }
 
 
 def _lay_out(folder: Path, source: Path, build: Path) -> None:
-    """Links the source tree and, as build/, the build tree into the folder: the names that pages use."""
+    """Makes links to the source tree's entries, and to the build tree as `build`, the name that pages use."""
     for entry in source.iterdir():
         if not entry.name.startswith(("build", ".")):
             os.symlink(entry, folder / entry.name)
