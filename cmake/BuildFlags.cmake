@@ -27,7 +27,7 @@ function(korvel_use_compile_flag flag)
 endfunction()
 
 foreach(flag IN ITEMS
-        -Wtrampolines -Wbidi-chars=any
+        -Wtrampolines -Wbidi-chars=any -Wreserved-identifier
         -fstack-protector-strong -fstack-clash-protection
         -fcf-protection=full -mbranch-protection=standard
         -fstrict-flex-arrays=3 -ftrivial-auto-var-init=zero
