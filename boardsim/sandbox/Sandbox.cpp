@@ -92,11 +92,13 @@ void addFolders(BwrapArguments& arguments, const Scenario& scenario) {
 }
 
 void addTree(BwrapArguments& arguments, const ProgramTree& tree) {
-    for (const fs::path& folder : tree.folders()) {  // manual pages may not be installed
+    for (const fs::path& folder : tree.folders()) {
+        const bool optional = tree.onBoard() / folder == tree.pagesOnBoard();
+        const char* const bind = optional ? "--ro-bind-try" : "--ro-bind";
         if (!tree.isPartOfUsr()) {
-            arguments.add({"--ro-bind-try", tree.onHost() / folder, tree.onBoard() / folder});
+            arguments.add({bind, tree.onHost() / folder, tree.onBoard() / folder});
         }
-        arguments.add({"--ro-bind-try", tree.onHost() / folder, peersTree / folder});
+        arguments.add({bind, tree.onHost() / folder, peersTree / folder});
     }
     const fs::path program = peersTree / tree.programInTree();
     arguments.add({"--symlink", program, BoardPaths::init});

@@ -14,6 +14,9 @@ FLOORS = ("base", "platform", "src", "boardsim")
 MOST_UNITS = 20
 SHORTEST_DUPLICATE = 60  # characters of a body without blanks; shorter bodies are idioms
 
+# `common` is a frame around rooms. The programs are the rooms main, and a command of the simulated board.
+WITHOUT_FLOOR = {"common", "korvel", "boardsim", "devmem"}
+
 Graph = Mapping[str, Iterable[str]]
 
 
@@ -47,8 +50,10 @@ def rooms() -> dict[str, Room]:
         content = text_of(path)
         for name, words in re.findall(r"^korvel_room\((\w+)(.*?)\)$", content, re.M | re.S):
             found[name] = Room(folder, libraries_in(words.partition("LINKS")[2]))
-        for name in re.findall(r"^add_(?:library|executable)\((?:korvel_)?(\w+) ", content, re.M):
+        for name in re.findall(r"^add_library\((?:korvel_)?(\w+) ", content, re.M):
             found.setdefault(name, Room(folder))
+        for name, source in re.findall(r"^add_executable\((\w+) (\S+)\)$", content, re.M):
+            found[name] = Room(str((Path(folder) / source).parent))
         for name, words in re.findall(r"^target_link_libraries\((?:korvel_)?(\w+)(.*?)\)$", content, re.M | re.S):
             found[name].links |= libraries_in(words)
     # The headers of the board's libraries have a folder of their own, because a board may provide the libraries.
@@ -93,9 +98,9 @@ class RoomsTest(unittest.TestCase):
                                      *({"platform/include"} if room.folder.startswith("platform") else set())}
         for path in sources():
             folder = str(path.parent.relative_to(SOURCE))
-            if folder in visible:
-                outside = {name for name in included_by(path) if headers[name] and not headers[name] & visible[folder]}
-                self.assertEqual(outside, set(), path)
+            self.assertIn(folder, visible)
+            outside = {name for name in included_by(path) if headers[name] and not headers[name] & visible[folder]}
+            self.assertEqual(outside, set(), path)
 
     def test_have_no_circle_of_links(self) -> None:
         self.assertEqual({name for name in self.links if name in reachable(name, self.links)}, set())
@@ -140,6 +145,12 @@ def functions_of(code: str) -> list[tuple[str, str]]:
 class PicturesTest(unittest.TestCase):
     maxDiff = None
 
+    def test_label_each_room_with_its_name(self) -> None:
+        for picture in ("docs/pictures/rooms.dot", "docs/pictures/boardsim.dot"):
+            labels = dict(re.findall(r'^ +(\w+) \[label="([^"\\]*)', text_of(picture), re.M))
+            for name in {name for arrow in arrows_of(picture) for name in arrow} - {"common"}:
+                self.assertEqual(labels[name].removeprefix("platform/"), name)
+
     def test_show_how_the_rooms_of_the_program_link(self) -> None:
         self.assertEqual(arrows_of("docs/pictures/rooms.dot"), links_below(("src", "base"), prefix=""))
 
@@ -180,8 +191,11 @@ class ArchitectureTest(unittest.TestCase):
 
     def test_puts_every_linked_room_on_a_lower_floor(self) -> None:
         links = {name: room.links for name, room in rooms().items()}
-        for prefix, lowest in (("", "base   platform/include"), ("boardsim_", "text   model   process")):
+        for prefix, folder, lowest in (("", "src/", "base   platform/include"),
+                                       ("boardsim_", "boardsim/", "text   model   process")):
             floors = {prefix + name: floor for name, floor in self.floors_that_end_in(lowest).items()}
+            on_floors = {name for name, room in rooms().items() if room.folder.startswith(folder)}
+            self.assertEqual(on_floors - floors.keys() - WITHOUT_FLOOR, set())
             for start in floors.keys() & links.keys():
                 for end in floors.keys() & reachable(start, links):
                     self.assertLess(floors[end], floors[start], f"{start} links {end}")

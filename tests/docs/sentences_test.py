@@ -25,7 +25,9 @@ class FileTest(unittest.TestCase):
 
 class PagesTest(unittest.TestCase):
     def test_have_no_long_sentences_and_no_hard_phrases(self) -> None:
-        for page in pages_in(SOURCE):
+        pages = list(pages_in(SOURCE))
+        self.assertTrue(pages)
+        for page in pages:
             name = str(page.relative_to(SOURCE))
             with self.subTest(page=name):
                 self.assertFalse(found := problems_of_page(page, name), "\n" + "\n".join(found))
@@ -33,8 +35,9 @@ class PagesTest(unittest.TestCase):
 
 class CommentsTest(unittest.TestCase):
     def test_have_no_hard_phrases(self) -> None:
-        found = [problem for file in commented_files_in(SOURCE)
-                 for problem in problems_of_comments(file, str(file.relative_to(SOURCE)))]
+        files = list(commented_files_in(SOURCE))
+        self.assertTrue(files)
+        found = [problem for file in files for problem in problems_of_comments(file, str(file.relative_to(SOURCE)))]
         self.assertFalse(found, "\n" + "\n".join(found))
 
 

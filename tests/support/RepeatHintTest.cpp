@@ -12,7 +12,6 @@
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 
