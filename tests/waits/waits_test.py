@@ -49,7 +49,7 @@ MASTER = "answer of the NetFP master"
 HEARTBEATS = "answers to the heartbeats of a cycle"
 RESET = "answer to resetqosstats"
 REPLY = "next datagram of an MMI reply"
-OUTPUT = "room on standard output and standard error"
+OUTPUT = "space on standard output and standard error"
 STUCK_STATE = "/tmp/fuse/iwf/tracing_on"
 NO_PORT = 'Get Port: Invalid port number "eth1"\n'
 NO_STATE = f"Error while opening {STUCK_STATE}\n"
@@ -86,10 +86,10 @@ SCENARIOS = (
              f"Error while reading {STUCK_STATE}: Connection timed out\n" + EMPTY_STATE, privilege="mounts"),
     Scenario("lock of another collection", "60 s", 60, (), ("with_lock", "/tmp/korvel", *INFORMATION),
              "Another log collection is running, waiting for its end\n"),
-    Scenario("room in the queue of a peer", "1 s", 1, (),
+    Scenario("space in the queue of a peer", "1 s", 1, (),
              ("with_stopped_reader", "netfp_master", "/tmp/NetfpMaster", "getport", "eth1"),
              'Failed to Send to Master Socket "/tmp/NetfpMaster": 11: Resource temporarily unavailable\n' + NO_PORT),
-    Scenario("room in the system log", "1 s", 1, (),
+    Scenario("space in the system log", "1 s", 1, (),
              ("with_stopped_reader", "system_log", "/dev/log", "-v", "getport", "4"),
              r"Verbose mode enabled\.\n\n(.+\n)+4\n"),
     Scenario(OUTPUT, "none", 2, (), ("with_full_pipe", "2", "getport", "4"), "4\n"),
