@@ -9,7 +9,7 @@ bool isOpen(int descriptor) {
     return ::fcntl(descriptor, F_GETFD) != -1;
 }
 
-/// An owner, and the descriptor that it owned at first.
+/// An owner, and the number of its first descriptor.
 class OwnedDescriptor : public testing::Test {
 protected:
     Base::UniqueFd owner{::open("/dev/null", O_RDONLY | O_CLOEXEC)};
@@ -28,7 +28,7 @@ TEST_F(OwnedDescriptor, MovesFromOwnerToOwner) {
 
     EXPECT_EQ(owner.get(), number);
     EXPECT_TRUE(isOpen(number));
-    EXPECT_FALSE(next);  // NOLINT(bugprone-use-after-move): an owner that gave up is empty
+    EXPECT_FALSE(next);  // NOLINT(bugprone-use-after-move): a moved-from owner is empty
 }
 
 TEST_F(OwnedDescriptor, SurvivesSelfAssignmentOfItsOwner) {

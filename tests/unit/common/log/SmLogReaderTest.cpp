@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 constexpr unsigned wholeLog = 2U << 20;
 
-/// A shared-memory log of the board, and a path where none can be created.
+/// A shared-memory log that the tests write to, or that cannot be opened.
 class ReadSmLog : public testing::Test {
 protected:
     static constexpr const char* name = "test_log";
@@ -63,7 +63,7 @@ TEST_F(ReadSmLog, ReturnsTheOldestEntriesThatFit) {
     EXPECT_EQ(readSmLog(name, static_cast<unsigned>(first.size()), 0), "");
 }
 
-TEST_F(ReadSmLog, ReturnsAnEmptyTextForASizeOfZero) {
+TEST_F(ReadSmLog, ReturnsAnEmptyTextForASizeOfZeroOrOne) {
     givenAnEntry("first");
 
     EXPECT_EQ(readSmLog(name, 1, 0), "");
