@@ -12,6 +12,14 @@ PAGES = sorted([*SOURCE.glob("*.md"), *SOURCE.glob("docs/**/*.md")])
 READERS = ("support engineer", "integrator", "contributor")
 
 
+def files(pattern: str) -> list[Path]:
+    """The files of the source tree that match. At least one must: a loop over none would check nothing."""
+    found = sorted(SOURCE.glob(pattern))
+    if not found:
+        raise AssertionError(f"no file matches {pattern}")
+    return found
+
+
 def text_of(path: str) -> str:
     return (SOURCE / path).read_text(encoding="utf-8")
 
@@ -65,7 +73,7 @@ class ConsoleBlockTest(unittest.TestCase):
 
     def test_is_run_for_every_page_that_has_one(self) -> None:
         tested = text_of("tests/docs/CMakeLists.txt")
-        for page in [*PAGES, *SOURCE.glob("man/*.[1-8]")]:
+        for page in [*PAGES, *files("man/*.[1-8]")]:
             if re.search(r"^(\$|board#) ", page.read_text(encoding="utf-8"), re.M):
                 self.assertTrue(str(page.relative_to(SOURCE)) in tested, page.name)
 
@@ -73,7 +81,7 @@ class ConsoleBlockTest(unittest.TestCase):
 class TestNamesTest(unittest.TestCase):
     def test_on_pages_refer_to_existing_tests(self) -> None:
         """A page names tests as `Suite.Name` or `.Name`."""
-        code = "\n".join(path.read_text(encoding="utf-8") for path in SOURCE.glob("tests/**/*.cpp"))
+        code = "\n".join(path.read_text(encoding="utf-8") for path in files("tests/**/*.cpp"))
         tests = re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", code, re.M)
         known = {f"{suite}.{name}" for suite, name in tests} | {f".{name}" for _, name in tests}
         for page in PAGES:
@@ -85,7 +93,7 @@ class ScriptMessagesTest(unittest.TestCase):
     """The page quotes a message as `SCRIPT: TEXT`. A word in capitals stands for a variable of the script."""
 
     def test_are_quoted_as_the_scripts_print_them(self) -> None:
-        for path in SOURCE.glob("systemd/libexec/*"):
+        for path in files("systemd/libexec/*"):
             script = path.read_text(encoding="utf-8")
             constants = dict(re.findall(r"^(\w+)=(/\S+)$", script, re.M))
             printed = re.findall(rf'^\s*(?:say|echo) "(?:{path.name}: )?(.+?)"', script, re.M)
@@ -100,7 +108,7 @@ class ScriptMessagesTest(unittest.TestCase):
 
 class PicturesTest(unittest.TestCase):
     def test_show_every_label_of_their_dot_files(self) -> None:
-        for source in SOURCE.glob("docs/pictures/*.dot"):
+        for source in files("docs/pictures/*.dot"):
             with self.subTest(picture=source.stem):
                 drawn = html.unescape(source.with_suffix(".svg").read_text(encoding="utf-8"))
                 labels = re.findall(r'label="([^"]+)"', source.read_text(encoding="utf-8"))
@@ -137,7 +145,7 @@ class ReadmeTest(unittest.TestCase):
 class ScriptsTest(unittest.TestCase):
     def test_are_each_named_on_a_page(self) -> None:
         pages = "\n".join(page.read_text(encoding="utf-8") for page in PAGES)
-        for script in SOURCE.glob("scripts/*.sh"):
+        for script in files("scripts/*.sh"):
             self.assertTrue(f"scripts/{script.name}" in pages, script.name)
 
 
