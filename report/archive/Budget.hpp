@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "Limits.hpp"
+
+namespace Report {
+
+/// The limits, in the order of the options that set them.
+enum class Limit : std::uint8_t { bytes, members, line, name, depth, seconds, memory };
+
+/// The name of the option that sets a limit, such as "--max-bytes".
+std::string_view optionOf(Limit limit);
+
+/// What a package has used of its limits. One budget covers a package and everything nested in it. Once a
+/// limit is reached, what follows is not read.
+class Budget {
+public:
+    /// The processor time counts from here.
+    explicit Budget(const Limits& limits);
+
+    const Limits& limits() const { return bounds; }
+
+    /// Each counts something. Returns false, and remembers the limit, if it would exceed its limit. The
+    /// caller then reads no more of it.
+    [[nodiscard]] bool inflate(std::uint64_t bytes);
+    [[nodiscard]] bool addMember();
+    [[nodiscard]] bool keep(std::size_t bytes);
+    [[nodiscard]] bool checkTime();
+
+    /// Returns memory that keep() counted.
+    void release(std::size_t bytes);
+
+    /// The first limit of bytes, members, seconds or memory that was reached: it ends the reading.
+    std::optional<Limit> reached() const { return first; }
+
+private:
+    bool exceed(Limit limit);
+
+    Limits bounds;
+    std::chrono::nanoseconds start;
+    std::uint64_t inflated = 0;
+    std::size_t members = 0;
+    std::size_t kept = 0;
+    std::optional<Limit> first;
+};
+
+}  // namespace Report
