@@ -20,12 +20,14 @@ struct MemberHeader {
     MemberType type = MemberType::file;
     std::uint64_t size = 0;  ///< bytes
     std::timespec time = {};
-    mode_t mode = 0;  ///< permissions only
+    mode_t mode = 0;  ///< permissions only, 07777 at most
     uid_t uid = 0;
     gid_t gid = 0;
     std::string owner;
     std::string group;
-    std::string target;  ///< of a link
+    std::string target;             ///< of a link
+    std::uint32_t deviceMajor = 0;  ///< of a device
+    std::uint32_t deviceMinor = 0;
 };
 
 /// How a layer ended.
