@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,13 +56,16 @@ struct Part {
     std::optional<Time> time;        ///< of the member
     LayerEnd end;                    ///< how the member or its .gz layer ended
     bool piece = false;              ///< the member is gzip; `text` holds it inflated
+    bool package = false;            ///< the member is a package: its contents are in Package::nested
     bool log = false;                ///< the text has log entries
     PackedText text;                 ///< empty if the loader was told not to keep it
     std::uint64_t textSize = 0;      ///< of the text (inflated), in bytes, also if it is not kept
     std::string tail;                ///< the last bytes of the text, at most 256, also if it is not kept
     std::uint64_t invalidBytes = 0;  ///< bytes of the text that are not UTF-8
-    std::size_t otherLines = 0;      ///< lines that are neither values, titles, blank nor log entries
-    std::vector<Overlap> overlaps;   ///< of an archive's log
+    std::size_t otherLines = 0;     ///< lines that are neither values, titles, blank nor log entries; 0 for a
+                                    ///< text that is neither a table of values nor a log
+    std::size_t moreValues = 0;     ///< values beyond the number that is kept of a part
+    std::vector<Overlap> overlaps;  ///< of an archive's log
 };
 
 /// A result of a rule.
@@ -98,7 +103,9 @@ struct Package {
     bool clockUnset = false;  ///< the time is before 2010 or in the future
     Kind kind = Kind::unknown;
     Verdict verdict = Verdict::unreadable;
-    LayerEnd end;  ///< of the archive itself
+    LayerEnd end;                     ///< of the archive itself
+    std::optional<std::string> zone;  ///< in which local times in logs are read; unknown: UTC is taken
+    std::set<std::string, std::less<>> folders;  ///< folders of the package, the upper two levels: "mmi/iwf"
     std::vector<Part> parts;
     std::vector<Finding> findings;
     std::vector<Value> values;
