@@ -103,8 +103,11 @@ struct Package {
     bool clockUnset = false;  ///< the time is before 2010 or in the future
     Kind kind = Kind::unknown;
     Verdict verdict = Verdict::unreadable;
-    LayerEnd end;                     ///< of the archive itself
-    std::optional<std::string> zone;  ///< in which local times in logs are read; unknown: UTC is taken
+    LayerEnd end;                        ///< of the archive itself
+    std::string cause;                   ///< likely cause if the archive is cut or altered, in words
+    std::optional<Certainty> certainty;  ///< of the cause
+    std::vector<Evidence> evidence;      ///< for the cause
+    std::optional<std::string> zone;     ///< in which local times in logs are read; unknown: UTC is taken
     std::set<std::string, std::less<>> folders;  ///< folders of the package, the upper two levels: "mmi/iwf"
     std::vector<Part> parts;
     std::vector<Finding> findings;
