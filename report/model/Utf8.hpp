@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace Report {
+
+/// A character at the beginning of a text.
+struct Utf8Character {
+    char32_t code = 0;
+    std::size_t length = 0;  ///< bytes; 0 if the text does not begin with valid UTF-8
+};
+
+/// Decodes the first character. Overlong forms, surrogates and codes beyond U+10FFFF are not valid. Neither
+/// is an incomplete character at the end of the text.
+Utf8Character firstCharacter(std::string_view text);
+
+}  // namespace Report
