@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -32,6 +31,9 @@ public:
     [[nodiscard]] bool addMember();
     [[nodiscard]] bool keep(std::size_t bytes);
     [[nodiscard]] bool checkTime();
+
+    /// Bytes that may still be inflated.
+    std::uint64_t bytesLeft() const { return bounds.maxBytes - inflated; }
 
     /// Returns memory that keep() counted.
     void release(std::size_t bytes);

@@ -2,13 +2,12 @@
 
 #include <cstdint>
 #include <ctime>
-#include <optional>
 #include <string>
 #include <string_view>
 
 #include <sys/types.h>
 
-#include "Budget.hpp"
+#include "LayerEnd.hpp"
 
 namespace Report {
 
@@ -18,30 +17,14 @@ enum class MemberType : std::uint8_t { file, directory, symbolicLink, hardLink, 
 struct MemberHeader {
     std::string name;
     MemberType type = MemberType::file;
-    std::uint64_t size = 0;  ///< bytes
+    std::uint64_t size = 0;  ///< bytes of its contents; 0 unless it is a file
     std::timespec time = {};
     mode_t mode = 0;  ///< permissions only, 07777 at most
     uid_t uid = 0;
     gid_t gid = 0;
     std::string owner;
     std::string group;
-    std::string target;             ///< of a link
-    std::uint32_t deviceMajor = 0;  ///< of a device
-    std::uint32_t deviceMinor = 0;
-};
-
-/// How a layer ended.
-enum class Integrity : std::uint8_t {
-    whole,
-    cut,      ///< it ends early
-    altered,  ///< its checksum, length or structure is wrong
-    notRead,  ///< a limit ended the reading
-};
-
-struct LayerEnd {
-    Integrity integrity = Integrity::whole;
-    std::string reason;          ///< in words, for every integrity but whole
-    std::optional<Limit> limit;  ///< the limit, for notRead
+    std::string target;  ///< of a link
 };
 
 /// Receives a package in the order of its bytes. The calls follow this grammar; a package is the outermost
@@ -50,6 +33,9 @@ struct LayerEnd {
 ///     gzip   = enterGzip (tar | gzip | data*) leaveGzip
 ///     tar    = enterTar member* leaveTar
 ///     member = beginMember (gzip | data*) endMember
+///
+/// A member or layer that starts like gzip is a gzip layer, whatever the name of the member. What a layer
+/// contains is a tar archive if it starts with the header of a member.
 ///
 /// So the data of a `.gz` piece arrive inflated, between enterGzip and leaveGzip, and a nested package
 /// arrives as its members. Each enter... has its leave..., each begin its end, even if the package is cut in
@@ -64,6 +50,7 @@ public:
     virtual ~PackageVisitor() = default;
 
     virtual void enterGzip() = 0;
+    /// Limit::depth if the layer is one too many inside another one: its bytes are then left out.
     virtual void leaveGzip(const LayerEnd& end) = 0;
     virtual void enterTar() = 0;
     virtual void leaveTar(const LayerEnd& end) = 0;

@@ -1,0 +1,115 @@
+#include "GzipSource.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <new>
+#include <utility>
+
+#include "Zeros.hpp"
+
+namespace Report {
+
+namespace {
+
+constexpr std::size_t contentsBuffer = std::size_t{128} << 10;
+constexpr int gzipWithLargestWindow = 15 + 16;  // zlib then checks the checksum and the length in the trailer
+
+}  // namespace
+
+GzipSource::GzipSource(PieceSource& packed, Budget& budget)
+    : source(packed), limits(budget), buffer(contentsBuffer) {
+    if (::inflateInit2(&stream, gzipWithLargestWindow) != Z_OK) {
+        throw std::bad_alloc();
+    }
+}
+
+GzipSource::~GzipSource() {
+    ::inflateEnd(&stream);
+}
+
+std::string_view GzipSource::next() {
+    if (!ended && limits.reached()) {
+        stop(*limits.reached());
+    }
+    if (ended) {
+        return {};
+    }
+    const std::uint64_t left = limits.bytesLeft();
+    // One byte more than the limit shows whether the stream exceeds it.
+    const std::size_t most = left < buffer.size() ? static_cast<std::size_t>(left) + 1 : buffer.size();
+    stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
+    stream.avail_out = static_cast<uInt>(most);
+    while (!ended && stream.avail_out > 0) {
+        step();
+    }
+    const std::size_t size = most - stream.avail_out;
+    if (!limits.inflate(size)) {
+        stop(Limit::bytes);
+        return {buffer.data(), static_cast<std::size_t>(left)};
+    }
+    if (!ended && !limits.checkTime()) {
+        stop(Limit::seconds);
+    }
+    return {buffer.data(), size};
+}
+
+void GzipSource::step() {
+    if (stream.avail_in == 0) {
+        refill();
+        if (ended) {
+            return;
+        }
+    }
+    switch (::inflate(&stream, Z_NO_FLUSH)) {
+        case Z_OK:
+        case Z_BUF_ERROR:
+            return;
+        case Z_STREAM_END:
+            return readTrailingZeros();
+        case Z_MEM_ERROR:
+            throw std::bad_alloc();
+        default:
+            return finish(Integrity::altered, std::string("the compressed data are damaged: ") +
+                                                  (stream.msg ? stream.msg : "not in the gzip format"));
+    }
+}
+
+void GzipSource::refill() {
+    const std::string_view piece = source.next();
+    if (piece.empty()) {
+        return finish(Integrity::cut, "the compressed data end early");
+    }
+    // zlib does not write to its input.
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(piece.data()));
+    stream.avail_in = static_cast<uInt>(piece.size());
+}
+
+void GzipSource::readTrailingZeros() {
+    std::string_view rest(reinterpret_cast<const char*>(stream.next_in), stream.avail_in);
+    do {
+        if (!allZeros(rest)) {
+            return finish(Integrity::altered, "other data follow the compressed data");
+        }
+        if (!limits.checkTime()) {
+            return stop(Limit::seconds);
+        }
+        rest = source.next();
+    } while (!rest.empty());
+    finish(Integrity::whole, {});
+}
+
+void GzipSource::finish(Integrity integrity, std::string reason) {
+    ended = true;
+    if (integrity == Integrity::cut && limits.reached()) {
+        return stop(*limits.reached());  // the packed stream was not read further
+    }
+    ending = {integrity, std::move(reason), {}};
+}
+
+void GzipSource::stop(Limit limit) {
+    ended = true;
+    ending = endByLimit(limit);
+}
+
+}  // namespace Report

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <zlib.h>
+
+#include "Budget.hpp"
+#include "LayerEnd.hpp"
+#include "PieceSource.hpp"
+
+namespace Report {
+
+/// The first bytes of every gzip stream: two bytes of magic, and the only method of compression.
+constexpr std::string_view gzipMagic = "\x1f\x8b\x08";
+
+/// Whether a stream with these first bytes is a gzip stream.
+inline bool startsLikeGzip(std::string_view bytes) {
+    return bytes.starts_with(gzipMagic);
+}
+
+/// The contents of a gzip stream. Every piece but the last has the same size, a multiple of a tar block.
+class GzipSource : public PieceSource {
+public:
+    /// Both must outlive this object.
+    GzipSource(PieceSource& packed, Budget& budget);
+    ~GzipSource() override;
+    GzipSource(const GzipSource&) = delete;
+    GzipSource& operator=(const GzipSource&) = delete;
+    GzipSource(GzipSource&&) = delete;
+    GzipSource& operator=(GzipSource&&) = delete;
+
+    /// After the last piece, the packed stream was read to its end unless it is damaged or a limit was
+    /// reached.
+    std::string_view next() override;
+
+    /// How the stream ended. Only after next() returned an empty piece.
+    const LayerEnd& end() const { return ending; }
+
+private:
+    void step();
+    void refill();
+    void readTrailingZeros();
+    void finish(Integrity integrity, std::string reason);
+    void stop(Limit limit);
+
+    PieceSource& source;
+    Budget& limits;
+    std::vector<char> buffer;
+    z_stream stream{};
+    bool ended = false;
+    LayerEnd ending;
+};
+
+}  // namespace Report
