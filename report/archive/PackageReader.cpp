@@ -8,6 +8,7 @@
 #include "HashedStream.hpp"
 #include "Lookahead.hpp"
 #include "PieceSource.hpp"
+#include "TarBlock.hpp"
 #include "TarReader.hpp"
 #include "Zeros.hpp"
 

@@ -17,7 +17,8 @@ namespace Report {
 /// until the member ends. The budget counts that memory.
 ///
 /// Each call throws std::length_error if the memory limit is reached, and what the sink throws. The output is
-/// then incomplete. Calls against the grammar throw std::logic_error.
+/// then incomplete. Calls against the grammar throw std::logic_error, and so do a member with more or less
+/// data than its header says, a device and a member of unknown type.
 class PackageWriter {
 public:
     /// Both must outlive the writer.

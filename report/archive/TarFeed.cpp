@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "TarReader.hpp"
+#include "TarBlock.hpp"
 #include "Zeros.hpp"
 
 namespace Report {

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
 #include <new>
-#include <numeric>
 #include <string>
 #include <utility>
 
@@ -16,6 +14,7 @@
 #include <archive_entry.h>
 #include <locale.h>
 
+#include "TarBlock.hpp"
 #include "TarFeed.hpp"
 
 namespace Report {
@@ -97,26 +96,6 @@ TarMember memberOf(archive_entry* entry, std::size_t mostName) {
 }
 
 }  // namespace
-
-bool startsLikeTar(std::string_view block) {
-    constexpr std::size_t checksumAt = 148;
-    constexpr std::size_t checksumSize = 8;
-    constexpr std::size_t magicAt = 257;
-    if (block.size() > magicAt && block.substr(magicAt).starts_with("ustar")) {
-        return true;
-    }
-    if (block.size() < tarBlockSize) {
-        return false;
-    }
-    std::string header(block.substr(0, tarBlockSize));
-    unsigned written = 0;
-    const char* digits = header.data() + checksumAt;
-    digits += std::string_view(digits, checksumSize).find_first_not_of(' ') % checksumSize;
-    std::from_chars(digits, header.data() + checksumAt + checksumSize, written, 8);
-    header.replace(checksumAt, checksumSize, checksumSize, ' ');
-    const auto add = [](unsigned sum, char byte) { return sum + static_cast<unsigned char>(byte); };
-    return written > 0 && written == std::accumulate(header.begin(), header.end(), 0U, add);
-}
 
 class TarReader::Reader : public PieceSource {
 public:

@@ -2,7 +2,6 @@
 
 #include <memory>
 #include <optional>
-#include <string_view>
 
 #include "Budget.hpp"
 #include "Lookahead.hpp"
@@ -10,13 +9,6 @@
 #include "PieceSource.hpp"
 
 namespace Report {
-
-/// Bytes of a block, the unit of a tar archive.
-constexpr std::size_t tarBlockSize = 512;
-
-/// Whether this first block of a stream, or the part of a block that is the whole stream, begins a tar
-/// archive with members.
-bool startsLikeTar(std::string_view block);
 
 struct TarMember {
     MemberHeader header;
