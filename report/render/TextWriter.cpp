@@ -53,10 +53,6 @@ std::string cutTo(std::size_t columns, std::string_view safe) {
     return std::string(safe.substr(0, bytesOf(kept, safe))).append(ellipsis);
 }
 
-std::string counted(std::size_t count, std::string_view one, std::string_view many) {
-    return std::to_string(count).append(" ").append(count == 1 ? one : many);
-}
-
 std::string TextWriter::inked(Ink ink, std::string_view safe) const {
     if (!style.colour || ink == Ink::plain) {
         return std::string(safe);

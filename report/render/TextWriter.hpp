@@ -18,9 +18,6 @@ std::size_t columnsOf(std::string_view safe);
 /// The text, cut to a number of columns. A text that was cut ends in "...".
 std::string cutTo(std::size_t columns, std::string_view safe);
 
-/// "1 part", "2 parts".
-std::string counted(std::size_t count, std::string_view one, std::string_view many);
-
 /// Writes safe text to a terminal or a file, with headings, paragraphs and labels in columns.
 class TextWriter {
 public:
