@@ -55,7 +55,7 @@ std::string_view keywordOf(Kind kind) {
     return find(kinds, kind);
 }
 
-std::optional<Kind> kindOf(std::string_view keyword) {
+std::optional<Kind> kindOfKeyword(std::string_view keyword) {
     const auto* const found = std::find(kinds.begin() + 1, kinds.end(), keyword);
     if (found == kinds.end()) {
         return std::nullopt;

@@ -18,6 +18,6 @@ std::string_view nameOf(Level level);          ///< such as "information"
 std::string_view keywordOf(Kind kind);
 
 /// The kind of package that a keyword of korvel makes. No value for another word.
-std::optional<Kind> kindOf(std::string_view keyword);
+std::optional<Kind> kindOfKeyword(std::string_view keyword);
 
 }  // namespace Report
