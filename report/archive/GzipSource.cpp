@@ -29,29 +29,34 @@ GzipSource::~GzipSource() {
 }
 
 std::string_view GzipSource::next() {
-    if (!ended && limits.reached()) {
-        stop(*limits.reached());
-    }
-    if (ended) {
+    if (!exceeds && (ended || stopAtLimit())) {
         return {};
     }
     const std::uint64_t left = limits.bytesLeft();
     // One byte more than the limit shows whether the stream exceeds it.
     const std::size_t most = left < buffer.size() ? static_cast<std::size_t>(left) + 1 : buffer.size();
+    const std::size_t size = exceeds ? most : fill(most);
+    exceeds = size > left;
+    // What fits is handed out first. The next call then reaches the limit.
+    const std::size_t fitting = exceeds && left > 0 ? most - 1 : size;
+    if (!limits.inflate(fitting)) {
+        exceeds = false;
+        stopAtLimit();
+        return {};
+    }
+    if (!ended && !limits.checkTime()) {
+        stopAtLimit();
+    }
+    return {buffer.data(), fitting};
+}
+
+std::size_t GzipSource::fill(std::size_t most) {
     stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
     stream.avail_out = static_cast<uInt>(most);
     while (!ended && stream.avail_out > 0) {
         step();
     }
-    const std::size_t size = most - stream.avail_out;
-    if (!limits.inflate(size)) {
-        stop(Limit::bytes);
-        return {buffer.data(), static_cast<std::size_t>(left)};
-    }
-    if (!ended && !limits.checkTime()) {
-        stop(Limit::seconds);
-    }
-    return {buffer.data(), size};
+    return most - stream.avail_out;
 }
 
 void GzipSource::step() {
@@ -91,25 +96,26 @@ void GzipSource::readTrailingZeros() {
         if (!allZeros(rest)) {
             return finish(Integrity::altered, "other data follow the compressed data");
         }
-        if (!limits.checkTime()) {
-            return stop(Limit::seconds);
-        }
         rest = source.next();
-    } while (!rest.empty());
+    } while (!rest.empty() && limits.checkTime());
     finish(Integrity::whole, {});
 }
 
 void GzipSource::finish(Integrity integrity, std::string reason) {
-    ended = true;
-    if (integrity == Integrity::cut && limits.reached()) {
-        return stop(*limits.reached());  // the packed stream was not read further
+    // A limit may have ended the packed stream, but what is damaged is damaged.
+    if (integrity == Integrity::altered || !stopAtLimit()) {
+        ended = true;
+        ending = {integrity, std::move(reason), {}};
     }
-    ending = {integrity, std::move(reason), {}};
 }
 
-void GzipSource::stop(Limit limit) {
-    ended = true;
-    ending = endByLimit(limit);
+/// Whether a limit ended the reading.
+bool GzipSource::stopAtLimit() {
+    if (limits.reached()) {
+        ended = true;
+        ending = endByLimit(*limits.reached());
+    }
+    return limits.reached().has_value();
 }
 
 }  // namespace Report

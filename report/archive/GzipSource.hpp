@@ -39,16 +39,18 @@ public:
     const LayerEnd& end() const { return ending; }
 
 private:
+    std::size_t fill(std::size_t most);
     void step();
     void refill();
     void readTrailingZeros();
     void finish(Integrity integrity, std::string reason);
-    void stop(Limit limit);
+    bool stopAtLimit();
 
     PieceSource& source;
     Budget& limits;
     std::vector<char> buffer;
     z_stream stream{};
+    bool exceeds = false;  ///< there is more than the limit allows
     bool ended = false;
     LayerEnd ending;
 };

@@ -273,7 +273,8 @@ bool TarReader::Reader::nextPortion() {
 }
 
 std::string_view TarReader::Reader::nextOfHole() {
-    const std::size_t count = std::min<std::uint64_t>({hole, zeros.size(), limits.bytesLeft() + 1});
+    const std::size_t count =
+        std::min<std::uint64_t>({hole, zeros.size(), std::max<std::uint64_t>(limits.bytesLeft(), 1)});
     if (!limits.inflate(count) || !limits.checkTime()) {
         stopAtLimit();
         return {};

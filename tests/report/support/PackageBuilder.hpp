@@ -9,7 +9,7 @@ namespace ReportTest {
 
 /// The fields of a tar header, as they are written.
 struct TarFields {
-    std::string name;  ///< at most 100 bytes
+    std::string name = {};  ///< at most 100 bytes
     char type = '0';
     std::uint64_t size = 0;
     std::time_t time = 1795336233;  ///< 2026-11-22 08:30:33 UTC
@@ -18,7 +18,7 @@ struct TarFields {
     unsigned gid = 0;
     std::string owner = "root";
     std::string group = "root";
-    std::string target;  ///< at most 100 bytes
+    std::string target = {};  ///< at most 100 bytes
 };
 
 /// A header of 512 bytes, in GNU tar's format.
