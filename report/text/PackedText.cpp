@@ -9,6 +9,7 @@ namespace Report {
 namespace {
 
 constexpr std::size_t blockSize = std::size_t{256} << 10;
+constexpr std::size_t smallestBlock = std::size_t{1} << 10;  // less is hardly worth the time
 constexpr int fastest = 1;
 
 void expand(const std::string& packed, std::string& text, std::size_t size) {
@@ -33,6 +34,13 @@ void PackedText::append(std::string_view bytes) {
             closeBlock();
         }
     }
+}
+
+void PackedText::finish() {
+    if (open.size() >= smallestBlock) {
+        closeBlock();
+    }
+    open.shrink_to_fit();
 }
 
 void PackedText::closeBlock() {

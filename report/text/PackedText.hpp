@@ -15,6 +15,9 @@ class PackedText {
 public:
     void append(std::string_view bytes);
 
+    /// Gives back memory that only append() needs. Call it at the end of the text.
+    void finish();
+
     /// Bytes of the text.
     std::uint64_t size() const { return length; }
     /// Bytes of memory that the text uses now.
