@@ -60,6 +60,7 @@ LayerEnd LayerReader::readPackage(Lookahead& file) {
                                    : LayerEnd{Integrity::altered, "the file is not compressed by gzip", {}});
 }
 
+// NOLINTBEGIN(misc-no-recursion): --max-depth bounds the recursion
 LayerEnd LayerReader::readGzip(PieceSource& packed, std::size_t depth) {
     visitor.enterGzip();
     if (depth > limits.limits().maxDepth) {
@@ -124,6 +125,8 @@ void LayerReader::readGzipOrData(Lookahead& contents, std::size_t depth) {
         visitor.data(piece);
     }
 }
+
+// NOLINTEND(misc-no-recursion)
 
 /// Reads what remains of the file. Returns false if that takes too much time.
 bool readToEnd(PieceSource& file, Budget& budget) {

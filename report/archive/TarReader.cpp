@@ -12,7 +12,6 @@
 
 #include <archive.h>
 #include <archive_entry.h>
-#include <locale.h>
 
 #include "TarBlock.hpp"
 #include "TarFeed.hpp"
@@ -273,7 +272,7 @@ bool TarReader::Reader::nextPortion() {
 }
 
 std::string_view TarReader::Reader::nextOfHole() {
-    const std::size_t count =
+    const auto count =
         std::min<std::uint64_t>({hole, zeros.size(), std::max<std::uint64_t>(limits.bytesLeft(), 1)});
     if (!limits.inflate(count) || !limits.checkTime()) {
         stopAtLimit();

@@ -76,7 +76,7 @@ protected:
         std::string pattern = fs::temp_directory_path() / "korvel-report-XXXXXX";
         folder = ::mkdtemp(pattern.data());
     }
-    ~PackageSourceTest() override { fs::remove_all(folder); }
+    void TearDown() override { fs::remove_all(folder); }
 
     std::string write(const std::string& bytes) {
         std::ofstream(folder / "package.tgz") << bytes;

@@ -49,7 +49,7 @@ void EventRecorder::beginMember(const Report::MemberHeader& header) {
 
 void EventRecorder::add(const std::string& line) {
     flush();
-    lines += std::string(2 * indent, ' ') + line + "\n";
+    writeLine(line);
     if (line.ends_with("{")) {
         ++indent;
     }
@@ -64,9 +64,12 @@ void EventRecorder::leave(const std::string& line, const Report::LayerEnd& end) 
 
 void EventRecorder::flush() {
     if (!pending.empty()) {
-        const std::string content = std::exchange(pending, {});
-        add('"' + content + '"');
+        writeLine('"' + std::exchange(pending, {}) + '"');
     }
+}
+
+void EventRecorder::writeLine(const std::string& line) {
+    lines += std::string(2 * indent, ' ') + line + "\n";
 }
 
 }  // namespace ReportTest

@@ -33,6 +33,7 @@ private:
     void add(const std::string& line);
     void leave(const std::string& line, const Report::LayerEnd& end);
     void flush();
+    void writeLine(const std::string& line);
 
     std::string lines;
     std::string pending;  ///< data

@@ -79,7 +79,8 @@ std::string tarBlocks(std::string_view contents) {
 }
 
 std::string tarEndMark() {
-    return std::string(2 * blockSize, '\0');
+    std::string mark(2 * blockSize, '\0');
+    return mark;
 }
 
 std::string paxRecord(std::string_view key, std::string_view value) {
@@ -147,24 +148,29 @@ PackageBuilder& PackageBuilder::pax(std::string_view records) {
     return add("pax", 'x', records);
 }
 
-PackageBuilder& PackageBuilder::raw(std::string_view bytes) {
-    blocks += bytes;
+PackageBuilder& PackageBuilder::raw(std::string_view added) {
+    blocks += added;
     return *this;
 }
 
 PackageBuilder& PackageBuilder::add(const std::string& name, char type, std::string_view contents,
                                     const std::string& target) {
     if (name.size() > shortName) {
-        add("././@LongLink", 'L', name + '\0');
+        write("././@LongLink", 'L', name + '\0', {});
     }
     if (target.size() > shortName) {
-        add("././@LongLink", 'K', target + '\0');
+        write("././@LongLink", 'K', target + '\0', {});
     }
+    return write(name.substr(0, shortName), type, contents, target.substr(0, shortName));
+}
+
+PackageBuilder& PackageBuilder::write(const std::string& name, char type, std::string_view contents,
+                                      const std::string& target) {
     TarFields member = fields;
-    member.name = name.substr(0, shortName);
+    member.name = name;
     member.type = type;
     member.size = contents.size();
-    member.target = target.substr(0, shortName);
+    member.target = target;
     return raw(tarHeader(member)).raw(tarBlocks(contents));
 }
 

@@ -63,7 +63,7 @@ public:
     /// Records of an extended header for the next member.
     PackageBuilder& pax(std::string_view records);
     /// Any blocks.
-    PackageBuilder& raw(std::string_view blocks);
+    PackageBuilder& raw(std::string_view added);
 
     /// With the end mark.
     std::string tar() const;
@@ -72,6 +72,8 @@ public:
 private:
     PackageBuilder& add(const std::string& name, char type, std::string_view contents,
                         const std::string& target = {});
+    PackageBuilder& write(const std::string& name, char type, std::string_view contents,
+                          const std::string& target);
 
     std::string blocks;
     TarFields fields;  ///< of the next member
