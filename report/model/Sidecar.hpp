@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,21 +13,23 @@
 
 namespace Report {
 
-/// What PACKAGE.run tells about the run that made a package: lines `key: value`, an empty line, and then the
+/// What PACKAGE.run says about the run that made a package: lines `key: value`, an empty line, and then the
 /// standard error of the run as it came.
 struct Sidecar {
-    std::map<std::string, std::string> keys;                  ///< without `probe`
-    std::vector<std::pair<std::string, std::string>> probes;  ///< name and result
+    std::map<std::string, std::string, std::less<>> keys;     ///< without `probe`
+    std::vector<std::pair<std::string, std::string>> probes;  ///< name and result of `probe: NAME: RESULT`
     std::string standardError;
 
     /// The value of a key, or nullptr.
     const std::string* find(std::string_view key) const;
+    /// Unknown if the key is missing or is no time.
     std::optional<Time> began() const;
     std::optional<Time> ended() const;
 };
 
-/// Parses the text of a sidecar. Returns no value, and the reason in `error`, for a text that is not one,
-/// such as one with an unknown format. Never fails on unknown keys.
+/// Parses the text of a sidecar. Returns no value, and the reason in `error`, for a text that is not one: a
+/// line before the empty line has another form, a key occurs twice, the format is unknown, or the empty line
+/// is missing because the text was cut. Accepts unknown keys.
 std::optional<Sidecar> parseSidecar(std::string_view text, std::string& error);
 
 /// Whether a sidecar was used.
@@ -34,7 +37,18 @@ enum class SidecarState : std::uint8_t {
     used,
     absent,      ///< no file beside the package, or switched off
     foreign,     ///< its checksum is missing or not the package's: not used
-    unreadable,  ///< not a sidecar, too large or not readable: not used
+    unreadable,  ///< not a sidecar, larger than 1 MiB, or not readable: not used
 };
+
+/// A sidecar that was looked for.
+struct SidecarResult {
+    SidecarState state = SidecarState::absent;
+    std::string error;  ///< why it is foreign or unreadable
+    std::optional<Sidecar> sidecar;
+};
+
+/// Reads the sidecar of a package with the checksum `sha256`. `named` says that the user named the file: it
+/// must then exist, and may be a pipe. Otherwise only a regular file is read.
+SidecarResult readSidecar(const std::string& path, bool named, std::string_view sha256);
 
 }  // namespace Report
