@@ -1,0 +1,196 @@
+#include "Judge.hpp"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "Clues.hpp"
+#include "Content.hpp"
+#include "Diagnosis.hpp"
+#include "ExpectedParts.hpp"
+#include "PartTable.hpp"
+#include "RunCauses.hpp"
+
+namespace Report {
+namespace {
+
+constexpr std::chrono::seconds staleAge{120};
+constexpr std::array exitStatuses{0, 1, 1, 2, 2, 3};  // in the order of Verdict
+
+bool isDamaged(const Package& package) {
+    return package.end.integrity == Integrity::cut || package.end.integrity == Integrity::altered;
+}
+
+bool isUnread(const Package& package) {
+    return package.end.integrity == Integrity::notRead || !package.unread.empty() ||
+           std::ranges::any_of(package.nested, isUnread);
+}
+
+/// Whether reading stopped before the end of the package, so that nobody knows what it holds.
+bool isEndUnknown(const Package& package) {
+    return package.end.integrity == Integrity::notRead ||
+           std::ranges::any_of(package.unread, [](const Unread& unread) { return unread.member.empty(); });
+}
+
+/// Marks the expected parts, and adds those that are not there. Returns the names of assumed ones.
+std::set<std::string> addExpectedParts(Package& package, const Expectation& expectation) {
+    std::multimap<std::string, std::size_t, std::less<>> present;
+    for (std::size_t index = 0; index < package.parts.size(); ++index) {
+        Part& part = package.parts[index];
+        part.expected = countsIfThere(part, placeOf(part.name));
+        present.emplace(part.name, index);
+    }
+    std::set<std::string> assumed;
+    const State state = isEndUnknown(package) ? State::notRead : State::missing;
+    for (const ExpectedPart& expected : expectedParts(package, expectation)) {
+        const auto [begin, end] = present.equal_range(expected.name);
+        for (auto entry = begin; entry != end; ++entry) {
+            package.parts[entry->second].expected = true;
+        }
+        if (begin == end) {
+            Part& part = package.parts.emplace_back();
+            part.name = expected.name;
+            part.expected = true;
+            part.state = state;
+            if (expected.assumed) {
+                assumed.insert(expected.name);
+            }
+        }
+    }
+    return assumed;
+}
+
+bool hasAge(const PartPlace& place) {
+    return place.collector != Collector::archive && place.collector != Collector::postMortem &&
+           place.collector != Collector::unknown;
+}
+
+void markStaleParts(Package& package) {
+    std::map<Collector, Time> newest;
+    for (const Part& part : package.parts) {
+        if (part.time) {
+            Time& time = newest.emplace(placeOf(part.name).collector, *part.time).first->second;
+            time = std::max(time, *part.time);
+        }
+    }
+    for (Part& part : package.parts) {
+        const PartPlace place = placeOf(part.name);
+        if (part.state == State::present && part.time && hasAge(place) &&
+            newest.at(place.collector) - *part.time > staleAge) {
+            part.state = State::stale;
+        }
+    }
+}
+
+void markByContent(Package& package) {
+    for (Part& part : package.parts) {
+        if (part.state == State::present) {
+            part.state = stateOfContent(part, placeOf(part.name));
+        }
+    }
+}
+
+/// A nested package that is damaged, as a member of the outer one.
+void markNestedPackages(Package& package) {
+    for (const Package& nested : package.nested) {
+        for (Part& part : package.parts) {
+            if (part.member == nested.source && part.state == State::present && isDamaged(nested)) {
+                part.state = nested.end.integrity == Integrity::cut ? State::cut : State::unreadable;
+                part.end = nested.end;
+            }
+        }
+    }
+}
+
+State stateOfReply(ReplyFault fault) {
+    return fault == ReplyFault::late ? State::stale : State::cut;
+}
+
+/// The states that only the other parts or the sidecar show.
+void markByClues(Package& package) {
+    const Clues clues(package);
+    std::vector<std::pair<Part*, State>> changes;
+    for (Part& part : package.parts) {
+        if (part.state != State::present) {
+            continue;
+        }
+        const Subject subject{part, placeOf(part.name)};
+        const ReplyFault fault = clues.replies.faultOf(subject.place);
+        const bool lost = clues.isBeyondLimit(part, subject.place) ||
+                          (subject.place.isSharedLog() && clues.disk.explains(part, subject.place));
+        if (const auto state = stateByRun(clues, subject)) {
+            changes.emplace_back(&part, *state);
+        } else if (fault != ReplyFault::none) {
+            changes.emplace_back(&part, stateOfReply(fault));
+        } else if (lost) {
+            changes.emplace_back(&part, part.size == 0 ? State::empty : State::cut);
+        }
+    }
+    for (const auto& [part, state] : changes) {
+        part->state = state;
+    }
+}
+
+void explainStates(Package& package, const Clues& clues, const std::set<std::string>& assumed) {
+    for (Part& part : package.parts) {
+        if (part.state == State::present) {
+            continue;
+        }
+        const PartPlace place = placeOf(part.name);
+        Diagnosis diagnosis = diagnose(clues, {part, place});
+        part.cause = textOf(diagnosis.cause, place, diagnosis.detail);
+        part.certainty = assumed.contains(part.name) ? Certainty::unknown : diagnosis.certainty;
+        part.evidence = std::move(diagnosis.evidence);
+    }
+}
+
+void explainPackage(Package& package, const Clues& clues) {
+    if (isDamaged(package)) {
+        Diagnosis diagnosis = diagnosePackage(clues);
+        package.cause = textOf(diagnosis.cause, {}, diagnosis.detail);
+        package.certainty = diagnosis.certainty;
+        package.evidence = std::move(diagnosis.evidence);
+    }
+}
+
+Verdict verdictOf(const Package& package) {
+    if (isDamaged(package)) {
+        return package.end.integrity == Integrity::cut ? Verdict::cut : Verdict::altered;
+    }
+    if (isUnread(package)) {
+        return Verdict::notFullyRead;
+    }
+    const bool incomplete =
+        std::ranges::any_of(package.parts,
+                            [](const Part& part) { return part.expected && part.state != State::present; }) ||
+        std::ranges::any_of(package.nested, isDamaged);
+    return incomplete ? Verdict::incomplete : Verdict::whole;
+}
+
+}  // namespace
+
+void judge(Package& package, const Expectation& expectation) {
+    for (Package& nested : package.nested) {
+        judge(nested, {});
+    }
+    const std::set<std::string> assumed = addExpectedParts(package, expectation);
+    markNestedPackages(package);
+    markStaleParts(package);
+    markByContent(package);
+    markByClues(package);
+    const Clues clues(package);
+    explainStates(package, clues, assumed);
+    explainPackage(package, clues);
+    package.verdict = verdictOf(package);
+}
+
+int exitStatusOf(Verdict verdict) {
+    return exitStatuses.at(static_cast<std::size_t>(verdict));
+}
+
+}  // namespace Report
