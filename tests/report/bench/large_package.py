@@ -55,7 +55,7 @@ def dump(name: str, body: bytes) -> bytes:
 
 
 def members(rng: random.Random) -> Iterator[tuple[str, bytes]]:
-    yield "fuse/HistoryLog.log", log(rng, 16 * MIB)
+    yield "fuse/HistoryLog.log", log(rng, 2 * MIB - 4096)
     for dispatcher in ("iwf", "sfn"):
         yield f"fuse/{dispatcher}/tracing_on.log", b"0\n"
         for name in ("dispatcherCpu", "dmaStats"):
@@ -64,14 +64,15 @@ def members(rng: random.Random) -> Iterator[tuple[str, bytes]]:
             yield f"mmi/{dispatcher}/{name}.log", counters(rng, f"{dispatcher}: {name}")
     for process in ("netfp_proxy", "netfp_server", "netfp_master", "resmgr_server"):
         yield f"ti/{process}.log", dump(process, counters(rng, process))
-    yield "ti/syslib_sm_log.log", log(rng, 16 * MIB)
+    yield "ti/syslib_sm_log.log", log(rng, 2 * MIB - 4096)
     for run in ("archive", "archive.1", "archive.2", "archive.3"):
         for kind in ("dispatcher", "syslib"):
-            yield f"{run}/{kind}/runtime.log", log(rng, 6 * MIB)
-    yield "archive/dispatcher/startup.log.gz", gzip.compress(log(rng, 2 * MIB), mtime=0)
-    yield "archive/dispatcher/middle.log.gz", gzip.compress(log(rng, 2 * MIB), mtime=0)
+            yield f"{run}/{kind}/runtime.log", log(rng, 2 * MIB)
+    for piece in ("startup", "middle"):
+        yield f"archive/dispatcher/{piece}.log.gz", gzip.compress(log(rng, 2 * MIB), mtime=0)
     yield "linux/processes.log", b"USER PID COMMAND\nroot 1 init\n"
-    yield "linux/messages.log", log(rng, 7 * MIB)
+    for number in range(5):
+        yield f"linux/messages.{number}.log", log(rng, 12 * MIB)
 
 
 def write(path: str) -> None:
