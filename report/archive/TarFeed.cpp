@@ -10,7 +10,7 @@ namespace Report {
 namespace {
 
 // What libarchive has not used of a portion of data is the start of the next header.
-constexpr std::size_t dataPortion = std::size_t{64} << 10;
+constexpr std::size_t dataPortion = std::size_t{16} << 10;
 
 }  // namespace
 

@@ -20,7 +20,7 @@ namespace Report {
 
 namespace {
 
-constexpr std::size_t leastHeaderLimit = std::size_t{64} << 10;
+constexpr std::size_t leastHeaderLimit = std::size_t{16} << 10;
 constexpr std::array<char, std::size_t{16} << 10> zeros{};
 
 /// libarchive converts the names in extended headers to the locale's character set. In the locale "C" it
