@@ -54,10 +54,10 @@ std::optional<Time> timeOf(const Package& package) {
     return time ? time : newestTime(package);
 }
 
-bool isClockUnset(Time time) {
+bool isClockUnset(Time time, Time now) {
     constexpr Time firstBoards = sys_days(std::chrono::year(2010) / 1 / 1);
     constexpr std::chrono::minutes tolerance(5);  // two clocks that are set still differ
-    return time < firstBoards || time > std::chrono::system_clock::now() + tolerance;
+    return time < firstBoards || time > now + tolerance;
 }
 
 /// The last entry of a log as far as the log's tail holds it, with all of its lines.
@@ -119,14 +119,14 @@ void completeEntries(Package& package) {
 }
 
 /// Completes what a nested package has in common with the outer one.
-void complete(Package& package) {
-    package.clockUnset = package.time && isClockUnset(*package.time);
+void complete(Package& package, Time now) {
+    package.clockUnset = package.time && isClockUnset(*package.time, now);
     completeEntries(package);
     for (Package& nested : package.nested) {
         nested.board = package.board;
         nested.zone = package.zone;
         nested.time = newestTime(nested);
-        complete(nested);
+        complete(nested, now);
     }
 }
 
@@ -140,7 +140,7 @@ void identify(Package& package, const LoadOptions& options) {
     if (zone != nullptr && Zone::find(*zone)) {
         package.zone = *zone;
     }
-    complete(package);
+    complete(package, options.now);
 }
 
 EntryParser parserFor(const Package& package) {

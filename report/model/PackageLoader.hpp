@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -25,6 +26,7 @@ struct LoadOptions {
     std::optional<Kind> kind;            ///< --kind
     std::optional<std::string> runFile;  ///< --run: the sidecar; else PACKAGE.run beside the package
     bool useRun = true;                  ///< false: --no-run
+    Time now = std::chrono::floor<Time::duration>(std::chrono::system_clock::now());
 };
 
 /// Reads a package into plain data: parts, values, times, identity, nested packages, sidecar. Judges nothing:

@@ -28,7 +28,9 @@ std::string TemporaryFolder::write(const std::string& name, const std::string& c
 
 Report::Package loadFile(const std::string& path, const Report::LoadOptions& options) {
     constexpr std::size_t largest = std::size_t{1} << 30;
-    return Report::loadPackage(Report::PackageSource(path, largest), options);
+    Report::LoadOptions atTestTime = options;
+    atTestTime.now = testTime;
+    return Report::loadPackage(Report::PackageSource(path, largest), atTestTime);
 }
 
 Report::Package load(const std::string& bytes, const Report::LoadOptions& options, const std::string& name) {

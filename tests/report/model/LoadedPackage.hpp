@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <cstddef>
 #include <string>
 
 #include "PackageLoader.hpp"
@@ -24,7 +26,10 @@ private:
     std::string folder;
 };
 
-/// Loads a package from a file.
+/// The time in the tests: 2027-01-01 00:00:00 UTC, after the time of every package.
+constexpr Report::Time testTime = std::chrono::sys_days(std::chrono::year(2027) / 1 / 1);
+
+/// Loads a package from a file, at the time of the tests.
 Report::Package loadFile(const std::string& path, const Report::LoadOptions& options = {});
 
 /// Loads a package with these bytes from a file of this name. The package's source is the name alone.

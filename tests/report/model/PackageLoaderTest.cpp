@@ -1,18 +1,24 @@
 #include <cstdlib>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <set>
 #include <string>
+#include <system_error>
 
 #include <gtest/gtest.h>
 
 #include "Description.hpp"
+#include "EventRecorder.hpp"
 #include "LoadedPackage.hpp"
+#include "Names.hpp"
 #include "PackageBuilder.hpp"
 #include "PackageLoader.hpp"
 
 namespace ReportTest {
 namespace {
 
+using Report::LoadOptions;
 using Report::Package;
 
 std::string contentOf(const std::string& path) {
@@ -46,6 +52,291 @@ TEST(PackageLoaderTest, ReadsEverythingThatKorvelPacked) {
         }
         EXPECT_EQ(text, contentOf(file + ".txt"));
     }
+}
+
+TEST(PackageLoaderTest, NamesPartsByTheirMembers) {
+    const struct {
+        std::string member;
+        std::string part;
+    } cases[] = {
+        {"./mmi/sfn/HeapStats.log", "mmi/sfn/HeapStats"},
+        {"mmi/sfn/HeapStats.log", "mmi/sfn/HeapStats"},
+        {".//mmi/./sfn//HeapStats.log", "mmi/sfn/HeapStats"},
+        {"./archive/dispatcher/startup.log.gz", "archive/dispatcher/startup"},
+        {"./netfp_logs_post_mortem.tgz", "netfp_logs_post_mortem"},
+        {"./linux/processes.log", "linux/processes"},
+        {"./notes.txt", "notes.txt"},
+        {"./core", "core"},
+        {"./a.gz", "a.gz"},
+        {"./a.log.log", "a.log"},
+        {"./.log", ".log"},
+        {"./x/.log", "x/.log"},
+        {"./\x1b[2J\n.log", "\x1b[2J\n"},
+    };
+    for (const auto& [member, part] : cases) {
+        const Package package = load(PackageBuilder().file(member, "").tgz());
+        ASSERT_EQ(package.parts.size(), 1U) << member;
+        EXPECT_EQ(package.parts.front().name, part);
+        EXPECT_EQ(package.parts.front().member, member);
+    }
+}
+
+TEST(PackageLoaderTest, GivesEachPartANameOfItsOwn) {
+    const Package package = load(PackageBuilder()
+                                     .file("./archive/syslib/startup.log.gz", gzip("a"))
+                                     .file("./archive/syslib/startup.log", "b")
+                                     .file("./x.log", "")
+                                     .file("./x", "")
+                                     .file("./x.tgz", "")
+                                     .tgz());
+    EXPECT_EQ(describe(package),
+              "package board-7.tgz, board board-7, 2026-11-22 08:30:33, kind , zone -, sidecar absent\n"
+              "folders archive archive/syslib\n"
+              "part archive/syslib/startup (./archive/syslib/startup.log.gz) 21 bytes, present, 2026-11-22 "
+              "08:30:33, "
+              "piece, log, 1 of text, 1 other lines\n"
+              "part archive/syslib/startup.log (./archive/syslib/startup.log) 1 bytes, present, 2026-11-22 "
+              "08:30:33, "
+              "log, 1 other lines\n"
+              "part x (./x.log) 0 bytes, present, 2026-11-22 08:30:33\n"
+              "part x.tgz (./x.tgz) 0 bytes, present, 2026-11-22 08:30:33\n"
+              "odd ./x: name of another part\n");
+}
+
+TEST(PackageLoaderTest, FindsFoldersByThemselvesAndByTheirFiles) {
+    const Package package = load(PackageBuilder()
+                                     .directory("./")
+                                     .directory("./mmi/")
+                                     .directory("./fuse/iwf")
+                                     .file("./archive/dispatcher/deep/below/x", "")
+                                     .file("./top", "")
+                                     .tgz());
+    EXPECT_EQ(package.folders, (std::set<std::string, std::less<>>{"mmi", "fuse", "fuse/iwf", "archive",
+                                                                   "archive/dispatcher"}));
+}
+
+TEST(PackageLoaderTest, FollowsNothingThatIsOdd) {
+    const std::string nested = PackageBuilder().file("./a", "a: 1\n").tgz();
+    const Package package = load(PackageBuilder()
+                                     .file("./a", "a: 1\n")
+                                     .symbolicLink("./link", "/etc/passwd")
+                                     .hardLink("./hard", "./a")
+                                     .special("./character", '3')
+                                     .special("./block", '4')
+                                     .special("./fifo", '6')
+                                     .file("/etc/absolute", "b: 1\n")
+                                     .file("./x/../../up", "b: 1\n")
+                                     .directory("..")
+                                     .directory("/")
+                                     .file("./..", nested)
+                                     .file(".", "b: 1\n")
+                                     .file("a", "b: 1\n")
+                                     .file(".//a", nested)
+                                     .file("./..a", "c: 1\n")
+                                     .tgz());
+    EXPECT_EQ(describe(package),
+              "package board-7.tgz, board board-7, 2026-11-22 08:30:33, kind , zone -, sidecar absent\n"
+              "folders\n"
+              "part a (./a) 5 bytes, present, 2026-11-22 08:30:33\n"
+              "part ..a (./..a) 5 bytes, present, 2026-11-22 08:30:33\n"
+              "values of a, -: a = 1\n"
+              "values of ..a, -: c = 1\n"
+              "odd ./link: symbolic link to /etc/passwd\n"
+              "odd ./hard: hard link to ./a\n"
+              "odd ./character: device\n"
+              "odd ./block: device\n"
+              "odd ./fifo: FIFO\n"
+              "odd /etc/absolute: absolute name\n"
+              "odd ./x/../../up: name with ..\n"
+              "odd ..: name with ..\n"
+              "odd /: absolute name\n"
+              "odd ./..: name with ..\n"
+              "odd .: empty name\n"
+              "odd a: duplicate name\n"
+              "odd .//a: duplicate name\n");
+}
+
+TEST(PackageLoaderTest, ReadsPiecesAndNestedPackagesByTheirContents) {
+    const std::string inner = PackageBuilder().file("./mmi/iwf/X.log", "a: 2\n").tgz();
+    const Package package =
+        load(PackageBuilder()
+                 .file("./archive/syslib/middle.log.gz", gzip("2026-11-22T00:00:00Z 0 a: b\n"))
+                 .file("./mmi/iwf/X.log", gzip("a: 1\n"))
+                 .file("./fuse/HistoryLog.log", inner)
+                 .file("./not.tgz", "text\n")
+                 .tgz());
+    EXPECT_EQ(
+        describe(package),
+        "package board-7.tgz, board board-7, 2026-11-22 08:30:33, kind , zone -, sidecar absent\n"
+        "folders archive archive/syslib fuse mmi mmi/iwf\n"
+        "part archive/syslib/middle (./archive/syslib/middle.log.gz) 44 bytes, present, 2026-11-22 08:30:33, "
+        "piece, log, 28 of text\n"
+        "part mmi/iwf/X (./mmi/iwf/X.log) 25 bytes, present, 2026-11-22 08:30:33, piece, 5 of text\n"
+        "part fuse/HistoryLog (./fuse/HistoryLog.log) " +
+            std::to_string(inner.size()) +
+            " bytes, present, 2026-11-22 08:30:33, package\n"
+            "part not (./not.tgz) 5 bytes, present, 2026-11-22 08:30:33, 1 other lines\n"
+            "values of mmi/iwf/X, -: a = 1\n"
+            "nested package ./fuse/HistoryLog.log, board board-7, 2026-11-22 08:30:33, kind , zone -, "
+            "sidecar "
+            "absent\n"
+            "folders mmi mmi/iwf\n"
+            "part mmi/iwf/X (./mmi/iwf/X.log) 5 bytes, present, 2026-11-22 08:30:33\n"
+            "values of mmi/iwf/X, -: a = 2\n");
+}
+
+/// Parts with their states, nested packages with their ends, and what was not read.
+std::string statesOf(const Package& package) {
+    std::string text;
+    for (const Report::Part& part : package.parts) {
+        text += part.name + ": " + std::string(Report::nameOf(part.state)) + '\n';
+    }
+    text += "end: " + describe(package.end) + '\n';
+    for (const auto& [member, limit] : package.unread) {
+        text += "unread " + member + ": " + std::string(Report::optionOf(limit)) + '\n';
+    }
+    for (const Package& nested : package.nested) {
+        text += "nested:\n" + statesOf(nested);
+    }
+    return text;
+}
+
+TEST(PackageLoaderTest, GivesDamagedPartsTheirStates) {
+    const std::string piece = gzip(std::string(1000, 'x'));
+    std::string altered = piece;
+    altered[altered.size() - 6] ^= 1;  // of the checksum
+    const std::string nested = PackageBuilder().file("./fuse/a.log", "a: 1\n").tgz();
+    const Package package = load(PackageBuilder()
+                                     .file("./archive/syslib/startup.log.gz", piece.substr(0, 20))
+                                     .file("./archive/syslib/middle.log.gz", altered)
+                                     .file("./whole.tgz", nested)
+                                     .file("./cut.tgz", nested.substr(0, nested.size() - 20))
+                                     .tgz());
+    EXPECT_EQ(statesOf(package),
+              "archive/syslib/startup: cut\n"
+              "archive/syslib/middle: unreadable\n"
+              "whole: present\n"
+              "cut: cut\n"
+              "end: \n"
+              "nested:\n"
+              "fuse/a: present\n"
+              "end: \n"
+              "nested:\n"
+              "fuse/a: cut\n"
+              "end: " +
+                  describe(partOf(package, "cut").end) + "\n");
+    EXPECT_EQ(partOf(package, "cut").end.integrity, Report::Integrity::cut);
+}
+
+TEST(PackageLoaderTest, KeepsWhatComesBeforeTheEndOfACutPackage) {
+    const std::string tar =
+        PackageBuilder().file("./a.log", "a: 1\n").file("./b.log", std::string(2000, 'b')).tar();
+    const Package package = load(gzip(tar.substr(0, 2048)));
+    EXPECT_EQ(package.end.integrity, Report::Integrity::cut);
+    EXPECT_EQ(partOf(package, "a").state, Report::State::present);
+    EXPECT_EQ(partOf(package, "b").state, Report::State::cut);
+    EXPECT_EQ(package.values.size(), 1U);
+}
+
+TEST(PackageLoaderTest, LoadsAnyFile) {
+    for (const std::string& bytes : {std::string(), std::string("no package"), gzip("no tar\n"), gzip("")}) {
+        const Package package = load(bytes);
+        EXPECT_NE(package.end.integrity, Report::Integrity::whole);
+        EXPECT_EQ(package.size, bytes.size());
+        EXPECT_TRUE(package.parts.empty());
+    }
+    EXPECT_THROW(loadFile("/nonexistent"), std::system_error);
+}
+
+TEST(PackageLoaderTest, HasTheChecksumOfTheFile) {
+    EXPECT_EQ(load("").sha256, "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+}
+
+TEST(PackageLoaderTest, NamesWhatALimitLeftOut) {
+    const std::string inner = PackageBuilder().file("./x.log", "").file("./y.log", "").tgz();
+    const auto states = [&](const PackageBuilder& builder, void (*set)(Report::Limits&)) {
+        LoadOptions options;
+        set(options.limits);
+        return statesOf(load(builder.tgz(), options));
+    };
+    PackageBuilder two;
+    two.file("./a.log", "a: 1\n").file("./b.log", "b: 1\n");
+    PackageBuilder nested;
+    nested.file("./in.tgz", inner).file("./a.log", "");
+
+    EXPECT_EQ(states(two, [](Report::Limits& limits) { limits.maxMembers = 1; }),
+              "a: present\n"
+              "end: not read: the limit --max-members was reached\n"
+              "unread : --max-members\n");
+    EXPECT_EQ(states(nested, [](Report::Limits& limits) { limits.maxMembers = 2; }),
+              "in: not read\n"
+              "end: not read: the limit --max-members was reached\n"
+              "unread ./in.tgz: --max-members\n"
+              "unread : --max-members\n"
+              "nested:\n"
+              "x: present\n"
+              "end: not read: the limit --max-members was reached\n"
+              "unread : --max-members\n");
+    EXPECT_EQ(states(nested, [](Report::Limits& limits) { limits.maxDepth = 1; }),
+              "in: not read\n"
+              "a: present\n"
+              "end: \n"
+              "unread ./in.tgz: --max-depth\n");
+}
+
+TEST(PackageLoaderTest, NamesMembersWithNamesThatAreTooLong) {
+    LoadOptions options;
+    options.limits.maxName = 10;
+    EXPECT_EQ(
+        statesOf(load(PackageBuilder().file("./1234567890", "a: 1\n").file("./12345678", "a: 1\n").tgz(),
+                      options)),
+        "12345678: not read\n"
+        "end: \n"
+        "unread ./12345678: --max-name\n");
+}
+
+TEST(PackageLoaderTest, LeavesOutATextForWhichThereIsNoMemory) {
+    LoadOptions options;
+    options.limits.maxMemory = 100'000;
+    std::string values;
+    for (int index = 0; index < 1000; ++index) {
+        values += "a: " + std::to_string(index) + '\n';
+    }
+    std::string noise;  // which cannot be compressed
+    for (unsigned state = 1; noise.size() < 200'000;) {
+        state = state * 1664525 + 1013904223;
+        noise += static_cast<char>(' ' + state / (1U << 26U));
+    }
+    const Package package = load(PackageBuilder()
+                                     .file("./fuse/iwf/many.log", values)
+                                     .file("./linux/noise.log", noise)
+                                     .file("./fuse/iwf/few.log", "a: 1\n")
+                                     .tgz(),
+                                 options);
+    EXPECT_EQ(statesOf(package),
+              "fuse/iwf/many: not read\n"
+              "linux/noise: not read\n"
+              "fuse/iwf/few: present\n"
+              "end: \n"
+              "unread ./fuse/iwf/many.log: --max-memory\n"
+              "unread ./linux/noise.log: --max-memory\n");
+    ASSERT_EQ(package.values.size(), 1U);
+    EXPECT_EQ(package.values.front().part, "fuse/iwf/few");
+    EXPECT_EQ(partOf(package, "linux/noise").text.size(), 0U);
+    EXPECT_EQ(partOf(package, "linux/noise").textSize, 200'000U);
+}
+
+TEST(PackageLoaderTest, EndsTheReadingIfThereIsNoMemoryForNames) {
+    LoadOptions options;
+    options.limits.maxMemory = 100'000;
+    PackageBuilder builder;
+    for (int index = 0; index < 1000; ++index) {
+        builder.file("./" + std::to_string(index), "");
+    }
+    const Package package = load(builder.tgz(), options);
+    EXPECT_EQ(package.end.limit, Report::Limit::memory);
+    EXPECT_GT(package.parts.size(), 10U);
+    EXPECT_LT(package.parts.size(), 200U);
 }
 
 }  // namespace
