@@ -76,7 +76,8 @@ Answer byOddity(const Clues& clues, const Subject& subject) {
 }
 
 Answer byDamage(const Clues& /*clues*/, const Subject& subject) {
-    if (subject.part.state != State::unreadable) {
+    const bool package = subject.part.package && subject.place.collector != Collector::postMortem;
+    if (subject.part.state != State::unreadable && !package) {
         return std::nullopt;
     }
     if (subject.part.end.integrity != Integrity::whole) {
@@ -130,6 +131,13 @@ Diagnosis notRunning(const Clues& clues, const Subject& subject, Cause cause, bo
     return {cause, sure ? Certainty::certain : Certainty::likely, {}, {clues.listingFor(process)}};
 }
 
+/// The line of the listing that shows that the process runs.
+std::vector<Evidence> listingIfRunning(const Clues& clues, const Subject& subject) {
+    const std::string process = processFor(subject.place);
+    return clues.presenceOf(process) == Presence::running ? std::vector{clues.listingFor(process)}
+                                                          : std::vector<Evidence>();
+}
+
 Answer byMmi(const Clues& clues, const Subject& subject) {
     if (subject.place.collector != Collector::mmi || subject.place.known == nullptr) {
         return std::nullopt;
@@ -140,7 +148,8 @@ Answer byMmi(const Clues& clues, const Subject& subject) {
             if (isGone(presence) && !clues.answeredLater(subject.place)) {
                 return notRunning(clues, subject, Cause::noAnswerNotRunning, true);
             }
-            return Diagnosis{clues.run ? Cause::answeredNothing : Cause::noAnswer};
+            return Diagnosis{clues.run ? Cause::answeredNothing : Cause::noAnswer, Certainty::likely, {},
+                             listingIfRunning(clues, subject)};
         case State::missing:
             return Diagnosis{Cause::notAsked};
         case State::cut:
@@ -200,7 +209,7 @@ Diagnosis missingDump(const Clues& clues, const Subject& subject, Presence prese
         return {areAllDumpsMissing(clues) ? Cause::notAskedOrPrinted : Cause::dumpNotWritten,
                 Certainty::likely,
                 {},
-                {clues.listingFor(subject.place.leaf)}};
+                listingIfRunning(clues, subject)};
     }
     return {Cause::dumpMissing};
 }

@@ -72,7 +72,7 @@ bool needsLinuxLogs(const Package& package) {
     return collected && !hasFolder(package, folderOf(Collector::linuxLogs)) &&
            std::ranges::all_of(package.folders,
                                [](const std::string& folder) {  // the platform may choose another
-                                   return placeOf(folder + "/").collector != Collector::unknown;
+                                   return placeOf(folder + "/file").collector != Collector::unknown;
                                });
 }
 

@@ -95,25 +95,12 @@ void markByContent(Package& package) {
     }
 }
 
-/// A nested package that is damaged, as a member of the outer one.
-void markNestedPackages(Package& package) {
-    for (const Package& nested : package.nested) {
-        for (Part& part : package.parts) {
-            if (part.member == nested.source && part.state == State::present && isDamaged(nested)) {
-                part.state = nested.end.integrity == Integrity::cut ? State::cut : State::unreadable;
-                part.end = nested.end;
-            }
-        }
-    }
-}
-
 State stateOfReply(ReplyFault fault) {
     return fault == ReplyFault::late ? State::stale : State::cut;
 }
 
 /// The states that only the other parts or the sidecar show.
-void markByClues(Package& package) {
-    const Clues clues(package);
+void markByClues(Package& package, const Clues& clues) {
     std::vector<std::pair<Part*, State>> changes;
     for (Part& part : package.parts) {
         if (part.state != State::present) {
@@ -179,11 +166,10 @@ void judge(Package& package, const Expectation& expectation) {
         judge(nested, {});
     }
     const std::set<std::string> assumed = addExpectedParts(package, expectation);
-    markNestedPackages(package);
     markStaleParts(package);
     markByContent(package);
-    markByClues(package);
     const Clues clues(package);
+    markByClues(package, clues);
     explainStates(package, clues, assumed);
     explainPackage(package, clues);
     package.verdict = verdictOf(package);

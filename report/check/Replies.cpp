@@ -103,7 +103,7 @@ ReplyFault Replies::faultOf(const PartPlace& place) const {
     if (reference == nullptr) {
         return followsSilence(place.dispatcher, place) ? ReplyFault::late : ReplyFault::none;
     }
-    if (isStartOf(reply->lines, reference->lines)) {
+    if (isStartOf(reply->lines, reference->lines) && reference->endsLine) {
         return ReplyFault::shorter;
     }
     if (belongsElsewhere(*reply, *reference)) {
