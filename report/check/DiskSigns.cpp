@@ -10,7 +10,7 @@
 namespace Report {
 namespace {
 
-constexpr std::size_t maximumSigns = 3;
+constexpr std::size_t maximumSigns = 2;
 
 /// One step in the order of writing. Some steps write several files, in an unknown order.
 struct Step {
