@@ -9,6 +9,7 @@
 #include "Difference.hpp"
 #include "Package.hpp"
 #include "RuleSet.hpp"
+#include "TextPattern.hpp"
 
 namespace Report {
 
@@ -18,15 +19,18 @@ struct TextStyle {
     std::size_t width = 80;  ///< columns
 };
 
-/// What show prints. Without a choice, it prints everything.
+/// What show prints. Without a choice, it prints everything. The choices that are made apply together.
 struct ShowChoice {
-    std::optional<std::string> part;  ///< only this part
+    std::optional<std::string> part;  ///< only this part, or the parts of this folder
     bool logsOnly = false;
-    std::optional<Time> since;
+    std::optional<Time> since;  ///< only log entries of this time or later
     std::optional<Time> until;
-    std::optional<std::string> grep;  ///< RE2 pattern for log lines and texts
+    std::optional<TextPattern> grep;  ///< only log entries and lines of texts that fit
     std::size_t maxLine = std::size_t{1} << 20;
 };
+
+/// Whether show has anything for ShowChoice::part.
+bool hasChosenPart(const Package& package, const std::string& choice);
 
 /// Each prints judged packages; all but the first need texts that were kept. All texts are made safe.
 void renderCheck(std::ostream& out, const Package& package, const TextStyle& style);

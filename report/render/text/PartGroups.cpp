@@ -1,0 +1,60 @@
+#include "PartGroups.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <map>
+#include <tuple>
+#include <utility>
+
+#include "SafeText.hpp"
+
+namespace Report {
+namespace {
+
+bool isTroubled(const Part& part) {
+    return part.state != State::present && part.state != State::notRead;
+}
+
+using Reason = std::tuple<State, std::string, std::optional<Certainty>,
+                          std::vector<std::pair<std::string, std::string>>>;
+
+Reason reasonOf(const Part& part) {
+    Reason reason{part.state, part.cause, part.certainty, {}};
+    for (const Evidence& evidence : part.evidence) {
+        std::get<3>(reason).emplace_back(evidence.source, evidence.text);
+    }
+    return reason;
+}
+
+}  // namespace
+
+std::vector<PartGroup> troubledParts(const Package& package) {
+    std::vector<PartGroup> groups;
+    std::map<Reason, std::size_t> known;
+    for (const Part& part : package.parts) {
+        if (!isTroubled(part)) {
+            continue;
+        }
+        const auto [row, added] = known.emplace(reasonOf(part), groups.size());
+        if (added) {
+            groups.push_back({&part, {}});
+        }
+        groups[row->second].names.push_back(forTerminal(part.name));
+    }
+    std::stable_sort(groups.begin(), groups.end(),
+                     [](const PartGroup& a, const PartGroup& b) { return a.first->state < b.first->state; });
+    return groups;
+}
+
+std::size_t countExpected(const Package& package) {
+    return static_cast<std::size_t>(std::count_if(package.parts.begin(), package.parts.end(),
+                                                  [](const Part& part) { return part.expected; }));
+}
+
+std::size_t countTroubled(const Package& package) {
+    return static_cast<std::size_t>(
+        std::count_if(package.parts.begin(), package.parts.end(),
+                      [](const Part& part) { return part.expected && isTroubled(part); }));
+}
+
+}  // namespace Report
