@@ -9,6 +9,7 @@
 #include "PeerCatalog.hpp"
 #include "ScenarioFile.hpp"
 #include "TextFile.hpp"
+#include "TrafficClock.hpp"
 
 namespace Boardsim {
 namespace {
@@ -26,6 +27,8 @@ std::string noText(const Scenario& /*scenario*/) {
 /// All files that depend on the scenario. A file that is not present is removed.
 constexpr std::array boardFiles{
     BoardFile{BoardPaths::scenario, [](const Scenario&) { return true; }, scenarioText},
+    BoardFile{BoardPaths::trafficStart, [](const Scenario& s) { return s.traffic.isOn(); },
+              [](const Scenario& s) { return TrafficClock::startText(s.traffic); }},
     BoardFile{"/rom/private/is_master",
               [](const Scenario& s) { return s.deployment == Deployment::sfnMaster; }, noText},
     BoardFile{"/rom/private/is_ant", [](const Scenario& s) { return s.deployment == Deployment::sfnAntenna; },

@@ -12,6 +12,8 @@ constexpr const char* scenario = "/run/boardsim/scenario.toml";
 constexpr const char* config = "/run/boardsim/fpdispatcher.conf";
 /// The records that processes sent to /dev/log, one per line.
 constexpr const char* systemLog = "/run/boardsim/system.log";
+/// When the board's traffic began, on the monotonic clock.
+constexpr const char* trafficStart = "/run/boardsim/traffic_start";
 /// Link to boardsim: the name makes it the sandbox's first process.
 constexpr const char* init = "/run/boardsim/init";
 /// One log file per peer, for people.

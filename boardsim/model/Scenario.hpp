@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Fault.hpp"
+#include "Traffic.hpp"
 
 namespace Boardsim {
 
@@ -15,6 +16,13 @@ enum class Deployment : std::uint8_t {
     sfnMaster,   ///< both dispatchers
     sfnAntenna,  ///< only the SFN dispatcher
 };
+
+constexpr bool hasIwf(Deployment deployment) {
+    return deployment != Deployment::sfnAntenna;
+}
+constexpr bool hasSfn(Deployment deployment) {
+    return deployment != Deployment::iwf;
+}
 
 struct PeerFault {
     std::string peer;
@@ -33,6 +41,7 @@ struct Scenario {
     std::uint64_t ffsSize = std::uint64_t{64} << 20;  ///< bytes
     std::set<std::string> without = {};               ///< peers that are not started
     std::vector<PeerFault> faults = {};               ///< of several in one group, the last one counts
+    Traffic traffic = {};                             ///< what the counters and logs show
     bool fullLogs = false;                            ///< both shared-memory logs start full
     bool bare = false;                                ///< only the sandbox: no peers and no board files
 };

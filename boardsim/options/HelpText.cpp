@@ -38,6 +38,8 @@ Examples:
       One command, on a board with only the IWF dispatcher.
   boardsim --fault netfp_master=slow:300 --fault iwf_dispatcher=endless
       A board with two faulty peers.
+  boardsim --traffic leak:60
+      A board on which allocations soon fail.
   boardsim --scenario FILE
       The same board from a file. Its keys are the names of the options:
           fault = ["netfp_master=slow:300", "iwf_dispatcher=endless"]
@@ -124,6 +126,14 @@ std::string peers() {
     return text;
 }
 
+std::string profiles() {
+    std::string text = heading("Profiles of --traffic");
+    for (const TrafficProfileName& profile : trafficProfiles()) {
+        text += row(std::string(profile.name), std::string(profile.help));
+    }
+    return text;
+}
+
 /// The peers that have faults of this topic, as on the command line: "PEER=FAULT PEER=dump-FAULT".
 std::string peersWithFaults(const FaultTopic& topic) {
     std::string text;
@@ -160,7 +170,7 @@ std::string faults() {
 }  // namespace
 
 std::string helpText() {
-    return std::string(usage) + std::string(introduction) + options() + peers() + faults() +
+    return std::string(usage) + std::string(introduction) + options() + profiles() + peers() + faults() +
            std::string(conclusion);
 }
 

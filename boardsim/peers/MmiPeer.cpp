@@ -3,6 +3,7 @@
 #include <array>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "FaultHandlers.hpp"
 #include "MmiReply.hpp"
@@ -44,9 +45,12 @@ struct MmiPeer::Handlers {
     };
 };
 
-MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misbehaviour)
+MmiPeer::MmiPeer(const std::string& instanceName, std::uint16_t port,
+                 std::shared_ptr<LiveTraffic> boardTraffic, std::shared_ptr<QosStatistics> qosStatistics,
+                 Fault misbehaviour)
     : instance(instanceName),
-      statistics(instanceName),
+      traffic(std::move(boardTraffic)),
+      statistics(std::move(qosStatistics)),
       fault(std::move(misbehaviour)),
       handler(findHandler<Handler>(Handlers::rows, fault)),
       socket(ServerSocket::atLocalPort(port)),
@@ -67,9 +71,10 @@ void MmiPeer::serve() {
     logReply();
 }
 
-MmiPeer::Texts MmiPeer::answerTo(const std::string& command) const {
-    return command == QosStatistics::resetRequest ? statistics.reset()
-                                                  : mmiDatagrams(mmiReplyText(instance, command));
+MmiPeer::Texts MmiPeer::answerTo(const std::string& command) {
+    return command == QosStatistics::resetRequest
+               ? statistics->reset()
+               : mmiDatagrams(mmiReplyText(instance, command, traffic->dispatcher(instance)));
 }
 
 /// One line for all datagrams: an endless reply must not fill the log.

@@ -1,11 +1,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "Fault.hpp"
+#include "LiveTraffic.hpp"
 #include "Peer.hpp"
 #include "PeerLog.hpp"
 #include "QosStatistics.hpp"
@@ -20,7 +22,8 @@ class MmiPeer : public Peer {
 public:
     /// `instanceName` is "iwf" or "sfn"; `port` is a UDP port of 127.0.0.1. Requests are recorded under the
     /// dispatcher's name.
-    MmiPeer(const std::string& instanceName, std::uint16_t port, Fault misbehaviour = {});
+    MmiPeer(const std::string& instanceName, std::uint16_t port, std::shared_ptr<LiveTraffic> boardTraffic,
+            std::shared_ptr<QosStatistics> qosStatistics, Fault misbehaviour = {});
 
     static std::vector<FaultKind> faultKinds();
 
@@ -32,7 +35,7 @@ private:
     using Texts = std::vector<std::string>;  // one per datagram, without the end marker
     using Handler = void (MmiPeer::*)(const Texts& texts, const Sender& sender);
 
-    Texts answerTo(const std::string& command) const;
+    Texts answerTo(const std::string& command);
     void logReply() const;
     bool send(std::string_view datagram, const Sender& sender);
     void sendAll(const Texts& texts, const Sender& sender);
@@ -55,7 +58,8 @@ private:
     };
 
     std::string instance;
-    QosStatistics statistics;
+    std::shared_ptr<LiveTraffic> traffic;
+    std::shared_ptr<QosStatistics> statistics;
     Fault fault;
     Handler handler;
     ServerSocket socket;

@@ -4,11 +4,13 @@
 #include <array>
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "DumpPeer.hpp"
 #include "FastPathNetlink.hpp"
 #include "HeartbeatStatus.hpp"
 #include "InterfaceTable.hpp"
+#include "LiveTraffic.hpp"
 #include "ManagedInterfaces.hpp"
 #include "MessageText.hpp"
 #include "MmiPeer.hpp"
@@ -16,6 +18,7 @@
 #include "NetfpState.hpp"
 #include "NetlinkPeer.hpp"
 #include "SmLogPeer.hpp"
+#include "StateFilePeer.hpp"
 #include "StateTree.hpp"
 #include "SystemLogPeer.hpp"
 
@@ -40,10 +43,16 @@ Peers makePeers(Each... each) {
     return peers;
 }
 
-NetlinkPeer::Service heartbeatService(const std::string& name, std::uint32_t requestType,
-                                      std::uint32_t responseType) {
+std::shared_ptr<LiveTraffic> trafficOf(const Scenario& scenario) {
+    return std::make_shared<LiveTraffic>(scenario);
+}
+
+NetlinkPeer::Service heartbeatService(const std::string& name, std::shared_ptr<LiveTraffic> traffic,
+                                      std::uint32_t requestType, std::uint32_t responseType) {
     return {requestType, sizeof(FastPath_HeartbeatReq), responseType,
-            [status = HeartbeatStatus(name)](std::string_view /*payload*/) { return status.value(); },
+            [status = HeartbeatStatus(name, std::move(traffic))](std::string_view /*payload*/) {
+                return status.value();
+            },
             [](std::string_view /*payload*/) { return std::string("heartbeat"); }};
 }
 
@@ -60,8 +69,10 @@ NetlinkPeer::Service addInterfaceService(std::shared_ptr<ManagedInterfaces> inte
 }
 
 std::unique_ptr<Peer> makeDumpPeer(const Scenario& scenario, const std::string& name,
-                                   std::string (*state)()) {
-    return std::make_unique<DumpPeer>(name, state, faultFor(scenario, name, dumpFaults[0]));
+                                   std::string (*describe)(const SystemState* state)) {
+    return std::make_unique<DumpPeer>(
+        name, [traffic = trafficOf(scenario), describe] { return describe(traffic->system()); },
+        faultFor(scenario, name, dumpFaults[0]));
 }
 
 Peers buildMaster(const Scenario& scenario) {
@@ -75,19 +86,22 @@ Peers buildMaster(const Scenario& scenario) {
 Peers buildProxy(const Scenario& scenario) {
     const std::string name = "netfp_proxy";
     auto interfaces = std::make_shared<ManagedInterfaces>();
+    const std::shared_ptr<LiveTraffic> traffic = trafficOf(scenario);
     std::vector<NetlinkPeer::Service> services{
-        heartbeatService(name, FASTPATH_NETFP_PROXY_HEARTBEAT_REQ, FASTPATH_NETFP_PROXY_HEARTBEAT_RESP),
+        heartbeatService(name, traffic, FASTPATH_NETFP_PROXY_HEARTBEAT_REQ,
+                         FASTPATH_NETFP_PROXY_HEARTBEAT_RESP),
         addInterfaceService(interfaces)};
-    return makePeers(std::make_unique<DumpPeer>(
-                         name, [interfaces] { return netfpProxyState() + interfaces->text(); },
-                         faultFor(scenario, name, proxyFaults[0])),
-                     std::make_unique<NetlinkPeer>(name, FASTPATH_NETFP_PROXY_PORT_ID, std::move(services),
-                                                   faultFor(scenario, name, proxyFaults[1])));
+    return makePeers(
+        std::make_unique<DumpPeer>(
+            name, [interfaces, traffic] { return netfpProxyState(traffic->system()) + interfaces->text(); },
+            faultFor(scenario, name, proxyFaults[0])),
+        std::make_unique<NetlinkPeer>(name, FASTPATH_NETFP_PROXY_PORT_ID, std::move(services),
+                                      faultFor(scenario, name, proxyFaults[1])));
 }
 
 Peers buildServer(const Scenario& scenario) {
     return makePeers(makeDumpPeer(scenario, "netfp_server", netfpServerState),
-                     std::make_unique<SmLogPeer>(SmLogPeer::systemLibrary, "netfp_server"));
+                     std::make_unique<SmLogPeer>(SmLogPeer::systemLibrary, "netfp_server", scenario));
 }
 
 Peers buildResourceManager(const Scenario& scenario) {
@@ -97,13 +111,20 @@ Peers buildResourceManager(const Scenario& scenario) {
 Peers buildDispatcher(const Scenario& scenario, const std::string& instance, std::uint16_t port,
                       std::uint32_t portId) {
     const std::string name = instance + "_dispatcher";
-    writeStateTree(instance);
-    std::vector<NetlinkPeer::Service> services{
-        heartbeatService(name, FASTPATH_DISPATCHER_HEARTBEAT_REQ, FASTPATH_DISPATCHER_HEARTBEAT_RESP)};
-    return makePeers(std::make_unique<MmiPeer>(instance, port, faultFor(scenario, name, dispatcherFaults[0])),
-                     std::make_unique<NetlinkPeer>(name, portId, std::move(services),
-                                                   faultFor(scenario, name, dispatcherFaults[1])),
-                     std::make_unique<SmLogPeer>(SmLogPeer::dispatcher, name));
+    const std::shared_ptr<LiveTraffic> traffic = trafficOf(scenario);
+    const StateTree tree(instance, traffic);
+    const auto statistics = std::make_shared<QosStatistics>(instance, traffic);
+    std::vector<NetlinkPeer::Service> services{heartbeatService(
+        name, traffic, FASTPATH_DISPATCHER_HEARTBEAT_REQ, FASTPATH_DISPATCHER_HEARTBEAT_RESP)};
+    Peers peers = makePeers(std::make_unique<MmiPeer>(instance, port, traffic, statistics,
+                                                      faultFor(scenario, name, dispatcherFaults[0])),
+                            std::make_unique<NetlinkPeer>(name, portId, std::move(services),
+                                                          faultFor(scenario, name, dispatcherFaults[1])),
+                            std::make_unique<SmLogPeer>(SmLogPeer::dispatcher, name, scenario));
+    if (traffic->clock() != nullptr) {
+        peers.push_back(std::make_unique<StateFilePeer>(tree, statistics, *traffic->clock()));
+    }
+    return peers;
 }
 
 Peers buildIwfDispatcher(const Scenario& scenario) {
@@ -120,12 +141,6 @@ Peers buildSystemLog(const Scenario& /*scenario*/) {
 
 bool always(Deployment /*deployment*/) {
     return true;
-}
-bool hasIwf(Deployment deployment) {
-    return deployment != Deployment::sfnAntenna;
-}
-bool hasSfn(Deployment deployment) {
-    return deployment != Deployment::iwf;
 }
 
 constexpr std::array catalog{

@@ -1,40 +1,44 @@
 #include "SmLogPeer.hpp"
 
-#include <cstdint>
-
-#include <sys/timerfd.h>
-#include <unistd.h>
-
-#include "SystemCall.hpp"
+#include <chrono>
+#include <utility>
 
 namespace Boardsim {
 namespace {
 
 constexpr AppID application = 3;
-constexpr int level = 3;
 
 }  // namespace
 
-SmLogPeer::SmLogPeer(const char* logName, std::string tagName)
+SmLogPeer::SmLogPeer(const char* logName, std::string processName, const Scenario& scenario)
     : log(SmLog::getClientInstance(logName, application)),
-      tag(std::move(tagName)),
-      timer(Base::checked(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC), "timerfd_create")) {
-    constexpr itimerspec everySecond{.it_interval = {.tv_sec = 1, .tv_nsec = 0},
-                                     .it_value = {.tv_sec = 1, .tv_nsec = 0}};
-    Base::checked(::timerfd_settime(timer.get(), 0, &everySecond, nullptr), "timerfd_settime");
-    if (log != nullptr) {
-        log->write(level, tag.c_str(), "started");
+      process(std::move(processName)),
+      traffic(scenario.traffic.isOn() ? std::optional(Traffic{TrafficClock(), {scenario, process}})
+                                      : std::nullopt),
+      timer(traffic ? traffic->clock.untilNextSecond() : std::chrono::seconds(1)) {
+    write({LogLevel::debug, "started"});
+    if (traffic) {
+        writeTraffic();
     }
 }
 
 void SmLogPeer::serve() {
-    std::uint64_t passed = 0;
-    Base::checked(Base::uninterrupted([&] { return ::read(timer.get(), &passed, sizeof passed); }),
-                  "timerfd");
-    seconds += passed;
-    if (log != nullptr) {
-        log->write(level, tag.c_str(), "in service for %llu s", seconds);
+    seconds += timer.passed();
+    if (traffic) {
+        writeTraffic();
+    } else {
+        write({LogLevel::debug, "in service for " + std::to_string(seconds) + " s"});
     }
+}
+
+void SmLogPeer::write(const LogLine& line) {
+    if (log != nullptr) {
+        log->write(static_cast<int>(line.level), process.c_str(), "%s", line.text.c_str());
+    }
+}
+
+void SmLogPeer::writeTraffic() {
+    traffic->entries.upTo(traffic->clock.second(), [this](const LogLine& line) { write(line); });
 }
 
 void fillSmLog(const char* logName) {
@@ -42,7 +46,8 @@ void fillSmLog(const char* logName) {
     constexpr int entryLength = 1000;
     SmLog* log = SmLog::getClientInstance(logName, application);
     for (int written = 0; log != nullptr && written < capacity; written += entryLength) {
-        log->write(level, "filler", "entry %7d %0*d", written / entryLength, entryLength, 0);
+        log->write(static_cast<int>(LogLevel::debug), "filler", "entry %7d %0*d", written / entryLength,
+                   entryLength, 0);
     }
 }
 

@@ -1,29 +1,43 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "Peer.hpp"
+#include "SecondsTimer.hpp"
 #include "SmLog.hpp"
-#include "UniqueFd.hpp"
+#include "TrafficClock.hpp"
+#include "TrafficLog.hpp"
 
 namespace Boardsim {
 
-/// A process that writes to a shared-memory log: one entry at the start, then one per second. Does nothing if
-/// the log cannot be opened.
+/// A process that writes to a shared-memory log: one entry at the start, then entries every second. Does
+/// nothing if the log cannot be opened.
 class SmLogPeer : public Peer {
 public:
     static constexpr const char* dispatcher = "dispatcher_log_memory";
     static constexpr const char* systemLibrary = "syslib_log_memory";
 
-    SmLogPeer(const char* logName, std::string tagName);
+    /// With traffic, `process` is one that TrafficLog knows. Its entries about the traffic before the board's
+    /// start follow the first entry. Throws as TrafficClock.
+    SmLogPeer(const char* logName, std::string processName, const Scenario& scenario);
 
-    int descriptor() const override { return timer.get(); }
+    int descriptor() const override { return timer.descriptor(); }
     void serve() override;
 
 private:
+    struct Traffic {
+        TrafficClock clock;
+        TrafficLog entries;
+    };
+
+    void write(const LogLine& line);
+    void writeTraffic();
+
     SmLog* log;  // owned by the library
-    std::string tag;
-    Base::UniqueFd timer;
+    std::string process;
+    std::optional<Traffic> traffic;
+    SecondsTimer timer;
     unsigned long long seconds = 0;
 };
 

@@ -1,7 +1,5 @@
 #include "BoundedFile.hpp"
 
-#include <filesystem>
-
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -36,9 +34,7 @@ void BoundedFile::dropOlderHalf() const {
     const std::string text = readTextFile(path);
     const std::size_t cut = text.find('\n', text.size() / 2) + 1;
     const std::string_view dropped = std::string_view(text).substr(0, cut);
-    const std::string successor = path + ".new";
-    writeTextFile(successor, (dropSummary == nullptr ? "" : dropSummary(dropped) + "\n") + text.substr(cut));
-    std::filesystem::rename(successor, path);
+    replaceTextFile(path, (dropSummary == nullptr ? "" : dropSummary(dropped) + "\n") + text.substr(cut));
 }
 
 }  // namespace Boardsim

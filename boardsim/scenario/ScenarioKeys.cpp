@@ -77,6 +77,40 @@ Values nameOf(Deployment deployment) {
     return {std::string(row->first)};
 }
 
+const TrafficProfileName& findProfile(const std::string& name) {
+    const auto names = trafficProfiles();
+    const auto row = std::ranges::find(names, std::string_view(name), &TrafficProfileName::name);
+    if (row == names.end()) {
+        std::string valid;
+        for (const TrafficProfileName& each : names) {
+            valid += (valid.empty() ? "" : ", ") + std::string(each.name);
+        }
+        throw UsageError("unknown profile: '" + name + "'\nvalid profiles: " + valid);
+    }
+    return *row;
+}
+
+/// "leak", or "leak:60" with a head start.
+void setTraffic(Traffic& traffic, const std::string& text) {
+    const std::size_t colon = text.find(':');
+    const TrafficProfile profile = findProfile(text.substr(0, colon)).profile;
+    const int headStart = colon == std::string::npos ? 0 : parseNumber<int>(text.substr(colon + 1));
+    if (headStart < 0 || headStart > Traffic::longestHeadStart) {
+        throw UsageError("not from 0 to " + std::to_string(Traffic::longestHeadStart) + " seconds: '" + text +
+                         "'");
+    }
+    traffic.profile = profile;
+    traffic.headStart = headStart;
+}
+
+Values valueOf(const Traffic& traffic) {
+    return traffic.isOn() ? Values{traffic.text()} : Values{};
+}
+
+Values seedOf(const Traffic& traffic) {
+    return traffic.seed == Traffic{}.seed ? Values{} : Values{std::to_string(traffic.seed)};
+}
+
 Values valueOf(int number) {
     return number == 0 ? Values{} : Values{std::to_string(number)};
 }
@@ -138,6 +172,15 @@ constexpr std::array keys{
     ScenarioKey{"full-logs", peersSection, KeyForm::toggle, "", "fills both shared-memory logs to capacity",
                 [](Scenario& s, const std::string& v) { s.fullLogs = parseBoolean(v); },
                 [](const Scenario& s) { return valueOf(s.fullLogs); }},
+    ScenarioKey{"traffic", peersSection, KeyForm::single, "PROFILE[:SECONDS]",
+                "counters and logs change with time, as PROFILE describes; SECONDS have passed when the "
+                "board starts (default: none)",
+                [](Scenario& s, const std::string& v) { setTraffic(s.traffic, v); },
+                [](const Scenario& s) { return valueOf(s.traffic); }},
+    ScenarioKey{"seed", peersSection, KeyForm::single, "N",
+                "the random numbers of --traffic; with the same N, all values are the same (default: 1)",
+                [](Scenario& s, const std::string& v) { s.traffic.seed = parseNumber<std::uint64_t>(v); },
+                [](const Scenario& s) { return seedOf(s.traffic); }},
 };
 
 }  // namespace

@@ -56,6 +56,9 @@ void addPeer(std::ostream& out, const PeerEntry& peer, const RunningBoard& board
 }
 
 void addPeers(std::ostream& out, const RunningBoard& board, const Scenario& scenario) {
+    if (scenario.traffic.isOn()) {
+        out << "  traffic " << scenario.traffic.text() << ", seed " << scenario.traffic.seed << '\n';
+    }
     addRow(out, "PEER", "PID", "STATE", "RECEIVED", "ANSWERED", "FAULTS");
     for (const PeerEntry& peer : peerCatalog()) {
         if (peer.runsOn(scenario.deployment) && !scenario.without.contains(std::string(peer.name))) {

@@ -5,17 +5,14 @@
 
 namespace Boardsim {
 
-std::string counterText(std::string_view title, std::span<const std::string_view> counters,
-                        std::size_t step) {
+std::string counterText(std::string_view title, std::span<const CounterValue> values) {
     constexpr int nameWidth = 36;
     constexpr int valueWidth = 10;
     std::ostringstream out;
     out << title << '\n';
-    std::size_t value = 0;
-    for (const std::string_view name : counters) {
-        out << "  " << std::left << std::setw(nameWidth) << name << std::right << std::setw(valueWidth)
-            << value << '\n';
-        value += step;
+    for (const CounterValue& each : values) {
+        out << "  " << std::left << std::setw(nameWidth) << each.name << std::right << std::setw(valueWidth)
+            << each.value << '\n';
     }
     return out.str();
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <limits>
 #include <sstream>
 #include <system_error>
@@ -20,6 +21,17 @@ void writeTextFile(const std::string& path, std::string_view text) {
     const Base::UniqueFd file(
         Base::checked(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, mode), what));
     writeText(file.get(), text, what);
+}
+
+void replaceTextFile(const std::string& path, std::string_view text) {
+    const std::string successor = path + ".new";
+    try {
+        writeTextFile(successor, text);
+        std::filesystem::rename(successor, path);
+    } catch (const std::system_error&) {
+        ::unlink(successor.c_str());
+        throw;
+    }
 }
 
 void writeText(int descriptor, std::string_view text, const std::string& what) {

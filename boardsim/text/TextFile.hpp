@@ -10,6 +10,9 @@ namespace Boardsim {
 /// Replaces the content of the file at `path`. Throws std::system_error.
 void writeTextFile(const std::string& path, std::string_view text);
 
+/// The same, so that readers see either the old content or the new one. If it throws, the old content stays.
+void replaceTextFile(const std::string& path, std::string_view text);
+
 /// Writes the whole text to an open file. Throws std::system_error with `what`.
 void writeText(int descriptor, std::string_view text, const std::string& what);
 

@@ -109,8 +109,8 @@ TEST(BoardsimOptionsTest, HaveAnExampleScenarioThatSetsThemAll) {
                               "tmp-size = '16M'\n"
                               "without = [ 'resmgr_server' ]\n",
                        .err = ""}));
-    for (const char* key :
-         {"\nsecured =", "\nsecure-error =", "\ncma-error =", "\nfull-logs =", "\nbare ="}) {
+    for (const char* key : {"\nsecured =", "\nsecure-error =", "\ncma-error =", "\nfull-logs =",
+                            "\ntraffic =", "\nseed =", "\nbare ="}) {
         EXPECT_THAT(contentOfFile(EXAMPLES "/flaky.toml"), testing::HasSubstr(key));
     }
 }

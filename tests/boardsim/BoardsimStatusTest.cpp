@@ -33,6 +33,14 @@ TEST(BoardsimStatusTest, ShowsEachPeerAndWhatItLastReceivedAndAnswered) {
               "  TIME  netfp_proxy     -- it dies (fault dying)\n");
 }
 
+TEST(BoardsimStatusTest, ShowsTheTraffic) {
+    const Outcome outcome = apart("board --traffic leak:60 --seed 7; $0 status | sed -n 2,3p");
+
+    EXPECT_EQ(outcome.out,
+              "  traffic leak:60, seed 7\n"
+              "  PEER                PID  STATE    RECEIVED  ANSWERED  FAULTS\n");
+}
+
 TEST(BoardsimStatusTest, ShowsARequestWhenItArrives) {
     const Outcome outcome = apart(
         "board\n"

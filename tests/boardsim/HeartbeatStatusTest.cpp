@@ -6,6 +6,7 @@
 
 #include "HeartbeatStatus.hpp"
 #include "TextFile.hpp"
+#include "Traffics.hpp"
 
 using Boardsim::HeartbeatStatus;
 using Boardsim::readTextFile;
@@ -18,7 +19,7 @@ constexpr const char* statusFile = "/run/boardsim/heartbeat/netfp_proxy";
 }  // namespace
 
 TEST(HeartbeatStatusTest, IsHealthyAtFirst) {
-    const HeartbeatStatus status("netfp_proxy");
+    const HeartbeatStatus status("netfp_proxy", noTraffic());
 
     EXPECT_EQ(status.value(), 0);
     EXPECT_EQ(readTextFile(statusFile), "0\n");
@@ -27,13 +28,13 @@ TEST(HeartbeatStatusTest, IsHealthyAtFirst) {
 TEST(HeartbeatStatusTest, IsHealthyAgainAfterARestart) {
     writeTextFile(statusFile, "5\n");
 
-    const HeartbeatStatus status("netfp_proxy");
+    const HeartbeatStatus status("netfp_proxy", noTraffic());
 
     EXPECT_EQ(status.value(), 0);
 }
 
 TEST(HeartbeatStatusTest, IsTheNumberThatIsInItsFile) {
-    const HeartbeatStatus status("netfp_proxy");
+    const HeartbeatStatus status("netfp_proxy", noTraffic());
     const struct {
         const char* text;
         std::uint32_t value;
@@ -46,7 +47,7 @@ TEST(HeartbeatStatusTest, IsTheNumberThatIsInItsFile) {
 }
 
 TEST(HeartbeatStatusTest, IsHealthyIfItsFileHasNoNumber) {
-    const HeartbeatStatus status("netfp_proxy");
+    const HeartbeatStatus status("netfp_proxy", noTraffic());
 
     for (const char* text : {"", "\n", "ill\n", "-1\n", "4294967296\n"}) {
         writeTextFile(statusFile, text);
@@ -55,7 +56,7 @@ TEST(HeartbeatStatusTest, IsHealthyIfItsFileHasNoNumber) {
 }
 
 TEST(HeartbeatStatusTest, IsHealthyIfItsFileIsMissing) {
-    const HeartbeatStatus status("netfp_proxy");
+    const HeartbeatStatus status("netfp_proxy", noTraffic());
     writeTextFile(statusFile, "5\n");
     ASSERT_EQ(status.value(), 5);
 
@@ -67,8 +68,8 @@ TEST(HeartbeatStatusTest, IsHealthyIfItsFileIsMissing) {
 }
 
 TEST(HeartbeatStatusTest, IsSeparateForEachPeer) {
-    const HeartbeatStatus iwf("iwf_dispatcher");
-    const HeartbeatStatus sfn("sfn_dispatcher");
+    const HeartbeatStatus iwf("iwf_dispatcher", noTraffic());
+    const HeartbeatStatus sfn("sfn_dispatcher", noTraffic());
 
     writeTextFile("/run/boardsim/heartbeat/sfn_dispatcher", "3\n");
 
@@ -79,5 +80,5 @@ TEST(HeartbeatStatusTest, IsSeparateForEachPeer) {
 TEST(HeartbeatStatusTest, ThrowsIfItsFileCannotBeWritten) {
     std::filesystem::create_directory(statusFile);
 
-    EXPECT_THROW(HeartbeatStatus("netfp_proxy"), std::system_error);
+    EXPECT_THROW(HeartbeatStatus("netfp_proxy", noTraffic()), std::system_error);
 }

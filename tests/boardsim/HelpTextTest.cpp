@@ -16,6 +16,8 @@ using Boardsim::PeerEntry;
 using Boardsim::ScenarioKey;
 using Boardsim::scenarioKeys;
 using Boardsim::shortHelpText;
+using Boardsim::TrafficProfileName;
+using Boardsim::trafficProfiles;
 
 namespace {
 
@@ -56,6 +58,13 @@ TEST(HelpTextTest, HasEachOptionInItsShortFormToo) {
 TEST(HelpTextTest, ShowsTheDefaultOfEachOption) {
     EXPECT_THAT(helpText(), testing::HasSubstr("(default: sfn-master)"));
     EXPECT_THAT(helpText(), testing::HasSubstr("(default: 64M)"));
+}
+
+TEST(HelpTextTest, HasARowForEachTrafficProfile) {
+    for (const TrafficProfileName& profile : trafficProfiles()) {
+        EXPECT_THAT(helpText(), hasRow("  " + std::string(profile.name)));
+        EXPECT_FALSE(profile.help.empty()) << profile.name;
+    }
 }
 
 TEST(HelpTextTest, HasARowForEachPeer) {

@@ -12,7 +12,9 @@
 #include "MmiPeer.hpp"
 #include "MmiReply.hpp"
 #include "PeerThread.hpp"
+#include "QosStatistics.hpp"
 #include "TestFiles.hpp"
+#include "Traffics.hpp"
 
 using Boardsim::Board;
 using Boardsim::Fault;
@@ -21,15 +23,21 @@ using Boardsim::mmiEndOfMessage;
 using Boardsim::MmiPeer;
 using Boardsim::mmiReplyText;
 using Boardsim::PeerThread;
+using Boardsim::QosStatistics;
 
 namespace {
 
 constexpr std::uint16_t port = 7777;
 const std::string marker(mmiEndOfMessage);
 
+std::unique_ptr<MmiPeer> peerWith(Fault fault) {
+    return std::make_unique<MmiPeer>("iwf", port, noTraffic(),
+                                     std::make_shared<QosStatistics>("iwf", noTraffic()), std::move(fault));
+}
+
 /// A peer with a fault on a thread, and a client.
 struct Mmi {
-    explicit Mmi(Fault fault = {}) : thread(std::make_unique<MmiPeer>("iwf", port, std::move(fault))) {}
+    explicit Mmi(Fault fault = {}) : thread(peerWith(std::move(fault))) {}
 
     /// Sends a command and receives the given number of datagrams.
     std::vector<std::string> ask(std::string_view command, std::size_t count) const {
@@ -139,7 +147,7 @@ TEST(MmiPeerTest, SendsOddDatagramsAndNoMarkerIfUnended) {
 }
 
 TEST(MmiPeerTest, SendsAsLongAsSomebodyListensIfEndless) {
-    const PeerThread peer(std::make_unique<MmiPeer>("iwf", port, Fault{"endless"}));
+    const PeerThread peer(peerWith({"endless"}));
     {
         const auto listener = DatagramClient::ofPort(port);
         listener.send("HeapStats");

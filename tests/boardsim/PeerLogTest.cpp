@@ -21,8 +21,10 @@
 #include "PeerFaults.hpp"
 #include "PeerLog.hpp"
 #include "PeerLogContent.hpp"
+#include "QosStatistics.hpp"
 #include "SystemLogPeer.hpp"
 #include "TestFiles.hpp"
+#include "Traffics.hpp"
 #include "WireNumber.hpp"
 
 using Boardsim::DumpPeer;
@@ -41,6 +43,7 @@ using Boardsim::PeerLog;
 using Boardsim::PeerLogContent;
 using Boardsim::peerLogStampLength;
 using Boardsim::Peers;
+using Boardsim::QosStatistics;
 using Boardsim::Scenario;
 using Boardsim::SystemLogPeer;
 
@@ -99,7 +102,7 @@ std::string portRequest() {
 
 /// The log of an IWF dispatcher's MMI service that gets one command.
 Lines mmiLog(const std::string& command, const Fault& fault = {}) {
-    MmiPeer peer("iwf", 7777, fault);
+    MmiPeer peer("iwf", 7777, noTraffic(), std::make_shared<QosStatistics>("iwf", noTraffic()), fault);
     const auto client = DatagramClient::ofPort(7777);
     client.send(command);
     serve(peer);

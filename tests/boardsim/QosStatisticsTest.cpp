@@ -5,6 +5,7 @@
 
 #include "QosStatistics.hpp"
 #include "TestFiles.hpp"
+#include "Traffics.hpp"
 
 using Boardsim::QosStatistics;
 
@@ -33,14 +34,14 @@ const std::string cleared =
 }  // namespace
 
 TEST(QosStatisticsTest, AreInAFileOfTheInstance) {
-    const QosStatistics statistics("sfn");
+    const QosStatistics statistics("sfn", noTraffic());
 
     EXPECT_EQ(contentOfFile("/tmp/fuse/sfn/qosStats"), counted);
     EXPECT_EQ(filesBelow("/tmp/fuse"), Texts{"sfn/qosStats"});
 }
 
 TEST(QosStatisticsTest, AreZeroAfterAReset) {
-    const QosStatistics statistics("sfn", "/tmp/elsewhere");
+    QosStatistics statistics("sfn", noTraffic(), "/tmp/elsewhere");
 
     EXPECT_EQ(statistics.reset(), Texts{"sfn: QoS statistics cleared"});
     EXPECT_EQ(contentOfFile("/tmp/elsewhere/sfn/qosStats"), cleared);
@@ -50,8 +51,8 @@ TEST(QosStatisticsTest, AreZeroAfterAReset) {
 }
 
 TEST(QosStatisticsTest, AreSeparateForEachInstance) {
-    const QosStatistics iwf("iwf");
-    const QosStatistics sfn("sfn");
+    QosStatistics iwf("iwf", noTraffic());
+    const QosStatistics sfn("sfn", noTraffic());
 
     EXPECT_EQ(iwf.reset(), Texts{"iwf: QoS statistics cleared"});
 
@@ -61,5 +62,5 @@ TEST(QosStatisticsTest, AreSeparateForEachInstance) {
 TEST(QosStatisticsTest, FailWithoutTheirFolder) {
     writeFile("/tmp/file", "");
 
-    EXPECT_THROW(QosStatistics("iwf", "/tmp/file"), std::system_error);
+    EXPECT_THROW(QosStatistics("iwf", noTraffic(), "/tmp/file"), std::system_error);
 }

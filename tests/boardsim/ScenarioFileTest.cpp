@@ -12,6 +12,7 @@ using Boardsim::loadScenario;
 using Boardsim::peerFaultTexts;
 using Boardsim::Scenario;
 using Boardsim::scenarioText;
+using Boardsim::TrafficProfile;
 using Boardsim::UsageError;
 using Boardsim::writeTextFile;
 
@@ -50,6 +51,8 @@ TEST(ScenarioFileTest, SetsTheSameAsTheOptions) {
         "without = ['netfp_proxy', 'system_log']\n"
         "fault = ['netfp_master=slow:5']\n"
         "full-logs = true\n"
+        "traffic = 'leak:60'\n"
+        "seed = 7\n"
         "bare = false\n");
 
     EXPECT_EQ(scenario.deployment, Deployment::sfnAntenna);
@@ -63,6 +66,9 @@ TEST(ScenarioFileTest, SetsTheSameAsTheOptions) {
     EXPECT_EQ(scenario.without, (std::set<std::string>{"netfp_proxy", "system_log"}));
     EXPECT_EQ(peerFaultTexts(scenario.faults), std::vector<std::string>{"netfp_master=slow:5"});
     EXPECT_TRUE(scenario.fullLogs);
+    EXPECT_EQ(scenario.traffic.profile, TrafficProfile::leak);
+    EXPECT_EQ(scenario.traffic.headStart, 60);
+    EXPECT_EQ(scenario.traffic.seed, 7U);
     EXPECT_FALSE(scenario.bare);
 }
 
@@ -90,6 +96,8 @@ TEST(ScenarioFileTest, IsWrittenAsItIsRead) {
                           "cmdline = \"it's \\\"quoted\\\"\\n\"\n"
                           "without = ['netfp_proxy']\n"
                           "fault = ['netfp_master=slow:5', 'netfp_server=short']\n"
+                          "traffic = 'flood:5'\n"
+                          "seed = '18446744073709551615'\n"
                           "bare = true\n"));
 
     EXPECT_EQ(scenarioText(load(text)), text);
@@ -113,6 +121,14 @@ TEST(ScenarioFileTest, IsRefusedWithTheLineAndTheReason) {
         {"fault = [\n  'netfp_master=silent',\n  'netfp_server=sad',\n]\n",
          "/tmp/scenario.toml:3: fault: netfp_server has no fault 'sad'\n"
          "valid faults: silent, slow:MS, dying, unended, short"},
+        {"traffic = 'flod'\n",
+         "/tmp/scenario.toml:1: traffic: unknown profile: 'flod'\n"
+         "valid profiles: none, steady, busy, leak, flood, flapping"},
+        {"traffic = 'leak:'\n", "/tmp/scenario.toml:1: traffic: not a number, or out of range: ''"},
+        {"traffic = 'leak:-1'\n", "/tmp/scenario.toml:1: traffic: not from 0 to 86400 seconds: 'leak:-1'"},
+        {"traffic = 'leak:86401'\n",
+         "/tmp/scenario.toml:1: traffic: not from 0 to 86400 seconds: 'leak:86401'"},
+        {"seed = -1\n", "/tmp/scenario.toml:1: seed: not a number, or out of range: '-1'"},
         {"without = [['nobody']]\n", "/tmp/scenario.toml:1: without: not a string, an integer or a boolean"},
         {"secured = true\n[board]\nsecured = true\n", "/tmp/scenario.toml:2: board: unknown key"},
         {"tmp-size = '0K'\n", "/tmp/scenario.toml:1: tmp-size: not a valid size: '0K'"},

@@ -27,15 +27,11 @@ const std::map<std::string, std::string> commandTitles{
     {"HeapStats", "Heap Statistics"},
 };
 
-std::string masterState() {
-    return InterfaceTable().text();
-}
-
 const std::map<std::string, std::string (*)()> processStates{
-    {"netfp_proxy", netfpProxyState},
-    {"netfp_server", netfpServerState},
-    {"netfp_master", masterState},
-    {"resmgr_server", resourceManagerState},
+    {"netfp_proxy", [] { return netfpProxyState(); }},
+    {"netfp_server", [] { return netfpServerState(); }},
+    {"netfp_master", [] { return InterfaceTable().text(); }},
+    {"resmgr_server", [] { return resourceManagerState(); }},
 };
 
 std::string stateFile(const std::string& instance, const std::string& state) {
