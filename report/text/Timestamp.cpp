@@ -7,7 +7,6 @@
 namespace Report {
 namespace {
 
-using std::chrono::days;
 using std::chrono::hours;
 using std::chrono::microseconds;
 using std::chrono::minutes;
@@ -17,169 +16,125 @@ bool isDigit(char byte) {
     return byte >= '0' && byte <= '9';
 }
 
-/// Reads a text character by character. A take...() that does not fit makes everything fail.
-class Scanner {
-public:
-    explicit Scanner(std::string_view bytes) : text(bytes) {}
-
-    bool failed() const { return !fits; }
-    bool atEnd() const { return text.empty(); }
-    std::string_view rest() const { return text; }
-
-    bool startsWith(std::string_view characters) const {
-        return !text.empty() && characters.find(text.front()) != std::string_view::npos;
+/// Whether `text` starts with `form`, in which # is any digit and ? any byte.
+bool hasForm(std::string_view text, std::string_view form) {
+    bool fits = text.size() >= form.size();
+    for (std::size_t place = 0; fits && place < form.size(); ++place) {
+        const char expected = form[place];
+        fits = expected == '#' ? isDigit(text[place]) : expected == '?' || expected == text[place];
     }
-    bool startsWithDigit() const { return !text.empty() && isDigit(text.front()); }
-
-    /// Takes one of `characters`; returns it, or 0.
-    char take(std::string_view characters) {
-        fits = fits && startsWith(characters);
-        return fits ? takeAny() : '\0';
-    }
-
-    /// Takes a number of `digits` digits, at most `highest`.
-    int takeNumber(int digits, int highest) {
-        int number = 0;
-        for (int digit = 0; digit < digits; ++digit) {
-            fits = fits && startsWithDigit();
-            number = fits ? number * 10 + (takeAny() - '0') : 0;
-        }
-        fits = fits && number <= highest;
-        return number;
-    }
-
-    /// Takes all digits that follow, at least one, as a fraction of a second.
-    microseconds takeFraction() {
-        fits = fits && startsWithDigit();
-        microseconds fraction{};
-        for (microseconds unit(100'000); fits && startsWithDigit(); unit /= 10) {
-            fraction += (takeAny() - '0') * unit;
-        }
-        return fraction;
-    }
-
-    /// Takes "02:46:40". 60 is a leap second.
-    seconds takeClock() {
-        const hours hour(takeNumber(2, 23));
-        take(":");
-        const minutes minute(takeNumber(2, 59));
-        take(":");
-        return hour + minute + seconds(takeNumber(2, 60));
-    }
-
-    void fail() { fits = false; }
-
-private:
-    char takeAny() {
-        const char byte = text.front();
-        text.remove_prefix(1);
-        return byte;
-    }
-
-    std::string_view text;
-    bool fits = true;
-};
-
-/// Takes "2026-11-22T02:46:40.995104"; the fraction is optional.
-Time takeDateTime(Scanner& scanner, std::string_view separators) {
-    const std::chrono::year year(scanner.takeNumber(4, 9999));
-    scanner.take("-");
-    const std::chrono::month month(static_cast<unsigned>(scanner.takeNumber(2, 12)));
-    scanner.take("-");
-    const std::chrono::day day(static_cast<unsigned>(scanner.takeNumber(2, 31)));
-    scanner.take(separators);
-    const seconds clock = scanner.takeClock();
-    microseconds fraction{};
-    if (scanner.startsWith(".")) {
-        scanner.take(".");
-        fraction = scanner.takeFraction();
-    }
-    const std::chrono::year_month_day date = year / month / day;
-    if (scanner.failed() || !date.ok()) {
-        scanner.fail();
-        return {};
-    }
-    return std::chrono::sys_days(date) + clock + fraction;
+    return fits;
 }
 
-std::optional<minutes> takeOffset(Scanner& scanner) {
-    const bool west = scanner.take("+-") == '-';
-    const hours hour(scanner.takeNumber(2, 23));
-    minutes minute{};
-    if (!scanner.atEnd()) {
-        if (scanner.startsWith(":")) {
-            scanner.take(":");
-        }
-        minute = minutes(scanner.takeNumber(2, 59));
-    }
-    if (scanner.failed() || !scanner.atEnd()) {
+/// The number of two digits at a place.
+int numberAt(std::string_view text, std::size_t place) {
+    return (text[place] - '0') * 10 + (text[place + 1] - '0');
+}
+
+/// The time "##:##:##" at a place. 60 seconds are a leap second.
+std::optional<seconds> clockAt(std::string_view text, std::size_t place) {
+    const hours hour(numberAt(text, place));
+    const minutes minute(numberAt(text, place + 3));
+    const seconds second(numberAt(text, place + 6));
+    if (hour.count() > 23 || minute.count() > 59 || second.count() > 60) {
         return std::nullopt;
     }
-    return west ? -(hour + minute) : hour + minute;
+    return hour + minute + second;
 }
 
-/// The number of a month by its English name with three letters, or 0.
-unsigned monthNumber(std::string_view name) {
+/// Takes ".995104" from the start of `text`, with any number of digits.
+microseconds takeFraction(std::string_view& text) {
+    if (!hasForm(text, ".#")) {
+        return {};
+    }
+    constexpr std::size_t places = 6;
+    const std::size_t size = std::min(text.find_first_not_of("0123456789", 1), text.size()) - 1;
+    microseconds::rep fraction = 0;
+    for (std::size_t place = 0; place < places; ++place) {
+        fraction = fraction * 10 + (place < size ? text[place + 1] - '0' : 0);
+    }
+    text.remove_prefix(size + 1);
+    return microseconds(fraction);
+}
+
+/// Takes "2026-11-22T02:46:40.995104" from the start of `text`. The fraction is optional. One of `separators`
+/// is between date and time.
+std::optional<Time> takeDateTime(std::string_view& text, std::string_view separators) {
+    constexpr std::string_view form = "####-##-##?##:##:##";
+    if (!hasForm(text, form) || separators.find(text[10]) == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto date = std::chrono::year(numberAt(text, 0) * 100 + numberAt(text, 2)) /
+                      std::chrono::month(static_cast<unsigned>(numberAt(text, 5))) /
+                      std::chrono::day(static_cast<unsigned>(numberAt(text, 8)));
+    const std::optional<seconds> clock = clockAt(text, 11);
+    if (!date.ok() || !clock) {
+        return std::nullopt;
+    }
+    text.remove_prefix(form.size());
+    return std::chrono::sys_days(date) + *clock + takeFraction(text);
+}
+
+/// The month with an English name of three letters, or an invalid one.
+std::chrono::month monthOf(std::string_view name) {
     constexpr std::array<std::string_view, 12> names{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     const auto* const found = std::ranges::find(names, name);
-    return found == names.end() ? 0 : static_cast<unsigned>(found - names.begin()) + 1;
+    return std::chrono::month(found == names.end() ? 0 : static_cast<unsigned>(found - names.begin()) + 1);
 }
 
 }  // namespace
 
 std::optional<Time> takeUtcTime(std::string_view& text) {
-    Scanner scanner(text);
-    const Time time = takeDateTime(scanner, "T");
-    scanner.take("Z");
-    if (scanner.failed()) {
+    std::string_view rest = text;
+    const std::optional<Time> time = takeDateTime(rest, "T");
+    if (!time || !rest.starts_with('Z')) {
         return std::nullopt;
     }
-    text = scanner.rest();
+    text = rest.substr(1);
     return time;
 }
 
 std::optional<SyslogTime> takeSyslogTime(std::string_view& text) {
-    constexpr std::size_t nameLength = 3;
-    const unsigned month = monthNumber(text.substr(0, nameLength));
-    if (month == 0) {
+    constexpr std::array<std::string_view, 3> forms{"??? ## ##:##:##", "???  # ##:##:##", "??? # ##:##:##"};
+    const auto* const form =
+        std::ranges::find_if(forms, [text](std::string_view candidate) { return hasForm(text, candidate); });
+    if (form == forms.end()) {
         return std::nullopt;
     }
-    Scanner scanner(text.substr(nameLength));
-    scanner.take(" ");
-    bool oneDigit = scanner.startsWith(" ");
-    if (oneDigit) {
-        scanner.take(" ");
-    }
-    int day = scanner.takeNumber(1, 9);
-    oneDigit = oneDigit || !scanner.startsWithDigit();
-    if (!oneDigit) {
-        day = day * 10 + scanner.takeNumber(1, 9);
-    }
-    scanner.take(" ");
-    const SyslogTime time{std::chrono::month(month) / std::chrono::day(static_cast<unsigned>(day)),
-                          scanner.takeClock()};
-    if (scanner.failed() || !time.date.ok()) {
+    const std::size_t clockPlace = form->size() - std::string_view("##:##:##").size();
+    const int unit = text[clockPlace - 2] - '0';
+    const int ten = isDigit(text[clockPlace - 3]) ? text[clockPlace - 3] - '0' : 0;
+    const auto date = monthOf(text.substr(0, 3)) / std::chrono::day(static_cast<unsigned>(ten * 10 + unit));
+    const std::optional<seconds> clock = clockAt(text, clockPlace);
+    if (!date.ok() || !clock) {
         return std::nullopt;
     }
-    text = scanner.rest();
-    return time;
+    text.remove_prefix(form->size());
+    return SyslogTime{date, *clock};
 }
 
 std::optional<Time> parseRfc3339(std::string_view text) {
-    Scanner scanner(text);
-    const Time time = takeDateTime(scanner, "Tt ");
-    if (scanner.startsWith("Zz")) {
-        scanner.take("Zz");
-        return scanner.failed() || !scanner.atEnd() ? std::nullopt : std::optional(time);
-    }
-    const std::optional<minutes> offset = takeOffset(scanner);
-    return offset ? std::optional(time - *offset) : std::nullopt;
+    const std::optional<Time> local = takeDateTime(text, "Tt ");
+    const std::optional<minutes> offset = text == "Z" || text == "z" ? minutes() : parseOffset(text);
+    return local && offset ? std::optional(*local - *offset) : std::nullopt;
 }
 
 std::optional<minutes> parseOffset(std::string_view text) {
-    Scanner scanner(text);
-    return takeOffset(scanner);
+    constexpr std::array<std::string_view, 3> forms{"?##:##", "?####", "?##"};
+    const auto* const form = std::ranges::find_if(forms, [text](std::string_view candidate) {
+        return text.size() == candidate.size() && hasForm(text, candidate);
+    });
+    const bool west = text.starts_with('-');
+    if (form == forms.end() || (!west && !text.starts_with('+'))) {
+        return std::nullopt;
+    }
+    const hours hour(numberAt(text, 1));
+    const minutes minute(text.size() > 3 ? numberAt(text, text.size() - 2) : 0);
+    if (hour.count() > 23 || minute.count() > 59) {
+        return std::nullopt;
+    }
+    return west ? -(hour + minute) : hour + minute;
 }
 
 }  // namespace Report
