@@ -38,6 +38,9 @@ endforeach()
 # 64-bit file sizes and times, even if long has 32 bits.
 target_compile_definitions(korvel_flags INTERFACE _GLIBCXX_ASSERTIONS _FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
+if(KORVEL_FUZZ)
+    target_compile_options(korvel_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(KORVEL_SANITIZE)
     target_compile_options(korvel_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

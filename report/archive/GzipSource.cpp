@@ -18,7 +18,7 @@ constexpr int gzipWithLargestWindow = 15 + 16;  // zlib then checks the checksum
 }  // namespace
 
 GzipSource::GzipSource(PieceSource& packed, Budget& budget)
-    : source(packed), limits(budget), buffer(contentsBuffer) {
+    : source(packed), limits(budget), buffer(std::make_unique_for_overwrite<char[]>(contentsBuffer)) {
     if (::inflateInit2(&stream, gzipWithLargestWindow) != Z_OK) {
         throw std::bad_alloc();
     }
@@ -34,7 +34,7 @@ std::string_view GzipSource::next() {
     }
     const std::uint64_t left = limits.bytesLeft();
     // One byte more than the limit shows whether the stream exceeds it.
-    const std::size_t most = left < buffer.size() ? static_cast<std::size_t>(left) + 1 : buffer.size();
+    const std::size_t most = left < contentsBuffer ? static_cast<std::size_t>(left) + 1 : contentsBuffer;
     const std::size_t size = exceeds ? most : fill(most);
     exceeds = size > left;
     // What fits is handed out first. The next call then reaches the limit.
@@ -47,11 +47,11 @@ std::string_view GzipSource::next() {
     if (!ended && !limits.checkTime()) {
         stopAtLimit();
     }
-    return {buffer.data(), fitting};
+    return {buffer.get(), fitting};
 }
 
 std::size_t GzipSource::fill(std::size_t most) {
-    stream.next_out = reinterpret_cast<Bytef*>(buffer.data());
+    stream.next_out = reinterpret_cast<Bytef*>(buffer.get());
     stream.avail_out = static_cast<uInt>(most);
     while (!ended && stream.avail_out > 0) {
         step();

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <zlib.h>
 
@@ -48,7 +48,7 @@ private:
 
     PieceSource& source;
     Budget& limits;
-    std::vector<char> buffer;
+    std::unique_ptr<char[]> buffer;
     z_stream stream{};
     bool exceeds = false;  ///< there is more than the limit allows
     bool ended = false;

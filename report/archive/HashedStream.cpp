@@ -6,16 +6,17 @@ namespace Report {
 
 namespace {
 
-constexpr std::size_t fileBuffer = std::size_t{256} << 10;
+constexpr std::size_t fileBuffer = std::size_t{128} << 10;
 
 }  // namespace
 
-HashedStream::HashedStream(ByteSource& file) : source(file), buffer(fileBuffer) {
+HashedStream::HashedStream(ByteSource& file)
+    : source(file), buffer(std::make_unique_for_overwrite<char[]>(fileBuffer)) {
     sha256_init(&context);
 }
 
 std::string_view HashedStream::next() {
-    const std::string_view piece(buffer.data(), source.read(buffer));
+    const std::string_view piece(buffer.get(), source.read({buffer.get(), fileBuffer}));
     sha256_update(&context, piece.size(), reinterpret_cast<const std::uint8_t*>(piece.data()));
     count += piece.size();
     return piece;

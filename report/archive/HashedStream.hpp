@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <nettle/sha2.h>
 
@@ -30,7 +30,7 @@ public:
 
 private:
     ByteSource& source;
-    std::vector<char> buffer;
+    std::unique_ptr<char[]> buffer;
     sha256_ctx context{};
     std::uint64_t count = 0;
 };

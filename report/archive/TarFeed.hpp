@@ -9,9 +9,9 @@
 
 namespace Report {
 
-/// Hands a tar archive to libarchive in portions that bound its memory and time. libarchive reads the extended
-/// headers of a member and the map of a sparse file as a whole, and needs a second for names of 64 KiB that are
-/// not ASCII. While it reads a header, it therefore gets one block at a time, up to a limit.
+/// Hands a tar archive to libarchive in portions that bound its memory and time. libarchive reads the
+/// extended headers of a member and the map of a sparse file as a whole, and needs a second for names of 64
+/// KiB that are not ASCII. While it reads a header, it therefore gets one block at a time, up to a limit.
 class TarFeed {
 public:
     /// `mostHeader` is the most bytes that a member's headers may have. `tar` must outlive this object.

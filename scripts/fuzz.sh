@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# Runs the fuzz targets of korvel-report (tests/report/fuzz) with libFuzzer, AddressSanitizer and
+# UndefinedBehaviorSanitizer. Installs missing packages.
+#   scripts/fuzz.sh [TARGET...] [--runs N]
+# N is the number of inputs that each target gets, by default 100000, which takes some minutes. Inputs that reached new
+# code are kept in build-fuzz/corpus and used again by the next call. If a target fails, the message names the file with
+# the input. The exit status is 1 if a target failed, 2 for wrong usage.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+# shellcheck source=scripts/lib/progress.sh
+. scripts/lib/progress.sh
+
+usage() {
+    printf '%s\n' "$@" "usage: scripts/fuzz.sh [TARGET...] [--runs N]" "Targets: ${all[*]}" >&2
+    exit 2
+}
+
+seeds=tests/report/fuzz/corpus
+mapfile -t all < <(ls "$seeds")
+runs=100000
+targets=()
+while [ $# -gt 0 ]; do
+    case "$1" in
+        --runs)
+            [[ ${2-} =~ ^[0-9]+$ ]] || usage "--runs needs a number."
+            runs=$2
+            shift
+            ;;
+        *)
+            [ -d "$seeds/$1" ] || usage "Unknown target: $1"
+            targets+=("$1")
+            ;;
+    esac
+    shift
+done
+[ ${#targets[@]} -gt 0 ] || targets=("${all[@]}")
+
+build() {
+    CMAKE_GENERATOR=Ninja cmake --preset fuzz && cmake --build --preset fuzz
+}
+
+# libFuzzer begins its lines with the number of the input.
+fuzz() {
+    local corpus=build-fuzz/corpus/$1
+    mkdir -p "$corpus"
+    # Freed memory is used again soon, because new memory costs more time than the run itself.
+    ASAN_OPTIONS=quarantine_size_mb=1:thread_local_quarantine_size_kb=64 \
+        "build-fuzz/tests/fuzz_$1" "$corpus" "$seeds/$1" -runs="$runs" -max_len=4096 -entropic=0 \
+        -timeout=10 -artifact_prefix="build-fuzz/$1-" 2>&1 |
+        awk -v runs="$runs" '{ print } /^#/ { printf "[%d/%d]\n", substr($1, 2), runs; fflush() }'
+}
+
+scripts/setup.sh build board report test lint
+with_progress build-fuzz/build.log "Building the fuzz targets" build
+for target in "${targets[@]}"; do
+    with_progress "build-fuzz/$target.log" "Fuzzing $target, $runs inputs" fuzz "$target"
+done
