@@ -166,8 +166,9 @@ std::string packageOf(unsigned kind, std::string bytes) {
     return bytes;
 }
 
-/// Reads a package and returns its events. With `write`, sets `copy` if all members can be copied.
-std::string eventsOf(const std::string& package, bool write, std::string& copy) {
+/// Reads a package and returns its events. With `write`, sets `result` to a copy if all members can be
+/// copied.
+std::string eventsOf(const std::string& package, bool write, std::string& result) {
     ReportTest::MemorySource source(package);
     Report::Budget budget(smallLimits());
     StringSink sink;
@@ -178,7 +179,7 @@ std::string eventsOf(const std::string& package, bool write, std::string& copy) 
     require(!checker.wasCopied() || facts.end.integrity == Report::Integrity::whole ||
                 facts.end.integrity == Report::Integrity::altered,
             "a package of whole layers is not cut");
-    copy = checker.wasCopied() ? sink.content : std::string();
+    result = checker.wasCopied() ? sink.content : std::string();
     return checker.text();
 }
 
@@ -193,9 +194,9 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string package = packageOf(kind, std::string(ReportFuzz::textOf(data + 1, size - 1)));
     const std::string events = eventsOf(package, (kind & isWritten) != 0, copy);
     if (!copy.empty()) {
-        std::string again;
-        require(eventsOf(copy, true, again) == events, "a copy has the same members");
-        require(again == copy, "a copy of a copy is the same");
+        std::string second;
+        require(eventsOf(copy, true, second) == events, "a copy has the same members");
+        require(second == copy, "a copy of a copy is the same");
     }
     return 0;
 }
