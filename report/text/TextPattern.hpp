@@ -16,11 +16,23 @@ public:
 /// A regular expression in the syntax of RE2, whose time grows only linearly with the text.
 class TextPattern {
 public:
+    /// `anyCase` is for rules: letters match in both cases, and bytes that are not UTF-8 match as characters.
+    enum class Mode : bool { exact, anyCase };
+
     /// Throws PatternError.
-    explicit TextPattern(const std::string& expression);
+    explicit TextPattern(const std::string& expression, Mode mode = Mode::exact);
 
     /// Whether it fits anywhere in the text.
     bool fits(std::string_view text) const;
+
+    /// Whether it fits the whole text.
+    bool fitsWhole(std::string_view text) const;
+
+    /// `form` with the text's groups in place of \1 to \9. The expression must fit the whole text.
+    std::string expand(std::string_view text, const std::string& form) const;
+
+    /// Whether `form` uses only groups that the expression has.
+    bool canExpand(const std::string& form) const;
 
 private:
     struct Compiled;
