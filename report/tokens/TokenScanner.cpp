@@ -1,0 +1,157 @@
+#include "TokenScanner.hpp"
+
+#include "ByteClass.hpp"
+#include "Letters.hpp"
+#include "Utf8.hpp"
+
+namespace Report {
+
+namespace {
+
+/// As many bytes as one step can need, unless the text ends.
+constexpr std::size_t window = 512;
+constexpr std::size_t longestRun = 256;
+static_assert(longestRun + farthestLook <= window && longestWord < longestRun);
+
+/// Whether the character that ends at `end` belongs to a word.
+bool isWordBefore(std::string_view text, std::size_t end) {
+    if (end == 0 || !isOf(text[end - 1], highByte)) {
+        return end > 0 && isOf(text[end - 1], alnumByte | joinerByte);
+    }
+    std::size_t begin = end - 1;
+    while (begin > 0 && end - begin < 4 && (static_cast<unsigned char>(text[begin]) & 0xc0U) == 0x80) {
+        --begin;
+    }
+    const Utf8Character character = firstCharacter(text.substr(begin, end - begin));
+    return character.length == end - begin && isWordCharacter(character.code);
+}
+
+}  // namespace
+
+std::size_t TokenScanner::scan(std::span<char> whole, std::size_t from, bool last) {
+    text = whole;
+    view = {whole.data(), whole.size()};
+    place = from;
+    inWord = isWordBefore(view, from);
+    broken = inWord;
+    while (place < text.size() && (last || text.size() - place >= window)) {
+        step();
+    }
+    if (last) {
+        endWord();
+        return text.size();
+    }
+    return inWord && !broken ? word : place;
+}
+
+void TokenScanner::step() {
+    const unsigned kind = classOf(text[place]);
+    if ((kind & alnumByte) != 0) {
+        stepRun();
+    } else if (kind == joinerByte) {
+        joinWord(place + 1);
+    } else if (kind == highByte) {
+        stepHigh();
+    } else if (kind == colonByte) {
+        stepColon();
+    } else {
+        endWord();
+        ++place;
+    }
+}
+
+/// Takes the text up to `end` as part of a word.
+void TokenScanner::joinWord(std::size_t end) {
+    if (!inWord) {
+        inWord = true;
+        broken = false;
+        word = place;
+    }
+    place = end;
+    broken = broken || place - word > longestWord;
+}
+
+void TokenScanner::endWord() {
+    if (inWord && !broken) {
+        handler.word(text.subspan(word, place - word));
+    }
+    inWord = false;
+}
+
+void TokenScanner::stepRun() {
+    Run run{place, place};
+    unsigned kinds = 0;
+    while (run.end < text.size() && run.size() < longestRun && isOf(text[run.end], alnumByte)) {
+        kinds |= classOf(text[run.end]);
+        ++run.end;
+    }
+    const bool hex = (kinds & ~static_cast<unsigned>(hexByte)) == 0;
+    if (const std::optional<FoundAddress> found = addressIn(run, hex)) {
+        takeAddress(*found);
+    } else {
+        joinWord(run.end);
+    }
+}
+
+void TokenScanner::takeAddress(const FoundAddress& found) {
+    handler.address(found, text.subspan(found.begin, found.end - found.begin));
+    place = found.end;
+    inWord = true;
+    broken = true;
+}
+
+std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
+    const char next = byteAt(run.end);
+    const bool wholeRun = run.begin == 0 || !isOf(text[run.begin - 1], alnumByte);
+    std::optional<FoundAddress> found;
+    if (hex && wholeRun && (run.size() >= 12 || next == ':' || next == '-' || next == '.')) {
+        found = groupsAt(run);
+    }
+    if (!found && next == '.' && isOf(byteAt(run.end + 1), digitByte)) {
+        found = ip4Behind(run.end);
+    }
+    return found;
+}
+
+/// An address that is written in groups of hexadecimal digits. An IPv6 address can begin like a hardware
+/// address.
+std::optional<FoundAddress> TokenScanner::groupsAt(Run run) const {
+    const std::optional<FoundAddress> hardware = hardwareAddressAt(view, run);
+    if (hardware && hardware->address.kind == AddressKind::eui64) {
+        return hardware;
+    }
+    const bool group = run.size() <= 4 && byteAt(run.end) == ':';
+    const std::optional<FoundAddress> ip6 = group ? ip6At(view, run.begin) : std::nullopt;
+    return ip6 ? ip6 : hardware;
+}
+
+/// The IPv4 address whose first number ends at `end`. Letters may be in front of the number.
+std::optional<FoundAddress> TokenScanner::ip4Behind(std::size_t end) const {
+    std::size_t begin = end;
+    while (begin > 0 && end - begin < 4 && isOf(text[begin - 1], digitByte)) {
+        --begin;
+    }
+    return begin < end ? ip4At(view, begin) : std::nullopt;
+}
+
+void TokenScanner::stepColon() {
+    endWord();
+    const std::optional<FoundAddress> found = byteAt(place + 1) == ':' ? ip6At(view, place) : std::nullopt;
+    if (found) {
+        takeAddress(*found);
+    } else {
+        ++place;
+    }
+}
+
+void TokenScanner::stepHigh() {
+    const Utf8Character character = firstCharacter(view.substr(place, 4));
+    if (character.length > 0 && isWordCharacter(character.code)) {
+        joinWord(place + character.length);
+        return;
+    }
+    endWord();
+    place += character.length > 0 ? character.length : 1;
+}
+
+}  // namespace Report
