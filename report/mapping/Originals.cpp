@@ -1,0 +1,66 @@
+#include "Originals.hpp"
+
+#include "Letters.hpp"
+
+namespace Report {
+
+namespace {
+
+constexpr std::size_t filterBits = std::size_t{1} << 25;
+
+/// About what an address or a name needs in all tables of a run. A package with too many of them reaches the
+/// memory limit, so that its reading ends.
+constexpr std::size_t memoryOfOriginal = 320;
+
+}  // namespace
+
+SeenFilter::SeenFilter() : bits(filterBits / 64) {
+}
+
+void SeenFilter::add(std::size_t hash) {
+    const std::size_t bit = hash % filterBits;
+    bits[bit / 64] |= std::uint64_t{1} << (bit % 64);
+}
+
+bool SeenFilter::mayContain(std::size_t hash) const {
+    const std::size_t bit = hash % filterBits;
+    return (bits[bit / 64] >> (bit % 64) & 1U) != 0;
+}
+
+void Originals::address(const FoundAddress& token, std::span<char> spelling) {
+    const Address& address = token.address;
+    if (describesNobody(address)) {
+        return;
+    }
+    if (token.certain || earlier.isReplacement(address)) {
+        addAddress(address, needsOf({spelling.data(), spelling.size()}, address.kind));
+    } else {
+        seen.add(AddressHash()(address));
+    }
+}
+
+void Originals::word(std::span<char> text) {
+    fold({text.data(), text.size()}, foldedWord);
+    if (earlier.isReplacement(foldedWord)) {
+        addName(foldedWord);
+    } else {
+        seen.add(TextHash()(foldedWord));
+    }
+}
+
+void Originals::addName(const std::string& name) {
+    if (foundNames.insert(name).second) {
+        static_cast<void>(budget.keep(memoryOfOriginal));
+    }
+}
+
+void Originals::addAddress(const Address& address, SpellingNeeds needs) {
+    const auto [entry, added] = found.emplace(address, needs);
+    if (added) {
+        static_cast<void>(budget.keep(memoryOfOriginal));
+    }
+    entry->second.hexadecimal = entry->second.hexadecimal || needs.hexadecimal;
+    entry->second.dotted = entry->second.dotted || needs.dotted;
+}
+
+}  // namespace Report

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "Budget.hpp"
+#include "Mapping.hpp"
+#include "Spelling.hpp"
+#include "TokenScanner.hpp"
+
+namespace Report {
+
+/// A set of hashes of fixed size: a text that was added is in it, and of others a few seem to be.
+class SeenFilter {
+public:
+    SeenFilter();
+
+    void add(std::size_t hash);
+    bool mayContain(std::size_t hash) const;
+
+private:
+    std::vector<std::uint64_t> bits;
+};
+
+/// What a package has to hide, and what else is in it. A replacement must not look like something that the
+/// package already contains, or restoring would change that, too.
+class Originals : public TokenHandler {
+public:
+    /// `known` are replacements of earlier packages: if they occur in this one, they are originals as well.
+    /// Memory counts towards the budget. Both must outlive this object.
+    Originals(const Mapping& known, Budget& memory) : earlier(known), budget(memory) {}
+
+    /// Takes the tokens of a text.
+    void address(const FoundAddress& token, std::span<char> spelling) override;
+    void word(std::span<char> text) override;
+
+    /// Takes a folded name, from a place that names it.
+    void addName(const std::string& name);
+
+    /// The addresses, with what their spellings need. Those that describe nobody are not among them.
+    const std::unordered_map<Address, SpellingNeeds, AddressHash>& addresses() const { return found; }
+    const std::set<std::string, std::less<>>& names() const { return foundNames; }
+
+    /// Whether something in the texts may be taken for this address or folded word.
+    bool mayOccur(const Address& address) const { return seen.mayContain(AddressHash()(address)); }
+    bool mayOccur(std::string_view word) const { return seen.mayContain(TextHash()(word)); }
+
+private:
+    void addAddress(const Address& address, SpellingNeeds needs);
+
+    const Mapping& earlier;
+    Budget& budget;
+    std::unordered_map<Address, SpellingNeeds, AddressHash> found;
+    std::set<std::string, std::less<>> foundNames;
+    SeenFilter seen;
+    std::string foldedWord;
+};
+
+}  // namespace Report
