@@ -45,6 +45,12 @@ std::size_t columnsOf(std::string_view safe) {
     return static_cast<std::size_t>(std::count_if(safe.begin(), safe.end(), beginsCharacter));
 }
 
+std::string padding(std::size_t columns, std::string_view safe) {
+    std::string blanks;
+    blanks.resize(columns - std::min(columns, columnsOf(safe)), ' ');
+    return blanks;
+}
+
 std::string cutTo(std::size_t columns, std::string_view safe) {
     if (columnsOf(safe) <= columns) {
         return std::string(safe);

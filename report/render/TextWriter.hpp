@@ -15,6 +15,9 @@ enum class Ink { plain, bold, faint, good, warning, bad };
 /// Columns of a terminal that a safe text takes. Each character counts as one.
 std::size_t columnsOf(std::string_view safe);
 
+/// The blanks that fill the text up to a number of columns.
+std::string padding(std::size_t columns, std::string_view safe);
+
 /// The text, cut to a number of columns. A text that was cut ends in "...".
 std::string cutTo(std::size_t columns, std::string_view safe);
 

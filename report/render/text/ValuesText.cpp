@@ -17,10 +17,6 @@ constexpr std::size_t narrowestNumber = 12;
 constexpr std::size_t widestNumber = 24;
 constexpr std::size_t gap = 2;
 
-std::string padded(std::size_t columns, std::string_view safe) {
-    return std::string(columns - std::min(columns, columnsOf(safe)), ' ');
-}
-
 std::string nameOf(const ValueRow& row) {
     const std::string which = row.occurrence > 1 ? " (" + std::to_string(row.occurrence) + ")" : "";
     return (row.named ? "* " : "  ") + forTerminal(row.name) + which;
@@ -75,9 +71,9 @@ Widths widthsOf(const ShowContext& show, const std::vector<ValueTable>& tables) 
 
 void writeRow(TextWriter& text, Ink ink, const std::string& name, const std::vector<std::string>& cells,
               Widths widths) {
-    std::string line = text.inked(ink, name) + padded(widths.name, name);
+    std::string line = text.inked(ink, name) + padding(widths.name, name);
     for (const std::string& cell : cells) {
-        line.append(gap, ' ').append(padded(widths.number, cell)).append(cell);
+        line.append(gap, ' ').append(padding(widths.number, cell)).append(cell);
     }
     text.line(line);
 }

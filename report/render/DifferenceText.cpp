@@ -1,0 +1,288 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <ostream>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "EntryText.hpp"
+#include "Names.hpp"
+#include "Renderers.hpp"
+#include "SafeText.hpp"
+#include "TextWriter.hpp"
+#include "TimeText.hpp"
+#include "Words.hpp"
+
+namespace Report {
+namespace {
+
+constexpr std::size_t gap = 2;  // columns
+constexpr std::size_t widestName = 44;
+constexpr std::size_t widestNumber = 24;
+constexpr std::size_t longestLine = 200;  // columns of a line of a text, or of a number
+
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
+    std::string text;
+    for (const std::string& piece : pieces) {
+        text.append(text.empty() ? "" : separator).append(piece);
+    }
+    return text;
+}
+
+std::string durationText(double seconds) {
+    constexpr std::array<std::pair<long long, std::string_view>, 3> units{
+        {{86400, "d"}, {3600, "h"}, {60, "min"}}};
+    auto tenths = std::llround(std::abs(seconds) * 10);
+    std::vector<std::string> pieces;
+    for (const auto& [length, unit] : units) {
+        if (const long long count = tenths / (length * 10); count > 0) {
+            pieces.push_back(std::to_string(count).append(" ").append(unit));
+            tenths %= length * 10;
+        }
+    }
+    if (tenths > 0 || pieces.empty()) {
+        const std::string fraction = tenths % 10 != 0 ? "." + std::to_string(tenths % 10) : "";
+        pieces.push_back(std::to_string(tenths / 10) + fraction + " s");
+    }
+    return joined(pieces, " ");
+}
+
+/// A rate with one decimal, or a small or huge one with three digits.
+std::string rateText(double perSecond) {
+    constexpr double small = 10;
+    constexpr double huge = 1e15;
+    const double size = std::abs(perSecond);
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), size >= small && size < huge ? "%+.1f" : "%+.3g", perSecond);
+    return text.data();
+}
+
+/// The name, board, time and verdict of a package.
+void writeSide(TextWriter& text, std::string_view label, const Package& package) {
+    constexpr std::size_t labelWidth = 8;
+    std::vector<std::string> facts;
+    facts.push_back(package.board ? forTerminal(*package.board) : "unknown board");
+    facts.push_back(!package.time        ? "unknown time"
+                    : package.clockUnset ? secondsText(*package.time) + " (clock not set)"
+                                         : secondsText(*package.time));
+    facts.emplace_back(nameOf(package.verdict));
+    text.labelled(label, forTerminal(package.source) + ": " + joined(facts, ", "), labelWidth);
+}
+
+/// What a reader must know before the differences, one paragraph each.
+std::vector<std::string> remarks(const Difference& difference) {
+    std::vector<std::string> remarks;
+    const Package& before = *difference.before;
+    const Package& after = *difference.after;
+    if (before.board && after.board && *before.board != *after.board) {
+        remarks.emplace_back("These packages are of different boards.");
+    }
+    if (!difference.seconds) {
+        remarks.emplace_back("The time between them is unknown, so there are no rates.");
+    } else if (*difference.seconds < 0) {
+        remarks.push_back("The second package is " + durationText(*difference.seconds) +
+                          " older than the first.");
+    } else {
+        remarks.push_back("The second package is " + durationText(*difference.seconds) +
+                          " newer than the first.");
+    }
+    return remarks;
+}
+
+/// Lines that only one package has, with a sign.
+void writeLines(TextWriter& text, std::string_view sign, std::size_t count,
+                std::span<const std::string> first) {
+    for (const std::string& line : first) {
+        text.line(
+            std::string("      ").append(sign).append(" ").append(cutTo(longestLine, forTerminal(line))));
+    }
+    if (count > first.size()) {
+        text.line(std::string("      ").append(sign).append(" and ") +
+                  counted(count - first.size(), "more line"));
+    }
+}
+
+std::string stateOf(const Part* part) {
+    return part == nullptr ? "not there" : std::string(nameOf(part->state));
+}
+
+std::string textCounts(const TextChange& change) {
+    std::vector<std::string> counts;
+    if (change.added > 0) {
+        counts.push_back(counted(change.added, "new line"));
+    }
+    if (change.removed > 0) {
+        counts.push_back(counted(change.removed, "line") + " gone");
+    }
+    return joined(counts, ", ");
+}
+
+std::string detailOf(const PartChange& change) {
+    using What = PartChange::What;
+    if (change.what == What::text) {
+        return textCounts(change.text);
+    }
+    std::string detail = stateOf(change.before) + " -> " + stateOf(change.after);
+    if (change.after != nullptr && !change.after->cause.empty()) {
+        detail += ": " + forTerminal(change.after->cause);
+    }
+    return detail;
+}
+
+void writeParts(TextWriter& text, const std::vector<PartChange>& parts) {
+    constexpr std::array<std::string_view, 4> words{"came", "went", "state", "text"};
+    constexpr std::size_t nameColumn = 7;
+    std::size_t nameWidth = 0;
+    for (const PartChange& change : parts) {
+        nameWidth = std::max(nameWidth, columnsOf(forTerminal(change.name)));
+    }
+    nameWidth = std::min(nameWidth, widestName) + gap;
+    text.heading("Parts");
+    for (const PartChange& change : parts) {
+        const std::string_view word = words.at(static_cast<std::size_t>(change.what));
+        const std::string name = std::string(word) + padding(nameColumn, word) + forTerminal(change.name);
+        text.labelled(name, detailOf(change), nameColumn + nameWidth, TextWriter::indent);
+        writeLines(text, "+", change.text.added, change.text.firstAdded);
+        writeLines(text, "-", change.text.removed, change.text.firstRemoved);
+    }
+}
+
+/// The cells of a row of values: name, before, after, difference, rate.
+using Row = std::array<std::string, 5>;
+
+Row rowOf(const ValueChange& change) {
+    const auto number = [](const Value* value) {
+        return value == nullptr ? "-" : cutTo(longestLine, forTerminal(value->text));
+    };
+    const Value& value = change.either();
+    const std::string which = value.occurrence > 1 ? " (" + std::to_string(value.occurrence) + ")" : "";
+    std::string difference = cutTo(longestLine, change.difference);
+    if (difference.empty()) {
+        difference = change.before == nullptr ? "came" : change.after == nullptr ? "went" : "differs";
+    }
+    return {forTerminal(value.name) + which, number(change.before), number(change.after),
+            std::move(difference), change.perSecond ? rateText(*change.perSecond) : ""};
+}
+
+/// A table of the values that differ, with a line for each part and title.
+class ValueTable {
+public:
+    ValueTable(const std::vector<ValueChange>& valueChanges, bool hasRates)
+        : changes(valueChanges), heading{"", "before", "after", "difference", hasRates ? "per second" : ""} {
+        widen(heading);
+        for (const ValueChange& change : changes) {
+            widen(rowOf(change));
+        }
+        for (std::size_t column = 0; column < widths.size(); ++column) {
+            widths.at(column) = std::min(widths.at(column), column == 0 ? widestName : widestNumber);
+        }
+    }
+
+    void write(TextWriter& text) const {
+        text.heading("Values");
+        text.line(lineOf(heading));
+        std::string above;
+        for (const ValueChange& change : changes) {
+            const Value& value = change.either();
+            const std::string title =
+                forTerminal(value.part) + (value.title.empty() ? "" : ": " + forTerminal(value.title));
+            if (title != above) {
+                text.line("  " + title);
+                above = title;
+            }
+            const std::string line = lineOf(rowOf(change));
+            text.line(change.fell ? line + "  " + text.inked(Ink::warning, "fell") : line);
+        }
+    }
+
+private:
+    void widen(const Row& row) {
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            widths.at(column) = std::max(widths.at(column), columnsOf(row.at(column)));
+        }
+    }
+
+    std::string lineOf(const Row& row) const {
+        std::string line = "    " + row[0] + padding(widths[0], row[0]);
+        for (std::size_t column = 1; column < row.size(); ++column) {
+            line.append(gap, ' ').append(padding(widths.at(column), row.at(column))).append(row.at(column));
+        }
+        return line.substr(0, line.find_last_not_of(' ') + 1);
+    }
+
+    const std::vector<ValueChange>& changes;
+    Row heading;
+    std::array<std::size_t, std::tuple_size_v<Row>> widths{};
+};
+
+void writeLogs(TextWriter& text, const Difference& difference) {
+    for (const LogChange& log : difference.logs) {
+        const std::string gone = log.gone > 0 ? ", " + counted(log.gone, "entry", "entries") + " gone" : "";
+        text.heading(forTerminal(log.log) + ": " + counted(log.count, "new entry", "new entries") + gone +
+                     " (times in UTC)");
+        for (const NewEntries& entries : log.parts) {
+            if (entries.part->name != log.log) {
+                text.line("  " + forTerminal(entries.part->name));
+            }
+            forEachNewEntry(*difference.after, entries, difference.maxLine, [&](const LogEntry& entry) {
+                writeEntry(text, entry, TextWriter::indent);
+                return true;
+            });
+        }
+    }
+}
+
+void writeNotCompared(TextWriter& text, const Difference& difference) {
+    text.heading("Not compared");
+    text.paragraph("One of the packages was not read to its end, so that these parts can be there or longer.",
+                   TextWriter::indent);
+    for (const std::string& name : difference.notCompared) {
+        text.line("  " + forTerminal(name));
+    }
+}
+
+void writeDifference(TextWriter& text, const Difference& difference) {
+    if (!difference.parts.empty()) {
+        writeParts(text, difference.parts);
+    }
+    if (!difference.values.empty()) {
+        ValueTable(difference.values, difference.seconds.has_value()).write(text);
+    }
+    writeLogs(text, difference);
+    if (!difference.notCompared.empty()) {
+        writeNotCompared(text, difference);
+    }
+}
+
+void writeHead(TextWriter& text, const Difference& difference) {
+    writeSide(text, "before", *difference.before);
+    writeSide(text, "after", *difference.after);
+    for (const std::string& remark : remarks(difference)) {
+        text.paragraph(remark);
+    }
+}
+
+}  // namespace
+
+void renderDifference(std::ostream& out, const Difference& difference, const TextStyle& style) {
+    TextWriter text(out, style);
+    writeHead(text, difference);
+    if (difference.empty()) {
+        text.line(exitStatusOf(difference) != 0 ? "Nothing that was compared differs."
+                                                : "They do not differ.");
+    }
+    writeDifference(text, difference);
+    for (const Difference& nested : difference.nested) {
+        text.heading("Nested package " + forTerminal(nested.name));
+        writeHead(text, nested);
+        writeDifference(text, nested);
+    }
+}
+
+}  // namespace Report

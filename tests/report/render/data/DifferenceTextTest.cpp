@@ -1,0 +1,137 @@
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "Difference.hpp"
+#include "ExpectedFile.hpp"
+#include "HandMadePackage.hpp"
+#include "Renderers.hpp"
+
+namespace Report {
+namespace {
+
+using Test::at;
+using Test::expectedFile;
+using Test::HandMadePackage;
+
+std::string text(const Package& before, const Package& after, const TextStyle& style = {}) {
+    std::ostringstream out;
+    renderDifference(out, compare(before, after, 400), style);
+    return out.str();
+}
+
+/// Two packages with every kind of difference.
+struct Pair {
+    HandMadePackage before{"netfp_logs_sup.tgz.previous"};
+    HandMadePackage after{"netfp_logs_sup.tgz"};
+
+    Pair() {
+        before.board = after.board = "board-7";
+        before.time = at(6, 3, 0);
+        after.time = at(6, 3, 10);
+        after.verdict = Verdict::incomplete;
+        addParts();
+        addLogs();
+    }
+
+    void addParts() {
+        before.addPart("mmi/iwf/HeapStats",
+                       "iwf: heap\nin use  1009\nfree  18446744073709551615\nold: 0.25\n");
+        before.addValue("iwf: heap", "in use", std::int64_t{1009}, "1009");
+        before.addValue("iwf: heap", "free", std::uint64_t{18446744073709551615U}, "18446744073709551615");
+        before.addValue("iwf: heap", "old", 0.25, "0.25");
+        after.addPart("mmi/iwf/HeapStats", "iwf: heap\nin use  1024\nfree  5\nnew: 1\n");
+        after.addValue("iwf: heap", "in use", std::int64_t{1024}, "1024");
+        after.addValue("iwf: heap", "free", std::int64_t{5}, "5");
+        after.addValue("iwf: heap", "new", std::int64_t{1}, "1", 2);
+        before.addPart("ti/netfp_proxy", "a\n");
+        after.addMissing("ti/netfp_proxy").cause = "the process was not running";
+        after.addPart("ti/resmgr_server", "b\n");
+        before.addPart("linux/processes", "sh\nps\nls\nls -l\nls -a\n");
+        Part& processes = after.addPart("linux/processes", "sh\n\x1b[31mevil\n");
+        processes.state = State::stale;
+        processes.cause = "left over from an earlier run";
+    }
+
+    void addLogs() {
+        before.addLog("fuse/HistoryLog",
+                      "2026-11-22T06:02:00.000001Z 3 iwf: started\n"
+                      "2026-11-22T06:02:01.000000Z 3 iwf: runs\n");
+        after.addLog("fuse/HistoryLog",
+                     "2026-11-22T06:02:01.000000Z 3 iwf: runs\n"
+                     "2026-11-22T06:03:01.000000Z 0 iwf: broke\nhere\n");
+        before.addLog("archive/dispatcher/runtime", "2026-11-22T06:02:01.000000Z 3 iwf: runs\n");
+        after.addLog("archive/dispatcher/runtime", "2026-11-22T06:03:01.000000Z 1 iwf: limps\n");
+    }
+};
+
+TEST(DifferenceTextTest, ShowsPartsValuesAndNewEntries) {
+    Pair pair;
+
+    EXPECT_EQ(text(pair.before, pair.after), expectedFile("difference.txt"));
+}
+
+TEST(DifferenceTextTest, ColoursHeadingsLevelsAndFallingNumbersOnRequest) {
+    Pair pair;
+
+    EXPECT_EQ(text(pair.before, pair.after, {.colour = true}), expectedFile("difference_in_colour.txt"));
+}
+
+TEST(DifferenceTextTest, ShowsNestedPackagesAndWhatWasNotCompared) {
+    Pair pair;
+    HandMadePackage before("before.tgz");
+    HandMadePackage after("after.tgz");
+    before.board = "board-7";
+    after.board = "board-8";
+    after.verdict = Verdict::cut;
+    before.addPart("ti/netfp_proxy", "a\n");
+    before.nested = {pair.before};
+    after.nested = {pair.before};
+    after.nested.front().parts.front().state = State::notRead;
+    after.nested.front().parts.front().text = {};
+
+    EXPECT_EQ(text(before, after), expectedFile("difference_nested.txt"));
+}
+
+TEST(DifferenceTextTest, SaysHowFarApartThePackagesAre) {
+    HandMadePackage before("a");
+    HandMadePackage after("b");
+    before.time = at(0, 0, 0);
+    after.time = at(0, 0, 0);
+    const std::string start =
+        "before  a: unknown board, 2026-11-22 00:00:00 UTC, whole\n"
+        "after   b: unknown board, 2026-11-22 00:00:00 UTC, whole\n";
+    EXPECT_EQ(text(before, after), start +
+                                       "The time between them is unknown, so there are no rates.\n"
+                                       "They do not differ.\n");
+    const struct {
+        Time time;
+        std::string remark;
+    } cases[] = {
+        {at(0, 0, 0, 300000), "The second package is 0.3 s newer than the first."},
+        {at(0, 0, 59), "The second package is 59 s newer than the first."},
+        {at(0, 1, 0), "The second package is 1 min newer than the first."},
+        {at(27, 0, 1), "The second package is 1 d 3 h 1 s newer than the first."},
+        {at(-1, 0, 0), "The second package is 1 h older than the first."},
+    };
+    for (const auto& [time, remark] : cases) {
+        after.time = time;
+        EXPECT_NE(text(before, after).find(remark), std::string::npos) << remark;
+    }
+}
+
+TEST(DifferenceTextTest, CutsLongLinesAndKeepsColumnsWithLongNumbers) {
+    HandMadePackage before("a");
+    HandMadePackage after("b");
+    before.addPart("p", std::string(300, 'x') + "\n");
+    before.addValue("", "n", std::monostate(), std::string(300, '1'));
+    after.addPart("p", "");
+    after.addValue("", "n", std::int64_t{1}, "1");
+
+    EXPECT_EQ(text(before, after), expectedFile("difference_long.txt"));
+}
+
+}  // namespace
+}  // namespace Report
