@@ -118,7 +118,8 @@ void completeEntries(Package& package) {
     }
 }
 
-/// Completes what a nested package has in common with the outer one.
+/// Completes a package whose board, zone and time are known, and the nested ones.
+// NOLINTNEXTLINE(misc-no-recursion): --max-depth bounds the recursion
 void complete(Package& package, Time now) {
     package.clockUnset = package.time && isClockUnset(*package.time, now);
     completeEntries(package);

@@ -235,9 +235,7 @@ void PackageAssembler::endText(Member& member) {
     const std::set<Limit>& reached = member.text->reached();
     member.limits.insert(reached.begin(), reached.end());
     if (reached.contains(Limit::memory)) {
-        merge(member.part.end,
-              {Integrity::notRead, "the limit " + std::string(optionOf(Limit::memory)) + " was reached",
-               Limit::memory});
+        merge(member.part.end, endByLimit(Limit::memory));
     }
 }
 

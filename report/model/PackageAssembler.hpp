@@ -20,6 +20,10 @@ class PackageAssembler : public PackageVisitor {
 public:
     /// With `keepAll`, all texts are kept; else only small ones, which may be evidence.
     PackageAssembler(Budget& budgetOfPackage, bool keepAll);
+    PackageAssembler(const PackageAssembler&) = delete;
+    PackageAssembler& operator=(const PackageAssembler&) = delete;
+    PackageAssembler(PackageAssembler&&) = delete;
+    PackageAssembler& operator=(PackageAssembler&&) = delete;
     ~PackageAssembler() override;
 
     void enterGzip() override;
@@ -41,7 +45,7 @@ private:
     bool addFolders(Level& level, std::string_view normal, bool isFolder);
     std::string addPart(Level& level, const MemberHeader& header, const std::string& normal);
     void endLayer(const LayerEnd& end);
-    void endText(Member& member);
+    static void endText(Member& member);
     void endNested(Package& package, Member& member);
     void addUnread(Package& package, const std::string& member, Limit limit);
 
