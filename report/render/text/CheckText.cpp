@@ -16,6 +16,7 @@
 #include "Renderers.hpp"
 #include "SafeText.hpp"
 #include "TimeText.hpp"
+#include "VerdictText.hpp"
 #include "Words.hpp"
 
 namespace Report {
@@ -53,36 +54,6 @@ std::string listed(const std::vector<std::string>& names, std::string_view separ
         list.append(" and ").append(std::to_string(names.size() - shown)).append(" more");
     }
     return list;
-}
-
-std::string troubledText(const Package& package) {
-    const std::size_t expected = countExpected(package);
-    const std::size_t troubled = countTroubled(package);
-    if (troubled == 0) {
-        return expected == 0 ? "No part was expected." : "Every expected part is present.";
-    }
-    return std::to_string(troubled) + " of " + counted(expected, "expected part") +
-           (troubled == 1 ? " is not as it should be." : " are not as they should be.");
-}
-
-/// What the verdict means for a reader of the package.
-std::string meaningOf(const Package& package) {
-    const std::string reason = forTerminal(package.end.reason);
-    switch (package.verdict) {
-        case Verdict::whole:
-            return troubledText(package);
-        case Verdict::incomplete:
-            return troubledText(package) + " Parts that are present can be used.";
-        case Verdict::notFullyRead:
-            return "A limit of the reading was reached. Nothing is known of the rest.";
-        case Verdict::cut:
-            return "The file ends early: " + reason + ". Parts that are present can be used.";
-        case Verdict::altered:
-            return "The file is not as it was made: " + reason + ". Do not rely on its contents.";
-        case Verdict::unreadable:
-            break;
-    }
-    return "The file cannot be read.";
 }
 
 void writeTroubles(TextWriter& text, const Package& package) {

@@ -26,26 +26,8 @@ std::string cellOf(const Value* value) {
     return value == nullptr ? "-" : forTerminal(value->text);
 }
 
-std::string_view dispatcherName(std::size_t dispatcher) {
-    return dispatcher == 0 ? "iwf" : "sfn";
-}
-
-std::vector<std::size_t> columnsFor(const ValueTable& table) {
-    if (!table.dispatchers[0] && !table.dispatchers[1]) {
-        return {0};
-    }
-    std::vector<std::size_t> columns;
-    for (std::size_t dispatcher = 0; dispatcher < table.dispatchers.size(); ++dispatcher) {
-        if (table.dispatchers.at(dispatcher)) {
-            columns.push_back(dispatcher);
-        }
-    }
-    return columns;
-}
-
 std::string headingOf(const ShowContext& show, const ValueTable& table) {
-    std::string_view title = table.title;
-    title.remove_suffix(title.ends_with(':') ? 1 : 0);
+    const std::string_view title = titleOf(table);
     return forTerminal(show.prefix + table.part) + (title.empty() ? "" : ": " + forTerminal(title));
 }
 
@@ -79,10 +61,11 @@ void writeRow(TextWriter& text, Ink ink, const std::string& name, const std::vec
 }
 
 void writeTable(const ShowContext& show, const ValueTable& table, Widths widths) {
-    const std::vector<std::size_t> columns = columnsFor(table);
+    const std::vector<std::size_t> columns = columnsOf(table);
     std::vector<std::string> titles;
     for (const std::size_t column : columns) {
-        titles.emplace_back(table.dispatchers.at(column) ? dispatcherName(column) : "value");
+        const std::string_view dispatcher = dispatcherOf(table, column);
+        titles.emplace_back(dispatcher.empty() ? "value" : dispatcher);
     }
     show.text.line();
     writeRow(show.text, Ink::bold, headingOf(show, table), titles, widths);

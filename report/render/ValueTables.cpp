@@ -116,6 +116,29 @@ private:
 
 }  // namespace
 
+std::vector<std::size_t> columnsOf(const ValueTable& table) {
+    if (!table.dispatchers[0] && !table.dispatchers[1]) {
+        return {0};
+    }
+    std::vector<std::size_t> columns;
+    for (std::size_t dispatcher = 0; dispatcher < table.dispatchers.size(); ++dispatcher) {
+        if (table.dispatchers.at(dispatcher)) {
+            columns.push_back(dispatcher);
+        }
+    }
+    return columns;
+}
+
+std::string_view dispatcherOf(const ValueTable& table, std::size_t column) {
+    return table.dispatchers.at(column) ? dispatcherNames.at(column) : std::string_view{};
+}
+
+std::string_view titleOf(const ValueTable& table) {
+    std::string_view title = table.title;
+    title.remove_suffix(title.ends_with(':') ? 1 : 0);
+    return title;
+}
+
 std::vector<ValueTable> valueTables(const Package& package, const std::function<bool(const Value&)>& named,
                                     const std::function<bool(std::string_view)>& selected) {
     Tables tables;

@@ -30,6 +30,15 @@ struct ValueTable {
     std::vector<ValueRow> rows;  ///< first those that a rule names, then others that are not zero
 };
 
+/// The columns of a table: places in ValueRow::cells.
+std::vector<std::size_t> columnsOf(const ValueTable& table);
+
+/// The dispatcher of a column: "iwf", "sfn", or empty if the part belongs to none.
+std::string_view dispatcherOf(const ValueTable& table, std::size_t column);
+
+/// The title without the colon at its end.
+std::string_view titleOf(const ValueTable& table);
+
 /// The values of the parts that `selected` accepts by name, as tables in the order of the parts' names. The
 /// package must outlive them.
 std::vector<ValueTable> valueTables(const Package& package, const std::function<bool(const Value&)>& named,
