@@ -74,29 +74,29 @@ void TextWriter::line(std::string_view safe) {
     out << safe << '\n';
 }
 
-std::string TextWriter::broken(std::string_view safe, std::size_t indent) const {
-    const std::size_t columns = std::max(narrowest, style.width - std::min(style.width, indent));
+std::string TextWriter::broken(std::string_view safe, std::size_t margin) const {
+    const std::size_t columns = std::max(narrowest, style.width - std::min(style.width, margin));
     std::string text(takeLine(safe, columns));
     while (!safe.empty()) {
-        text.append("\n").append(indent, ' ').append(takeLine(safe, columns));
+        text.append("\n").append(margin, ' ').append(takeLine(safe, columns));
     }
     return text;
 }
 
-void TextWriter::paragraph(std::string_view safe, std::size_t indent) {
-    out << std::string(indent, ' ') << broken(safe, indent) << '\n';
+void TextWriter::paragraph(std::string_view safe, std::size_t margin) {
+    out << std::string(margin, ' ') << broken(safe, margin) << '\n';
 }
 
 void TextWriter::labelled(std::string_view label, std::string_view safe, std::size_t labelWidth,
-                          std::size_t indent, Ink ink) {
+                          std::size_t margin, Ink ink) {
     const std::size_t used = columnsOf(label);
-    out << std::string(indent, ' ') << inked(ink, label);
+    out << std::string(margin, ' ') << inked(ink, label);
     if (used < labelWidth) {
         out << std::string(labelWidth - used, ' ');
     } else {
-        out << '\n' << std::string(indent + labelWidth, ' ');
+        out << '\n' << std::string(margin + labelWidth, ' ');
     }
-    out << broken(safe, indent + labelWidth) << '\n';
+    out << broken(safe, margin + labelWidth) << '\n';
 }
 
 }  // namespace Report

@@ -37,9 +37,9 @@ public:
     /// A blank line and a heading.
     void heading(std::string_view safe);
     void line(std::string_view safe = {});
-    /// Breaks the text at blanks. Each of its lines begins with `indent` blanks.
-    void paragraph(std::string_view safe, std::size_t indent = 0);
-    /// A label at column `indent` and a text at column `indent + labelWidth`, which is broken at blanks. A
+    /// Breaks the text at blanks. Each of its lines begins with `margin` blanks.
+    void paragraph(std::string_view safe, std::size_t margin = 0);
+    /// A label at column `margin` and a text at column `margin + labelWidth`, which is broken at blanks. A
     /// label that is too long has a line of its own.
     void labelled(std::string_view label, std::string_view safe, std::size_t labelWidth,
                   std::size_t indent = 0, Ink ink = Ink::plain);
@@ -58,7 +58,7 @@ public:
     }
 
 private:
-    std::string broken(std::string_view safe, std::size_t indent) const;
+    std::string broken(std::string_view safe, std::size_t margin) const;
 
     std::ostream& out;
     TextStyle style;

@@ -5,8 +5,10 @@
 #include <cstddef>
 #include <optional>
 #include <ostream>
+#include <ranges>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "FactsText.hpp"
@@ -23,7 +25,7 @@ namespace Report {
 namespace {
 
 constexpr std::size_t stateWidth = 12;    // columns of "unreadable" and a gap
-constexpr std::size_t widestFolder = 24;  // columns
+constexpr std::size_t widestFolder = 28;  // columns
 constexpr std::size_t longestName = 100;  // columns
 
 constexpr std::size_t longestEvidence = 200;
@@ -141,14 +143,34 @@ void writeOddities(TextWriter& text, const Package& package) {
     });
 }
 
-/// A line for each package inside, at any depth.
-void writeNested(TextWriter& text, const Package& package, std::size_t margin) {
-    text.rows(package.nested, mostRows, [&](const Package& nested) {
-        const std::string time = nested.time ? ", " + secondsText(*nested.time) : "";
-        text.paragraph(shownName(nested.source) + ": " + std::string(nameOf(nested.verdict)) + time + ". " +
-                           meaningOf(nested),
-                       margin);
-        writeNested(text, nested, margin + TextWriter::indent);
+/// The packages inside, each followed by those inside it, with their depths.
+std::vector<std::pair<std::size_t, const Package*>> allNested(const Package& package) {
+    std::vector<std::pair<std::size_t, const Package*>> all;
+    std::vector<std::pair<std::size_t, const Package*>> waiting{{0, &package}};
+    while (!waiting.empty()) {
+        const auto [depth, next] = waiting.back();
+        waiting.pop_back();
+        if (depth > 0) {
+            all.emplace_back(depth, next);
+        }
+        for (const Package& nested : std::views::reverse(next->nested)) {
+            waiting.emplace_back(depth + 1, &nested);
+        }
+    }
+    return all;
+}
+
+void writeNested(TextWriter& text, const Package& package) {
+    if (package.nested.empty()) {
+        return;
+    }
+    text.heading("Packages inside");
+    text.rows(allNested(package), mostRows, [&](const auto& row) {
+        const auto& [depth, nested] = row;
+        const std::string time = nested->time ? ", " + secondsText(*nested->time) : "";
+        text.paragraph(shownName(nested->source) + ": " + std::string(nameOf(nested->verdict)) + time + ". " +
+                           meaningOf(*nested),
+                       depth * TextWriter::indent);
     });
 }
 
@@ -190,10 +212,7 @@ void writeCheck(TextWriter& text, const Package& package, const std::string& out
     writeComplaints(text, package, mostLines);
     writeOverlaps(text, package);
     writeOddities(text, package);
-    if (!package.nested.empty()) {
-        text.heading("Packages inside");
-        writeNested(text, package, TextWriter::indent);
-    }
+    writeNested(text, package);
     writePresent(text, package, true, "Present");
     writePresent(text, package, false, "Present, but not required");
 }

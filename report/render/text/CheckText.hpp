@@ -22,9 +22,9 @@ void writeCheck(TextWriter& text, const Package& package, const std::string& out
 
 /// The cause of a state in words, with how certain it is; nothing without a cause.
 void writeCause(TextWriter& text, const std::string& cause, std::optional<Certainty> certainty,
-                std::size_t indent);
+                std::size_t margin);
 
-/// Lines that support a statement, at column `indent`.
-void writeEvidence(TextWriter& text, const std::vector<Evidence>& evidence, std::size_t indent);
+/// Lines that support a statement, at column `margin`.
+void writeEvidence(TextWriter& text, const std::vector<Evidence>& evidence, std::size_t margin);
 
 }  // namespace Report

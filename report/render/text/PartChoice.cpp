@@ -21,9 +21,11 @@ bool selects(std::string_view choice, std::string_view name) {
            (name.size() > wanted.size() && name.starts_with(wanted) && name[wanted.size()] == '/');
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): --max-depth bounds the recursion
 bool selectsAny(std::string_view choice, const Package& package, std::string_view prefix) {
     return std::ranges::any_of(package.parts,
                                [&](const Part& part) { return selects(choice, fullName(prefix, part)); }) ||
+           // NOLINTNEXTLINE(misc-no-recursion)
            std::ranges::any_of(package.nested, [&](const Package& nested) {
                return selectsAny(choice, nested, nestedPrefix(prefix, nested));
            });

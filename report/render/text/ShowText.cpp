@@ -27,6 +27,7 @@ Sections sectionsOf(const ShowChoice& choice) {
     return {!choice.part && !lines, !lines, !choice.logsOnly && !timed};
 }
 
+// NOLINTNEXTLINE(misc-no-recursion): --max-depth bounds the recursion
 void showPackage(const ShowContext& show, const Package& package) {
     const Sections sections = sectionsOf(show.choice);
     if (sections.check) {
@@ -67,8 +68,8 @@ void writeChosenParts(const ShowContext& show, const Package& package) {
         if (show.selectsPart(part.name)) {
             const std::string time = part.time ? ", " + secondsText(*part.time) : "";
             const std::string size = part.state == State::missing ? "" : ", " + sizeText(part.size);
-            show.text.paragraph(forTerminal(fullName(show.prefix, part)) + ": " +
-                                std::string(nameOf(part.state)) + size + time);
+            std::string line = forTerminal(fullName(show.prefix, part));
+            show.text.paragraph(line.append(": ").append(nameOf(part.state)).append(size).append(time));
             writeCause(show.text, part.cause, part.certainty, TextWriter::indent);
             writeEvidence(show.text, part.evidence, TextWriter::indent);
         }

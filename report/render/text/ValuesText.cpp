@@ -63,6 +63,7 @@ void writeRow(TextWriter& text, Ink ink, const std::string& name, const std::vec
 void writeTable(const ShowContext& show, const ValueTable& table, Widths widths) {
     const std::vector<std::size_t> columns = columnsOf(table);
     std::vector<std::string> titles;
+    titles.reserve(columns.size());
     for (const std::size_t column : columns) {
         const std::string_view dispatcher = dispatcherOf(table, column);
         titles.emplace_back(dispatcher.empty() ? "value" : dispatcher);
@@ -71,6 +72,7 @@ void writeTable(const ShowContext& show, const ValueTable& table, Widths widths)
     writeRow(show.text, Ink::bold, headingOf(show, table), titles, widths);
     for (const ValueRow& row : table.rows) {
         std::vector<std::string> cells;
+        cells.reserve(columns.size());
         for (const std::size_t column : columns) {
             cells.push_back(cellOf(row.cells.at(column)));
         }
