@@ -323,9 +323,9 @@ TEST(KeepTest, OfEvidenceHoldsSmallTextsOnly) {
         EXPECT_EQ(part.tail, partOf(all, part.name).tail);
         EXPECT_EQ(part.textSize, partOf(all, part.name).text.size());
     }
-    EXPECT_EQ(
-        kept,
-        "linux/processes 9\nti/netfp_proxy 19\nlinux/system 0\nfuse/HistoryLog 0\nmmi/iwf/X 0\nmessages 0\n");
+    EXPECT_EQ(kept,
+              "linux/processes 9\nti/netfp_proxy 19\nlinux/system 21\nfuse/HistoryLog 28\nmmi/iwf/X "
+              "0\nmessages 21\n");
 }
 
 TEST(TailTest, IsTheLastBytesOfTheText) {
