@@ -38,7 +38,7 @@ bool begins(const State& before, const State& after) {
 
 template <auto number>
 bool ends(const State& before, const State& after) {
-    return begins<number>(after, before);
+    return before.lastSecond.*number > 0 && after.lastSecond.*number == 0;
 }
 
 template <auto number>

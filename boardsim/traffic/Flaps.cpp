@@ -31,7 +31,7 @@ std::string_view Flaps::unhealthyPeer(std::uint64_t second) const {
         return "";
     }
     TrafficNoise::Draws draws = noise.in(second / period);
-    const std::string_view peer = peers[draws.next(0, peers.size() - 1)];
+    const std::string_view peer = peers[static_cast<std::size_t>(draws.next(0, peers.size() - 1))];
     const std::uint64_t begin = draws.next(12, 18);
     const std::uint64_t end = begin + draws.next(6, 10);
     const std::uint64_t place = second % period;

@@ -31,7 +31,7 @@ struct BoardState {
 /// second. So all processes of a board compute the same state, without exchanging messages.
 class TrafficSimulation {
 public:
-    TrafficSimulation(const Traffic& settings, Deployment deployment);
+    TrafficSimulation(const Traffic& settings, Deployment kindOfBoard);
 
     const BoardState& state() const { return now; }
 
