@@ -171,9 +171,9 @@ Row rowOf(const ValueChange& change) {
 }
 
 /// A table of the values that differ, with a line for each part and title.
-class ValueTable {
+class ChangeTable {
 public:
-    ValueTable(const std::vector<ValueChange>& valueChanges, bool hasRates)
+    ChangeTable(const std::vector<ValueChange>& valueChanges, bool hasRates)
         : changes(valueChanges), heading{"", "before", "after", "difference", hasRates ? "per second" : ""} {
         widen(heading);
         for (const ValueChange& change : changes) {
@@ -252,7 +252,7 @@ void writeDifference(TextWriter& text, const Difference& difference) {
         writeParts(text, difference.parts);
     }
     if (!difference.values.empty()) {
-        ValueTable(difference.values, difference.seconds.has_value()).write(text);
+        ChangeTable(difference.values, difference.seconds.has_value()).write(text);
     }
     writeLogs(text, difference);
     if (!difference.notCompared.empty()) {
