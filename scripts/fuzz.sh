@@ -41,12 +41,13 @@ build() {
 
 # libFuzzer begins its lines with the number of the input.
 fuzz() {
-    local corpus=build-fuzz/corpus/$1
+    local corpus=build-fuzz/corpus/$1 words=tests/report/fuzz/$1.dict
+    local options=(-runs="$runs" -max_len=4096 -entropic=0 -timeout=10 -artifact_prefix="build-fuzz/$1-")
+    [ ! -f "$words" ] || options+=(-dict="$words")
     mkdir -p "$corpus"
     # Freed memory is used again soon, because new memory costs more time than the run itself.
     ASAN_OPTIONS=quarantine_size_mb=1:thread_local_quarantine_size_kb=64 \
-        "build-fuzz/tests/fuzz_$1" "$corpus" "$seeds/$1" -runs="$runs" -max_len=4096 -entropic=0 \
-        -timeout=10 -artifact_prefix="build-fuzz/$1-" 2>&1 |
+        "build-fuzz/tests/fuzz_$1" "$corpus" "$seeds/$1" "${options[@]}" 2>&1 |
         awk -v runs="$runs" '{ print } /^#/ { printf "[%d/%d]\n", substr($1, 2), runs; fflush() }'
 }
 

@@ -22,7 +22,7 @@ bool isOfThisRun(const Package& package, const ProcessListing& listing) {
     if (listing.part() == nullptr || !listing.part()->time) {
         return false;
     }
-    return std::ranges::all_of(std::initializer_list{Collector::fuse, Collector::mmi, Collector::ti},
+    return std::ranges::all_of(std::initializer_list<Collector>{Collector::fuse, Collector::mmi, Collector::ti},
                                [&](Collector collector) {
                                    const auto newest = newestOf(package, collector);
                                    const Time listed = *listing.part()->time;
