@@ -46,7 +46,7 @@ print_sizes() {
     rm "$stripped"
 }
 
-prepare scripts/setup.sh build board test bench
+prepare scripts/setup.sh build board report test bench
 CMAKE_GENERATOR=Ninja prepare cmake --preset release -DKORVEL_BENCH=ON
 prepare cmake --build --preset release --target korvel boardsim korvel_bench korvel_idle_bench korvel_footprint_bench
 
