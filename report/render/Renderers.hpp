@@ -21,11 +21,11 @@ struct TextStyle {
 
 /// What show prints. Without a choice, it prints everything. The choices that are made apply together.
 struct ShowChoice {
-    std::optional<std::string> part;  ///< only this part, or the parts of this folder
+    std::optional<std::string> part = {};  ///< only this part, or the parts of this folder
     bool logsOnly = false;
-    std::optional<Time> since;  ///< only log entries of this time or later
-    std::optional<Time> until;
-    std::optional<TextPattern> grep;  ///< only log entries and lines of texts that fit
+    std::optional<Time> since = {};  ///< only log entries of this time or later
+    std::optional<Time> until = {};
+    std::optional<TextPattern> grep = {};  ///< only log entries and lines of texts that fit
     std::size_t maxLine = std::size_t{1} << 20;
 };
 
