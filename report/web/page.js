@@ -166,7 +166,8 @@
       this.box.style.height = this.box.style.height || `min(32rem, ${(entries.length + 2) * this.rowHeight}px)`;
       this.table.setAttribute("aria-rowcount", entries.length + 1);
       this.current = entries.indexOf(kept);
-      this.box.scrollTop = this.current < 0 ? entries.length * this.rowHeight : this.current * this.rowHeight;
+      this.draw(true);  // first, so that there is something to scroll over
+      this.box.scrollTop = (this.current < 0 ? entries.length : this.current) * this.rowHeight;
       this.draw(true);
       this.describe();
     }
@@ -202,9 +203,10 @@
     row(index) {
       const entry = this.entries[index];
       const more = entry.logs.length > 1 ? ` +${entry.logs.length - 1}` : "";
+      const time = entry.time === null ? "" : timeText(entry.time);
       const text = entry.text.replaceAll("\n", " \u21b5 ").slice(0, 400);
       const row = make("tr", { className: tones[entry.level] },
-        make("td", { className: "time", textContent: entry.time === null ? "" : timeText(entry.time) }),
+        make("td", { className: "time" }, make("span", { className: "date", textContent: time.slice(0, 11) }), time.slice(11)),
         make("td", { textContent: levels[entry.level] }),
         make("td", { textContent: this.logs[entry.logs[0]] + more }),
         make("td", {}, make("b", { textContent: entry.tag }), ` ${text}`));
@@ -420,14 +422,14 @@
     box.setAttribute("role", "img");
     box.setAttribute("aria-label", `${plot.part}, ${plot.name} over time. The table below has the values.`);
     figure.append(box);
-    const size = () => ({ width: Math.max(160, figure.clientWidth - 20), height: 150 });
+    const size = () => ({ width: Math.max(160, figure.clientWidth - 20), height: 165 });
     const chart = new uPlot({
       ...size(),
       legend: { show: false },
       cursor: { y: false, drag: { setScale: false } },
       tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1000), "Etc/UTC"),
       scales: { y: { range: (_, low, high) => (low === high ? [low - 1, high + 1] : uPlot.rangeNum(low, high, 0.1, true)) } },
-      axes: [{ ...axis, size: 40 }, { ...axis, size: 62, values: (_, ticks) => ticks.map((tick) => shortNumber(tick)) }],
+      axes: [{ ...axis, size: 48, space: 70, values: timeTicks }, { ...axis, size: 62, values: (_, ticks) => ticks.map((tick) => shortNumber(tick)) }],
       series: [{}, ...plot.lines.map((line, number) => ({ ...strokes[number % 2], spanGaps: true, points: { show: true, size: 5, fill: strokes[number % 2].stroke } }))],
       hooks: { setCursor: [(self) => numbers(self.cursor.idx ?? times.length - 1)] },
     }, [times, ...plot.lines.map((line) => line.numbers)], box);
@@ -435,6 +437,9 @@
     new ResizeObserver(() => chart.setSize(size())).observe(figure);
   }
 
+  /* How the plotting library writes times: the step in seconds, the text, and the text on a new day. */
+  const timeTicks = [[86400, "{YYYY}-{MM}-{DD}"], [60, "{HH}:{mm}"], [1, "{HH}:{mm}:{ss}"], [0.001, "{HH}:{mm}:{ss}.{fff}"]]
+    .map(([step, text]) => [step, text, null, null, step < 86400 ? `${text}\n{YYYY}-{MM}-{DD}` : null, null, null, null, 0]);
   const short = new Intl.NumberFormat("en", { notation: "compact", maximumFractionDigits: 2 });
   const shortNumber = (number) => short.format(number);
 

@@ -1,0 +1,58 @@
+#include <algorithm>
+#include <array>
+#include <map>
+
+#include "Evidence.hpp"
+#include "Names.hpp"
+#include "Phrases.hpp"
+#include "Sections.hpp"
+
+namespace Report::Html {
+namespace {
+
+Fields findingRow(const View& view, const Finding& finding) {
+    constexpr std::size_t longest = 1000;
+    Fields row;
+    row.set("meaning", shortened(finding.meaning, longest))
+        .set("advice", shortened(finding.advice, longest))
+        .set("part", shortened(finding.part, longest))
+        .set("target", textIdOf(view, finding.part))
+        .set("times", finding.count > 1 ? counted(finding.count, "time") + ", " : std::string{})
+        .set("rule", shortened(finding.rule, longest));
+    setEvidence(row, finding.evidence);
+    return row;
+}
+
+}  // namespace
+
+void writeFindings(std::ostream& out, const View& view) {
+    std::map<Severity, Rows> bySeverity;
+    std::map<Severity, std::size_t> counts;
+    std::size_t written = 0;
+    // The findings are sorted by severity, so the least severe are left out.
+    for (const Finding& finding : view->findings) {
+        ++counts[finding.severity];
+        if (written < view.allowance.findings) {
+            bySeverity[finding.severity].push_back(findingRow(view, finding));
+            ++written;
+        }
+    }
+    Rows groups;
+    for (auto& [severity, rows] : bySeverity) {
+        groups.push_back(Fields{}
+                             .set("severity", nameOf(severity))
+                             .set("tone", toneOf(severity))
+                             .set("count", grouped(counts[severity]))
+                             .set("findings", std::move(rows)));
+    }
+    fill(out, "findings",
+         Fields{}
+             .set("id", view.id)
+             .set("level", levelText(view.level))
+             .set("sublevel", levelText(view.level + 1))
+             .set("none", groups.empty())
+             .set("groups", std::move(groups))
+             .set("leftOut", leftOutNote(view->findings.size() - written, "finding")));
+}
+
+}  // namespace Report::Html
