@@ -10,12 +10,12 @@ from dataclasses import dataclass, field
 from pathlib import Path
 
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
-FLOORS = ("base", "platform", "src", "boardsim")
+FLOORS = ("base", "platform", "src", "boardsim", "report")
 MOST_UNITS = 20
 SHORTEST_DUPLICATE = 60  # characters of a body without blanks; shorter bodies are idioms
 
 # `common` is a frame around rooms. The programs are the rooms main, and a command of the simulated board.
-WITHOUT_FLOOR = {"common", "korvel", "boardsim", "devmem"}
+WITHOUT_FLOOR = {"common", "korvel", "boardsim", "devmem", "korvel-report"}
 
 Graph = Mapping[str, Iterable[str]]
 
@@ -52,9 +52,9 @@ def rooms() -> dict[str, Room]:
             found[name] = Room(folder, libraries_in(words.partition("LINKS")[2]))
         for name in re.findall(r"^add_library\((?:korvel_)?(\w+) ", content, re.M):
             found.setdefault(name, Room(folder))
-        for name, source in re.findall(r"^add_executable\((\w+) (\S+)\)$", content, re.M):
+        for name, source in re.findall(r"^add_executable\(([\w-]+) (\S+)\)$", content, re.M):
             found[name] = Room(str((Path(folder) / source).parent))
-        for name, words in re.findall(r"^target_link_libraries\((?:korvel_)?(\w+)(.*?)\)$", content, re.M | re.S):
+        for name, words in re.findall(r"^target_link_libraries\((?:korvel_)?([\w-]+)(.*?)\)$", content, re.M | re.S):
             found[name].links |= libraries_in(words)
     # The headers of the board's libraries have a folder of their own, because a board may provide the libraries.
     found["smlog"] = found["vask"] = Room("platform/host", {"platform_include"})
@@ -146,7 +146,7 @@ class PicturesTest(unittest.TestCase):
     maxDiff = None
 
     def test_label_each_room_with_its_name(self) -> None:
-        for picture in ("docs/pictures/rooms.dot", "docs/pictures/boardsim.dot"):
+        for picture in ("docs/pictures/rooms.dot", "docs/pictures/boardsim.dot", "docs/pictures/report.dot"):
             labels = dict(re.findall(r'^ +(\w+) \[label="([^"\\]*)', text_of(picture), re.M))
             for name in {name for arrow in arrows_of(picture) for name in arrow} - {"common"}:
                 self.assertEqual(labels[name].removeprefix("platform/"), name)
@@ -156,6 +156,9 @@ class PicturesTest(unittest.TestCase):
 
     def test_show_how_the_rooms_of_the_board_link(self) -> None:
         self.assertEqual(arrows_of("docs/pictures/boardsim.dot"), links_below(("boardsim",), prefix="boardsim_"))
+
+    def test_show_how_the_rooms_of_the_reader_link(self) -> None:
+        self.assertEqual(arrows_of("docs/pictures/report.dot"), links_below(("report",), prefix="report_"))
 
 
 def arrows_of(picture: str) -> set[tuple[str, str]]:
@@ -174,7 +177,7 @@ def links_below(floors: tuple[str, ...], prefix: str) -> set[tuple[str, str]]:
              "boardsim": "main"}
     arrows = set()
     for start, room in rooms().items():
-        if room.folder.startswith(floors) and start not in {"common", "korvel", "devmem"}:
+        if room.folder.startswith(floors) and start not in {"common", "korvel", "devmem", "korvel-report"}:
             arrows |= {(names.get(start, start.removeprefix(prefix)), names.get(end, end.removeprefix(prefix)))
                        for end in room.links}
     return arrows
@@ -192,7 +195,8 @@ class ArchitectureTest(unittest.TestCase):
     def test_puts_every_linked_room_on_a_lower_floor(self) -> None:
         links = {name: room.links for name, room in rooms().items()}
         for prefix, folder, lowest in (("", "src/", "base   platform/include"),
-                                       ("boardsim_", "boardsim/", "text   model   process")):
+                                       ("boardsim_", "boardsim/", "text   model   process"),
+                                       ("report_", "report/", "web   rules   text   archive")):
             floors = {prefix + name: floor for name, floor in self.floors_that_end_in(lowest).items()}
             on_floors = {name for name, room in rooms().items() if room.folder.startswith(folder)}
             self.assertEqual(on_floors - floors.keys() - WITHOUT_FLOOR, set())
