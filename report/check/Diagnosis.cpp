@@ -148,7 +148,9 @@ Answer byMmi(const Clues& clues, const Subject& subject) {
             if (isGone(presence) && !clues.answeredLater(subject.place)) {
                 return notRunning(clues, subject, Cause::noAnswerNotRunning, true);
             }
-            return Diagnosis{clues.run ? Cause::answeredNothing : Cause::noAnswer, Certainty::likely, {},
+            return Diagnosis{clues.run ? Cause::answeredNothing : Cause::noAnswer,
+                             Certainty::likely,
+                             {},
                              listingIfRunning(clues, subject)};
         case State::missing:
             return Diagnosis{Cause::notAsked};

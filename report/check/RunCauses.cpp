@@ -11,7 +11,7 @@
 namespace Report {
 namespace {
 
-using Kind = ComplaintKind;
+using Message = ComplaintKind;
 
 constexpr std::string_view workDirectory = "/tmp/korvel/";
 constexpr std::string_view noSpace = "No space left on device";
@@ -35,17 +35,17 @@ bool isDestination(const Complaint& complaint) {
 const Complaint* findCommand(const RunReport& run, std::string_view start) {
     const auto& all = run.complaints();
     const auto found = std::ranges::find_if(all, [&](const Complaint& complaint) {
-        return complaint.kind == Kind::commandFailed && complaint.subject.starts_with(start);
+        return complaint.kind == Message::commandFailed && complaint.subject.starts_with(start);
     });
     return found == all.end() ? nullptr : &*found;
 }
 
 /// korvel could not write the file of the part.
 std::optional<Diagnosis> byWriting(const RunReport& run, const Subject& subject) {
-    if (const Complaint* const failed = run.find(Kind::writeFailed, subject.part.name)) {
+    if (const Complaint* const failed = run.find(Message::writeFailed, subject.part.name)) {
         return fact(failed->detail == noSpace ? Cause::noRoom : Cause::notWritten, *failed);
     }
-    if (const Complaint* const failed = run.find(Kind::openFailed, subject.part.name);
+    if (const Complaint* const failed = run.find(Message::openFailed, subject.part.name);
         failed != nullptr && isDestination(*failed)) {
         const bool printed = run.printed() && subject.place.collector == Collector::ti;
         return fact(subject.part.state == State::stale ? Cause::leftOverNotWritten
@@ -53,7 +53,7 @@ std::optional<Diagnosis> byWriting(const RunReport& run, const Subject& subject)
                                                        : Cause::folderNotCreated,
                     *failed);
     }
-    if (const Complaint* const failed = run.find(Kind::folderFailed);
+    if (const Complaint* const failed = run.find(Message::folderFailed);
         failed != nullptr && subject.place.collector == Collector::mmi &&
         subject.part.state == State::missing &&
         failed->subject.find(nameOf(subject.place.dispatcher)) != std::string::npos) {
@@ -65,18 +65,19 @@ std::optional<Diagnosis> byWriting(const RunReport& run, const Subject& subject)
 /// korvel could not read the source of the part, or only a part of it.
 std::optional<Diagnosis> byReading(const RunReport& run, const Subject& subject) {
     const bool stale = subject.part.state == State::stale;
-    if (const Complaint* const failed = run.find(Kind::readFailed, subject.part.name)) {
+    if (const Complaint* const failed = run.find(Message::readFailed, subject.part.name)) {
         const bool hangs = failed->detail == timedOut && subject.place.dispatcher != Dispatcher::none;
         return fact(hangs ? Cause::sourceHangs : Cause::sourceUnreadable, *failed);
     }
-    if (const Complaint* const cut = run.find(Kind::cutAtLimit, subject.part.name)) {
-        const bool full = run.find(Kind::limitReached) != nullptr && subject.part.textSize < sourceSizeLimit;
+    if (const Complaint* const cut = run.find(Message::cutAtLimit, subject.part.name)) {
+        const bool full =
+            run.find(Message::limitReached) != nullptr && subject.part.textSize < sourceSizeLimit;
         return fact(full ? Cause::collectionLimit : Cause::sourceLimit, *cut);
     }
-    if (const Complaint* const failed = run.find(Kind::openFailed, subject.part.name)) {
+    if (const Complaint* const failed = run.find(Message::openFailed, subject.part.name)) {
         return fact(stale ? Cause::leftOverNoSource : Cause::stateFileMissing, *failed);
     }
-    if (const Complaint* const empty = run.find(Kind::outputEmpty, subject.part.name)) {
+    if (const Complaint* const empty = run.find(Message::outputEmpty, subject.part.name)) {
         const Cause missing = subject.place.isSharedLog() ? Cause::logMissing : Cause::stateFileEmpty;
         return fact(stale ? Cause::leftOverNoSource : missing, *empty);
     }
@@ -106,17 +107,17 @@ std::optional<Diagnosis> byReply(const Clues& clues, const Subject& subject) {
     }
     for (const Complaint& complaint : run.complaints()) {
         const bool sameCommand = complaint.subject == subject.place.leaf;
-        if (complaint.kind == Kind::replyUnended && sameCommand && subject.part.state == State::cut) {
+        if (complaint.kind == Message::replyUnended && sameCommand && subject.part.state == State::cut) {
             return fact(Cause::replyNotEnded, complaint);
         }
-        if (complaint.kind == Kind::sendFailed && sameCommand && subject.part.size == 0) {
+        if (complaint.kind == Message::sendFailed && sameCommand && subject.part.size == 0) {
             return Diagnosis{Cause::notAskable, Certainty::likely, complaint.detail, evidenceOf(complaint)};
         }
-        if (complaint.kind == Kind::socketFailed && subject.part.size == 0) {
+        if (complaint.kind == Message::socketFailed && subject.part.size == 0) {
             return Diagnosis{Cause::notAskable, Certainty::likely, complaint.subject, evidenceOf(complaint)};
         }
     }
-    const Complaint* const timeout = run.find(Kind::replyTimedOut);
+    const Complaint* const timeout = run.find(Message::replyTimedOut);
     const bool silent = subject.part.state == State::empty && timeout != nullptr;
     if (silent && clues.presenceOf(processOf(subject.place.dispatcher)) != Presence::absent) {
         Diagnosis diagnosis = fact(Cause::noAnswer, *timeout);
@@ -134,7 +135,7 @@ std::optional<Diagnosis> byCommandFailure(const RunReport& run, const Subject& s
             const Cause absent = stale ? Cause::leftOverNotRunning : Cause::processNotRunning;
             return fact(failed->detail == "1" ? absent : Cause::processesNotListed, *failed);
         }
-        if (const Complaint* const failed = run.find(Kind::signalFailed, subject.part.name)) {
+        if (const Complaint* const failed = run.find(Message::signalFailed, subject.part.name)) {
             return fact(Cause::notSignalled, *failed);
         }
     }
@@ -153,15 +154,15 @@ std::optional<Diagnosis> byCommandFailure(const RunReport& run, const Subject& s
 }
 
 struct RunState {
-    Kind kind;
+    Message kind;
     State state;
 };
 
 // Complaints about a part that is in the package. If korvel wrote no new file, the one in the package is old.
 constexpr std::array runStates{
-    RunState{Kind::writeFailed, State::cut},   RunState{Kind::readFailed, State::cut},
-    RunState{Kind::cutAtLimit, State::cut},    RunState{Kind::openFailed, State::stale},
-    RunState{Kind::outputEmpty, State::stale},
+    RunState{Message::writeFailed, State::cut},   RunState{Message::readFailed, State::cut},
+    RunState{Message::cutAtLimit, State::cut},    RunState{Message::openFailed, State::stale},
+    RunState{Message::outputEmpty, State::stale},
 };
 
 }  // namespace

@@ -44,6 +44,12 @@ bool TextPattern::fitsWhole(std::string_view text) const {
     return RE2::FullMatch(pieceOf(text), compiled->pattern);
 }
 
+std::string TextPattern::without(std::string_view text) const {
+    std::string rest(text);
+    RE2::GlobalReplace(&rest, compiled->pattern, " ");
+    return rest;
+}
+
 std::string TextPattern::expand(std::string_view text, const std::string& form) const {
     constexpr std::size_t groups = 10;  // \0 is all of the text
     std::array<re2::StringPiece, groups> found;

@@ -28,6 +28,9 @@ public:
     /// Whether it fits the whole text.
     bool fitsWhole(std::string_view text) const;
 
+    /// The text without what fits: a blank is in its place.
+    std::string without(std::string_view text) const;
+
     /// `form` with the text's groups in place of \1 to \9. The expression must fit the whole text.
     std::string expand(std::string_view text, const std::string& form) const;
 

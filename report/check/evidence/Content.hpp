@@ -24,11 +24,17 @@ bool hasWholeText(const Part& part);
 /// Whether the text ends inside a line at the border of a memory page. A full file system cuts there.
 bool endsAtPage(const Part& part);
 
+/// Whether a log in shared memory has almost the size at which korvel stops to read it.
+bool isSharedLogFull(const Part& part);
+
 /// Whether the text is mostly bytes that are not text.
 bool isBinary(const Part& part);
 
 /// Whether korvel or the kernel always writes something to this file, so that it is never empty on purpose.
 bool isNeverEmpty(const PartPlace& place);
+
+/// Whether a part can be a log of the platform, of any form.
+bool isLinuxLog(const PartPlace& place);
 
 /// The state of a part by its own contents. Age and other parts are not considered.
 State stateOfContent(const Part& part, const PartPlace& place);

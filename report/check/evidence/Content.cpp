@@ -10,9 +10,27 @@ constexpr std::uint64_t pageSize = 4096;
 constexpr std::uint64_t sharedLogLimit = std::uint64_t{2} << 20;  // of the logs in shared memory
 constexpr std::uint64_t shareOfInvalid = 10;                      // one byte in ten is too many for a text
 
-// Files of the Linux logs that copy what the kernel always fills.
-constexpr std::array<std::string_view, 8> kernelFiles{"cmdline", "df",        "interfaces", "meminfo",
-                                                      "mounts",  "processes", "ps",         "uptime"};
+/// A file of the Linux logs that is a table of the kernel or of a command, and no log.
+struct LinuxTable {
+    std::string_view leaf;
+    bool neverEmpty;
+};
+
+constexpr std::array linuxTables{
+    LinuxTable{"cmdline", true},  LinuxTable{"df", true},        LinuxTable{"interfaces", true},
+    LinuxTable{"meminfo", true},  LinuxTable{"mounts", true},    LinuxTable{"processes", true},
+    LinuxTable{"ps", true},       LinuxTable{"uptime", true},    LinuxTable{"arp", false},
+    LinuxTable{"environ", false}, LinuxTable{"ifconfig", false}, LinuxTable{"interrupts", false},
+    LinuxTable{"ip", false},      LinuxTable{"lsmod", false},    LinuxTable{"modules", false},
+    LinuxTable{"netstat", false}, LinuxTable{"route", false},    LinuxTable{"slabinfo", false},
+    LinuxTable{"sysctl", false},  LinuxTable{"top", false},      LinuxTable{"version", false},
+    LinuxTable{"vmstat", false},
+};
+
+const LinuxTable* findLinuxTable(const PartPlace& place) {
+    const auto* const row = std::ranges::find(linuxTables, place.leaf, &LinuxTable::leaf);
+    return place.collector == Collector::linuxLogs && row != linuxTables.end() ? &*row : nullptr;
+}
 
 bool isPiece(const Part& part) {
     return part.piece || part.member.ends_with(".gz");
@@ -53,15 +71,23 @@ bool endsAtPage(const Part& part) {
            part.tail.back() != '\n';
 }
 
+bool isSharedLogFull(const Part& part) {
+    return part.textSize + pageSize > sharedLogLimit;
+}
+
 bool isBinary(const Part& part) {
     return part.invalidBytes * shareOfInvalid > part.textSize;
 }
 
 bool isNeverEmpty(const PartPlace& place) {
-    if (place.collector == Collector::linuxLogs) {
-        return std::ranges::find(kernelFiles, place.leaf) != kernelFiles.end();
+    if (const LinuxTable* const table = findLinuxTable(place)) {
+        return table->neverEmpty;
     }
     return place.collector == Collector::fuse && place.known != nullptr && !place.isSharedLog();
+}
+
+bool isLinuxLog(const PartPlace& place) {
+    return place.collector == Collector::linuxLogs && findLinuxTable(place) == nullptr;
 }
 
 State stateOfContent(const Part& part, const PartPlace& place) {
@@ -77,7 +103,7 @@ State stateOfContent(const Part& part, const PartPlace& place) {
     if (place.isDump()) {
         return stateOfDump(part, place);
     }
-    const bool full = place.isSharedLog() && part.textSize + pageSize > sharedLogLimit;
+    const bool full = place.isSharedLog() && isSharedLogFull(part);
     if (endsAtPage(part) && !full && place.collector != Collector::unknown) {
         return State::cut;
     }

@@ -58,7 +58,7 @@ bool isAbout(std::string_view line, const Watched& watched) {
 }
 
 bool isLogOfProcesses(const PartPlace& place) {
-    return place.isSharedLog() || (place.collector == Collector::linuxLogs && !isNeverEmpty(place));
+    return place.isSharedLog() || isLinuxLog(place);
 }
 
 }  // namespace

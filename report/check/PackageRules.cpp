@@ -1,0 +1,226 @@
+#include "PackageRules.hpp"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "Clues.hpp"
+#include "Content.hpp"
+#include "Names.hpp"
+#include "PartTable.hpp"
+#include "RunReport.hpp"
+#include "TimeText.hpp"
+
+namespace Report {
+namespace {
+
+using AddEvidence = std::function<void(std::string_view source, std::string_view text)>;
+
+std::string textOf(const std::optional<LogEntry>& entry) {
+    if (!entry) {
+        return "an unknown entry";
+    }
+    return "\"" + (entry->time ? microsecondsText(*entry->time) + " " : "") +
+           (entry->tag.empty() ? "" : entry->tag + ": ") + entry->text + "\"";
+}
+
+// What each fact is, in a part or in a package.
+
+void findOverlaps(const Package& /*package*/, const Part& part, const AddEvidence& add) {
+    for (const Overlap& overlap : part.overlaps) {
+        add(part.name, "between " + textOf(overlap.before) + " and " + textOf(overlap.after));
+    }
+}
+
+void findFullLog(const Package& /*package*/, const Part& part, const AddEvidence& add) {
+    if (placeOf(part.name).isSharedLog() && isSharedLogFull(part)) {
+        add(part.name, std::to_string(part.textSize) + " bytes");
+    }
+}
+
+void findInvalidText(const Package& /*package*/, const Part& part, const AddEvidence& add) {
+    if (part.invalidBytes > 0 && !part.package) {
+        add(part.name, std::to_string(part.invalidBytes) + " of " + std::to_string(part.textSize) +
+                           " bytes are not UTF-8");
+    }
+}
+
+void findOldCollectors(const Package& package, const AddEvidence& add) {
+    constexpr std::chrono::seconds longestRun{120};
+    constexpr std::array collectors{Collector::fuse, Collector::mmi, Collector::ti, Collector::linuxLogs};
+    std::optional<Time> newest;
+    for (const Collector collector : collectors) {
+        newest = std::max(newest, newestOf(package, collector));
+    }
+    for (const Collector collector : collectors) {
+        const std::optional<Time> time = newestOf(package, collector);
+        if (time && *newest - *time > longestRun) {
+            add(folderOf(collector),
+                "written at " + secondsText(*time) + ", the newest part at " + secondsText(*newest));
+        }
+    }
+}
+
+void findUnsetClock(const Package& package, const AddEvidence& add) {
+    if (package.clockUnset && package.time) {
+        add({}, "the time of the package is " + secondsText(*package.time));
+    }
+}
+
+void findOddMembers(const Package& package, const AddEvidence& add) {
+    for (const Oddity& oddity : package.oddities) {
+        add(oddity.member, oddity.what);
+    }
+}
+
+void findSidecar(const Package& package, SidecarState state, const AddEvidence& add) {
+    if (package.sidecarState == state) {
+        add(sidecarLines, package.sidecarError);
+    }
+}
+
+void findAbsentSidecar(const Package& package, const AddEvidence& add) {
+    findSidecar(package, SidecarState::absent, add);
+}
+
+void findForeignSidecar(const Package& package, const AddEvidence& add) {
+    findSidecar(package, SidecarState::foreign, add);
+}
+
+void findUnreadableSidecar(const Package& package, const AddEvidence& add) {
+    findSidecar(package, SidecarState::unreadable, add);
+}
+
+bool hasRun(const Package& package) {
+    return package.sidecarState == SidecarState::used && package.sidecar.has_value();
+}
+
+void findUnknownZone(const Package& package, const AddEvidence& add) {
+    if (hasRun(package) && !package.zone) {
+        const std::string* const zone = package.sidecar->find("zone");
+        add(sidecarLines, zone == nullptr ? "no zone" : "zone: " + *zone);
+    }
+}
+
+void findUnknownComplaints(const Package& package, const AddEvidence& add) {
+    if (hasRun(package)) {
+        const RunReport run(*package.sidecar);
+        for (const Complaint& complaint : run.complaints()) {
+            if (complaint.kind == ComplaintKind::unknown) {
+                add(sidecarLines, complaint.line);
+            }
+        }
+    }
+}
+
+void findFailedRun(const Package& package, const AddEvidence& add) {
+    const std::string* const status = hasRun(package) ? package.sidecar->find("status") : nullptr;
+    if (status != nullptr && *status != "0") {
+        add(sidecarLines, "status: " + *status);
+    }
+}
+
+struct FactFinder {
+    Fact fact;
+    void (*inPart)(const Package& package, const Part& part, const AddEvidence& add);
+    void (*inPackage)(const Package& package, const AddEvidence& add);
+    bool ofSidecar;
+};
+
+constexpr std::array factFinders{
+    FactFinder{Fact::overlap, findOverlaps, nullptr, false},
+    FactFinder{Fact::logFull, findFullLog, nullptr, false},
+    FactFinder{Fact::notText, findInvalidText, nullptr, false},
+    FactFinder{Fact::oldCollector, nullptr, findOldCollectors, false},
+    FactFinder{Fact::clockUnset, nullptr, findUnsetClock, false},
+    FactFinder{Fact::oddMember, nullptr, findOddMembers, false},
+    FactFinder{Fact::zoneUnknown, nullptr, findUnknownZone, true},
+    FactFinder{Fact::sidecarAbsent, nullptr, findAbsentSidecar, true},
+    FactFinder{Fact::sidecarForeign, nullptr, findForeignSidecar, true},
+    FactFinder{Fact::sidecarUnreadable, nullptr, findUnreadableSidecar, true},
+    FactFinder{Fact::unknownComplaint, nullptr, findUnknownComplaints, true},
+    FactFinder{Fact::runFailed, nullptr, findFailedRun, true},
+};
+
+void applyFact(const FactFinder& finder, const Package& package, std::size_t index, const PartPattern& where,
+               FindingList& findings) {
+    if (finder.inPackage != nullptr) {
+        finder.inPackage(package, [&](std::string_view source, std::string_view text) {
+            findings.add(index, {}, source, text);
+        });
+        return;
+    }
+    for (const Part& part : package.parts) {
+        finder.inPart(package, part, [&](std::string_view source, std::string_view text) {
+            if (where.fits(part.name)) {
+                findings.add(index, part.name, source, text);
+            }
+        });
+    }
+}
+
+void applyVerdict(const Package& package, std::size_t index, FindingList& findings) {
+    findings.add(index, {}, {}, package.end.reason);
+    if (!package.cause.empty()) {
+        findings.support({{}, package.cause});
+    }
+    for (const Evidence& evidence : package.evidence) {
+        findings.support(evidence);
+    }
+    for (const Unread& unread : package.unread) {
+        findings.support(
+            {unread.member, "not read, because of the limit " + std::string(optionOf(unread.limit))});
+    }
+}
+
+}  // namespace
+
+PackageRules::PackageRules(const std::vector<Rule>& allRules) : rules(allRules) {
+    for (std::size_t index = 0; index < rules.size(); ++index) {
+        const Rule& rule = rules[index];
+        if (!rule.states.empty() || !rule.verdicts.empty() || !rule.facts.empty()) {
+            packageRules.push_back({index, PartPattern(rule.where),
+                                    rule.cause
+                                        ? std::optional(TextPattern(*rule.cause, TextPattern::Mode::anyCase))
+                                        : std::nullopt});
+        }
+    }
+}
+
+void PackageRules::applyToPart(const PackageRule& packageRule, const Part& part,
+                               FindingList& findings) const {
+    const Rule& rule = rules[packageRule.index];
+    const bool fits =
+        (part.expected || part.state != State::missing) && std::ranges::count(rule.states, part.state) > 0 &&
+        (!packageRule.cause || packageRule.cause->fits(part.cause)) && packageRule.where.fits(part.name);
+    if (fits) {
+        findings.add(packageRule.index, part.name, part.name,
+                     std::string(nameOf(part.state)) + ": " + part.cause);
+        for (const Evidence& evidence : part.evidence) {
+            findings.support(evidence);
+        }
+    }
+}
+
+void PackageRules::apply(const Package& package, bool isNested, FindingList& findings) const {
+    for (const PackageRule& packageRule : packageRules) {
+        const Rule& rule = rules[packageRule.index];
+        if (std::ranges::count(rule.verdicts, package.verdict) > 0) {
+            applyVerdict(package, packageRule.index, findings);
+        }
+        for (const Part& part : package.parts) {
+            applyToPart(packageRule, part, findings);
+        }
+        for (const FactFinder& finder : factFinders) {
+            if (std::ranges::count(rule.facts, finder.fact) > 0 && !(isNested && finder.ofSidecar)) {
+                applyFact(finder, package, packageRule.index, packageRule.where, findings);
+            }
+        }
+    }
+}
+
+}  // namespace Report

@@ -1,0 +1,237 @@
+#include <algorithm>
+#include <array>
+#include <concepts>
+#include <functional>
+#include <set>
+#include <utility>
+
+#include <toml++/toml.h>
+
+#include "Names.hpp"
+#include "Rule.hpp"
+#include "RuleSet.hpp"
+#include "TextPattern.hpp"
+
+namespace Report {
+namespace {
+
+/// One table of a rule file, with its place for messages.
+class RuleTable {
+public:
+    RuleTable(const toml::table& tomlTable, const std::string& fileName) : table(tomlTable), file(fileName) {}
+
+    [[noreturn]] void refuse(const toml::node& node, const std::string& reason) const {
+        throw RuleError(file + ":" + std::to_string(node.source().begin.line) + ": " + reason);
+    }
+    [[noreturn]] void refuse(const std::string& reason) const { refuse(table, reason); }
+
+    const toml::node* find(std::string_view key) const { return table.get(key); }
+
+    std::string textOf(std::string_view key) const {
+        const toml::node* const node = find(key);
+        if (node == nullptr) {
+            refuse("the key '" + std::string(key) + "' is missing");
+        }
+        const auto* const text = node->as_string();
+        if (text == nullptr || text->get().empty()) {
+            refuse(*node, "'" + std::string(key) + "' must be a text");
+        }
+        return text->get();
+    }
+
+    /// A text or a list of texts. Empty if the key is missing.
+    std::vector<std::string> listOf(std::string_view key) const {
+        const toml::node* const node = find(key);
+        if (node == nullptr || node->is_string()) {
+            return node == nullptr ? std::vector<std::string>() : std::vector{textOf(key)};
+        }
+        std::vector<std::string> texts;
+        const toml::array* const array = node->as_array();
+        if (array == nullptr || array->empty()) {
+            refuse(*node, "'" + std::string(key) + "' must be a text or a list of texts");
+        }
+        for (const toml::node& item : *array) {
+            if (!item.is_string()) {
+                refuse(item, "'" + std::string(key) + "' must be a text or a list of texts");
+            }
+            texts.push_back(item.as_string()->get());
+        }
+        return texts;
+    }
+
+    /// The value of a word, found by `find`, which returns no value for another word.
+    template <typename Find>
+    auto wordOf(std::string_view key, const std::string& word, Find find) const {
+        const auto value = find(word);
+        if (!value) {
+            refuse(*this->find(key), "'" + std::string(key) + "' cannot be '" + word + "'");
+        }
+        return *value;
+    }
+
+    std::optional<std::string> patternOf(std::string_view key) const {
+        if (find(key) == nullptr) {
+            return std::nullopt;
+        }
+        std::string pattern = textOf(key);
+        try {
+            const TextPattern compiled(pattern, TextPattern::Mode::anyCase);
+        } catch (const PatternError& error) {
+            refuse(*find(key), "'" + std::string(key) + "' is no pattern: " + error.what());
+        }
+        return pattern;
+    }
+
+    const toml::table& keys() const { return table; }
+
+private:
+    const toml::table& table;
+    const std::string& file;
+};
+
+/// The enumerator of a name, of the first `count` ones.
+template <typename Enumeration, std::size_t count>
+std::optional<Enumeration> byName(std::string_view name) {
+    for (std::size_t index = 0; index < count; ++index) {
+        if (nameOf(static_cast<Enumeration>(index)) == name) {
+            return static_cast<Enumeration>(index);
+        }
+    }
+    return std::nullopt;
+}
+
+constexpr std::size_t severityCount = 3;
+constexpr std::size_t levelCount = 4;
+constexpr std::size_t stateCount = 7;
+constexpr std::size_t verdictCount = 6;
+
+void readPattern(const RuleTable& table, Rule& rule) {
+    rule.pattern = table.patternOf("pattern");
+    rule.except = table.patternOf("except");
+    if (table.find("level") != nullptr) {
+        rule.level = table.wordOf("level", table.textOf("level"), byName<Level, levelCount>);
+    }
+}
+
+void readValue(const RuleTable& table, Rule& rule) {
+    rule.value = table.patternOf("value");
+    rule.except = table.patternOf("except");
+    rule.comparisonText = table.textOf("is");
+    rule.comparison = table.wordOf("is", rule.comparisonText, parseComparison);
+    rule.of = table.listOf("of");
+    if (rule.comparison.percent == rule.of.empty()) {
+        table.refuse(*table.find("is"), "'of' belongs to a comparison in %, and only to one");
+    }
+    const TextPattern pattern(*rule.value, TextPattern::Mode::anyCase);
+    for (const std::string& form : rule.of) {
+        if (!pattern.canExpand(form)) {
+            table.refuse(*table.find("of"), "'value' does not have the groups of '" + form + "'");
+        }
+    }
+}
+
+void readState(const RuleTable& table, Rule& rule) {
+    const bool package = rule.where == std::vector{std::string(wholePackage)};
+    for (const std::string& word : table.listOf("state")) {
+        if (package) {
+            rule.verdicts.push_back(table.wordOf("state", word, byName<Verdict, verdictCount>));
+        } else {
+            rule.states.push_back(table.wordOf("state", word, byName<State, stateCount>));
+        }
+    }
+    rule.cause = table.patternOf("cause");
+}
+
+void readFact(const RuleTable& table, Rule& rule) {
+    for (const std::string& word : table.listOf("fact")) {
+        rule.facts.push_back(table.wordOf("fact", word, factOf));
+    }
+}
+
+/// What a rule can look for: the key that says so, the keys that it allows and the function that reads them.
+struct RuleKind {
+    std::string_view key;
+    std::array<std::string_view, 3> further;
+    void (*read)(const RuleTable& table, Rule& rule);
+};
+
+constexpr std::array ruleKinds{
+    RuleKind{"pattern", {"level", "except"}, readPattern},
+    RuleKind{"value", {"is", "of", "except"}, readValue},
+    RuleKind{"state", {"cause"}, readState},
+    RuleKind{"fact", {}, readFact},
+    RuleKind{"level", {}, readPattern},
+};
+
+constexpr std::array<std::string_view, 7> commonKeys{"id",     "where",    "severity",       "meaning",
+                                                     "advice", "examples", "counterexamples"};
+
+const RuleKind& ruleKindOf(const RuleTable& table) {
+    const auto* const kind =
+        std::ranges::find_if(ruleKinds, [&](const RuleKind& row) { return table.find(row.key) != nullptr; });
+    if (kind == ruleKinds.end()) {
+        table.refuse("one of the keys pattern, value, state, fact and level is missing");
+    }
+    return *kind;
+}
+
+bool allows(const RuleKind& kind, std::string_view key) {
+    const bool further = std::ranges::find(kind.further, key) != kind.further.end();
+    return key == kind.key || (further && !key.empty()) ||
+           std::ranges::find(commonKeys, key) != commonKeys.end();
+}
+
+Rule readRule(const RuleTable& table, const std::string& file) {
+    Rule rule;
+    rule.id = table.textOf("id");
+    rule.file = file;
+    const RuleKind& kind = ruleKindOf(table);
+    for (const auto& [key, node] : table.keys()) {
+        if (!allows(kind, key.str())) {
+            table.refuse(node, "'" + std::string(key.str()) + "' is no key of a rule with '" +
+                                   std::string(kind.key) + "'");
+        }
+    }
+    rule.severity = table.wordOf("severity", table.textOf("severity"), byName<Severity, severityCount>);
+    rule.where = table.find("where") == nullptr ? std::vector{table.textOf("where")} : table.listOf("where");
+    rule.meaning = table.textOf("meaning");
+    rule.advice = table.textOf("advice");
+    rule.examples = table.listOf("examples");
+    rule.counterexamples = table.listOf("counterexamples");
+    kind.read(table, rule);
+    return rule;
+}
+
+toml::table parseToml(const std::string& text, const std::string& file) {
+    try {
+        return toml::parse(text);
+    } catch (const toml::parse_error& error) {
+        throw RuleError(file + ":" + std::to_string(error.source().begin.line) + ": " +
+                        std::string(error.description()));
+    }
+}
+
+}  // namespace
+
+std::vector<Rule> parseRules(const std::string& text, const std::string& file) {
+    const toml::table document = parseToml(text, file);
+    const RuleTable whole(document, file);
+    std::vector<Rule> rules;
+    std::set<std::string> identifiers;
+    for (const auto& [key, node] : document) {
+        const toml::array* const tables = node.as_array();
+        if (key.str() != "rule" || tables == nullptr || !tables->is_homogeneous<toml::table>()) {
+            whole.refuse(node, "'" + std::string(key.str()) + "' is not a list of tables [[rule]]");
+        }
+        for (const toml::node& item : *tables) {
+            const RuleTable table(*item.as_table(), file);
+            rules.push_back(readRule(table, file));
+            if (!identifiers.insert(rules.back().id).second) {
+                table.refuse("the rule '" + rules.back().id + "' appears twice");
+            }
+        }
+    }
+    return rules;
+}
+
+}  // namespace Report

@@ -1,0 +1,150 @@
+#include "RuleSet.hpp"
+
+#include <algorithm>
+#include <utility>
+
+#include "FindingList.hpp"
+#include "LineRules.hpp"
+#include "Names.hpp"
+#include "PackageRules.hpp"
+#include "Rule.hpp"
+#include "ShippedRules.hpp"
+#include "ValueRules.hpp"
+
+namespace Report {
+namespace {
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) {
+        text.append(text.empty() ? "" : ", ").append(word);
+    }
+    return text;
+}
+
+template <typename Enumerator>
+std::string joinedNames(const std::vector<Enumerator>& enumerators) {
+    std::vector<std::string> words;
+    for (const Enumerator enumerator : enumerators) {
+        words.emplace_back(nameOf(enumerator));
+    }
+    return joined(words);
+}
+
+/// What the rule looks for, in a line.
+std::string subjectOf(const Rule& rule) {
+    std::string subject;
+    if (rule.level) {
+        subject = "log entries of the level " + std::string(nameOf(*rule.level)) + " or worse";
+    }
+    if (rule.pattern) {
+        subject += (subject.empty() ? "lines" : ",") + std::string(" that match ") + *rule.pattern;
+    }
+    if (rule.value) {
+        subject = "values " + rule.comparisonText + (rule.of.empty() ? "" : " of " + joined(rule.of)) +
+                  " with a name that matches " + *rule.value;
+    }
+    if (!rule.states.empty() || !rule.verdicts.empty()) {
+        subject = "the state " + joinedNames(rule.states) + joinedNames(rule.verdicts);
+    }
+    if (!rule.facts.empty()) {
+        subject = joinedNames(rule.facts);
+    }
+    if (rule.cause) {
+        subject += " with a cause that matches " + *rule.cause;
+    }
+    return subject + (rule.except ? ", without what matches " + *rule.except : "");
+}
+
+class Application {
+public:
+    Application(const std::vector<Rule>& allRules, ValueRules& rulesOnValues, std::size_t longestLine)
+        : rules(allRules),
+          packageRules(allRules),
+          valueRules(rulesOnValues),
+          lineRules(allRules),
+          maxLine(longestLine) {}
+
+    void apply(Package& package, bool isNested) {
+        FindingList findings(rules);
+        packageRules.apply(package, isNested, findings);
+        valueRules.apply(package, findings);
+        lineRules.apply(package, maxLine, findings);
+        package.findings = findings.take();
+        for (Package& nested : package.nested) {
+            apply(nested, true);
+        }
+    }
+
+private:
+    const std::vector<Rule>& rules;
+    PackageRules packageRules;
+    ValueRules& valueRules;
+    LineRules lineRules;
+    std::size_t maxLine;
+};
+
+}  // namespace
+
+struct RuleSet::Rules {
+    std::vector<Rule> all;
+    std::unique_ptr<ValueRules> onValues;
+
+    const Rule* find(std::string_view identifier) const {
+        const auto found = std::ranges::find(all, identifier, &Rule::id);
+        return found == all.end() ? nullptr : &*found;
+    }
+
+    void add(std::vector<Rule> added) {
+        for (Rule& rule : added) {
+            std::erase_if(all, [&](const Rule& old) { return old.id == rule.id; });
+            all.push_back(std::move(rule));
+        }
+        onValues = std::make_unique<ValueRules>(all);
+    }
+};
+
+RuleSet::RuleSet() : rules(std::make_unique<Rules>()) {
+    for (const ShippedRules& shipped : shippedRules()) {
+        add(std::string(shipped.text), std::string(shipped.file));
+    }
+}
+
+RuleSet::RuleSet(RuleSet&&) noexcept = default;
+RuleSet& RuleSet::operator=(RuleSet&&) noexcept = default;
+RuleSet::~RuleSet() = default;
+
+void RuleSet::add(const std::string& text, const std::string& file) {
+    rules->add(parseRules(text, file));
+}
+
+std::string RuleSet::explain(std::string_view identifier) const {
+    const Rule* const rule = rules->find(identifier);
+    if (rule == nullptr) {
+        return {};
+    }
+    return rule->id + " (" + std::string(nameOf(rule->severity)) + ")\n" +  //
+           "Meaning:  " + rule->meaning + "\n" +                            //
+           "Advice:   " + rule->advice + "\n" +                             //
+           "Finds:    " + subjectOf(*rule) + "\n" +                         //
+           "Where:    " + joined(rule->where) + "\n" +                      //
+           "File:     " + rule->file + "\n";
+}
+
+std::vector<std::string> RuleSet::identifiers() const {
+    std::vector<std::string> identifiers;
+    for (const Rule& rule : rules->all) {
+        identifiers.push_back(rule.id);
+    }
+    return identifiers;
+}
+
+void RuleSet::apply(Package& package, std::size_t maxLine) const {
+    Application(rules->all, *rules->onValues, maxLine).apply(package, false);
+}
+
+bool RuleSet::names(const Value& value) const {
+    return rules->onValues->names(value);
+}
+
+}  // namespace Report
