@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "CauseTexts.hpp"
@@ -24,11 +23,5 @@ struct Subject {
     const Part& part;
     PartPlace place;
 };
-
-/// The cause of a state other than present.
-Diagnosis diagnose(const Clues& clues, const Subject& subject);
-
-/// The cause of an archive that is cut or altered.
-Diagnosis diagnosePackage(const Clues& clues);
 
 }  // namespace Report

@@ -9,9 +9,9 @@
 #include <string>
 #include <utility>
 
+#include "Causes.hpp"
 #include "Clues.hpp"
 #include "Content.hpp"
-#include "Diagnosis.hpp"
 #include "ExpectedParts.hpp"
 #include "PartTable.hpp"
 #include "RunCauses.hpp"

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "EntryParser.hpp"
+#include "LoadOptions.hpp"
 #include "Package.hpp"
-#include "PackageLoader.hpp"
 
 namespace Report {
 

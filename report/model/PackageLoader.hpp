@@ -1,33 +1,13 @@
 #pragma once
 
-#include <chrono>
 #include <cstddef>
-#include <cstdint>
 #include <functional>
-#include <optional>
-#include <string>
 
-#include "Limits.hpp"
+#include "LoadOptions.hpp"
 #include "Package.hpp"
 #include "PackageSource.hpp"
 
 namespace Report {
-
-/// How much of a package's text is kept in memory.
-enum class Keep : std::uint8_t {
-    evidence,  ///< small texts only, enough for check
-    all,       ///< every text, with values and logs
-};
-
-struct LoadOptions {
-    Limits limits;
-    Keep keep = Keep::all;
-    std::optional<std::string> board;    ///< --board
-    std::optional<Kind> kind;            ///< --kind
-    std::optional<std::string> runFile;  ///< --run: the sidecar; else PACKAGE.run beside the package
-    bool useRun = true;                  ///< false: --no-run
-    Time now = std::chrono::floor<Time::duration>(std::chrono::system_clock::now());
-};
 
 /// Reads a package into plain data: parts, values, times, identity, nested packages, sidecar. Judges nothing:
 /// each part that is in the package has the state present, cut, unreadable or notRead, `expected` is false,

@@ -1,4 +1,4 @@
-#include "Diagnosis.hpp"
+#include "Causes.hpp"
 
 #include <algorithm>
 #include <array>
