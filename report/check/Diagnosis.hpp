@@ -4,7 +4,6 @@
 #include <vector>
 
 #include "CauseTexts.hpp"
-#include "Clues.hpp"
 #include "Package.hpp"
 #include "PartTable.hpp"
 

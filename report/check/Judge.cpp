@@ -9,10 +9,11 @@
 #include <string>
 #include <utility>
 
-#include "Causes.hpp"
 #include "Clues.hpp"
 #include "Content.hpp"
+#include "Diagnosis.hpp"
 #include "ExpectedParts.hpp"
+#include "PartCauses.hpp"
 #include "PartTable.hpp"
 #include "RunCauses.hpp"
 

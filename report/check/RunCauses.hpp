@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "Clues.hpp"
 #include "Diagnosis.hpp"
 
 namespace Report {

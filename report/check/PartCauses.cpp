@@ -1,4 +1,4 @@
-#include "Causes.hpp"
+#include "PartCauses.hpp"
 
 #include <algorithm>
 #include <array>
