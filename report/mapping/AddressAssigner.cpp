@@ -162,7 +162,7 @@ bool AddressAssigner::choose(Branch& part, const std::array<bool, 256>& taken) {
             part.prefix.octets[part.depth] = octet;
             if (!taken[octet] && fits(first.original, part.depth, octet, demand.needs) &&
                 !(demand.unusedPrefix && isPrefixUsed(part.prefix, part.depth + 1)) &&
-                !(last && !canReplace(first, part.prefix))) {
+                !(last && (holdsOriginal(part.prefix) || !canReplace(first, part.prefix)))) {
                 return true;
             }
         }
@@ -176,6 +176,28 @@ bool AddressAssigner::isPrefixUsed(const Address& prefix, std::size_t length) co
     const auto replacement = std::ranges::lower_bound(earlierReplacements, prefix);
     return (original != items.end() && sameBeginning(original->original, prefix, length)) ||
            (replacement != earlierReplacements.end() && sameBeginning(*replacement, prefix, length));
+}
+
+/// Whether the text of an IPv4 address has an original inside it, such as 10.0.0.1 in 210.0.0.17. Who
+/// searches a clean package for an original must not find it.
+bool AddressAssigner::holdsOriginal(const Address& candidate) const {
+    if (kind != AddressKind::ip4) {
+        return false;
+    }
+    for (const int modulus : {1000, 100, 10}) {
+        for (const int divisor : {1, 10, 100}) {
+            if (divisor > 1 && candidate.octets[3] < divisor) {
+                break;
+            }
+            Address inside = candidate;
+            inside.octets[0] = static_cast<std::uint8_t>(candidate.octets[0] % modulus);
+            inside.octets[3] = static_cast<std::uint8_t>(candidate.octets[3] / divisor);
+            if (isPrefixUsed(inside, width)) {
+                return true;
+            }
+        }
+    }
+    return false;
 }
 
 bool AddressAssigner::canReplace(const Item& item, const Address& candidate) const {

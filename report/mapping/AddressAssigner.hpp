@@ -61,6 +61,7 @@ private:
     bool search(Item& item);
     bool hasOpenItems(const Branch& branch) const;
     bool canReplace(const Item& item, const Address& candidate) const;
+    bool holdsOriginal(const Address& candidate) const;
     bool isPrefixUsed(const Address& prefix, std::size_t length) const;
     bool settle(Item& item, const Address& candidate);
 

@@ -16,7 +16,9 @@ bool Mapping::add(const std::string& original, const std::string& replacement) {
         return false;
     }
     forward.names.emplace(original, replacement);
+    forward.filter.add(original);
     backward.names.emplace(replacement, original);
+    backward.filter.add(replacement);
     return true;
 }
 

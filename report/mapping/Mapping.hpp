@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "Address.hpp"
+#include "WordFilter.hpp"
 
 namespace Report {
 
@@ -22,6 +23,7 @@ struct TextHash {
 struct Replacements {
     std::unordered_map<Address, Address, AddressHash> addresses;
     std::unordered_map<std::string, std::string, TextHash, std::equal_to<>> names;
+    WordFilter filter;  ///< of `names`
 };
 
 /// Originals and their replacements, one to one: an original has one replacement, and two originals never
@@ -35,17 +37,20 @@ public:
     const Replacements& originals() const { return backward; }
 
     bool isOriginal(const Address& address) const { return forward.addresses.contains(address); }
-    bool isOriginal(std::string_view name) const { return forward.names.find(name) != forward.names.end(); }
+    bool isOriginal(std::string_view name) const { return contains(forward, name); }
     bool isReplacement(const Address& address) const { return backward.addresses.contains(address); }
-    bool isReplacement(std::string_view name) const {
-        return backward.names.find(name) != backward.names.end();
-    }
+    bool isReplacement(std::string_view name) const { return contains(backward, name); }
 
     /// Returns false, and adds nothing, if the original has a replacement or the replacement an original.
     [[nodiscard]] bool add(const Address& original, const Address& replacement);
     [[nodiscard]] bool add(const std::string& original, const std::string& replacement);
 
 private:
+    static bool contains(const Replacements& replacements, std::string_view name) {
+        return replacements.filter.mayContain(name) &&
+               replacements.names.find(name) != replacements.names.end();
+    }
+
     Replacements forward;
     Replacements backward;
 };

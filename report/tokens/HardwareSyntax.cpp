@@ -88,14 +88,22 @@ std::optional<FoundAddress> readLayout(std::string_view text, std::size_t begin,
     return found;
 }
 
+/// Whether the first two groups can have this layout. Most texts, such as times, fail here.
+bool canHave(std::string_view text, Run run, const Layout& layout) {
+    if (run.size() != layout.groups[0]) {
+        return false;
+    }
+    const std::size_t second = run.end + 1 + layout.groups[1];
+    return layout.separator == '\0' ||
+           (second < text.size() && text[run.end] == layout.separator && text[second] == layout.separator);
+}
+
 }  // namespace
 
 std::optional<FoundAddress> hardwareAddressAt(std::string_view text, Run run) {
     for (const Layout& layout : layouts) {
-        const bool bare = layout.separator == '\0';
-        const bool possible = run.size() == layout.groups[0] &&
-                              (bare || (run.end < text.size() && text[run.end] == layout.separator));
-        std::optional<FoundAddress> found = possible ? readLayout(text, run.begin, layout) : std::nullopt;
+        std::optional<FoundAddress> found =
+            canHave(text, run, layout) ? readLayout(text, run.begin, layout) : std::nullopt;
         if (found && (found->address.kind == AddressKind::mac ||
                       macIn(std::span(found->address.octets).first<8>(), false))) {
             return found;

@@ -73,15 +73,21 @@ bool isWord(std::string_view text) {
 }
 
 void fold(std::string_view word, std::string& result) {
-    result.clear();
-    while (!word.empty()) {
-        const Utf8Character character = characterAt(word);
-        if (character.length == 1) {
-            result += static_cast<char>(asciiLower(static_cast<unsigned char>(word.front())));
-        } else {
-            result += utf8Of(lower(character.code));
+    result = word;
+    unsigned kinds = 0;
+    for (char& byte : result) {
+        kinds |= classOf(byte);
+        byte = static_cast<char>(isOf(byte, letterByte) ? byte | 0x20 : byte);
+    }
+    if ((kinds & highByte) == 0) {
+        return;
+    }
+    for (std::size_t place = 0; place < result.size();) {
+        const Utf8Character character = characterAt(std::string_view(result).substr(place));
+        if (character.length > 1) {
+            result.replace(place, character.length, utf8Of(lower(character.code)));
         }
-        word.remove_prefix(character.length);
+        place += character.length;
     }
 }
 

@@ -1,5 +1,7 @@
 #include "TokenScanner.hpp"
 
+#include <algorithm>
+
 #include "ByteClass.hpp"
 #include "Letters.hpp"
 #include "Utf8.hpp"
@@ -56,7 +58,12 @@ void TokenScanner::step() {
         stepColon();
     } else {
         endWord();
-        ++place;
+        const char* const end = view.data() + view.size();
+        const char* next = view.data() + place;
+        do {
+            ++next;
+        } while (next < end && classOf(*next) == 0);
+        place = static_cast<std::size_t>(next - view.data());
     }
 }
 
@@ -79,12 +86,15 @@ void TokenScanner::endWord() {
 }
 
 void TokenScanner::stepRun() {
-    Run run{place, place};
+    const char* const begin = view.data() + place;
+    const char* const farthest = begin + std::min(text.size() - place, longestRun);
+    const char* end = begin;
     unsigned kinds = 0;
-    while (run.end < text.size() && run.size() < longestRun && isOf(text[run.end], alnumByte)) {
-        kinds |= classOf(text[run.end]);
-        ++run.end;
+    for (unsigned kind = classOf(*end); (kind & alnumByte) != 0; kind = end < farthest ? classOf(*end) : 0) {
+        kinds |= kind;
+        ++end;
     }
+    const Run run{place, place + static_cast<std::size_t>(end - begin)};
     const bool hex = (kinds & ~static_cast<unsigned>(hexByte)) == 0;
     if (const std::optional<FoundAddress> found = addressIn(run, hex)) {
         takeAddress(*found);
@@ -102,9 +112,13 @@ void TokenScanner::takeAddress(const FoundAddress& found) {
 
 std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
     const char next = byteAt(run.end);
-    const bool wholeRun = run.begin == 0 || !isOf(text[run.begin - 1], alnumByte);
+    const bool separated = next == ':' || next == '-' || next == '.';
+    if (!separated && run.size() < 12) {
+        return std::nullopt;  // most words
+    }
+    const bool wholeRun = run.begin == 0 || !isOf(view[run.begin - 1], alnumByte);
     std::optional<FoundAddress> found;
-    if (hex && wholeRun && (run.size() >= 12 || next == ':' || next == '-' || next == '.')) {
+    if (hex && wholeRun) {
         found = groupsAt(run);
     }
     if (!found && next == '.' && isOf(byteAt(run.end + 1), digitByte)) {
@@ -120,9 +134,20 @@ std::optional<FoundAddress> TokenScanner::groupsAt(Run run) const {
     if (hardware && hardware->address.kind == AddressKind::eui64) {
         return hardware;
     }
-    const bool group = run.size() <= 4 && byteAt(run.end) == ':';
-    const std::optional<FoundAddress> ip6 = group ? ip6At(view, run.begin) : std::nullopt;
+    const std::optional<FoundAddress> ip6 = canBeIp6(run) ? ip6At(view, run.begin) : std::nullopt;
     return ip6 ? ip6 : hardware;
+}
+
+/// Whether a second colon follows the first group, or the second one. Times without hours fail here.
+bool TokenScanner::canBeIp6(Run run) const {
+    if (run.size() > 4 || byteAt(run.end) != ':') {
+        return false;
+    }
+    std::size_t second = run.end + 1;
+    while (second - run.end <= 4 && isOf(byteAt(second), hexByte)) {
+        ++second;
+    }
+    return byteAt(second) == ':';
 }
 
 /// The IPv4 address whose first number ends at `end`. Letters may be in front of the number.

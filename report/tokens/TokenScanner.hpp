@@ -52,6 +52,7 @@ private:
     void takeAddress(const FoundAddress& found);
     std::optional<FoundAddress> addressIn(Run run, bool hex) const;
     std::optional<FoundAddress> groupsAt(Run run) const;
+    bool canBeIp6(Run run) const;
     std::optional<FoundAddress> ip4Behind(std::size_t end) const;
     void joinWord(std::size_t end);
     char byteAt(std::size_t at) const { return at < view.size() ? view[at] : '\0'; }

@@ -185,8 +185,22 @@ TEST_F(AssignmentTest, ChoosesNothingThatTheTextContainsOtherwise) {
     expectFreshReplacements();
 }
 
+TEST_F(AssignmentTest, HidesNoOriginalInsideALongerReplacement) {
+    // The prefix is 210.0.0, of which only 10 to 19 and 100 to 199 hold the first address.
+    mapping = Report::parseMapping("korvel-report map 1\nip4 192.0.0.1 210.0.0.2\n");
+    std::string text = "10.0.0.1 ";
+    for (int last = 20; last < 90; ++last) {
+        text += "192.0.0." + std::to_string(last) + " ";
+    }
+    assign(text);
+    for (int last = 20; last < 90; ++last) {
+        EXPECT_FALSE(replaced("192.0.0." + std::to_string(last)).starts_with("210.0.0.1"));
+    }
+}
+
 TEST_F(AssignmentTest, GivesUpPrefixesBeforeItRefuses) {
-    // Below each of the nine prefixes of this length, six addresses are free, but one prefix has nine originals.
+    // Below each of the nine prefixes of this length, six addresses are free, but one prefix has nine
+    // originals.
     std::string text;
     for (int prefix = 1; prefix <= 9; ++prefix) {
         for (int last = 1; last <= (prefix == 1 ? 9 : 3); ++last) {
