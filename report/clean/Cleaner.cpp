@@ -1,0 +1,212 @@
+#include "Cleaner.hpp"
+
+#include <chrono>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <utility>
+
+#include <sys/stat.h>
+
+#include "AsideFile.hpp"
+#include "Assignment.hpp"
+#include "DescriptorSink.hpp"
+#include "FixedNames.hpp"
+#include "LeakCheck.hpp"
+#include "MapFile.hpp"
+#include "OriginalsFinder.hpp"
+#include "PackageGuard.hpp"
+#include "PackageRewriter.hpp"
+#include "PackageSource.hpp"
+#include "SidecarText.hpp"
+#include "SmallFile.hpp"
+#include "WordList.hpp"
+
+namespace Report {
+
+namespace {
+
+/// Replacements must not be predictable: whoever knows the choice knows something of the originals.
+Random unpredictable() {
+    std::random_device device;
+    std::seed_seq seed{device(), device(), device(), device(), device(), device(), device(), device()};
+    return Random(seed);
+}
+
+bool isSameFile(const std::string& one, const std::string& other) {
+    struct stat first {};
+    struct stat second {};
+    const bool exist = ::stat(one.c_str(), &first) == 0 && ::stat(other.c_str(), &second) == 0;
+    return one == other || (exist && first.st_dev == second.st_dev && first.st_ino == second.st_ino);
+}
+
+[[noreturn]] void refuseFile(const std::string& path, const std::string& reason) {
+    throw CleanRefusal(CleanRefusal::unusable, path + ": " + reason);
+}
+
+/// The output is read again, so it must be a file. It replaces neither the original package nor the mapping.
+void checkPaths(const CleanRequest& request) {
+    const std::string& output = request.output;
+    struct stat existing {};
+    if (output == "-" || (::stat(output.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode))) {
+        refuseFile(output, "the clean package needs a regular file");
+    }
+    if (isSameFile(output, request.package)) {
+        refuseFile(output, "it is the original package");
+    }
+    if (isSameFile(request.map, request.package) || isSameFile(request.map, output)) {
+        refuseFile(request.map, "the mapping needs a file of its own");
+    }
+}
+
+void writeText(const AsideFile& file, const std::string& name, const std::string& text) {
+    DescriptorSink(file.descriptor(), name).write(text);
+}
+
+/// Gives complete files their names: all of them, or none.
+void keepAll(const std::vector<AsideFile*>& files) {
+    std::vector<AsideFile*> kept;
+    try {
+        for (AsideFile* file : files) {
+            file->keep();
+            kept.push_back(file);
+        }
+    } catch (...) {
+        for (AsideFile* file : kept) {
+            file->takeBack();
+        }
+        throw;
+    }
+}
+
+/// The limits for reading a package again. The first reading has shown that its time is bounded; compressing
+/// the copy takes longer.
+Limits withoutTimeLimit(Limits limits) {
+    limits.maxTime = std::chrono::hours(24);
+    return limits;
+}
+
+/// One run of clean.
+class Cleaning {
+public:
+    explicit Cleaning(const CleanRequest& what)
+        : request(what),
+          source(what.package, what.limits.maxMemory),
+          mapFile(what.map, what.limits.maxMemory),
+          mapping(mapFile.readIfExists()),
+          budget(what.limits),
+          originals(mapping, budget),
+          finder(originals) {}
+
+    std::vector<std::string> run() {
+        takeWords();
+        readOriginals();
+        Random random = unpredictable();
+        assignReplacements(originals, mapping, random);
+        writeOutputs();
+        return std::move(notes);
+    }
+
+private:
+    void takeWords();
+    void readOriginals();
+    void writeOutputs();
+    void writePackage(const AsideFile& output);
+    std::string checkPackage(const AsideFile& output);
+
+    const CleanRequest& request;
+    PackageSource source;
+    MapFile mapFile;
+    Mapping mapping;
+    Budget budget;
+    Originals originals;
+    OriginalsFinder finder;
+    std::optional<UsedSidecar> sidecar;
+    std::vector<std::string> notes;
+};
+
+void Cleaning::takeWords() {
+    if (!request.words) {
+        return;
+    }
+    try {
+        for (const ListedWord& word :
+             parseWordList(readSmallFile(*request.words, request.limits.maxMemory))) {
+            if (isFixedName(word.name)) {
+                notes.push_back(*request.words + ": line " + std::to_string(word.line) + ": " + word.name +
+                                " stays: it is a fixed name");
+            } else {
+                originals.addName(word.name);
+            }
+        }
+    } catch (const std::invalid_argument& error) {
+        refuseFile(*request.words, error.what());
+    }
+}
+
+void Cleaning::readOriginals() {
+    PackageGuard guard(source.path(), budget, finder);
+    const PackageFacts facts = readPackage(*source.open(), budget, guard);
+    guard.checkEnd(facts);
+    if (request.runFile) {
+        sidecar = readUsedSidecar(*request.runFile, facts.sha256, notes);
+    }
+    if (sidecar) {
+        finder.takeSidecar(sidecar->content, sidecar->text);
+    }
+}
+
+void Cleaning::writeOutputs() {
+    AsideFile output(request.output);
+    writePackage(output);
+    const std::string sha256 = checkPackage(output);
+    std::vector<AsideFile*> files{&mapFile.writeAside(mapping)};
+    std::optional<AsideFile> runFile;
+    if (sidecar) {
+        const std::string name = request.output + ".run";
+        Rewriter rewriter(mapping.replacements());
+        writeText(runFile.emplace(name), name, withChecksum(handleSidecar(sidecar->text, rewriter), sha256));
+        files.push_back(&*runFile);
+    }
+    files.push_back(&output);
+    keepAll(files);
+}
+
+void Cleaning::writePackage(const AsideFile& output) {
+    DescriptorSink sink(output.descriptor(), request.output);
+    Budget limits(withoutTimeLimit(request.limits));
+    PackageWriter writer(sink, limits);
+    PackageRewriter rewriter(mapping.replacements(), writer);
+    PackageGuard guard(source.path(), limits, rewriter);
+    guard.checkEnd(readPackage(*source.open(), limits, guard));
+}
+
+/// Reads the clean package again. Returns its checksum.
+std::string Cleaning::checkPackage(const AsideFile& output) {
+    const PackageSource copy(output.temporaryName(), request.limits.maxMemory);
+    Budget limits(withoutTimeLimit(request.limits));
+    LeakCheck check(mapping);
+    PackageGuard guard(request.output, limits, check);
+    const PackageFacts facts = readPackage(*copy.open(), limits, guard);
+    guard.checkEnd(facts);
+    if (check.leak()) {
+        throw CleanRefusal(CleanRefusal::notClean, request.output + ": it would still hold " + *check.leak());
+    }
+    if (check.restored() != finder.digest()) {
+        throw CleanRefusal(CleanRefusal::notClean, request.output + ": it could not be restored exactly");
+    }
+    return facts.sha256;
+}
+
+}  // namespace
+
+std::vector<std::string> cleanPackage(const CleanRequest& request) {
+    try {
+        checkPaths(request);
+        return Cleaning(request).run();
+    } catch (...) {
+        throwAsRefusal();
+    }
+}
+
+}  // namespace Report
