@@ -1,11 +1,21 @@
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <iterator>
 #include <map>
 #include <string>
 #include <utility>
+#include <variant>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "CauseTexts.hpp"
+#include "Judge.hpp"
+#include "Names.hpp"
 #include "PackageFixture.hpp"
+#include "PartTable.hpp"
 #include "Rule.hpp"
 #include "RuleSet.hpp"
 #include "ShippedRules.hpp"
@@ -91,6 +101,368 @@ TEST(ShippedRules, FindTheirExamplesAndNotTheirCounterexamples) {
         for (const std::string& example : rule.counterexamples) {
             EXPECT_FALSE(examples.isFound(rule, example)) << rule.id << " finds: " << example;
         }
+    }
+}
+
+/// The rule and the part of each finding, with its count and its evidence.
+std::string applied(const RuleSet& rules, PackageFixture& fixture) {
+    judge(fixture.package, {});
+    rules.apply(fixture.package, 1000);
+    std::string text;
+    for (const Finding& finding : fixture.package.findings) {
+        text += std::string(nameOf(finding.severity)) + " " + finding.rule + " in '" + finding.part + "', " +
+                std::to_string(finding.count) + ":\n";
+        for (const Evidence& evidence : finding.evidence) {
+            text += "  " + evidence.source + ": " + evidence.text + "\n";
+        }
+    }
+    return text;
+}
+
+/// A set of only these rules. The shipped ones have no package to find anything in.
+RuleSet rulesOf(const std::string& text) {
+    RuleSet rules;
+    rules.add(text, "own.toml");
+    return rules;
+}
+
+constexpr const char* texts = "meaning = 'm'\nadvice = 'a'\n";
+
+TEST(RuleSet, RefusesAWrongFileWithLineAndReason) {
+    const std::string rule = std::string("[[rule]]\nid = 'x'\nwhere = 'logs'\nseverity = 'note'\n") + texts;
+    const struct {
+        std::string text;
+        std::string message;
+    } cases[] = {
+        {"[[rule]\n", "own.toml:1: "},
+        {"rules = 1\n", "own.toml:1: 'rules' is not a list of tables [[rule]]"},
+        {"rule = [1]\n", "own.toml:1: 'rule' is not a list of tables [[rule]]"},
+        {"\n[[rule]]\nid = 'x'\n",
+         "own.toml:2: one of the keys pattern, value, state, fact and level is missing"},
+        {"[[rule]]\npattern = 'p'\n", "own.toml:1: the key 'id' is missing"},
+        {"[[rule]]\nid = 7\npattern = 'p'\n", "own.toml:2: 'id' must be a text"},
+        {rule + "pattern = 'p'\ncolour = 'red'\n", "own.toml:8: 'colour' is no key of a rule with 'pattern'"},
+        {rule + "pattern = 'p'\nis = '> 0'\n", "own.toml:8: 'is' is no key of a rule with 'pattern'"},
+        {rule + "pattern = '('\n", "own.toml:7: 'pattern' is no pattern: missing ): ("},
+        {rule + "pattern = 'p'\nexcept = 'a**'\n",
+         "own.toml:8: 'except' is no pattern: bad repetition operator: **"},
+        {rule + "pattern = 'p'\nlevel = 'loud'\n", "own.toml:8: 'level' cannot be 'loud'"},
+        {rule + "value = 'p'\nis = 'many'\n", "own.toml:8: 'is' cannot be 'many'"},
+        {rule + "value = 'p'\n", "own.toml:1: the key 'is' is missing"},
+        {rule + "value = 'p'\nis = '> 9 %'\n",
+         "own.toml:8: 'of' belongs to a comparison in %, and only to one"},
+        {rule + "value = 'p'\nis = '> 9'\nof = 'q'\n",
+         "own.toml:8: 'of' belongs to a comparison in %, and only to one"},
+        {rule + "value = '(p)'\nis = '> 9 %'\nof = ['q', '\\2']\n",
+         "own.toml:9: 'value' does not have the groups of '\\2'"},
+        {rule + "state = 'fine'\n", "own.toml:7: 'state' cannot be 'fine'"},
+        {rule + "fact = ['overlap', 'fine']\n", "own.toml:7: 'fact' cannot be 'fine'"},
+        {rule + "pattern = 'p'\nexamples = [1]\n",
+         "own.toml:8: 'examples' must be a text or a list of texts"},
+        {rule + "pattern = 'p'\n" + rule + "pattern = 'p'\n", "own.toml:8: the rule 'x' appears twice"},
+        {"[[rule]]\nid = 'x'\nwhere = []\nlevel = 'error'\nseverity = 'note'\n",
+         "own.toml:3: 'where' must be a text or a list of texts"},
+        {"[[rule]]\nid = 'x'\nlevel = 'error'\nseverity = 'note'\n",
+         "own.toml:1: the key 'where' is missing"},
+        {"[[rule]]\nid = 'x'\nwhere = 'logs'\nlevel = 'error'\nseverity = 'bad'\n",
+         "own.toml:5: 'severity' cannot be 'bad'"},
+    };
+    for (const auto& [text, message] : cases) {
+        SCOPED_TRACE(text);
+        RuleSet rules;
+        const std::size_t before = rules.identifiers().size();
+        try {
+            rules.add(text, "own.toml");
+            ADD_FAILURE() << "accepted";
+        } catch (const RuleError& error) {
+            EXPECT_THAT(error.what(), testing::StartsWith(message));
+        }
+        EXPECT_EQ(rules.identifiers().size(), before);
+    }
+}
+
+TEST(RuleSet, ReplacesAShippedRuleByOneWithItsName) {
+    const std::size_t shipped = RuleSet().identifiers().size();
+    const RuleSet rules =
+        rulesOf(std::string("[[rule]]\nid = 'heartbeat-lost'\nwhere = ['mmi/**', 'fuse/*']\n"
+                            "severity = 'note'\npattern = 'pulse'\nexcept = 'no pulse'\n") +
+                texts);
+    EXPECT_EQ(rules.identifiers().size(), shipped);
+    EXPECT_EQ(rules.explain("heartbeat-lost"),
+              "heartbeat-lost (note)\n"
+              "Meaning:  m\n"
+              "Advice:   a\n"
+              "Finds:    lines that match pulse, without what matches no pulse\n"
+              "Where:    mmi/**, fuse/*\n"
+              "File:     own.toml\n");
+    EXPECT_EQ(rules.explain("unheard-of"), "");
+}
+
+TEST(RuleSet, ExplainsEveryKindOfRule) {
+    const RuleSet rules;
+    const struct {
+        const char* rule;
+        const char* finds;
+    } cases[] = {
+        {"error-entries", "Finds:    log entries of the level error or worse\n"},
+        {"last-error", "Finds:    values != 0 with a name that matches last[ _-]?"},
+        {"nearly-used-up", "Finds:    values >= 90 % of \\1 in all, \\1 total, "},
+        {"process-died", "Finds:    the state cut with a cause that matches died while\n"},
+        {"package-not-fully-read", "Finds:    the state not fully read\n"},
+        {"log-overlap", "Finds:    overlap\n"},
+    };
+    for (const auto& [rule, finds] : cases) {
+        EXPECT_THAT(rules.explain(rule), testing::HasSubstr(finds));
+    }
+}
+
+TEST(RuleSet, CountsForEachRuleAndPartAndKeepsTheFirstEvidence) {
+    PackageFixture fixture;
+    fixture.package.sidecarState = SidecarState::used;
+    fixture.write("fuse/HistoryLog",
+                  "2026-09-21T14:13:16.000000Z 2 a: disk is full\n"
+                  "2026-09-21T14:13:17.000000Z 2 a: disk is full again\n"
+                  "2026-09-21T14:13:18.000000Z 2 a: No space left on device\n"
+                  "2026-09-21T14:13:19.000000Z 2 a: no space left for the fourth time\n");
+    fixture.part("fuse/HistoryLog").log = true;
+    fixture.write("linux/dmesg", "[  1.2] EXT4-fs: no space left\n");
+
+    EXPECT_EQ(applied(RuleSet(), fixture),
+              "error disk-full in 'fuse/HistoryLog', 4:\n"
+              "  fuse/HistoryLog: 2026-09-21T14:13:16.000000Z 2 a: disk is full\n"
+              "  fuse/HistoryLog: 2026-09-21T14:13:17.000000Z 2 a: disk is full again\n"
+              "  fuse/HistoryLog: 2026-09-21T14:13:18.000000Z 2 a: No space left on device\n"
+              "error disk-full in 'linux/dmesg', 1:\n"
+              "  linux/dmesg: [  1.2] EXT4-fs: no space left\n");
+}
+
+TEST(RuleSet, SortsFindingsBySeverity) {
+    PackageFixture fixture;
+    fixture.write("linux/messages", "timer expired\nwatchdog expired\nrestarting because of a new version\n");
+
+    EXPECT_EQ(applied(RuleSet(), fixture),
+              "error watchdog in 'linux/messages', 1:\n"
+              "  linux/messages: watchdog expired\n"
+              "warning time-out in 'linux/messages', 1:\n"
+              "  linux/messages: timer expired\n"
+              "note sidecar-absent in '', 1:\n"
+              "note unexpected-restart in 'linux/messages', 1:\n"
+              "  linux/messages: restarting because of a new version\n");
+}
+
+TEST(RuleSet, FindsStatesWithTheirEvidence) {
+    PackageFixture fixture;
+    fixture.remove("ti/netfp_proxy");
+    fixture.kill("netfp_proxy");
+
+    EXPECT_EQ(applied(RuleSet(), fixture),
+              "error process-not-running in 'ti/netfp_proxy', 1:\n"
+              "  ti/netfp_proxy: missing: netfp_proxy was not running\n"
+              "  linux/processes: no process netfp_proxy among 7\n"
+              "note sidecar-absent in '', 1:\n");
+}
+
+TEST(ShippedRules, HaveOneRuleForEachStateAndCause) {
+    const struct {
+        Cause cause;
+        const char* part;
+        State state;
+        const char* rule;
+    } cases[] = {
+        {Cause::packageEndsInside, "mmi/sfn/HeapStats", State::cut, "part-beyond-end"},
+        {Cause::packageEndsBefore, "ti/netfp_proxy", State::missing, "part-beyond-end"},
+        {Cause::packageDamaged, "ti/netfp_proxy", State::missing, "part-beyond-end"},
+        {Cause::notFollowed, "ti/netfp_proxy", State::missing, "part-not-followed"},
+        {Cause::noRoom, "mmi/sfn/HeapStats", State::empty, "no-room"},
+        {Cause::noRoom, "fuse/HistoryLog", State::cut, "no-room"},
+        {Cause::notWritten, "mmi/sfn/HeapStats", State::empty, "not-written"},
+        {Cause::folderNotCreated, "mmi/sfn/HeapStats", State::missing, "not-written"},
+        {Cause::stateFileMissing, "fuse/sfn/dmaStats", State::missing, "state-file-missing"},
+        {Cause::stateFileEmpty, "fuse/sfn/dmaStats", State::empty, "state-file-missing"},
+        {Cause::bridgeFileMissing, "fuse/iwf/fpBridgeStats", State::missing, "state-file-missing"},
+        {Cause::logMissing, "fuse/HistoryLog", State::missing, "not-collected"},
+        {Cause::sourceUnreadable, "ti/netfp_proxy", State::missing, "source-unreadable"},
+        {Cause::sourceHangs, "fuse/sfn/dmaStats", State::missing, "dispatcher-hangs"},
+        {Cause::sourceLimit, "ti/netfp_proxy", State::cut, "collection-limit"},
+        {Cause::collectionLimit, "ti/netfp_proxy", State::empty, "collection-limit"},
+        {Cause::replyNotEnded, "mmi/sfn/HeapStats", State::cut, "reply-unended"},
+        {Cause::replyStopped, "mmi/sfn/HeapStats", State::cut, "reply-unended"},
+        {Cause::replyLate, "mmi/sfn/HeapStats", State::stale, "dispatcher-slow"},
+        {Cause::notText, "mmi/sfn/HeapStats", State::unreadable, "part-damaged"},
+        {Cause::noAnswer, "mmi/sfn/HeapStats", State::empty, "dispatcher-silent"},
+        {Cause::noAnswerOrNoRoom, "mmi/sfn/HeapStats", State::empty, "dispatcher-silent"},
+        {Cause::noAnswerNotRunning, "mmi/sfn/HeapStats", State::empty, "dispatcher-not-running"},
+        {Cause::answeredNothing, "mmi/sfn/HeapStats", State::empty, "dispatcher-silent"},
+        {Cause::notAskable, "mmi/sfn/HeapStats", State::empty, "dispatcher-silent"},
+        {Cause::dispatcherNotRunning, "fuse/sfn/dmaStats", State::missing, "dispatcher-not-running"},
+        {Cause::notAsked, "mmi/sfn/HeapStats", State::missing, "not-collected"},
+        {Cause::notAskedOrPrinted, "ti/syslib_sm_log", State::missing, "not-collected"},
+        {Cause::removedByPrint, "ti/netfp_proxy", State::missing, "not-collected"},
+        {Cause::dumpMissing, "ti/netfp_proxy", State::missing, "dump-missing"},
+        {Cause::dumpNotWritten, "ti/netfp_proxy", State::missing, "process-hangs"},
+        {Cause::dumpNotFinished, "ti/netfp_proxy", State::cut, "dump-unfinished"},
+        {Cause::dumpInterrupted, "ti/netfp_proxy", State::cut, "process-died"},
+        {Cause::dumpBlank, "ti/netfp_proxy", State::empty, "dump-unfinished"},
+        {Cause::processNotRunning, "ti/netfp_proxy", State::missing, "process-not-running"},
+        {Cause::processesNotListed, "ti/netfp_proxy", State::missing, "dump-missing"},
+        {Cause::notSignalled, "ti/netfp_proxy", State::missing, "dump-missing"},
+        {Cause::leftOver, "mmi/sfn/HeapStats", State::stale, "part-stale"},
+        {Cause::leftOverNotAsked, "ti/netfp_proxy", State::stale, "part-stale"},
+        {Cause::leftOverNoDump, "ti/netfp_proxy", State::stale, "process-hangs"},
+        {Cause::leftOverNotRunning, "ti/netfp_proxy", State::stale, "process-not-running"},
+        {Cause::leftOverDispatcherNotRunning, "fuse/sfn/dmaStats", State::stale, "dispatcher-not-running"},
+        {Cause::leftOverNoSource, "fuse/sfn/dmaStats", State::stale, "state-file-missing"},
+        {Cause::leftOverNotWritten, "fuse/sfn/dmaStats", State::stale, "not-written"},
+        {Cause::pieceInterrupted, "archive/dispatcher/startup", State::cut, "archive-piece-damaged"},
+        {Cause::copyIncomplete, "netfp_logs_post_mortem", State::cut, "post-mortem-damaged"},
+        {Cause::linuxMissing, "linux", State::missing, "linux-logs-missing"},
+        {Cause::linuxFailed, "linux", State::missing, "linux-logs-missing"},
+        {Cause::damaged, "other", State::unreadable, "part-damaged"},
+    };
+    const RuleSet rules;
+    for (const auto& [cause, name, state, rule] : cases) {
+        Package package;
+        Part& part = package.parts.emplace_back();
+        part.name = name;
+        part.state = state;
+        part.expected = true;
+        part.cause = textOf(cause, placeOf(part.name), "its detail");
+        rules.apply(package, 1000);
+        std::string found;
+        for (const Finding& finding : package.findings) {
+            found += finding.part.empty() ? "" : finding.rule + " ";
+        }
+        EXPECT_EQ(found, std::string(rule) + " ") << part.cause;
+    }
+}
+
+TEST(RuleSet, FindsFactsAboutAPackage) {
+    PackageFixture fixture;
+    fixture.package.clockUnset = true;
+    fixture.package.time = Time(std::chrono::seconds(60));
+    fixture.package.oddities.push_back({"./mmi/x", "symbolic link to /etc/passwd"});
+    fixture.ran("korvel pkg-sup", "Strange things happen\nPermission problems\n");
+    fixture.package.sidecar->keys["status"] = "1";
+    for (const char* const name :
+         {"ti/netfp_proxy", "ti/netfp_server", "ti/netfp_master", "ti/resmgr_server", "ti/syslib_sm_log"}) {
+        fixture.age(name, 3600);
+    }
+    fixture.write("archive/syslib/runtime", "x\n");
+    Overlap& overlap = fixture.part("archive/syslib/runtime").overlaps.emplace_back();
+    overlap.before = LogEntry{Time(std::chrono::seconds(1)), Level::error, "a", "last"};
+    fixture.part("archive/syslib/runtime").invalidBytes = 2;
+    fixture.writeLarge("ti/syslib_sm_log", 2'097'100);
+
+    EXPECT_EQ(
+        applied(RuleSet(), fixture),
+        "warning odd-member in '', 1:\n"
+        "  ./mmi/x: symbolic link to /etc/passwd\n"
+        "warning clock-unset in '', 1:\n"
+        "  : the time of the package is 1970-01-01 00:01:00 UTC\n"
+        "warning old-collector in '', 1:\n"
+        "  ti: written at 2026-09-21 13:13:20 UTC, the newest part at 2026-09-21 14:13:20 UTC\n"
+        "warning log-overlap in 'archive/syslib/runtime', 1:\n"
+        "  archive/syslib/runtime: between \"1970-01-01 00:00:01.000000 a: last\" and an unknown entry\n"
+        "warning run-failed in '', 1:\n"
+        "  sidecar: status: 1\n"
+        "note log-full in 'ti/syslib_sm_log', 1:\n"
+        "  ti/syslib_sm_log: 2097100 bytes\n"
+        "note text-not-utf-8 in 'archive/syslib/runtime', 1:\n"
+        "  archive/syslib/runtime: 2 of 2 bytes are not UTF-8\n"
+        "note zone-unknown in '', 1:\n"
+        "  sidecar: no zone\n"
+        "note unknown-complaint in '', 2:\n"
+        "  sidecar: Strange things happen\n"
+        "  sidecar: Permission problems\n");
+}
+
+TEST(RuleSet, FindsWhatIsWrongWithTheArchiveItself) {
+    PackageFixture fixture;
+    fixture.package.end = {Integrity::cut, "the compressed data end early", {}};
+    fixture.ran("korvel pkg-sup",
+                "Command: /bin/tar -czf /ffs/run/logs/netfp_logs_sup.tgz exited with error, exit code: 2\n");
+    fixture.package.zone = "UTC";
+
+    EXPECT_EQ(
+        applied(RuleSet(), fixture),
+        "error package-cut in '', 1:\n"
+        "  : the compressed data end early\n"
+        "  : packing failed on the board: no room was left below /ffs/run/logs, or it could not be written\n"
+        "  sidecar: Command: /bin/tar -czf /ffs/run/logs/netfp_logs_sup.tgz exited with error, exit code: 2\n"
+        "note command-failed in '', 1:\n"
+        "  sidecar: Command: /bin/tar -czf /ffs/run/logs/netfp_logs_sup.tgz exited with error, exit code: "
+        "2\n");
+}
+
+TEST(RuleSet, FindsThingsInNestedPackagesButNoSidecarThere) {
+    PackageFixture fixture;
+    PackageFixture inner;
+    inner.write("linux/messages", "kernel panic\n");
+    fixture.package.nested.push_back(inner.package);
+
+    RuleSet().apply(fixture.package, 1000);
+
+    ASSERT_EQ(fixture.package.nested.front().findings.size(), 1);
+    EXPECT_EQ(fixture.package.nested.front().findings.front().rule, "crash");
+}
+
+TEST(RuleSet, ReadsLinesOnlyUpToTheLimit) {
+    PackageFixture fixture;
+    fixture.write("linux/messages", "0123456789 kernel panic\n");
+
+    RuleSet().apply(fixture.package, 12);
+
+    EXPECT_EQ(fixture.package.findings.size(), 1) << "only that there is no sidecar";
+}
+
+TEST(RuleSet, KnowsWhichValuesItsRulesName) {
+    const RuleSet rules;
+    const struct {
+        const char* part;
+        const char* name;
+        bool named;
+    } cases[] = {{"mmi/sfn/HeapStats", "failed allocations", true},
+                 {"mmi/sfn/HeapStats", "allocations", false},
+                 {"fuse/sfn/tracing_on", "tracing_on", true},
+                 {"mmi/sfn/HeapStats", "tracing_on", false}};
+    for (const auto& [part, name, named] : cases) {
+        Value value;
+        value.part = part;
+        value.name = name;
+        EXPECT_EQ(rules.names(value), named) << part << " " << name;
+    }
+}
+
+TEST(RuleSet, ComparesNumbersOfAllTypes) {
+    const struct {
+        const char* is;
+        Number number;
+        const char* text;
+        bool found;
+    } cases[] = {
+        {"> 0", std::int64_t{1}, "1", true},
+        {"> 0", std::int64_t{0}, "0", false},
+        {">= -1.5", -1.5, "-1.5", true},
+        {"< 1", std::uint64_t{18446744073709551615U}, "18446744073709551615", false},
+        {"> 1", std::monostate{}, "99999999999999999999999", true},
+        {"< 1", std::monostate{}, "-99999999999999999999999", true},
+        {"= 7", std::int64_t{7}, "0x7", true},
+        {"!= 7", std::int64_t{7}, "7", false},
+        {"<= 7", std::int64_t{7}, "7", true},
+    };
+    for (const auto& [is, number, text, found] : cases) {
+        const RuleSet rules =
+            rulesOf("[[rule]]\nid = 'own'\nwhere = '**'\nseverity = 'note'\nvalue = 'n'\nis = '" +
+                    std::string(is) + "'\n" + texts);
+        PackageFixture fixture;
+        Value& value = fixture.package.values.emplace_back();
+        value.name = "n";
+        value.number = number;
+        value.text = text;
+        rules.apply(fixture.package, 1000);
+        EXPECT_EQ(std::ranges::count(fixture.package.findings, std::string("own"), &Finding::rule),
+                  found ? 1 : 0)
+            << text << " " << is;
     }
 }
 
