@@ -65,7 +65,8 @@ void Budget::release(std::size_t bytes) {
 }
 
 bool Budget::checkTime() {
-    return processorTime() - start <= bounds.maxTime || exceed(Limit::seconds);
+    const std::chrono::nanoseconds reading = bounds.maxTime - bounds.maxTime / 10;
+    return processorTime() - start <= reading || exceed(Limit::seconds);
 }
 
 bool Budget::exceed(Limit limit) {

@@ -30,6 +30,7 @@ public:
     [[nodiscard]] bool inflate(std::uint64_t bytes);
     [[nodiscard]] bool addMember();
     [[nodiscard]] bool keep(std::size_t bytes);
+    /// False once nine tenths of the time are used: what was read has to be judged and printed, too.
     [[nodiscard]] bool checkTime();
 
     /// Bytes that may still be inflated.
