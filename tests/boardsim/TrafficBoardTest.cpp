@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -41,7 +40,6 @@ using Boardsim::readTextFile;
 using Boardsim::resourceManagerState;
 using Boardsim::Scenario;
 using Boardsim::StateTree;
-using Boardsim::SystemState;
 using Boardsim::TrafficClock;
 using Boardsim::TrafficLog;
 using Boardsim::TrafficProfile;
@@ -124,8 +122,9 @@ TEST(TrafficBoardTest, KeepsItsStateFilesUpToDate) {
     const Board board(scenario);
 
     for (const std::string instance : {"iwf", "sfn"}) {
-        const auto reportOf = [&](const std::string& file, const auto& textOf) {
-            expectReport([&] { return readTextFile("/tmp/fuse/" + instance + "/" + file); },
+        const std::string folder = "/tmp/fuse/" + instance;
+        const auto expectFile = [&](const std::string& file, const auto& textOf) {
+            expectReport([path = folder + "/" + file] { return readTextFile(path); },
                          [&](std::uint64_t second) {
                              const BoardState state = expectedAt(scenario, second);
                              return textOf(&state.dispatcher(instance));
@@ -133,9 +132,9 @@ TEST(TrafficBoardTest, KeepsItsStateFilesUpToDate) {
                          1);
         };
         for (const char* name : {"dispatcherCpu", "dmaStats"}) {
-            reportOf(name, [&](const auto* state) { return StateTree::texts(instance, state).at(name); });
+            expectFile(name, [&](const auto* state) { return StateTree::texts(instance, state).at(name); });
         }
-        reportOf("qosStats", [&](const auto* state) { return QosStatistics::text(instance, state); });
+        expectFile("qosStats", [&](const auto* state) { return QosStatistics::text(instance, state); });
     }
     EXPECT_EQ(filesBelow("/tmp/fuse"), (Lines{"iwf/dispatcherCpu", "iwf/dmaStats", "iwf/fpBridgeStats",
                                               "iwf/qosStats", "iwf/tracing_on", "sfn/dispatcherCpu",
@@ -145,21 +144,19 @@ TEST(TrafficBoardTest, KeepsItsStateFilesUpToDate) {
 TEST(TrafficBoardTest, DumpsTheCountersOfTheSecond) {
     const Scenario scenario = scenarioOf(TrafficProfile::leak, 80);
     const Board board(scenario);
-    const struct {
-        const char* process;
-        std::string (*text)(const SystemState* state);
-    } cases[] = {{"netfp_proxy", netfpProxyState},
-                 {"netfp_server", netfpServerState},
-                 {"resmgr_server", resourceManagerState}};
-
-    for (const auto& [process, text] : cases) {
-        const std::string name = process;
-        expectReport([&] { return dumpOf(board, name); },
+    const auto expectDump = [&](const std::string& process, auto* textOf) {
+        const std::string opening = "<" + process + "_dump>\n";
+        const std::string terminator = "</" + process + "_dump>\n";
+        expectReport([&] { return dumpOf(board, process); },
                      [&](std::uint64_t second) {
                          const BoardState state = expectedAt(scenario, second);
-                         return "<" + name + "_dump>\n" + text(&state.system) + "</" + name + "_dump>\n";
+                         return opening + textOf(&state.system) + terminator;
                      });
-    }
+    };
+
+    expectDump("netfp_proxy", netfpProxyState);
+    expectDump("netfp_server", netfpServerState);
+    expectDump("resmgr_server", resourceManagerState);
 }
 
 TEST(TrafficBoardTest, CountsClassesFromZeroAfterAReset) {
@@ -184,20 +181,24 @@ TEST(TrafficBoardTest, WritesTheEntriesBeforeTheBoardsStartAtOnce) {
     const Scenario scenario = scenarioOf(TrafficProfile::leak, 70);
     const Board board(scenario);
 
-    for (const auto& [log, process] : {std::pair{"dispatcher_log_memory", "iwf_dispatcher"},
-                                       {"dispatcher_log_memory", "sfn_dispatcher"},
-                                       {"syslib_log_memory", "netfp_server"}}) {
-        Lines expected{"3 " + std::string(process) + ": started"};
+    const auto expectEntries = [&](const std::string& process, const char* log) {
+        const auto entry = [&](int level, const std::string& text) {
+            return std::to_string(level).append(" ").append(process).append(": ").append(text);
+        };
+        Lines expected{entry(3, "started")};
         TrafficLog(scenario, process).upTo(70, [&](const LogLine& line) {
-            expected.push_back(std::to_string(static_cast<int>(line.level)) + " " + process + ": " +
-                               line.text);
+            expected.push_back(entry(static_cast<int>(line.level), line.text));
         });
         Lines entries = logEntries(log);
-        std::erase_if(entries, [&](const std::string& each) { return each.find(process) == each.npos; });
+        std::erase_if(entries, [&](const std::string& each) { return !each.substr(2).starts_with(process); });
         ASSERT_GE(entries.size(), expected.size());
         entries.resize(expected.size());
         EXPECT_EQ(entries, expected);
-    }
+    };
+
+    expectEntries("iwf_dispatcher", "dispatcher_log_memory");
+    expectEntries("sfn_dispatcher", "dispatcher_log_memory");
+    expectEntries("netfp_server", "syslib_log_memory");
 }
 
 TEST(TrafficBoardTest, CarriesTheStatusOfTheProfileInHeartbeatsUnlessItsFileHasAnother) {

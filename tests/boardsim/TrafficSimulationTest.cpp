@@ -97,8 +97,8 @@ Values valuesOf(const BoardState& board, const std::string& instance) {
     Values values;
     for (const std::string& text : reportsOf(board, instance)) {
         const Lines lines = linesOf(text);
-        std::string title = lines.front();
-        title = title.starts_with(instance + ": ") ? title.substr(instance.size() + 2) : title;
+        const std::string prefix = instance + ": ";
+        const std::string title = lines.front().substr(lines.front().starts_with(prefix) ? prefix.size() : 0);
         for (const std::string& line : std::vector(lines.begin() + 1, lines.end())) {
             const std::string name = line.substr(nameStart, valueStart - nameStart);
             values[title + " / " + name.substr(0, name.find_last_not_of(' ') + 1)] =
@@ -237,14 +237,14 @@ auto firstSecond(const std::vector<std::uint64_t>& numbers) {
 
 /// The values with a word for trouble that are not 0.
 Lines troubles(const Values& values) {
+    constexpr std::array words{"dropped",    "error",         "failed",  "timed out",     "time-out",
+                               "no context", "refused",       "full",    "late",          "block on send",
+                               "duplicate",  "out of window", "overlap", "peers unresolv"};
     Lines names;
-    for (const auto& [name, value] : values) {
-        const bool trouble = std::ranges::any_of(
-            std::array{"dropped", "error", "failed", "timed out", "time-out", "no context", "refused", "full",
-                       "block on send", "late", "out of window", "duplicate", "overlapping", "unresolved"},
-            [&](const char* word) { return name.find(word) != std::string::npos; });
-        if (trouble && value != 0) {
-            names.push_back(name);
+    for (const auto& each : values) {
+        const auto isInName = [&](const char* word) { return each.first.find(word) != std::string::npos; };
+        if (each.second != 0 && std::ranges::any_of(words, isInName)) {
+            names.push_back(each.first);
         }
     }
     return names;
