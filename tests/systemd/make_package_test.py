@@ -16,6 +16,7 @@ pack() {  # NAME WORD: makes a complete package that contains the word
     mkdir -p /tmp/packed; echo "$2" > /tmp/packed/word; tar -czf "$1" -C /tmp/packed word
 }
 word() { tar -xOzf "$1" word; }
+packages() { ls | grep -v '[.]run$'; }
 is_complete() { gzip -t "$1" && tar -tzf "$1" > /dev/null && echo complete; }
 fill() { dd if=/dev/zero of=/ffs/filler bs=1k count="$1" 2> /dev/null; }
 twelve_packages() {  # DAY: makes twelve packages, the first is the oldest
@@ -44,32 +45,32 @@ class PackagesOfAFixedName(unittest.TestCase):
         for keyword, name in self.names.items():
             with self.subTest(keyword):
                 outcome = run(f"pack netfp_logs_post_mortem.tgz last; pack {name} old\n"
-                              f"{MAKE} {keyword}; echo $?; tar -tzf {name} | grep -e word -e ./ti/netfp_proxy.log; ls")
+                              f"{MAKE} {keyword}; echo $?; tar -tzf {name} | grep -e word -e ./ti/netfp_proxy.log; packages")
                 names = "".join(f"{each}\n" for each in sorted({name, "netfp_logs_post_mortem.tgz"}))
                 self.assertEqual(outcome, (0, f"0\n./ti/netfp_proxy.log\n{names}", ""))
 
     def test_are_made_if_there_was_none(self) -> None:
-        outcome = run(f"{MAKE} pkg-pm; echo $?; ls; is_complete *")
+        outcome = run(f"{MAKE} pkg-pm; echo $?; packages; is_complete *.tgz")
         self.assertEqual(outcome, (0, "0\nnetfp_logs_post_mortem.tgz\ncomplete\n", ""))
 
     def test_leave_the_previous_one_if_a_full_disk_cuts_them(self) -> None:
-        outcome = run(f"pack netfp_logs_post_mortem.tgz old; fill 1012; {MAKE} pkg-pm; echo $?; ls; word *",
+        outcome = run(f"pack netfp_logs_post_mortem.tgz old; fill 1012; {MAKE} pkg-pm; echo $?; ls; word *.tgz",
                       "--ffs-size", "1M", "--full-logs")
         self.assertEqual(outcome.out, "1\nnetfp_logs_post_mortem.tgz\nold\n")
         self.assertTrue(outcome.err.endswith(INCOMPLETE), outcome.err)
 
     def test_leave_the_previous_one_if_korvel_makes_none(self) -> None:
-        outcome = run(f"pack netfp_logs_post_mortem.tgz old; {MAKE_NONE} pkg-pm; echo $?; ls; word *")
+        outcome = run(f"pack netfp_logs_post_mortem.tgz old; {MAKE_NONE} pkg-pm; echo $?; ls; word *.tgz")
         self.assertEqual(outcome, (0, "1\nnetfp_logs_post_mortem.tgz\nold\n", INCOMPLETE))
 
     def test_can_be_disabled_for_the_shutdown(self) -> None:
         outcome = run("echo doNotCollectLogOnExit=1 > /rom/private/fpdispatcher.conf\n"
-                      f"pack netfp_logs_shutdown.tgz old; {MAKE} pkg-sdown; echo $?; ls; word *")
+                      f"pack netfp_logs_shutdown.tgz old; {MAKE} pkg-sdown; echo $?; ls; word *.tgz")
         self.assertEqual(outcome, (0, "0\nnetfp_logs_shutdown.tgz\nold\n", ""))
 
     def test_replace_a_link_of_their_name_and_keep_its_target(self) -> None:
         outcome = run("echo theirs > /tmp/elsewhere; ln -s /tmp/elsewhere netfp_logs_post_mortem.tgz\n"
-                      f"{MAKE} pkg-pm; echo $?; cat /tmp/elsewhere; find . -type l; is_complete *; ls")
+                      f"{MAKE} pkg-pm; echo $?; cat /tmp/elsewhere; find . -type l; is_complete *.tgz; packages")
         self.assertEqual(outcome, (0, "0\ntheirs\ncomplete\nnetfp_logs_post_mortem.tgz\n", ""))
 
 
@@ -78,26 +79,26 @@ class AfterAKilledRun(unittest.TestCase):
 
     def test_the_previous_package_replaces_an_incomplete_one(self) -> None:
         outcome = run("pack netfp_logs_post_mortem.tgz.previous old; echo cut > netfp_logs_post_mortem.tgz\n"
-                      f"{MAKE_NONE} pkg-pm 2> /dev/null; ls; word *")
+                      f"{MAKE_NONE} pkg-pm 2> /dev/null; ls; word *.tgz")
         self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\nold\n", ""))
 
     def test_the_previous_package_is_restored_if_there_is_none(self) -> None:
-        outcome = run(f"pack netfp_logs_post_mortem.tgz.previous old; {MAKE_NONE} pkg-pm 2> /dev/null; ls; word *")
+        outcome = run(f"pack netfp_logs_post_mortem.tgz.previous old; {MAKE_NONE} pkg-pm 2> /dev/null; ls; word *.tgz")
         self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\nold\n", ""))
 
     def test_a_complete_package_is_kept(self) -> None:
         outcome = run("pack netfp_logs_post_mortem.tgz.previous old; pack netfp_logs_post_mortem.tgz new\n"
-                      f"{MAKE_NONE} pkg-pm 2> /dev/null; ls; word *")
+                      f"{MAKE_NONE} pkg-pm 2> /dev/null; ls; word *.tgz")
         self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\nnew\n", ""))
 
 
 class PlainPackages(unittest.TestCase):
     maxDiff = None
     nine_newest = "".join(f"netfp_logs_260101_00{minute:02}00.tgz\n" for minute in range(4, 13))
-    show = "echo $?; ls netfp_logs_260101_*; ls | wc -l"
+    show = "echo $?; ls netfp_logs_260101_*.tgz; packages | wc -l"
 
     def test_are_reduced_to_the_new_one_and_the_nine_newest(self) -> None:
-        outcome = run(f"twelve_packages 2026-01-01; {MAKE} pkg; {self.show}; is_complete $(ls -t | head -n 1)")
+        outcome = run(f"twelve_packages 2026-01-01; {MAKE} pkg; {self.show}; is_complete $(ls -t *.tgz | head -n 1)")
         self.assertEqual(outcome, (0, f"0\n{self.nine_newest}10\ncomplete\n", ""))
 
     def test_keep_the_new_one_even_if_older_ones_have_later_times(self) -> None:
@@ -127,15 +128,15 @@ class MakePackage(unittest.TestCase):
     def test_completes_the_package_if_it_is_terminated(self) -> None:
         outcome = run(f"""
             {MAKE} pkg-pm & until pgrep -x korvel > /dev/null; do sleep 0.01; done
-            kill -TERM $!; wait $!; echo $?; ls; is_complete *""")
+            kill -TERM $!; wait $!; echo $?; packages; is_complete *.tgz""")
         self.assertEqual(outcome, (0, "0\nnetfp_logs_post_mortem.tgz\ncomplete\n", ""))
 
     def test_makes_one_package_at_a_time(self) -> None:
-        outcome = run(f"{MAKE} pkg-pm & first=$!; {MAKE} pkg-sdown & wait $first; echo $?; wait $!; echo $?; ls")
+        outcome = run(f"{MAKE} pkg-pm & first=$!; {MAKE} pkg-sdown & wait $first; echo $?; wait $!; echo $?; packages")
         self.assertEqual(outcome, (0, "0\n0\nnetfp_logs_post_mortem.tgz\nnetfp_logs_shutdown.tgz\n", ""))
 
     def test_makes_no_package_if_it_cannot_lock_the_folder(self) -> None:
-        outcome = run(f"pack netfp_logs_post_mortem.tgz old; PATH=/no/flock {MAKE} pkg-pm; echo $?; ls; word *")
+        outcome = run(f"pack netfp_logs_post_mortem.tgz old; PATH=/no/flock {MAKE} pkg-pm; echo $?; ls; word *.tgz")
         self.assertEqual(outcome.out, "1\nnetfp_logs_post_mortem.tgz\nold\n")
         self.assertEqual(outcome.err.splitlines()[-1], "make-package: cannot lock /ffs/run/logs: no package was made")
 

@@ -90,8 +90,8 @@ class Services(unittest.TestCase):
         unit = section("korvel-supervision.service", "Unit")["OnFailure"]
         outcome = board.run(f"""
             {commands("korvel-supervision.service", "ExecStart")} || {commands(unit, "ExecStart")}
-            ls /ffs/run/logs""", "--fault", "netfp_proxy=netlink-error:3")
-        self.assertEqual(outcome, (0, "netfp_logs_post_mortem.tgz\n",
+            ls /ffs/run/logs/*.tgz""", "--fault", "netfp_proxy=netlink-error:3")
+        self.assertEqual(outcome, (0, "/ffs/run/logs/netfp_logs_post_mortem.tgz\n",
                                    "Heartbeat status: IWF Dispatcher:OK SFN Dispatcher:OK NetfpProxy: ERROR\n"))
 
     def test_supervision_is_restarted_by_a_timer_that_stops_with_it(self) -> None:
@@ -106,11 +106,11 @@ class Services(unittest.TestCase):
 
     def test_a_stop_makes_the_shutdown_package(self) -> None:
         self.assertEqual(commands("korvel-shutdown-package.service", "ExecStart"), "")
-        outcome = board.run(commands("korvel-shutdown-package.service", "ExecStop") + "; ls /ffs/run/logs")
+        outcome = board.run(commands("korvel-shutdown-package.service", "ExecStop") + "; cd /ffs/run/logs; ls *.tgz")
         self.assertEqual(outcome, (0, "netfp_logs_shutdown.tgz\n", ""))
 
     def test_a_plain_package_is_made_on_request(self) -> None:
-        outcome = board.run(commands("korvel-package.service", "ExecStart") + "; ls /ffs/run/logs | sed s/[0-9]/N/g")
+        outcome = board.run(commands("korvel-package.service", "ExecStart") + "; cd /ffs/run/logs; ls *.tgz | sed s/[0-9]/N/g")
         self.assertEqual(outcome, (0, "netfp_logs_NNNNNN_NNNNNN.tgz\n", ""))
 
     def test_a_stop_sends_sigterm_only_to_the_main_process(self) -> None:
