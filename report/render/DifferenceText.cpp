@@ -81,7 +81,7 @@ std::vector<std::string> remarks(const Difference& difference) {
     const Package& before = *difference.before;
     const Package& after = *difference.after;
     if (before.board && after.board && *before.board != *after.board) {
-        remarks.emplace_back("These packages are of different boards.");
+        remarks.emplace_back("The names of the boards differ.");
     }
     if (!difference.seconds) {
         remarks.emplace_back("The time between them is unknown, so there are no rates.");
@@ -148,8 +148,8 @@ void writeParts(TextWriter& text, const std::vector<PartChange>& parts) {
         const std::string_view word = words.at(static_cast<std::size_t>(change.what));
         const std::string name = std::string(word) + padding(nameColumn, word) + forTerminal(change.name);
         text.labelled(name, detailOf(change), nameColumn + nameWidth, TextWriter::indent);
-        writeLines(text, "+", change.text.added, change.text.firstAdded);
         writeLines(text, "-", change.text.removed, change.text.firstRemoved);
+        writeLines(text, "+", change.text.added, change.text.firstAdded);
     }
 }
 
