@@ -58,7 +58,7 @@ void LogReader::beginEntry(std::string_view line) {
 void LogReader::extendEntry(std::string_view line) {
     entrySize += line.size() + 1;
     longEntry = longEntry || entrySize > maxEntry;
-    if (findsOverlaps && after != After::awaited && entry.size() < mostOfEntry) {
+    if (findsOverlaps && entry.size() < mostOfEntry) {
         entry += '\n';
         entry += line.substr(0, mostOfEntry - entry.size());
     }

@@ -295,35 +295,50 @@ TEST(PackageLoaderTest, NamesMembersWithNamesThatAreTooLong) {
         "unread ./12345678: --max-name\n");
 }
 
+std::string manyLines(const std::string& line, int count) {
+    std::string lines;
+    for (int index = 0; index < count; ++index) {
+        lines += line;
+    }
+    return lines;
+}
+
 TEST(PackageLoaderTest, LeavesOutATextForWhichThereIsNoMemory) {
     LoadOptions options;
-    options.limits.maxMemory = 100'000;
-    std::string values;
-    for (int index = 0; index < 1000; ++index) {
-        values += "a: " + std::to_string(index) + '\n';
-    }
+    options.limits.maxMemory = 70'000;
+    const std::string values = manyLines("a: 1\n", 1000);
+    const std::string overlaps = manyLines(
+        "2026-11-22T00:00:00Z 0 a: b\nWARNING: Shared memory overlap. Log is missing entries\n", 1000);
     std::string noise;  // which cannot be compressed
     for (unsigned state = 1; noise.size() < 200'000;) {
         state = state * 1664525 + 1013904223;
         noise += static_cast<char>(' ' + state / (1U << 26U));
     }
     const Package package = load(PackageBuilder()
-                                     .file("./fuse/iwf/many.log", values)
-                                     .file("./linux/noise.log", noise)
-                                     .file("./fuse/iwf/few.log", "a: 1\n")
+                                     .file("./fuse/iwf/many.log", "neither\nnor\n" + values)
+                                     .file("./linux/noise.log", noise + "\na: 1\n")
+                                     .file("./noise", noise + "\na: 1\n")
+                                     .file("./archive/syslib/runtime.log", overlaps)
+                                     .file("./fuse/iwf/few.log", manyLines("a: 1\n", 130))
                                      .tgz(),
                                  options);
     EXPECT_EQ(statesOf(package),
               "fuse/iwf/many: not read\n"
               "linux/noise: not read\n"
+              "noise: not read\n"
+              "archive/syslib/runtime: not read\n"
               "fuse/iwf/few: present\n"
               "end: \n"
               "unread ./fuse/iwf/many.log: --max-memory\n"
-              "unread ./linux/noise.log: --max-memory\n");
-    ASSERT_EQ(package.values.size(), 1U);
+              "unread ./linux/noise.log: --max-memory\n"
+              "unread ./noise: --max-memory\n"
+              "unread ./archive/syslib/runtime.log: --max-memory\n");
+    EXPECT_EQ(package.values.size(), 130U);
     EXPECT_EQ(package.values.front().part, "fuse/iwf/few");
-    EXPECT_EQ(partOf(package, "linux/noise").text.size(), 0U);
-    EXPECT_EQ(partOf(package, "linux/noise").textSize, 200'000U);
+    EXPECT_EQ(partOf(package, "fuse/iwf/many").otherLines, 0U);
+    EXPECT_EQ(partOf(package, "archive/syslib/runtime").overlaps.size(), 0U);
+    EXPECT_EQ(partOf(package, "noise").text.size(), 0U);
+    EXPECT_EQ(partOf(package, "noise").textSize, 200'006U);
 }
 
 TEST(PackageLoaderTest, EndsTheReadingIfThereIsNoMemoryForNames) {

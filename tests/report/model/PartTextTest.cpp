@@ -228,7 +228,7 @@ TEST(LogTest, IsReadUpToALimitOfEachEntry) {
     EXPECT_EQ(entriesOf(lines, "fuse/HistoryLog", 40), "2026-11-22 00:00:00 error a: 12345678901234\n");
     const Package entries = loadMember("./fuse/HistoryLog.log", longEntry, options);
     EXPECT_EQ(readingOf(entries), "present, log\nunread ./fuse/HistoryLog.log: --max-line\n");
-    EXPECT_EQ(readingOf(loadMember("./fuse/HistoryLog.log", fitting, options)), "present, log\n");
+    EXPECT_EQ(readingOf(loadMember("./fuse/HistoryLog.log", fitting + fitting, options)), "present, log\n");
     for (const char* const member : {"./mmi/iwf/X.log", "./linux/processes.log", "./messages"}) {
         EXPECT_EQ(loadMember(member, std::string(41, 'x'), options).unread.size(), 1U) << member;
         EXPECT_EQ(loadMember(member, std::string(40, 'x'), options).unread.size(), 0U) << member;
@@ -271,6 +271,18 @@ TEST(OverlapTest, StandsBetweenTwoEntries) {
         }
     }
     EXPECT_EQ(loadMember("./fuse/HistoryLog.log", one + lap + two).parts.front().overlaps.size(), 0U);
+}
+
+TEST(OverlapTest, HasTheBeginningOfALongEntry) {
+    const std::string entry = "2026-11-22T00:00:01Z 0 a: ";
+    const std::string tooLong(5000, 'x');
+    const Package package =
+        loadMember("./archive/syslib/runtime.log",
+                   entry + tooLong + '\n' + std::string(warning) + entry + "short\n" + tooLong);
+    const Report::Overlap& overlap = package.parts.front().overlaps.at(0);
+    const std::size_t most = 4096 - entry.size();
+    EXPECT_EQ(overlap.before->text, std::string(most, 'x'));
+    EXPECT_EQ(overlap.after->text, "short\n" + std::string(most - 6, 'x'));
 }
 
 TEST(OverlapTest, AtTheBeginningOfANewFileFollowsTheEarlierPiece) {
