@@ -53,7 +53,7 @@ bool Budget::addMember() {
 }
 
 bool Budget::keep(std::size_t bytes) {
-    if (bytes > bounds.maxMemory - kept) {
+    if (bytes > mostKept() - kept) {
         return exceed(Limit::memory);
     }
     kept += bytes;

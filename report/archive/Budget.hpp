@@ -36,6 +36,9 @@ public:
     /// Bytes that may still be inflated.
     std::uint64_t bytesLeft() const { return bounds.maxBytes - inflated; }
 
+    /// What keep() allows in all. A quarter of the limit is for the program itself, and for what it prints.
+    std::size_t mostKept() const { return bounds.maxMemory - bounds.maxMemory / 4; }
+
     /// Returns memory that keep() counted.
     void release(std::size_t bytes);
 

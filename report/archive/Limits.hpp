@@ -15,7 +15,7 @@ struct Limits {
     std::size_t maxName = std::size_t{4} << 10;       ///< bytes of a member's name
     std::size_t maxDepth = 8;  ///< the package is level 1, a nested package or .gz piece one more
     std::chrono::milliseconds maxTime{10'000};      ///< processor time; the last tenth is not for reading
-    std::size_t maxMemory = std::size_t{64} << 20;  ///< bytes that a program keeps of a package
+    std::size_t maxMemory = std::size_t{64} << 20;  ///< bytes of memory that a program uses for a package
 };
 
 }  // namespace Report

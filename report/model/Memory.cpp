@@ -3,7 +3,7 @@
 namespace Report {
 
 bool Memory::keepContent(std::size_t bytes) {
-    const std::size_t most = budget.limits().maxMemory / 4 * 3;
+    const std::size_t most = budget.mostKept() / 4 * 3;
     if (kept > most || bytes > most - kept || !budget.keep(bytes)) {
         return false;
     }

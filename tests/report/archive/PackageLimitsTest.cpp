@@ -220,8 +220,8 @@ private:
 };
 
 TEST(PackageLimitsTest, TheMemoryOfTheVisitorIsALimitToo) {
-    MemorySource source(PackageBuilder().file("a", "12345").file("b", "1234").file("c", "1").tgz());
-    Report::Budget budget({.maxMemory = 8});
+    MemorySource source(PackageBuilder().file("a", "12345").file("b", "12345").file("c", "1").tgz());
+    Report::Budget budget({.maxMemory = 11});
     Hoarder hoarder(budget);
 
     const Report::PackageFacts facts = readPackage(source, budget, hoarder);
@@ -232,7 +232,7 @@ TEST(PackageLimitsTest, TheMemoryOfTheVisitorIsALimitToo) {
     file a 5
       "12345"
     end
-    file b 4
+    file b 5
     end not read: the limit --max-memory was reached
   } not read: the limit --max-memory was reached
 }
@@ -240,11 +240,12 @@ TEST(PackageLimitsTest, TheMemoryOfTheVisitorIsALimitToo) {
 }
 
 TEST(PackageLimitsTest, MemoryThatIsReleasedCanBeUsedAgain) {
-    Report::Budget budget({.maxMemory = 8});
+    Report::Budget budget({.maxMemory = 11});
+    EXPECT_EQ(budget.mostKept(), 9U);
     EXPECT_TRUE(budget.keep(8));
     budget.release(5);
     EXPECT_TRUE(budget.keep(5));
-    EXPECT_FALSE(budget.keep(1));
+    EXPECT_FALSE(budget.keep(2));
     EXPECT_EQ(budget.reached(), Limit::memory);
 }
 

@@ -176,7 +176,7 @@ TEST(PackageWriterTest, RefusesCallsThatAreNoPackage) {
 
 TEST(PackageWriterTest, TheMemoryLimitBoundsWhatIsCompressedInsideAMember) {
     StringSink sink;
-    Report::Budget budget({.maxMemory = 10});
+    Report::Budget budget({.maxMemory = 20});
     PackageWriter writer(sink, budget);
     writer.enterGzip();
     writer.enterTar();
