@@ -29,16 +29,20 @@ bool isOther(std::string_view line, const std::set<std::string_view>& titles) {
     return !trimmed.empty() && !isMark && !titles.contains(trimmed) && !parseValueLine(trimmed);
 }
 
+/// Whether a part is shown whole: it is no table, or the user chose it.
+bool isWhole(const ShowChoice& choice, const Titles& titles, const Part& part) {
+    return choice.part || !titles.contains(part.name);
+}
+
 bool isShown(const ShowChoice& choice, const Titles& titles, const Part& part, std::string_view line) {
     if (choice.grep) {
         return choice.grep->fits(line);
     }
-    const auto table = titles.find(part.name);
-    return choice.part || table == titles.end() || isOther(line, table->second);
+    return isWhole(choice, titles, part) || (part.otherLines > 0 && isOther(line, titles.at(part.name)));
 }
 
 std::string headingOf(const ShowContext& show, const Titles& titles, const Part& part) {
-    const bool others = titles.contains(part.name) && !show.choice.part && !show.choice.grep;
+    const bool others = !show.choice.grep && !isWhole(show.choice, titles, part);
     return forTerminal(fullName(show.prefix, part)) + (others ? ": lines without a value" : "");
 }
 

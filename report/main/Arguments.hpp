@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Expectation.hpp"
+#include "Limits.hpp"
+#include "Moment.hpp"
+#include "Package.hpp"
+#include "TextPattern.hpp"
+
+namespace Report {
+
+/// The arguments of a subcommand, checked as far as they can be without a package. Those that a subcommand
+/// does not take are as they are here.
+struct Arguments {
+    std::vector<std::string> files;  ///< packages, or the text of restore; "-" is standard input
+    Limits limits;
+
+    std::optional<std::string> board;
+    std::optional<Kind> kind;
+    std::optional<std::string> runFile;
+    bool useRun = true;
+    Expectation expectation;
+
+    std::vector<std::string> ruleFiles;
+    std::optional<std::string> explain;
+
+    std::optional<std::string> output;
+    bool pager = true;
+
+    std::optional<std::string> part;
+    bool logsOnly = false;
+    std::optional<Moment> since;
+    std::optional<Moment> until;
+    std::optional<TextPattern> grep;
+
+    std::optional<std::string> map;
+    std::optional<std::string> words;
+};
+
+}  // namespace Report

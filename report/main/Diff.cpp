@@ -1,0 +1,27 @@
+#include <optional>
+#include <ostream>
+
+#include "Commands.hpp"
+#include "Difference.hpp"
+#include "ExitStatus.hpp"
+#include "Output.hpp"
+#include "Packages.hpp"
+#include "Renderers.hpp"
+
+namespace Report {
+
+int diff(const Arguments& arguments) {
+    const std::optional<Package> before = readJudged(arguments.files[0], arguments, Keep::all);
+    const std::optional<Package> after = readJudged(arguments.files[1], arguments, Keep::all);
+    if (!before || !after) {
+        return exitTroubleOfDiff;
+    }
+    const Difference difference = compare(*before, *after, arguments.limits.maxLine);
+    Output output({arguments.output, arguments.pager});
+    output.write(
+        [&](std::ostream& out, const TextStyle& style) { renderDifference(out, difference, style); });
+    output.finish();
+    return exitStatusOf(difference);
+}
+
+}  // namespace Report

@@ -1,0 +1,27 @@
+#include <ostream>
+#include <string>
+
+#include "Commands.hpp"
+#include "ExitStatus.hpp"
+#include "Output.hpp"
+#include "Packages.hpp"
+#include "Renderers.hpp"
+
+namespace Report {
+
+int json(const Arguments& arguments) {
+    Packages packages = readAll(arguments, readRules(arguments));
+    for (const std::string& path : packages.unreadable) {
+        Package unreadable;  // a program finds every package that it asked for
+        unreadable.source = path;
+        packages.list.push_back(unreadable);
+    }
+    Output output({arguments.output});
+    output.write([&](std::ostream& out, const TextStyle&) {
+        renderJson(out, packages.list, arguments.limits.maxLine);
+    });
+    output.finish();
+    return packages.unreadable.empty() ? 0 : exitTrouble;
+}
+
+}  // namespace Report

@@ -1,0 +1,26 @@
+#include <chrono>
+#include <ostream>
+#include <utility>
+#include <vector>
+
+#include "Commands.hpp"
+#include "Output.hpp"
+#include "Packages.hpp"
+#include "Renderers.hpp"
+
+namespace Report {
+
+int metrics(const Arguments& arguments) {
+    std::vector<Package> packages;
+    const int status = useEach(arguments, Keep::all, [&](Package& package) {
+        packages.push_back(std::move(package));
+        return 0;
+    });
+    Output output({arguments.output});
+    const Time now = std::chrono::floor<Time::duration>(std::chrono::system_clock::now());
+    output.write([&](std::ostream& out, const TextStyle&) { renderMetrics(out, packages, now); });
+    output.finish();
+    return status;
+}
+
+}  // namespace Report

@@ -1,0 +1,76 @@
+#include "Packages.hpp"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "ExitStatus.hpp"
+#include "Judge.hpp"
+#include "Message.hpp"
+#include "PackageSource.hpp"
+#include "SmallFile.hpp"
+
+namespace Report {
+namespace {
+
+LoadOptions optionsFor(const Arguments& arguments, Keep keep) {
+    return {arguments.limits, keep, arguments.board, arguments.kind, arguments.runFile, arguments.useRun};
+}
+
+/// The reason of a failure, without a path.
+std::string reasonOf(const std::exception& error) {
+    const auto* const systemError = dynamic_cast<const std::system_error*>(&error);
+    if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
+        return "not enough memory";
+    }
+    return systemError == nullptr ? error.what() : systemError->code().message();
+}
+
+}  // namespace
+
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, Keep keep) {
+    try {
+        const PackageSource source(path, arguments.limits.maxMemory);
+        Package package = loadPackage(source, optionsFor(arguments, keep));
+        judge(package, arguments.expectation);
+        return package;
+    } catch (const std::exception& error) {
+        complain((path == "-" ? "standard input" : path) + ": " + reasonOf(error));
+        return std::nullopt;
+    }
+}
+
+int useEach(const Arguments& arguments, Keep keep, const std::function<int(Package&)>& use) {
+    int status = 0;
+    for (const std::string& path : arguments.files) {
+        std::optional<Package> package = readJudged(path, arguments, keep);
+        status = std::max(status, package ? use(*package) : exitTrouble);
+    }
+    return status;
+}
+
+Packages readAll(const Arguments& arguments, const RuleSet& rules) {
+    Packages packages;
+    for (const std::string& path : arguments.files) {
+        std::optional<Package> package = readJudged(path, arguments, Keep::all);
+        if (!package) {
+            packages.unreadable.push_back(path);
+            continue;
+        }
+        rules.apply(*package, arguments.limits.maxLine);
+        packages.list.push_back(std::move(*package));
+    }
+    return packages;
+}
+
+RuleSet readRules(const Arguments& arguments) {
+    RuleSet rules;
+    for (const std::string& path : arguments.ruleFiles) {
+        rules.add(readSmallFile(path, arguments.limits.maxMemory), path);
+    }
+    return rules;
+}
+
+}  // namespace Report

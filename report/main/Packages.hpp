@@ -1,0 +1,34 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Arguments.hpp"
+#include "Package.hpp"
+#include "PackageLoader.hpp"
+#include "RuleSet.hpp"
+
+namespace Report {
+
+/// Reads and judges a package. A package that cannot be read is reported on standard error.
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, Keep keep);
+
+/// Calls `use` with each package of the command line, one after the other. Returns the highest status: those
+/// of `use`, and exitTrouble for a package that cannot be read.
+int useEach(const Arguments& arguments, Keep keep, const std::function<int(Package&)>& use);
+
+/// All packages of the command line, with findings.
+struct Packages {
+    std::vector<Package> list;
+    std::vector<std::string> unreadable;  ///< paths
+};
+
+Packages readAll(const Arguments& arguments, const RuleSet& rules);
+
+/// The shipped rules and those of --rules. Throws RuleError, and std::system_error for a file that cannot be
+/// read.
+RuleSet readRules(const Arguments& arguments);
+
+}  // namespace Report
