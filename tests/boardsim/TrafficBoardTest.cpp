@@ -122,9 +122,9 @@ TEST(TrafficBoardTest, KeepsItsStateFilesUpToDate) {
     const Board board(scenario);
 
     for (const std::string instance : {"iwf", "sfn"}) {
-        const std::string folder = "/tmp/fuse/" + instance;
+        const std::string folder = "/tmp/fuse/" + instance + "/";
         const auto expectFile = [&](const std::string& file, const auto& textOf) {
-            expectReport([path = folder + "/" + file] { return readTextFile(path); },
+            expectReport([path = folder + file] { return readTextFile(path); },
                          [&](std::uint64_t second) {
                              const BoardState state = expectedAt(scenario, second);
                              return textOf(&state.dispatcher(instance));
