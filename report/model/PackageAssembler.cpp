@@ -35,10 +35,9 @@ std::string oddType(const MemberHeader& header) {
     return "neither file nor folder";
 }
 
-/// Adds the end of one more layer. What a limit left out is no fault, and of several faults the first counts.
+/// Adds the end of one more layer. The first one that is not whole counts.
 void merge(LayerEnd& all, const LayerEnd& layer) {
-    if (all.integrity == Integrity::whole ||
-        (layer.integrity == Integrity::notRead && all.integrity != Integrity::notRead)) {
+    if (all.integrity == Integrity::whole) {
         all = layer;
     }
 }

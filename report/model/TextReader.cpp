@@ -87,10 +87,6 @@ void TextReader::begin() {
         logReader = log.get();
         reader = std::move(log);
         part.log = true;
-        keeping = keeping && (context.keepAll || form == TextForm::log);
-        if (!keeping) {
-            dropText();
-        }
     }
 }
 

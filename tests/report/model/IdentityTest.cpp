@@ -1,9 +1,13 @@
+#include <chrono>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "Description.hpp"
 #include "LoadedPackage.hpp"
@@ -11,6 +15,7 @@
 #include "Names.hpp"
 #include "PackageBuilder.hpp"
 #include "PackageLoader.hpp"
+#include "UniqueFd.hpp"
 
 namespace ReportTest {
 namespace {
@@ -97,7 +102,38 @@ TEST(IdentityTest, HasTheNewestTimeOfAFile) {
                                     .symbolicLink("./e", "a")
                                     .tgz();
     EXPECT_EQ(describe(load(package).time), "2026-11-22 08:30:35");
+    EXPECT_EQ(
+        describe(load(PackageBuilder().pax(paxRecord("mtime", "1795336233.5")).file("./a", "").tgz()).time),
+        "2026-11-22 08:30:33.5");
     EXPECT_EQ(describe(load(PackageBuilder().directory("./").tgz()).time), "-");
+}
+
+TEST(IdentityTest, HasNoTimeOfWhatIsNestedTooDeeply) {
+    LoadOptions options;
+    options.limits.maxDepth = 1;
+    const std::string inner = PackageBuilder().file("./a", "").tgz();
+    const Package package = load(
+        PackageBuilder().at(packed - 9).file("./a", "").at(packed).file("./b.tgz", inner).tgz(), options);
+    EXPECT_EQ(describe(package.time), "2026-11-22 08:30:24");
+}
+
+TEST(IdentityTest, OfStandardInputIsUnknown) {
+    const TemporaryFolder folder;
+    const std::filesystem::path before = std::filesystem::current_path();
+    const Base::UniqueFd standardInput(::dup(STDIN_FILENO));
+    const Base::UniqueFd file(::open(folder.write("package", smallPackage()).c_str(), O_RDONLY | O_CLOEXEC));
+    folder.write("-.run", "");
+    std::filesystem::current_path(folder.path("."));
+    ::dup2(file.get(), STDIN_FILENO);
+    const Package package = loadFile("-");
+    LoadOptions named;
+    named.runFile = "-.run";
+    ::lseek(STDIN_FILENO, 0, SEEK_SET);
+    const Package withSidecar = loadFile("-", named);
+    ::dup2(standardInput.get(), STDIN_FILENO);
+    std::filesystem::current_path(before);
+    EXPECT_EQ(identityOf(package), "board -, 2026-11-22 08:30:33, kind , zone -, sidecar absent");
+    EXPECT_EQ(withSidecar.sidecarState, Report::SidecarState::unreadable);
 }
 
 TEST(IdentityTest, ShowsAClockThatWasNotSet) {
@@ -203,6 +239,16 @@ TEST_F(SidecarTest, IsUsedOnlyIfItBelongsToThePackage) {
         folder.write("board-7.tgz.run", text);
         EXPECT_EQ(this->identity(), identity) << text.substr(0, 100);
     }
+}
+
+TEST_F(SidecarTest, IsForeignIfThePackageWasNotReadToItsEnd) {
+    folder.write("board-7.tgz.run", "format: 1\nboard: b\nsha256:\n\n");
+    LoadOptions options;
+    options.limits.maxTime = std::chrono::milliseconds(0);
+    const Package package = loadFile(path, options);
+    EXPECT_EQ(package.sidecarError,
+              "the package's checksum is unknown, because the package was not read to its end");
+    EXPECT_EQ(package.board, "board-7");
 }
 
 TEST_F(SidecarTest, IsTheOneThatTheUserNames) {

@@ -284,6 +284,20 @@ TEST(PackageLoaderTest, NamesWhatALimitLeftOut) {
               "unread ./in.tgz: --max-depth\n");
 }
 
+TEST(PackageLoaderTest, NamesANestedPackageThatWasNotReadCompletely) {
+    LoadOptions options;
+    options.limits.maxLine = 10;
+    const std::string inner = PackageBuilder().file("./x.log", "12345678901").tgz();
+    EXPECT_EQ(statesOf(load(PackageBuilder().file("./in.tgz", inner).tgz(), options)),
+              "in: present\n"
+              "end: \n"
+              "unread ./in.tgz: --max-line\n"
+              "nested:\n"
+              "x: present\n"
+              "end: \n"
+              "unread ./x.log: --max-line\n");
+}
+
 TEST(PackageLoaderTest, NamesMembersWithNamesThatAreTooLong) {
     LoadOptions options;
     options.limits.maxName = 10;
@@ -339,6 +353,19 @@ TEST(PackageLoaderTest, LeavesOutATextForWhichThereIsNoMemory) {
     EXPECT_EQ(partOf(package, "archive/syslib/runtime").overlaps.size(), 0U);
     EXPECT_EQ(partOf(package, "noise").text.size(), 0U);
     EXPECT_EQ(partOf(package, "noise").textSize, 200'006U);
+}
+
+TEST(PackageLoaderTest, ReservesMemoryForNames) {
+    LoadOptions options;
+    options.limits.maxMemory = 60'000;
+    const auto valuesOf = [&](int count) {
+        return load(PackageBuilder().file("./a.log", manyLines("a: 1\n", count)).tgz(), options)
+            .values.size();
+    };
+    EXPECT_EQ(valuesOf(120), 120U);
+    EXPECT_EQ(valuesOf(170), 0U);
+    options.limits.maxMemory = 80'000;
+    EXPECT_EQ(valuesOf(170), 170U);
 }
 
 TEST(PackageLoaderTest, EndsTheReadingIfThereIsNoMemoryForNames) {

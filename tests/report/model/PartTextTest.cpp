@@ -209,6 +209,7 @@ TEST(LogTest, HasEntriesWithTheLinesThatBelongToThem) {
 TEST(LogTest, EndsWhereTheCallerHasEnough) {
     const Package package =
         loadMember("./fuse/HistoryLog.log", "2026-11-22T02:46:40Z 0 a: 1\n2026-11-22T02:46:40Z 0 a: 2\n");
+    EXPECT_EQ(entriesOf(loadMember("./mmi/iwf/X.log", "2026-11-22T02:46:40Z 0 a: 1\n"), "mmi/iwf/X"), "");
     int entries = 0;
     Report::forEachEntry(package, package.parts.front(), 1000, [&](const Report::LogEntry&) {
         ++entries;
@@ -221,13 +222,15 @@ TEST(LogTest, IsReadUpToALimitOfEachEntry) {
     LoadOptions options;
     options.limits.maxLine = 40;
     const std::string longLine = "2026-11-22T00:00:00Z 0 a: 12345678901234567890\n";
-    const std::string longEntry = "2026-11-22T00:00:00Z 0 a: b\n1234567890\n1234567890\n";
+    const std::string longEntry = "2026-11-22T00:00:00Z 0 a: b\n1234567890\n1234567890\n1234567890\nend\n";
     const std::string fitting = "2026-11-22T00:00:00Z 0 a: b\n1234567890\n";
     const Package lines = loadMember("./fuse/HistoryLog.log", longLine, options);
     EXPECT_EQ(readingOf(lines), "present, log\nunread ./fuse/HistoryLog.log: --max-line\n");
     EXPECT_EQ(entriesOf(lines, "fuse/HistoryLog", 40), "2026-11-22 00:00:00 error a: 12345678901234\n");
     const Package entries = loadMember("./fuse/HistoryLog.log", longEntry, options);
     EXPECT_EQ(readingOf(entries), "present, log\nunread ./fuse/HistoryLog.log: --max-line\n");
+    EXPECT_EQ(entriesOf(entries, "fuse/HistoryLog", 30),
+              "2026-11-22 00:00:00 error a: b|1234567890|1234567890|123456\n");
     EXPECT_EQ(readingOf(loadMember("./fuse/HistoryLog.log", fitting + fitting, options)), "present, log\n");
     for (const char* const member : {"./mmi/iwf/X.log", "./linux/processes.log", "./messages"}) {
         EXPECT_EQ(loadMember(member, std::string(41, 'x'), options).unread.size(), 1U) << member;
@@ -310,8 +313,21 @@ TEST(OverlapTest, AtTheBeginningOfANewFileFollowsTheEarlierPiece) {
     EXPECT_EQ(overlapAfter(start, middle), "2026-11-22 00:00:02 error a: middle");
     EXPECT_EQ(overlapAfter(filler + '\n' + start + "more\n", ""), "2026-11-22 00:00:01 error a: start\nmore");
     EXPECT_EQ(overlapAfter(middle + filler, ""), "-");  // the entry is longer than the tail
+    EXPECT_EQ(overlapAfter(start + 'y' + start.substr(0, start.size() - 1) +
+                               std::string(256 - start.size(), 'x') + '\n',
+                           ""),
+              "-");  // the tail begins in the middle of a line that has a time there
     EXPECT_EQ(overlapAfter("no entry\n", ""), "-");
     EXPECT_EQ(overlapAfter("\n", ""), "-");
+}
+
+TEST(OverlapTest, AtTheBeginningOfAPieceHasNoEntryBefore) {
+    const Package package =
+        load(PackageBuilder()
+                 .file("./archive/syslib/startup.log.gz", gzip("2026-11-22T00:00:01Z 0 a: b\n"))
+                 .file("./archive/syslib/middle.log.gz", gzip(warning))
+                 .tgz());
+    EXPECT_FALSE(partOf(package, "archive/syslib/middle").overlaps.at(0).before);
 }
 
 TEST(KeepTest, OfEvidenceHoldsSmallTextsOnly) {
