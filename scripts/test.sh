@@ -40,9 +40,9 @@ build() {
     CMAKE_GENERATOR=Ninja cmake --preset "$1" > /dev/null && cmake --build --preset "$1"
 }
 
-# Most of a test's time is waiting, so five times as many tests as processors run at once.
+# Most of a test's time is waiting, so four times as many tests as processors run at once.
 run_tests() {
-    ctest --preset "$1" -j "$(($(nproc) * 5))" | tee "$last_run"
+    ctest --preset "$1" -j "$(($(nproc) * 4))" | tee "$last_run"
 }
 
 build_and_test() {
