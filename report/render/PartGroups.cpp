@@ -18,8 +18,21 @@ bool isTroubled(const Part& part) {
 using Reason = std::tuple<State, std::string, std::optional<Certainty>,
                           std::vector<std::pair<std::string, std::string>>>;
 
+/// The cause without the last component of the part's name: "did not answer" instead of "did not answer
+/// HeapStats".
+std::string generalCause(const Part& part) {
+    const std::string word = " " + part.name.substr(part.name.rfind('/') + 1);
+    std::string cause = part.cause;
+    const std::size_t at = cause.find(word);
+    const std::size_t end = at + word.size();
+    if (at != std::string::npos && (end == cause.size() || cause[end] == ' ' || cause[end] == ',')) {
+        cause.erase(at, word.size());
+    }
+    return cause;
+}
+
 Reason reasonOf(const Part& part) {
-    Reason reason{part.state, part.cause, part.certainty, {}};
+    Reason reason{part.state, generalCause(part), part.certainty, {}};
     for (const Evidence& evidence : part.evidence) {
         std::get<3>(reason).emplace_back(evidence.source, evidence.text);
     }
@@ -37,7 +50,7 @@ std::vector<PartGroup> troubledParts(const Package& package) {
         }
         const auto [row, added] = known.emplace(reasonOf(part), groups.size());
         if (added) {
-            groups.push_back({&part, {}});
+            groups.push_back({&part, generalCause(part), {}});
         }
         groups[row->second].names.push_back(forTerminal(part.name));
     }

@@ -10,7 +10,8 @@ namespace Report {
 
 /// Parts that are not present for the same reason.
 struct PartGroup {
-    const Part* first = nullptr;     ///< its state, cause, certainty and evidence are those of all
+    const Part* first = nullptr;     ///< its state, certainty and evidence are those of all
+    std::string cause;               ///< of all, without the name of the part
     std::vector<std::string> names;  ///< safe for a terminal, in the order of the package
 };
 

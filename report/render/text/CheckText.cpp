@@ -67,7 +67,7 @@ void writeTroubles(TextWriter& text, const Package& package) {
     text.rows(groups, mostRows, [&](const PartGroup& group) {
         text.labelled(nameOf(group.first->state), listed(group.names, ", "), stateWidth, TextWriter::indent,
                       rowOf(stateInks, group.first->state));
-        writeCause(text, group.first->cause, group.first->certainty, TextWriter::indent + stateWidth);
+        writeCause(text, group.cause, group.first->certainty, TextWriter::indent + stateWidth);
         writeEvidence(text, group.first->evidence, TextWriter::indent + stateWidth);
     });
 }

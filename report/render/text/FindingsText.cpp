@@ -1,7 +1,10 @@
 #include <array>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <vector>
 
 #include "CheckText.hpp"
 #include "Names.hpp"
@@ -13,42 +16,60 @@ namespace Report {
 namespace {
 
 constexpr std::size_t severityWidth = 9;  // columns of "warning" and a gap
+constexpr std::size_t margin = TextWriter::indent + severityWidth;
+constexpr std::size_t mostFindings = 20;  // of one rule
 constexpr std::array severityInks{Ink::bad, Ink::warning, Ink::plain};
 
-std::string placeOf(const Finding& finding, const std::string& prefix) {
-    if (finding.part.empty()) {
-        return {};
+/// Findings of one rule, which mean the same.
+using Group = std::vector<const Finding*>;
+
+/// The findings in the parts that are shown, in the order of the first of each group.
+std::vector<Group> groupsOf(const ShowContext& show, const Package& package) {
+    using Key = std::tuple<Severity, std::string_view, std::string_view, std::string_view>;
+    std::vector<Group> groups;
+    std::map<Key, std::size_t> known;
+    for (const Finding& finding : package.findings) {
+        if (show.selectsPart(finding.part)) {
+            const auto [row, added] = known.emplace(
+                Key(finding.severity, finding.rule, finding.meaning, finding.advice), groups.size());
+            groups.resize(groups.size() + (added ? 1 : 0));
+            groups[row->second].push_back(&finding);
+        }
     }
-    const std::string count = finding.count > 1 ? " (" + grouped(finding.count) + " times)" : "";
-    return " in " + forTerminal(prefix + finding.part) + count;
+    return groups;
 }
 
-void writeFinding(const ShowContext& show, const Finding& finding) {
-    TextWriter& text = show.text;
-    const auto severity = static_cast<std::size_t>(finding.severity);
-    const std::size_t margin = TextWriter::indent + severityWidth;
-    text.labelled(nameOf(finding.severity), forTerminal(finding.rule) + placeOf(finding, show.prefix),
-                  severityWidth, TextWriter::indent, severityInks.at(severity));
-    text.paragraph(forTerminal(finding.meaning), margin);
-    if (!finding.advice.empty()) {
-        text.paragraph("To do: " + forTerminal(finding.advice), margin);
+/// The evidence, after the number of lines if that is only a part of them.
+void writePlace(const ShowContext& show, const Finding& finding) {
+    if (finding.count > 1 && finding.count > finding.evidence.size()) {
+        show.text.paragraph(forTerminal(show.prefix + finding.part) + ": " + counted(finding.count, "time"),
+                            margin);
     }
-    writeEvidence(text, finding.evidence, margin);
+    writeEvidence(show.text, finding.evidence, margin);
+}
+
+void writeGroup(const ShowContext& show, const Group& group) {
+    const Finding& first = *group.front();
+    const Ink ink = severityInks.at(static_cast<std::size_t>(first.severity));
+    show.text.labelled(nameOf(first.severity), forTerminal(first.rule), severityWidth, TextWriter::indent,
+                       ink);
+    show.text.paragraph(forTerminal(first.meaning), margin);
+    if (!first.advice.empty()) {
+        show.text.paragraph("To do: " + forTerminal(first.advice), margin);
+    }
+    show.text.rows(group, mostFindings, [&](const Finding* finding) { writePlace(show, *finding); });
 }
 
 }  // namespace
 
 void writeFindings(const ShowContext& show, const Package& package) {
-    bool first = true;
-    for (const Finding& finding : package.findings) {
-        if (!show.selectsPart(finding.part)) {
-            continue;
-        }
-        if (first) {
-            show.text.heading("Findings");
-        }
-        first = false;
-        writeFinding(show, finding);
+    const std::vector<Group> groups = groupsOf(show, package);
+    if (groups.empty()) {
+        return;
+    }
+    show.text.heading("Findings");
+    for (const Group& group : groups) {
+        writeGroup(show, group);
     }
 }
 

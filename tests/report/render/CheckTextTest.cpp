@@ -69,7 +69,7 @@ used.)");
     EXPECT_EQ(sectionOf(text, "Not as it should be"), R"(Not as it should be
   empty       mmi/sfn/HeapStats, mmi/sfn/ReassemblyCounters,
               mmi/sfn/SocketSvcCounters, mmi/sfn/SocketSvcInfo
-              Cause: dispatcher sfn did not answer; it was not running
+              Cause: dispatcher sfn did not answer, it was not running
               linux/processes: no line ends in sfn_dispatcher
               sidecar: MMI: no answer from 127.0.0.1:8777 within 500 ms
   missing     ti/resmgr_server

@@ -88,7 +88,7 @@ Package troubledPackage() {
     for (const char* const name : {"HeapStats", "ReassemblyCounters", "SocketSvcCounters", "SocketSvcInfo"}) {
         Part& silent = partOf(package, std::string("mmi/sfn/") + name);
         silent.state = State::empty;
-        silent.cause = "dispatcher sfn did not answer; it was not running";
+        silent.cause = std::string("dispatcher sfn did not answer ") + name + ", it was not running";
         silent.certainty = Certainty::certain;
         silent.evidence = {{"linux/processes", "no line ends in sfn_dispatcher"},
                            {"sidecar", "MMI: no answer from 127.0.0.1:8777 within 500 ms"}};

@@ -44,12 +44,21 @@ Package richPackage() {
                          "Read the last lines of its log.",
                          {{"fuse/HistoryLog", "NetfpProxy: ERROR"}},
                          12}};
+    for (const std::string part : {"mmi/iwf/HeapStats", "mmi/sfn/HeapStats"}) {
+        package.findings.push_back({"not-collected",
+                                    Severity::note,
+                                    part,
+                                    "The run did not collect this part.",
+                                    "Ask for another package.",
+                                    {{part, "missing"}}});
+    }
     return package;
 }
 
 std::string show(const Package& package, const ShowChoice& choice = {}) {
+    static const RuleSet rules;
     std::ostringstream out;
-    renderShow(out, package, RuleSet(), choice, {});
+    renderShow(out, package, rules, choice, {});
     return out.str();
 }
 
@@ -65,10 +74,16 @@ TEST(ShowText, PrintsFindingsThenValuesThenTextsThenLogs) {
 
     EXPECT_EQ(text.substr(text.find("\nFindings")), R"(
 Findings
-  error    heartbeat-error in fuse/HistoryLog (12 times)
+  error    heartbeat-error
            A process answered that it is not healthy.
            To do: Read the last lines of its log.
+           fuse/HistoryLog: 12 times
            fuse/HistoryLog: NetfpProxy: ERROR
+  note     not-collected
+           The run did not collect this part.
+           To do: Ask for another package.
+           mmi/iwf/HeapStats: missing
+           mmi/sfn/HeapStats: missing
 
 Values
   * marks values that a rule names. Zeros come last.
