@@ -43,7 +43,7 @@ DEPENDS += "${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '', '${KORVEL
 KORVEL_PLATFORM_PACKAGES = "\
     ${@bb.utils.contains('PACKAGECONFIG', 'host-platform', '${PN}-host-platform', '${KORVEL_PLATFORM_RECIPES}', d)}"
 
-EXTRA_OECMAKE = "-DKORVEL_UNIT_DIR=${systemd_system_unitdir} -DKORVEL_PACKAGE_TYPE=${IMAGE_PKGTYPE}"
+EXTRA_OECMAKE = "-DKORVEL_REPORT=OFF -DKORVEL_UNIT_DIR=${systemd_system_unitdir} -DKORVEL_PACKAGE_TYPE=${IMAGE_PKGTYPE}"
 
 PACKAGES = "${PN}-dbg ${PN} ${PN}-doc ${PN}-host-platform ${PN}-boardsim"
 

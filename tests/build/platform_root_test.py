@@ -5,7 +5,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from configuring import configure, link_command
+from configuring import configure, link_command, outputs
 
 
 def lay_out(root: Path) -> Path:
@@ -24,7 +24,8 @@ class PlatformRoot(unittest.TestCase):
         self.build = self.folder / "build"
 
     def configure(self, root: Path) -> None:
-        configure(self.build, KORVEL_PLATFORM="board", KORVEL_PLATFORM_ROOT=root, KORVEL_BOARDSIM="OFF")
+        configure(self.build, KORVEL_PLATFORM="board", KORVEL_PLATFORM_ROOT=root, KORVEL_BOARDSIM="OFF",
+                  KORVEL_REPORT="AUTO")
 
     def linked_folders(self) -> list[str]:
         return re.findall(rf"-L{self.folder}/(\S+)", link_command(self.build, "bin/korvel"))
@@ -34,6 +35,7 @@ class PlatformRoot(unittest.TestCase):
         self.configure(lay_out(self.folder / "new"))
 
         self.assertEqual(self.linked_folders(), ["new/usr/lib"])
+        self.assertNotIn("bin/korvel-report", outputs(self.build), "a board does not read packages")
 
     def test_without_libraries_does_not_keep_those_of_an_earlier_root(self) -> None:
         self.configure(lay_out(self.folder / "old"))

@@ -11,6 +11,9 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
+# The recipe does not build the reader of packages.
+NOT_ON_A_BOARD = "korvel-report"
+
 # The values of BitBake's folder variables in an installation below /usr.
 FOLDERS = {
     "bindir": "/usr/bin",
@@ -49,7 +52,8 @@ def installed_files() -> list[str]:
     with tempfile.TemporaryDirectory() as root:
         command = ["cmake", "--install", BUILD, "--prefix", "/usr"]
         subprocess.run(command, env=os.environ | {"DESTDIR": root}, capture_output=True, check=True)
-        return sorted("/" + str(path.relative_to(root)) for path in Path(root).rglob("*") if not path.is_dir())
+        files = sorted("/" + str(path.relative_to(root)) for path in Path(root).rglob("*") if not path.is_dir())
+        return [file for file in files if NOT_ON_A_BOARD not in file]
 
 
 def matches(entry: str, file: str) -> bool:
