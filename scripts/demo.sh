@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 . scripts/lib/progress.sh
 
 build() {
-    CMAKE_GENERATOR=Ninja cmake -B build -DKORVEL_BOARDSIM=ON && cmake --build build
+    CMAKE_GENERATOR=Ninja cmake -B build -DKORVEL_BOARDSIM=ON -DKORVEL_REPORT=ON && cmake --build build
 }
 
 section() { printf '\n== %s\n' "$*"; }
@@ -104,7 +104,7 @@ What to type next:
 END
 }
 
-scripts/setup.sh build board
+scripts/setup.sh build board report
 with_progress build/demo.log "Building Korvel and the simulated board" build
 show_everything
 next_steps

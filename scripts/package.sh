@@ -44,14 +44,14 @@ check_with_lintian() {
     echo "  done"
 }
 
-scripts/setup.sh build board package
+scripts/setup.sh build board report package
 version=$(dpkg-parsechangelog -S Version)
 folder=$PWD/build-packages
 rm -rf "$folder"
 
 build_in "$folder" "Building the packages"
 check_with_lintian
-packages=("$folder"/{korvel,korvel-host-platform,korvel-boardsim}_"$version"_*.deb)
+packages=("$folder"/{korvel,korvel-host-platform,korvel-boardsim,korvel-report}_"$version"_*.deb)
 if [ $# -eq 1 ]; then
     build_again
     scripts/check-packages.sh "${packages[@]}"

@@ -33,7 +33,7 @@ check_formatting() {
 
 check_scripts() {
     shellcheck .ci/run scripts/*.sh scripts/lib/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect \
-        completions/korvel.bash tests/support/privileged/*
+        completions/*.bash tests/support/privileged/*
 }
 
 build() {

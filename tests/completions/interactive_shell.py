@@ -1,4 +1,4 @@
-"""Shells at a terminal with installed completions. A shell function named korvel prints its arguments."""
+"""Shells at a terminal with installed completions. Shell functions named as the programs print their arguments."""
 
 import os
 import re
@@ -28,10 +28,10 @@ class Kind(NamedTuple):
 KINDS = {
     "bash": Kind(
         ["bash", "--noprofile", "--rcfile", f"{HERE}/start.bash"],
-        {"TERM": "dumb", "COMPLETION_SCRIPT": "{share}/bash-completion/completions/korvel"}),
+        {"TERM": "dumb", "COMPLETION_SCRIPTS": "{share}/bash-completion/completions/*"}),
     "bash-with-its-completion-package": Kind(
         ["bash", "--noprofile", "--rcfile", f"{HERE}/start.bash"],
-        {"TERM": "dumb", "COMPLETION_SCRIPT": "/usr/share/bash-completion/bash_completion"}),
+        {"TERM": "dumb", "COMPLETION_SCRIPTS": "/usr/share/bash-completion/bash_completion"}),
     "zsh": Kind(
         ["zsh"],
         {"TERM": "dumb", "ZDOTDIR": "{home}", "COMPLETION_FOLDER": "{functions}"}),

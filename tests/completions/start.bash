@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sets up bash for the tests: Ctrl-T inserts every match, and korvel prints its arguments.
+# Sets up bash for the tests: Ctrl-T inserts every match, and the programs print their arguments.
 PS1='READY> '
 bind 'set enable-bracketed-paste off'
 bind 'set bell-style none'
@@ -10,6 +10,9 @@ korvel() {
     [ $# -eq 0 ] || printf '<%s>' "$@"
     printf 'END\n'
 }
+korvel-report() { korvel "$@"; }
 
-# shellcheck source=/dev/null
-source "$COMPLETION_SCRIPT"
+for script in $COMPLETION_SCRIPTS; do
+    # shellcheck source=/dev/null
+    source "$script"
+done

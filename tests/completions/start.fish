@@ -1,4 +1,4 @@
-# Sets up fish for the tests: Ctrl-T inserts every match, and korvel prints its arguments.
+# Sets up fish for the tests: Ctrl-T inserts every match, and the programs print their arguments.
 set fish_greeting
 function fish_prompt
     printf 'READY> '
@@ -8,6 +8,9 @@ end
 
 function korvel
     printf 'ARGUMENTS%sEND\n' (string join '' '<'$argv'>')
+end
+function korvel-report
+    korvel $argv
 end
 
 function insert_all

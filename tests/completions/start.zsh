@@ -1,4 +1,4 @@
-# Sets up zsh for the tests: Ctrl-T inserts every match, and korvel prints its arguments.
+# Sets up zsh for the tests: Ctrl-T inserts every match, and the programs print their arguments.
 PS1='READY> '
 unsetopt prompt_sp prompt_cr beep
 unset zle_bracketed_paste
@@ -8,6 +8,7 @@ korvel() {
     (( $# )) && printf '<%s>' "$@"
     printf 'END\n'
 }
+korvel-report() { korvel "$@" }
 
 fpath=($COMPLETION_FOLDER $fpath)
 autoload -Uz compinit

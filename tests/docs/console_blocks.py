@@ -28,10 +28,12 @@ ESCAPES = {r"\&": "", r"\-": "-", r"\(dq": '"', r"\(aq": "'", r"\(ha": "^", r"\(
 # Texts that differ from run to run, each with the name that replaces it in a comparison.
 VARIABLE_TEXTS = (
     (re.compile(r"\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d+)?Z?"), "TIME"),
-    (re.compile(r"\d{4}-\d\d-\d\d \d\d:\d\d(:\d\d)?"), "TIME"),
+    (re.compile(r"\d{4}-\d\d-\d\d \d\d:\d\d(:\d\d(\.\d+)?)?"), "TIME"),
     (re.compile(r"\b\d\d:\d\d:\d\d\.\d+"), "TIME"),
     (re.compile(r"netfp_logs_[\d_.:-]+tgz"), "netfp_logs_TIME.tgz"),
     (re.compile(r"0x[0-9a-f]{9,}"), "POINTER"),
+    (re.compile(r"\b[0-9a-f]{64}\b"), "CHECKSUM"),
+    (re.compile(r"\b\d+\.\d KiB"), "N KiB"),
     (re.compile(r"in service for \d+ s"), "in service for N s"),
     (re.compile(r"\b(response ID:|request) \d+\b"), r"\1 NUMBER"),
 )

@@ -11,7 +11,7 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
-WITH_NOTE = ["boardsim", "devmem", "korvel", "libWENVASK.so", "libnetfpsmlog.so"]
+WITH_NOTE = ["boardsim", "devmem", "korvel", "korvel-report", "libWENVASK.so", "libnetfpsmlog.so"]
 
 
 def install_stripped(root: str) -> list[Path]:

@@ -1,4 +1,4 @@
-"""The options, keywords, peers and faults in the help texts of korvel and boardsim."""
+"""The options, keywords, peers and faults in the help texts of the programs."""
 
 import os
 import re
@@ -9,8 +9,8 @@ BUILD = Path(os.environ["KORVEL_BUILD"])
 PROGRAM = r"\S*korvel\S*"  # under an emulator, the help text shows a path
 
 
-def help_of(program: str) -> str:
-    return subprocess.run([BUILD / program, "--help"], check=True, capture_output=True, text=True).stdout
+def help_of(program: str, *words: str) -> str:
+    return subprocess.run([BUILD / program, *words, "--help"], check=True, capture_output=True, text=True).stdout
 
 
 def korvel_options() -> set[str]:
@@ -39,3 +39,14 @@ def boardsim_faults() -> dict[str, set[str]]:
     """The faults of each table, by the table's title."""
     tables = re.findall(r"^Faults of (.*):\n((?:  .*\n)*)", help_of("boardsim"), re.M)
     return {title: set(re.findall(r"^    ([a-z-]+)", rows, re.M)) for title, rows in tables}
+
+
+def report_subcommands() -> list[str]:
+    rows = help_of("korvel-report").split("Subcommands:\n")[1].split("\n\n")[0]
+    return re.findall(r"^  (\w+)", rows, re.M)
+
+
+def report_options(*subcommand: str) -> set[str]:
+    """The options of a subcommand, or those without one."""
+    names = re.findall(r"^  (-[^\s,]+(?:, -\S+)*)", help_of("korvel-report", *subcommand), re.M)
+    return {name for row in names for name in row.split(", ")}
