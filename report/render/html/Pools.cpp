@@ -1,8 +1,8 @@
 #include <algorithm>
 
 #include "Phrases.hpp"
+#include "Pool.hpp"
 #include "Sections.hpp"
-#include "digest/Pool.hpp"
 
 namespace Report::Html {
 namespace {

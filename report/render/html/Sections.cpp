@@ -6,9 +6,9 @@
 #include "Names.hpp"
 #include "PartGroups.hpp"
 #include "Phrases.hpp"
+#include "Pool.hpp"
 #include "TimeText.hpp"
 #include "VerdictText.hpp"
-#include "digest/Pool.hpp"
 
 namespace Report::Html {
 namespace {

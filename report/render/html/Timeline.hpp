@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "Density.hpp"
+#include "EntrySelection.hpp"
 #include "View.hpp"
-#include "digest/Density.hpp"
-#include "digest/EntrySelection.hpp"
 
 namespace Report::Html {
 

@@ -186,7 +186,7 @@ TEST_F(AssignmentTest, ChoosesNothingThatTheTextContainsOtherwise) {
 }
 
 TEST_F(AssignmentTest, HidesNoOriginalInsideALongerReplacement) {
-    // The prefix is 210.0.0, of which only 10 to 19 and 100 to 199 hold the first address.
+    // The prefix is 210.0.0. Only 10 to 19 and 100 to 199 of it hold the first address.
     mapping = Report::parseMapping("korvel-report map 1\nip4 192.0.0.1 210.0.0.2\n");
     std::string text = "10.0.0.1 ";
     for (int last = 20; last < 90; ++last) {

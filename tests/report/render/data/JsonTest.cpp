@@ -78,7 +78,7 @@ void addFacts(Package& package) {
         {.rule = "clock", .part = {}, .meaning = "the clock was not set", .advice = {}, .evidence = {}}};
 }
 
-/// Adds a dump of which every fact is set, a log, a missing part and a nested package.
+/// Adds a dump with every fact, a log, a missing part and a nested package.
 void addParts(HandMadePackage& package) {
     Part& dump = package.addPart("ti/netfp_proxy", "<dump>\n\n  routes  5");
     dump.expected = true;
