@@ -56,18 +56,7 @@ show_everything() {
         'Is the SFN dispatcher running? Yes, so it did not crash: it hangs.' \
         'pidof sfn_dispatcher > /dev/null && echo "it runs"'
 
-    section "4. Logs, statistics and state"
-    on_board -- \
-        'Print the state of the NetFP master: its interfaces, and the ports that it mirrors (none).' \
-        'korvel print master' \
-        'Print 40 bytes of physical memory: a frame in a packet buffer.' \
-        'korvel mem_dump 0xeb700040 40' \
-        'Pack all that Korvel collects from the IWF dispatcher and the NetFP processes.' \
-        'korvel -d iwf pkg' \
-        'The package has state files (fuse), replies of the dispatcher (mmi) and dumps of NetFP (ti).' \
-        'cd /ffs/run/logs && tar -tzf netfp_logs_*.tgz | grep -v "/$" | sort'
-
-    section "5. Supervision: a dispatcher becomes unhealthy"
+    section "4. Supervision: a dispatcher becomes unhealthy"
     on_board -- \
         'Ask the dispatchers and netfp_proxy for a heartbeat every 4 seconds. No output: all are healthy.' \
         'korvel -d all supervision &' \
@@ -78,7 +67,7 @@ show_everything() {
         'The next heartbeat comes within 2 seconds. Korvel reports the error and exits.' \
         'wait $! || echo "exit status $?"'
 
-    section "6. Archive: the logs of a run"
+    section "5. Archive: the logs of a run"
     on_board -- \
         'Follow both logs in shared memory for 7 seconds, and write new entries to files.' \
         'timeout 7 korvel archive || true' \
@@ -86,13 +75,33 @@ show_everything() {
         'tail -n 2 /tmp/korvel/archive/*/runtime.log'
 }
 
+# on_host NOTE COMMAND: runs a command on this machine, and shows it as if it were typed here.
+on_host() {
+    printf '\n# %s\n$ %s\n' "$1" "$2"
+    eval "$2"
+}
+
+# The words in single quotes are commands.
+# shellcheck disable=SC2016
+read_package() {
+    section "6. A package of a board in trouble"
+    on_host 'Make a package. The process netfp_proxy dies while it writes its dump.' \
+        'build/boardsim --fault netfp_proxy=dying -- sh -c "korvel pkg; cat /ffs/run/logs/*" > build/board.tgz'
+    on_host 'Can the package be trusted? Which parts are missing, and why?' \
+        'build/korvel-report check build/board.tgz || echo "exit status $?"'
+    on_host 'What else is wrong?' \
+        'build/korvel-report show build/board.tgz | sed -n "/^Findings/,+7p"'
+    on_host 'Make a page of all that the package holds. Open it in a browser.' \
+        'build/korvel-report html build/board.tgz -o build/board.html && ls "$PWD/build/board.html"'
+}
+
 next_steps() {
     section "What you have seen"
     cat << 'END'
   1     Actions change the switch. If they succeed, they print nothing but an answer.
   2, 3  Error lines and the exit status show which process fails, and how.
-  4     A package holds the logs, the statistics and the state of a board in one file.
-  5, 6  Supervision and archive work for as long as the board runs.
+  4, 5  Supervision and archive work for as long as the board runs.
+  6     A package holds logs, statistics and state in one file. korvel-report says what is wrong with it.
 The boards left nothing on your machine.
 
 What to type next:
@@ -100,11 +109,12 @@ What to type next:
   build/boardsim --fault netfp_proxy=dying  the same with a fault; build/boardsim --help lists all faults
   man -l man/korvel.1                       every keyword, message and exit status
   less docs/tour.md                         the tour: more commands, with explanations
-  less docs/reading-a-package.md            how to read the package of section 4
+  less docs/reading-a-package.md            how to read the package of section 6
 END
 }
 
 scripts/setup.sh build board report
-with_progress build/demo.log "Building Korvel and the simulated board" build
+with_progress build/demo.log "Building Korvel, the simulated board and the reader of packages" build
 show_everything
+read_package
 next_steps

@@ -25,7 +25,8 @@ def lay_out(folder: Path) -> None:
     """The script as in a source tree, with the tested build; programs that only succeed install and build."""
     shutil.copytree(SOURCE / "scripts", folder / "scripts")
     (folder / "build").mkdir()
-    (folder / "build/boardsim").symlink_to(BUILD / "boardsim")
+    for program in ("boardsim", "korvel-report"):
+        (folder / "build" / program).symlink_to(BUILD / program)
     for name in ("scripts/setup.sh", "bin/cmake"):
         path = folder / name
         path.parent.mkdir(exist_ok=True)
