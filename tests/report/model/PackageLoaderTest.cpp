@@ -319,7 +319,7 @@ std::string manyLines(const std::string& line, int count) {
 
 TEST(PackageLoaderTest, LeavesOutATextForWhichThereIsNoMemory) {
     LoadOptions options;
-    options.limits.maxMemory = 70'000;
+    options.limits.maxMemory = 94'000;
     const std::string values = manyLines("a: 1\n", 1000);
     const std::string overlaps = manyLines(
         "2026-11-22T00:00:00Z 0 a: b\nWARNING: Shared memory overlap. Log is missing entries\n", 1000);
@@ -357,14 +357,14 @@ TEST(PackageLoaderTest, LeavesOutATextForWhichThereIsNoMemory) {
 
 TEST(PackageLoaderTest, ReservesMemoryForNames) {
     LoadOptions options;
-    options.limits.maxMemory = 60'000;
+    options.limits.maxMemory = 80'000;
     const auto valuesOf = [&](int count) {
         return load(PackageBuilder().file("./a.log", manyLines("a: 1\n", count)).tgz(), options)
             .values.size();
     };
     EXPECT_EQ(valuesOf(120), 120U);
     EXPECT_EQ(valuesOf(170), 0U);
-    options.limits.maxMemory = 80'000;
+    options.limits.maxMemory = 107'000;
     EXPECT_EQ(valuesOf(170), 170U);
 }
 
