@@ -22,12 +22,13 @@ bool isOfThisRun(const Package& package, const ProcessListing& listing) {
     if (listing.part() == nullptr || !listing.part()->time) {
         return false;
     }
-    return std::ranges::all_of(std::initializer_list<Collector>{Collector::fuse, Collector::mmi, Collector::ti},
-                               [&](Collector collector) {
-                                   const auto newest = newestOf(package, collector);
-                                   const Time listed = *listing.part()->time;
-                                   return !newest || (*newest <= listed && listed - *newest <= longestRun);
-                               });
+    return std::ranges::all_of(
+        std::initializer_list<Collector>{Collector::fuse, Collector::mmi, Collector::ti},
+        [&](Collector collector) {
+            const auto newest = newestOf(package, collector);
+            const Time listed = *listing.part()->time;
+            return !newest || (*newest <= listed && listed - *newest <= longestRun);
+        });
 }
 
 /// The position of a part in the order in which a run collects. Unlike the order of writing, the dumps are
