@@ -304,6 +304,17 @@ TEST_F(DifferenceTest, EntriesThatMovedBetweenThePiecesOfAnArchiveAreNotNew) {
                      "log archive/syslib: 1 new, 0 gone", "  archive/syslib/runtime: iwf: second"}));
 }
 
+TEST_F(DifferenceTest, AnEntryInTwoPiecesOfAnArchiveCountsOnce) {
+    const std::string entry = "2026-11-22T06:00:00.000001Z 3 iwf: started\n";
+    before.addLog("archive/dispatcher/middle", entry);
+    before.addLog("archive/dispatcher/runtime", entry);
+    after.addLog("archive/dispatcher/middle", entry);
+    after.addLog("archive/dispatcher/runtime", entry + entry);
+
+    EXPECT_EQ(differences(),
+              (Lines{"log archive/dispatcher: 1 new, 0 gone", "  archive/dispatcher/runtime: iwf: started"}));
+}
+
 TEST_F(DifferenceTest, ComparesNestedPackagesWithTheSameNameAtEveryDepth) {
     HandMadePackage earlier("./netfp_logs_post_mortem.tgz");
     earlier.addPart("ti/netfp_proxy", "routes  5\n");
