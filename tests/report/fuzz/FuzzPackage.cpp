@@ -1,5 +1,6 @@
 #include "FuzzPackage.hpp"
 
+#include <algorithm>
 #include <charconv>
 #include <ctime>
 #include <vector>
@@ -10,6 +11,7 @@
 #include "FuzzTarget.hpp"
 #include "PackageBuilder.hpp"
 #include "ReadOutcome.hpp"
+#include "UniqueFd.hpp"
 
 namespace ReportFuzz {
 
@@ -47,8 +49,7 @@ std::vector<Section> sectionsOf(std::string_view text) {
     return sections;
 }
 
-std::string withChecksum(std::string_view run, const std::string& package) {
-    std::string text(run);
+std::string withChecksum(std::string text, const std::string& package) {
     const std::size_t at = text.find('@');
     return at == std::string::npos ? text : text.replace(at, 1, ReportTest::readBytes(package).facts.sha256);
 }
@@ -116,33 +117,37 @@ private:
 
 }  // namespace
 
-FuzzPackage::FuzzPackage(std::string_view description) {
+FuzzPackage::FuzzPackage(std::string_view description, std::initializer_list<std::string_view> others) {
     Assembler assembler;
-    std::optional<std::string_view> sidecar;
     for (const Section& section : sectionsOf(description)) {
-        if (section.name == "run") {
-            sidecar = section.contents;
+        if (section.name == "run" || std::ranges::count(others, section.name) > 0) {
+            otherTexts[section.name] = section.contents;
         } else {
             assembler.add(section);
         }
     }
-    const std::string bytes = assembler.package();
-    package = memoryFile(bytes);
-    if (sidecar) {
-        run = memoryFile(withChecksum(*sidecar, bytes));
+    package = assembler.package();
+    if (const auto run = otherTexts.find("run"); run != otherTexts.end()) {
+        run->second = withChecksum(run->second, package);
     }
+}
+
+std::optional<std::string> FuzzPackage::find(std::string_view other) const {
+    const auto found = otherTexts.find(other);
+    return found == otherTexts.end() ? std::nullopt : std::optional(found->second);
 }
 
 Report::Package FuzzPackage::load(Report::Keep keep) const {
     Report::LoadOptions options;
     options.keep = keep;
-    options.limits.maxBytes = std::size_t{1} << 20;
-    options.limits.maxMembers = 200;
-    options.limits.maxLine = 1000;
+    options.limits = smallLimits();
+    const std::optional<std::string> run = find("run");
+    const Base::UniqueFd runFile = run ? memoryFile(*run) : Base::UniqueFd();
     if (run) {
-        options.runFile = pathOf(*run);
+        options.runFile = pathOf(runFile);
     }
-    return loadPackage(Report::PackageSource(pathOf(package), options.limits.maxMemory), options);
+    const Base::UniqueFd file = memoryFile(package);
+    return loadPackage(Report::PackageSource(pathOf(file), options.limits.maxMemory), options);
 }
 
 }  // namespace ReportFuzz

@@ -1,15 +1,17 @@
 #pragma once
 
+#include <functional>
+#include <initializer_list>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "PackageLoader.hpp"
-#include "UniqueFd.hpp"
 
 namespace ReportFuzz {
 
-/// A package and its sidecar that a text describes, in files in memory. A line `== NAME` begins a member,
+/// A package and its sidecar that a text describes. A line `== NAME` begins a member,
 /// whose contents are the lines up to the next one. `== NAME TIME` also sets the time of this member and the
 /// next ones.
 ///
@@ -24,13 +26,20 @@ namespace ReportFuzz {
 /// `== end`, and `run` for the sidecar, in which `@` is replaced by the package's checksum.
 class FuzzPackage {
 public:
-    explicit FuzzPackage(std::string_view description);
+    /// `others` are the names of texts that are no members, besides `run`.
+    explicit FuzzPackage(std::string_view description, std::initializer_list<std::string_view> others = {});
 
+    const std::string& bytes() const { return package; }
+
+    /// A text of `others`, or `run`.
+    std::optional<std::string> find(std::string_view other) const;
+
+    /// Loads the package with its sidecar.
     Report::Package load(Report::Keep keep) const;
 
 private:
-    Base::UniqueFd package;
-    std::optional<Base::UniqueFd> run;
+    std::string package;
+    std::map<std::string, std::string, std::less<>> otherTexts;
 };
 
 }  // namespace ReportFuzz

@@ -23,15 +23,6 @@ constexpr unsigned isWritten = 8;  // again, and the copy read
 
 constexpr std::size_t blockSize = 512;
 
-Report::Limits smallLimits() {
-    Report::Limits limits;
-    limits.maxBytes = std::size_t{1} << 17;
-    limits.maxMembers = 50;
-    limits.maxName = 300;
-    limits.maxDepth = 4;
-    return limits;
-}
-
 class StringSink : public Report::ByteSink {
 public:
     void write(std::string_view bytes) override { content += bytes; }
@@ -170,7 +161,7 @@ std::string packageOf(unsigned kind, std::string bytes) {
 /// copied.
 std::string eventsOf(const std::string& package, bool write, std::string& result) {
     ReportTest::MemorySource source(package);
-    Report::Budget budget(smallLimits());
+    Report::Budget budget(ReportFuzz::smallLimits());
     StringSink sink;
     Checker checker(sink, budget, write);
     const Report::PackageFacts facts = readPackage(source, budget, checker);

@@ -1,0 +1,129 @@
+// Redaction and its undoing. The section `map` is the mapping of an earlier package, `words` a list of words.
+
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "Assignment.hpp"
+#include "CleanRefusal.hpp"
+#include "FuzzPackage.hpp"
+#include "FuzzTarget.hpp"
+#include "LeakCheck.hpp"
+#include "MappingFile.hpp"
+#include "MemorySource.hpp"
+#include "OriginalsFinder.hpp"
+#include "PackageGuard.hpp"
+#include "PackageRewriter.hpp"
+#include "ReadOutcome.hpp"
+#include "WordList.hpp"
+
+namespace {
+
+using ReportFuzz::FuzzPackage;
+using ReportFuzz::require;
+
+class StringSink : public Report::ByteSink {
+public:
+    void write(std::string_view bytes) override { content += bytes; }
+
+    std::string content;
+};
+
+/// Reads a package as clean and restore do. Throws CleanRefusal.
+void read(const std::string& package, Report::Budget& budget, Report::PackageVisitor& visitor) {
+    ReportTest::MemorySource source(package);
+    Report::PackageGuard guard("fuzz", budget, visitor);
+    guard.checkEnd(readPackage(source, budget, guard));
+}
+
+std::string rewritten(const std::string& package, const Report::Replacements& replacements) {
+    Report::Budget budget(ReportFuzz::smallLimits());
+    StringSink sink;
+    Report::PackageWriter writer(sink, budget);
+    Report::PackageRewriter rewriter(replacements, writer);
+    read(package, budget, rewriter);
+    return sink.content;
+}
+
+/// The mapping of an earlier package, if there is one.
+Report::Mapping earlierMapping(const FuzzPackage& description) {
+    try {
+        return Report::parseMapping(description.find("map").value_or("korvel-report map 1\n"));
+    } catch (const std::invalid_argument&) {
+        return {};
+    }
+}
+
+void addWords(const FuzzPackage& description, Report::Originals& originals) {
+    try {
+        for (const Report::ListedWord& word : Report::parseWordList(description.find("words").value_or(""))) {
+            originals.addName(word.name);
+        }
+    } catch (const std::invalid_argument&) {
+        return;
+    }
+}
+
+/// Completes the mapping. Returns what the package holds.
+Report::PackageDigest assign(const FuzzPackage& description, Report::Mapping& mapping) {
+    Report::Budget budget(ReportFuzz::smallLimits());
+    Report::Originals originals(mapping, budget);
+    Report::OriginalsFinder finder(originals);
+    addWords(description, originals);
+    read(description.bytes(), budget, finder);
+    Report::Random random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): a finding can be repeated
+    assignReplacements(originals, mapping, random);
+    return finder.digest();
+}
+
+void checkMapping(const Report::Mapping& mapping) {
+    const std::string text = writeMapping(mapping);
+    require(writeMapping(Report::parseMapping(text)) == text, "a mapping is read as it was written");
+}
+
+void checkClean(const std::string& clean, const Report::Mapping& mapping,
+                const Report::PackageDigest& digest) {
+    Report::Budget budget(ReportFuzz::smallLimits());
+    Report::LeakCheck check(mapping);
+    read(clean, budget, check);
+    require(!check.leak(), "nothing leaks");
+    require(check.restored() == digest, "restoring gives the same texts");
+}
+
+/// The events without the sizes of compressed members, which another compression changes.
+std::string eventsOf(const std::string& package) {
+    class Recorder : public ReportTest::EventRecorder {
+    public:
+        void beginMember(const Report::MemberHeader& header) override {
+            Report::MemberHeader shown = header;
+            shown.size = 0;
+            shown.name += " " + header.owner + " " + header.group;
+            EventRecorder::beginMember(shown);
+        }
+    };
+    ReportTest::MemorySource source(package);
+    Report::Budget budget(ReportFuzz::smallLimits());
+    Recorder recorder;
+    static_cast<void>(readPackage(source, budget, recorder));
+    return recorder.text();
+}
+
+}  // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const FuzzPackage description(ReportFuzz::textOf(data, size), {"map", "words"});
+    Report::Mapping mapping = earlierMapping(description);
+    try {
+        const Report::PackageDigest digest = assign(description, mapping);
+        checkMapping(mapping);
+        const std::string clean = rewritten(description.bytes(), mapping.replacements());
+        checkClean(clean, mapping, digest);
+        require(eventsOf(rewritten(clean, mapping.originals())) == eventsOf(description.bytes()),
+                "the restored package is the original");
+    } catch (const Report::CleanRefusal&) {
+        return 0;
+    } catch (const Report::NoReplacement&) {
+        return 0;
+    }
+    return 0;
+}
