@@ -72,12 +72,13 @@ void AddressAssigner::divide(const Branch& branch, std::vector<Branch>& open) {
     applyEndings(branch);
     std::vector<Branch> parts = partsOf(branch);
     std::array<bool, 256> taken{};
-    const auto known = std::ranges::partition(parts, [this](Branch& part) { return !takeKnown(part); });
-    for (Branch& part : known) {
+    const auto known =
+        std::partition(parts.begin(), parts.end(), [this](Branch& part) { return !takeKnown(part); });
+    for (Branch& part : std::span(known, parts.end())) {
         taken[part.prefix.octets[branch.depth]] = true;
         descend(part, open);
     }
-    for (Branch& part : std::span(parts.begin(), known.begin())) {
+    for (Branch& part : std::span(parts.begin(), known)) {
         if (hasOpenItems(part) && choose(part, taken)) {
             taken[part.prefix.octets[branch.depth]] = true;
             descend(part, open);

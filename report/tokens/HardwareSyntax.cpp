@@ -32,7 +32,7 @@ constexpr std::array layouts{
 void appendDigits(std::string_view digits, Address& address, std::size_t& nibbles) {
     for (const char digit : digits) {
         std::uint8_t& octet = address.octets[nibbles / 2];
-        octet = static_cast<std::uint8_t>((octet << 4U) | hexValue(digit));
+        octet = static_cast<std::uint8_t>((unsigned{octet} << 4U) | hexValue(digit));
         ++nibbles;
     }
 }
