@@ -1,5 +1,7 @@
 #include "Originals.hpp"
 
+#include <new>
+
 #include "Letters.hpp"
 
 namespace Report {
@@ -14,7 +16,12 @@ constexpr std::size_t memoryOfOriginal = 320;
 
 }  // namespace
 
-SeenFilter::SeenFilter() : bits(filterBits / 64) {
+/// Unlike new, calloc() leaves it to the system to clear a page when it is used. A small package uses few.
+SeenFilter::SeenFilter()
+    : bits(static_cast<std::uint64_t*>(std::calloc(filterBits / 64, sizeof(std::uint64_t)))) {
+    if (!bits) {
+        throw std::bad_alloc();
+    }
 }
 
 void SeenFilter::add(std::size_t hash) {

@@ -2,11 +2,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "Budget.hpp"
 #include "Mapping.hpp"
@@ -24,7 +25,11 @@ public:
     bool mayContain(std::size_t hash) const;
 
 private:
-    std::vector<std::uint64_t> bits;
+    struct Free {
+        void operator()(std::uint64_t* memory) const { std::free(memory); }
+    };
+
+    std::unique_ptr<std::uint64_t[], Free> bits;
 };
 
 /// What a package has to hide, and what else is in it. A replacement must not look like something that the
