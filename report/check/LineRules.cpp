@@ -45,12 +45,14 @@ public:
         needsLevel = std::ranges::any_of(wanted, [](LineRule* rule) { return rule->rule.level.has_value(); });
     }
 
-    void line(std::string_view line, bool log, const std::function<void(LineRule&)>& found) {
+    /// `parser` is for a log, else null.
+    void line(std::string_view line, const EntryParser* parser, const std::function<void(LineRule&)>& found) {
         patterns.find(line, fitting);
         if (fitting.empty() && byLevel.empty()) {
             return;
         }
-        const std::optional<Level> level = log && needsLevel ? levelOf(line) : std::nullopt;
+        const std::optional<Level> level =
+            parser != nullptr && needsLevel ? levelOf(*parser, line) : std::nullopt;
         for (const std::size_t place : fitting) {
             visit(*withPattern[place], line, level, found);
         }
@@ -78,7 +80,7 @@ private:
         }
     }
 
-    std::optional<Level> levelOf(std::string_view line) {
+    std::optional<Level> levelOf(const EntryParser& parser, std::string_view line) {
         static_cast<void>(parser.parse(line, entry));
         return entry.level;
     }
@@ -88,7 +90,6 @@ private:
     std::vector<LineRule*> withPattern;  // in the order of the patterns
     std::vector<LineRule*> byLevel;
     bool needsLevel = false;
-    EntryParser parser{Zone(), std::nullopt};  // only for levels
     LogEntry entry;
     std::vector<std::size_t> fitting;
 };
@@ -122,14 +123,15 @@ LineRules::LineSearch& LineRules::searchFor(const std::vector<LineRule*>& wanted
     return *search;
 }
 
-void LineRules::applyToText(const Part& part, std::size_t maxLine, FindingList& findings) {
+void LineRules::applyToText(const Part& part, const EntryParser& parser, std::size_t maxLine,
+                            FindingList& findings) {
     const std::vector<LineRule*> wanted = rulesFor(part);
     if (wanted.empty()) {
         return;
     }
     LineSearch& search = searchFor(wanted);
     part.text.forEachLine(maxLine, [&](std::string_view line) {
-        search.line(line, part.log,
+        search.line(line, part.log ? &parser : nullptr,
                     [&](LineRule& rule) { findings.add(rule.index, part.name, part.name, line); });
         return true;
     });
@@ -144,7 +146,7 @@ void LineRules::applyToSidecar(const Sidecar& sidecar, FindingList& findings) {
     }
     LineSearch& search = searchFor(wanted);
     const auto visit = [&](std::string_view line) {
-        search.line(line, false, [&](LineRule& rule) { findings.add(rule.index, {}, sidecarLines, line); });
+        search.line(line, nullptr, [&](LineRule& rule) { findings.add(rule.index, {}, sidecarLines, line); });
     };
     for (const auto& [name, result] : sidecar.probes) {
         visit("probe " + name + ": " + result);
@@ -155,9 +157,10 @@ void LineRules::applyToSidecar(const Sidecar& sidecar, FindingList& findings) {
 }
 
 void LineRules::apply(const Package& package, std::size_t maxLine, FindingList& findings) {
+    const EntryParser parser(Zone(), std::nullopt, package.forms);  // only for levels
     for (const Part& part : package.parts) {
         if (part.text.size() > 0) {
-            applyToText(part, maxLine, findings);
+            applyToText(part, parser, maxLine, findings);
         }
     }
     if (package.sidecarState == SidecarState::used && package.sidecar) {

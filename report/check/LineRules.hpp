@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "EntryParser.hpp"
 #include "FindingList.hpp"
 #include "Package.hpp"
 #include "PartPattern.hpp"
@@ -31,7 +32,7 @@ private:
 
     std::vector<LineRule*> rulesFor(const Part& part) const;
     LineSearch& searchFor(const std::vector<LineRule*>& wanted);
-    void applyToText(const Part& part, std::size_t maxLine, FindingList& findings);
+    void applyToText(const Part& part, const EntryParser& parser, std::size_t maxLine, FindingList& findings);
     void applyToSidecar(const Sidecar& sidecar, FindingList& findings);
 
     const std::vector<Rule>& rules;

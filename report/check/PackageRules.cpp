@@ -10,6 +10,7 @@
 
 #include "Clues.hpp"
 #include "Content.hpp"
+#include "ExpectedParts.hpp"
 #include "Names.hpp"
 #include "PartTable.hpp"
 #include "RunReport.hpp"
@@ -124,6 +125,24 @@ void findFailedRun(const Package& package, const AddEvidence& add) {
     }
 }
 
+void findMissingErrors(const Package& package, const AddEvidence& add) {
+    if (hasRun(package)) {
+        const RunReport run(*package.sidecar);
+        if (const Complaint* const missing = run.find(ComplaintKind::errorsMissing)) {
+            add(sidecarLines, missing->line);
+        }
+    }
+}
+
+void findRemovedDumps(const Package& package, const AddEvidence& add) {
+    if (hasRun(package) && !hasFolder(package, folderOf(Collector::ti))) {
+        const RunReport run(*package.sidecar);
+        if (run.printed()) {
+            add(sidecarLines, "command: " + run.command());
+        }
+    }
+}
+
 struct FactFinder {
     Fact fact;
     void (*inPart)(const Package& package, const Part& part, const AddEvidence& add);
@@ -144,6 +163,8 @@ constexpr std::array factFinders{
     FactFinder{Fact::sidecarUnreadable, nullptr, findUnreadableSidecar, true},
     FactFinder{Fact::unknownComplaint, nullptr, findUnknownComplaints, true},
     FactFinder{Fact::runFailed, nullptr, findFailedRun, true},
+    FactFinder{Fact::errorsMissing, nullptr, findMissingErrors, true},
+    FactFinder{Fact::dumpsRemoved, nullptr, findRemovedDumps, true},
 };
 
 void applyFact(const FactFinder& finder, const Package& package, std::size_t index, const PartPattern& where,

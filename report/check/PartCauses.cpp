@@ -103,7 +103,7 @@ Answer byDisk(const Clues& clues, const Subject& subject) {
     if (state != State::cut && state != State::empty) {
         return std::nullopt;
     }
-    if (clues.run && subject.place.known != nullptr) {
+    if (clues.knowAllComplaints() && subject.place.known != nullptr) {
         return std::nullopt;  // korvel complains of each file that it cannot write
     }
     if (clues.disk.explains(subject.part, subject.place)) {
@@ -148,7 +148,7 @@ Answer byMmi(const Clues& clues, const Subject& subject) {
             if (isGone(presence) && !clues.answeredLater(subject.place)) {
                 return notRunning(clues, subject, Cause::noAnswerNotRunning, true);
             }
-            return Diagnosis{clues.run ? Cause::answeredNothing : Cause::noAnswer,
+            return Diagnosis{clues.knowAllComplaints() ? Cause::answeredNothing : Cause::noAnswer,
                              Certainty::likely,
                              {},
                              listingIfRunning(clues, subject)};

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "LogEntry.hpp"
+#include "LogForms.hpp"
 #include "Package.hpp"
 
 namespace Report {
@@ -25,6 +26,8 @@ enum class Fact : std::uint8_t {
     sidecarUnreadable,
     unknownComplaint,
     runFailed,
+    errorsMissing,
+    dumpsRemoved,
 };
 
 /// The name of a fact in rule files.
@@ -70,12 +73,28 @@ struct Rule {
     bool looksAtLines() const { return pattern || level; }
 };
 
+/// A form of log lines, as a file of rules has it.
+struct FormRule {
+    std::string id;
+    std::string file;
+    std::string pattern;
+    LogForms::Levels levels;
+    std::vector<std::string> examples;
+    std::vector<std::string> counterexamples;
+};
+
+/// The contents of a file of rules.
+struct RuleFile {
+    std::vector<Rule> rules;
+    std::vector<FormRule> forms;
+};
+
 // Words of `where` that stand for no part name.
 inline constexpr std::string_view allLogs = "logs";
 inline constexpr std::string_view sidecarLines = "sidecar";
 inline constexpr std::string_view wholePackage = "package";
 
-/// Reads the rules of a TOML text. Throws RuleError with `file`, line and reason.
-std::vector<Rule> parseRules(const std::string& text, const std::string& file);
+/// Reads a file of rules. Throws RuleError with `file`, line and reason.
+RuleFile parseRules(const std::string& text, const std::string& file);
 
 }  // namespace Report

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <concepts>
 #include <functional>
 #include <set>
@@ -83,6 +84,7 @@ public:
     }
 
     const toml::table& keys() const { return table; }
+    const std::string& fileName() const { return file; }
 
 private:
     const toml::table& table;
@@ -202,6 +204,49 @@ Rule readRule(const RuleTable& table, const std::string& file) {
     return rule;
 }
 
+LogForms::Levels readLevels(const RuleTable& table) {
+    LogForms::Levels levels;
+    const toml::node* const node = table.find("levels");
+    if (node == nullptr) {
+        return levels;
+    }
+    const toml::table* const words = node->as_table();
+    if (words == nullptr) {
+        table.refuse(*node, "'levels' must be a table of words and levels");
+    }
+    const RuleTable rows(*words, table.fileName());
+    for (const auto& [word, level] : *words) {
+        std::string lower(word.str());
+        std::ranges::transform(lower, lower.begin(),
+                               [](unsigned char byte) { return static_cast<char>(std::tolower(byte)); });
+        levels[lower] = rows.wordOf(word.str(), rows.textOf(word.str()), byName<Level, levelCount>);
+    }
+    return levels;
+}
+
+FormRule readForm(const RuleTable& table, const std::string& file) {
+    constexpr std::array<std::string_view, 5> keys{"id", "pattern", "levels", "examples", "counterexamples"};
+    for (const auto& [key, node] : table.keys()) {
+        if (std::ranges::find(keys, key.str()) == keys.end()) {
+            table.refuse(node, "'" + std::string(key.str()) + "' is no key of a form");
+        }
+    }
+    FormRule form;
+    form.id = table.textOf("id");
+    form.file = file;
+    form.pattern = table.textOf("pattern");
+    form.levels = readLevels(table);
+    form.examples = table.listOf("examples");
+    form.counterexamples = table.listOf("counterexamples");
+    try {
+        LogForms().add(form.pattern, form.levels);
+    } catch (const PatternError& error) {
+        table.refuse(*table.find("pattern"),
+                     "'pattern' is no form of log lines: " + std::string(error.what()));
+    }
+    return form;
+}
+
 toml::table parseToml(const std::string& text, const std::string& file) {
     try {
         return toml::parse(text);
@@ -213,25 +258,32 @@ toml::table parseToml(const std::string& text, const std::string& file) {
 
 }  // namespace
 
-std::vector<Rule> parseRules(const std::string& text, const std::string& file) {
+RuleFile parseRules(const std::string& text, const std::string& file) {
     const toml::table document = parseToml(text, file);
     const RuleTable whole(document, file);
-    std::vector<Rule> rules;
+    RuleFile parsed;
     std::set<std::string> identifiers;
     for (const auto& [key, node] : document) {
         const toml::array* const tables = node.as_array();
-        if (key.str() != "rule" || tables == nullptr || !tables->is_homogeneous<toml::table>()) {
-            whole.refuse(node, "'" + std::string(key.str()) + "' is not a list of tables [[rule]]");
+        const bool isForm = key.str() == "form";
+        if ((!isForm && key.str() != "rule") || tables == nullptr || !tables->is_homogeneous<toml::table>()) {
+            whole.refuse(node,
+                         "'" + std::string(key.str()) + "' is not a list of tables [[rule]] or [[form]]");
         }
         for (const toml::node& item : *tables) {
             const RuleTable table(*item.as_table(), file);
-            rules.push_back(readRule(table, file));
-            if (!identifiers.insert(rules.back().id).second) {
-                table.refuse("the rule '" + rules.back().id + "' appears twice");
+            if (isForm) {
+                parsed.forms.push_back(readForm(table, file));
+            } else {
+                parsed.rules.push_back(readRule(table, file));
+            }
+            const std::string& id = isForm ? parsed.forms.back().id : parsed.rules.back().id;
+            if (!identifiers.insert(id).second) {
+                table.refuse("the rule '" + id + "' appears twice");
             }
         }
     }
-    return rules;
+    return parsed;
 }
 
 }  // namespace Report

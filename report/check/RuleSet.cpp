@@ -56,6 +56,12 @@ std::string subjectOf(const Rule& rule) {
     return subject + (rule.except ? ", without what matches " + *rule.except : "");
 }
 
+std::string explanationOf(const FormRule& form) {
+    return form.id + " (form of log lines)\n" +  //
+           "Finds:    " + form.pattern + "\n" +  //
+           "File:     " + form.file + "\n";
+}
+
 class Application {
 public:
     Application(const std::vector<Rule>& allRules, ValueRules& rulesOnValues, std::size_t longestLine)
@@ -90,17 +96,25 @@ struct RuleSet::Rules {
     std::vector<Rule> all;
     std::unique_ptr<ValueRules> onValues;
 
+    std::vector<FormRule> forms;
+
     const Rule* find(std::string_view identifier) const {
         const auto found = std::ranges::find(all, identifier, &Rule::id);
         return found == all.end() ? nullptr : &*found;
     }
 
-    void add(std::vector<Rule> added) {
-        for (Rule& rule : added) {
-            std::erase_if(all, [&](const Rule& old) { return old.id == rule.id; });
-            all.push_back(std::move(rule));
-        }
+    void add(RuleFile added) {
+        replace(all, std::move(added.rules));
+        replace(forms, std::move(added.forms));
         onValues = std::make_unique<ValueRules>(all);
+    }
+
+    template <typename Row>
+    static void replace(std::vector<Row>& rows, std::vector<Row> added) {
+        for (Row& row : added) {
+            std::erase_if(rows, [&](const Row& old) { return old.id == row.id; });
+            rows.push_back(std::move(row));
+        }
     }
 };
 
@@ -121,7 +135,8 @@ void RuleSet::add(const std::string& text, const std::string& file) {
 std::string RuleSet::explain(std::string_view identifier) const {
     const Rule* const rule = rules->find(identifier);
     if (rule == nullptr) {
-        return {};
+        const auto form = std::ranges::find(rules->forms, identifier, &FormRule::id);
+        return form == rules->forms.end() ? std::string() : explanationOf(*form);
     }
     return rule->id + " (" + std::string(nameOf(rule->severity)) + ")\n" +  //
            "Meaning:  " + rule->meaning + "\n" +                            //
@@ -136,7 +151,18 @@ std::vector<std::string> RuleSet::identifiers() const {
     for (const Rule& rule : rules->all) {
         identifiers.push_back(rule.id);
     }
+    for (const FormRule& form : rules->forms) {
+        identifiers.push_back(form.id);
+    }
     return identifiers;
+}
+
+std::shared_ptr<const LogForms> RuleSet::logForms() const {
+    auto forms = std::make_shared<LogForms>();
+    for (const FormRule& form : rules->forms) {
+        forms->add(form.pattern, form.levels);
+    }
+    return forms;
 }
 
 void RuleSet::apply(Package& package, std::size_t maxLine) const {

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "LogForms.hpp"
 #include "Package.hpp"
 
 namespace Report {
@@ -33,6 +34,9 @@ public:
     /// The rule as text for people (--explain), or an empty text if no rule has this identifier.
     std::string explain(std::string_view identifier) const;
     std::vector<std::string> identifiers() const;
+
+    /// The forms of log lines that the rules describe, for LoadOptions.
+    std::shared_ptr<const LogForms> logForms() const;
 
     /// Adds the findings of a judged package and of its nested packages, by severity. With texts that were
     /// not kept, only the rules on states and values apply. Lines are read up to `maxLine` bytes.

@@ -10,7 +10,7 @@ namespace Report {
 
 int check(const Arguments& arguments) {
     Output output({arguments.output});
-    const int status = useEach(arguments, Keep::evidence, [&](const Package& package) {
+    const int status = useEach(arguments, {Keep::evidence}, [&](const Package& package) {
         output.write([&](std::ostream& out, const TextStyle& style) { renderCheck(out, package, style); });
         return exitStatusOf(package.verdict);
     });

@@ -11,8 +11,9 @@
 namespace Report {
 
 int diff(const Arguments& arguments) {
-    const std::optional<Package> before = readJudged(arguments.files[0], arguments, Keep::all);
-    const std::optional<Package> after = readJudged(arguments.files[1], arguments, Keep::all);
+    const Reading reading{.forms = readRules(arguments).logForms()};
+    const std::optional<Package> before = readJudged(arguments.files[0], arguments, reading);
+    const std::optional<Package> after = readJudged(arguments.files[1], arguments, reading);
     if (!before || !after) {
         return exitTroubleOfDiff;
     }

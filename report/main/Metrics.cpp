@@ -12,7 +12,7 @@ namespace Report {
 
 int metrics(const Arguments& arguments) {
     std::vector<Package> packages;
-    const int status = useEach(arguments, Keep::all, [&](Package& package) {
+    const int status = useEach(arguments, {}, [&](Package& package) {
         packages.push_back(std::move(package));
         return 0;
     });

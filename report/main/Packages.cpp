@@ -15,8 +15,9 @@
 namespace Report {
 namespace {
 
-LoadOptions optionsFor(const Arguments& arguments, Keep keep) {
-    return {arguments.limits, keep, arguments.board, arguments.kind, arguments.runFile, arguments.useRun};
+LoadOptions optionsFor(const Arguments& arguments, const Reading& reading) {
+    return {arguments.limits,  reading.keep,     arguments.board, arguments.kind,
+            arguments.runFile, arguments.useRun, reading.forms};
 }
 
 /// The reason of a failure, without a path.
@@ -30,10 +31,11 @@ std::string reasonOf(const std::exception& error) {
 
 }  // namespace
 
-std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, Keep keep) {
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments,
+                                  const Reading& reading) {
     try {
         const PackageSource source(path, arguments.limits.maxMemory);
-        Package package = loadPackage(source, optionsFor(arguments, keep));
+        Package package = loadPackage(source, optionsFor(arguments, reading));
         judge(package, arguments.expectation);
         return package;
     } catch (const std::exception& error) {
@@ -42,10 +44,10 @@ std::optional<Package> readJudged(const std::string& path, const Arguments& argu
     }
 }
 
-int useEach(const Arguments& arguments, Keep keep, const std::function<int(Package&)>& use) {
+int useEach(const Arguments& arguments, const Reading& reading, const std::function<int(Package&)>& use) {
     int status = 0;
     for (const std::string& path : arguments.files) {
-        std::optional<Package> package = readJudged(path, arguments, keep);
+        std::optional<Package> package = readJudged(path, arguments, reading);
         status = std::max(status, package ? use(*package) : exitTrouble);
     }
     return status;
@@ -53,8 +55,9 @@ int useEach(const Arguments& arguments, Keep keep, const std::function<int(Packa
 
 Packages readAll(const Arguments& arguments, const RuleSet& rules) {
     Packages packages;
+    const Reading reading{.forms = rules.logForms()};
     for (const std::string& path : arguments.files) {
-        std::optional<Package> package = readJudged(path, arguments, Keep::all);
+        std::optional<Package> package = readJudged(path, arguments, reading);
         if (!package) {
             packages.unreadable.push_back(path);
             continue;

@@ -1,23 +1,33 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "Arguments.hpp"
+#include "LogForms.hpp"
 #include "Package.hpp"
 #include "PackageLoader.hpp"
 #include "RuleSet.hpp"
 
 namespace Report {
 
+/// What the subcommands read of packages.
+struct Reading {
+    Keep keep = Keep::all;
+    std::shared_ptr<const LogForms> forms =
+        nullptr;  ///< of log lines, from rules; not needed without log entries
+};
+
 /// Reads and judges a package. A package that cannot be read is reported on standard error.
-std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, Keep keep);
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments,
+                                  const Reading& reading);
 
 /// Calls `use` with each package of the command line, one after the other. Returns the highest status: those
 /// of `use`, and exitTrouble for a package that cannot be read.
-int useEach(const Arguments& arguments, Keep keep, const std::function<int(Package&)>& use);
+int useEach(const Arguments& arguments, const Reading& reading, const std::function<int(Package&)>& use);
 
 /// All packages of the command line, with findings.
 struct Packages {

@@ -47,7 +47,7 @@ ShowChoice choiceFor(const Package& package, const Arguments& arguments) {
 int show(const Arguments& arguments) {
     const RuleSet rules = readRules(arguments);
     Output output({arguments.output, arguments.pager});
-    const int status = useEach(arguments, Keep::all, [&](Package& package) {
+    const int status = useEach(arguments, {.forms = rules.logForms()}, [&](Package& package) {
         try {
             const ShowChoice choice = choiceFor(package, arguments);
             rules.apply(package, choice.maxLine);

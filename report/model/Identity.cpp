@@ -61,7 +61,7 @@ bool isClockUnset(Time time, Time now) {
 }
 
 /// The last entry of a log as far as the log's tail holds it, with all of its lines.
-std::string lastEntry(const Part& log) {
+std::string lastEntry(const Part& log, const LogForms* forms) {
     std::string_view text = log.tail;
     text.remove_suffix(text.ends_with('\n') ? 1 : 0);
     if (log.textSize > log.tail.size()) {
@@ -70,7 +70,7 @@ std::string lastEntry(const Part& log) {
     for (std::size_t start = text.size(); start != std::string_view::npos;) {
         start = start == 0 ? std::string_view::npos : text.rfind('\n', start - 1);
         const std::string_view entry = text.substr(start + 1);
-        if (startsEntry(entry.substr(0, entry.find('\n')))) {
+        if (startsEntry(entry.substr(0, entry.find('\n')), forms)) {
             return std::string(entry);
         }
     }
@@ -97,7 +97,7 @@ void completeOverlap(const Package& package, Part& part) {
         return;
     }
     if (const Part* const earlier = earlierPiece(package, part)) {
-        const std::string entry = lastEntry(*earlier);
+        const std::string entry = lastEntry(*earlier, package.forms.get());
         if (!entry.empty()) {
             part.overlaps.front().before.emplace().text = entry;
         }
@@ -126,6 +126,7 @@ void complete(Package& package, Time now) {
     for (Package& nested : package.nested) {
         nested.board = package.board;
         nested.zone = package.zone;
+        nested.forms = package.forms;
         nested.time = newestTime(nested);
         complete(nested, now);
     }
@@ -141,11 +142,13 @@ void identify(Package& package, const LoadOptions& options) {
     if (zone != nullptr && Zone::find(*zone)) {
         package.zone = *zone;
     }
+    package.forms = options.forms;
     complete(package, options.now);
 }
 
 EntryParser parserFor(const Package& package) {
-    return {(package.zone ? Zone::find(*package.zone) : std::nullopt).value_or(Zone()), package.time};
+    return {(package.zone ? Zone::find(*package.zone) : std::nullopt).value_or(Zone()), package.time,
+            package.forms};
 }
 
 }  // namespace Report

@@ -2,10 +2,12 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "Limits.hpp"
+#include "LogForms.hpp"
 #include "Package.hpp"
 
 namespace Report {
@@ -19,10 +21,11 @@ enum class Keep : std::uint8_t {
 struct LoadOptions {
     Limits limits;
     Keep keep = Keep::all;
-    std::optional<std::string> board;    ///< --board
-    std::optional<Kind> kind;            ///< --kind
-    std::optional<std::string> runFile;  ///< --run: the sidecar; else PACKAGE.run beside the package
-    bool useRun = true;                  ///< false: --no-run
+    std::optional<std::string> board;       ///< --board
+    std::optional<Kind> kind;               ///< --kind
+    std::optional<std::string> runFile;     ///< --run: the sidecar; else PACKAGE.run beside the package
+    bool useRun = true;                     ///< false: --no-run
+    std::shared_ptr<const LogForms> forms;  ///< further forms of log lines; null if there are none
     Time now = std::chrono::floor<Time::duration>(std::chrono::system_clock::now());
 };
 

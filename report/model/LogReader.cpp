@@ -20,15 +20,20 @@ LogEntry rawEntry(const std::string& lines) {
 
 }  // namespace
 
-LogReader::LogReader(Part& partOfLog, bool withOverlaps, std::size_t longest, Memory& memoryOfPackage)
-    : part(partOfLog), findsOverlaps(withOverlaps), maxEntry(longest), memory(memoryOfPackage) {
+LogReader::LogReader(Part& partOfLog, bool withOverlaps, std::size_t longest, Memory& memoryOfPackage,
+                     const LogForms* otherForms)
+    : part(partOfLog),
+      findsOverlaps(withOverlaps),
+      maxEntry(longest),
+      memory(memoryOfPackage),
+      forms(otherForms) {
 }
 
 bool LogReader::line(std::string_view line) {
     if (findsOverlaps && line.starts_with(overlapWarning)) {
         return addOverlap();
     }
-    const bool timed = startsEntry(line);
+    const bool timed = startsEntry(line, forms);
     if (!timed && anyTime) {
         extendEntry(line);
         return true;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "LineReader.hpp"
+#include "LogForms.hpp"
 #include "Memory.hpp"
 #include "Package.hpp"
 
@@ -17,7 +18,9 @@ namespace Report {
 class LogReader : public LineReader {
 public:
     /// Fills `part`. An entry with more than `longest` bytes in all of its lines is too long.
-    LogReader(Part& partOfLog, bool withOverlaps, std::size_t longest, Memory& memoryOfPackage);
+    /// `otherForms` are further forms of lines, or null; they must outlive this object.
+    LogReader(Part& partOfLog, bool withOverlaps, std::size_t longest, Memory& memoryOfPackage,
+              const LogForms* otherForms = nullptr);
 
     bool line(std::string_view line) override;
     bool finish(std::string_view rest, End end) override;
@@ -39,6 +42,7 @@ private:
     bool findsOverlaps;
     std::size_t maxEntry;
     Memory& memory;
+    const LogForms* forms;
 
     std::string entry;  // the beginning of the current one
     std::size_t entrySize = 0;

@@ -3,12 +3,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "LogEntry.hpp"
+#include "LogForms.hpp"
 #include "PackageVisitor.hpp"
 #include "PackedText.hpp"
 #include "Sidecar.hpp"
@@ -109,6 +111,7 @@ struct Package {
     std::vector<Evidence> evidence;      ///< for the cause
     std::optional<std::string> zone;     ///< in which local times in logs are read; unknown: UTC is taken
     std::set<std::string, std::less<>> folders;  ///< folders of the package, the upper two levels: "mmi/iwf"
+    std::shared_ptr<const LogForms> forms;       ///< further forms of log lines, or null
     std::vector<Part> parts;
     std::vector<Finding> findings;
     std::vector<Value> values;

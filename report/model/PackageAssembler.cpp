@@ -93,8 +93,9 @@ struct PackageAssembler::Level {
     std::unique_ptr<Member> member;
 };
 
-PackageAssembler::PackageAssembler(Budget& budgetOfPackage, bool keepAll)
-    : memory(budgetOfPackage), context{memory, budgetOfPackage.limits().maxLine, keepAll} {
+PackageAssembler::PackageAssembler(Budget& budgetOfPackage, bool keepAll,
+                                   std::shared_ptr<const LogForms> forms)
+    : memory(budgetOfPackage), context{memory, budgetOfPackage.limits().maxLine, keepAll, std::move(forms)} {
     levels.push_back(std::make_unique<Level>());
 }
 

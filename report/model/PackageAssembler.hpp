@@ -18,8 +18,9 @@ namespace Report {
 /// tells is still missing: identity, time, and the times of entries beside overlaps.
 class PackageAssembler : public PackageVisitor {
 public:
-    /// With `keepAll`, all texts are kept; else only small ones, which may be evidence.
-    PackageAssembler(Budget& budgetOfPackage, bool keepAll);
+    /// With `keepAll`, all texts are kept; else only small ones, which may be evidence. `forms` are further
+    /// forms of log lines, or null.
+    PackageAssembler(Budget& budgetOfPackage, bool keepAll, std::shared_ptr<const LogForms> forms);
     PackageAssembler(const PackageAssembler&) = delete;
     PackageAssembler& operator=(const PackageAssembler&) = delete;
     PackageAssembler(PackageAssembler&&) = delete;

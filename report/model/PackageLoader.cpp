@@ -72,7 +72,7 @@ private:
 
 Package loadPackage(const PackageSource& source, const LoadOptions& options) {
     Budget budget(options.limits);
-    PackageAssembler assembler(budget, options.keep == Keep::all);
+    PackageAssembler assembler(budget, options.keep == Keep::all, options.forms);
     const std::unique_ptr<ByteSource> bytes = source.open();
     PackageFacts facts = readPackage(*bytes, budget, assembler);
 

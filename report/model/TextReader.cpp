@@ -16,13 +16,13 @@ constexpr std::size_t largestEvidence = std::size_t{64} << 10;
 constexpr std::uint64_t longestReply = std::uint64_t{16} << 20;  // korvel collects no more of one source
 
 /// Whether at least half of the lines of a text have a time, blank lines aside.
-bool looksLikeLog(std::string_view text) {
+bool looksLikeLog(std::string_view text, const LogForms* forms) {
     std::size_t filled = 0;
     std::size_t timed = 0;
     LineSplitter lines(text.size());
     const auto count = [&](std::string_view line) {
         filled += trimLine(line).empty() ? 0 : 1;
-        timed += startsEntry(line) ? 1 : 0;
+        timed += startsEntry(line, forms) ? 1 : 0;
     };
     lines.add(text, count);
     if (filled == 0) {
@@ -82,8 +82,8 @@ void TextReader::begin() {
     if (form == TextForm::table) {
         reader = std::make_unique<ValueReader>(part, values, context.memory);
     } else if (form == TextForm::log || form == TextForm::archivedLog) {
-        auto log =
-            std::make_unique<LogReader>(part, form == TextForm::archivedLog, context.maxLine, context.memory);
+        auto log = std::make_unique<LogReader>(part, form == TextForm::archivedLog, context.maxLine,
+                                               context.memory, context.forms.get());
         logReader = log.get();
         reader = std::move(log);
         part.log = true;
@@ -95,7 +95,7 @@ bool TextReader::isUndecided() const {
 }
 
 void TextReader::decide() {
-    const bool log = looksLikeLog(undecided);
+    const bool log = looksLikeLog(undecided, context.forms.get());
     const bool table = form == TextForm::tableOrLog && !isBinary(undecided);
     form = log ? TextForm::log : table ? TextForm::table : TextForm::plain;
     begin();

@@ -24,6 +24,7 @@ public:
         Memory& memory;
         std::size_t maxLine;
         bool keepAll;  ///< else only small texts are kept, which may be evidence
+        std::shared_ptr<const LogForms> forms = nullptr;
     };
 
     TextReader(Part& partOfText, std::vector<Value>& allValues, TextForm formOfText, const Context& shared);

@@ -81,46 +81,86 @@ void skipBlank(std::string_view& text) {
     text.remove_prefix(text.starts_with(' ') ? 1 : 0);
 }
 
-}  // namespace
-
-bool startsEntry(std::string_view line) {
-    if (takeUtcTime(line)) {
-        return true;
-    }
-    takePriority(line);
-    return takeSyslogTime(line).has_value();
+std::string_view withoutReturn(std::string_view line) {
+    return line.substr(0, line.size() - (line.ends_with('\r') ? 1 : 0));
 }
 
-EntryParser::EntryParser(Zone zone, std::optional<Time> newest)
+std::optional<SyslogTime> parseSyslogTime(std::string_view text) {
+    const std::optional<SyslogTime> time = takeSyslogTime(text);
+    return text.empty() ? time : std::nullopt;
+}
+
+/// Whether the time of another form can be read.
+bool isTime(std::string_view text) {
+    return parseRfc3339(text) || parseLocalTime(text) || parseEpoch(text) || parseSyslogTime(text);
+}
+
+}  // namespace
+
+bool startsEntry(std::string_view line, const LogForms* forms) {
+    std::string_view rest = line;
+    if (takeUtcTime(rest)) {
+        return true;
+    }
+    takePriority(rest);
+    if (takeSyslogTime(rest)) {
+        return true;
+    }
+    const std::optional<LogPieces> pieces =
+        forms == nullptr ? std::nullopt : forms->find(withoutReturn(line));
+    return pieces && isTime(pieces->time);
+}
+
+EntryParser::EntryParser(Zone zone, std::optional<Time> newest, std::shared_ptr<const LogForms> otherForms)
     : boardZone(std::move(zone)),
-      latest(boardZone.toLocal(newest.value_or(Time())) + std::chrono::months(1)) {
+      latest(boardZone.toLocal(newest.value_or(Time())) + std::chrono::months(1)),
+      forms(std::move(otherForms)) {
 }
 
 bool EntryParser::parse(std::string_view line, LogEntry& entry) const {
-    line.remove_suffix(line.ends_with('\r') ? 1 : 0);
-    entry.time = takeUtcTime(line);
+    line = withoutReturn(line);
+    std::string_view rest = line;
+    entry.time = takeUtcTime(rest);
     entry.level.reset();
     entry.tag.clear();
     if (entry.time) {
-        skipBlank(line);
-        entry.level = takeLevel(line);
-        entry.tag = entry.level ? takeTag(line) : std::string_view();
-        entry.text = line;
+        skipBlank(rest);
+        entry.level = takeLevel(rest);
+        entry.tag = entry.level ? takeTag(rest) : std::string_view();
+        entry.text = rest;
         return true;
     }
-    std::string_view rest = line;
-    const std::optional<unsigned> priority = takePriority(rest);
-    const std::optional<SyslogTime> time = takeSyslogTime(rest);
+    if (parseSyslog(line, entry) || parseOther(line, entry)) {
+        return true;
+    }
+    entry.text = line;
+    return false;
+}
+
+bool EntryParser::parseSyslog(std::string_view line, LogEntry& entry) const {
+    const std::optional<unsigned> priority = takePriority(line);
+    const std::optional<SyslogTime> time = takeSyslogTime(line);
     if (!time) {
-        entry.text = line;
         return false;
     }
-    skipBlank(rest);
+    skipBlank(line);
     entry.time = resolve(*time);
     entry.level = priority ? std::optional(levelOf(*priority)) : std::nullopt;
-    entry.tag = takeSyslogTag(rest);
-    entry.text = rest;
+    entry.tag = takeSyslogTag(line);
+    entry.text = line;
     return true;
+}
+
+bool EntryParser::parseOther(std::string_view line, LogEntry& entry) const {
+    const std::optional<LogPieces> pieces = forms == nullptr ? std::nullopt : forms->find(line);
+    const std::optional<Time> time = pieces ? resolve(pieces->time) : std::nullopt;
+    if (time) {
+        entry.time = time;
+        entry.level = pieces->level;
+        entry.tag = pieces->tag;
+        entry.text = pieces->text;
+    }
+    return time.has_value();
 }
 
 LogEntry EntryParser::parseLines(std::string_view lines) const {
@@ -129,6 +169,19 @@ LogEntry EntryParser::parseLines(std::string_view lines) const {
     parse(lines.substr(0, end), entry);
     entry.text += lines.substr(end);
     return entry;
+}
+
+/// The time of another form.
+std::optional<Time> EntryParser::resolve(std::string_view text) const {
+    if (const std::optional<Time> local = parseLocalTime(text)) {
+        const auto whole = std::chrono::floor<std::chrono::seconds>(*local);
+        return boardZone.toUtc(std::chrono::local_seconds(whole.time_since_epoch())) + (*local - whole);
+    }
+    if (const std::optional<SyslogTime> syslog = parseSyslogTime(text)) {
+        return resolve(*syslog);
+    }
+    const std::optional<Time> time = parseRfc3339(text);
+    return time ? time : parseEpoch(text);
 }
 
 Time EntryParser::resolve(const SyslogTime& time) const {

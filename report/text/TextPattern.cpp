@@ -50,6 +50,25 @@ std::string TextPattern::without(std::string_view text) const {
     return rest;
 }
 
+bool TextPattern::split(std::string_view text, std::vector<std::string_view>& groups) const {
+    const int count = 1 + compiled->pattern.NumberOfCapturingGroups();
+    std::vector<re2::StringPiece> found(static_cast<std::size_t>(count));
+    if (!compiled->pattern.Match(pieceOf(text), 0, text.size(), RE2::ANCHOR_BOTH, found.data(), count)) {
+        return false;
+    }
+    groups.clear();
+    for (const re2::StringPiece& group : found) {
+        groups.emplace_back(group.data(), group.size());
+    }
+    return true;
+}
+
+std::size_t TextPattern::groupNamed(const std::string& name) const {
+    const auto& names = compiled->pattern.NamedCapturingGroups();
+    const auto found = names.find(name);
+    return found == names.end() ? 0 : static_cast<std::size_t>(found->second);
+}
+
 std::string TextPattern::expand(std::string_view text, const std::string& form) const {
     constexpr std::size_t groups = 10;  // \0 is all of the text
     std::array<re2::StringPiece, groups> found;

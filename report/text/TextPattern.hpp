@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace Report {
 
@@ -30,6 +32,13 @@ public:
 
     /// The text without what fits: a blank is in its place.
     std::string without(std::string_view text) const;
+
+    /// Splits a text that it fits as a whole: `groups` gets all of the text, then each group. A group that
+    /// took no part is empty. Returns false for another text.
+    bool split(std::string_view text, std::vector<std::string_view>& groups) const;
+
+    /// The index of a named group, or 0 if there is none.
+    std::size_t groupNamed(const std::string& name) const;
 
     /// `form` with the text's groups in place of \1 to \9. The expression must fit the whole text.
     std::string expand(std::string_view text, const std::string& form) const;

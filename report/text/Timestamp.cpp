@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstddef>
 
 namespace Report {
@@ -42,9 +43,9 @@ std::optional<seconds> clockAt(std::string_view text, std::size_t place) {
     return hour + minute + second;
 }
 
-/// Takes ".995104" from the start of `text`, with any number of digits.
-microseconds takeFraction(std::string_view& text) {
-    if (!hasForm(text, ".#")) {
+/// Takes ".995104" from the start of `text`, with any number of digits. `mark` is a point or a comma.
+microseconds takeFraction(std::string_view& text, char mark = '.') {
+    if (!text.starts_with(mark) || !hasForm(text, "?#")) {
         return {};
     }
     constexpr std::size_t places = 6;
@@ -59,7 +60,7 @@ microseconds takeFraction(std::string_view& text) {
 
 /// Takes "2026-11-22T02:46:40.995104" from the start of `text`. The fraction is optional. One of `separators`
 /// is between date and time.
-std::optional<Time> takeDateTime(std::string_view& text, std::string_view separators) {
+std::optional<Time> takeDateTime(std::string_view& text, std::string_view separators, char mark = '.') {
     constexpr std::string_view form = "####-##-##?##:##:##";
     if (!hasForm(text, form) || separators.find(text[10]) == std::string_view::npos) {
         return std::nullopt;
@@ -72,7 +73,7 @@ std::optional<Time> takeDateTime(std::string_view& text, std::string_view separa
         return std::nullopt;
     }
     text.remove_prefix(form.size());
-    return std::chrono::sys_days(date) + *clock + takeFraction(text);
+    return std::chrono::sys_days(date) + *clock + takeFraction(text, mark);
 }
 
 /// The month with an English name of three letters, or an invalid one.
@@ -118,6 +119,26 @@ std::optional<Time> parseRfc3339(std::string_view text) {
     const std::optional<Time> local = takeDateTime(text, "Tt ");
     const std::optional<minutes> offset = text == "Z" || text == "z" ? minutes() : parseOffset(text);
     return local && offset ? std::optional(*local - *offset) : std::nullopt;
+}
+
+std::optional<Time> parseLocalTime(std::string_view text) {
+    const char mark = text.find(',') == std::string_view::npos ? '.' : ',';
+    const std::optional<Time> local = takeDateTime(text, "T ", mark);
+    return text.empty() ? local : std::nullopt;
+}
+
+std::optional<Time> parseEpoch(std::string_view text) {
+    constexpr std::size_t fewest = 9;  // digits: fewer are another number
+    constexpr std::size_t most = 11;
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    seconds::rep count = 0;
+    if (digits < fewest || digits > most) {
+        return std::nullopt;
+    }
+    std::from_chars(text.data(), text.data() + digits, count);
+    text.remove_prefix(digits);
+    const Time time = Time(seconds(count)) + takeFraction(text);
+    return text.empty() ? std::optional(time) : std::nullopt;
 }
 
 std::optional<minutes> parseOffset(std::string_view text) {

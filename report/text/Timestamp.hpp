@@ -24,6 +24,12 @@ std::optional<SyslogTime> takeSyslogTime(std::string_view& text);
 /// Reads the whole of `text` as a time of RFC 3339, with any offset.
 std::optional<Time> parseRfc3339(std::string_view text);
 
+/// Reads the whole of `text` as a date and a time without an offset: "2026-11-22 02:46:40.995".
+std::optional<Time> parseLocalTime(std::string_view text);
+
+/// Reads the whole of `text` as seconds since 1970: "1795315600.995".
+std::optional<Time> parseEpoch(std::string_view text);
+
 /// Reads the whole of `text` as an offset from UTC: "+02:00", "-0330" or "+02".
 std::optional<std::chrono::minutes> parseOffset(std::string_view text);
 

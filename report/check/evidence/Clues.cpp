@@ -86,7 +86,7 @@ bool Clues::answeredLater(const PartPlace& place) const {
 }
 
 bool Clues::timeoutsMatchEmptyReplies() const {
-    if (!run || run->find(ComplaintKind::replyFailed) != nullptr ||
+    if (!knowAllComplaints() || run->find(ComplaintKind::replyFailed) != nullptr ||
         run->find(ComplaintKind::sendFailed) != nullptr ||
         run->find(ComplaintKind::socketFailed) != nullptr ||
         run->find(ComplaintKind::replyUnended) != nullptr) {

@@ -30,6 +30,9 @@ public:
     Presence presenceOf(std::string_view process) const;
     Evidence listingFor(std::string_view process) const { return listing.evidenceFor(process); }
 
+    /// Whether everything is known that korvel complained of: then it had no other trouble.
+    bool knowAllComplaints() const { return run && run->isComplete(); }
+
     /// Whether the collection was cut by its limit of 48 MiB in this part, or before it.
     bool isBeyondLimit(const Part& part, const PartPlace& place) const;
 

@@ -45,6 +45,8 @@ constexpr std::array messageForms{
     MessageForm{ComplaintKind::commandFailed, "Command: ", " was signalled: ", ""},
     MessageForm{ComplaintKind::other, "Syslib shared memory log not found", "", ""},
     MessageForm{ComplaintKind::gaveUp, "Error: ", "", ""},
+    MessageForm{ComplaintKind::errorsMissing, "make-package: standard error was not kept", "", ""},
+    MessageForm{ComplaintKind::errorsMissing, "make-package: the rest of standard error is missing", "", ""},
 };
 
 /// How the paths in messages become names of parts.

@@ -31,8 +31,9 @@ enum class ComplaintKind : std::uint8_t {
     commandFailed,
     folderFailed,
     gaveUp,
-    other,    ///< a message of korvel that says nothing about a part
-    unknown,  ///< none of korvel
+    errorsMissing,  ///< not all of the standard error was kept
+    other,          ///< a message that says nothing about a part
+    unknown,        ///< none of korvel
 };
 
 /// One line of the standard error of a run.
@@ -54,6 +55,9 @@ public:
     const Complaint* find(ComplaintKind kind) const;
     const Complaint* find(ComplaintKind kind, std::string_view part) const;
     std::size_t count(ComplaintKind kind) const;
+
+    /// Whether the sidecar has all that the run complained of.
+    bool isComplete() const { return find(ComplaintKind::errorsMissing) == nullptr; }
 
     /// Whether the run was asked for this part. Unknown if the command is unknown.
     std::optional<bool> askedFor(const PartPlace& place) const;

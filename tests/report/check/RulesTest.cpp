@@ -12,13 +12,16 @@
 #include <gtest/gtest.h>
 
 #include "CauseTexts.hpp"
+#include "EntryParser.hpp"
 #include "Judge.hpp"
+#include "LogForms.hpp"
 #include "Names.hpp"
 #include "PackageFixture.hpp"
 #include "PartTable.hpp"
 #include "Rule.hpp"
 #include "RuleSet.hpp"
 #include "ShippedRules.hpp"
+#include "Zone.hpp"
 
 namespace Report::Testing {
 namespace {
@@ -87,12 +90,18 @@ private:
     std::map<std::string, std::string> names;  // of parts, by example
 };
 
-TEST(ShippedRules, FindTheirExamplesAndNotTheirCounterexamples) {
-    std::vector<Rule> rules;
-    for (const ShippedRules& shipped : shippedRules()) {
-        std::ranges::move(parseRules(std::string(shipped.text), std::string(shipped.file)),
-                          std::back_inserter(rules));
+RuleFile shipped() {
+    RuleFile all;
+    for (const ShippedRules& file : shippedRules()) {
+        RuleFile parsed = parseRules(std::string(file.text), std::string(file.file));
+        std::ranges::move(parsed.rules, std::back_inserter(all.rules));
+        std::ranges::move(parsed.forms, std::back_inserter(all.forms));
     }
+    return all;
+}
+
+TEST(ShippedRules, FindTheirExamplesAndNotTheirCounterexamples) {
+    const std::vector<Rule> rules = shipped().rules;
     const Examples examples(rules);
     for (const Rule& rule : rules) {
         for (const std::string& example : rule.examples) {
@@ -101,6 +110,39 @@ TEST(ShippedRules, FindTheirExamplesAndNotTheirCounterexamples) {
         for (const std::string& example : rule.counterexamples) {
             EXPECT_FALSE(examples.isFound(rule, example)) << rule.id << " finds: " << example;
         }
+    }
+}
+
+TEST(ShippedForms, FitTheirExamplesAndNotTheirCounterexamples) {
+    for (const FormRule& form : shipped().forms) {
+        LogForms forms;
+        forms.add(form.pattern, form.levels);
+        for (const std::string& example : form.examples) {
+            EXPECT_TRUE(startsEntry(example, &forms)) << form.id << " does not fit: " << example;
+        }
+        for (const std::string& example : form.counterexamples) {
+            EXPECT_FALSE(startsEntry(example, &forms)) << form.id << " fits: " << example;
+        }
+    }
+}
+
+TEST(ShippedForms, TellTimeLevelAndTag) {
+    const EntryParser parser(Zone::find("+02:00").value(), std::nullopt, RuleSet().logForms());
+    const Time time = std::chrono::sys_days(std::chrono::year(2026) / 11 / 22) + std::chrono::seconds(10'000);
+    const struct {
+        const char* line;
+        LogEntry entry;
+    } cases[] = {
+        {"2026-11-22 04:46:40,000 ERROR resmgr: no room", {time, Level::error, "resmgr", "no room"}},
+        {"[2026-11-22T02:46:40Z] [Warning] link down", {time, Level::warning, "", "link down"}},
+        {"2026-11-22 03:46:40+01:00 <I> a[7]: b", {time, Level::information, "a[7]", "b"}},
+        {"2026-11-22 04:46:40 resmgr: started", {time, std::nullopt, "resmgr", "started"}},
+        {"1795315600 netfp_server: started", {time, std::nullopt, "netfp_server", "started"}},
+    };
+    for (const auto& [line, entry] : cases) {
+        LogEntry parsed;
+        EXPECT_TRUE(parser.parse(line, parsed)) << line;
+        EXPECT_EQ(parsed, entry) << line;
     }
 }
 
@@ -135,8 +177,8 @@ TEST(RuleSet, RefusesAWrongFileWithLineAndReason) {
         std::string message;
     } cases[] = {
         {"[[rule]\n", "own.toml:1: "},
-        {"rules = 1\n", "own.toml:1: 'rules' is not a list of tables [[rule]]"},
-        {"rule = [1]\n", "own.toml:1: 'rule' is not a list of tables [[rule]]"},
+        {"rules = 1\n", "own.toml:1: 'rules' is not a list of tables [[rule]] or [[form]]"},
+        {"rule = [1]\n", "own.toml:1: 'rule' is not a list of tables [[rule]] or [[form]]"},
         {"\n[[rule]]\nid = 'x'\n",
          "own.toml:2: one of the keys pattern, value, state, fact and level is missing"},
         {"[[rule]]\npattern = 'p'\n", "own.toml:1: the key 'id' is missing"},
