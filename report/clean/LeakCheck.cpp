@@ -6,11 +6,11 @@
 
 namespace Report {
 
-void LeakFinder::address(const FoundAddress& found, std::span<char> spelling) {
+bool LeakFinder::address(const FoundAddress& found, std::span<char> spelling) {
     if (!first && mapping.isOriginal(found.address) && !mapping.isReplacement(found.address)) {
         first.emplace(spelling.begin(), spelling.end());
     }
-    Rewriter::address(found, spelling);
+    return Rewriter::address(found, spelling);
 }
 
 void LeakFinder::word(std::span<char> text) {

@@ -18,7 +18,7 @@ public:
     /// `known` must outlive this object.
     explicit LeakFinder(const Mapping& known) : Rewriter(known.originals()), mapping(known) {}
 
-    void address(const FoundAddress& found, std::span<char> spelling) override;
+    bool address(const FoundAddress& found, std::span<char> spelling) override;
     void word(std::span<char> text) override;
 
     /// The first original that is not a replacement as well.

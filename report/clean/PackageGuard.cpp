@@ -24,6 +24,9 @@ constexpr std::array compressedStarts{
 
 constexpr std::size_t longestStart = 10;
 
+/// About what an entry of a set needs besides its text.
+constexpr std::size_t memoryOfName = 64;
+
 /// What a member is that has no contents to read; empty for files and folders.
 std::string_view unfollowed(MemberType type) {
     switch (type) {
@@ -90,7 +93,7 @@ void PackageGuard::beginMember(const MemberHeader& header) {
     note(unfollowed(header.type));
     const auto [name, added] = names.back().insert(normalName(header.name));
     if (added) {
-        static_cast<void>(budget.keep(name->size() + 2 * sizeof *name));
+        static_cast<void>(budget.keep(name->size() + memoryOfName));
     } else {
         note("there are two members of this name");
     }

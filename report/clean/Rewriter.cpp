@@ -18,11 +18,15 @@ namespace {
 
 }  // namespace
 
-void Rewriter::address(const FoundAddress& found, std::span<char> spelling) {
+bool Rewriter::address(const FoundAddress& found, std::span<char> spelling) {
     const auto entry = table.addresses.find(found.address);
-    if (entry != table.addresses.end() && !respell(spelling, entry->second)) {
+    if (entry == table.addresses.end()) {
+        return false;
+    }
+    if (!respell(spelling, entry->second)) {
         refuse(spelling);
     }
+    return true;
 }
 
 void Rewriter::word(std::span<char> text) {

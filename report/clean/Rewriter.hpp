@@ -16,7 +16,7 @@ public:
     explicit Rewriter(const Replacements& replacements) : table(replacements) {}
 
     /// Throws CleanRefusal if the replacement does not fit into this spelling.
-    void address(const FoundAddress& found, std::span<char> spelling) override;
+    bool address(const FoundAddress& found, std::span<char> spelling) override;
     void word(std::span<char> text) override;
 
 private:

@@ -1,6 +1,7 @@
 #include "AddressAssigner.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <span>
 
 #include "Spelling.hpp"
@@ -46,8 +47,8 @@ void AddressAssigner::addEarlier() {
             earlierReplacements.push_back(replacement);
         }
     }
-    std::ranges::sort(items, {}, &Item::original);
-    std::ranges::sort(earlierReplacements);
+    std::ranges::sort(items, std::less(), &Item::original);
+    std::ranges::sort(earlierReplacements, std::less());
 }
 
 std::optional<Address> AddressAssigner::assign() {
@@ -72,16 +73,21 @@ void AddressAssigner::divide(const Branch& branch, std::vector<Branch>& open) {
     applyEndings(branch);
     std::vector<Branch> parts = partsOf(branch);
     std::array<bool, 256> taken{};
-    const auto known =
-        std::partition(parts.begin(), parts.end(), [this](Branch& part) { return !takeKnown(part); });
-    for (Branch& part : std::span(known, parts.end())) {
+    std::vector<Branch*> undecided;
+    const auto decide = [&](Branch& part) {
         taken[part.prefix.octets[branch.depth]] = true;
         descend(part, open);
+    };
+    for (Branch& part : parts) {
+        if (takeKnown(part)) {
+            decide(part);
+        } else if (hasOpenItems(part)) {
+            undecided.push_back(&part);
+        }
     }
-    for (Branch& part : std::span(parts.begin(), known)) {
-        if (hasOpenItems(part) && choose(part, taken)) {
-            taken[part.prefix.octets[branch.depth]] = true;
-            descend(part, open);
+    for (Branch* part : undecided) {
+        if (choose(*part, taken)) {
+            decide(*part);
         }
     }
 }
@@ -173,8 +179,8 @@ bool AddressAssigner::choose(Branch& part, const std::array<bool, 256>& taken) {
 
 /// Whether an original, or the replacement of an earlier package, begins with the prefix.
 bool AddressAssigner::isPrefixUsed(const Address& prefix, std::size_t length) const {
-    const auto original = std::ranges::lower_bound(items, prefix, {}, &Item::original);
-    const auto replacement = std::ranges::lower_bound(earlierReplacements, prefix);
+    const auto original = std::ranges::lower_bound(items, prefix, std::less(), &Item::original);
+    const auto replacement = std::ranges::lower_bound(earlierReplacements, prefix, std::less());
     return (original != items.end() && sameBeginning(original->original, prefix, length)) ||
            (replacement != earlierReplacements.end() && sameBeginning(*replacement, prefix, length));
 }

@@ -20,9 +20,9 @@ namespace Report {
 /// - does not occur in the package otherwise.
 class AddressAssigner {
 public:
-    /// All must outlive the assigner. `mapping` holds the replacements of earlier packages, which remain, and
+    /// All must outlive the assigner. `target` holds the replacements of earlier packages, which remain, and
     /// receives the new ones.
-    AddressAssigner(AddressKind kind, Mapping& mapping, const Originals& originals, Random& random);
+    AddressAssigner(AddressKind which, Mapping& target, const Originals& found, Random& source);
 
     /// The last eight octets of an address.
     using Ending = std::array<std::uint8_t, 8>;

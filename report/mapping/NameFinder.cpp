@@ -32,7 +32,7 @@ class NameWords : public TokenHandler {
 public:
     explicit NameWords(const NameFinder::Add& add) : report(add) {}
 
-    void address(const FoundAddress&, std::span<char>) override {}
+    bool address(const FoundAddress& /*found*/, std::span<char> /*spelling*/) override { return false; }
     void word(std::span<char> text) override {
         const std::string name = folded({text.data(), text.size()});
         if (hasLetter(name) && !isFixedName(name)) {

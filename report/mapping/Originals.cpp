@@ -16,7 +16,6 @@ constexpr std::size_t memoryOfOriginal = 320;
 
 }  // namespace
 
-/// Unlike new, calloc() leaves it to the system to clear a page when it is used. A small package uses few.
 SeenFilter::SeenFilter()
     : bits(static_cast<std::uint64_t*>(std::calloc(filterBits / 64, sizeof(std::uint64_t)))) {
     if (!bits) {
@@ -34,16 +33,17 @@ bool SeenFilter::mayContain(std::size_t hash) const {
     return (bits[bit / 64] >> (bit % 64) & 1U) != 0;
 }
 
-void Originals::address(const FoundAddress& token, std::span<char> spelling) {
+bool Originals::address(const FoundAddress& token, std::span<char> spelling) {
     const Address& address = token.address;
     if (describesNobody(address)) {
-        return;
+        return false;
     }
-    if (token.certain || earlier.isReplacement(address)) {
-        addAddress(address, needsOf({spelling.data(), spelling.size()}, address.kind));
-    } else {
+    if (!token.certain && !earlier.isReplacement(address)) {
         seen.add(AddressHash()(address));
+        return false;
     }
+    addAddress(address, needsOf({spelling.data(), spelling.size()}, address.kind));
+    return true;
 }
 
 void Originals::word(std::span<char> text) {

@@ -26,10 +26,10 @@ public:
 
 private:
     struct Free {
-        void operator()(std::uint64_t* memory) const { std::free(memory); }
+        void operator()(std::uint64_t* memory) const noexcept { std::free(memory); }
     };
 
-    std::unique_ptr<std::uint64_t[], Free> bits;
+    std::unique_ptr<std::uint64_t[], Free> bits;  ///< pages that stay zero use no memory
 };
 
 /// What a package has to hide, and what else is in it. A replacement must not look like something that the
@@ -41,7 +41,7 @@ public:
     Originals(const Mapping& known, Budget& memory) : earlier(known), budget(memory) {}
 
     /// Takes the tokens of a text.
-    void address(const FoundAddress& token, std::span<char> spelling) override;
+    bool address(const FoundAddress& token, std::span<char> spelling) override;
     void word(std::span<char> text) override;
 
     /// Takes a folded name, from a place that names it.

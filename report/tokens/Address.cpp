@@ -79,7 +79,8 @@ std::string textOf(const Address& address) {
             value = (value << 8U) | address.octets[index + 1];
         }
         std::array<char, 4> group{};
-        const auto end = std::to_chars(group.data(), group.data() + group.size(), value, form.base).ptr;
+        const char* const end =
+            std::to_chars(group.data(), group.data() + group.size(), value, form.base).ptr;
         const auto length = static_cast<std::size_t>(end - group.data());
         text.append(index == 0 ? 0 : 1, form.separator);
         text.append(form.digits - std::min(length, form.digits), '0').append(group.data(), length);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -28,7 +27,10 @@ struct Address {
     AddressKind kind = AddressKind::ip4;
     Octets octets{};  ///< widthOf(kind) octets, then zeros
 
-    auto operator<=>(const Address&) const = default;
+    bool operator==(const Address&) const = default;
+    bool operator<(const Address& other) const {
+        return kind == other.kind ? octets < other.octets : kind < other.kind;
+    }
 };
 
 /// The first 12 octets of an IPv6 address that holds an IPv4 address.

@@ -40,6 +40,13 @@ std::optional<FoundAddress> ip4At(std::string_view text, std::size_t begin);
 /// Zones, prefix lengths, brackets and ports are no part of it.
 std::optional<FoundAddress> ip6At(std::string_view text, std::size_t begin);
 
+/// The digits of an IPv6 address without colons.
+constexpr std::size_t bareIp6Digits = 32;
+
+/// The IPv6 address whose hexadecimal digits are `run`, as Linux prints it in /proc/net. Uncertain: it can be
+/// any checksum.
+std::optional<FoundAddress> bareIp6At(std::string_view text, Run run);
+
 /// The hardware address or EUI-64 that begins with `run`: groups of hexadecimal digits with colons, hyphens
 /// or dots, or bare digits. An EUI-64 has ff:fe in the middle.
 std::optional<FoundAddress> hardwareAddressAt(std::string_view text, Run run);

@@ -74,6 +74,15 @@ std::optional<FoundAddress> ip4At(std::string_view text, std::size_t begin) {
 
 namespace {
 
+/// The IPv4 address that an IPv6 address holds, else this address.
+Address withoutMapping(const Address& address) {
+    const auto& octets = address.octets;
+    if (!std::ranges::equal(std::span(octets).first<12>(), mappedPrefix)) {
+        return address;
+    }
+    return {.kind = AddressKind::ip4, .octets = {octets[12], octets[13], octets[14], octets[15]}};
+}
+
 /// Reads the groups of an IPv6 address.
 class Ip6Reader {
 public:
@@ -84,13 +93,7 @@ public:
         if (!readGroups() || !isComplete() || isAlnumAt(text, end)) {
             return std::nullopt;
         }
-        FoundAddress found{.address = address(), .begin = begin, .end = end};
-        const auto& octets = found.address.octets;
-        if (std::ranges::equal(std::span(octets).first<12>(), mappedPrefix)) {
-            found.address = {.kind = AddressKind::ip4,
-                             .octets = {octets[12], octets[13], octets[14], octets[15]}};
-        }
-        return found;
+        return FoundAddress{.address = withoutMapping(address()), .begin = begin, .end = end};
     }
 
 private:
@@ -221,6 +224,16 @@ bool canBeginIp6(std::string_view text, std::size_t begin) {
 
 std::optional<FoundAddress> ip6At(std::string_view text, std::size_t begin) {
     return canBeginIp6(text, begin) ? Ip6Reader(text).read(begin) : std::nullopt;
+}
+
+std::optional<FoundAddress> bareIp6At(std::string_view text, Run run) {
+    Address address{.kind = AddressKind::ip6};
+    for (std::size_t place = run.begin; place < run.end; place += 2) {
+        address.octets[(place - run.begin) / 2] =
+            static_cast<std::uint8_t>(hexValue(text[place]) << 4U | hexValue(text[place + 1]));
+    }
+    return FoundAddress{
+        .address = withoutMapping(address), .begin = run.begin, .end = run.end, .certain = false};
 }
 
 Run runAt(std::string_view text, std::size_t begin, std::size_t most) {

@@ -1,9 +1,8 @@
 #include "Letters.hpp"
 
 #include <algorithm>
+#include <clocale>
 #include <cwctype>
-
-#include <locale.h>
 
 #include "ByteClass.hpp"
 #include "Utf8.hpp"
@@ -32,10 +31,6 @@ char32_t otherCase(char32_t code, bool upper) {
     const auto back = static_cast<char32_t>(upper ? towlower_l(static_cast<wint_t>(other), unicode())
                                                   : towupper_l(static_cast<wint_t>(other), unicode()));
     return back == code && lengthOf(other) == lengthOf(code) ? other : code;
-}
-
-constexpr char32_t asciiLower(char32_t code) {
-    return code >= 'A' && code <= 'Z' ? code + ('a' - 'A') : code;
 }
 
 char32_t lower(char32_t code) {

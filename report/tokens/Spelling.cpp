@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "AddressSyntax.hpp"
 #include "ByteClass.hpp"
 
 namespace Report {
@@ -50,7 +51,7 @@ bool respellOctets(std::span<char> text, std::span<const std::uint8_t> octets) {
     return true;
 }
 
-bool respellHardware(std::span<char> text, std::span<const std::uint8_t> octets) {
+bool respellDigits(std::span<char> text, std::span<const std::uint8_t> octets) {
     std::size_t nibble = 0;
     for (char& digit : text) {
         if (isOf(digit, hexByte)) {
@@ -119,11 +120,13 @@ Address::Octets asIp6(const Address& address) {
 
 bool respellInPlace(std::span<char> text, const Address& address) {
     if (address.kind == AddressKind::mac || address.kind == AddressKind::eui64) {
-        return respellHardware(text, address.octets);
+        return respellDigits(text, address.octets);
     }
-    const bool colons = std::ranges::find(text, ':') != text.end();
-    return colons ? respellIp6(text, asIp6(address))
-                  : respellOctets(text, std::span(address.octets).first(4));
+    if (std::ranges::find(text, ':') != text.end()) {
+        return respellIp6(text, asIp6(address));
+    }
+    return text.size() == bareIp6Digits ? respellDigits(text, asIp6(address))
+                                        : respellOctets(text, std::span(address.octets).first(4));
 }
 
 }  // namespace
@@ -138,10 +141,8 @@ bool respell(std::span<char> spelling, const Address& address) {
 }
 
 SpellingNeeds needsOf(std::string_view spelling, AddressKind kind) {
-    const bool colons = spelling.find(':') != std::string_view::npos;
     const bool dots = spelling.find('.') != std::string_view::npos;
-    return {.hexadecimal = kind == AddressKind::ip4 && colons && !dots,
-            .dotted = kind == AddressKind::ip6 && dots};
+    return {.hexadecimal = kind == AddressKind::ip4 && !dots, .dotted = kind == AddressKind::ip6 && dots};
 }
 
 namespace {

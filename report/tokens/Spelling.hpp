@@ -15,8 +15,6 @@ namespace Report {
 struct SpellingNeeds {
     bool hexadecimal = false;  ///< an IPv4 address as the end of an IPv6 address, in hexadecimal
     bool dotted = false;       ///< an IPv6 address that ends with dotted decimal numbers
-
-    auto operator<=>(const SpellingNeeds&) const = default;
 };
 
 SpellingNeeds needsOf(std::string_view spelling, AddressKind kind);

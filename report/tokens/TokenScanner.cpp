@@ -96,18 +96,21 @@ void TokenScanner::stepRun() {
     }
     const Run run{place, place + static_cast<std::size_t>(end - begin)};
     const bool hex = (kinds & ~static_cast<unsigned>(hexByte)) == 0;
-    if (const std::optional<FoundAddress> found = addressIn(run, hex)) {
-        takeAddress(*found);
-    } else {
+    const std::optional<FoundAddress> found = addressIn(run, hex);
+    if (!found || !takeAddress(*found)) {
         joinWord(run.end);
     }
 }
 
-void TokenScanner::takeAddress(const FoundAddress& found) {
-    handler.address(found, text.subspan(found.begin, found.end - found.begin));
+bool TokenScanner::takeAddress(const FoundAddress& found) {
+    const bool taken = handler.address(found, text.subspan(found.begin, found.end - found.begin));
+    if (!taken && !found.certain) {
+        return false;
+    }
     place = found.end;
     inWord = true;
     broken = true;
+    return true;
 }
 
 std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
@@ -119,7 +122,7 @@ std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
     const bool wholeRun = run.begin == 0 || !isOf(view[run.begin - 1], alnumByte);
     std::optional<FoundAddress> found;
     if (hex && wholeRun) {
-        found = groupsAt(run);
+        found = run.size() == bareIp6Digits ? bareIp6At(view, run) : groupsAt(run);
     }
     if (!found && next == '.' && isOf(byteAt(run.end + 1), digitByte)) {
         found = ip4Behind(run.end);
@@ -162,9 +165,7 @@ std::optional<FoundAddress> TokenScanner::ip4Behind(std::size_t end) const {
 void TokenScanner::stepColon() {
     endWord();
     const std::optional<FoundAddress> found = byteAt(place + 1) == ':' ? ip6At(view, place) : std::nullopt;
-    if (found) {
-        takeAddress(*found);
-    } else {
+    if (!found || !takeAddress(*found)) {
         ++place;
     }
 }

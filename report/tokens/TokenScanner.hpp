@@ -21,7 +21,9 @@ public:
     TokenHandler& operator=(TokenHandler&&) = delete;
     virtual ~TokenHandler() = default;
 
-    virtual void address(const FoundAddress& found, std::span<char> spelling) = 0;
+    /// Returns whether the bytes are this address. If an uncertain one is not, they are scanned as words, and
+    /// another address can begin inside them.
+    [[nodiscard]] virtual bool address(const FoundAddress& found, std::span<char> spelling) = 0;
     /// A whole word: letters, digits, `-` and `_`, no address in it, at most longestWord bytes.
     virtual void word(std::span<char> text) = 0;
 };
@@ -49,7 +51,7 @@ private:
     void stepColon();
     void stepHigh();
     void endWord();
-    void takeAddress(const FoundAddress& found);
+    bool takeAddress(const FoundAddress& found);
     std::optional<FoundAddress> addressIn(Run run, bool hex) const;
     std::optional<FoundAddress> groupsAt(Run run) const;
     bool canBeIp6(Run run) const;

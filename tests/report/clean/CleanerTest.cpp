@@ -159,6 +159,17 @@ TEST_F(CleanerTest, ReplacesBareDigitsOnlyIfTheyAreAHardwareAddressElsewhere) {
     EXPECT_THAT(cleaned(), HasSubstr(" " + digits + " 40112233446f "));
 }
 
+TEST_F(CleanerTest, ReplacesNamesThatHoldTwelveDigits) {
+    writeText("root@bts-401122334455:~# x\nBTS-401122334455 40112233445f 1.3.6.1.10.0.0.1 10.0.0.1\n");
+    write("words", "40112233445f\n");
+    Report::CleanRequest request = cleanRequest();
+    request.words = path("words");
+    EXPECT_EQ(notesOf(request), "");
+    for (const std::string original : {"401122334455", "40112233445f", "10.0.0.1"}) {
+        EXPECT_THAT(cleaned(), Not(HasSubstr(original)));
+    }
+}
+
 TEST_F(CleanerTest, CleansTheSidecar) {
     write("in.tgz", PackageBuilder().file("./linux/x.log", "10.0.0.1\n").tgz());
     const std::string sha256 = sha256Of("in.tgz");

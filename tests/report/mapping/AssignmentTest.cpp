@@ -46,8 +46,9 @@ protected:
 
     static Address parse(const std::string& text) {
         struct Taker : Report::TokenHandler {
-            void address(const Report::FoundAddress& token, std::span<char> /*spelling*/) override {
+            bool address(const Report::FoundAddress& token, std::span<char> /*spelling*/) override {
                 found = token.address;
+                return true;
             }
             void word(std::span<char> /*text*/) override {}
             Address found;

@@ -18,9 +18,10 @@ class OneAddress : public Report::TokenHandler {
 public:
     explicit OneAddress(std::optional<Address> other = {}) : replacement(other) {}
 
-    void address(const Report::FoundAddress& token, std::span<char> spelling) override {
+    bool address(const Report::FoundAddress& token, std::span<char> spelling) override {
         found = token.address;
         fits = replacement && Report::respell(spelling, *replacement);
+        return true;
     }
     void word(std::span<char> /*text*/) override {}
 
@@ -61,6 +62,8 @@ TEST(RespellTest, WritesAnAddressInTheSpellingOfAnother) {
         {"64:ff9b::10.0.0.1", "75:aa1c:0:0:0:0:1104:602", "75:aa1c::17.4.6.2"},
         {"00-11-22-33-44-5F", "40:03:91:18:72:6a", "40-03-91-18-72-6A"},
         {"0011.2233.445f", "40:03:91:18:72:6a", "4003.9118.726a"},
+        {"20010DB800000000000000000000000a", "3007:ea1:0:0:0:0:0:d", "30070EA100000000000000000000000d"},
+        {"00000000000000000000ffff0a000001", "11.4.0.2", "00000000000000000000ffff0b040002"},
         {"001122.fffe.33445f", "40:03:91:ff:fe:18:72:6a", "400391.fffe.18726a"},
     };
     for (const auto& [text, other, result] : cases) {

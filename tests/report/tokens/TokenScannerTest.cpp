@@ -115,6 +115,29 @@ TEST(TokenScannerTest, FindsHardwareAddressesThatMayBeSomethingElseAsUncertain) 
     });
 }
 
+TEST(TokenScannerTest, FindsBareIp6AddressesAsUncertain) {
+    expectTokens({
+        {"fe80000000000000021122fffe33445f 02 eth0", "ip6?(fe80000000000000021122fffe33445f) 02 eth0"},
+        {"00000000000000000000ffff0a000001", "ip4?(00000000000000000000ffff0a000001)"},
+    });
+}
+
+TEST(TokenScannerTest, FindsWordsAndOtherAddressesInUncertainOnesThatAreNotTaken) {
+    const struct {
+        std::string text;
+        std::string tokens;
+    } cases[] = {
+        {"bts-001122334455 x", "mac?(001122334455) bts-001122334455 x"},
+        {"1.3.6.10.0.0.1", "ip4?(1.3.6.10) 1 ip4?(3.6.10.0) 3 ip4?(6.10.0.0) 6 ip4?(10.0.0.1) 10 0 0 1"},
+        {"01:00:11:22:33:44:5f", "mac?(01:00:11:22:33:44) 01 mac?(00:11:22:33:44:5f) 00 11 22 33 44 5f"},
+    };
+    for (const auto& [text, tokens] : cases) {
+        TokenRecorder recorder(false);
+        Report::handleTokens(text, recorder);
+        EXPECT_EQ(recorder.text(), tokens);
+    }
+}
+
 TEST(TokenScannerTest, TakesNoPartsOfLongerHexadecimalNumbersForHardwareAddresses) {
     expectTokens({
         {"a00112233445f 00112233445 0x00112233445f", "a00112233445f 00112233445 0x00112233445f"},
