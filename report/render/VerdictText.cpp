@@ -27,7 +27,9 @@ std::string meaningOf(const Package& package) {
         case Verdict::whole:
             return troubledText(package);
         case Verdict::incomplete:
-            return troubledText(package) + " Parts that are present can be used.";
+            return countTroubled(package) == 0
+                       ? "Every expected part is present, but a package inside is cut or altered."
+                       : troubledText(package) + " Parts that are present can be used.";
         case Verdict::notFullyRead:
             return "A limit of the reading was reached. Nothing is known of the rest.";
         case Verdict::cut:

@@ -68,7 +68,9 @@ void Output::openStandardOutput() {
         try {
             pager = std::make_unique<Pager>(command);
         } catch (const std::system_error& error) {
-            complain(command + ": " + error.code().message());
+            if (command != usualPager) {
+                complain(command + ": " + error.code().message());
+            }
         }
     }
     buffer = std::make_unique<DescriptorStream>(pager == nullptr ? STDOUT_FILENO : pager->descriptor());

@@ -93,7 +93,7 @@ std::string pagerCommand() {
             return wordsOf(command).empty() || command == "cat" ? std::string() : std::string(command);
         }
     }
-    return "less";
+    return usualPager;
 }
 
 Pager::Pager(const std::string& command) {

@@ -8,8 +8,11 @@
 
 namespace Report {
 
-/// The command that shows long texts: KORVEL_PAGER, else PAGER, else "less". Empty if the user wants none:
-/// "cat" or an empty variable.
+/// The pager if the environment names none.
+constexpr const char* usualPager = "less";
+
+/// The command that shows long texts: KORVEL_PAGER, else PAGER, else the usual pager. Empty if the user wants
+/// none: "cat" or an empty variable.
 std::string pagerCommand();
 
 /// A pager at the terminal, which reads what is written to its descriptor.

@@ -196,7 +196,8 @@ void writeEvidence(TextWriter& text, const std::vector<Evidence>& evidence, std:
 }
 
 void writeVerdict(TextWriter& text, const Package& package, const std::string& outer) {
-    text.line(text.inked(Ink::bold, outer + shownName(package.source)) + ": " +
+    const std::string name = outer.empty() ? forTerminal(package.source) : outer + shownName(package.source);
+    text.line(text.inked(Ink::bold, name) + ": " +
               text.inked(rowOf(verdictInks, package.verdict), nameOf(package.verdict)));
 }
 

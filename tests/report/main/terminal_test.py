@@ -74,6 +74,7 @@ class TerminalTest(ReportTest):
         for variables in ({"PAGER": ""}, {"PAGER": "cat"}, {"KORVEL_PAGER": ""}):
             self.assertEqual(self.on_terminal("show", "x.tgz", NO_COLOR="1", **variables), (0, self.plain))
         self.assertEqual(self.on_terminal("show", "--no-pager", "x.tgz", PAGER="false", NO_COLOR="1"), (0, self.plain))
+        self.assertEqual(self.on_terminal("show", "x.tgz", PAGER="less", PATH="/nowhere", NO_COLOR="1"), (0, self.plain))
         self.assertEqual(self.on_terminal("show", "x.tgz", PAGER="no-such-pager -x", NO_COLOR="1"),
                          (0, f"korvel-report: no-such-pager -x: No such file or directory\n{self.plain}"))
 

@@ -188,6 +188,16 @@ TEST(CheckText, TellsTheVerdictOfEachPackageInside) {
 )");
 }
 
+TEST(CheckText, SaysThatADamagedPackageInsideMakesThePackageIncomplete) {
+    Package package = wholePackage();
+    package.source = "./a folder/netfp_logs_sup.tgz";
+    package.verdict = Verdict::incomplete;
+
+    EXPECT_EQ(check(package).substr(0, check(package).find("\n\n")),
+              R"(./a folder/netfp_logs_sup.tgz: incomplete
+Every expected part is present, but a package inside is cut or altered.)");
+}
+
 TEST(CheckText, ListsStrangeMembersAndOverwrittenEntries) {
     Package package = wholePackage();
     package.oddities = {{"../../etc/passwd", "its name contains .."}, {"./link", "a symbolic link to /etc"}};
