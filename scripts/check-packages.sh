@@ -5,7 +5,7 @@
 # shellcheck disable=SC2016 # a shell in the new root expands the single-quoted texts
 set -euo pipefail
 
-names=(korvel korvel-boardsim korvel-host-platform)
+names=(korvel korvel-boardsim korvel-host-platform korvel-report)
 version=$(dpkg-deb --field "$1" Version)
 
 if [ "$(id -u)" -ne 0 ]; then
@@ -66,7 +66,7 @@ make_root() {
     # shellcheck source=/dev/null
     . /etc/os-release
     mmdebstrap --quiet --variant=minbase \
-        --include=bash-completion,bubblewrap,libseccomp2,libtomlplusplus3,man-db,procps,systemd \
+        --include=bash-completion,bubblewrap,libarchive13,libnettle8,libre2-9,libseccomp2,libtomlplusplus3,man-db,procps,systemd \
         "$VERSION_CODENAME" "$root"
 }
 
@@ -100,6 +100,9 @@ use_as_user() {
     as_user boardsim --bare -- man korvel-package | grep 'packages of a board'
     expect '2' as_user boardsim -- korvel getport eth1
     as_user boardsim -- korvel -d all print | grep '^### sfn Socket Service Info #'
+    as_user man -P cat korvel-report | grep 'read, check, compare and clean packages'
+    as_user sh -c 'boardsim -- sh -c "korvel pkg; cat /ffs/run/logs/*" 2> /dev/null | korvel-report check -' |
+        grep '^-: whole'
 }
 
 check_units() {
