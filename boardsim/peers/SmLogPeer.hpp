@@ -1,10 +1,12 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
+#include "IntervalTimer.hpp"
 #include "Peer.hpp"
-#include "SecondsTimer.hpp"
 #include "SmLog.hpp"
 #include "TrafficClock.hpp"
 #include "TrafficLog.hpp"
@@ -26,18 +28,23 @@ public:
     void serve() override;
 
 private:
+    /// Many entries of one second are written in several pieces, so that the process can answer requests in
+    /// between.
     struct Traffic {
         TrafficClock clock;
-        TrafficLog entries;
+        TrafficLog log;
+        std::uint64_t second = 0;  // the last one with lines
+        LogLines lines = {};
+        std::size_t written = 0;  // lines
     };
 
     void write(const LogLine& line);
-    void writeTraffic();
+    void writeTraffic(std::size_t mostLines);
 
     SmLog* log;  // owned by the library
     std::string process;
     std::optional<Traffic> traffic;
-    SecondsTimer timer;
+    IntervalTimer timer;
     unsigned long long seconds = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "StateFilePeer.hpp"
 
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -7,7 +8,9 @@ namespace Boardsim {
 
 StateFilePeer::StateFilePeer(StateTree stateTree, std::shared_ptr<const QosStatistics> qosStatistics,
                              const TrafficClock& clock)
-    : tree(std::move(stateTree)), statistics(std::move(qosStatistics)), timer(clock.untilNextSecond()) {
+    : tree(std::move(stateTree)),
+      statistics(std::move(qosStatistics)),
+      timer(clock.untilNextSecond(), std::chrono::seconds(1)) {
 }
 
 void StateFilePeer::serve() {

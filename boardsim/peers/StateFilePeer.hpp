@@ -2,9 +2,9 @@
 
 #include <memory>
 
+#include "IntervalTimer.hpp"
 #include "Peer.hpp"
 #include "QosStatistics.hpp"
-#include "SecondsTimer.hpp"
 #include "StateTree.hpp"
 
 namespace Boardsim {
@@ -23,7 +23,7 @@ public:
 private:
     StateTree tree;
     std::shared_ptr<const QosStatistics> statistics;
-    SecondsTimer timer;
+    IntervalTimer timer;
 };
 
 }  // namespace Boardsim

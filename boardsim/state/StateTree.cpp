@@ -48,21 +48,15 @@ struct StateFile {
     std::span<const Row> counters;
 };
 
-constexpr std::array commonFiles{
+constexpr std::array stateFiles{
     StateFile{"dispatcherCpu", "CPU", cpuCounters},
     StateFile{"dmaStats", "DMA service", dmaCounters},
-};
-constexpr std::array iwfFiles{
-    commonFiles[0],
-    commonFiles[1],
     StateFile{"fpBridgeStats", "bridge", bridgeCounters},
 };
 
+/// Only the IWF instance has the last one.
 std::span<const StateFile> filesOf(std::string_view instance) {
-    if (instance == "iwf") {
-        return iwfFiles;
-    }
-    return commonFiles;
+    return std::span(stateFiles).first(stateFiles.size() - (instance == "iwf" ? 0 : 1));
 }
 
 }  // namespace

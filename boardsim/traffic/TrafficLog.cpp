@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "DispatcherEvents.hpp"
 #include "LogEvent.hpp"
@@ -56,23 +57,20 @@ TrafficLog::TrafficLog(const Scenario& scenario, std::string_view process)
       simulation(scenario.traffic, scenario.deployment) {
 }
 
-void TrafficLog::upTo(std::uint64_t second, const std::function<void(const LogLine& line)>& write) {
+LogLines TrafficLog::linesUpTo(std::uint64_t second) {
+    LogLines lines;
+    LogLines datagrams;
     simulation.advanceTo(std::max(second, longestPause) - longestPause);
     while (simulation.state().second < second) {
-        for (const LogLine& line : linesOfNextSecond(second)) {
-            write(line);
+        const BoardState before = simulation.state();
+        simulation.advanceTo(before.second + 1);
+        const BoardState& after = simulation.state();
+        std::ranges::move(writer.events(before, after), std::back_inserter(lines));
+        if (after.second + longestPauseOfDatagrams > second) {
+            addStrangers(datagrams, writer.strangers(after), noise.in(after.second), writer.strangerText);
         }
     }
-}
-
-LogLines TrafficLog::linesOfNextSecond(std::uint64_t lastSecond) {
-    const BoardState before = simulation.state();
-    simulation.advanceTo(before.second + 1);
-    const BoardState& after = simulation.state();
-    LogLines lines = writer.events(before, after);
-    if (after.second + longestPauseOfDatagrams > lastSecond) {
-        addStrangers(lines, writer.strangers(after), noise.in(after.second), writer.strangerText);
-    }
+    std::ranges::move(datagrams, std::back_inserter(lines));
     return lines;
 }
 

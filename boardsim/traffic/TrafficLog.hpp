@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string_view>
 
 #include "LogLine.hpp"
@@ -15,19 +14,17 @@ struct LogWriter;
 /// The log entries of one process: iwf_dispatcher, sfn_dispatcher or netfp_server.
 class TrafficLog {
 public:
-    /// Only entries of these last seconds are passed. Among the older ones, those about single datagrams are
-    /// left out, because newer ones would push them out of the log.
+    /// Only entries of these last seconds are returned. Among the older ones, those about single datagrams
+    /// are left out, because newer ones would push them out of the log.
     static constexpr std::uint64_t longestPause = 120;
-    static constexpr std::uint64_t longestPauseOfDatagrams = 10;
+    static constexpr std::uint64_t longestPauseOfDatagrams = 3;
 
     TrafficLog(const Scenario& scenario, std::string_view process);
 
-    /// Passes the entries since the last call to `write`, up to this second.
-    void upTo(std::uint64_t second, const std::function<void(const LogLine& line)>& write);
+    /// The entries since the last call, up to this second. Those about single datagrams come last.
+    LogLines linesUpTo(std::uint64_t second);
 
 private:
-    LogLines linesOfNextSecond(std::uint64_t lastSecond);
-
     const LogWriter& writer;
     TrafficNoise noise;
     TrafficSimulation simulation;

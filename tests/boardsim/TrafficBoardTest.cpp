@@ -186,9 +186,9 @@ TEST(TrafficBoardTest, WritesTheEntriesBeforeTheBoardsStartAtOnce) {
             return std::to_string(level).append(" ").append(process).append(": ").append(text);
         };
         Lines expected{entry(3, "started")};
-        TrafficLog(scenario, process).upTo(70, [&](const LogLine& line) {
+        for (const LogLine& line : TrafficLog(scenario, process).linesUpTo(70)) {
             expected.push_back(entry(static_cast<int>(line.level), line.text));
-        });
+        }
         Lines entries = logEntries(log);
         std::erase_if(entries, [&](const std::string& each) { return !each.substr(2).starts_with(process); });
         ASSERT_GE(entries.size(), expected.size());

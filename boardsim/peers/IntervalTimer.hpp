@@ -7,11 +7,11 @@
 
 namespace Boardsim {
 
-/// Becomes readable every second.
-class SecondsTimer {
+/// Becomes readable again and again, always after the same time.
+class IntervalTimer {
 public:
-    /// `first` is the time until it becomes readable first. Throws std::system_error.
-    explicit SecondsTimer(std::chrono::nanoseconds first = std::chrono::seconds(1));
+    /// `first` is the time until it becomes readable first. Both are more than 0. Throws std::system_error.
+    IntervalTimer(std::chrono::nanoseconds first, std::chrono::nanoseconds interval);
 
     int descriptor() const { return timer.get(); }
 
