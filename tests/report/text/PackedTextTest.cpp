@@ -62,6 +62,7 @@ TEST(PackedTextTest, ReturnsTheBytesAsTheyCame) {
 TEST(PackedTextTest, NeedsLessMemoryThanTheText) {
     const std::string text = longText();
     EXPECT_LT(packed(text).memory(), text.size() / 4);
+    EXPECT_LT(packed(text.substr(0, 100'000)).memory(), 25'000U);
     EXPECT_LT(packed("short").memory(), 100U);
 }
 
