@@ -133,6 +133,7 @@ TEST(IdentityTest, OfStandardInputIsUnknown) {
     ::dup2(standardInput.get(), STDIN_FILENO);
     std::filesystem::current_path(before);
     EXPECT_EQ(identityOf(package), "board -, 2026-11-22 08:30:33, kind , zone -, sidecar absent");
+    EXPECT_EQ(package.board, std::nullopt);  // and not "-"
     EXPECT_EQ(withSidecar.sidecarState, Report::SidecarState::unreadable);
 }
 

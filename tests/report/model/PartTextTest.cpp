@@ -324,10 +324,10 @@ TEST(OverlapTest, AtTheBeginningOfANewFileFollowsTheEarlierPiece) {
 TEST(OverlapTest, AtTheBeginningOfAPieceHasNoEntryBefore) {
     const Package package =
         load(PackageBuilder()
-                 .file("./archive/syslib/startup.log.gz", gzip("2026-11-22T00:00:01Z 0 a: b\n"))
-                 .file("./archive/syslib/middle.log.gz", gzip(warning))
+                 .file("./archive/syslib/middle.log.gz", gzip("2026-11-22T00:00:01Z 0 a: b\n"))
+                 .file("./archive/syslib/startup.log.gz", gzip(warning))
                  .tgz());
-    EXPECT_FALSE(partOf(package, "archive/syslib/middle").overlaps.at(0).before);
+    EXPECT_FALSE(partOf(package, "archive/syslib/startup").overlaps.at(0).before);
 }
 
 TEST(KeepTest, OfEvidenceHoldsSmallTextsOnly) {
