@@ -16,6 +16,8 @@ public:
 
     /// Throws PatternError.
     PatternSet(std::span<const std::string> expressions, Fit fit);
+    PatternSet(const PatternSet&) = delete;
+    PatternSet& operator=(const PatternSet&) = delete;
     PatternSet(PatternSet&&) noexcept;
     PatternSet& operator=(PatternSet&&) noexcept;
     ~PatternSet();

@@ -137,9 +137,10 @@ std::optional<std::string> FuzzPackage::find(std::string_view other) const {
     return found == otherTexts.end() ? std::nullopt : std::optional(found->second);
 }
 
-Report::Package FuzzPackage::load(Report::Keep keep) const {
+Report::Package FuzzPackage::load(Report::Keep keep, std::shared_ptr<const Report::LogForms> forms) const {
     Report::LoadOptions options;
     options.keep = keep;
+    options.forms = std::move(forms);
     options.limits = smallLimits();
     const std::optional<std::string> run = find("run");
     const Base::UniqueFd runFile = run ? memoryFile(*run) : Base::UniqueFd();

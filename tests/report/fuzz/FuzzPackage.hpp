@@ -3,6 +3,7 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,7 +36,7 @@ public:
     std::optional<std::string> find(std::string_view other) const;
 
     /// Loads the package with its sidecar.
-    Report::Package load(Report::Keep keep) const;
+    Report::Package load(Report::Keep keep, std::shared_ptr<const Report::LogForms> forms = nullptr) const;
 
 private:
     std::string package;

@@ -1,5 +1,6 @@
 // Rule files, and rules on what packages hold. The section `rules` is a rule file.
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,8 @@ namespace {
 
 using ReportFuzz::require;
 
-/// The rules of a file; none if it is wrong.
-std::vector<Report::Rule> rulesOf(const std::string& file) {
+/// What a file of rules says; nothing if it is wrong.
+Report::RuleFile rulesOf(const std::string& file) {
     try {
         return Report::parseRules(file, "fuzz");
     } catch (const Report::RuleError& error) {
@@ -26,8 +27,18 @@ std::vector<Report::Rule> rulesOf(const std::string& file) {
     }
 }
 
-/// As RuleSet::apply() finds them. A RuleSet has the shipped rules, too, which take much longer than one input may.
-std::vector<Report::Finding> findingsOf(const std::vector<Report::Rule>& rules, const Report::Package& package) {
+std::shared_ptr<const Report::LogForms> formsOf(const Report::RuleFile& rules) {
+    auto forms = std::make_shared<Report::LogForms>();
+    for (const Report::FormRule& form : rules.forms) {
+        forms->add(form.pattern, form.levels);
+    }
+    return forms;
+}
+
+/// As RuleSet::apply() finds them. A RuleSet has the shipped rules, too, which take much longer than one
+/// input may.
+std::vector<Report::Finding> findingsOf(const std::vector<Report::Rule>& rules,
+                                        const Report::Package& package) {
     Report::FindingList findings(rules);
     Report::PackageRules(rules).apply(package, false, findings);
     Report::ValueRules(rules).apply(package, findings);
@@ -49,11 +60,11 @@ void checkFindings(const std::vector<Report::Finding>& findings) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const ReportFuzz::FuzzPackage description(ReportFuzz::textOf(data, size), {"rules"});
-    const std::vector<Report::Rule> rules = rulesOf(description.find("rules").value_or(""));
-    if (!rules.empty()) {
-        Report::Package package = description.load(Report::Keep::all);
+    const Report::RuleFile file = rulesOf(description.find("rules").value_or(""));
+    if (!file.rules.empty()) {
+        Report::Package package = description.load(Report::Keep::all, formsOf(file));
         judge(package, {});
-        checkFindings(findingsOf(rules, package));
+        checkFindings(findingsOf(file.rules, package));
     }
     return 0;
 }
