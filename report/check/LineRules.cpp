@@ -149,7 +149,7 @@ void LineRules::applyToSidecar(const Sidecar& sidecar, FindingList& findings) {
         search.line(line, nullptr, [&](LineRule& rule) { findings.add(rule.index, {}, sidecarLines, line); });
     };
     for (const auto& [name, result] : sidecar.probes) {
-        visit("probe " + name + ": " + result);
+        visit(std::string("probe ").append(name).append(": ").append(result));
     }
     LineSplitter lines(longestSidecarLine);
     lines.add(sidecar.standardError, visit);

@@ -21,6 +21,10 @@ class LineRules {
 public:
     /// The rules must outlive this object.
     explicit LineRules(const std::vector<Rule>& allRules);
+    LineRules(const LineRules&) = delete;
+    LineRules& operator=(const LineRules&) = delete;
+    LineRules(LineRules&&) = delete;
+    LineRules& operator=(LineRules&&) = delete;
     ~LineRules();
 
     /// Reads the lines up to `maxLine` bytes. Parts whose text was not kept are left out.

@@ -25,6 +25,7 @@ std::string joined(const std::vector<std::string>& words) {
 template <typename Enumerator>
 std::string joinedNames(const std::vector<Enumerator>& enumerators) {
     std::vector<std::string> words;
+    words.reserve(enumerators.size());
     for (const Enumerator enumerator : enumerators) {
         words.emplace_back(nameOf(enumerator));
     }

@@ -23,6 +23,8 @@ class RuleSet {
 public:
     /// The shipped rules.
     RuleSet();
+    RuleSet(const RuleSet&) = delete;
+    RuleSet& operator=(const RuleSet&) = delete;
     RuleSet(RuleSet&&) noexcept;
     RuleSet& operator=(RuleSet&&) noexcept;
     ~RuleSet();

@@ -45,7 +45,7 @@ std::optional<UsedSidecar> readUsedSidecar(const std::string& path, std::string_
     std::optional<Sidecar> sidecar = parseSidecar(text, error);
     if (sidecar) {
         const std::string* const checksum = sidecar->find("sha256");
-        if (checksum && folded(*checksum) == sha256) {
+        if (checksum != nullptr && folded(*checksum) == sha256) {
             return UsedSidecar{text, std::move(*sidecar)};
         }
         error = "its checksum is not the package's";

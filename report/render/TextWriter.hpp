@@ -42,7 +42,7 @@ public:
     /// A label at column `margin` and a text at column `margin + labelWidth`, which is broken at blanks. A
     /// label that is too long has a line of its own.
     void labelled(std::string_view label, std::string_view safe, std::size_t labelWidth,
-                  std::size_t indent = 0, Ink ink = Ink::plain);
+                  std::size_t margin = 0, Ink ink = Ink::plain);
 
     /// Calls `write` with the first rows of a list, and then names the number of the others.
     template <typename Rows, typename Write>

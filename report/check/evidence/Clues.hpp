@@ -18,7 +18,7 @@ namespace Report {
 /// states that the parts have by their own contents and by their age.
 class Clues {
 public:
-    explicit Clues(const Package& package);
+    explicit Clues(const Package& judged);
 
     const Package& package;
     const std::optional<RunReport> run;  ///< of a sidecar that is used

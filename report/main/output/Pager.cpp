@@ -70,6 +70,7 @@ public:
 
 pid_t start(std::vector<std::string> words, int input) {
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words) {
         arguments.push_back(word.data());
     }

@@ -108,14 +108,10 @@ Fields blockOf(const Difference& difference, const std::string& name) {
     return Fields{}
         .set("name", shortened(name, longestName))
         .set("same", difference.empty())
-        .set("hasParts", !parts.empty())
-        .set("parts", std::move(parts))
-        .set("hasValues", !values.empty())
-        .set("values", std::move(values))
-        .set("hasLogs", !logs.empty())
-        .set("logs", std::move(logs))
-        .set("hasSkipped", !skipped.empty())
-        .set("skipped", std::move(skipped))
+        .setList("parts", std::move(parts))
+        .setList("values", std::move(values))
+        .setList("logs", std::move(logs))
+        .setList("skipped", std::move(skipped))
         .set("leftOut", leftOutNote(all - shown, "difference"));
 }
 
@@ -124,7 +120,7 @@ void addBlocks(const Difference& difference, const std::string& name, Rows& bloc
     blocks.push_back(blockOf(difference, name));
     for (const Difference& nested : difference.nested) {
         const std::string inside = nested.after == nullptr ? "a nested package" : nested.after->source;
-        addBlocks(nested, name.empty() ? inside : name + " / " + inside, blocks);
+        addBlocks(nested, name.empty() ? inside : std::string(name).append(" / ").append(inside), blocks);
     }
 }
 

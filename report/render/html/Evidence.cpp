@@ -17,7 +17,7 @@ void setEvidence(Fields& fields, const std::vector<Evidence>& evidence) {
                            .set("source", shortened(line.source, longestSource))
                            .set("text", shortened(line.text, longestLine)));
     }
-    fields.set("hasEvidence", !rows.empty()).set("evidence", std::move(rows));
+    fields.setList("evidence", std::move(rows));
 }
 
 }  // namespace Report::Html

@@ -45,12 +45,13 @@ void writeFindings(std::ostream& out, const View& view) {
                              .set("count", grouped(counts[severity]))
                              .set("findings", std::move(rows)));
     }
+    const bool none = groups.empty();
     fill(out, "findings",
          Fields{}
              .set("id", view.id)
              .set("level", levelText(view.level))
              .set("sublevel", levelText(view.level + 1))
-             .set("none", groups.empty())
+             .set("none", none)
              .set("groups", std::move(groups))
              .set("leftOut", leftOutNote(view->findings.size() - written, "finding")));
 }

@@ -41,7 +41,7 @@ std::map<std::string, Collector> collectorsOf(const Package& package) {
 double positionOf(Age age) {
     constexpr std::array steps{0.0, 60.0, 3600.0, 86400.0, 31557600.0};
     const double seconds = std::chrono::duration<double>(age).count();
-    const auto after = std::upper_bound(steps.begin() + 1, steps.end(), seconds);
+    const auto* const after = std::upper_bound(steps.begin() + 1, steps.end(), seconds);
     if (after == steps.end()) {
         return width;
     }

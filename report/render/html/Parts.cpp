@@ -49,8 +49,8 @@ PartTable sortedParts(const Package& package) {
             table.troubled.push_back(index);
         }
     }
-    std::ranges::stable_partition(
-        table.others, [&](std::size_t index) { return package.parts[index].state != State::present; });
+    std::stable_partition(table.others.begin(), table.others.end(),
+                          [&](std::size_t index) { return package.parts[index].state != State::present; });
     return table;
 }
 

@@ -5,7 +5,7 @@ namespace Report::Html {
 namespace {
 
 constexpr std::size_t longestRunText = 1000;
-constexpr std::size_t longestComplaints = 64 * 1024;
+constexpr std::size_t longestComplaints = std::size_t{64} * 1024;
 
 template <typename Pairs>
 Rows pairRows(const Pairs& pairs, std::size_t most) {
@@ -46,11 +46,9 @@ void writeRun(std::ostream& out, const View& view) {
         .set("absent", whyNoSidecar(*view.package));
     if (view->sidecarState == SidecarState::used && view->sidecar) {
         const Sidecar& sidecar = *view->sidecar;
-        Rows probes = pairRows(sidecar.probes, view.allowance.rows);
         fields.set("used", true)
             .set("keys", pairRows(sidecar.keys, view.allowance.rows))
-            .set("hasProbes", !probes.empty())
-            .set("probes", std::move(probes))
+            .setList("probes", pairRows(sidecar.probes, view.allowance.rows))
             .set("complaints", shortened(sidecar.standardError, longestComplaints));
     }
     fill(out, "run", fields);

@@ -1,5 +1,6 @@
 #include "Template.hpp"
 
+#include <cctype>
 #include <kainjow/mustache.hpp>
 #include <ostream>
 #include <stdexcept>
@@ -57,6 +58,13 @@ Fields& Fields::set(std::string name, bool condition) {
 Fields& Fields::set(std::string name, Rows rows) {
     fields.emplace_back(std::move(name), std::move(rows));
     return *this;
+}
+
+Fields& Fields::setList(const std::string& name, Rows rows) {
+    std::string condition = "has" + name;
+    condition[3] = static_cast<char>(std::toupper(static_cast<unsigned char>(name.front())));
+    set(std::move(condition), !rows.empty());
+    return set(name, std::move(rows));
 }
 
 void fill(std::ostream& out, std::string_view name, const Fields& fields) {

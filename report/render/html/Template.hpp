@@ -23,6 +23,8 @@ public:
     Fields& set(std::string name, const char* text) { return set(std::move(name), std::string{text}); }
     Fields& set(std::string name, bool condition);
     Fields& set(std::string name, Rows rows);
+    /// Also sets a condition, such as `hasParts` for the list `parts`: whether the list has rows.
+    Fields& setList(const std::string& name, Rows rows);
 
     const std::vector<std::pair<std::string, Content>>& all() const { return fields; }
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <functional>
 #include <numeric>
 #include <ostream>
 
@@ -140,10 +141,12 @@ std::string logNames(const Timeline& timeline, const KeptEntry& kept) {
 /// The entries that a reader without JavaScript sees: errors and warnings first, then the newest.
 std::vector<const KeptEntry*> excerptOf(const std::vector<KeptEntry>& entries, std::size_t most) {
     std::vector<const KeptEntry*> newest;
-    for (auto kept = entries.rbegin(); kept != entries.rend(); ++kept) {
-        newest.push_back(&*kept);
+    newest.reserve(entries.size());
+    for (const KeptEntry& kept : entries) {
+        newest.push_back(&kept);
     }
-    std::ranges::stable_partition(newest, &KeptEntry::isUrgent);
+    std::ranges::reverse(newest);
+    std::stable_partition(newest.begin(), newest.end(), std::mem_fn(&KeptEntry::isUrgent));
     newest.resize(std::min(newest.size(), most));
     std::ranges::sort(newest);  // in the order of the entries, which is that of their addresses
     return newest;
@@ -209,8 +212,7 @@ void writeTimeline(std::ostream& out, const Timeline& timeline) {
             .set("summary", summaryOf(timeline))
             .set("cut", cutNote(timeline))
             .set("lanes", laneRows(timeline))
-            .set("hasGaps", !gaps.empty())
-            .set("gapList", std::move(gaps))
+            .setList("gaps", std::move(gaps))
             .set("first", timeline.columns.empty() ? std::string{} : timeText(timeline.columns.front().begin))
             .set("last", timeline.columns.empty() ? std::string{} : timeText(timeline.columns.back().end))
             .set("logCount", grouped(timeline.logs.size()))

@@ -1,6 +1,7 @@
 #include "Trend.hpp"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <tuple>
 #include <utility>
@@ -71,7 +72,7 @@ Trend trendOf(const std::string& board, std::vector<const View*> packages, const
     trend.packages = std::move(packages);
     trend.plots = collector.take();
     trend.unchanged = std::erase_if(trend.plots, isConstant);
-    std::ranges::stable_partition(trend.plots, &TrendPlot::watched);
+    std::stable_partition(trend.plots.begin(), trend.plots.end(), std::mem_fn(&TrendPlot::watched));
     if (trend.plots.size() > mostPlots) {
         trend.leftOut = trend.plots.size() - mostPlots;
         trend.plots.erase(trend.plots.begin() + mostPlots, trend.plots.end());

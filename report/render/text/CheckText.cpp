@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <optional>
 #include <ostream>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -153,8 +152,8 @@ std::vector<std::pair<std::size_t, const Package*>> allNested(const Package& pac
         if (depth > 0) {
             all.emplace_back(depth, next);
         }
-        for (const Package& nested : std::views::reverse(next->nested)) {
-            waiting.emplace_back(depth + 1, &nested);
+        for (std::size_t count = next->nested.size(); count > 0; --count) {
+            waiting.emplace_back(depth + 1, &next->nested[count - 1]);
         }
     }
     return all;

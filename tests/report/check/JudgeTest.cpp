@@ -39,7 +39,8 @@ std::string forEachCommand(const std::string& dispatcher, const std::string& bef
     std::string text;
     for (const std::string command :
          {"SocketSvcInfo", "SocketSvcCounters", "ReassemblyCounters", "HeapStats"}) {
-        text += "mmi/" + dispatcher + "/" + command + before + command + after + "\n";
+        text.append("mmi/").append(dispatcher).append("/").append(command);
+        text.append(before).append(command).append(after).append("\n");
     }
     return text;
 }

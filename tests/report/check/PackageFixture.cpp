@@ -47,12 +47,14 @@ PackageFixture::PackageFixture() {
     package.source = "netfp_logs_sup.tgz";
     package.kind = Kind::sup;
     for (const std::string dispatcher : {"iwf", "sfn"}) {
-        write("fuse/" + dispatcher + "/tracing_on", "0\n");
+        const std::string stateFolder = "fuse/" + dispatcher + '/';
+        write(stateFolder + "tracing_on", "0\n");
         for (const std::string file : stateFiles) {
-            write("fuse/" + dispatcher + "/" + file, counters(dispatcher, file));
+            write(stateFolder + file, counters(dispatcher, file));
         }
+        const std::string replyFolder = "mmi/" + dispatcher + '/';
         for (const std::string command : commands) {
-            write("mmi/" + dispatcher + "/" + command, counters(dispatcher, command));
+            write(replyFolder + command, counters(dispatcher, command));
         }
     }
     write("fuse/HistoryLog", "2026-09-21T14:13:19.000000Z 3 iwf_dispatcher: started\n");

@@ -14,6 +14,10 @@ namespace ReportTest {
 class Workshop : public testing::Test {
 protected:
     Workshop();
+    Workshop(const Workshop&) = delete;
+    Workshop& operator=(const Workshop&) = delete;
+    Workshop(Workshop&&) = delete;
+    Workshop& operator=(Workshop&&) = delete;
     ~Workshop() override;
 
     std::string path(const std::string& name) const { return (folder / name).string(); }

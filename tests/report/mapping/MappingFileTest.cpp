@@ -7,13 +7,13 @@
 
 namespace {
 
-const std::string header =
+const std::string preamble =
     "korvel-report map 1\n"
     "# Originals and their replacements. Keep this file: korvel-report restore needs it.\n"
     "# It is as secret as the original package.\n";
 
 TEST(MappingFileTest, KeepsAMapping) {
-    const std::string text = header +
+    const std::string text = preamble +
                              "ip4 10.0.0.1 17.4.6.2\n"
                              "ip4 17.4.6.2 19.3.3.8\n"
                              "ip6 fe80:0:0:0:211:22ff:fe33:4455 ab41:0:0:0:603:91ff:fe18:7260\n"
@@ -22,11 +22,11 @@ TEST(MappingFileTest, KeepsAMapping) {
                              "name bts-17 dzq-52\n"
                              "name m%c3%bcller z%c3%a0xyvw\n";
     EXPECT_EQ(Report::writeMapping(Report::parseMapping(text)), text);
-    EXPECT_EQ(Report::writeMapping(Report::Mapping()), header);
+    EXPECT_EQ(Report::writeMapping(Report::Mapping()), preamble);
 }
 
 TEST(MappingFileTest, LooksUpBothDirections) {
-    const Report::Mapping mapping = Report::parseMapping(header + "name bob dqz\nname dqz eyx\n");
+    const Report::Mapping mapping = Report::parseMapping(preamble + "name bob dqz\nname dqz eyx\n");
     EXPECT_EQ(mapping.replacements().names.at("bob"), "dqz");
     EXPECT_EQ(mapping.originals().names.at("dqz"), "bob");
     EXPECT_EQ(mapping.originals().names.at("eyx"), "dqz");
@@ -51,20 +51,20 @@ TEST(MappingFileTest, RefusesATextThatIsNoMapping) {
     } cases[] = {
         {"", "line 1: not a mapping of korvel-report"},
         {"korvel-report map 2\n", "line 1: a mapping of another version: korvel-report map 2"},
-        {header + "ip5 10.0.0.1 17.4.6.2\n", malformed},
-        {header + "ip4 10.0.0.1\n", malformed},
-        {header + "ip4 10.0.0.1 17.4.6.2 x\n", malformed},
-        {header + "ip4 10.0.0.1 10.0.0.1\n", malformed},
-        {header + "ip4 10.0.0.1 fe80::1\n", malformed},
-        {header + "ip4 10.0.0.1 127.0.0.1\n", malformed},
-        {header + "ip6 ::ffff:10.0.0.1 fe80::1\n", malformed},
-        {header + "mac 00:11:22:33:44 40:03:91:18:72:60\n", malformed},
-        {header + "name bob Dqz\n", malformed},
-        {header + "name bob dqzx\n", malformed},
-        {header + "name b%c3%b dqzxy\n", malformed},
-        {header + "name -- __\n", malformed},
-        {header + "ip4 10.0.0.1 17.4.6.2\nip4 10.0.0.2 17.4.6.2\n", contradiction},
-        {header + "name bob dqz\nname bob eyx\n", contradiction},
+        {preamble + "ip5 10.0.0.1 17.4.6.2\n", malformed},
+        {preamble + "ip4 10.0.0.1\n", malformed},
+        {preamble + "ip4 10.0.0.1 17.4.6.2 x\n", malformed},
+        {preamble + "ip4 10.0.0.1 10.0.0.1\n", malformed},
+        {preamble + "ip4 10.0.0.1 fe80::1\n", malformed},
+        {preamble + "ip4 10.0.0.1 127.0.0.1\n", malformed},
+        {preamble + "ip6 ::ffff:10.0.0.1 fe80::1\n", malformed},
+        {preamble + "mac 00:11:22:33:44 40:03:91:18:72:60\n", malformed},
+        {preamble + "name bob Dqz\n", malformed},
+        {preamble + "name bob dqzx\n", malformed},
+        {preamble + "name b%c3%b dqzxy\n", malformed},
+        {preamble + "name -- __\n", malformed},
+        {preamble + "ip4 10.0.0.1 17.4.6.2\nip4 10.0.0.2 17.4.6.2\n", contradiction},
+        {preamble + "name bob dqz\nname bob eyx\n", contradiction},
     };
     for (const auto& [text, error] : cases) {
         EXPECT_EQ(errorOf(text), error) << text;

@@ -24,10 +24,10 @@ using Report::Kind;
 using Report::LoadOptions;
 using Report::Package;
 
-constexpr std::time_t packed = 1795336233;  // 2026-11-22 08:30:33 UTC
+constexpr std::time_t packingTime = 1795336233;  // 2026-11-22 08:30:33 UTC
 
 std::string smallPackage() {
-    return PackageBuilder().at(packed).file("./linux/system.log", "Nov 22 10:00:00 a: b\n").tgz();
+    return PackageBuilder().at(packingTime).file("./linux/system.log", "Nov 22 10:00:00 a: b\n").tgz();
 }
 
 /// The first line of a description without the source: board, time, kind, zone, sidecar.
@@ -62,8 +62,11 @@ TEST(IdentityTest, FollowsFromTheNameOfTheFile) {
         {"netfp_logs_sup (1).tgz", "netfp_logs_sup (1)", ""},
     };
     for (const auto& [file, board, kind] : cases) {
-        EXPECT_EQ(identityOf(load(smallPackage(), {}, file)),
-                  "board " + board + ", 2026-11-22 08:30:33, kind " + kind + ", zone -, sidecar absent")
+        EXPECT_EQ(identityOf(load(smallPackage(), {}, file)), std::string("board ")
+                                                                  .append(board)
+                                                                  .append(", 2026-11-22 08:30:33, kind ")
+                                                                  .append(kind)
+                                                                  .append(", zone -, sidecar absent"))
             << file;
     }
 }
@@ -77,11 +80,11 @@ TEST(IdentityTest, FollowsFromTheOptionsBeforeAnythingElse) {
 }
 
 TEST(IdentityTest, OfANestedPackageIsThatOfItsOwnMembersAndOfTheBoard) {
-    const std::string inner = PackageBuilder().at(packed - 100).file("./fuse/HistoryLog.log", "").tgz();
+    const std::string inner = PackageBuilder().at(packingTime - 100).file("./fuse/HistoryLog.log", "").tgz();
     const Package package = load(PackageBuilder()
-                                     .at(packed - 50)
+                                     .at(packingTime - 50)
                                      .file("./ti/netfp_proxy.log", "")
-                                     .at(packed)
+                                     .at(packingTime)
                                      .file("./netfp_logs_post_mortem.tgz", inner)
                                      .tgz());
     EXPECT_EQ(identityOf(package), "board board-7, 2026-11-22 08:29:43, kind , zone -, sidecar absent");
@@ -91,13 +94,13 @@ TEST(IdentityTest, OfANestedPackageIsThatOfItsOwnMembersAndOfTheBoard) {
 
 TEST(IdentityTest, HasTheNewestTimeOfAFile) {
     const std::string package = PackageBuilder()
-                                    .at(packed)
+                                    .at(packingTime)
                                     .file("./a", "")
-                                    .at(packed + 2)
+                                    .at(packingTime + 2)
                                     .file("./b", "")
-                                    .at(packed + 1)
+                                    .at(packingTime + 1)
                                     .file("./c", "")
-                                    .at(packed + 9)
+                                    .at(packingTime + 9)
                                     .directory("./d/")
                                     .symbolicLink("./e", "a")
                                     .tgz();
@@ -113,7 +116,8 @@ TEST(IdentityTest, HasNoTimeOfWhatIsNestedTooDeeply) {
     options.limits.maxDepth = 1;
     const std::string inner = PackageBuilder().file("./a", "").tgz();
     const Package package = load(
-        PackageBuilder().at(packed - 9).file("./a", "").at(packed).file("./b.tgz", inner).tgz(), options);
+        PackageBuilder().at(packingTime - 9).file("./a", "").at(packingTime).file("./b.tgz", inner).tgz(),
+        options);
     EXPECT_EQ(describe(package.time), "2026-11-22 08:30:24");
 }
 
@@ -151,7 +155,8 @@ TEST(IdentityTest, ShowsAClockThatWasNotSet) {
     for (const auto& [time, unset] : cases) {
         const std::string inner = PackageBuilder().at(time).file("./a", "").tgz();
         EXPECT_EQ(load(inner).clockUnset, unset) << time;
-        const Package outer = load(PackageBuilder().at(packed).file("./a", "").file("./b.tgz", inner).tgz());
+        const Package outer =
+            load(PackageBuilder().at(packingTime).file("./a", "").file("./b.tgz", inner).tgz());
         EXPECT_EQ(outer.nested.at(0).clockUnset, unset) << time;
     }
     EXPECT_FALSE(load(PackageBuilder().tgz()).clockUnset);

@@ -169,7 +169,7 @@ TEST(FormTest, OfATextFollowsFromItsNameOrItsFirstLines) {
         {"./binary", std::string("a: 1\n\0", 6), false, 0},
     };
     for (const auto& [member, text, log, values] : cases) {
-        SCOPED_TRACE(member + ": " + text);
+        SCOPED_TRACE(testing::Message() << member << ": " << text);
         const Package package = loadMember(member, text);
         EXPECT_EQ(package.parts.front().log, log);
         EXPECT_EQ(package.values.size(), values);

@@ -10,7 +10,7 @@ using namespace std::string_view_literals;
 
 namespace {
 
-struct Case {
+struct Example {
     std::string_view bytes;
     std::string_view shown;
 };
@@ -23,7 +23,7 @@ TEST(TextForATerminal, ShowsOrdinaryTextUnchanged) {
 }
 
 TEST(TextForATerminal, ShowsControlCharactersAsEscapes) {
-    const std::vector<Case> cases{
+    const std::vector<Example> examples{
         {"\x1b[31mred\x1b[0m", R"(\x1b[31mred\x1b[0m)"},
         {"\x1b]0;title\x07", R"(\x1b]0;title\x07)"},
         {"\0"sv, R"(\x00)"},
@@ -33,7 +33,7 @@ TEST(TextForATerminal, ShowsControlCharactersAsEscapes) {
          "31m",
          R"(\x9b31m)"},  // CSI as one character
     };
-    for (const auto& [bytes, shown] : cases) {
+    for (const auto& [bytes, shown] : examples) {
         EXPECT_EQ(Report::forTerminal(bytes), shown);
     }
 }
@@ -44,20 +44,21 @@ TEST(TextForATerminal, KeepsLineFeedsOnlyIfAsked) {
 }
 
 TEST(TextForATerminal, ShowsCharactersThatReorderTextAsEscapes) {
-    const std::vector<Case> cases{
-        {"\u202Egnp.exe", R"(\u202egnp.exe)"},
+    const std::vector<Example> examples{
+        {"\u202Egnp.exe",  // NOLINT(misc-misleading-bidirectional)
+         R"(\u202egnp.exe)"},
         {"\u2066x\u2069", R"(\u2066x\u2069)"},
         {"\u200F", R"(\u200f)"},
         {"\u061C", R"(\u061c)"},
         {"a\u2028b", R"(a\u2028b)"},
     };
-    for (const auto& [bytes, shown] : cases) {
+    for (const auto& [bytes, shown] : examples) {
         EXPECT_EQ(Report::forTerminal(bytes), shown);
     }
 }
 
 TEST(TextForATerminal, ShowsEachByteThatIsNotUtf8AsAnEscape) {
-    const std::vector<Case> cases{
+    const std::vector<Example> examples{
         {"\xFF"
          "a",
          R"(\xffa)"},
@@ -68,7 +69,7 @@ TEST(TextForATerminal, ShowsEachByteThatIsNotUtf8AsAnEscape) {
         {"\xF4\x90\x80\x80", R"(\xf4\x90\x80\x80)"},   // beyond U+10FFFF
         {"\xE2\x82\xE2\x82\xAC", "\\xe2\\x82\u20AC"},  // cut, then whole
     };
-    for (const auto& [bytes, shown] : cases) {
+    for (const auto& [bytes, shown] : examples) {
         EXPECT_EQ(Report::forTerminal(bytes), shown);
     }
 }

@@ -43,7 +43,7 @@ std::string longText() {
 }
 
 TEST(PackedTextTest, ReturnsTheBytesAsTheyCame) {
-    const std::string text = longText() + std::string("\0\xff no line end", 15);
+    const std::string text = longText() + std::string("\0\xff no line end", 14);
     PackedText result;
     for (std::string_view rest = text; !rest.empty();) {
         const std::string_view piece = rest.substr(0, 10'007);

@@ -20,11 +20,11 @@ using Test::expectedFile;
 using Test::HandMadePackage;
 using Lines = std::vector<std::string>;
 
-constexpr std::size_t maxLine = 200;
+constexpr std::size_t longestLine = 200;
 
 std::string json(const std::vector<Package>& packages) {
     std::ostringstream out;
-    renderJson(out, packages, maxLine);
+    renderJson(out, packages, longestLine);
     return out.str();
 }
 
@@ -154,7 +154,7 @@ TEST(JsonTest, ReplacesInvalidBytesInNamesAndKeysToo) {
 
     const std::string text = json({package});
 
-    EXPECT_EQ(text.find_first_not_of("\n", 0), 0U);
+    EXPECT_EQ(text.find_first_not_of('\n'), 0U);
     EXPECT_TRUE(
         std::ranges::all_of(text, [](char byte) { return byte == '\n' || (byte >= ' ' && byte <= '~'); }));
 }
@@ -180,9 +180,9 @@ TEST(JsonTest, DoesNotKnowATimeThatHasNoYearOfFourDigits) {
 
 TEST(JsonTest, CutsLinesToTheLimit) {
     HandMadePackage package("a");
-    package.addPart("p", std::string(maxLine + 1, 'x') + "\ny");
+    package.addPart("p", std::string(longestLine + 1, 'x') + "\ny");
 
-    EXPECT_EQ(linesWith("\"x", package), Lines{'"' + std::string(maxLine, 'x') + '"'});
+    EXPECT_EQ(linesWith("\"x", package), Lines{'"' + std::string(longestLine, 'x') + '"'});
 }
 
 }  // namespace
