@@ -14,3 +14,6 @@ public:
     /// The number of signals that arrived.
     static int count();
 };
+
+/// After so many signals, some of them interrupted the call under test.
+inline constexpr int manySignals = 20;

@@ -20,7 +20,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::set<std::string> lines(const std::string& text) {
+std::set<std::string> distinctLines(const std::string& text) {
     std::set<std::string> all;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {
@@ -61,8 +61,8 @@ protected:
 
     /// The number of the log's entries that are in none of the files. An uncompressed copy does not count.
     std::size_t lostEntries() {
-        const std::set<std::string> kept = lines(syslib.files.all());
-        const std::set<std::string> written = lines(syslib.log.text());
+        const std::set<std::string> kept = distinctLines(syslib.files.all());
+        const std::set<std::string> written = distinctLines(syslib.log.text());
         return static_cast<std::size_t>(std::count_if(
             written.begin(), written.end(), [&](const std::string& line) { return !kept.contains(line); }));
     }

@@ -9,12 +9,12 @@ using Korvel::NetFPMasterCom;
 namespace {
 
 constexpr const char* deafPath = "/tmp/deaf";
-constexpr unsigned defaultTimeout = 10;  // in units of 100 ms
+constexpr unsigned masterTimeout = 10;  // in units of 100 ms
 
 }  // namespace
 
 void MasterActionFixture::TearDown() {
-    NetFPMasterCom::setTimeout(defaultTimeout);
+    NetFPMasterCom::setTimeout(masterTimeout);
     NetFPMasterCom::setMasterSocketPath("/tmp/NetfpMaster");
     NetFPMasterCom::setClientSocketPath("/tmp/Korvel");
     PortActionFixture::TearDown();

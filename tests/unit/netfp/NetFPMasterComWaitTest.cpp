@@ -45,8 +45,6 @@ private:
     std::atomic<bool> over = false;
 };
 
-constexpr int manySignals = 20;
-
 }  // namespace
 
 TEST_F(NetFPMasterComWaitTest, WaitsOneSecondByDefault) {

@@ -24,7 +24,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::uint32_t id = 0xfedcba98;
-constexpr int longerThanAnyTest = 36000;  // in units of 100 ms
+constexpr int tenthsOfAnHour = 36000;  // longer than any test
 
 class NetFPMasterSocketTest : public testing::Test {
 protected:
@@ -49,7 +49,7 @@ protected:
         return done;
     }
 
-    bool receive(int retries = longerThanAnyTest) { return receiveInto(&response, retries); }
+    bool receive(int retries = tenthsOfAnHour) { return receiveInto(&response, retries); }
 
     /// Connects and sends a request. The master answers with these datagrams.
     void givenAnswers(std::vector<std::string> datagrams) {
@@ -206,7 +206,6 @@ TEST_F(NetFPMasterSocketTest, GivesUpSilentlyAndLeavesTheResponseUnchanged) {
 }
 
 TEST_F(NetFPMasterSocketTest, WaitsWithoutLimitForZeroRetriesDespiteSignals) {
-    constexpr int manySignals = 20;
     master.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         while (SignalStorm::count() < manySignals) {
             std::this_thread::sleep_for(1ms);
@@ -231,7 +230,7 @@ TEST_F(NetFPMasterSocketTest, ReportsAFailedReceive) {
 TEST_F(NetFPMasterSocketTest, RefusesANullPointerForTheResponse) {
     connect();
 
-    EXPECT_FALSE(receiveInto(nullptr, longerThanAnyTest));
+    EXPECT_FALSE(receiveInto(nullptr, tenthsOfAnHour));
 
     EXPECT_EQ(printed, (Printed{.err = "Failed to receive from Linux Socket: 14: Bad address\n"}));
 }

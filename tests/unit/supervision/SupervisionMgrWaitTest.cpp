@@ -30,8 +30,6 @@ protected:
     const std::string timeOut = "poll(): Timed out while waiting for response";
 };
 
-constexpr int manySignals = 20;
-
 }  // namespace
 
 TEST_F(SupervisionMgrWaitTest, TimesOutAfterTwoSecondsOfSilence) {

@@ -97,7 +97,6 @@ TEST_F(NetlinkHelperWaitTest, LastsItsWholeTimeDespiteSignals) {
 }
 
 TEST_F(NetlinkHelperWaitTest, ContinuesAfterSignals) {
-    constexpr int manySignals = 20;
     peer.answers([](const std::string& /*request*/, const ScriptedPeer::Reply& reply) {
         while (SignalStorm::count() < manySignals) {
             std::this_thread::sleep_for(1ms);

@@ -4,8 +4,7 @@
 
 #include "Configuration.hpp"
 
-using namespace Korvel::Configuration;
-
+namespace Korvel::Configuration {
 namespace {
 
 class InstanceSelection : public testing::Test {
@@ -72,3 +71,4 @@ TEST(CollectLogsOnExit, IsOffUntilItIsSet) {
 }
 
 }  // namespace
+}  // namespace Korvel::Configuration

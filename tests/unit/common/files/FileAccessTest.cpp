@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 constexpr const char* pathToRead = "/tmp/input";
 
 /// The content of a file of `size` bytes without equal parts.
-std::string patternOf(std::size_t size) {
+std::string repeatingBytes(std::size_t size) {
     std::string pattern;
     while (pattern.size() < size) {
         pattern += std::to_string(pattern.size()) + ' ';
@@ -66,7 +66,7 @@ TEST(StateOf, ChangesWithEveryWrite) {
 }
 
 TEST(ReadFile, ReturnsEveryByteOfALargeFile) {
-    const std::string pattern = patternOf((2U << 20) + 1);
+    const std::string pattern = repeatingBytes((2U << 20) + 1);
     writeFile(pathToRead, pattern);
 
     EXPECT_TRUE(wholeContentOf(pathToRead) == pattern);
@@ -105,7 +105,7 @@ TEST(ReadFile, CutsAFileAtTheLimit) {
 }
 
 TEST(ReadFile, ReturnsTheTextBeforeAFailedRead) {
-    const std::string pattern = patternOf(100000);
+    const std::string pattern = repeatingBytes(100000);
     writeFile(pathToRead, pattern);
 
     const Outcome outcome =
@@ -117,7 +117,7 @@ TEST(ReadFile, ReturnsTheTextBeforeAFailedRead) {
 }
 
 TEST(ReadFileBitByBit, EndsAtItsTimeOutAndKeepsTheReceivedText) {
-    writeFile(pathToRead, patternOf(4U << 20));
+    writeFile(pathToRead, repeatingBytes(4U << 20));
 
     const Outcome outcome =
         probeInjected({.faults = {"read:delay_exit=200000"}, .path = pathToRead, .inChildren = true},

@@ -15,12 +15,12 @@ using Korvel::parseWholeNumber;
 
 namespace {
 
-constexpr int untouched = 4711;
+constexpr int notParsed = 4711;
 
 /// The result of parseUnsigned(), and the number if it stored one.
 struct Unsigned {
     NumberError error = NumberError::none;
-    std::uint32_t value = untouched;
+    std::uint32_t value = notParsed;
 
     bool operator==(const Unsigned&) const = default;
 };
@@ -77,7 +77,7 @@ TEST(ParseNumber, ReadsADecimalIntegerAtTheStart) {
     };
     for (const auto& [text, expected] : cases) {
         SCOPED_TRACE(text);
-        int value = untouched;
+        int value = notParsed;
         EXPECT_EQ(parseNumber(text, value), NumberError::none);
         EXPECT_EQ(value, expected);
     }
@@ -86,9 +86,9 @@ TEST(ParseNumber, ReadsADecimalIntegerAtTheStart) {
 TEST(ParseNumber, FindsNoDigits) {
     for (const std::string text : {"", " ", "x7", "-", "+-7", "- 7"}) {
         SCOPED_TRACE(text);
-        int value = untouched;
+        int value = notParsed;
         EXPECT_EQ(parseNumber(text, value), NumberError::noDigits);
-        EXPECT_EQ(value, untouched);
+        EXPECT_EQ(value, notParsed);
     }
 }
 
@@ -96,14 +96,14 @@ TEST(ParseNumber, RefusesNumbersBeyond32Bits) {
     for (const std::string text : {"2147483648", "-2147483649", "4294967296", "9223372036854775808",
                                    "-9223372036854775809", "99999999999999999999999999 lamps"}) {
         SCOPED_TRACE(text);
-        int value = untouched;
+        int value = notParsed;
         EXPECT_EQ(parseNumber(text, value), NumberError::outOfRange);
-        EXPECT_EQ(value, untouched);
+        EXPECT_EQ(value, notParsed);
     }
 }
 
 TEST(ParseNumber, StopsAtAZeroByte) {
-    int value = untouched;
+    int value = notParsed;
 
     EXPECT_EQ(parseNumber(std::string("12\0003", 4), value), NumberError::none);
     EXPECT_EQ(value, 12);
@@ -188,7 +188,7 @@ TEST(ParseWholeNumber, ReadsATextThatIsOnlyANumber) {
                  {"-" + std::to_string(greatest), 1}};
     for (const auto& [text, expected] : cases) {
         SCOPED_TRACE(text);
-        unsigned long value = untouched;
+        unsigned long value = notParsed;
         EXPECT_EQ(parseWholeNumber(text, value), NumberError::none);
         EXPECT_EQ(value, expected);
     }
@@ -210,9 +210,9 @@ TEST(ParseWholeNumber, RefusesEverythingElse) {
                  {"-18446744073709551616", NumberError::outOfRange}};
     for (const auto& [text, error] : cases) {
         SCOPED_TRACE(text);
-        unsigned long value = untouched;
+        unsigned long value = notParsed;
         EXPECT_EQ(parseWholeNumber(text, value), error);
-        EXPECT_EQ(value, static_cast<unsigned long>(untouched));
+        EXPECT_EQ(value, static_cast<unsigned long>(notParsed));
     }
 }
 
