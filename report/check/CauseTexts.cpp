@@ -29,6 +29,7 @@ constexpr std::array causeTexts{
               "the state file was not there or empty, or the board has an SFN dispatcher after all"},
     CauseText{Cause::logMissing,
               "the log was empty, its shared memory could not be read, or the run did not ask for it"},
+    CauseText{Cause::nothingLoggedOrNoRoom, "nothing was logged, or no room was left in /tmp"},
     CauseText{Cause::sourceUnreadable, "korvel could not read the source of this file: {detail}"},
     CauseText{Cause::sourceHangs,
               "dispatcher {dispatcher} hangs: its state file did not answer within five seconds"},

@@ -22,6 +22,7 @@ enum class Cause : std::uint8_t {
     stateFileEmpty,
     bridgeFileMissing,
     logMissing,
+    nothingLoggedOrNoRoom,
     sourceUnreadable,
     sourceHangs,
     sourceLimit,

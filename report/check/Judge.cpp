@@ -100,6 +100,12 @@ State stateOfReply(ReplyFault fault) {
     return fault == ReplyFault::late ? State::stale : State::cut;
 }
 
+/// Whether an empty or cut log was full when korvel read it, but there was no room to write it.
+bool isLostLog(const Clues& clues, const Subject& subject) {
+    return !clues.knowAllComplaints() && (clues.disk.explains(subject.part, subject.place) ||
+                                          clues.disk.mayExplain(subject.part, subject.place));
+}
+
 /// The states that only the other parts or the sidecar show.
 void markByClues(Package& package, const Clues& clues) {
     std::vector<std::pair<Part*, State>> changes;
@@ -110,7 +116,7 @@ void markByClues(Package& package, const Clues& clues) {
         const Subject subject{part, placeOf(part.name)};
         const ReplyFault fault = clues.replies.faultOf(subject.place);
         const bool lost = clues.isBeyondLimit(part, subject.place) ||
-                          (subject.place.isSharedLog() && clues.disk.explains(part, subject.place));
+                          (subject.place.isSharedLog() && isLostLog(clues, subject));
         if (const auto state = stateByRun(clues, subject)) {
             changes.emplace_back(&part, *state);
         } else if (fault != ReplyFault::none) {

@@ -109,8 +109,9 @@ Answer byDisk(const Clues& clues, const Subject& subject) {
     if (clues.disk.explains(subject.part, subject.place)) {
         return Diagnosis{Cause::noRoom, Certainty::likely, {}, clues.disk.evidence()};
     }
-    if (subject.place.collector == Collector::mmi && clues.disk.mayExplain(subject.part, subject.place)) {
-        return Diagnosis{Cause::noAnswerOrNoRoom};
+    if (clues.disk.mayExplain(subject.part, subject.place)) {
+        return Diagnosis{subject.place.isSharedLog() ? Cause::nothingLoggedOrNoRoom
+                                                     : Cause::noAnswerOrNoRoom};
     }
     return std::nullopt;
 }

@@ -91,8 +91,9 @@ bool DiskSigns::explains(const Part& part, const PartPlace& place) const {
 }
 
 bool DiskSigns::mayExplain(const Part& part, const PartPlace& place) const {
-    return signs.empty() && syslibEmpty && part.size == 0 && !part.member.empty() &&
-           writeOrderOf(place) >= fullFrom;
+    const PartPlace lastReply = placeOf("mmi/sfn/HeapStats");
+    return signs.empty() && syslibEmpty && fullFrom <= writeOrderOf(lastReply) && part.size == 0 &&
+           !part.member.empty() && writeOrderOf(place) >= fullFrom;
 }
 
 }  // namespace Report

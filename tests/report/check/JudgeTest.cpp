@@ -380,7 +380,8 @@ TEST(Judge, BlamesAFullDiskAndNotTheDispatchers) {
          },
          forEachCommand("sfn", ": empty, likely: dispatcher sfn did not answer ",
                         ", or no room was left in /tmp") +
-             "incomplete\n"},
+             "ti/syslib_sm_log: empty, likely: nothing was logged, or no room was left in "
+             "/tmp\nincomplete\n"},
     });
 }
 

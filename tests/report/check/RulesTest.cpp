@@ -323,6 +323,7 @@ TEST(ShippedRules, HaveOneRuleForEachStateAndCause) {
         {Cause::stateFileEmpty, State::empty, "fuse/sfn/dmaStats", "state-file-missing"},
         {Cause::bridgeFileMissing, State::missing, "fuse/iwf/fpBridgeStats", "state-file-missing"},
         {Cause::logMissing, State::missing, "fuse/HistoryLog", "not-collected"},
+        {Cause::nothingLoggedOrNoRoom, State::empty, "ti/syslib_sm_log", "log-perhaps-lost"},
         {Cause::sourceUnreadable, State::missing, "ti/netfp_proxy", "source-unreadable"},
         {Cause::sourceHangs, State::missing, "fuse/sfn/dmaStats", "dispatcher-hangs"},
         {Cause::sourceLimit, State::cut, "ti/netfp_proxy", "collection-limit"},
