@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "Clues.hpp"
 #include "Content.hpp"
@@ -16,6 +17,7 @@
 #include "PartCauses.hpp"
 #include "PartTable.hpp"
 #include "RunCauses.hpp"
+#include "TimeText.hpp"
 
 namespace Report {
 namespace {
@@ -106,6 +108,12 @@ bool isLostLog(const Clues& clues, const Subject& subject) {
                                           clues.disk.mayExplain(subject.part, subject.place));
 }
 
+/// A dump of a process that had ended, older than the run.
+bool isOfEndedProcess(const Clues& clues, const Subject& subject) {
+    return subject.place.isDump() && clues.hasEnded(subject.place.leaf) && clues.ages.signOf(subject.part) &&
+           !clues.followsBeginOfRun(subject.part);
+}
+
 /// The states that only the other parts or the sidecar show.
 void markByClues(Package& package, const Clues& clues) {
     std::vector<std::pair<Part*, State>> changes;
@@ -121,6 +129,8 @@ void markByClues(Package& package, const Clues& clues) {
             changes.emplace_back(&part, *state);
         } else if (fault != ReplyFault::none) {
             changes.emplace_back(&part, stateOfReply(fault));
+        } else if (isOfEndedProcess(clues, subject)) {
+            changes.emplace_back(&part, State::stale);
         } else if (lost) {
             changes.emplace_back(&part, part.size == 0 ? State::empty : State::cut);
         }
@@ -140,6 +150,31 @@ void explainStates(Package& package, const Clues& clues, const std::set<std::str
         part.cause = textOf(diagnosis.cause, place, diagnosis.detail);
         part.certainty = assumed.contains(part.name) ? Certainty::unknown : diagnosis.certainty;
         part.evidence = std::move(diagnosis.evidence);
+    }
+}
+
+/// Signs that a part is old, although its state is present.
+std::vector<Evidence> doubtsAbout(const Clues& clues, const Subject& subject) {
+    std::vector<Evidence> doubts;
+    if (clues.followsBeginOfRun(subject.part)) {
+        return doubts;
+    }
+    if (const auto sign = clues.ages.signOf(subject.part); sign && sign->isClear) {
+        doubts.push_back({subject.part.name, "written at " + secondsText(*subject.part.time) + ", but " +
+                                                 sign->other->name + " at " +
+                                                 secondsText(*sign->other->time)});
+    }
+    if (subject.place.isDump() && clues.hasEnded(subject.place.leaf)) {
+        doubts.push_back(clues.listingFor(subject.place.leaf));
+    }
+    return doubts;
+}
+
+void noteDoubts(Package& package, const Clues& clues) {
+    for (Part& part : package.parts) {
+        if (part.state == State::present) {
+            part.evidence = doubtsAbout(clues, {part, placeOf(part.name)});
+        }
     }
 }
 
@@ -178,6 +213,7 @@ void judge(Package& package, const Expectation& expectation) {
     const Clues clues(package);
     markByClues(package, clues);
     explainStates(package, clues, assumed);
+    noteDoubts(package, clues);
     explainPackage(package, clues);
     package.verdict = verdictOf(package);
 }

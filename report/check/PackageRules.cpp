@@ -5,6 +5,8 @@
 #include <chrono>
 #include <functional>
 #include <initializer_list>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -19,7 +21,8 @@
 namespace Report {
 namespace {
 
-using AddEvidence = std::function<void(std::string_view source, std::string_view text)>;
+/// Adds what was found in a part, or in the package if `part` is empty.
+using AddFound = std::function<void(std::string_view part, std::string_view source, std::string_view text)>;
 
 std::string textOf(const std::optional<LogEntry>& entry) {
     if (!entry) {
@@ -31,68 +34,103 @@ std::string textOf(const std::optional<LogEntry>& entry) {
 
 // What each fact is, in a part or in a package.
 
-void findOverlaps(const Package& /*package*/, const Part& part, const AddEvidence& add) {
+void findOverlaps(const Part& part, const AddFound& add) {
     for (const Overlap& overlap : part.overlaps) {
-        add(part.name, "between " + textOf(overlap.before) + " and " + textOf(overlap.after));
+        add(part.name, part.name, "between " + textOf(overlap.before) + " and " + textOf(overlap.after));
     }
 }
 
-void findFullLog(const Package& /*package*/, const Part& part, const AddEvidence& add) {
+void findFullLog(const Part& part, const AddFound& add) {
     if (placeOf(part.name).isSharedLog() && isSharedLogFull(part)) {
-        add(part.name, std::to_string(part.textSize) + " bytes");
+        add(part.name, part.name, std::to_string(part.textSize) + " bytes");
     }
 }
 
-void findInvalidText(const Package& /*package*/, const Part& part, const AddEvidence& add) {
+void findInvalidText(const Part& part, const AddFound& add) {
     if (part.invalidBytes > 0 && !part.package) {
-        add(part.name, std::to_string(part.invalidBytes) + " of " + std::to_string(part.textSize) +
-                           " bytes are not UTF-8");
+        add(part.name, part.name,
+            std::to_string(part.invalidBytes) + " of " + std::to_string(part.textSize) +
+                " bytes are not UTF-8");
     }
 }
 
-void findOldCollectors(const Package& package, const AddEvidence& add) {
-    constexpr std::chrono::seconds longestRun{120};
-    constexpr std::array collectors{Collector::fuse, Collector::mmi, Collector::ti, Collector::linuxLogs};
+constexpr std::array datedCollectors{Collector::fuse, Collector::mmi, Collector::ti, Collector::linuxLogs};
+
+bool isPerhapsLeftOver(const Part& part) {
+    return part.state == State::present && !part.evidence.empty();
+}
+
+/// The newest time of a part of fuse, mmi, ti and linux.
+std::optional<Time> newestTime(const Package& package) {
     std::optional<Time> newest;
-    for (const Collector collector : collectors) {
+    for (const Collector collector : datedCollectors) {
         newest = std::max(newest, newestOf(package, collector));
     }
-    for (const Collector collector : collectors) {
-        const std::optional<Time> time = newestOf(package, collector);
-        if (time && *newest - *time > longestRun) {
-            add(folderOf(collector),
-                "written at " + secondsText(*time) + ", the newest part at " + secondsText(*newest));
+    return newest;
+}
+
+/// The collectors that have old parts only: the last run did not run them.
+std::set<Collector> oldCollectorsOf(const Package& package) {
+    constexpr std::chrono::seconds longestRun{120};
+    const std::optional<Time> newest = newestTime(package);
+    std::set<Collector> collectors(datedCollectors.begin(), datedCollectors.end());
+    std::erase_if(collectors, [&](Collector collector) { return !newestOf(package, collector); });
+    for (const Part& part : package.parts) {
+        const Collector collector = placeOf(part.name).collector;
+        if (collectors.contains(collector) && part.time && *newest - *part.time <= longestRun &&
+            !isPerhapsLeftOver(part)) {
+            collectors.erase(collector);
+        }
+    }
+    return collectors;
+}
+
+void findOldCollectors(const Package& package, const AddFound& add) {
+    for (const Collector collector : oldCollectorsOf(package)) {
+        add({}, folderOf(collector),
+            "written at " + secondsText(*newestOf(package, collector)) + ", the newest part at " +
+                secondsText(*newestTime(package)));
+    }
+}
+
+void findPerhapsLeftOver(const Package& package, const AddFound& add) {
+    const std::set<Collector> old = oldCollectorsOf(package);
+    for (const Part& part : package.parts) {
+        if (isPerhapsLeftOver(part) && !old.contains(placeOf(part.name).collector)) {
+            for (const Evidence& evidence : part.evidence) {
+                add(part.name, evidence.source, evidence.text);
+            }
         }
     }
 }
 
-void findUnsetClock(const Package& package, const AddEvidence& add) {
+void findUnsetClock(const Package& package, const AddFound& add) {
     if (package.clockUnset && package.time) {
-        add({}, "the time of the package is " + secondsText(*package.time));
+        add({}, {}, "the time of the package is " + secondsText(*package.time));
     }
 }
 
-void findOddMembers(const Package& package, const AddEvidence& add) {
+void findOddMembers(const Package& package, const AddFound& add) {
     for (const Oddity& oddity : package.oddities) {
-        add(oddity.member, oddity.what);
+        add({}, oddity.member, oddity.what);
     }
 }
 
-void findSidecar(const Package& package, SidecarState state, const AddEvidence& add) {
+void findSidecar(const Package& package, SidecarState state, const AddFound& add) {
     if (package.sidecarState == state) {
-        add(sidecarLines, package.sidecarError);
+        add({}, sidecarLines, package.sidecarError);
     }
 }
 
-void findAbsentSidecar(const Package& package, const AddEvidence& add) {
+void findAbsentSidecar(const Package& package, const AddFound& add) {
     findSidecar(package, SidecarState::absent, add);
 }
 
-void findForeignSidecar(const Package& package, const AddEvidence& add) {
+void findForeignSidecar(const Package& package, const AddFound& add) {
     findSidecar(package, SidecarState::foreign, add);
 }
 
-void findUnreadableSidecar(const Package& package, const AddEvidence& add) {
+void findUnreadableSidecar(const Package& package, const AddFound& add) {
     findSidecar(package, SidecarState::unreadable, add);
 }
 
@@ -100,53 +138,53 @@ bool hasRun(const Package& package) {
     return package.sidecarState == SidecarState::used && package.sidecar.has_value();
 }
 
-void findUnknownZone(const Package& package, const AddEvidence& add) {
+void findUnknownZone(const Package& package, const AddFound& add) {
     if (hasRun(package) && !package.zone) {
         const std::string* const zone = package.sidecar->find("zone");
-        add(sidecarLines, zone == nullptr ? "no zone" : "zone: " + *zone);
+        add({}, sidecarLines, zone == nullptr ? "no zone" : "zone: " + *zone);
     }
 }
 
-void findUnknownComplaints(const Package& package, const AddEvidence& add) {
+void findUnknownComplaints(const Package& package, const AddFound& add) {
     if (hasRun(package)) {
         const RunReport run(*package.sidecar);
         for (const Complaint& complaint : run.complaints()) {
             if (complaint.kind == ComplaintKind::unknown) {
-                add(sidecarLines, complaint.line);
+                add({}, sidecarLines, complaint.line);
             }
         }
     }
 }
 
-void findFailedRun(const Package& package, const AddEvidence& add) {
+void findFailedRun(const Package& package, const AddFound& add) {
     const std::string* const status = hasRun(package) ? package.sidecar->find("status") : nullptr;
     if (status != nullptr && *status != "0") {
-        add(sidecarLines, "status: " + *status);
+        add({}, sidecarLines, "status: " + *status);
     }
 }
 
-void findMissingErrors(const Package& package, const AddEvidence& add) {
+void findMissingErrors(const Package& package, const AddFound& add) {
     if (hasRun(package)) {
         const RunReport run(*package.sidecar);
         if (const Complaint* const missing = run.find(ComplaintKind::errorsMissing)) {
-            add(sidecarLines, missing->line);
+            add({}, sidecarLines, missing->line);
         }
     }
 }
 
-void findRemovedDumps(const Package& package, const AddEvidence& add) {
+void findRemovedDumps(const Package& package, const AddFound& add) {
     if (hasRun(package) && !hasFolder(package, folderOf(Collector::ti))) {
         const RunReport run(*package.sidecar);
         if (run.printed()) {
-            add(sidecarLines, "command: " + run.command());
+            add({}, sidecarLines, "command: " + run.command());
         }
     }
 }
 
 struct FactFinder {
     Fact fact;
-    void (*inPart)(const Package& package, const Part& part, const AddEvidence& add);
-    void (*inPackage)(const Package& package, const AddEvidence& add);
+    void (*inPart)(const Part& part, const AddFound& add);
+    void (*inPackage)(const Package& package, const AddFound& add);
     bool ofSidecar;
 };
 
@@ -155,6 +193,7 @@ constexpr std::array factFinders{
     FactFinder{Fact::logFull, findFullLog, nullptr, false},
     FactFinder{Fact::notText, findInvalidText, nullptr, false},
     FactFinder{Fact::oldCollector, nullptr, findOldCollectors, false},
+    FactFinder{Fact::perhapsLeftOver, nullptr, findPerhapsLeftOver, false},
     FactFinder{Fact::clockUnset, nullptr, findUnsetClock, false},
     FactFinder{Fact::oddMember, nullptr, findOddMembers, false},
     FactFinder{Fact::zoneUnknown, nullptr, findUnknownZone, true},
@@ -169,18 +208,17 @@ constexpr std::array factFinders{
 
 void applyFact(const FactFinder& finder, const Package& package, std::size_t index, const PartPattern& where,
                FindingList& findings) {
+    const auto add = [&](std::string_view part, std::string_view source, std::string_view text) {
+        if (part.empty() || where.fits(part)) {
+            findings.add(index, part, source, text);
+        }
+    };
     if (finder.inPackage != nullptr) {
-        finder.inPackage(package, [&](std::string_view source, std::string_view text) {
-            findings.add(index, {}, source, text);
-        });
+        finder.inPackage(package, add);
         return;
     }
     for (const Part& part : package.parts) {
-        finder.inPart(package, part, [&](std::string_view source, std::string_view text) {
-            if (where.fits(part.name)) {
-                findings.add(index, part.name, source, text);
-            }
-        });
+        finder.inPart(part, add);
     }
 }
 

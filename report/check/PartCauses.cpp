@@ -98,13 +98,21 @@ Answer byLimitOfCollection(const Clues& clues, const Subject& subject) {
     return std::nullopt;
 }
 
+/// A process writes its dump to /tmp itself. If korvel had no room there, the process had none either.
+Answer byRoomForDump(const Clues& clues, const Subject& subject) {
+    const Complaint* const full = subject.place.isDump() ? clues.run->findNoRoom() : nullptr;
+    return full == nullptr
+               ? std::nullopt
+               : Answer(Diagnosis{Cause::noRoom, Certainty::likely, {}, {{"sidecar", full->line}}});
+}
+
 Answer byDisk(const Clues& clues, const Subject& subject) {
     const State state = subject.part.state;
     if (state != State::cut && state != State::empty) {
         return std::nullopt;
     }
     if (clues.knowAllComplaints() && subject.place.known != nullptr) {
-        return std::nullopt;  // korvel complains of each file that it cannot write
+        return byRoomForDump(clues, subject);  // korvel complains of each other file that it cannot write
     }
     if (clues.disk.explains(subject.part, subject.place)) {
         return Diagnosis{Cause::noRoom, Certainty::likely, {}, clues.disk.evidence()};
@@ -294,6 +302,9 @@ Diagnosis diagnose(const Clues& clues, const Subject& subject) {
             diagnosis = std::move(*found);
             break;
         }
+    }
+    if (subject.part.state == State::stale && clues.precedesRun(subject.part, subject.place)) {
+        diagnosis.evidence.push_back({"sidecar", "began: " + *clues.package.sidecar->find("began")});
     }
     const std::string process = processFor(subject.place);
     if (!process.empty() && subject.part.state != State::notRead) {

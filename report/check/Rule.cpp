@@ -8,10 +8,11 @@ namespace Report {
 namespace {
 
 // In the order of the enumeration.
-constexpr std::array<std::string_view, 14> factNames{
-    "overlap",           "log full",     "not text",       "old collector",   "clock unset",
-    "odd member",        "zone unknown", "sidecar absent", "sidecar foreign", "sidecar unreadable",
-    "unknown complaint", "run failed",   "errors missing", "dumps removed"};
+constexpr std::array<std::string_view, 15> factNames{
+    "overlap",           "log full",        "not text",           "old collector",
+    "perhaps left over", "clock unset",     "odd member",         "zone unknown",
+    "sidecar absent",    "sidecar foreign", "sidecar unreadable", "unknown complaint",
+    "run failed",        "errors missing",  "dumps removed"};
 static_assert(factNames.size() == static_cast<std::size_t>(Fact::dumpsRemoved) + 1);
 
 struct RelationSign {

@@ -18,6 +18,7 @@ enum class Fact : std::uint8_t {
     logFull,
     notText,
     oldCollector,
+    perhapsLeftOver,
     clockUnset,
     oddMember,
     zoneUnknown,

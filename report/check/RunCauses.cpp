@@ -14,7 +14,6 @@ namespace {
 using Message = ComplaintKind;
 
 constexpr std::string_view workDirectory = "/tmp/korvel/";
-constexpr std::string_view noSpace = "No space left on device";
 constexpr std::string_view timedOut = "Connection timed out";
 constexpr std::string_view linuxCommand = "fp_linux_log_collect ";
 constexpr std::string_view listCommand = "ps ";
@@ -43,7 +42,7 @@ const Complaint* findCommand(const RunReport& run, std::string_view start) {
 /// korvel could not write the file of the part.
 std::optional<Diagnosis> byWriting(const RunReport& run, const Subject& subject) {
     if (const Complaint* const failed = run.find(Message::writeFailed, subject.part.name)) {
-        return fact(failed->detail == noSpace ? Cause::noRoom : Cause::notWritten, *failed);
+        return fact(RunReport::isNoRoom(*failed) ? Cause::noRoom : Cause::notWritten, *failed);
     }
     if (const Complaint* const failed = run.find(Message::openFailed, subject.part.name);
         failed != nullptr && isDestination(*failed)) {
@@ -168,6 +167,9 @@ constexpr std::array runStates{
 }  // namespace
 
 std::optional<State> stateByRun(const Clues& clues, const Subject& subject) {
+    if (clues.precedesRun(subject.part, subject.place)) {
+        return State::stale;
+    }
     if (!clues.run || subject.place.known == nullptr) {
         return std::nullopt;
     }

@@ -52,7 +52,7 @@ struct Part {
     State state = State::present;
     std::string cause;  ///< likely cause of every state but present, in words
     std::optional<Certainty> certainty;
-    std::vector<Evidence> evidence;
+    std::vector<Evidence> evidence;  ///< for the state; of a present part, signs that an earlier run wrote it
 
     std::uint64_t size = 0;          ///< of the member as it is in the archive, in bytes
     std::optional<Time> time;        ///< of the member

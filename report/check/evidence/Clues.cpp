@@ -1,6 +1,7 @@
 #include "Clues.hpp"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <initializer_list>
 
@@ -10,11 +11,23 @@ namespace {
 constexpr std::uint64_t collectionSize = std::uint64_t{48} << 20;  // bytes that one collection takes
 constexpr std::chrono::seconds longestRun{120};
 
+constexpr std::array<std::string_view, 6> knownProcesses{"netfp_proxy",   "netfp_server",   "netfp_master",
+                                                         "resmgr_server", "iwf_dispatcher", "sfn_dispatcher"};
+
 std::optional<RunReport> reportOf(const Package& package) {
     if (package.sidecarState != SidecarState::used || !package.sidecar) {
         return std::nullopt;
     }
     return RunReport(*package.sidecar);
+}
+
+std::optional<Time> beginOf(const Package& package) {
+    if (package.sidecarState != SidecarState::used || !package.sidecar) {
+        return std::nullopt;
+    }
+    const std::optional<Time> began = package.sidecar->began();
+    const std::optional<Time> ended = package.sidecar->ended();
+    return ended && began <= ended ? began : std::nullopt;
 }
 
 /// Whether the run that wrote the newest part of each collector also made the listing: it does so last.
@@ -64,13 +77,36 @@ Clues::Clues(const Package& judged)
       disk(judged),
       replies(judged),
       processSigns(judged),
+      ages(judged),
       listing(judged),
       listingIsCurrent(isOfThisRun(judged, listing)),
+      began(beginOf(judged)),
       fullAt(findLimit(judged)) {
 }
 
 Presence Clues::presenceOf(std::string_view process) const {
     return listingIsCurrent ? listing.presenceOf(process) : Presence::unknown;
+}
+
+bool Clues::hasEnded(std::string_view process) const {
+    const Presence presence = presenceOf(process);
+    return presence == Presence::defunct ||
+           (presence == Presence::absent && std::ranges::any_of(knownProcesses, [&](std::string_view other) {
+                return presenceOf(other) == Presence::running;
+            }));
+}
+
+bool Clues::precedesRun(const Part& part, const PartPlace& place) const {
+    switch (place.collector) {
+        case Collector::fuse:
+        case Collector::mmi:
+        case Collector::ti:
+            return began && part.time && *part.time < *began;
+        case Collector::linuxLogs:
+            return began && newestOf(package, Collector::linuxLogs) < began;
+        default:
+            return false;
+    }
 }
 
 bool Clues::isBeyondLimit(const Part& part, const PartPlace& place) const {

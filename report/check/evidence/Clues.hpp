@@ -4,6 +4,7 @@
 #include <optional>
 #include <string_view>
 
+#include "AgeSigns.hpp"
 #include "DiskSigns.hpp"
 #include "Package.hpp"
 #include "PartTable.hpp"
@@ -25,13 +26,24 @@ public:
     const DiskSigns disk;
     const Replies replies;
     const ProcessSigns processSigns;
+    const AgeSigns ages;
 
     /// What the process listing of the same run tells. Unknown if the listing is of another run.
     Presence presenceOf(std::string_view process) const;
     Evidence listingFor(std::string_view process) const { return listing.evidenceFor(process); }
+    /// Whether the process had ended. Known only if the listing has another process under its name here: this
+    /// board may have other names.
+    bool hasEnded(std::string_view process) const;
 
     /// Whether everything is known that korvel complained of: then it had no other trouble.
     bool knowAllComplaints() const { return run && run->isComplete(); }
+
+    /// Whether the part was written before the run began, by the sidecar and a clock that nobody set back.
+    /// Linux logs can keep the times of their sources, so only all of them together are old.
+    bool precedesRun(const Part& part, const PartPlace& place) const;
+
+    /// Whether the part was written after the run began, by the same evidence.
+    bool followsBeginOfRun(const Part& part) const { return began && part.time && *part.time > *began; }
 
     /// Whether the collection was cut by its limit of 48 MiB in this part, or before it.
     bool isBeyondLimit(const Part& part, const PartPlace& place) const;
@@ -45,6 +57,7 @@ public:
 private:
     const ProcessListing listing;
     bool listingIsCurrent;
+    std::optional<Time> began;  // the run, by a clock that nobody set back
     std::optional<int> fullAt;  // position of the part that the limit cut, in the order of collection
 };
 

@@ -11,6 +11,7 @@ namespace Report {
 namespace {
 
 constexpr std::string_view columnBlanks = " \t\r";
+constexpr std::array<std::string_view, 4> shells{"sh", "bash", "dash", "ash"};
 constexpr std::array<std::string_view, 5> interpreters{"sh", "bash", "python", "python3", "env"};
 
 /// The columns of a listing: the last one is the command line.
@@ -78,6 +79,14 @@ bool runs(std::string_view command, std::string_view process) {
            baseName(cutColumn(command)) == process;
 }
 
+/// Whether the command line is a shell's with commands, such as "sh -c 'kill $(pidof NAME)'". A process that
+/// they start has a line of its own.
+bool isShellCommand(std::string_view command) {
+    const std::string_view program = baseName(cutColumn(command));
+    const std::string_view option = cutColumn(command);
+    return std::ranges::find(shells, program) != shells.end() && option == "-c";
+}
+
 }  // namespace
 
 ProcessListing::ProcessListing(const Package& package) {
@@ -121,7 +130,7 @@ const ProcessListing::Row* ProcessListing::find(std::string_view process, Presen
     presence = source == nullptr ? Presence::unknown : Presence::absent;
     for (const Row& row : rows) {
         const std::string_view command = std::string_view(row.line).substr(row.command);
-        if (!containsWord(command, process)) {
+        if (!containsWord(command, process) || isShellCommand(command)) {
             continue;
         }
         const Presence here = !runs(command, process) ? Presence::mentioned

@@ -189,6 +189,15 @@ const Complaint* RunReport::find(ComplaintKind kind, std::string_view part) cons
     return found == lines.end() ? nullptr : &*found;
 }
 
+bool RunReport::isNoRoom(const Complaint& complaint) {
+    return complaint.kind == ComplaintKind::writeFailed && complaint.detail == "No space left on device";
+}
+
+const Complaint* RunReport::findNoRoom() const {
+    const auto found = std::ranges::find_if(lines, isNoRoom);
+    return found == lines.end() ? nullptr : &*found;
+}
+
 std::size_t RunReport::count(ComplaintKind kind) const {
     return static_cast<std::size_t>(std::ranges::count(lines, kind, &Complaint::kind));
 }

@@ -55,6 +55,10 @@ public:
     const Complaint* find(ComplaintKind kind) const;
     const Complaint* find(ComplaintKind kind, std::string_view part) const;
     std::size_t count(ComplaintKind kind) const;
+    /// The first complaint that there was no room to write a file, or null.
+    const Complaint* findNoRoom() const;
+    /// Whether this complaint is that there was no room.
+    static bool isNoRoom(const Complaint& complaint);
 
     /// Whether the sidecar has all that the run complained of.
     bool isComplete() const { return find(ComplaintKind::errorsMissing) == nullptr; }

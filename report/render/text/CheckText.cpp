@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -86,10 +87,16 @@ std::string nameOf(const PartFolder& row) {
     return row.folder.empty() ? "." : shownName(row.folder);
 }
 
-void writePresent(TextWriter& text, const Package& package, bool expected, std::string_view title) {
+/// Whether a part has evidence that an earlier run wrote it.
+bool isDoubtful(const Part& part) {
+    return part.state == State::present && !part.evidence.empty();
+}
+
+void writeNames(TextWriter& text, const Package& package, std::string_view title,
+                const std::function<bool(const Part& part)>& isListed) {
     std::vector<std::string> names;
     for (const Part& part : package.parts) {
-        if (part.state == State::present && part.expected == expected) {
+        if (part.state == State::present && isListed(part)) {
             names.push_back(part.name);
         }
     }
@@ -213,8 +220,10 @@ void writeCheck(TextWriter& text, const Package& package, const std::string& out
     writeOverlaps(text, package);
     writeOddities(text, package);
     writeNested(text, package);
-    writePresent(text, package, true, "Present");
-    writePresent(text, package, false, "Present, but not required");
+    writeNames(text, package, "Perhaps left over from an earlier run", isDoubtful);
+    writeNames(text, package, "Present", [](const Part& part) { return part.expected && !isDoubtful(part); });
+    writeNames(text, package, "Present, but not required",
+               [](const Part& part) { return !part.expected && !isDoubtful(part); });
 }
 
 void renderCheck(std::ostream& out, const Package& package, const TextStyle& style) {

@@ -232,6 +232,12 @@ TEST(Judge, ExplainsDumpsAndLogsOfTheNetfpProcesses) {
                  "linux/processes",
                  "  PID COMMAND\n  300 sh -c kill $(pidof netfp_proxy)\n  302 netfp_proxy_helper\n");
          },
+         "ti/netfp_proxy: missing, likely: netfp_proxy was not running\nincomplete\n"},
+        {"a program with the process in its command line may run it",
+         [](PackageFixture& fixture) {
+             fixture.remove("ti/netfp_proxy");
+             fixture.write("linux/processes", "  PID COMMAND\n  300 watchdog --run netfp_proxy\n");
+         },
          "ti/netfp_proxy: missing, likely: netfp_proxy was not running or wrote no dump, or a `print` in the "
          "same run "
          "removed the dump\nincomplete\n"},

@@ -78,8 +78,8 @@ def make_package(kind: str, board: tuple[str, ...], prepare: str, environment: s
     """Starts a board with these options of boardsim, runs `prepare` on it, and then korvel."""
     command = f"{arguments} {kind}".strip()
     script = MAKE.format(prepare=prepare, environment=environment, command=command, name=PACKAGE_NAMES[kind])
-    done = subprocess.run([BUILD / "boardsim", *board, "--", "sh", "-c", script], stdin=subprocess.DEVNULL,
-                          capture_output=True, check=False, timeout=300)
+    done = subprocess.run([BUILD / "boardsim", *board, "--", "sh", "-s"], input=script.encode(), capture_output=True,
+                          check=False, timeout=300)
     with tarfile.open(fileobj=BytesIO(done.stdout)) as archive:
         files = {name.removeprefix("./"): content for name, content in read_files(archive).items()}
     data = files["package.tgz"]

@@ -136,7 +136,8 @@ def judge_board(package: BoardPackage, scenario: Scenario) -> Figures:
         Path(f"{path}.run").write_text(package.sidecar, encoding="utf-8")
         for title, options in (("with sidecar", ()), ("without sidecar", ("--no-run",))):
             label = f"{scenario.name}, {package.kind}, {title}"
-            figures.add(judge_package(label, Judgement(path, *options), harms, scenario.verdict))
+            shown = {name: found for name, found in harms.items() if not (options and found.needs_sidecar)}
+            figures.add(judge_package(label, Judgement(path, *options), shown, scenario.verdict))
     return figures
 
 

@@ -37,6 +37,7 @@ class Harm:
     states: frozenset[str]  # the states that fit
     cause: str  # a pattern for the words of the right cause
     finding: str | None = None  # the rule whose finding names the part just as well
+    needs_sidecar: bool = False  # nothing in the package itself shows it
 
 
 Harms = dict[str, Harm]  # by the name of the part
@@ -104,10 +105,15 @@ def beyond_the_limit(dispatcher: str) -> Truth:
 
 
 def without_room(package: BoardPackage) -> Harms:
-    """The parts for which korvel, a process or the platform had no room in /tmp."""
+    """The parts for which korvel, a process or the platform had no room in /tmp.
+
+    If only the last file of a package without Linux logs was emptied, it looks like a log without entries.
+    """
     unwritten = re.findall(r"Error while writing /tmp/korvel/(\S+)\.log: No space left", package.errors)
     unfinished = [name for name in dumps(*PROCESSES)
                   if not package.members.get(name, b"_dump>").rstrip().endswith(b"_dump>")]
     empty = [f"linux/{file}" for file in KERNEL_FILES if package.members.get(f"linux/{file}") == b""]
+    if package.kind == "pkg" and unwritten == ["ti/syslib_sm_log"]:
+        return {unwritten[0]: Harm(frozenset({"empty"}), NO_ROOM, needs_sidecar=True)}
     return (all_of(unfinished, harm("empty cut", rf"{NO_ROOM}|did not finish")) |
             all_of(unwritten, harm("empty cut", NO_ROOM)) | all_of(empty, harm("empty", NO_ROOM)))

@@ -165,9 +165,13 @@ def old_dumps() -> Iterable[Scenario]:
             dump = (f"kill -USR1 $(pidof {process}); sleep 0.3; touch -d '{pause} ago' /tmp/{process}.log; "
                     f"kill -STOP $(pidof {process})")
             yield Scenario(f"{process} is stopped, with a dump of {pause} ago in /tmp", truth, prepare=dump)
-    yield Scenario("netfp_proxy died in two real seconds after a run",
-                   always({"ti/netfp_proxy": harm("stale", LEFT_OVER)}),
-                   prepare="korvel dump 2> /dev/null; sleep 2; " + kill("netfp_proxy"), kinds=LINUX_KINDS)
+    for process in PROCESSES:
+        yield Scenario(f"{process} died in two real seconds after a run",
+                       always({f"ti/{process}": harm("stale", LEFT_OVER)}),
+                       prepare="korvel dump 2> /dev/null; sleep 2; " + kill(process), kinds=LINUX_KINDS)
+        yield Scenario(f"{process} died right after a run",
+                       always({f"ti/{process}": harm("stale", LEFT_OVER, OLDER_THAN_ITS_RUN)}),
+                       prepare="korvel dump 2> /dev/null; " + kill(process), kinds=LINUX_KINDS)
 
 
 def old_state_files() -> Iterable[Scenario]:
