@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <set>
 
-#include "Content.hpp"
 #include "RunReport.hpp"
 
 namespace Report {
@@ -110,7 +109,7 @@ std::vector<ExpectedPart> expectedParts(const Package& package, const Expectatio
 bool countsIfThere(const Part& part, const PartPlace& place) {
     return !part.member.empty() &&
            (place.collector == Collector::archive || place.collector == Collector::postMortem ||
-            (place.collector == Collector::linuxLogs && isNeverEmpty(place)));
+            place.collector == Collector::linuxLogs);
 }
 
 }  // namespace Report

@@ -22,8 +22,8 @@ bool hasFolder(const Package& package, std::string_view folder);
 /// "linux" if its kind has Linux logs and it has no folder that can hold them.
 std::vector<ExpectedPart> expectedParts(const Package& package, const Expectation& expectation);
 
-/// Whether a part that is in the package counts, although it need not be there: Linux logs that are never
-/// empty, the post-mortem copy and the files of the archive.
+/// Whether a part that is in the package counts, although it need not be there: the Linux logs, the
+/// post-mortem copy and the files of the archive. The platform decides which Linux logs there are.
 bool countsIfThere(const Part& part, const PartPlace& place);
 
 }  // namespace Report

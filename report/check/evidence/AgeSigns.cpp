@@ -9,8 +9,8 @@
 namespace Report {
 namespace {
 
-// Between two files, korvel waits up to a second for each dump, and does not wait for others. Times in a package
-// are whole seconds, and a busy board adds some.
+// Between two files, korvel waits up to a second for each dump, and does not wait for others. Times in a
+// package are whole seconds, and a busy board adds some.
 constexpr std::chrono::seconds longestWait{1};
 constexpr std::chrono::seconds roundedTime{1};
 constexpr std::chrono::seconds timeOfBusyBoard{2};

@@ -104,7 +104,8 @@ State stateOfContent(const Part& part, const PartPlace& place) {
         return stateOfDump(part, place);
     }
     const bool full = place.isSharedLog() && isSharedLogFull(part);
-    if (endsAtPage(part) && !full && place.collector != Collector::unknown) {
+    const bool isText = !isLinuxLog(place) || !isBinary(part);
+    if (endsAtPage(part) && isText && !full && place.collector != Collector::unknown) {
         return State::cut;
     }
     return place.known != nullptr && isBinary(part) ? State::unreadable : State::present;

@@ -334,6 +334,161 @@ TEST(Judge, FindsStaleParts) {
     });
 }
 
+/// Adds a sidecar with these times. The parts of the fixture are of 14:13:20.
+void ranFrom(PackageFixture& fixture, const std::string& began, const std::string& ended) {
+    fixture.ran("korvel pkg-sup", "");
+    fixture.package.sidecar->keys.insert(
+        {{"began", "2026-09-21T" + began + "Z"}, {"ended", "2026-09-21T" + ended + "Z"}});
+}
+
+TEST(Judge, CallsPartsFromBeforeTheBeginOfTheRunStale) {
+    judgeAll({
+        {"all parts are of the second in which the run began",
+         [](PackageFixture& fixture) { ranFrom(fixture, "14:13:20", "14:13:25"); }, "whole\n"},
+        {"a part is a second older",
+         [](PackageFixture& fixture) {
+             ranFrom(fixture, "14:13:20", "14:13:25");
+             fixture.age("ti/netfp_proxy", 1);
+             fixture.age("fuse/iwf/dmaStats", 1);
+         },
+         "fuse/iwf/dmaStats: stale, likely: left over from an earlier run: the work directory is never "
+         "emptied\n"
+         "ti/netfp_proxy: stale, likely: left over from an earlier run: netfp_proxy wrote no new "
+         "dump\nincomplete\n"},
+        {"the clock was set back during the run",
+         [](PackageFixture& fixture) { ranFrom(fixture, "14:13:30", "14:13:25"); }, "whole\n"},
+        {"a Linux log has the time of its source",
+         [](PackageFixture& fixture) {
+             ranFrom(fixture, "14:13:20", "14:13:25");
+             fixture.age("linux/mounts", 100);
+         },
+         "whole\n"},
+        {"all Linux logs are older",
+         [](PackageFixture& fixture) {
+             ranFrom(fixture, "14:13:20", "14:13:25");
+             for (const char* const name : {"linux/mounts", "linux/processes", "linux/system"}) {
+                 fixture.age(name, 1);
+             }
+         },
+         "linux/processes: stale, likely: left over from an earlier run: the work directory is never "
+         "emptied\n"
+         "linux/mounts: stale, likely: left over from an earlier run: the work directory is never emptied\n"
+         "linux/system: stale, likely: left over from an earlier run: the work directory is never "
+         "emptied\nincomplete\n"},
+        {"the archive and nested packages have no age",
+         [](PackageFixture& fixture) {
+             ranFrom(fixture, "14:13:20", "14:13:25");
+             fixture.write("archive/dispatcher/startup", "x\n");
+             fixture.write("netfp_logs_post_mortem", "x");
+             fixture.age("archive/dispatcher/startup", 10);
+             fixture.age("netfp_logs_post_mortem", 10);
+         },
+         "whole\n"},
+    });
+}
+
+TEST(Judge, CallsAnOlderDumpOfAnEndedProcessStale) {
+    const std::string stale =
+        "ti/netfp_proxy: stale, likely: left over from an earlier run: netfp_proxy was not running\n"
+        "incomplete\n";
+    judgeAll({
+        {"the next dump came later than it should",
+         [](PackageFixture& fixture) {
+             fixture.kill("netfp_proxy");
+             fixture.age("ti/netfp_proxy", 2);
+         },
+         stale},
+        {"the next dump came a second later: the process may have ended after its dump",
+         [](PackageFixture& fixture) {
+             fixture.kill("netfp_proxy");
+             fixture.age("ti/netfp_proxy", 1);
+         },
+         "whole\n"},
+        {"the process runs", [](PackageFixture& fixture) { fixture.age("ti/netfp_proxy", 2); }, "whole\n"},
+        {"a dump that this run wrote before it is newer",
+         [](PackageFixture& fixture) {
+             fixture.kill("resmgr_server");
+             fixture.age("ti/resmgr_server", 1);
+         },
+         "ti/resmgr_server: stale, likely: left over from an earlier run: resmgr_server was not running\n"
+         "incomplete\n"},
+        {"no known process is in the listing: this board has other names",
+         [](PackageFixture& fixture) {
+             fixture.write("linux/processes", "  PID COMMAND\n  301 proxyd\n");
+             fixture.age("ti/netfp_proxy", 2);
+         },
+         "whole\n"},
+        {"the sidecar shows that the run wrote the dump",
+         [](PackageFixture& fixture) {
+             fixture.kill("netfp_proxy");
+             fixture.age("ti/netfp_proxy", 2);
+             ranFrom(fixture, "14:13:17", "14:13:25");
+         },
+         "whole\n"},
+    });
+}
+
+/// The evidence of a part after judging, a line for each.
+std::string evidenceOf(const PackageFixture& fixture, const std::string& name) {
+    PackageFixture judged = fixture;
+    judge(judged.package, {});
+    std::string lines;
+    for (const Evidence& evidence : judged.part(name).evidence) {
+        lines += evidence.source + ": " + evidence.text + "\n";
+    }
+    return lines;
+}
+
+TEST(Judge, HasEvidenceAboutPresentPartsThatPerhapsAreOld) {
+    const struct {
+        const char* sentence;
+        const char* part;
+        std::function<void(PackageFixture&)> change;
+        std::string evidence;
+    } cases[] = {
+        {"the next dump came soon enough for a busy board", "ti/netfp_proxy",
+         [](PackageFixture& fixture) { fixture.age("ti/netfp_proxy", 4); }, ""},
+        {"the next dump came much later", "ti/netfp_proxy",
+         [](PackageFixture& fixture) { fixture.age("ti/netfp_proxy", 5); },
+         "ti/netfp_proxy: written at 2026-09-21 14:13:15 UTC, but ti/netfp_server at 2026-09-21 14:13:20 "
+         "UTC\n"},
+        {"korvel may have waited for the missing dumps", "ti/netfp_proxy",
+         [](PackageFixture& fixture) {
+             fixture.remove("ti/netfp_server");
+             fixture.remove("ti/netfp_master");
+             fixture.age("ti/netfp_proxy", 6);
+         },
+         ""},
+        {"a file that the run writes before it is newer", "fuse/sfn/dmaStats",
+         [](PackageFixture& fixture) { fixture.age("fuse/sfn/dmaStats", 1); },
+         "fuse/sfn/dmaStats: written at 2026-09-21 14:13:19 UTC, but fuse/sfn/dispatcherCpu at 2026-09-21 "
+         "14:13:20 "
+         "UTC\n"},
+        {"the sidecar shows that this run wrote it", "ti/netfp_proxy",
+         [](PackageFixture& fixture) {
+             fixture.age("ti/netfp_proxy", 9);
+             ranFrom(fixture, "14:13:10", "14:13:25");
+         },
+         ""},
+        {"the process had ended", "ti/netfp_proxy",
+         [](PackageFixture& fixture) { fixture.kill("netfp_proxy"); },
+         "linux/processes: no process netfp_proxy among 7\n"},
+        {"a part from before the run is stale", "ti/netfp_proxy",
+         [](PackageFixture& fixture) {
+             fixture.age("ti/netfp_proxy", 1);
+             fixture.kill("netfp_proxy");
+             ranFrom(fixture, "14:13:20", "14:13:25");
+         },
+         "linux/processes: no process netfp_proxy among 7\nsidecar: began: 2026-09-21T14:13:20Z\n"},
+    };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.sentence);
+        PackageFixture fixture;
+        row.change(fixture);
+        EXPECT_EQ(evidenceOf(fixture, row.part), row.evidence);
+    }
+}
+
 /// Empties the parts that korvel writes after /tmp is full, from the replies of `dispatcher` on.
 void fillDisk(PackageFixture& fixture, const std::string& dispatcher) {
     silence(fixture, dispatcher);
@@ -439,6 +594,15 @@ TEST(Judge, TakesTheMessagesOfTheRunAsFacts) {
                          "Error while writing /tmp/korvel/mmi/sfn/HeapStats.log: No space left on device\n");
          },
          "mmi/sfn/HeapStats: empty, certain: no room was left in /tmp\nincomplete\n"},
+        {"no room for a dump, as for other files",
+         [](PackageFixture& fixture) {
+             fixture.write("ti/resmgr_server", "");
+             fixture.write("mmi/sfn/HeapStats", "");
+             fixture.ran("korvel pkg-sup",
+                         "Error while writing /tmp/korvel/mmi/sfn/HeapStats.log: No space left on device\n");
+         },
+         "mmi/sfn/HeapStats: empty, certain: no room was left in /tmp\n"
+         "ti/resmgr_server: empty, likely: no room was left in /tmp\nincomplete\n"},
         {"a file that was written in part looks present without the message",
          [](PackageFixture& fixture) {
              fixture.ran("korvel pkg-sup",
@@ -571,6 +735,20 @@ TEST(Judge, WantsLinuxLogsByTheKindOfThePackage) {
                            "have this command\nincomplete\n"
                          : "whole\n");
     }
+}
+
+TEST(Judge, CountsTheLinuxLogsThatAreThere) {
+    judgeAll({
+        {"a log of any name is cut at a page",
+         [](PackageFixture& fixture) { fixture.writeLarge("linux/messages", 4096, 'x'); },
+         "linux/messages: cut, likely: no room was left in /tmp\nincomplete\n"},
+        {"it is no text, so its end shows nothing",
+         [](PackageFixture& fixture) {
+             fixture.writeLarge("linux/memory", 4096, 'x');
+             fixture.part("linux/memory").invalidBytes = 2000;
+         },
+         "whole\n"},
+    });
 }
 
 TEST(Judge, ExpectsWhatTheCoverageKeywordsNameInstead) {
@@ -706,14 +884,8 @@ TEST(Judge, NamesTheEvidenceOfTheListingTheLogsAndTheRun) {
         "NetfpProxy: NOT_RECEIVED\n2026-09-21T14:13:19.000000Z 3 iwf_dispatcher: busy\n");
     fixture.write("linux/system", "<11>kernel: netfp_proxy[303]: segfault at 0\n");
 
-    judge(fixture.package, {});
-
-    std::string lines;
-    for (const Evidence& evidence : fixture.part("ti/netfp_proxy").evidence) {
-        lines += evidence.source + ": " + evidence.text + "\n";
-    }
     EXPECT_EQ(
-        lines,
+        evidenceOf(fixture, "ti/netfp_proxy"),
         "linux/processes: no process netfp_proxy among 7\n"
         "fuse/HistoryLog: 2026-09-21T14:13:18.000000Z 0 Supervision: Heartbeat status: IWF Dispatcher:OK SFN "
         "Dispatcher:OK NetfpProxy: NOT_RECEIVED\n"

@@ -419,6 +419,28 @@ TEST(RuleSet, FindsFactsAboutAPackage) {
         "  sidecar: Permission problems\n");
 }
 
+TEST(RuleSet, FindsPartsAndFoldersThatPerhapsAreLeftOver) {
+    PackageFixture fixture;
+    fixture.age("fuse/sfn/dmaStats", 10);
+    for (Part& part : fixture.package.parts) {
+        if (part.name.starts_with("mmi/")) {
+            fixture.age(part.name, 10);
+        }
+    }
+    fixture.kill("netfp_master");
+
+    EXPECT_EQ(applied(RuleSet(), fixture),
+              "warning old-collector in '', 1:\n"
+              "  mmi: written at 2026-09-21 14:13:10 UTC, the newest part at 2026-09-21 14:13:20 UTC\n"
+              "warning perhaps-left-over in 'fuse/sfn/dmaStats', 1:\n"
+              "  fuse/sfn/dmaStats: written at 2026-09-21 14:13:10 UTC, but fuse/sfn/dispatcherCpu at "
+              "2026-09-21 14:13:20 "
+              "UTC\n"
+              "warning perhaps-left-over in 'ti/netfp_master', 1:\n"
+              "  linux/processes: no process netfp_master among 7\n"
+              "note sidecar-absent in '', 1:\n");
+}
+
 TEST(RuleSet, FindsWhatIsWrongWithTheArchiveItself) {
     PackageFixture fixture;
     fixture.package.end = {Integrity::cut, "the compressed data end early", {}};

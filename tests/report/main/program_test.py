@@ -34,13 +34,10 @@ Sidecar  none: what korvel complained of is unknown
 Present
   fuse            HistoryLog
   fuse/{{iwf,sfn}}  dispatcherCpu dmaStats tracing_on
-  linux           cmdline interfaces mounts processes uptime
+  linux           cmdline interfaces mounts processes system uptime
   mmi/{{iwf,sfn}}   HeapStats ReassemblyCounters SocketSvcCounters SocketSvcInfo
   ti              netfp_master netfp_proxy netfp_server resmgr_server
                   syslib_sm_log
-
-Present, but not required
-  linux  system
 """, ""))
 
     def test_exits_with_the_highest_status_of_all_packages(self) -> None:

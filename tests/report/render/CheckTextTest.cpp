@@ -87,6 +87,26 @@ used.)");
 )");
 }
 
+TEST(CheckText, ListsPresentPartsWithEvidenceThatTheyAreOldApart) {
+    Package package = wholePackage();
+    partOf(package, "ti/netfp_proxy").evidence = {{"ti/netfp_proxy", "written at noon"}};
+    partOf(package, "archive/dispatcher/runtime").evidence = {{"ti/netfp_proxy", "written at noon"}};
+
+    const std::string text = check(package);
+
+    EXPECT_EQ(text.substr(text.find("Perhaps")), R"(Perhaps left over from an earlier run
+  archive/dispatcher  runtime
+  ti                  netfp_proxy
+
+Present
+  fuse            HistoryLog
+  fuse/{iwf,sfn}  dispatcherCpu dmaStats tracing_on
+  linux           cmdline processes uptime
+  mmi/{iwf,sfn}   HeapStats ReassemblyCounters SocketSvcCounters SocketSvcInfo
+  ti              netfp_master netfp_server resmgr_server syslib_sm_log
+)");
+}
+
 TEST(CheckText, OfACutPackageGivesTheReasonAndTheLikelyCause) {
     Package package = wholePackage();
     package.verdict = Verdict::cut;
