@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <functional>
 #include <numeric>
 #include <ostream>
 
@@ -146,7 +145,8 @@ std::vector<const KeptEntry*> excerptOf(const std::vector<KeptEntry>& entries, s
         newest.push_back(&kept);
     }
     std::ranges::reverse(newest);
-    std::stable_partition(newest.begin(), newest.end(), std::mem_fn(&KeptEntry::isUrgent));
+    std::stable_partition(newest.begin(), newest.end(),
+                          [](const KeptEntry* kept) { return isUrgent(kept->entry); });
     newest.resize(std::min(newest.size(), most));
     std::ranges::sort(newest);  // in the order of the entries, which is that of their addresses
     return newest;

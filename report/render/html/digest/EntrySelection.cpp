@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -17,38 +16,29 @@ constexpr std::size_t longestEntry = 2000;  // bytes of its text
 constexpr std::size_t overhead = 32;        // bytes of an entry on the page besides its text
 constexpr std::size_t mostPerLog = 2000;    // bytes that each log is sure of: about 20 entries
 
-std::size_t sizeOf(const KeptEntry& kept) {
-    return kept.entry.text.size() + overhead;
-}
+}  // namespace
 
-/// Whether an entry is to be kept before another.
-bool isBefore(const KeptEntry& a, const KeptEntry& b) {
-    const auto rank = [](const KeptEntry& kept) {
-        return std::tuple{kept.isUrgent(), kept.entry.time, kept.sequence};
-    };
-    return rank(a) > rank(b);
-}
-
-bool isOlder(const KeptEntry& a, const KeptEntry& b) {
-    return std::tie(a.entry.time, a.sequence) < std::tie(b.entry.time, b.sequence);
+bool isUrgent(const LogEntry& entry) {
+    return entry.level && *entry.level <= Level::warning;
 }
 
 /// Joins the entries that several logs contain. A log may also repeat an entry: its second copy is joined
 /// with the second copy of the other logs.
-class Merger {
+class EntrySelection::Merger {
 public:
-    void add(KeptEntry kept) {
-        if (merged.empty() || merged.back().entry.time != kept.entry.time) {
+    void add(Candidate&& candidate) {
+        LogEntry& entry = candidate.entry;
+        if (merged.empty() || merged.back().entry.time != entry.time) {
             copies.clear();
             places.clear();
         }
-        const Text text{kept.entry.level, kept.entry.tag, kept.entry.text};
-        const std::size_t copy = copies[{text, kept.logs.front()}]++;
+        const Text text{entry.level, entry.tag, entry.text};
+        const std::size_t copy = copies[{text, candidate.log}]++;
         const auto [place, added] = places.emplace(std::pair{text, copy}, merged.size());
-        if (added || !kept.entry.time) {
-            merged.push_back(std::move(kept));
+        if (added || !entry.time) {
+            merged.push_back({std::move(entry), {candidate.log}, candidate.leftOut});
         } else {
-            merged[place->second].logs.push_back(kept.logs.front());
+            merged[place->second].logs.push_back(candidate.log);
         }
     }
 
@@ -63,22 +53,28 @@ private:
     std::map<std::pair<Text, std::size_t>, std::size_t> places;    ///< in `merged`, of each copy
 };
 
-}  // namespace
+std::size_t EntrySelection::Candidate::size() const {
+    return entry.text.size() + overhead;
+}
+
+EntrySelection::Rank EntrySelection::rankOf(const Candidate& candidate) {
+    return {isUrgent(candidate.entry), candidate.entry.time, candidate.sequence};
+}
 
 EntrySelection::EntrySelection(std::size_t bytes, std::size_t logs)
     : mostBytes(bytes), surePerLog(std::min(mostPerLog, bytes / 2 / std::max<std::size_t>(logs, 1))) {
 }
 
 void EntrySelection::add(const LogEntry& entry) {
-    KeptEntry kept{entry, {log}, sequence++, 0};
+    Candidate candidate{entry, log, sequence++, 0};
     if (entry.text.size() > longestEntry) {
-        kept.entry.text = shortened(entry.text, longestEntry);
-        kept.leftOut = entry.text.size() - longestEntry;
+        candidate.entry.text = shortened(entry.text, longestEntry);
+        candidate.leftOut = entry.text.size() - longestEntry;
     }
-    lastBytes += sizeOf(kept);
-    last.push_back(std::move(kept));
+    lastBytes += candidate.size();
+    last.push_back(std::move(candidate));
     while (lastBytes > surePerLog && !last.empty()) {
-        lastBytes -= sizeOf(last.front());
+        lastBytes -= last.front().size();
         offer(std::move(last.front()));
         last.pop_front();
     }
@@ -92,9 +88,12 @@ void EntrySelection::endLog() {
 }
 
 /// Trimming needs time in proportion to what is kept, so it waits until there is twice as much.
-void EntrySelection::offer(KeptEntry entry) {
-    otherBytes += sizeOf(entry);
-    others.push_back(std::move(entry));
+void EntrySelection::offer(Candidate&& candidate) {
+    if (lowest && rankOf(candidate) < *lowest) {
+        return;
+    }
+    otherBytes += candidate.size();
+    others.push_back(std::move(candidate));
     if (otherBytes > 2 * mostBytes) {
         trim(mostBytes);
     }
@@ -104,25 +103,37 @@ void EntrySelection::trim(std::size_t bytes) {
     if (otherBytes <= bytes) {
         return;
     }
-    std::ranges::sort(others, isBefore);
+    std::vector<std::pair<Rank, std::size_t>>
+        ranks;  // with places in `others`: cheaper to sort than candidates
+    for (const Candidate& candidate : others) {
+        ranks.emplace_back(rankOf(candidate), ranks.size());
+    }
+    std::ranges::sort(ranks, std::ranges::greater{});
+    std::vector<Candidate> kept;
     otherBytes = 0;
-    const auto end = std::ranges::find_if(others, [&](const KeptEntry& kept) {
-        otherBytes += sizeOf(kept);
-        return otherBytes > bytes;
-    });
-    otherBytes -= end == others.end() ? 0 : sizeOf(*end);
-    others.erase(end, others.end());
+    for (const auto& [rank, place] : ranks) {
+        Candidate& candidate = others[place];
+        if (otherBytes + candidate.size() > bytes) {
+            lowest = rank;
+            break;
+        }
+        otherBytes += candidate.size();
+        kept.push_back(std::move(candidate));
+    }
+    others = std::move(kept);
 }
 
 std::vector<KeptEntry> EntrySelection::take() {
     trim(mostBytes - std::min(mostBytes, sureBytes));
-    std::vector<KeptEntry> all = std::move(sure);
+    std::vector<Candidate> all = std::move(sure);
     std::ranges::move(others, std::back_inserter(all));
     others.clear();
-    std::ranges::sort(all, isOlder);
+    std::ranges::sort(all, {}, [](const Candidate& candidate) {
+        return std::pair{candidate.entry.time, candidate.sequence};
+    });
     Merger merger;
-    for (KeptEntry& kept : all) {
-        merger.add(std::move(kept));
+    for (Candidate& candidate : all) {
+        merger.add(std::move(candidate));
     }
     return merger.take();
 }

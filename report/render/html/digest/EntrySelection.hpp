@@ -1,8 +1,10 @@
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <vector>
 
 #include "LogEntry.hpp"
@@ -13,11 +15,11 @@ namespace Report::Html {
 struct KeptEntry {
     LogEntry entry;
     std::vector<std::uint32_t> logs;  ///< the logs that contain it, by number; usually one
-    std::uint64_t sequence = 0;       ///< its place among all entries of all logs
     std::size_t leftOut = 0;          ///< bytes of its text that are left out
-
-    bool isUrgent() const { return entry.level && *entry.level <= Level::warning; }
 };
+
+/// Whether an entry is an error or a warning.
+bool isUrgent(const LogEntry& entry);
 
 /// Chooses the entries of a page in one pass over all logs, in memory that does not depend on their number:
 /// the last entries of each log, then errors and warnings, then all others, newest first.
@@ -35,19 +37,41 @@ public:
     std::vector<KeptEntry> take();
 
 private:
-    void offer(KeptEntry entry);
+    struct Candidate {
+        LogEntry entry;
+        std::uint32_t log = 0;
+        std::uint64_t sequence = 0;  ///< its place among all entries of all logs
+        std::size_t leftOut = 0;
+
+        std::size_t size() const;
+    };
+
+    /// What decides whether a candidate is kept: the greater one is kept longer.
+    struct Rank {
+        bool urgent = false;
+        std::optional<Time> time;
+        std::uint64_t sequence = 0;
+
+        auto operator<=>(const Rank&) const = default;
+    };
+
+    class Merger;
+
+    static Rank rankOf(const Candidate& candidate);
+    void offer(Candidate&& candidate);
     void trim(std::size_t bytes);
 
     std::size_t mostBytes;
     std::size_t surePerLog;  ///< bytes of the last entries of each log
     std::uint32_t log = 0;
     std::uint64_t sequence = 0;
-    std::deque<KeptEntry> last;  ///< of this log
+    std::deque<Candidate> last;  ///< of this log
     std::size_t lastBytes = 0;
-    std::vector<KeptEntry> sure;  ///< the last entries of earlier logs
+    std::vector<Candidate> sure;  ///< the last entries of earlier logs
     std::size_t sureBytes = 0;
-    std::vector<KeptEntry> others;
+    std::vector<Candidate> others;
     std::size_t otherBytes = 0;
+    std::optional<Rank> lowest;  ///< candidates below it are not kept
 };
 
 }  // namespace Report::Html
