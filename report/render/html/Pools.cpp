@@ -39,7 +39,7 @@ std::string remarkOf(const Pool& pool) {
     return text;
 }
 
-/// Where the line of the highest use stands in the bar. Empty if no value tells it.
+/// The place of the line for the highest use in the bar. Empty if no value tells it.
 std::string markOf(const Pool& pool) {
     if (pool.all == 0 || !pool.addsUp || (!pool.highest && !pool.lowest)) {
         return {};

@@ -33,7 +33,7 @@ struct Trend {
     std::size_t leftOut = 0;       ///< values that changed and are not in `plots`
 };
 
-/// The trend of each board of which there are several packages with a known time.
+/// The trend of each board that has several packages with a known time.
 std::vector<Trend> trendsOf(const std::vector<View>& views, const RuleSet& rules);
 
 /// The identifier of the section of a trend. Numbers begin at 1.

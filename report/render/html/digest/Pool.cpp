@@ -16,7 +16,7 @@ struct RoleWord {
     Role role;
 };
 
-// Longer endings stand before endings that they contain.
+// A longer ending comes before an ending that it contains.
 constexpr std::array roleWords{
     RoleWord{"in use highest", Role::highest},
     RoleWord{"used highest", Role::highest},

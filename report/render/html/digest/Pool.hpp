@@ -9,7 +9,7 @@
 
 namespace Report::Html {
 
-/// Something of which some is in use and the rest is free, such as a heap, by the values of one part.
+/// A supply that is partly in use and partly free, such as a heap, by the values of one part.
 struct Pool {
     std::string part;
     std::string name;
