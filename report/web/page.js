@@ -155,7 +155,7 @@
       box.addEventListener("scroll", () => this.draw(false), { passive: true });
       box.addEventListener("keydown", (event) => this.press(event));
       box.addEventListener("click", (event) => this.click(event));
-      new ResizeObserver(() => this.draw(true)).observe(box);
+      new ResizeObserver(() => this.resize()).observe(box);
     }
 
     /* Shows other entries, and scrolls to their end: the newest entry says most. */
@@ -173,9 +173,22 @@
     }
 
     measure() {
-      const row = make("tr", {}, make("td", { textContent: "x" }));
+      const row = make("tr", {}, ...Array.from({ length: 4 }, () => make("td", { textContent: "x" })));
       this.body.replaceChildren(row);
       return row.getBoundingClientRect().height || 24;
+    }
+
+    /* On a narrow screen, rows are higher. */
+    resize() {
+      if (!this.rowHeight || this.box.clientWidth === this.width) {
+        this.draw(true);
+        return;
+      }
+      const row = this.box.scrollTop / this.rowHeight;
+      this.width = this.box.clientWidth;
+      this.rowHeight = this.measure();
+      this.draw(true);
+      this.box.scrollTop = row * this.rowHeight;
     }
 
     draw(always) {
@@ -418,6 +431,7 @@
         return make("span", { className: `line-${number}`, textContent: text });
       }), index === times.length - 1 ? "" : ` \u00b7 ${timeText(times[index] * 1e6, 19)}`);
     };
+    const whole = plot.lines.every((line) => line.numbers.every((value) => value === null || Number.isInteger(value)));
     const box = make("div");
     box.setAttribute("role", "img");
     box.setAttribute("aria-label", `${plot.part}, ${plot.name} over time. The table below has the values.`);
@@ -429,7 +443,8 @@
       cursor: { y: false, drag: { setScale: false } },
       tzDate: (seconds) => uPlot.tzDate(new Date(seconds * 1000), "Etc/UTC"),
       scales: { y: { range: (_, low, high) => (low === high ? [low - 1, high + 1] : uPlot.rangeNum(low, high, 0.1, true)) } },
-      axes: [{ ...axis, size: 48, space: 70, values: timeTicks }, { ...axis, size: 62, values: (_, ticks) => ticks.map((tick) => shortNumber(tick)) }],
+      padding: [8, 32, 0, 0],  // the last time is written beyond the end of the axis
+      axes: [{ ...axis, size: 48, space: 70, values: timeTicks }, { ...axis, size: 62, ...(whole ? { incrs: wholeSteps } : {}), values: (_, ticks) => ticks.map((tick) => shortNumber(tick)) }],
       series: [{}, ...plot.lines.map((line, number) => ({ ...strokes[number % 2], spanGaps: true, points: { show: true, size: 5, fill: strokes[number % 2].stroke } }))],
       hooks: { setCursor: [(self) => numbers(self.cursor.idx ?? times.length - 1)] },
     }, [times, ...plot.lines.map((line) => line.numbers)], box);
@@ -440,6 +455,7 @@
   /* How the plotting library writes times: the step in seconds, the text, and the text on a new day. */
   const timeTicks = [[86400, "{YYYY}-{MM}-{DD}"], [60, "{HH}:{mm}"], [1, "{HH}:{mm}:{ss}"], [0.001, "{HH}:{mm}:{ss}.{fff}"]]
     .map(([step, text]) => [step, text, null, null, step < 86400 ? `${text}\n{YYYY}-{MM}-{DD}` : null, null, null, null, 0]);
+  const wholeSteps = Array.from({ length: 48 }, (_, index) => [1, 2, 5][index % 3] * 10 ** Math.floor(index / 3));
   const short = new Intl.NumberFormat("en", { notation: "compact", maximumFractionDigits: 2 });
   const shortNumber = (number) => short.format(number);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "Package.hpp"
@@ -7,7 +8,7 @@
 
 namespace Report::Html {
 
-/// Sets what the partial template "evidence" needs.
-void setEvidence(Fields& fields, const std::vector<Evidence>& evidence);
+/// Sets what the partial template "evidence" needs. A line whose source is `known` does not name it again.
+void setEvidence(Fields& fields, const std::vector<Evidence>& evidence, std::string_view known = {});
 
 }  // namespace Report::Html

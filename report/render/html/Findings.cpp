@@ -19,7 +19,7 @@ Fields findingRow(const View& view, const Finding& finding) {
         .set("target", textIdOf(view, finding.part))
         .set("times", finding.count > 1 ? counted(finding.count, "time") + ", " : std::string{})
         .set("rule", shortened(finding.rule, longest));
-    setEvidence(row, finding.evidence);
+    setEvidence(row, finding.evidence, finding.part);
     return row;
 }
 
@@ -40,9 +40,8 @@ void writeFindings(std::ostream& out, const View& view) {
     Rows groups;
     for (auto& [severity, rows] : bySeverity) {
         groups.push_back(Fields{}
-                             .set("severity", nameOf(severity))
+                             .set("heading", counted(counts[severity], nameOf(severity)))
                              .set("tone", toneOf(severity))
-                             .set("count", grouped(counts[severity]))
                              .set("findings", std::move(rows)));
     }
     const bool none = groups.empty();

@@ -146,7 +146,7 @@ Rows packageRows(const Page& page) {
                            .set("tone", toneOf(view->verdict))
                            .set("board", view->board ? shortened(*view->board, 100) : "unknown")
                            .set("time", timeText(view->time))
-                           .set("kind", keywordOf(view->kind))
+                           .set("kind", kindFact(*view.package))
                            .set("parts", partsFact(*view.package))
                            .set("errors", severe(Severity::error))
                            .set("warnings", severe(Severity::warning)));

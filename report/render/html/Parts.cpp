@@ -27,7 +27,7 @@ Fields partRow(const View& view, std::size_t index) {
     return row;
 }
 
-/// The rows of the table, in four groups, each in the order of the package.
+/// The rows of the table, in four groups, each in the order of the names.
 struct PartTable {
     std::vector<std::size_t> troubled;  ///< expected, and not present
     std::vector<std::size_t> present;   ///< expected
@@ -37,7 +37,7 @@ struct PartTable {
 
 PartTable sortedParts(const Package& package) {
     PartTable table;
-    for (std::size_t index = 0; index < package.parts.size(); ++index) {
+    for (const std::size_t index : partsByName(package)) {
         const Part& part = package.parts[index];
         if (!part.expected) {
             table.others.push_back(index);

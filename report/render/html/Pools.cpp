@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 
 #include "Phrases.hpp"
 #include "Pool.hpp"
@@ -70,8 +71,10 @@ Fields poolRow(const Pool& pool) {
 }  // namespace
 
 void writePools(std::ostream& out, const View& view) {
+    std::vector<Pool> pools = poolsOf(view->values);
+    std::ranges::stable_sort(pools, std::ranges::greater{}, shareInUse);
     Rows rows;
-    for (const Pool& pool : poolsOf(view->values)) {
+    for (const Pool& pool : pools) {
         if (rows.size() < view.allowance.rows) {
             rows.push_back(poolRow(pool));
         }

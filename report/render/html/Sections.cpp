@@ -35,6 +35,15 @@ std::string findingsFact(const Package& package) {
     return text.empty() ? "none" : text;
 }
 
+/// What identifies the file of a package. A package inside another one has no file of its own.
+Rows fileFactsOf(const Package& package) {
+    if (package.sha256.empty()) {
+        return {};
+    }
+    return {fact("Path", shortened(package.source, 500)), fact("Size", sizeText(package.size)),
+            fact("SHA-256", package.sha256)};
+}
+
 Fields link(const View& view, const char* section, const char* text, std::size_t count,
             std::string_view tone = "calm") {
     return Fields{}
@@ -58,30 +67,32 @@ std::string partsFact(const Package& package) {
     return grouped(static_cast<std::uint64_t>(present)) + " of " + grouped(expected);
 }
 
+std::string kindFact(const Package& package) {
+    const std::string_view kind = keywordOf(package.kind);
+    return kind.empty() ? "unknown" : std::string{kind};
+}
+
 Fields fact(std::string term, std::string text) {
     return Fields{}.set("term", std::move(term)).set("text", std::move(text));
 }
 
 Fields headlineOf(const View& view, Rows moreFacts) {
     const Package& package = *view.package;
-    const std::string_view kind = keywordOf(package.kind);
     Rows facts{fact("Board", package.board ? shortened(*package.board, 200) : "unknown"),
-               fact("Time", timeFact(package)), fact("Kind", kind.empty() ? "unknown" : std::string{kind}),
+               fact("Time", timeFact(package)), fact("Kind", kindFact(package)),
                fact("Parts present", partsFact(package)), fact("Findings", findingsFact(package))};
     std::ranges::move(moreFacts, std::back_inserter(facts));
     facts.push_back(fact("Zone of local times", zoneFact(package)));
-    if (!package.sha256.empty()) {
-        facts.push_back(fact("File", shortened(package.source, 500)));
-        facts.push_back(fact("Size", sizeText(package.size)));
-        facts.push_back(fact("SHA-256", package.sha256));
-    }
+    Rows fileFacts = fileFactsOf(package);
     Fields fields;
     fields.set("verdict", nameOf(package.verdict))
         .set("tone", toneOf(package.verdict))
         .set("sentence", shortened(meaningOf(package), 1000))
         .set("cause", shortened(package.cause, 1000))
         .set("certainty", package.certainty ? nameOf(*package.certainty) : std::string_view{})
-        .set("facts", std::move(facts));
+        .set("facts", std::move(facts))
+        .set("hasFileFacts", !fileFacts.empty())
+        .set("fileFacts", std::move(fileFacts));
     setEvidence(fields, package.evidence);
     return fields;
 }

@@ -16,6 +16,9 @@ Fields headlineOf(const View& view, Rows moreFacts = {});
 /// How many of the expected parts are present: "22 of 23".
 std::string partsFact(const Package& package);
 
+/// The kind of a package, such as "pkg-sup", or "unknown".
+std::string kindFact(const Package& package);
+
 /// A row of the list of facts.
 Fields fact(std::string term, std::string text);
 

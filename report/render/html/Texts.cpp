@@ -120,7 +120,7 @@ void writeTexts(std::ostream& out, const View& view, std::uint64_t most) {
              .set("note", cut ? "Of each long text, this page holds the first and the last " +
                                     sizeText(most / 2) + "."
                               : std::string{}));
-    for (std::size_t index = 0; index < parts.size(); ++index) {
+    for (const std::size_t index : partsByName(*view.package)) {
         if (hasText(parts[index])) {
             writeText(out, view, index, most);
         }

@@ -12,6 +12,8 @@
 namespace Report::Html {
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr std::size_t gapWidth = 4;  // columns of the picture
 
 struct Lane {
@@ -177,13 +179,49 @@ Rows levelRows() {
     return rows;
 }
 
+std::string millisecondText(const std::optional<Time>& time) {
+    constexpr std::size_t rest = 3;
+    std::string text = exactTimeText(time);
+    text.resize(text.size() - std::min(text.size(), rest));
+    return text;
+}
+
+/// The beginning and the end of a span of time. If it is short, they have milliseconds.
+struct Ends {
+    std::string first;
+    std::string last;
+};
+
+Ends endsOf(const Time& first, const Time& last) {
+    const auto text = spanBetween(first, last) < 10s ? millisecondText : timeText;
+    return {text(first), text(last)};
+}
+
+Ends endsOfPicture(const Timeline& timeline) {
+    const auto& columns = timeline.columns;
+    return columns.empty() ? Ends{} : endsOf(columns.front().begin, columns.back().end);
+}
+
+/// Nothing if no entry has a time.
+std::optional<Ends> endsOfEntries(const Timeline& timeline) {
+    std::vector<Time> times;
+    for (const TimelineLog& log : timeline.logs) {
+        if (log.first && log.last) {
+            times.insert(times.end(), {*log.first, *log.last});
+        }
+    }
+    if (times.empty()) {
+        return std::nullopt;
+    }
+    const auto [first, last] = std::ranges::minmax(times);
+    return endsOf(first, last);
+}
+
 std::string summaryOf(const Timeline& timeline) {
     std::string text =
         counted(timeline.all, "entry", "entries") + " in " + counted(timeline.logs.size(), "log");
-    if (!timeline.columns.empty()) {
-        const Time first = timeline.columns.front().begin;
-        const Time last = timeline.columns.back().end;
-        text += ", from " + timeText(first) + " to " + timeText(last) + " UTC";
+    if (const auto ends = endsOfEntries(timeline)) {
+        text += ", from " + ends->first + " to " + ends->last + " UTC";
     }
     return text + ". An entry that several logs contain is listed once.";
 }
@@ -203,30 +241,30 @@ void writeTimeline(std::ostream& out, const Timeline& timeline) {
     constexpr std::size_t mostRows = 200;
     constexpr std::size_t mostLogs = 500;
     const auto excerpt = excerptOf(timeline.entries, mostRows);
-    Rows gaps = gapRows(timeline);
-    fill(
-        out, "timeline",
-        Fields{}
-            .set("none", timeline.all == 0)
-            .set("any", timeline.all > 0)
-            .set("summary", summaryOf(timeline))
-            .set("cut", cutNote(timeline))
-            .set("lanes", laneRows(timeline))
-            .setList("gaps", std::move(gaps))
-            .set("first", timeline.columns.empty() ? std::string{} : timeText(timeline.columns.front().begin))
-            .set("last", timeline.columns.empty() ? std::string{} : timeText(timeline.columns.back().end))
-            .set("logCount", grouped(timeline.logs.size()))
-            .set("logs", logRows(timeline, mostLogs))
-            .set("logsLeftOut",
-                 leftOutNote(timeline.logs.size() - std::min(timeline.logs.size(), mostLogs), "log"))
-            .set("levels", levelRows())
-            .set("excerptNote",
-                 excerpt.size() == timeline.entries.size()
-                     ? std::string{}
-                     : "This table has " + counted(excerpt.size(), "entry", "entries") +
-                           ": errors and warnings first, then the newest. With JavaScript, the "
-                           "page shows all that it holds.")
-            .set("rows", excerptRows(timeline, excerpt)));
+    const Ends ends = endsOfPicture(timeline);
+    fill(out, "timeline",
+         Fields{}
+             .set("none", timeline.all == 0)
+             .set("any", timeline.all > 0)
+             .set("summary", summaryOf(timeline))
+             .set("cut", cutNote(timeline))
+             .set("lanes", laneRows(timeline))
+             .set("hasGaps", !gaps.empty())
+             .set("gapList", std::move(gaps))
+             .set("first", ends.first)
+             .set("last", ends.last)
+             .set("logCount", grouped(timeline.logs.size()))
+             .set("logs", logRows(timeline, mostLogs))
+             .set("logsLeftOut",
+                  leftOutNote(timeline.logs.size() - std::min(timeline.logs.size(), mostLogs), "log"))
+             .set("levels", levelRows())
+             .set("excerptNote",
+                  excerpt.size() == timeline.entries.size()
+                      ? std::string{}
+                      : "This table has " + counted(excerpt.size(), "entry", "entries") +
+                            ": errors and warnings first, then the newest. With JavaScript, the "
+                            "page shows all that it holds.")
+             .set("rows", excerptRows(timeline, excerpt)));
 }
 
 }  // namespace Report::Html

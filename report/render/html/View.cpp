@@ -1,6 +1,7 @@
 #include "View.hpp"
 
 #include <algorithm>
+#include <numeric>
 
 #include "MemberName.hpp"
 
@@ -71,6 +72,14 @@ std::vector<ValueTable> tablesOf(const View& view, const RuleSet& rules) {
     return valueTables(
         *view.package, [&](const Value& value) { return rules.names(value); },
         [](std::string_view) { return true; });
+}
+
+std::vector<std::size_t> partsByName(const Package& package) {
+    std::vector<std::size_t> places(package.parts.size());
+    std::iota(places.begin(), places.end(), std::size_t{0});
+    std::ranges::stable_sort(
+        places, {}, [&](std::size_t place) -> const std::string& { return package.parts[place].name; });
+    return places;
 }
 
 std::string textId(const View& view, std::size_t part) {

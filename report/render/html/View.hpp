@@ -50,6 +50,9 @@ void forEachView(const std::vector<View>& views, const Visit& visit) {
 /// The tables of a package's values.
 std::vector<ValueTable> tablesOf(const View& view, const RuleSet& rules);
 
+/// The places of a package's parts, in the order of their names.
+std::vector<std::size_t> partsByName(const Package& package);
+
 /// The identifier of the element with the text of a part.
 std::string textId(const View& view, std::size_t part);
 
