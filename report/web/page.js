@@ -187,8 +187,9 @@
       const row = this.box.scrollTop / this.rowHeight;
       this.width = this.box.clientWidth;
       this.rowHeight = this.measure();
-      this.draw(true);
+      this.draw(true);  // first, so that there is something to scroll over
       this.box.scrollTop = row * this.rowHeight;
+      this.draw(true);
     }
 
     draw(always) {

@@ -93,15 +93,20 @@ class Browser:
     def script(self, text: str, *arguments: Any) -> Any:
         return self.driver.execute_script(text, *arguments)
 
-    def show(self, page: Path, width: int = 1600, scheme: str = "light", javascript: bool = True) -> None:
+    def show(self, page: Path, width: int = 1600, height: int = 1000, scheme: str = "light",
+             javascript: bool = True) -> None:
         """Opens a page. What an earlier page logged is gone."""
-        self.command("Emulation.setDeviceMetricsOverride", width=width, height=1000, deviceScaleFactor=1, mobile=False)
+        self.use_size(width, height)
+        self.command("Emulation.setScrollbarsHidden", hidden=True)
         self.use_scheme(scheme)
         self.command("Emulation.setScriptExecutionDisabled", value=not javascript)
         self.driver.get("about:blank")
         self.console()
         self.driver.get_log("performance")
         self.driver.get(page.as_uri())
+
+    def use_size(self, width: int, height: int = 1000) -> None:
+        self.command("Emulation.setDeviceMetricsOverride", width=width, height=height, deviceScaleFactor=1, mobile=False)
 
     def use_scheme(self, scheme: str) -> None:
         self.command("Emulation.setEmulatedMedia", features=[{"name": "prefers-color-scheme", "value": scheme}])

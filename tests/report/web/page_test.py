@@ -4,7 +4,7 @@ import json
 import unittest
 
 from browser import WIDTHS, PageTest
-from sample_pages import HOSTILE, VISIBLE_ESCAPES, hostile_page, ordinary_page, page_of_neighbours
+from sample_pages import HOSTILE, VISIBLE_ESCAPES, hostile_page, ordinary_page, page_of_a_long_log, page_of_neighbours
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
@@ -20,6 +20,28 @@ PLACES = {
     "complaint": "[aria-label^='Standard error'] pre",
     "name that is not followed": "[id$=irregular] tbody th",
 }
+
+# How many pixels of each plot have the colour of its line.
+PIXELS_OF_LINES = """
+    const colour = getComputedStyle(document.documentElement).getPropertyValue('--calm-fill').trim();
+    const wanted = Number.parseInt(colour.slice(1), 16);
+    return [...document.querySelectorAll('.plot canvas')].map((canvas) => {
+        const bytes = canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height).data;
+        let count = 0;
+        for (let place = 0; place < bytes.length; place += 4)
+            count += bytes[place] * 65536 + bytes[place + 1] * 256 + bytes[place + 2] === wanted;
+        return count;
+    });
+"""
+
+ENTRY_AT = """
+    const box = document.querySelector('.entries');
+    box.scrollIntoView({behavior: 'instant'});
+    const {left, top, height} = box.getBoundingClientRect();
+    const below = box.querySelector('thead').offsetHeight + 2;
+    const y = top + below + arguments[0] * (height - below);
+    return document.elementFromPoint(left + 15, y)?.closest('tr')?.lastChild.innerText ?? null;
+"""
 
 FOCUSABLE = "a[href], summary, input, select, button, [tabindex='0']"
 
@@ -38,6 +60,11 @@ class PageInABrowserTest(PageTest):
         return self.browser.script(
             "return [...document.querySelectorAll(arguments[0])].filter((element) => element.checkVisibility())"
             ".map((element) => element.innerText)", selector)
+
+    def entry_in_view(self, place: float) -> str:
+        """The entry of the timeline at a place of its box: 0 is below the heading, 1 is the bottom."""
+        self.browser.next_frame()
+        return self.browser.script(ENTRY_AT, place)
 
     def element(self, selector: str):
         return self.browser.driver.find_element(By.CSS_SELECTOR, selector)
@@ -118,7 +145,7 @@ class PageInABrowserTest(PageTest):
     def test_shows_the_verdict_and_the_first_finding_on_the_first_screen(self) -> None:
         for width, height in ((360, 780), (1600, 900)):
             with self.subTest(width=width):
-                self.browser.show(self.ordinary, width)
+                self.browser.show(self.ordinary, width, height)
                 for selector in (".verdict", ".meaning"):
                     self.assertLess(self.browser.script(
                         "return document.querySelector(arguments[0]).getBoundingClientRect().bottom", selector), height)
@@ -151,6 +178,17 @@ class PageInABrowserTest(PageTest):
         self.element(".timeline [type=reset]").send_keys(Keys.ENTER)
         self.wait_for_count("3 of 3 entries")
 
+    def test_shows_the_entries_in_view_wherever_one_scrolls_and_after_the_width_changes(self) -> None:
+        self.browser.show(page_of_a_long_log(self.folder))
+        self.browser.open_everything()
+        self.assertEqual(self.entry_in_view(0.97), "iwf_dispatcher entry 999")
+        self.browser.script("const box = document.querySelector('.entries'); box.scrollTop = box.scrollHeight / 2;")
+        middle = self.entry_in_view(0)
+        self.assertRegex(middle, "entry (49|50).$")
+        for width in WIDTHS:
+            self.browser.use_size(width)
+            self.assertEqual(self.entry_in_view(0), middle)
+
     def test_shows_the_entry_that_the_arrow_keys_choose(self) -> None:
         self.browser.show(self.ordinary)
         self.browser.open_everything()
@@ -172,9 +210,8 @@ class PageInABrowserTest(PageTest):
         self.browser.open_everything()
         self.assertEqual(self.texts(".plot figcaption"), ["bytes in use mmi/HeapStats", "bytes free mmi/HeapStats"])
         self.assertEqual(self.texts(".plot .readout"), ["iwf: 950", "iwf: 50"])
-        self.assertEqual(self.browser.script(
-            "return [...document.querySelectorAll('.plot canvas')].map((canvas) => canvas.getContext('2d')"
-            ".getImageData(0, 0, canvas.width, canvas.height).data.some((byte) => byte !== 0))"), [True, True])
+        for pixels in self.browser.script(PIXELS_OF_LINES):
+            self.assertGreater(pixels, 100)
 
     def test_shows_what_differs_between_neighbours(self) -> None:
         self.browser.show(self.neighbours, javascript=False)

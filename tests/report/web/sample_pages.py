@@ -37,6 +37,11 @@ def small_members(used: int) -> dict[str, bytes]:
     return {"./fuse/HistoryLog.log": log.encode(), "./mmi/iwf/HeapStats.log": heap.encode()}
 
 
+def page_of_a_long_log(folder: Path) -> Path:
+    log = "".join(f"2026-11-22T02:46:40.{number:06}Z 3 iwf_dispatcher: entry {number}\n" for number in range(1000))
+    return make_page(folder / "long.html", write_package(folder / "long.tgz", {"./fuse/HistoryLog.log": log.encode()}))
+
+
 def page_of_neighbours(folder: Path) -> Path:
     """The page of two packages of a board, ten seconds apart, between which more of a heap came into use."""
     packages = [write_package(folder / f"neighbour-{used}.tgz", small_members(used), MADE + used / 5) for used in (900, 950)]
