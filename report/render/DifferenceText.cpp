@@ -75,24 +75,26 @@ void writeSide(TextWriter& text, std::string_view label, const Package& package)
     text.labelled(label, forTerminal(package.source) + ": " + joined(facts, ", "), labelWidth);
 }
 
-/// What a reader must know before the differences, one paragraph each.
-std::vector<std::string> remarks(const Difference& difference) {
-    std::vector<std::string> remarks;
+/// How far apart the packages are, or why there are no rates.
+std::string distanceText(const Difference& difference) {
     const Package& before = *difference.before;
     const Package& after = *difference.after;
-    if (before.board && after.board && *before.board != *after.board) {
-        remarks.emplace_back("The names of the boards differ.");
+    if (difference.seconds) {
+        return "The second package is " + durationText(*difference.seconds) +
+               (*difference.seconds < 0 ? " older" : " newer") + " than the first.";
     }
-    if (!difference.seconds) {
-        remarks.emplace_back("The time between them is unknown, so there are no rates.");
-    } else if (*difference.seconds < 0) {
-        remarks.push_back("The second package is " + durationText(*difference.seconds) +
-                          " older than the first.");
-    } else {
-        remarks.push_back("The second package is " + durationText(*difference.seconds) +
-                          " newer than the first.");
+    const bool sameTime = before.time && before.time == after.time;
+    return std::string(sameTime ? "Both packages have the same time" : "The time between them is unknown") +
+           ", so there are no rates.";
+}
+
+void writeRemarks(TextWriter& text, const Difference& difference) {
+    const std::optional<std::string>& before = difference.before->board;
+    const std::optional<std::string>& after = difference.after->board;
+    if (before && after && *before != *after) {
+        text.paragraph("The names of the boards differ.");
     }
-    return remarks;
+    text.paragraph(distanceText(difference));
 }
 
 /// Lines that only one package has, with a sign.
@@ -263,9 +265,7 @@ void writeDifference(TextWriter& text, const Difference& difference) {
 void writeHead(TextWriter& text, const Difference& difference) {
     writeSide(text, "before", *difference.before);
     writeSide(text, "after", *difference.after);
-    for (const std::string& remark : remarks(difference)) {
-        text.paragraph(remark);
-    }
+    writeRemarks(text, difference);
 }
 
 }  // namespace

@@ -95,7 +95,7 @@ TEST(DifferenceTextTest, ShowsNestedPackagesAndWhatWasNotCompared) {
     EXPECT_EQ(text(before, after), expectedFile("difference_nested.txt"));
 }
 
-TEST(DifferenceTextTest, SaysHowFarApartThePackagesAre) {
+TEST(DifferenceTextTest, SaysHowFarApartThePackagesAreOrWhyThatIsUnknown) {
     HandMadePackage before("a");
     HandMadePackage after("b");
     before.time = at(0, 0, 0);
@@ -104,8 +104,11 @@ TEST(DifferenceTextTest, SaysHowFarApartThePackagesAre) {
         "before  a: unknown board, 2026-11-22 00:00:00 UTC, whole\n"
         "after   b: unknown board, 2026-11-22 00:00:00 UTC, whole\n";
     EXPECT_EQ(text(before, after), start +
-                                       "The time between them is unknown, so there are no rates.\n"
+                                       "Both packages have the same time, so there are no rates.\n"
                                        "They do not differ.\n");
+    after.time.reset();
+    EXPECT_NE(text(before, after).find("\nThe time between them is unknown, so there are no rates.\n"),
+              std::string::npos);
     const struct {
         Time time;
         std::string remark;
