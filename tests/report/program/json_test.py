@@ -85,7 +85,8 @@ class JsonTest(unittest.TestCase):
         self.assertTrue(schema.is_valid(self.document | {"packages": [package]}))
 
     def test_json_names_the_packages_in_the_order_of_the_command_line(self) -> None:
-        self.assertEqual([package["source"] for package in self.document["packages"]], [str(path) for path in self.paths])
+        sources = [package["source"] for package in self.document["packages"]]
+        self.assertEqual(sources, [str(path) for path in self.paths])
 
     def test_json_holds_all_that_the_archive_holds(self) -> None:
         for path in self.made:
@@ -121,8 +122,8 @@ class JsonTest(unittest.TestCase):
         self.assertEqual([(value["part"], value["title"], value["name"], value["occurrence"], value["value"])
                           for value in package["values"]],
                          [value for member in tables for value in values_of(member)])
-        self.assertEqual([(log["part"], [tuple(entry.values()) for entry in log["entries"]]) for log in package["logs"]],
-                         [(member.part, entries_of(member)) for member in members if member.is_log])
+        logs = [(log["part"], [tuple(entry.values()) for entry in log["entries"]]) for log in package["logs"]]
+        self.assertEqual(logs, [(member.part, entries_of(member)) for member in members if member.is_log])
         inner = [member for member in members if member.is_package]
         self.assertEqual([nested["source"] for nested in package["nested"]], [member.name for member in inner])
         for nested, member in zip(package["nested"], inner, strict=True):
@@ -168,7 +169,7 @@ def sidecars(folder: Path, content: bytes) -> list[Path]:
     """A package with its sidecar, with one of another package, and with a file that is none."""
     checksum = hashlib.sha256(content).hexdigest()
     texts = {
-        "used": f"format: 1\nsha256: {checksum}\nzone: UTC\nprobe: sfn: silent\n\nkorvel: ".encode() + b"\xff\x1b[31m\n",
+        "used": b"format: 1\nsha256: %s\nzone: UTC\nprobe: sfn: silent\n\nkorvel: \xff\x1b[31m\n" % checksum.encode(),
         "foreign": f"format: 1\nsha256: {'0' * 64}\n\n".encode(),
         "unreadable": b"hello\n",
     }

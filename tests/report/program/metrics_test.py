@@ -115,7 +115,7 @@ class MetricsTest(unittest.TestCase):
 
     def test_packages_of_unknown_boards_have_their_checksums_and_are_never_joined(self) -> None:
         packages = [self.older, self.newer]
-        paths = [write(self.folder / str(number) / "netfp_logs.tgz", package) for number, package in enumerate(packages)]
+        paths = [write(self.folder / folder / "netfp_logs.tgz", package) for folder, package in zip("ab", packages)]
         samples = samples_of(metrics(*paths))
         self.assertEqual({labels[0] for _, labels, _ in samples},
                          {f"sha256:{hashlib.sha256(package).hexdigest()}" for package in packages})

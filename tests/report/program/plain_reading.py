@@ -111,8 +111,10 @@ def entries_of(member: Member) -> list[tuple[str | None, str | None, str | None,
         if match:
             entries.append((match[1], LEVELS[int(match[2])], match[3], match[4]))
         elif system:
-            when = time.strptime(f"{time.gmtime(member.seconds).tm_year} {system[2]}", "%Y %b %d %H:%M:%S")
-            entries.append((time.strftime("%Y-%m-%dT%H:%M:%S.000000Z", when), PRIORITIES[system[1]], system[3], system[4]))
+            year = time.gmtime(member.seconds).tm_year
+            when = time.strptime(f"{year} {system[2]}", "%Y %b %d %H:%M:%S")
+            text = time.strftime("%Y-%m-%dT%H:%M:%S.000000Z", when)
+            entries.append((text, PRIORITIES[system[1]], system[3], system[4]))
         elif entries:
             entries[-1] = (*entries[-1][:3], entries[-1][3] + "\n" + line)
         else:
