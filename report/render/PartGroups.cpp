@@ -54,6 +54,9 @@ std::vector<PartGroup> troubledParts(const Package& package) {
         }
         groups[row->second].names.push_back(forTerminal(part.name));
     }
+    for (PartGroup& group : groups) {
+        group.cause = group.names.size() == 1 ? group.first->cause : group.cause;
+    }
     std::stable_sort(groups.begin(), groups.end(),
                      [](const PartGroup& a, const PartGroup& b) { return a.first->state < b.first->state; });
     return groups;

@@ -11,7 +11,7 @@ namespace Report {
 /// Parts that are not present for the same reason.
 struct PartGroup {
     const Part* first = nullptr;     ///< its state, certainty and evidence are those of all
-    std::string cause;               ///< of all, without the name of the part
+    std::string cause;               ///< of all; of several, without the names of the parts
     std::vector<std::string> names;  ///< safe for a terminal, in the order of the package
 };
 

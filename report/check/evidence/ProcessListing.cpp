@@ -79,12 +79,17 @@ bool runs(std::string_view command, std::string_view process) {
            baseName(cutColumn(command)) == process;
 }
 
-/// Whether the command line is a shell's with commands, such as "sh -c 'kill $(pidof NAME)'". A process that
-/// they start has a line of its own.
-bool isShellCommand(std::string_view command) {
-    const std::string_view program = baseName(cutColumn(command));
-    const std::string_view option = cutColumn(command);
-    return std::ranges::find(shells, program) != shells.end() && option == "-c";
+/// The command line up to the commands of a shell, such as "init sh -c 'kill $(pidof NAME)'". A process that
+/// these commands start has a line of its own.
+std::string_view withoutShellCommands(std::string_view command) {
+    std::string_view rest = command;
+    for (std::string_view word = cutColumn(rest); !word.empty(); word = cutColumn(rest)) {
+        std::string_view next = rest;
+        if (std::ranges::find(shells, baseName(word)) != shells.end() && cutColumn(next) == "-c") {
+            return command.substr(0, command.size() - rest.size());
+        }
+    }
+    return command;
 }
 
 }  // namespace
@@ -129,8 +134,8 @@ const ProcessListing::Row* ProcessListing::find(std::string_view process, Presen
     const Row* found = nullptr;
     presence = source == nullptr ? Presence::unknown : Presence::absent;
     for (const Row& row : rows) {
-        const std::string_view command = std::string_view(row.line).substr(row.command);
-        if (!containsWord(command, process) || isShellCommand(command)) {
+        const auto command = withoutShellCommands(std::string_view(row.line).substr(row.command));
+        if (!containsWord(command, process)) {
             continue;
         }
         const Presence here = !runs(command, process) ? Presence::mentioned

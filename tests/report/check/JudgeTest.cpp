@@ -228,9 +228,10 @@ TEST(Judge, ExplainsDumpsAndLogsOfTheNetfpProcesses) {
         {"a shell mentions the process, but it is not in the listing",
          [](PackageFixture& fixture) {
              fixture.remove("ti/netfp_proxy");
-             fixture.write(
-                 "linux/processes",
-                 "  PID COMMAND\n  300 sh -c kill $(pidof netfp_proxy)\n  302 netfp_proxy_helper\n");
+             fixture.write("linux/processes",
+                           "  PID COMMAND\n  1 init sh -c kill $(pidof netfp_proxy)\n  300 sh -c kill "
+                           "$(pidof netfp_proxy)\n"
+                           "  302 netfp_proxy_helper\n");
          },
          "ti/netfp_proxy: missing, likely: netfp_proxy was not running\nincomplete\n"},
         {"a program with the process in its command line may run it",

@@ -105,7 +105,7 @@ def beyond_the_limit(dispatcher: str) -> Truth:
 
 
 def without_room(package: BoardPackage) -> Harms:
-    """The parts for which korvel, a process or the platform had no room in /tmp.
+    """A full /tmp: what korvel, a process or the platform could not write.
 
     If only the last file of a package without Linux logs was emptied, it looks like a log without entries.
     """

@@ -87,6 +87,19 @@ used.)");
 )");
 }
 
+TEST(CheckText, KeepsTheNameInTheCauseOfASinglePart) {
+    Package package = wholePackage();
+    Part& part = partOf(package, "mmi/sfn/HeapStats");
+    part.state = State::empty;
+    part.cause = "dispatcher sfn did not answer HeapStats";
+    part.certainty = Certainty::likely;
+
+    EXPECT_EQ(sectionOf(check(package), "Not as it should be"), R"(Not as it should be
+  empty       mmi/sfn/HeapStats
+              Likely cause: dispatcher sfn did not answer HeapStats
+)");
+}
+
 TEST(CheckText, ListsPresentPartsWithEvidenceThatTheyAreOldApart) {
     Package package = wholePackage();
     partOf(package, "ti/netfp_proxy").evidence = {{"ti/netfp_proxy", "written at noon"}};
