@@ -73,10 +73,10 @@ void AgeSigns::findLateSuccessors(const std::vector<Step>& steps) {
         if (signs.contains(step.part)) {
             continue;
         }
-        const Time::duration usual = next == nullptr ? longestWait : step.pauseBefore(*next);
-        const Time::duration pause = next == nullptr ? Time::duration{} : next->time() - step.time();
-        const bool isClear = pause > usual + timeOfBusyBoard;
-        if (pause >= usual) {
+        const Time::duration excess =
+            next == nullptr ? Time::duration{-1} : next->time() - step.time() - step.pauseBefore(*next);
+        const bool isClear = excess > timeOfBusyBoard;
+        if (excess >= Time::duration{}) {
             signs.emplace(step.part, AgeSign{next->part, isClear});
         }
         next = isClear ? next : &step;

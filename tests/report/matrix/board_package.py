@@ -20,18 +20,21 @@ PACKAGE_NAMES = {
 ENDINGS = (".log.gz", ".log", ".tgz")
 
 # Runs on the board. Standard output is a tar archive of the package and of what describes the run.
-MAKE = """
+SCRIPT = """
 now() {{ date -u +%Y-%m-%dT%H:%M:%SZ; }}
 mkdir -p /root/out
 rm -rf /tmp/korvel
 {prepare}
 now > /root/out/began
-{environment} "$(command -v korvel)" {command} 2> /root/out/errors > /dev/null
+{make} 2> /root/out/errors > /dev/null
 echo $? > /root/out/status
 now > /root/out/ended
 cp /ffs/run/logs/{name} /root/out/package.tgz
+cp /ffs/run/logs/{name}.run /root/out/sidecar 2> /dev/null
 cd /root/out && tar -cf - .
 """
+BY_HAND = '{environment} "$(command -v korvel)" {command}'
+BY_UNIT = '/opt/korvel/libexec/korvel/make-package "$(command -v korvel)" {command}'
 
 
 @dataclass(frozen=True)
@@ -74,18 +77,35 @@ def read_members(data: bytes) -> dict[str, bytes]:
         return {}
 
 
-def make_package(kind: str, board: tuple[str, ...], prepare: str, environment: str, arguments: str) -> BoardPackage:
-    """Starts a board with these options of boardsim, runs `prepare` on it, and then korvel."""
-    command = f"{arguments} {kind}".strip()
-    script = MAKE.format(prepare=prepare, environment=environment, command=command, name=PACKAGE_NAMES[kind])
-    done = subprocess.run([BUILD / "boardsim", *board, "--", "sh", "-s"], input=script.encode(), capture_output=True,
-                          check=False, timeout=300)
+@dataclass(frozen=True)
+class Making:
+    """How a package is made."""
+
+    board: tuple[str, ...] = ()  # options of boardsim
+    prepare: str = ":"  # commands before
+    arguments: str = ""  # of korvel, before the kind
+    environment: str = ""  # a variable of korvel
+    by_unit: bool = False  # by the script of the systemd units, which writes the sidecar itself
+
+
+def make_package(kind: str, making: Making) -> BoardPackage:
+    """Makes a package on a board of its own."""
+    command = f"{making.arguments} {kind}".strip()
+    make = (BY_UNIT if making.by_unit else BY_HAND).format(environment=making.environment, command=command)
+    script = SCRIPT.format(prepare=making.prepare, make=make, name=PACKAGE_NAMES[kind])
+    done = subprocess.run([BUILD / "boardsim", *making.board, "--", "sh", "-s"], input=script.encode(),
+                          capture_output=True, check=False, timeout=300)
     with tarfile.open(fileobj=BytesIO(done.stdout)) as archive:
         files = {name.removeprefix("./"): content for name, content in read_files(archive).items()}
     data = files["package.tgz"]
-    texts = {name: files[name].decode("utf-8", "replace") for name in ("errors", "began", "ended", "status")}
+    texts = {name: content.decode("utf-8", "replace") for name, content in files.items() if name != "package.tgz"}
+    sidecar = texts.get("sidecar") or written_sidecar(command, data, texts)
+    return BoardPackage(kind, data, texts["errors"], read_members(data), sidecar)
+
+
+def written_sidecar(command: str, data: bytes, texts: Mapping[str, str]) -> str:
+    """What the script of the units would have written."""
     keys = {"format": "1", "board": "matrix", "command": f"korvel {command}", "status": texts["status"].strip(),
             "began": texts["began"].strip(), "ended": texts["ended"].strip(), "zone": "UTC",
             "sha256": hashlib.sha256(data).hexdigest()}
-    sidecar = "".join(f"{key}: {value}\n" for key, value in keys.items()) + "\n" + texts["errors"]
-    return BoardPackage(kind, data, texts["errors"], read_members(data), sidecar)
+    return "".join(f"{key}: {value}\n" for key, value in keys.items()) + "\n" + texts["errors"]

@@ -142,8 +142,7 @@ def judge_board(package: BoardPackage, scenario: Scenario) -> Figures:
 
 
 def run(scenario: Scenario, kind: str) -> Figures:
-    package = make_package(kind, scenario.board, scenario.prepare, scenario.environment, scenario.arguments)
-    return judge_board(package, scenario)
+    return judge_board(make_package(kind, scenario.making), scenario)
 
 
 def run_all(tasks: Iterable[tuple[Scenario, str]]) -> Figures:
@@ -152,6 +151,23 @@ def run_all(tasks: Iterable[tuple[Scenario, str]]) -> Figures:
         for result in executor.map(lambda task: run(*task), tasks):
             figures.add(result)
     return figures
+
+
+def names_listed_by_boardsim(fault: str, start: str) -> list[str]:
+    """boardsim lists the valid names if a name is wrong. Arguments such as ':MS' are left out."""
+    done = subprocess.run([BUILD / "boardsim", "--fault", fault], capture_output=True, text=True, check=False)
+    lists = [line.partition(start)[2] for line in done.stderr.splitlines() if start in line]
+    return [name.partition(":")[0] for name in lists[0].split(", ")]
+
+
+def forgotten_faults() -> list[str]:
+    """The faults of boardsim that no scenario has."""
+    options = [word for scenario in all_scenarios() for word in scenario.making.board]
+    tried = {word.partition(":")[0] for option, word in zip(options, options[1:]) if option == "--fault"}
+    peers = names_listed_by_boardsim("=", "peers with faults: ")
+    faults = {f"{peer}={fault}" for peer in peers
+              for fault in names_listed_by_boardsim(f"{peer}=", "valid faults: ")}
+    return sorted(faults - tried)
 
 
 def chosen_tasks(pattern: str, quick: bool) -> list[tuple[Scenario, str]]:
@@ -168,6 +184,9 @@ def main() -> int:
     parser.add_argument("--verbose", action="store_true", help="also list the causes that are wrong, but not certain")
     parser.add_argument("pattern", nargs="?", default="", help="selects scenarios by name")
     arguments = parser.parse_args()
+    if forgotten := forgotten_faults():
+        print("No scenario has these faults:", *forgotten)
+        return 1
     figures = run_all(chosen_tasks(arguments.pattern, arguments.quick))
     print(figures.table())
     for line in figures.troubles() if arguments.verbose or not figures.are_good() else []:

@@ -48,10 +48,6 @@ def harm(states: str, cause: str, finding: str | None = None) -> Harm:
     return Harm(frozenset(states.split()), cause, finding)
 
 
-def always(harms: Harms) -> Truth:
-    return lambda package: harms
-
-
 def all_of(names: Iterable[str], found: Harm) -> Harms:
     return {name: found for name in names}
 
