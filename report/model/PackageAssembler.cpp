@@ -10,8 +10,14 @@
 namespace Report {
 namespace {
 
-Time timeOf(const std::timespec& time) {
+/// Unknown outside the years 1 to 9999: no text has a place for such a year.
+std::optional<Time> timeOf(const std::timespec& time) {
     using namespace std::chrono;
+    constexpr sys_seconds first = sys_days(year(1) / 1 / 1);
+    constexpr sys_seconds last = sys_days(year(10000) / 1 / 1) - seconds(1);
+    if (time.tv_sec < first.time_since_epoch().count() || time.tv_sec > last.time_since_epoch().count()) {
+        return std::nullopt;
+    }
     return Time(seconds(time.tv_sec) + floor<microseconds>(nanoseconds(time.tv_nsec)));
 }
 

@@ -248,6 +248,19 @@ TEST(PackageLoaderTest, LoadsAnyFile) {
     EXPECT_THROW(loadFile("/nonexistent"), std::system_error);
 }
 
+TEST(PackageLoaderTest, KnowsTimesOfMembersInTheYears1To9999) {
+    const struct {
+        const char* seconds;
+        bool known;
+    } cases[] = {{"-62135596800", true},  {"-62135596801", false},        {"253402300799.9", true},
+                 {"253402300800", false}, {"4611686018427387904", false}, {"-4611686018427387904", false}};
+    for (const auto& [seconds, known] : cases) {
+        const std::string record = paxRecord("mtime", seconds);
+        const Package package = load(PackageBuilder().pax(record).file("./ti/netfp_proxy.log", "").tgz());
+        EXPECT_EQ(partOf(package, "ti/netfp_proxy").time.has_value(), known) << seconds;
+    }
+}
+
 TEST(PackageLoaderTest, HasTheChecksumOfTheFile) {
     EXPECT_EQ(load("").sha256, "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
 }
