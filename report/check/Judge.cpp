@@ -129,6 +129,8 @@ void markByClues(Package& package, const Clues& clues) {
             changes.emplace_back(&part, *state);
         } else if (fault != ReplyFault::none) {
             changes.emplace_back(&part, stateOfReply(fault));
+        } else if (subject.place.collector == Collector::mmi && clues.noReplyEnded() != nullptr) {
+            changes.emplace_back(&part, State::cut);
         } else if (isOfEndedProcess(clues, subject)) {
             changes.emplace_back(&part, State::stale);
         } else if (lost) {

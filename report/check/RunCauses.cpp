@@ -116,6 +116,10 @@ std::optional<Diagnosis> byReply(const Clues& clues, const Subject& subject) {
             return Diagnosis{Cause::notAskable, Certainty::likely, complaint.subject, evidenceOf(complaint)};
         }
     }
+    if (const Complaint* const unended = clues.noReplyEnded();
+        unended != nullptr && subject.part.state == State::cut) {
+        return Diagnosis{Cause::replyNotEnded, Certainty::certain, {}, evidenceOf(*unended)};
+    }
     const Complaint* const timeout = run.find(Message::replyTimedOut);
     const bool silent = subject.part.state == State::empty && timeout != nullptr;
     if (silent && clues.presenceOf(processOf(subject.place.dispatcher)) != Presence::absent) {

@@ -135,6 +135,26 @@ bool Clues::timeoutsMatchEmptyReplies() const {
     return static_cast<std::size_t>(empty) == run->count(ComplaintKind::replyTimedOut);
 }
 
+const Complaint* Clues::noReplyEnded() const {
+    if (!knowAllComplaints() || run->findNoRoom() != nullptr) {
+        return nullptr;
+    }
+    const auto replyCount =
+        static_cast<std::size_t>(std::ranges::count_if(package.parts, [](const Part& part) {
+            const PartPlace place = placeOf(part.name);
+            return place.collector == Collector::mmi && place.known != nullptr && !part.member.empty() &&
+                   part.state != State::stale;
+        }));
+    const auto isAboutReply = [](const Complaint& complaint) {
+        return complaint.kind == ComplaintKind::replyTimedOut ||
+               complaint.kind == ComplaintKind::replyFailed || complaint.kind == ComplaintKind::replyUnended;
+    };
+    const auto& complaints = run->complaints();
+    const auto first = std::ranges::find_if(complaints, isAboutReply);
+    const auto count = static_cast<std::size_t>(std::ranges::count_if(complaints, isAboutReply));
+    return count > 0 && count >= replyCount ? &*first : nullptr;
+}
+
 std::optional<Time> newestOf(const Package& package, Collector collector) {
     std::optional<Time> newest;
     for (const Part& part : package.parts) {

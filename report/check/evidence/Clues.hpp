@@ -54,6 +54,10 @@ public:
     /// Whether the run reported a time-out for each empty reply, and nothing else about replies.
     bool timeoutsMatchEmptyReplies() const;
 
+    /// A complaint of the run that a reply did not end, if there are so many that no reply in the package
+    /// ended. Null otherwise.
+    const Complaint* noReplyEnded() const;
+
 private:
     const ProcessListing listing;
     bool listingIsCurrent;

@@ -18,8 +18,8 @@ public:
     /// Whether the file system was full when this part was written.
     bool explains(const Part& part, const PartPlace& place) const;
 
-    /// Whether it may have been: some replies and all that korvel writes after them are empty, but none of these
-    /// files is a sign.
+    /// Whether it may have been: some replies and all that korvel writes after them are empty, but none of
+    /// these files is a sign.
     bool mayExplain(const Part& part, const PartPlace& place) const;
 
     const std::vector<Evidence>& evidence() const { return signs; }

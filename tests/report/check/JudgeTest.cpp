@@ -595,6 +595,27 @@ TEST(Judge, TakesTheMessagesOfTheRunAsFacts) {
                          "Error while writing /tmp/korvel/mmi/sfn/HeapStats.log: No space left on device\n");
          },
          "mmi/sfn/HeapStats: empty, certain: no room was left in /tmp\nincomplete\n"},
+        {"as many complaints as replies: none of them ended",
+         [](PackageFixture& fixture) {
+             fixture.removeFolder("mmi/sfn");
+             fixture.removeFolder("fuse/sfn");
+             fixture.write("fuse/iwf/fpBridgeStats", "frames passed        1\n");
+             fixture.write("mmi/iwf/HeapStats", "");
+             fixture.ran("korvel pkg-sup",
+                         "poll(): Timed out while waiting for response\n"
+                         "poll(): Timed out while waiting for response\n"
+                         "recv(): Peer has performed an orderly shutdown\n"
+                         "Reply to SocketSvcInfo does not end, cut\n");
+         },
+         "mmi/iwf/SocketSvcInfo: cut, certain: the reply of dispatcher iwf did not end\n"
+         "mmi/iwf/SocketSvcCounters: cut, certain: the reply of dispatcher iwf did not end\n"
+         "mmi/iwf/ReassemblyCounters: cut, certain: the reply of dispatcher iwf did not end\n"
+         "mmi/iwf/HeapStats: empty, likely: dispatcher iwf did not answer HeapStats\nincomplete\n"},
+        {"fewer complaints than replies: nobody knows which of them ended",
+         [](PackageFixture& fixture) {
+             fixture.ran("korvel pkg-sup", "poll(): Timed out while waiting for response\n");
+         },
+         "whole\n"},
         {"no room for a dump, as for other files",
          [](PackageFixture& fixture) {
              fixture.write("ti/resmgr_server", "");

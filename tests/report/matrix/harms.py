@@ -72,7 +72,7 @@ def is_proper_reply(name: str, text: bytes) -> bool:
     return lines[0] == f"{dispatcher}: {title}" and len(values) == count and len(lines) == count + 2 and not lines[-1]
 
 
-def improper_replies(dispatcher: str, cause: str, states: str) -> Truth:
+def improper_replies(dispatcher: str, cause: str, states: str, needs_sidecar: bool = False) -> Truth:
     """Time decides which replies of a dispatcher suffer: those that are not as a healthy dispatcher sends them."""
 
     def find(package: BoardPackage) -> Harms:
@@ -82,7 +82,7 @@ def improper_replies(dispatcher: str, cause: str, states: str) -> Truth:
             if not text:
                 harms[name] = harm("empty", f"{cause}|{NO_ANSWER}")
             elif not is_proper_reply(name, text):
-                harms[name] = harm(states, cause)
+                harms[name] = Harm(frozenset(states.split()), cause, needs_sidecar=needs_sidecar)
         return harms
 
     return find
@@ -109,7 +109,7 @@ def without_room(package: BoardPackage) -> Harms:
     unfinished = [name for name in dumps(*PROCESSES)
                   if not package.members.get(name, b"_dump>").rstrip().endswith(b"_dump>")]
     empty = [f"linux/{file}" for file in KERNEL_FILES if package.members.get(f"linux/{file}") == b""]
-    if package.kind == "pkg" and unwritten == ["ti/syslib_sm_log"]:
+    if package.kind == "pkg" and unwritten == ["ti/syslib_sm_log"] and not package.members[unwritten[0]]:
         return {unwritten[0]: Harm(frozenset({"empty"}), NO_ROOM, needs_sidecar=True)}
     return (all_of(unfinished, harm("empty cut", rf"{NO_ROOM}|did not finish")) |
             all_of(unwritten, harm("empty cut", NO_ROOM)) | all_of(empty, harm("empty", NO_ROOM)))

@@ -22,16 +22,17 @@ class Scenario:
     making: Making
     verdict: str | None  # by default whole without harms, else incomplete
     kinds: tuple[str, ...]
+    is_sample: bool  # whether the quick matrix has it
 
 
 Scenarios = Iterator[Scenario]
 
 
 def case(name: str, harms: Truth | Harms, *board: str, verdict: str | None = None, kinds: tuple[str, ...] = KINDS,
-         **making: object) -> Scenario:
+         is_sample: bool = True, **making: object) -> Scenario:
     """`board` are options of boardsim, `making` are other members of Making."""
     truth = harms if callable(harms) else lambda package: harms
-    return Scenario(name, truth, Making(board, **making), verdict, kinds)
+    return Scenario(name, truth, Making(board, **making), verdict, kinds, is_sample)
 
 
 # Faults of peers. A fault that a collection never meets harms nothing.
@@ -64,7 +65,7 @@ NETLINK_FAULTS = ("silent", "slow:300", "error:3", "stale", "sequence", "type", 
 
 
 def faulty(peer: str, fault: str, harms: Truth | Harms, *board: str) -> Scenario:
-    return case(f"{peer}={fault}", harms, "--fault", f"{peer}={fault}", *board)
+    return case(" ".join([f"{peer}={fault}", *board]), harms, "--fault", f"{peer}={fault}", *board)
 
 
 def mmi_faults() -> Scenarios:
@@ -74,6 +75,22 @@ def mmi_faults() -> Scenarios:
         yield faulty(peer, "endless", beyond_the_limit(dispatcher), "--tmp-size", "128M")
         for fault, (states, cause) in MMI_FAULTS.items():
             yield faulty(peer, fault, improper_replies(dispatcher, cause, states))
+
+
+# Without a healthy dispatcher, nothing in the package shows how a reply should end, but the messages of korvel do.
+UNCOMPARABLE_FAULTS = ("dying", "unended", "joined", "empty")
+
+
+def mmi_faults_of_all_dispatchers() -> Scenarios:
+    for fault in ("silent", "binary", "slow:700", *UNCOMPARABLE_FAULTS):
+        states, cause = MMI_FAULTS.get(fault, ("empty", SILENT))
+        needs_sidecar = fault in UNCOMPARABLE_FAULTS
+        iwf = improper_replies("iwf", cause, states, needs_sidecar)
+        sfn = improper_replies("sfn", cause, states, needs_sidecar)
+        yield faulty("iwf_dispatcher", fault, iwf, "--deployment", "iwf")
+        yield faulty("sfn_dispatcher", fault, sfn, "--deployment", "sfn-antenna")
+        yield faulty("iwf_dispatcher", fault, lambda package, iwf=iwf, sfn=sfn: iwf(package) | sfn(package),
+                     "--fault", f"sfn_dispatcher={fault}")
 
 
 def dump_faults() -> Scenarios:
@@ -147,7 +164,7 @@ def disks() -> Scenarios:
 
 # Two runs, one after the other. `touch` stands for the time between them.
 
-PAUSES = {"10 minutes": 600, "30 seconds": 30, "8 seconds": 8}
+PAUSES = {"10 minutes": 600, "30 seconds": 30, "8 seconds": 8}  # with their seconds
 OLDER_THAN_ITS_RUN = "perhaps-left-over"
 OLD_FOLDER = "old-collector"
 
@@ -161,15 +178,22 @@ def finding_after(seconds: int) -> str | None:
     return None if seconds > 120 else OLDER_THAN_ITS_RUN
 
 
+def pauses_after(row: int) -> Iterator[tuple[str, int, bool]]:
+    """The pauses for a row of a table, with their seconds. One of them is for the quick matrix, in turn."""
+    for index, (pause, seconds) in enumerate(PAUSES.items()):
+        yield pause, seconds, index == row % len(PAUSES)
+
+
 def old_dumps() -> Scenarios:
-    for process in PROCESSES:
+    for row, process in enumerate(PROCESSES):
         name = f"ti/{process}"
-        for pause, seconds in PAUSES.items():
+        for pause, seconds, is_sample in pauses_after(row):
             stale = {name: harm("stale", LEFT_OVER, finding_after(seconds))}
-            yield case(f"{process} died in the {pause} after a run", stale, prepare=earlier_run(pause) + kill(process))
-            yield case(f"{process} was stopped in the {pause} after a run", stale,
+            yield case(f"{process} died in the {pause} after a run", stale, is_sample=is_sample,
+                       prepare=earlier_run(pause) + kill(process))
+            yield case(f"{process} was stopped in the {pause} after a run", stale, is_sample=is_sample,
                        prepare=earlier_run(pause) + stop(process))
-            yield case(f"{process} is stopped, with a dump of {pause} ago in /tmp", stale,
+            yield case(f"{process} is stopped, with a dump of {pause} ago in /tmp", stale, is_sample=is_sample,
                        prepare=f"kill -USR1 $(pidof {process}); sleep 0.3; touch -d '{pause} ago' /tmp/{process}.log; "
                                + stop(process))
         yield case(f"{process} died in two real seconds after a run", {name: harm("stale", LEFT_OVER)},
@@ -179,15 +203,14 @@ def old_dumps() -> Scenarios:
 
 
 def old_state_files() -> Scenarios:
-    for dispatcher in DISPATCHERS:
-        for file in STATE_FILES:
-            path = f"/tmp/fuse/{dispatcher}/{file}"
-            for pause, seconds in PAUSES.items():
-                stale = {f"fuse/{dispatcher}/{file}": harm("stale", LEFT_OVER, finding_after(seconds))}
-                yield case(f"{path} was removed in the {pause} after a run", stale,
-                           prepare=f"{earlier_run(pause)} rm {path}")
-                yield case(f"{path} was emptied in the {pause} after a run", stale,
-                           prepare=f"{earlier_run(pause)} : > {path}")
+    for row, name in enumerate(state_files(*DISPATCHERS)):
+        path = f"/tmp/{name}"
+        for pause, seconds, is_sample in pauses_after(row):
+            stale = {name: harm("stale", LEFT_OVER, finding_after(seconds))}
+            yield case(f"{path} was removed in the {pause} after a run", stale, is_sample=is_sample,
+                       prepare=f"{earlier_run(pause)} rm {path}")
+            yield case(f"{path} was emptied in the {pause} after a run", stale, is_sample=is_sample,
+                       prepare=f"{earlier_run(pause)} : > {path}")
 
 
 FOLDERS = {
@@ -218,9 +241,9 @@ def old_parts(asked: str, seconds: int) -> Harms:
 
 
 def narrower_runs() -> Scenarios:
-    for pause, seconds in PAUSES.items():
-        for asked in RENEWED:
-            yield case(f"a run of '{asked}' {pause} after a whole one", old_parts(asked, seconds),
+    for row, asked in enumerate(RENEWED):
+        for pause, seconds, is_sample in pauses_after(row):
+            yield case(f"a run of '{asked}' {pause} after a whole one", old_parts(asked, seconds), is_sample=is_sample,
                        prepare=earlier_run(pause), arguments=asked)
 
 
@@ -284,8 +307,8 @@ def troubled_commands() -> Scenarios:
                kinds=("pkg-trs", "pkg-sup"))
 
 
-GROUPS = (healthy_boards, mmi_faults, dump_faults, faults_of_other_requests, missing_peers, ended_peers, disks, old_dumps,
-          old_state_files, narrower_runs, units, troubled_files, troubled_commands)
+GROUPS = (healthy_boards, mmi_faults, mmi_faults_of_all_dispatchers, dump_faults, faults_of_other_requests, missing_peers, ended_peers, disks,
+          old_dumps, old_state_files, narrower_runs, units, troubled_files, troubled_commands)
 
 
 def all_scenarios() -> list[Scenario]:
