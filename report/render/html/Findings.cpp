@@ -5,6 +5,7 @@
 #include "Evidence.hpp"
 #include "Names.hpp"
 #include "Phrases.hpp"
+#include "Prose.hpp"
 #include "Sections.hpp"
 
 namespace Report::Html {
@@ -13,9 +14,9 @@ namespace {
 Fields findingRow(const View& view, const Finding& finding) {
     constexpr std::size_t longest = 1000;
     Fields row;
-    row.set("meaning", shortened(finding.meaning, longest))
-        .set("advice", shortened(finding.advice, longest))
-        .set("part", shortened(finding.part, longest))
+    setProse(row, "meaning", finding.meaning, longest);
+    setProse(row, "advice", finding.advice, longest);
+    row.set("part", shortened(finding.part, longest))
         .set("target", textIdOf(view, finding.part))
         .set("times", finding.count > 1 ? counted(finding.count, "time") + ", " : std::string{})
         .set("rule", shortened(finding.rule, longest));

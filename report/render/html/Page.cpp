@@ -118,7 +118,7 @@ void writeNested(const Page& page, const View& view) {
 void writeSingle(const Page& page) {
     const View& view = page.views.front();
     const std::string heading = view->board ? "Package of " + shortened(*view->board, 100)
-                                            : "Package " + shortened(view->source, 100);
+                                            : "Package " + shortened(fileName(*view.package), 100);
     writeHead(page, heading + (view->time ? ", " + timeText(view->time) : ""));
     Rows contents = contentsOf(view);
     contents.insert(contents.begin() + 2, timelineLink(page));  // after findings and parts
@@ -141,7 +141,7 @@ Rows packageRows(const Page& page) {
         rows.push_back(Fields{}
                            .set("number", std::to_string(rows.size() + 1))
                            .set("target", view.id)
-                           .set("source", shortened(view->source, 300))
+                           .set("source", shortened(fileName(*view.package), 300))
                            .set("verdict", nameOf(view->verdict))
                            .set("tone", toneOf(view->verdict))
                            .set("board", view->board ? shortened(*view->board, 100) : "unknown")

@@ -4,6 +4,7 @@
 #include "Names.hpp"
 #include "PartGroups.hpp"
 #include "Phrases.hpp"
+#include "Prose.hpp"
 #include "Sections.hpp"
 
 namespace Report::Html {
@@ -19,10 +20,10 @@ Fields partRow(const View& view, std::size_t index) {
         .set("target", hasText(part) ? textId(view, index) : std::string{})
         .set("state", nameOf(part.state))
         .set("tone", toneOf(part.state))
-        .set("cause", shortened(part.cause, longestCause))
         .set("certainty", part.certainty ? nameOf(*part.certainty) : std::string_view{})
         .set("size", part.member.empty() ? std::string{} : grouped(part.size))
         .set("time", timeText(part.time));
+    setProse(row, "cause", part.cause, longestCause);
     setEvidence(row, part.evidence);
     return row;
 }

@@ -7,6 +7,7 @@
 #include "PartGroups.hpp"
 #include "Phrases.hpp"
 #include "Pool.hpp"
+#include "Prose.hpp"
 #include "TimeText.hpp"
 #include "VerdictText.hpp"
 
@@ -88,11 +89,11 @@ Fields headlineOf(const View& view, Rows moreFacts) {
     fields.set("verdict", nameOf(package.verdict))
         .set("tone", toneOf(package.verdict))
         .set("sentence", shortened(meaningOf(package), 1000))
-        .set("cause", shortened(package.cause, 1000))
         .set("certainty", package.certainty ? nameOf(*package.certainty) : std::string_view{})
         .set("facts", std::move(facts))
         .set("hasFileFacts", !fileFacts.empty())
         .set("fileFacts", std::move(fileFacts));
+    setProse(fields, "cause", package.cause, 1000);
     setEvidence(fields, package.evidence);
     return fields;
 }

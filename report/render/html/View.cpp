@@ -58,7 +58,7 @@ std::vector<View> viewsOf(std::span<const Package> packages) {
         View view;
         view.package = &package;
         view.id = 'p' + number;
-        view.label = several ? number + ": " + package.source : package.source;
+        view.label = several ? number + ": " + fileName(package) : fileName(package);
         view.logPrefix = several ? number + ": " : "";
         view.level = several ? 3 : 2;
         view.allowance = allowance;
@@ -66,6 +66,10 @@ std::vector<View> viewsOf(std::span<const Package> packages) {
         views.push_back(std::move(view));
     }
     return views;
+}
+
+std::string fileName(const Package& package) {
+    return package.source.substr(package.source.rfind('/') + 1);  // npos + 1 is 0
 }
 
 std::vector<ValueTable> tablesOf(const View& view, const RuleSet& rules) {

@@ -24,7 +24,7 @@ struct Allowance {
 struct View {
     const Package* package = nullptr;
     std::string id;     ///< the beginning of the identifiers of its elements: "p1", "p1-2" for a nested one
-    std::string label;  ///< unique on the page, for people: the file, and the nested member
+    std::string label;  ///< unique on the page, for people: the file's name, and the nested member
     std::string
         logPrefix;  ///< before the names of its logs in the timeline; empty if the page has one package
     std::size_t level = 2;  ///< of the headings of its sections
@@ -46,6 +46,9 @@ void forEachView(const std::vector<View>& views, const Visit& visit) {
         forEachView(view.nested, visit);
     }
 }
+
+/// The name of a package's file, without its folder.
+std::string fileName(const Package& package);
 
 /// The tables of a package's values.
 std::vector<ValueTable> tablesOf(const View& view, const RuleSet& rules);

@@ -114,6 +114,30 @@ TEST(PageTest, ShowsSeveralPackagesWithTheirDifferences) {
     EXPECT_EQ(shown.substr(0, shown.find("<section id=\"timeline\"")), expectedFile("neighbours.html"));
 }
 
+TEST(PageTest, ShowsWhatIsBetweenBackquotesAsCode) {
+    const struct {
+        std::string advice;
+        std::string shown;
+    } cases[] = {
+        {"Ask for `df /ffs`, or `<b>`.", "Ask for <code>df /ffs</code>, or <code>&lt;b&gt;</code>."},
+        {"`df`", "<code>df</code>"},
+        {"One ` alone", "One ` alone"},
+    };
+    for (const auto& [advice, shown] : cases) {
+        HandMadePackage package("netfp_logs.tgz");
+        package.findings = {{"rule", Severity::note, "", "Meaning.", advice, {}, 1}};
+        EXPECT_THAT(page({package}), HasSubstr("<span>What to do:</span> " + shown + "</p>"));
+    }
+}
+
+TEST(PageTest, NamesAPackageByItsFileWithoutTheFolder) {
+    HandMadePackage package("/home/me/../netfp_logs.tgz");
+    package.sha256 = std::string(64, 'a');
+    EXPECT_THAT(page({package}), AllOf(HasSubstr("<h1>Package netfp_logs.tgz</h1>"),
+                                       HasSubstr("<dt>Path</dt><dd>/home/me/../netfp_logs.tgz</dd>")));
+    EXPECT_THAT(page({package, package}), Not(HasSubstr(">2: /home")));
+}
+
 TEST(PageTest, AllowsOnlyItsOwnStyleAndItsOwnScript) {
     for (const bool several : {false, true}) {
         const std::string made = page(several ? neighbours() : std::vector<Package>{samplePackage()});
