@@ -45,7 +45,7 @@ def page_of_a_long_log(folder: Path) -> Path:
 def page_of_neighbours(folder: Path) -> Path:
     """The page of two packages of a board, ten seconds apart, between which more of a heap came into use."""
     packages = [write_package(folder / f"neighbour-{used}.tgz", small_members(used), MADE + used / 5) for used in (900, 950)]
-    return make_page(folder / "neighbours.html", "--board", "lab-17", *packages)
+    return make_page(folder / "neighbours.html", "--board", "lab-17", "--expect", "dlog", *packages)
 
 
 def troubled_page(folder: Path) -> Path:
@@ -55,7 +55,7 @@ def troubled_page(folder: Path) -> Path:
     members = small_members(1000) | {"./ti/netfp_proxy.log": b"proxy\n", "../passwd": b"x", "./netfp_logs_post_mortem.tgz": inside}
     package = write_package(folder / "troubled.tgz", members)
     write_run(package, "0", ("MMI: no answer",))
-    return make_page(folder / "troubled.html", package)
+    return make_page(folder / "troubled.html", "--expect", "dlog proxy server", package)
 
 
 def write_run(package: Path, text: str, complaints: Iterable[str]) -> None:
