@@ -3,17 +3,18 @@
 # long-running jobs while idle. Prints a table of figures. Exits 1 if a figure exceeds its limit.
 #   scripts/bench.sh [-v | --verbose]     also prints the build and each measurement
 #   scripts/bench.sh --footprint          prints the size and memory tables of docs/footprint.md
+#   scripts/bench.sh --report             measures korvel-report: large packages, then hostile ones
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 verbose=()
-footprint=no
+mode=korvel
 case "$*" in
     '') ;;
     -v | --verbose) verbose=(--verbose) ;;
-    --footprint) footprint=yes ;;
+    --footprint | --report) mode=${1#--} ;;
     *)
-        sed -n '4,5s/^# *//p' "$0" >&2
+        sed -n '4,6s/^# *//p' "$0" >&2
         exit 2
         ;;
 esac
@@ -48,9 +49,17 @@ print_sizes() {
 
 prepare scripts/setup.sh build board report test bench
 CMAKE_GENERATOR=Ninja prepare cmake --preset release -DKORVEL_BENCH=ON
+
+if [ "$mode" = report ]; then
+    prepare cmake --build --preset release --target korvel boardsim korvel-report
+    python3 tests/report/bench/report_bench.py build-release || status=1
+    KORVEL_SOURCE=$PWD KORVEL_BUILD=$PWD/build-release python3 tests/report/program/hostile_test.py --whole || status=1
+    exit "$status"
+fi
+
 prepare cmake --build --preset release --target korvel boardsim korvel_bench korvel_idle_bench korvel_footprint_bench
 
-if [ "$footprint" = yes ]; then
+if [ "$mode" = footprint ]; then
     (cd build-release && shopt -s nullglob && print_sizes)
     echo
     measure -- build-release/tests/korvel_footprint_bench

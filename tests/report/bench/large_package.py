@@ -11,6 +11,7 @@ import sys
 import tarfile
 from collections.abc import Iterator
 from datetime import datetime, timedelta, timezone
+from pathlib import Path
 
 MIB = 1 << 20
 MADE = datetime(2026, 11, 22, 2, 46, 40, tzinfo=timezone.utc)
@@ -75,7 +76,7 @@ def members(rng: random.Random) -> Iterator[tuple[str, bytes]]:
         yield f"linux/messages.{number}.log", log(rng, 12 * MIB)
 
 
-def write(path: str) -> None:
+def write(path: str | Path) -> None:
     with gzip.GzipFile(path, "wb", compresslevel=6, mtime=0) as packed, \
             tarfile.open(fileobj=packed, mode="w", format=tarfile.GNU_FORMAT) as package:
         for name, content in members(random.Random(1)):
