@@ -65,8 +65,24 @@ void Budget::release(std::size_t bytes) {
 }
 
 bool Budget::checkTime() {
+    return isTimeLeft({}) || exceed(Limit::seconds);
+}
+
+bool Budget::reserve(std::chrono::nanoseconds time) {
+    if (!isTimeLeft(time)) {
+        return false;
+    }
+    reserved += time;
+    return true;
+}
+
+void Budget::release(std::chrono::nanoseconds time) {
+    reserved -= time;
+}
+
+bool Budget::isTimeLeft(std::chrono::nanoseconds more) const {
     const std::chrono::nanoseconds reading = bounds.maxTime - bounds.maxTime / 10;
-    return processorTime() - start <= reading || exceed(Limit::seconds);
+    return processorTime() - start + reserved + more <= reading;
 }
 
 bool Budget::exceed(Limit limit) {

@@ -33,6 +33,13 @@ public:
     /// False once nine tenths of the time are used: what was read has to be judged and printed, too.
     [[nodiscard]] bool checkTime();
 
+    /// Sets processor time aside for what happens after the reading. Returns false, and sets nothing aside,
+    /// if too little is left. This ends no reading.
+    [[nodiscard]] bool reserve(std::chrono::nanoseconds time);
+
+    /// Returns time that reserve() set aside.
+    void release(std::chrono::nanoseconds time);
+
     /// Bytes that may still be inflated.
     std::uint64_t bytesLeft() const { return bounds.maxBytes - inflated; }
 
@@ -47,9 +54,11 @@ public:
 
 private:
     bool exceed(Limit limit);
+    bool isTimeLeft(std::chrono::nanoseconds more) const;
 
     Limits bounds;
     std::chrono::nanoseconds start;
+    std::chrono::nanoseconds reserved{};
     std::uint64_t inflated = 0;
     std::size_t members = 0;
     std::size_t kept = 0;

@@ -101,7 +101,8 @@ struct PackageAssembler::Level {
 
 PackageAssembler::PackageAssembler(Budget& budgetOfPackage, bool keepAll,
                                    std::shared_ptr<const LogForms> forms)
-    : memory(budgetOfPackage), context{memory, budgetOfPackage.limits().maxLine, keepAll, std::move(forms)} {
+    : memory(budgetOfPackage),
+      context{budgetOfPackage, memory, budgetOfPackage.limits().maxLine, keepAll, std::move(forms)} {
     levels.push_back(std::make_unique<Level>());
 }
 
@@ -240,8 +241,10 @@ void PackageAssembler::endText(Member& member) {
     member.text->finish();
     const std::set<Limit>& reached = member.text->reached();
     member.limits.insert(reached.begin(), reached.end());
-    if (reached.contains(Limit::memory)) {
-        merge(member.part.end, endByLimit(Limit::memory));
+    for (const Limit limit : {Limit::memory, Limit::seconds}) {
+        if (reached.contains(limit)) {
+            merge(member.part.end, endByLimit(limit));
+        }
     }
 }
 

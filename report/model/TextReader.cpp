@@ -1,6 +1,7 @@
 #include "TextReader.hpp"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "EntryParser.hpp"
@@ -29,6 +30,17 @@ bool looksLikeLog(std::string_view text, const LogForms* forms) {
         count(lines.rest());
     }
     return timed > 0 && 2 * timed >= filled;
+}
+
+/// The processor time for printing a text, at most: its log entries as JSON. Odd bytes are those that become
+/// escapes there: control characters, and what is not ASCII.
+std::chrono::nanoseconds printingTime(std::string_view text) {
+    constexpr std::chrono::nanoseconds forLine{3000};
+    constexpr std::chrono::nanoseconds forByte{5};
+    constexpr std::chrono::nanoseconds forOddByte{100};
+    const auto isOdd = [](unsigned char byte) { return (byte < ' ' && byte != '\n') || byte >= 0x7F; };
+    return forLine * std::ranges::count(text, '\n') + forByte * text.size() +
+           forOddByte * std::ranges::count_if(text, isOdd);
 }
 
 bool isBinary(std::string_view text) {
@@ -66,7 +78,7 @@ void TextReader::finish() {
     }
     const bool cut = part.end.integrity != Integrity::whole || part.textSize == longestReply;
     if (reader && !reader->finish(lines.rest(), cut ? LineReader::End::cut : LineReader::End::complete)) {
-        leaveOut();
+        leaveOut(Limit::memory);
     }
     if (lines.cutLine() || (logReader != nullptr && logReader->hasLongEntry())) {
         limits.insert(Limit::line);
@@ -110,7 +122,7 @@ void TextReader::readLines(std::string_view bytes) {
     bool fits = true;
     lines.add(bytes, [&](std::string_view line) { fits = fits && (!reader || reader->line(line)); });
     if (!fits) {
-        leaveOut();
+        leaveOut(Limit::memory);
     }
 }
 
@@ -125,7 +137,9 @@ void TextReader::keepText(std::string_view bytes) {
     }
     part.text.append(bytes);
     if (!countText()) {
-        leaveOut();
+        leaveOut(Limit::memory);
+    } else if (!reservePrinting(bytes)) {
+        leaveOut(Limit::seconds);
     }
 }
 
@@ -141,14 +155,25 @@ bool TextReader::countText() {
     return true;
 }
 
+/// Small texts that check keeps are not printed.
+bool TextReader::reservePrinting(std::string_view bytes) {
+    const std::chrono::nanoseconds time = context.keepAll ? printingTime(bytes) : std::chrono::nanoseconds{};
+    if (!context.budget.reserve(time)) {
+        return false;
+    }
+    printing += time;
+    return true;
+}
+
 void TextReader::dropText() {
+    context.budget.release(std::exchange(printing, {}));
     part.text = PackedText();
     context.memory.releaseContent(std::exchange(keptBytes, 0));
 }
 
-/// Keeps nothing of a text for which there is no memory.
-void TextReader::leaveOut() {
-    limits.insert(Limit::memory);
+/// Keeps nothing of a text that exceeds a limit.
+void TextReader::leaveOut(Limit limit) {
+    limits.insert(limit);
     leftOut = true;
     keeping = false;
     dropText();

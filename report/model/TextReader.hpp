@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <set>
@@ -21,6 +22,7 @@ class TextReader {
 public:
     /// What the texts of all parts have in common.
     struct Context {
+        Budget& budget;
         Memory& memory;
         std::size_t maxLine;
         bool keepAll;  ///< else only small texts are kept, which may be evidence
@@ -50,8 +52,9 @@ private:
     void readLines(std::string_view bytes);
     void keepText(std::string_view bytes);
     bool countText();
+    bool reservePrinting(std::string_view bytes);
     void dropText();
-    void leaveOut();
+    void leaveOut(Limit limit);
     void updateTail(std::string_view bytes);
 
     Part& part;
@@ -65,8 +68,9 @@ private:
     std::unique_ptr<LineReader> reader;
     const LogReader* logReader = nullptr;  // `reader` of a log
     bool keeping = true;                   // the text
-    bool leftOut = false;                  // there was no memory for the text, or for what it holds
+    bool leftOut = false;                  // a limit left out the text and what it holds
     std::size_t keptBytes = 0;
+    std::chrono::nanoseconds printing{};
     std::set<Limit> limits;
 };
 

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
@@ -366,6 +367,23 @@ TEST(PackageLoaderTest, LeavesOutATextForWhichThereIsNoMemory) {
     EXPECT_EQ(partOf(package, "archive/syslib/runtime").overlaps.size(), 0U);
     EXPECT_EQ(partOf(package, "noise").text.size(), 0U);
     EXPECT_EQ(partOf(package, "noise").textSize, 200'008U);
+}
+
+TEST(PackageLoaderTest, LeavesOutATextThatWouldTakeTooLongToPrint) {
+    LoadOptions options;
+    options.limits.maxTime = std::chrono::seconds(1);
+    const std::string package = PackageBuilder()
+                                    .file("./ti/syslib_sm_log.log", manyLines("\n", 350'000))
+                                    .file("./ti/netfp_proxy.log", "a: 1\n")
+                                    .tgz();
+    EXPECT_EQ(statesOf(load(package, options)),
+              "ti/syslib_sm_log: not read\n"
+              "ti/netfp_proxy: present\n"
+              "end: \n"
+              "unread ./ti/syslib_sm_log.log: --max-seconds\n");
+
+    options.keep = Report::Keep::evidence;  // which is not printed
+    EXPECT_TRUE(load(package, options).unread.empty());
 }
 
 TEST(PackageLoaderTest, ReservesMemoryForNames) {

@@ -192,6 +192,8 @@ LARGE: dict[str, Callable[[], bytes]] = {
     "many-short-entries": lambda: ordinary(*huge_member(b"./ti/syslib_sm_log.log", SHORT_ENTRIES, 20000)),
     "many-short-lines": lambda: ordinary(*huge_member(b"./linux/messages.log", b"x\n" * (MIB // 2), 1900)),
     "many-short-values": lambda: ordinary(*huge_member(b"./ti/netfp_proxy.log", SHORT_VALUES, 20000)),
+    "many-lines-of-escapes": lambda: ordinary(*huge_member(
+        b"./linux/messages.log", (b"\x1b" * 1023 + b"\n") * 512, 200)),
     "many-nested": lambda: ordinary((b"".join(
         member(b"./n%d.tgz" % n, package(member(b"./mmi/sfn/HeapStats.log", b"heap\n  a   1\n"))) for n in range(2000)
     ), 20)),
