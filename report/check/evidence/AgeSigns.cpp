@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ranges>
 
 #include "PartTable.hpp"
 
@@ -69,7 +68,8 @@ void AgeSigns::findNewerPredecessors(const std::vector<Step>& steps) {
 
 void AgeSigns::findLateSuccessors(const std::vector<Step>& steps) {
     const Step* next = nullptr;  // of the latest run
-    for (const Step& step : std::views::reverse(steps)) {
+    for (std::size_t index = steps.size(); index > 0; --index) {
+        const Step& step = steps[index - 1];
         if (signs.contains(step.part)) {
             continue;
         }

@@ -84,15 +84,13 @@ Fields headlineOf(const View& view, Rows moreFacts) {
                fact("Parts present", partsFact(package)), fact("Findings", findingsFact(package))};
     std::ranges::move(moreFacts, std::back_inserter(facts));
     facts.push_back(fact("Zone of local times", zoneFact(package)));
-    Rows fileFacts = fileFactsOf(package);
     Fields fields;
     fields.set("verdict", nameOf(package.verdict))
         .set("tone", toneOf(package.verdict))
         .set("sentence", shortened(meaningOf(package), 1000))
         .set("certainty", package.certainty ? nameOf(*package.certainty) : std::string_view{})
         .set("facts", std::move(facts))
-        .set("hasFileFacts", !fileFacts.empty())
-        .set("fileFacts", std::move(fileFacts));
+        .setList("fileFacts", fileFactsOf(package));
     setProse(fields, "cause", package.cause, 1000);
     setEvidence(fields, package.evidence);
     return fields;

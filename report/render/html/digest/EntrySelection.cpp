@@ -103,8 +103,9 @@ void EntrySelection::trim(std::size_t bytes) {
     if (otherBytes <= bytes) {
         return;
     }
-    std::vector<std::pair<Rank, std::size_t>>
-        ranks;  // with places in `others`: cheaper to sort than candidates
+    // With places in `others`. They are cheaper to sort than candidates.
+    std::vector<std::pair<Rank, std::size_t>> ranks;
+    ranks.reserve(others.size());
     for (const Candidate& candidate : others) {
         ranks.emplace_back(rankOf(candidate), ranks.size());
     }

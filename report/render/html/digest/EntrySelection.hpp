@@ -46,14 +46,9 @@ private:
         std::size_t size() const;
     };
 
-    /// What decides whether a candidate is kept: the greater one is kept longer.
-    struct Rank {
-        bool urgent = false;
-        std::optional<Time> time;
-        std::uint64_t sequence = 0;
-
-        auto operator<=>(const Rank&) const = default;
-    };
+    /// What decides whether a candidate is kept: the greater one is kept longer. Whether it is urgent, its
+    /// time and its sequence.
+    using Rank = std::tuple<bool, std::optional<Time>, std::uint64_t>;
 
     class Merger;
 
