@@ -1,10 +1,10 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 #include "LogEntry.hpp"
