@@ -2,7 +2,6 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <ostream>
@@ -51,16 +50,6 @@ std::string durationText(double seconds) {
         pieces.push_back(std::to_string(tenths / 10) + fraction + " s");
     }
     return joined(pieces, " ");
-}
-
-/// A rate with one decimal, or a small or huge one with three digits.
-std::string rateText(double perSecond) {
-    constexpr double small = 10;
-    constexpr double huge = 1e15;
-    const double size = std::abs(perSecond);
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), size >= small && size < huge ? "%+.1f" : "%+.3g", perSecond);
-    return text.data();
 }
 
 /// The name, board, time and verdict of a package.

@@ -1,7 +1,9 @@
 #include "Words.hpp"
 
 #include <array>
+#include <cmath>
 #include <cstddef>
+#include <cstdio>
 
 namespace Report {
 
@@ -19,6 +21,15 @@ std::string counted(std::uint64_t number, std::string_view one, std::string_view
         return text.append(one);
     }
     return many.empty() ? text.append(one).append("s") : text.append(many);
+}
+
+std::string rateText(double perSecond) {
+    constexpr double small = 10;
+    constexpr double huge = 1e15;
+    const double size = std::abs(perSecond);
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), size >= small && size < huge ? "%+.1f" : "%+.3g", perSecond);
+    return text.data();
 }
 
 std::string sizeText(std::uint64_t bytes) {

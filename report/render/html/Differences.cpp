@@ -1,10 +1,7 @@
 #include "Differences.hpp"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cmath>
-#include <cstdio>
 #include <ostream>
 #include <string>
 
@@ -56,15 +53,6 @@ Fields partChangeRow(const PartChange& change) {
                                counted(change.text.removed, "line") + " less");
 }
 
-std::string rateText(const std::optional<double>& perSecond) {
-    if (!perSecond || !std::isfinite(*perSecond)) {
-        return {};
-    }
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%.3g", *perSecond);
-    return text.data();
-}
-
 std::string remarkOf(const ValueChange& change) {
     if (change.before == nullptr) {
         return "came";
@@ -85,7 +73,7 @@ Fields valueChangeRow(const ValueChange& change) {
         .set("before", textIn(change.before))
         .set("after", textIn(change.after))
         .set("difference", shortened(change.difference, longestName))
-        .set("rate", rateText(change.perSecond))
+        .set("rate", change.perSecond ? rateText(*change.perSecond) : "")
         .set("remark", remarkOf(change));
 }
 

@@ -217,7 +217,7 @@ class PageInABrowserTest(PageTest):
 
     def test_shows_what_differs_between_neighbours(self) -> None:
         self.browser.show(self.neighbours, javascript=False)
-        self.assertEqual(self.texts("#differences tbody tr"), ["mmi/iwf/HeapStats\tbytes in use\t900\t950\t+50\t5\t",
+        self.assertEqual(self.texts("#differences tbody tr"), ["mmi/iwf/HeapStats\tbytes in use\t900\t950\t+50\t+5\t",
                                                                "mmi/iwf/HeapStats\tbytes free\t100\t50\t-50\t-5\tfell"])
 
 
