@@ -42,8 +42,7 @@ def run(program: Sequence[str | Path], command: str, package: Path, ordinary: Pa
     with tempfile.TemporaryDirectory(prefix="korvel-report-") as folder, \
             tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
         usage = measured.run([*program, command, package, *more], cwd=folder, stdout=out, stderr=err,
-                             env=os.environ | {"TMPDIR": folder, "HOME": folder, "PAGER": "cat",
-                                               "ASAN_OPTIONS": "detect_leaks=0"})  # not possible under strace
+                             env=os.environ | {"TMPDIR": folder, "HOME": folder})
         files = {path.name for path in Path(folder).iterdir()}
         result = Result(usage, contents_of(out), contents_of(err), [])
     result.problems = [*problems_of_run(command, result, files), *CHECKS.get(command, problems_of_text)(result.out)]
