@@ -19,7 +19,8 @@ void setProse(Fields& fields, const std::string& name, std::string_view text, st
         words.push_back(Fields{}.set("code", shown.substr(open + 1, close - open - 1)));
         place = close + 1;
     }
-    fields.set(name, !words.empty()).set(name + "Words", std::move(words));
+    const bool any = !words.empty();
+    fields.set(name, any).set(name + "Words", std::move(words));
 }
 
 }  // namespace Report::Html
