@@ -20,13 +20,14 @@ from dataclasses import dataclass, field, fields
 from pathlib import Path
 
 from board_package import BUILD, BoardPackage, make_package
-from harms import Harm, Harms
+from harms import Harm, Harms, was_disturbed
 from scenarios import Scenario, all_scenarios
 
 PROGRAM = Path(os.environ.get("KORVEL_REPORT", BUILD / "korvel-report"))
 BOARDS_AT_ONCE = 8  # they mostly wait
 STATUSES = {"whole": 0, "incomplete": 1, "cut": 2}
 LEAST_RIGHT = 0.95  # of the causes
+MOST_REPETITIONS = 3
 
 
 @dataclass
@@ -34,6 +35,7 @@ class Figures:
     """What came out. The lists hold a line for each case."""
 
     packages: int = 0
+    repeated: int = 0  # because this machine was too busy
     harmed: int = 0  # parts
     named: int = 0
     right: int = 0  # with the right cause
@@ -57,6 +59,7 @@ class Figures:
         share = f" ({self.right / self.harmed:.1%})" if self.harmed else ""
         rows = (
             ("packages, judged with and without a sidecar", f"{self.packages}", ""),
+            ("packages made again, on a busy machine", f"{self.repeated}", ""),
             ("harmed parts", f"{self.harmed}", ""),
             ("named", f"{self.named}", "all"),
             ("with the right cause", f"{self.right}{share}", "95 %"),
@@ -141,7 +144,14 @@ def judge_board(package: BoardPackage, scenario: Scenario) -> Figures:
 
 
 def run(scenario: Scenario, kind: str) -> Figures:
-    return judge_board(make_package(kind, scenario.making), scenario)
+    package = make_package(kind, scenario.making)
+    repeated = 0
+    while repeated < MOST_REPETITIONS and scenario.verdict != "cut" and was_disturbed(package, scenario.truth(package)):
+        package = make_package(kind, scenario.making)
+        repeated += 1
+    figures = judge_board(package, scenario)
+    figures.repeated = repeated
+    return figures
 
 
 def run_all(tasks: list[tuple[Scenario, str]]) -> Figures:

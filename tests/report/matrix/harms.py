@@ -64,12 +64,23 @@ def dumps(*processes: str) -> list[str]:
     return [f"ti/{process}" for process in processes]
 
 
+def is_proper_dump(name: str, text: bytes) -> bool:
+    return text.rstrip().endswith(f"</{name.removeprefix('ti/')}_dump>".encode())
+
+
 def is_proper_reply(name: str, text: bytes) -> bool:
     _, dispatcher, command = name.split("/")
     title, count = REPLIES[command]
     lines = text.decode("latin-1").split("\n")
     values = [line for line in lines if re.fullmatch(r"  \S.*?\s+\d+", line)]
     return lines[0] == f"{dispatcher}: {title}" and len(values) == count and len(lines) == count + 2 and not lines[-1]
+
+
+def was_disturbed(package: BoardPackage, harms: Harms) -> bool:
+    """Whether a part suffered that should not: this machine was so busy that a peer of the board was too slow."""
+    return any(name not in harms and not is_proper(name, package.members[name])
+               for names, is_proper in ((replies(*DISPATCHERS), is_proper_reply), (dumps(*PROCESSES), is_proper_dump))
+               for name in names if name in package.members)
 
 
 def improper_replies(dispatcher: str, cause: str, states: str, needs_sidecar: bool = False) -> Truth:
@@ -107,7 +118,7 @@ def without_room(package: BoardPackage) -> Harms:
     """
     unwritten = re.findall(r"Error while writing /tmp/korvel/(\S+)\.log: No space left", package.errors)
     unfinished = [name for name in dumps(*PROCESSES)
-                  if not package.members.get(name, b"_dump>").rstrip().endswith(b"_dump>")]
+                  if name in package.members and not is_proper_dump(name, package.members[name])]
     empty = [f"linux/{file}" for file in KERNEL_FILES if package.members.get(f"linux/{file}") == b""]
     if package.kind == "pkg" and unwritten == ["ti/syslib_sm_log"] and not package.members[unwritten[0]]:
         return {unwritten[0]: Harm(frozenset({"empty"}), NO_ROOM, needs_sidecar=True)}

@@ -155,9 +155,11 @@ def disks() -> Scenarios:
     for size in ("48K", "64K", "80K", "96K", "112K", "128K", "144K", "160K"):
         yield case(f"/tmp of {size}", without_room, "--tmp-size", size)
     for size in ("48K", "256K", "1M", "3M", "5M"):
-        yield case(f"/tmp of {size}, full logs", without_room, "--tmp-size", size, "--full-logs")
+        yield case(f"/tmp of {size}, full logs", without_room, "--tmp-size", size, "--full-logs",
+                   is_sample=size == "1M")
     for size in ("4K", "8K", "32K"):
-        yield case(f"/ffs of {size}, full logs", {}, "--ffs-size", size, "--full-logs", verdict="cut")
+        yield case(f"/ffs of {size}, full logs", {}, "--ffs-size", size, "--full-logs", verdict="cut",
+                   is_sample=size == "8K")
     for size in ("64K", "1M"):
         yield case(f"/ffs of {size}", {}, "--ffs-size", size)
 
@@ -307,8 +309,9 @@ def troubled_commands() -> Scenarios:
                kinds=("pkg-trs", "pkg-sup"))
 
 
-GROUPS = (healthy_boards, mmi_faults, mmi_faults_of_all_dispatchers, dump_faults, faults_of_other_requests, missing_peers, ended_peers, disks,
-          old_dumps, old_state_files, narrower_runs, units, troubled_files, troubled_commands)
+GROUPS = (healthy_boards, mmi_faults, mmi_faults_of_all_dispatchers, dump_faults, faults_of_other_requests,
+          missing_peers, ended_peers, disks, old_dumps, old_state_files, narrower_runs, units, troubled_files,
+          troubled_commands)
 
 
 def all_scenarios() -> list[Scenario]:
