@@ -12,13 +12,15 @@ namespace ReportTest {
 
 /// A folder with a package, in which a test cleans and restores.
 class Workshop : public testing::Test {
-protected:
-    Workshop();
+public:
     Workshop(const Workshop&) = delete;
     Workshop& operator=(const Workshop&) = delete;
     Workshop(Workshop&&) = delete;
     Workshop& operator=(Workshop&&) = delete;
     ~Workshop() override;
+
+protected:
+    Workshop();
 
     std::string path(const std::string& name) const { return (folder / name).string(); }
     void write(const std::string& name, const std::string& bytes) const;
