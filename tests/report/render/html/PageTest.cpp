@@ -27,11 +27,11 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::size_t maxLine = std::size_t{1} << 20;
+constexpr std::size_t lineLimit = std::size_t{1} << 20;
 
 std::string page(const std::vector<Package>& packages) {
     std::ostringstream out;
-    renderHtml(out, packages, RuleSet(), maxLine);
+    renderHtml(out, packages, RuleSet(), lineLimit);
     return out.str();
 }
 
