@@ -183,6 +183,7 @@ TEST(DensityTest, HasNoColumnsWithoutEntries) {
 
 std::vector<Value> valuesNamed(const std::vector<std::pair<std::string, std::int64_t>>& rows) {
     std::vector<Value> values;
+    values.reserve(rows.size());
     for (const auto& [name, number] : rows) {
         values.push_back({.part = "mmi/sfn/HeapStats",
                           .title = "heap",
