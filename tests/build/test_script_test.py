@@ -40,10 +40,10 @@ class TestScript(unittest.TestCase):
         path.write_text(f"#!/bin/sh\n{script}\n")
         path.chmod(0o755)
 
-    def run_script(self) -> tuple[int, str]:
+    def run_script(self, *options: str) -> tuple[int, str]:
         """Exit status and standard output."""
         path = f"{self.folder}/bin:{os.environ['PATH']}"
-        outcome = subprocess.run([self.folder / "scripts/test.sh"], env=os.environ | {"PATH": path},
+        outcome = subprocess.run([self.folder / "scripts/test.sh", *options], env=os.environ | {"PATH": path},
                                  capture_output=True, text=True, check=False)
         return outcome.returncode, outcome.stdout
 
@@ -54,6 +54,19 @@ class TestScript(unittest.TestCase):
         rows = outcome[1].split("== Summary\n")[1].split("\n\n")[0].splitlines()[1:]
         self.assertEqual({row[:20].rstrip(): row[22:29].rstrip() for row in rows}, PASSED | results)
         self.assertTrue(outcome[1].endswith(CLOSING.lstrip()), outcome[1])
+
+    def test_includes_the_reader_of_packages_in_all_steps_if_asked(self) -> None:
+        self.put("bin/cmake", f'echo "$@" >> {self.folder}/calls')
+        for options, included in ((), "OFF"), (("--full",), "ON"):
+            self.run_script(*options)
+            calls = self.folder / "calls"
+            self.assertEqual([line for line in calls.read_text().splitlines() if line.startswith("--preset")],
+                             [f"--preset lint -DKORVEL_REPORT={included}",
+                              f"--preset sanitizers -DKORVEL_REPORT={included}", "--preset release"])
+            calls.unlink()
+
+    def test_refuses_other_options(self) -> None:
+        self.assertEqual(self.run_script("--ful"), (2, ""))
 
     def test_reports_that_every_step_passed(self) -> None:
         self.expect(0)
