@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "AddressSyntax.hpp"
 #include "ByteClass.hpp"
@@ -15,8 +16,10 @@ namespace {
 bool writeHex(std::span<char> digits, unsigned value) {
     for (std::size_t index = digits.size(); index > 0; --index) {
         char& digit = digits[index - 1];
+        // g++ 12 takes the first character of `(upper ? "..." : "...")[value % 16]` with -fsanitize=undefined.
         const bool upper = digit >= 'A' && digit <= 'F';
-        digit = (upper ? "0123456789ABCDEF" : "0123456789abcdef")[value % 16];
+        const std::string_view values = upper ? "0123456789ABCDEF" : "0123456789abcdef";
+        digit = values[value % 16];
         value /= 16;
     }
     return value == 0;
