@@ -79,8 +79,9 @@ bool needsLinuxLogs(const Package& package) {
 
 bool hasFolder(const Package& package, std::string_view folder) {
     const std::string start = std::string(folder) + "/";
-    return package.folders.contains(folder) ||
-           std::ranges::any_of(package.parts, [&](const Part& part) { return part.name.starts_with(start); });
+    return package.folders.contains(folder) || std::ranges::any_of(package.parts, [&](const Part& part) {
+               return !part.member.empty() && part.name.starts_with(start);
+           });
 }
 
 std::vector<ExpectedPart> expectedParts(const Package& package, const Expectation& expectation) {

@@ -77,7 +77,8 @@ std::optional<double> sumOf(const Value& value, std::string_view names,
 }
 
 std::string shownValue(const Value& value) {
-    return (value.title.empty() ? "" : value.title + " / ") + value.name + " = " + value.text;
+    const std::string title = value.title.substr(0, value.title.find_last_not_of(": \t") + 1);
+    return (title.empty() ? "" : title + " / ") + value.name + " = " + value.text;
 }
 
 }  // namespace

@@ -154,6 +154,7 @@ void Cleaning::readOriginals() {
     if (sidecar) {
         finder.takeSidecar(sidecar->content, sidecar->text);
     }
+    originals.settle();
 }
 
 void Cleaning::writeOutputs() {

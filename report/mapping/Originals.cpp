@@ -1,6 +1,7 @@
 #include "Originals.hpp"
 
 #include <new>
+#include <optional>
 
 #include "Letters.hpp"
 
@@ -13,6 +14,20 @@ constexpr std::size_t filterBits = std::size_t{1} << 25;
 /// About what an address or a name needs in all tables of a run. A package with too many of them reaches the
 /// memory limit, so that its reading ends.
 constexpr std::size_t memoryOfOriginal = 320;
+
+/// The EUI-64 that an address is, or that an IPv6 address ends with.
+std::optional<std::span<const std::uint8_t, 8>> eui64In(const Address& address) {
+    switch (address.kind) {
+        case AddressKind::eui64:
+            return std::span(address.octets).first<8>();
+        case AddressKind::ip6:
+            return std::span(address.octets).last<8>();
+        case AddressKind::ip4:
+        case AddressKind::mac:
+            break;
+    }
+    return std::nullopt;
+}
 
 }  // namespace
 
@@ -40,9 +55,13 @@ bool Originals::address(const FoundAddress& token, std::span<char> spelling) {
     }
     if (!token.certain && !earlier.isReplacement(address)) {
         seen.add(AddressHash()(address));
+        const auto eui64 = eui64In(address);
+        if (eui64 && macIn(*eui64, false)) {
+            addTo(undecided, address, needsOf({spelling.data(), spelling.size()}, address.kind));
+        }
         return false;
     }
-    addAddress(address, needsOf({spelling.data(), spelling.size()}, address.kind));
+    addTo(found, address, needsOf({spelling.data(), spelling.size()}, address.kind));
     return true;
 }
 
@@ -61,8 +80,18 @@ void Originals::addName(const std::string& name) {
     }
 }
 
-void Originals::addAddress(const Address& address, SpellingNeeds needs) {
-    const auto [entry, added] = found.emplace(address, needs);
+void Originals::settle() {
+    for (const auto& [address, needs] : undecided) {
+        const auto eui64 = eui64In(address);
+        if (eui64 && (found.contains(*macIn(*eui64, false)) || found.contains(*macIn(*eui64, true)))) {
+            addTo(found, address, needs);
+        }
+    }
+    undecided.clear();
+}
+
+void Originals::addTo(AddressTable& table, const Address& address, SpellingNeeds needs) {
+    const auto [entry, added] = table.emplace(address, needs);
     if (added) {
         static_cast<void>(budget.keep(memoryOfOriginal));
     }

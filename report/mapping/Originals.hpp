@@ -47,6 +47,10 @@ public:
     /// Takes a folded name, from a place that names it.
     void addName(const std::string& name);
 
+    /// Call this after the last token. Digits without separators that may be an EUI-64, or an IPv6 address
+    /// made from one, become an address if their hardware address is known.
+    void settle();
+
     /// The addresses, with what their spellings need. Those that describe nobody are not among them.
     const std::unordered_map<Address, SpellingNeeds, AddressHash>& addresses() const { return found; }
     const std::set<std::string, std::less<>>& names() const { return foundNames; }
@@ -56,11 +60,14 @@ public:
     bool mayOccur(std::string_view word) const { return seen.mayContain(TextHash()(word)); }
 
 private:
-    void addAddress(const Address& address, SpellingNeeds needs);
+    using AddressTable = std::unordered_map<Address, SpellingNeeds, AddressHash>;
+
+    void addTo(AddressTable& table, const Address& address, SpellingNeeds needs);
 
     const Mapping& earlier;
     Budget& budget;
-    std::unordered_map<Address, SpellingNeeds, AddressHash> found;
+    AddressTable found;
+    AddressTable undecided;  ///< until settle()
     std::set<std::string, std::less<>> foundNames;
     SeenFilter seen;
     std::string foldedWord;

@@ -55,6 +55,13 @@ std::vector<Step> stepsOf(const Package& package) {
     return steps;
 }
 
+bool onlyHistoryLogIsEmpty(const std::vector<Step>& steps) {
+    return std::ranges::all_of(steps, [](const Step& step) {
+        const bool isHistoryLog = step.place.isSharedLog() && step.place.collector == Collector::fuse;
+        return !step.isBlocked() || (isHistoryLog && step.part->size == 0);
+    });
+}
+
 Evidence evidenceOf(const Step& step) {
     return {step.part->name, step.part->size == 0
                                  ? "0 bytes"
@@ -80,8 +87,12 @@ DiskSigns::DiskSigns(const Package& package) : fullFrom(std::numeric_limits<int>
             syslibEmpty = syslibEmpty || (step->place.isSharedLog() && step->part->size == 0);
         }
         if (!blocked) {
-            return;
+            break;
         }
+    }
+    if (onlyHistoryLogIsEmpty(steps)) {  // perhaps nothing was logged
+        signs.clear();
+        fullFrom = std::numeric_limits<int>::max();
     }
 }
 

@@ -41,7 +41,11 @@ std::string label(std::string_view name, std::string_view bytes) {
 
 /// An unknown board has the name of its package's checksum, so that it joins no other.
 std::string boardLabel(const Package& package) {
-    return label("board", package.board ? *package.board : "sha256:" + package.sha256);
+    if (package.board) {
+        return label("board", *package.board);
+    }
+    // The checksum is unknown if a limit ended the reading.
+    return label("board", package.sha256.empty() ? "file:" + package.source : "sha256:" + package.sha256);
 }
 
 /// A package with an unset clock is older than one with a time, and newer than one without.

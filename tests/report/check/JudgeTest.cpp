@@ -925,6 +925,26 @@ TEST(Judge, HasAnExitStatusForEachVerdict) {
     }
 }
 
+TEST(Expectation, OfAFolderThatIsNotThereDoesNotBlameTheProcesses) {
+    PackageFixture fixture;
+    fixture.removeFolder("ti");
+    judge(fixture.package, parseExpectation("proxy"));
+    const auto dump = std::ranges::find(fixture.package.parts, "ti/netfp_proxy", &Part::name);
+    ASSERT_NE(dump, fixture.package.parts.end());
+    EXPECT_EQ(dump->cause, "a `print` in the same run removed this file, or the run did not ask for it");
+}
+
+TEST(Judge, TakesAnEmptyHistoryLogForALogWithoutEntries) {
+    PackageFixture fixture;
+    for (const char* folder : {"mmi", "ti", "linux", "fuse/iwf", "fuse/sfn"}) {
+        fixture.removeFolder(folder);
+    }
+    fixture.package.kind = Kind::unknown;
+    fixture.write("fuse/HistoryLog", "");
+    judge(fixture.package, parseExpectation("dlog"));
+    EXPECT_EQ(fixture.part("fuse/HistoryLog").state, State::present);
+}
+
 TEST(Expectation, RefusesWordsThatAreNoCoverageKeywords) {
     const struct {
         const char* text;

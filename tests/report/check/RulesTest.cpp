@@ -498,6 +498,24 @@ TEST(RuleSet, KnowsWhichValuesItsRulesName) {
     }
 }
 
+TEST(RuleSet, NamesAValueWithItsTitle) {
+    const RuleSet rules = rulesOf(
+        std::string("[[rule]]\nid = 'own'\nwhere = '**'\nseverity = 'note'\nvalue = 'n'\nis = '> 0'\n") +
+        texts);
+    for (const auto& [title, shown] :
+         {std::pair{"", "n = 1"}, {"heap", "heap / n = 1"}, {"server: ", "server / n = 1"}}) {
+        PackageFixture fixture;
+        Value& value = fixture.package.values.emplace_back();
+        value.part = "ti/netfp_server";
+        value.title = title;
+        value.name = "n";
+        value.number = std::int64_t{1};
+        value.text = "1";
+        EXPECT_THAT(applied(rules, fixture),
+                    testing::HasSubstr("  ti/netfp_server: " + std::string(shown) + "\n"));
+    }
+}
+
 TEST(RuleSet, ComparesNumbersOfAllTypes) {
     const struct {
         const char* is;

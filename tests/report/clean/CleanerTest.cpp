@@ -159,6 +159,15 @@ TEST_F(CleanerTest, ReplacesBareDigitsOnlyIfTheyAreAHardwareAddressElsewhere) {
     EXPECT_THAT(cleaned(), HasSubstr(" " + digits + " 40112233446f "));
 }
 
+TEST_F(CleanerTest, ReplacesBareDigitsThatAreMadeFromAKnownHardwareAddress) {
+    writeText(
+        "40:11:22:33:44:5f 421122fffe33445f 401122fffe33445f fe80000000000000421122fffe33445f "
+        "421122fffe33446f\n");
+    Report::cleanPackage(cleanRequest());
+    EXPECT_THAT(cleaned(), Not(HasSubstr("1122fffe33445f")));
+    EXPECT_THAT(cleaned(), HasSubstr(" 421122fffe33446f\n"));
+}
+
 TEST_F(CleanerTest, ReplacesNamesThatHoldTwelveDigits) {
     writeText("root@bts-401122334455:~# x\nBTS-401122334455 40112233445f 1.3.6.1.10.0.0.1 10.0.0.1\n");
     write("words", "40112233445f\n");

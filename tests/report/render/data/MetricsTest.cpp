@@ -58,6 +58,16 @@ TEST(MetricsTest, HasVerdictTimeAgeAndEachValueOfEachBoard) {
     EXPECT_EQ(metrics({seven, unknown, packageOf("board-10", at(12, 0, 0), 0)}), expectedFile("boards.prom"));
 }
 
+TEST(MetricsTest, KeepsPackagesApartOfWhichNeitherBoardNorChecksumIsKnown) {
+    HandMadePackage one("one.tgz");
+    HandMadePackage other("other.tgz");
+    one.sha256.clear();
+    other.sha256.clear();
+    const std::string text = metrics({one, other});
+    EXPECT_THAT(text, testing::HasSubstr("{board=\"file:one.tgz\","));
+    EXPECT_THAT(text, testing::HasSubstr("{board=\"file:other.tgz\","));
+}
+
 TEST(MetricsTest, HasOnlyTheNewestPackageOfEachBoard) {
     HandMadePackage unset = packageOf("board-7", at(23, 0, 0), 4);
     unset.clockUnset = true;
