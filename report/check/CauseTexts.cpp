@@ -21,7 +21,7 @@ constexpr std::array causeTexts{
     CauseText{Cause::notFollowed, "the package has a member of this name that is not followed: {detail}"},
     CauseText{Cause::noRoom, "no room was left in /tmp"},
     CauseText{Cause::notWritten, "korvel could not write this file: {detail}"},
-    CauseText{Cause::folderNotCreated, "korvel could not create the folder of this file"},
+    CauseText{Cause::folderNotCreated, "korvel could not create the directory of this file"},
     CauseText{Cause::stateFileMissing,
               "the state file was not there or empty, or dispatcher {dispatcher} did not serve it"},
     CauseText{Cause::stateFileEmpty, "the state file of dispatcher {dispatcher} was empty"},

@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -38,6 +39,19 @@ bool isUnread(const Package& package) {
 bool isEndUnknown(const Package& package) {
     return package.end.integrity == Integrity::notRead ||
            std::ranges::any_of(package.unread, [](const Unread& unread) { return unread.member.empty(); });
+}
+
+/// Marks the parts that a limit left out, at least partly: nobody knows whether the rest is as it should be.
+void markUnreadParts(Package& package) {
+    std::set<std::string_view> unread;
+    for (const Unread& row : package.unread) {
+        unread.insert(row.member);
+    }
+    for (Part& part : package.parts) {
+        if (part.state == State::present && unread.contains(part.member)) {
+            part.state = State::notRead;
+        }
+    }
 }
 
 /// Marks the expected parts, and adds those that are not there. Returns the names of assumed ones.
@@ -209,6 +223,7 @@ void judge(Package& package, const Expectation& expectation) {
     for (Package& nested : package.nested) {
         judge(nested, {});
     }
+    markUnreadParts(package);
     const std::set<std::string> assumed = addExpectedParts(package, expectation);
     markStaleParts(package);
     markByContent(package);

@@ -36,12 +36,20 @@ bool isNameCertain(const Clues& clues, const PartPlace& place) {
 
 // Causes that the package itself shows.
 
+/// The limit that left out a part or some of it.
+std::optional<Limit> limitOf(const Package& package, const Part& part) {
+    if (part.end.limit) {
+        return part.end.limit;
+    }
+    const auto unread = std::ranges::find(package.unread, part.member, &Unread::member);
+    return unread == package.unread.end() ? package.end.limit : unread->limit;
+}
+
 Answer byReader(const Clues& clues, const Subject& subject) {
     if (subject.part.state != State::notRead) {
         return std::nullopt;
     }
-    const std::optional<Limit> limit =
-        subject.part.end.limit ? subject.part.end.limit : clues.package.end.limit;
+    const std::optional<Limit> limit = limitOf(clues.package, subject.part);
     return Diagnosis{Cause::limitOfReader, Certainty::certain, std::string(limit ? optionOf(*limit) : "")};
 }
 

@@ -22,14 +22,18 @@ std::string joined(const std::vector<std::string>& words) {
     return text;
 }
 
+std::string quoted(std::string_view text) {
+    return std::string("`").append(text).append("`");
+}
+
+/// "`cut` or `stale`".
 template <typename Enumerator>
-std::string joinedNames(const std::vector<Enumerator>& enumerators) {
-    std::vector<std::string> words;
-    words.reserve(enumerators.size());
+std::string alternatives(const std::vector<Enumerator>& enumerators) {
+    std::string text;
     for (const Enumerator enumerator : enumerators) {
-        words.emplace_back(nameOf(enumerator));
+        text.append(text.empty() ? "" : " or ").append(quoted(nameOf(enumerator)));
     }
-    return joined(words);
+    return text;
 }
 
 /// What the rule looks for, in a line.
@@ -45,14 +49,17 @@ std::string subjectOf(const Rule& rule) {
         subject = "values " + rule.comparisonText + (rule.of.empty() ? "" : " of " + joined(rule.of)) +
                   " with a name that matches " + *rule.value;
     }
-    if (!rule.states.empty() || !rule.verdicts.empty()) {
-        subject = "the state " + joinedNames(rule.states) + joinedNames(rule.verdicts);
+    if (!rule.states.empty()) {
+        subject = "parts in state " + alternatives(rule.states);
+    }
+    if (!rule.verdicts.empty()) {
+        subject = "packages with the verdict " + alternatives(rule.verdicts);
     }
     if (!rule.facts.empty()) {
-        subject = joinedNames(rule.facts);
+        subject = "the fact " + alternatives(rule.facts);
     }
     if (rule.cause) {
-        subject += " with a cause that matches " + *rule.cause;
+        subject += " whose cause matches " + quoted(*rule.cause);
     }
     return subject + (rule.except ? ", without what matches " + *rule.except : "");
 }
@@ -121,7 +128,7 @@ struct RuleSet::Rules {
 
 RuleSet::RuleSet() : rules(std::make_unique<Rules>()) {
     for (const ShippedRules& shipped : shippedRules()) {
-        add(std::string(shipped.text), std::string(shipped.file));
+        add(std::string(shipped.text), std::string(shipped.file) + " (shipped with korvel-report)");
     }
 }
 

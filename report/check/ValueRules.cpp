@@ -1,7 +1,9 @@
 #include "ValueRules.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <string_view>
 #include <variant>
@@ -81,6 +83,13 @@ std::string shownValue(const Value& value) {
     return (title.empty() ? "" : title + " / ") + value.name + " = " + value.text;
 }
 
+/// "2100 (bytes in all)".
+std::string shownTotal(const std::string& names, double total) {
+    std::array<char, 32> number{};
+    std::snprintf(number.data(), number.size(), "%.15g", total);
+    return std::string(number.data()) + " (" + names + ")";
+}
+
 }  // namespace
 
 ValueRules::ValueRules(const std::vector<Rule>& allRules)
@@ -103,19 +112,25 @@ bool ValueRules::names(const Value& value) {
     return std::ranges::any_of(found, [&](std::size_t index) { return isNamed(valueRules[index], value); });
 }
 
-bool ValueRules::isFound(ValueRule& valueRule, const Value& value, const Numbers& numbers) const {
+std::optional<std::string> ValueRules::evidenceOf(ValueRule& valueRule, const Value& value,
+                                                  const Numbers& numbers) const {
     const Rule& rule = rules[valueRule.index];
     const Comparison& comparison = rule.comparison;
     if (!comparison.percent) {
-        return compare(numberOf(value), comparison.relation, comparison.number);
+        const bool found = compare(numberOf(value), comparison.relation, comparison.number);
+        return found ? std::optional(shownValue(value)) : std::nullopt;
     }
     for (const std::string& form : rule.of) {
-        const std::optional<double> whole = sumOf(value, valueRule.pattern.expand(value.name, form), numbers);
+        const std::string names = valueRule.pattern.expand(value.name, form);
+        const std::optional<double> whole = sumOf(value, names, numbers);
         if (whole && *whole > 0) {
-            return compare(numberOf(value) / *whole * hundredPercent, comparison.relation, comparison.number);
+            const double share = numberOf(value) / *whole * hundredPercent;
+            return compare(share, comparison.relation, comparison.number)
+                       ? std::optional(shownValue(value) + " of " + shownTotal(names, *whole))
+                       : std::nullopt;
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 void ValueRules::apply(const Package& package, FindingList& findings) {
@@ -128,8 +143,11 @@ void ValueRules::apply(const Package& package, FindingList& findings) {
         nameSet.find(value.name, found);
         for (const std::size_t place : found) {
             ValueRule& valueRule = valueRules[place];
-            if (isNamed(valueRule, value) && isFound(valueRule, value, numbers)) {
-                findings.add(valueRule.index, value.part, value.part, shownValue(value));
+            if (!isNamed(valueRule, value)) {
+                continue;
+            }
+            if (const auto evidence = evidenceOf(valueRule, value, numbers)) {
+                findings.add(valueRule.index, value.part, value.part, *evidence);
             }
         }
     }

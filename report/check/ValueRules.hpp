@@ -36,7 +36,9 @@ private:
     using Numbers = std::unordered_map<std::string, double>;  // by part, title, name and occurrence
 
     static bool isNamed(ValueRule& rule, const Value& value);
-    bool isFound(ValueRule& valueRule, const Value& value, const Numbers& numbers) const;
+    /// The value as evidence, or no value if the rule does not find it.
+    std::optional<std::string> evidenceOf(ValueRule& valueRule, const Value& value,
+                                          const Numbers& numbers) const;
 
     const std::vector<Rule>& rules;
     std::vector<ValueRule> valueRules;

@@ -92,7 +92,8 @@ void addIdentity(CLI::App& app, Arguments& arguments) {
     addRead<ExpectationError>(
         app, "--expect", "KEYWORDS",
         [&arguments](const std::string& text) { arguments.expectation = parseExpectation(text); },
-        "the coverage keywords of the run, such as 'dinf server' (default: by the folders in the package)");
+        "the coverage keywords of the run, such as 'dinf server' (default: by the directories in the "
+        "package)");
 }
 
 void addRules(CLI::App& app, Arguments& arguments) {
@@ -116,7 +117,7 @@ void addPager(CLI::App& app, Arguments& arguments) {
 void addChoice(CLI::App& app, Arguments& arguments) {
     constexpr const char* time =
         "a time, such as '2026-11-22 02:46' (UTC), or -10m for 10 minutes before the package";
-    app.add_option("--part", arguments.part, "only this part or folder, such as mmi/sfn/HeapStats")
+    app.add_option("--part", arguments.part, "only this part or directory, such as mmi/sfn/HeapStats")
         ->type_name("NAME");
     app.add_flag("--log", arguments.logsOnly, "only log entries");
     addParsed(app, "--since", "TIME", arguments.since, Moment::parse, time,

@@ -155,7 +155,7 @@ Row rowOf(const ValueChange& change) {
     const std::string which = value.occurrence > 1 ? " (" + std::to_string(value.occurrence) + ")" : "";
     std::string difference = cutTo(longestLine, change.difference);
     if (difference.empty()) {
-        difference = change.before == nullptr ? "came" : change.after == nullptr ? "went" : "differs";
+        difference = change.before == nullptr ? "new" : change.after == nullptr ? "gone" : "differs";
     }
     return {forTerminal(value.name) + which, number(change.before), number(change.after),
             std::move(difference), change.perSecond ? rateText(*change.perSecond) : ""};
@@ -251,6 +251,23 @@ void writeDifference(TextWriter& text, const Difference& difference) {
     }
 }
 
+/// Whether a part of one of these packages was compared.
+bool comparesParts(const Difference& difference) {
+    const auto isCompared = [&](const Part& part) {
+        return !part.member.empty() && std::ranges::count(difference.notCompared, part.name) == 0;
+    };
+    return std::ranges::any_of(difference.before->parts, isCompared) ||
+           std::ranges::any_of(difference.after->parts, isCompared);
+}
+
+std::string_view textWithoutDifferences(const Difference& difference) {
+    if (exitStatusOf(difference) == 0) {
+        return "They do not differ.";
+    }
+    const bool any = comparesParts(difference) || std::ranges::any_of(difference.nested, comparesParts);
+    return any ? "Nothing that was compared differs." : "Nothing could be compared.";
+}
+
 void writeHead(TextWriter& text, const Difference& difference) {
     writeSide(text, "before", *difference.before);
     writeSide(text, "after", *difference.after);
@@ -263,8 +280,7 @@ void renderDifference(std::ostream& out, const Difference& difference, const Tex
     TextWriter text(out, style);
     writeHead(text, difference);
     if (difference.empty()) {
-        text.line(exitStatusOf(difference) != 0 ? "Nothing that was compared differs."
-                                                : "They do not differ.");
+        text.line(textWithoutDifferences(difference));
     }
     writeDifference(text, difference);
     for (const Difference& nested : difference.nested) {

@@ -41,11 +41,11 @@ Reason reasonOf(const Part& part) {
 
 }  // namespace
 
-std::vector<PartGroup> troubledParts(const Package& package) {
+std::vector<PartGroup> troubledParts(const Package& package, bool expected) {
     std::vector<PartGroup> groups;
     std::map<Reason, std::size_t> known;
     for (const Part& part : package.parts) {
-        if (!isTroubled(part)) {
+        if (part.expected != expected || !isTroubled(part)) {
             continue;
         }
         const auto [row, added] = known.emplace(reasonOf(part), groups.size());
@@ -67,10 +67,10 @@ std::size_t countExpected(const Package& package) {
                                                   [](const Part& part) { return part.expected; }));
 }
 
-std::size_t countTroubled(const Package& package) {
+std::size_t countTroubled(const Package& package, bool expected) {
     return static_cast<std::size_t>(
         std::count_if(package.parts.begin(), package.parts.end(),
-                      [](const Part& part) { return part.expected && isTroubled(part); }));
+                      [&](const Part& part) { return part.expected == expected && isTroubled(part); }));
 }
 
 }  // namespace Report

@@ -1,6 +1,8 @@
 #include "VerdictText.hpp"
 
 #include <cstddef>
+#include <set>
+#include <string_view>
 
 #include "PartGroups.hpp"
 #include "SafeText.hpp"
@@ -9,33 +11,67 @@
 namespace Report {
 namespace {
 
+std::string_view areNotAsTheyShouldBe(std::size_t count) {
+    return count == 1 ? " is not as it should be." : " are not as they should be.";
+}
+
+/// A sentence about the parts that were not expected, after a blank, or nothing.
+std::string othersText(const Package& package) {
+    const std::size_t troubled = countTroubled(package, false);
+    return troubled == 0 ? std::string()
+                         : " " + counted(troubled, "other part").append(areNotAsTheyShouldBe(troubled));
+}
+
 std::string troubledText(const Package& package) {
     const std::size_t expected = countExpected(package);
-    const std::size_t troubled = countTroubled(package);
+    const std::size_t troubled = countTroubled(package, true);
     if (troubled == 0) {
-        return expected == 0 ? "No part was expected." : "Every expected part is present.";
+        return (expected == 0 ? "No part was expected." : "Every expected part is present.") +
+               othersText(package);
     }
-    return std::to_string(troubled) + " of " + counted(expected, "expected part") +
-           (troubled == 1 ? " is not as it should be." : " are not as they should be.");
+    return std::to_string(troubled) + " of " +
+           counted(expected, "expected part").append(areNotAsTheyShouldBe(troubled)) + othersText(package);
+}
+
+/// What a limit left out: the rest of the package, or some of its members.
+std::string unreadText(const Package& package) {
+    std::set<std::string_view> members;
+    for (const Unread& unread : package.unread) {
+        members.insert(unread.member);
+    }
+    if (package.end.integrity == Integrity::notRead || members.contains("")) {
+        return "A limit of the reading was reached. Nothing is known of the rest.";
+    }
+    return "Because of a limit, " +
+           (members.empty() ? "a package inside was"
+                            : counted(members.size(), "member was", "members were")) +
+           " not read completely.";
+}
+
+std::string cutText(const Package& package) {
+    const bool isFile = !package.sha256.empty();
+    return isFile && package.size == 0 ? "The file is empty."
+                                       : "The file is not complete: " + forTerminal(package.end.reason) +
+                                             ". Parts that are present can be used.";
 }
 
 }  // namespace
 
 std::string meaningOf(const Package& package) {
-    const std::string reason = forTerminal(package.end.reason);
     switch (package.verdict) {
         case Verdict::whole:
             return troubledText(package);
         case Verdict::incomplete:
-            return countTroubled(package) == 0
+            return countTroubled(package, true) == 0
                        ? "Every expected part is present, but a package inside is cut or altered."
                        : troubledText(package) + " Parts that are present can be used.";
         case Verdict::notFullyRead:
-            return "A limit of the reading was reached. Nothing is known of the rest.";
+            return unreadText(package);
         case Verdict::cut:
-            return "The file ends early: " + reason + ". Parts that are present can be used.";
+            return cutText(package);
         case Verdict::altered:
-            return "The file is not as it was made: " + reason + ". Do not rely on its contents.";
+            return "The file is not as it was made: " + forTerminal(package.end.reason) +
+                   ". Do not rely on its contents.";
         case Verdict::unreadable:
             break;
     }

@@ -55,10 +55,10 @@ Fields partChangeRow(const PartChange& change) {
 
 std::string remarkOf(const ValueChange& change) {
     if (change.before == nullptr) {
-        return "came";
+        return "new";
     }
     if (change.after == nullptr) {
-        return "went";
+        return "gone";
     }
     return change.fell ? "fell" : "";
 }

@@ -11,6 +11,16 @@
 namespace Report::Html {
 namespace {
 
+/// "4 times, 3 shown, ", or nothing for a finding with a single line or value.
+std::string timesOf(const Finding& finding) {
+    if (finding.count <= 1) {
+        return {};
+    }
+    const std::size_t shown = finding.evidence.size();
+    return counted(finding.count, "time") + ", " +
+           (shown < finding.count ? std::to_string(shown) + " shown, " : std::string{});
+}
+
 Fields findingRow(const View& view, const Finding& finding) {
     constexpr std::size_t longest = 1000;
     Fields row;
@@ -18,7 +28,7 @@ Fields findingRow(const View& view, const Finding& finding) {
     setProse(row, "advice", finding.advice, longest);
     row.set("part", shortened(finding.part, longest))
         .set("target", textIdOf(view, finding.part))
-        .set("times", finding.count > 1 ? counted(finding.count, "time") + ", " : std::string{})
+        .set("times", timesOf(finding))
         .set("rule", shortened(finding.rule, longest));
     setEvidence(row, finding.evidence, finding.part);
     return row;

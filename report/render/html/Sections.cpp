@@ -98,7 +98,7 @@ Fields headlineOf(const View& view, Rows moreFacts) {
 
 Rows contentsOf(const View& view) {
     const Package& package = *view.package;
-    const std::size_t troubled = countTroubled(package);
+    const std::size_t troubled = countTroubled(package, true);
     Rows rows{link(view, "findings", "Findings", package.findings.size(), worstTone(package.findings)),
               link(view, "parts", "Parts", troubled, "warn")};
     const auto add = [&](bool condition, const char* section, const char* text, std::size_t count) {

@@ -58,12 +58,12 @@ std::string listed(const std::vector<std::string>& names, std::string_view separ
     return list;
 }
 
-void writeTroubles(TextWriter& text, const Package& package) {
-    const std::vector<PartGroup> groups = troubledParts(package);
+void writeTroubles(TextWriter& text, const Package& package, bool expected) {
+    const std::vector<PartGroup> groups = troubledParts(package, expected);
     if (groups.empty()) {
         return;
     }
-    text.heading("Not as it should be");
+    text.heading(expected ? "Not as it should be" : "Not as it should be, but not expected");
     text.rows(groups, mostRows, [&](const PartGroup& group) {
         text.labelled(nameOf(group.first->state), listed(group.names, ", "), stateWidth, TextWriter::indent,
                       rowOf(stateInks, group.first->state));
@@ -72,13 +72,20 @@ void writeTroubles(TextWriter& text, const Package& package) {
     });
 }
 
+/// The name of the part that a member is, or else the name of the member.
+std::string nameOfMember(const Package& package, const std::string& member) {
+    const auto part = std::ranges::find(package.parts, member, &Part::member);
+    return shownName(part == package.parts.end() ? member : part->name);
+}
+
 void writeUnread(TextWriter& text, const Package& package) {
     if (package.unread.empty()) {
         return;
     }
     text.heading("Not read, because of a limit");
     text.rows(package.unread, mostRows, [&](const Unread& unread) {
-        const std::string what = unread.member.empty() ? "the rest of the package" : shownName(unread.member);
+        const std::string what =
+            unread.member.empty() ? "the rest of the package" : nameOfMember(package, unread.member);
         text.line("  " + what + ": " + std::string(optionOf(unread.limit)) + " raises the limit");
     });
 }
@@ -196,7 +203,8 @@ void writeCause(TextWriter& text, const std::string& cause, std::optional<Certai
 
 void writeEvidence(TextWriter& text, const std::vector<Evidence>& evidence, std::size_t margin) {
     text.rows(evidence, mostLines, [&](const Evidence& line) {
-        const std::string whole = shownName(line.source) + ": " + forTerminal(line.text);
+        const std::string source = line.source.empty() ? "" : shownName(line.source) + ": ";
+        const std::string whole = source + forTerminal(line.text);
         text.paragraph(cutTo(longestEvidence, whole), margin);
     });
 }
@@ -214,7 +222,8 @@ void writeCheck(TextWriter& text, const Package& package, const std::string& out
     writeEvidence(text, package.evidence, TextWriter::indent);
     text.line();
     writeFacts(text, package);
-    writeTroubles(text, package);
+    writeTroubles(text, package, true);
+    writeTroubles(text, package, false);
     writeUnread(text, package);
     writeComplaints(text, package, mostLines);
     writeOverlaps(text, package);

@@ -39,10 +39,12 @@ std::vector<Group> groupsOf(const ShowContext& show, const Package& package) {
     return groups;
 }
 
-/// The evidence, after the number of lines if that is only a part of them.
+/// The evidence, after the number of lines if it is only a part of them.
 void writePlace(const ShowContext& show, const Finding& finding) {
     if (finding.count > 1 && finding.count > finding.evidence.size()) {
-        show.text.paragraph(forTerminal(show.prefix + finding.part) + ": " + counted(finding.count, "time"),
+        const std::string place = finding.part.empty() ? "" : forTerminal(show.prefix + finding.part) + ": ";
+        show.text.paragraph(place + counted(finding.count, "time") + ", " +
+                                std::to_string(finding.evidence.size()) + " shown",
                             margin);
     }
     writeEvidence(show.text, finding.evidence, margin);

@@ -90,7 +90,7 @@ void writeValues(const ShowContext& show, const Package& package) {
         return;
     }
     show.text.heading("Values");
-    show.text.line("  * marks values that a rule names. Zeros come last.");
+    show.text.line("  * marks values that a rule names: they come first. Other zeros come last.");
     const Widths widths = widthsOf(show, tables);
     for (const ValueTable& table : tables) {
         writeTable(show, table, widths);

@@ -872,6 +872,11 @@ TEST(Judge, NeverCallsUnreadPartsMissing) {
              fixture.package.unread.push_back({"./ti/netfp_proxy.log", Limit::name});
          },
          "ti/netfp_proxy: not read, certain: not read, because of the limit --max-name\nnot fully read\n"},
+        {"a line of one member was not read to its end",
+         [](PackageFixture& fixture) {
+             fixture.package.unread.push_back({"./ti/netfp_proxy.log", Limit::line});
+         },
+         "ti/netfp_proxy: not read, certain: not read, because of the limit --max-line\nnot fully read\n"},
         {"something in a nested package was not read",
          [](PackageFixture& fixture) {
              fixture.package.nested.emplace_back().unread.push_back({"./a", Limit::depth});

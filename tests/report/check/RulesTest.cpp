@@ -249,9 +249,10 @@ TEST(RuleSet, ExplainsEveryKindOfRule) {
         {"error-entries", "Finds:    log entries of the level error or worse\n"},
         {"last-error", "Finds:    values != 0 with a name that matches last[ _-]?"},
         {"nearly-used-up", "Finds:    values >= 90 % of \\1 in all, \\1 total, "},
-        {"process-died", "Finds:    the state cut with a cause that matches died while\n"},
-        {"package-not-fully-read", "Finds:    the state not fully read\n"},
-        {"log-overlap", "Finds:    overlap\n"},
+        {"process-died", "Finds:    parts in state `cut` whose cause matches `died while`\n"},
+        {"package-not-fully-read", "Finds:    packages with the verdict `not fully read`\n"},
+        {"log-overlap", "Finds:    the fact `overlap`\n"},
+        {"log-overlap", "File:     packages.toml (shipped with korvel-report)\n"},
     };
     for (const auto& [rule, finds] : cases) {
         EXPECT_THAT(rules.explain(rule), testing::HasSubstr(finds));
@@ -276,6 +277,19 @@ TEST(RuleSet, CountsForEachRuleAndPartAndKeepsTheFirstEvidence) {
               "  fuse/HistoryLog: 2026-09-21T14:13:18.000000Z 2 a: No space left on device\n"
               "error disk-full in 'linux/dmesg', 1:\n"
               "  linux/dmesg: [  1.2] EXT4-fs: no space left\n");
+}
+
+TEST(RuleSet, NamesTheTotalOfAShare) {
+    const auto nameAndNumber = [](const char* name, std::int64_t number) {
+        return Value{"mmi/sfn/HeapStats", "heap", name, 1, number, std::to_string(number)};
+    };
+    PackageFixture fixture;
+    fixture.package.sidecarState = SidecarState::used;
+    fixture.package.values = {nameAndNumber("bytes in use", 95), nameAndNumber("bytes in all", 100)};
+
+    EXPECT_EQ(applied(RuleSet(), fixture),
+              "warning nearly-used-up in 'mmi/sfn/HeapStats', 1:\n"
+              "  mmi/sfn/HeapStats: heap / bytes in use = 95 of 100 (bytes in all)\n");
 }
 
 TEST(RuleSet, SortsFindingsBySeverity) {

@@ -130,9 +130,56 @@ TEST(CheckText, OfACutPackageGivesTheReasonAndTheLikelyCause) {
     const std::string text = check(package);
 
     EXPECT_EQ(text.substr(0, text.find("\n\n")), R"(netfp_logs_sup.tgz: cut
-The file ends early: the compressed data end early. Parts that are present can
-be used.
+The file is not complete: the compressed data end early. Parts that are present
+can be used.
 Likely cause: packing was interrupted, or there was no room below /ffs/run/logs)");
+}
+
+TEST(CheckText, SaysThatAFileIsEmpty) {
+    Package package;
+    package.source = "netfp_logs_sup.tgz";
+    package.sha256 = "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855";
+    package.verdict = Verdict::cut;
+    package.end = {Integrity::cut, "the file is empty", {}};
+
+    EXPECT_EQ(check(package).substr(0, check(package).find("\n\n")), R"(netfp_logs_sup.tgz: cut
+The file is empty.)");
+}
+
+TEST(CheckText, TellsPartsInTroubleThatNobodyExpectsApart) {
+    Package package = wholePackage();
+    Part& other = partOf(package, "archive/dispatcher/runtime");
+    other.state = State::cut;
+    other.cause = "the log was full";
+    other.evidence = {{"", "it ends early"}};
+
+    const std::string text = check(package);
+
+    EXPECT_EQ(text.substr(0, text.find("\n\n")), R"(netfp_logs_sup.tgz: whole
+Every expected part is present. 1 other part is not as it should be.)");
+    EXPECT_EQ(sectionOf(text, "Not as it should be"), "");
+    EXPECT_EQ(sectionOf(text, "Not as it should be, but not expected"),
+              R"(Not as it should be, but not expected
+  cut         archive/dispatcher/runtime
+              Possible cause: the log was full
+              it ends early
+)");
+}
+
+TEST(CheckText, NamesAPartThatALimitCutOnlyOnce) {
+    Package package = wholePackage();
+    package.verdict = Verdict::notFullyRead;
+    partOf(package, "linux/uptime").state = State::notRead;
+    package.unread = {{"./linux/uptime.log", Limit::line}};
+
+    const std::string text = check(package);
+
+    EXPECT_EQ(text.substr(0, text.find("\n\n")), R"(netfp_logs_sup.tgz: not fully read
+Because of a limit, 1 member was not read completely.)");
+    EXPECT_EQ(sectionOf(text, "Not read, because of a limit"), R"(Not read, because of a limit
+  linux/uptime: --max-line raises the limit
+)");
+    EXPECT_NE(text.find("  linux           cmdline processes\n"), std::string::npos);
 }
 
 TEST(CheckText, NamesWhatALimitLeftOutAndTheOptionThatRaisesIt) {

@@ -77,7 +77,7 @@ Findings
   error    heartbeat-error
            A process answered that it is not healthy.
            To do: Read the last lines of its log.
-           fuse/HistoryLog: 12 times
+           fuse/HistoryLog: 12 times, 1 shown
            fuse/HistoryLog: NetfpProxy: ERROR
   note     not-collected
            The run did not collect this part.
@@ -86,7 +86,7 @@ Findings
            mmi/sfn/HeapStats: missing
 
 Values
-  * marks values that a rule names. Zeros come last.
+  * marks values that a rule names: they come first. Other zeros come last.
 
 mmi/HeapStats: heap statistics           iwf           sfn
 * bytes in use                          1009          2018
@@ -115,7 +115,7 @@ ti/netfp_proxy: cut, 0 bytes
   Likely cause: the process did not finish its dump within a second
 
 Values
-  * marks values that a rule names. Zeros come last.
+  * marks values that a rule names: they come first. Other zeros come last.
 
 ti/netfp_proxy: proxy         value
   routes learnt                   7

@@ -125,6 +125,15 @@ TEST(DifferenceTextTest, SaysHowFarApartThePackagesAreOrWhyThatIsUnknown) {
     }
 }
 
+TEST(DifferenceTextTest, SaysIfNothingCouldBeCompared) {
+    HandMadePackage before("a");
+    HandMadePackage after("b");
+    before.addPart("p", "text\n");
+    after.verdict = Verdict::altered;
+
+    EXPECT_NE(text(before, after).find("\nNothing could be compared.\n"), std::string::npos);
+}
+
 TEST(DifferenceTextTest, CutsLongLinesAndKeepsColumnsWithLongNumbers) {
     HandMadePackage before("a");
     HandMadePackage after("b");
