@@ -3,6 +3,7 @@
 Markdown fences a block as ```console. In a manual page, a block is a literal display that begins with a prompt:
   "$ "       The command runs at the root of the source tree.
   "board# "  The command runs on a simulated board. Each block gets a new board.
+  "> "       Directly after a command: its next line.
 If "$ boardsim OPTION..." directly precedes a board command, the options apply to the board.
 All other lines are output: standard output and standard error, as a terminal shows them.
 """
@@ -16,6 +17,7 @@ from pathlib import Path
 
 HOST_PROMPT = "$ "
 BOARD_PROMPT = "board# "
+CONTINUATION = "> "
 PROMPTS = (HOST_PROMPT, BOARD_PROMPT)
 
 # Separates the outputs of two commands on a board. No command of a page prints this character.
@@ -116,6 +118,8 @@ def _steps(lines: list[str]) -> list[Step]:
         prompt = next((each for each in PROMPTS if line.startswith(each)), None)
         if prompt:
             steps.append(Step(prompt, line.removeprefix(prompt)))
+        elif line.startswith(CONTINUATION) and not steps[-1].output:
+            steps[-1].command += "\n" + line.removeprefix(CONTINUATION)
         else:
             steps[-1].output.append(line)
     return steps
