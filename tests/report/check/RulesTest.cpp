@@ -43,22 +43,40 @@ public:
 
     /// Whether the rule finds its example.
     bool isFound(const Rule& rule, const std::string& example) const {
-        if (rule.where.front() == sidecarLines) {
+        const std::string& where = rule.where.front();
+        if (where == sidecarLines) {
             PackageFixture run;
             run.ran("korvel pkg-sup", example + "\n");
             RuleSet().apply(run.package, 1000);
             return hasFinding(run.package, rule.id, "");
         }
-        return hasFinding(fixture.package, rule.id, names.at(example));
+        if (isPartName(where)) {
+            PackageFixture one;
+            one.write(where, example + "\n");
+            RuleSet().apply(one.package, 1000);
+            return hasFinding(one.package, rule.id, where);
+        }
+        return hasFinding(fixture.package, rule.id, names.at(keyOf(rule, example)));
     }
 
 private:
+    static bool isPartName(const std::string& where) {
+        return where.find('/') != std::string::npos && where.find('*') == std::string::npos;
+    }
+
+    /// Rules for the same place share their examples.
+    static std::string keyOf(const Rule& rule, const std::string& example) {
+        return rule.where.front() + '\n' + example;
+    }
+
     void add(const Rule& rule, const std::string& example) {
-        std::string& name = names[example];
+        std::string& name = names[keyOf(rule, example)];
         if (!name.empty()) {
             return;
         }
-        name = "linux/example" + std::to_string(names.size());
+        const std::string& where = rule.where.front();
+        const std::string folder = where.ends_with("/*") ? where.substr(0, where.find('/')) : "linux";
+        name = folder + "/example" + std::to_string(names.size());
         if (rule.value) {
             addValues(name, example);
         } else {
@@ -87,7 +105,7 @@ private:
     }
 
     PackageFixture fixture;
-    std::map<std::string, std::string> names;  // of parts, by example
+    std::map<std::string, std::string> names;  // of parts, by place and example
 };
 
 RuleFile shipped() {
