@@ -7,11 +7,11 @@ Labels:
   quiet   no error and no warning is expected
   tell?, quiet?   the same, but reasonable engineers may differ
 
-LOGS, SYSTEM and KERNEL have one line in each case. The level of the log, or the priority of the system log, is that
-of information unless the case has another: most of these texts would be found by their level alone.
+LOGS, SYSTEM and KERNEL have one line in each case. The level, or the priority of the system log, is that of
+information unless the case has another: most of these texts would be found by their level alone.
 """
 
-# fuse/HistoryLog and ti/syslib_sm_log, in turn: label, text[, level]
+# Logs: label, text[, level]
 LOGS = [
     # Heartbeats, peers, processes
     ("tell", "Heartbeat timeout: no answer from netfp_server for 20 s"),
@@ -205,7 +205,7 @@ LOGS = [
     ("tell", "credit 0 for 300 ms", 1),
 ]
 
-# linux/system: label, tag, text[, priority]
+# linux/system: label, tag, text
 SYSTEM = [
     ("tell", "systemd[1]", "netfp_proxy.service: Main process exited, code=killed, status=11/SEGV"),
     ("tell", "systemd[1]", "netfp_proxy.service: Failed with result 'signal'."),
@@ -498,7 +498,7 @@ VALUES = [
     ("quiet", "linux/processes", ["  812 root      5000 S    /usr/bin/netfp_server --on-error=restart"]),
 ]
 
-# fuse/HistoryLog: label, text
+# Logs, further texts: label, text
 LATER = [
     ("tell", "open(/ffs/cfg/ports.cfg) failed: No such file or directory"),
     ("tell", "mmap failed: no memory mapped at 0x1000"),
@@ -572,7 +572,7 @@ LATER = [
     ("quiet", "heartbeat received from all peers"),
 ]
 
-# fuse/HistoryLog, a 0 or a "no" that does not excuse the rest of the line, and some that do: label, text
+# Logs, a 0 or a "no" that does not excuse the rest of the line, and some that do: label, text
 ZERO = [
     ("tell", "worker 0 crashed"),
     ("tell", "core 0 panic"),
