@@ -15,6 +15,7 @@
 #include "LeakCheck.hpp"
 #include "MapFile.hpp"
 #include "OriginalsFinder.hpp"
+#include "Overwriting.hpp"
 #include "PackageGuard.hpp"
 #include "PackageRewriter.hpp"
 #include "PackageSource.hpp"
@@ -33,29 +34,43 @@ Random unpredictable() {
     return Random(seed);
 }
 
-bool isSameFile(const std::string& one, const std::string& other) {
-    struct stat first {};
-    struct stat second {};
-    const bool exist = ::stat(one.c_str(), &first) == 0 && ::stat(other.c_str(), &second) == 0;
-    return one == other || (exist && first.st_dev == second.st_dev && first.st_ino == second.st_ino);
-}
-
 [[noreturn]] void refuseFile(const std::string& path, const std::string& reason) {
     throw CleanRefusal(CleanRefusal::unusable, path + ": " + reason);
 }
 
-/// The output is read again, so it must be a file. It replaces neither the original package nor the mapping.
+/// Everything that the run reads, without the map: the run continues it.
+std::vector<std::string> filesToRead(const CleanRequest& request) {
+    std::vector<std::string> files{request.package};
+    for (const std::optional<std::string>& file : {request.words, request.runFile}) {
+        if (file) {
+            files.push_back(*file);
+        }
+    }
+    return files;
+}
+
+/// The output is read again, so it must be a file. No result replaces another one, nor a file that is read.
 void checkPaths(const CleanRequest& request) {
     const std::string& output = request.output;
     struct stat existing {};
     if (output == "-" || (::stat(output.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode))) {
         refuseFile(output, "the clean package needs a regular file");
     }
-    if (isSameFile(output, request.package)) {
-        refuseFile(output, "it is the original package");
+    if (replacesAny(output, {request.package})) {
+        refuseFile(output, "the clean package would replace the original");
     }
-    if (isSameFile(request.map, request.package) || isSameFile(request.map, output)) {
-        refuseFile(request.map, "the mapping needs a file of its own");
+    const std::vector<std::string> inputs = filesToRead(request);
+    if (replacesAny(output, inputs)) {
+        refuseFile(output, "--output names a file that is read");
+    }
+    const std::string newSidecar = output + ".run";
+    if (request.runFile && replacesAny(newSidecar, inputs)) {
+        refuseFile(newSidecar, "the new sidecar would replace a file that is read");
+    }
+    std::vector<std::string> others = inputs;
+    others.insert(others.end(), {output, newSidecar});
+    if (replacesAny(request.map, others)) {
+        refuseFile(request.map, "the map needs a file of its own");
     }
 }
 

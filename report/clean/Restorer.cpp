@@ -11,6 +11,7 @@
 #include "DescriptorSource.hpp"
 #include "HashedStream.hpp"
 #include "MapFile.hpp"
+#include "Overwriting.hpp"
 #include "PackageGuard.hpp"
 #include "PackageRewriter.hpp"
 #include "PackageSource.hpp"
@@ -30,6 +31,7 @@ public:
 
     std::vector<std::string> run() {
         if (request.output) {
+            checkPaths();
             output.emplace(*request.output);
         }
         DescriptorSink sink(output ? output->descriptor() : STDOUT_FILENO,
@@ -46,6 +48,7 @@ public:
     }
 
 private:
+    void checkPaths() const;
     void restorePackage(ByteSink& sink);
     void restoreSidecar(const std::string& sha256);
     void restoreText(ByteSink& sink);
@@ -56,6 +59,20 @@ private:
     std::optional<AsideFile> output;
     std::vector<std::string> notes;
 };
+
+/// No result replaces a file that is read.
+void Restoring::checkPaths() const {
+    const std::vector<std::string> inputs{request.input, request.map,
+                                          request.runFile.value_or(request.input)};
+    if (replacesAny(*request.output, inputs)) {
+        throw CleanRefusal(CleanRefusal::unusable, *request.output + ": --output names a file that is read");
+    }
+    const std::string newSidecar = *request.output + ".run";
+    if (request.runFile && replacesAny(newSidecar, inputs)) {
+        throw CleanRefusal(CleanRefusal::unusable,
+                           newSidecar + ": the new sidecar would replace a file that is read");
+    }
+}
 
 void Restoring::restorePackage(ByteSink& sink) {
     Limits bounds = request.limits;

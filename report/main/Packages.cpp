@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <iterator>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -9,6 +10,8 @@
 #include "ExitStatus.hpp"
 #include "Judge.hpp"
 #include "Message.hpp"
+#include "Output.hpp"
+#include "Overwriting.hpp"
 #include "PackageSource.hpp"
 #include "SmallFile.hpp"
 
@@ -66,6 +69,20 @@ Packages readAll(const Arguments& arguments, const RuleSet& rules) {
         packages.list.push_back(std::move(*package));
     }
     return packages;
+}
+
+void checkOutput(const Arguments& arguments) {
+    std::vector<std::string> inputs = arguments.files;
+    inputs.insert(inputs.end(), arguments.ruleFiles.begin(), arguments.ruleFiles.end());
+    if (arguments.runFile) {
+        inputs.push_back(*arguments.runFile);
+    } else if (arguments.useRun) {
+        std::ranges::transform(arguments.files, std::back_inserter(inputs),
+                               [](const std::string& package) { return package + ".run"; });
+    }
+    if (arguments.output && *arguments.output != "-" && replacesAny(*arguments.output, inputs)) {
+        throw OutputError(*arguments.output + ": --output names a file that is read");
+    }
 }
 
 RuleSet readRules(const Arguments& arguments) {

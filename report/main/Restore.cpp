@@ -1,3 +1,4 @@
+#include <optional>
 #include <string>
 
 #include "Cleaner.hpp"
@@ -17,7 +18,7 @@ int restoreFile(const Arguments& arguments) {
     return rewrite([&] {
         return restore({.input = input,
                         .map = arguments.map.value_or(input + ".map"),
-                        .output = arguments.output,
+                        .output = arguments.output == "-" ? std::nullopt : arguments.output,
                         .runFile = sidecarToRewrite(arguments),
                         .limits = arguments.limits});
     });

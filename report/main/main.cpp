@@ -13,6 +13,7 @@
 #include "ExitStatus.hpp"
 #include "Message.hpp"
 #include "Output.hpp"
+#include "Packages.hpp"
 
 namespace Report {
 namespace {
@@ -34,6 +35,9 @@ int runCommand(const CommandLine& commandLine) {
     if (commandLine.text) {
         print(*commandLine.text);
         return 0;
+    }
+    if (commandLine.command != Command::clean && commandLine.command != Command::restore) {
+        checkOutput(commandLine.arguments);
     }
     if (commandLine.arguments.explain) {
         return explain(commandLine.arguments, *commandLine.arguments.explain);

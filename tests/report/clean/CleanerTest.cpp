@@ -278,7 +278,7 @@ TEST_F(CleanerTest, RefusesFilesThatItCannotUse) {
     expectRefusal(request, "3: DIR/in.tgz: No such file or directory");
     writeText("10.0.0.1\n");
     request.output = path("in.tgz");
-    expectRefusal(request, "3: DIR/in.tgz: it is the original package");
+    expectRefusal(request, "3: DIR/in.tgz: the clean package would replace the original");
     request.output = "-";
     expectRefusal(request, "3: -: the clean package needs a regular file");
     request.output = path("");
@@ -287,7 +287,9 @@ TEST_F(CleanerTest, RefusesFilesThatItCannotUse) {
     expectRefusal(request, "3: DIR/nowhere/out.tgz: No such file or directory");
     request = cleanRequest();
     request.map = request.output;
-    expectRefusal(request, "3: DIR/out.tgz: the mapping needs a file of its own");
+    expectRefusal(request, "3: DIR/out.tgz: the map needs a file of its own");
+    request.map = path("out.tgz.run");
+    expectRefusal(request, "3: DIR/out.tgz.run: the map needs a file of its own");
     request.map = path("case.map");
     write("case.map", "korvel-report map 1\nip4 10.0.0.1\n");
     expectRefusal(request, "3: DIR/case.map: line 2: not a kind, an original and its replacement");

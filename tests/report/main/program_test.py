@@ -279,6 +279,49 @@ class Output(ReportTest):
         self.package("x.tgz")
         self.assertEqual(self.run_report("check", "x.tgz", "-o", "-"), self.run_report("check", "x.tgz"))
 
+    def test_does_not_replace_what_is_read(self) -> None:
+        package, rules = self.package("x.tgz"), self.folder / "rules.toml"
+        rules.touch()
+        sidecar = self.sidecar(package)
+        self.package("y.tgz").rename(self.folder / "other.tgz")
+        (self.folder / "symbolic").symlink_to("x.tgz")
+        (self.folder / "hard").hardlink_to(package)
+        self.assertEqual(self.run_report("clean", "x.tgz", "-o", "c.tgz").status, 0)
+        (self.folder / "c.words").write_text("eth1\n")
+        (self.folder / "c").mkdir()
+        before = {path: path.read_bytes() for path in self.folder.iterdir() if path.is_file()}
+        reads = "--output names a file that is read"
+        for words, output, reason in (
+                *((f"{subcommand} x.tgz", "x.tgz", reads) for subcommand in ("check", "show", "html", "json", "metrics")),
+                ("diff x.tgz other.tgz", "other.tgz", reads),
+                *(("check x.tgz", output, reads) for output in ("symbolic", "hard", "./x.tgz", sidecar, "c/../x.tgz")),
+                ("check --run x.tgz.run hard", "x.tgz.run", reads),
+                ("show --rules rules.toml x.tgz", "rules.toml", reads),
+                ("show --rules rules.toml --explain x", "rules.toml", reads),
+                ("restore c.tgz", "c.tgz", reads),
+                ("restore c.tgz", "c.tgz.map", reads),
+                ("restore c.tgz", "c.tgz.run", reads),
+                ("clean x.tgz", "x.tgz", "the clean package would replace the original"),
+                ("clean x.tgz", "x.tgz.run", reads),
+                ("clean --words c.words x.tgz", "c.words", reads),
+        ):
+            with self.subTest(words=words, output=output):
+                status = 2 if words.startswith("diff") else 3
+                self.assertEqual(self.run_report(*words.split(), "-o", output),
+                                 Outcome(status, "", f"korvel-report: {output}: {reason}\n"))
+        with open(package, "rb") as standard_input:
+            self.assertEqual(self.run_report("check", "-", "-o", "x.tgz", stdin=standard_input),
+                             Outcome(3, "", f"korvel-report: x.tgz: {reads}\n"))
+        sidecars = "the new sidecar would replace a file that is read"
+        self.assertEqual(self.run_report("clean", "--run", "x.tgz.run", "other.tgz", "-o", "x.tgz"),
+                         Outcome(3, "", f"korvel-report: x.tgz.run: {sidecars}\n"))
+        self.assertEqual(self.run_report("restore", "--map", "c.tgz.map", "--run", "c.tgz.run", "x.tgz", "-o", "c.tgz"),
+                         Outcome(3, "", f"korvel-report: c.tgz.run: {sidecars}\n"))
+        self.assertEqual(self.run_report("clean", "--map", "m", "x.tgz", "-o", "./m"),
+                         Outcome(3, "", "korvel-report: m: the map needs a file of its own\n"))
+        self.assertEqual({path: path.read_bytes() for path in self.folder.iterdir() if path.is_file()}, before)
+        self.assertEqual(self.run_report("check", "x.tgz", "-o", "/dev/null"), Outcome(0, "", ""))
+
     def test_to_a_missing_folder_is_an_error(self) -> None:
         self.package("x.tgz")
         self.assertEqual(self.run_report("check", "x.tgz", "-o", "nowhere/file"),
