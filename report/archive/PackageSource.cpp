@@ -22,6 +22,21 @@ namespace {
 
 constexpr std::size_t chunkSize = std::size_t{256} << 10;
 
+/// Words of its own for errc::not_supported.
+class SourceCategory : public std::error_category {
+public:
+    const char* name() const noexcept override { return "package source"; }
+    std::string message(int /*value*/) const override { return "not a file or a pipe"; }
+    std::error_condition default_error_condition(int /*value*/) const noexcept override {
+        return std::errc::not_supported;
+    }
+};
+
+std::error_code reasonFor(mode_t kind) {
+    static const SourceCategory category;
+    return S_ISDIR(kind) ? std::make_error_code(std::errc::is_a_directory) : std::error_code(1, category);
+}
+
 }  // namespace
 
 struct PackageSource::Content {
@@ -133,8 +148,7 @@ PackageSource::PackageSource(std::string path, std::size_t mostBytes) : name(std
         opened->chunks = readStream(opened->file.get(), mostBytes, name);
         opened->file.reset();
     } else {
-        const auto reason = S_ISDIR(status.st_mode) ? std::errc::is_a_directory : std::errc::not_supported;
-        throw std::system_error(std::make_error_code(reason), name);
+        throw std::system_error(reasonFor(status.st_mode), name);
     }
     content = std::move(opened);
 }

@@ -1,6 +1,8 @@
 #include "Cleaner.hpp"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -119,6 +121,9 @@ public:
         Random random = unpredictable();
         assignReplacements(originals, mapping, random);
         writeOutputs();
+        if (request.summary) {
+            notes.push_back(summary());
+        }
         return std::move(notes);
     }
 
@@ -128,6 +133,7 @@ private:
     void writeOutputs();
     void writePackage(const AsideFile& output);
     std::string checkPackage(const AsideFile& output);
+    std::string summary() const;
 
     const CleanRequest& request;
     PackageSource source;
@@ -212,6 +218,19 @@ std::string Cleaning::checkPackage(const AsideFile& output) {
         throw CleanRefusal(CleanRefusal::notClean, request.output + ": it could not be restored exactly");
     }
     return facts.sha256;
+}
+
+std::string counted(std::size_t count, const std::string& one, const std::string& many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string Cleaning::summary() const {
+    // A word of --words need not be in the package.
+    const auto names = std::ranges::count_if(originals.names(), [this](const std::string& name) {
+        return originals.mayOccur(name) || mapping.isReplacement(name);
+    });
+    return request.output + ": " + counted(originals.addresses().size(), "address", "addresses") + " and " +
+           counted(static_cast<std::size_t>(names), "name", "names") + " replaced; the map is " + request.map;
 }
 
 }  // namespace

@@ -16,11 +16,12 @@ struct CleanRequest {
     std::optional<std::string> words;    ///< path of --words
     std::optional<std::string> runFile;  ///< sidecar to clean with the package; it is written to OUTPUT.run
     Limits limits;
+    bool summary = false;  ///< whether a note says what was replaced
 };
 
 /// Makes a clean copy of a package, and of its sidecar, and writes the mapping. Either all of them are
 /// complete, or none is left. Returns notes for the user, a line each: words that stay, a sidecar that is
-/// left out. Throws CleanRefusal.
+/// left out, and at the end what was replaced. Throws CleanRefusal.
 ///
 /// The package is read three times: to collect originals, to write the copy, and to check the copy. The time
 /// limit is for the first reading; the other limits are for each of them. The check looks for originals, and

@@ -34,9 +34,13 @@ public:
             checkPaths();
             output.emplace(*request.output);
         }
+        const bool isPackage = source.peek(gzipStart.size()) == gzipStart;
+        if (isPackage && !output && ::isatty(STDOUT_FILENO) == 1) {
+            throw CleanRefusal(CleanRefusal::unusable, "standard output is a terminal: use -o");
+        }
         DescriptorSink sink(output ? output->descriptor() : STDOUT_FILENO,
                             request.output.value_or("standard output"));
-        if (source.peek(gzipStart.size()) == gzipStart) {
+        if (isPackage) {
             restorePackage(sink);
         } else {
             restoreText(sink);

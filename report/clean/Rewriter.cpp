@@ -11,9 +11,8 @@ namespace Report {
 namespace {
 
 [[noreturn]] void refuse(std::span<const char> spelling) {
-    throw CleanRefusal(CleanRefusal::notClean,
-                       "the replacement in the mapping does not fit into the spelling " +
-                           std::string(spelling.begin(), spelling.end()));
+    throw CleanRefusal(CleanRefusal::notClean, "the replacement in the map does not fit into the spelling " +
+                                                   std::string(spelling.begin(), spelling.end()));
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include <string>
 
+#include <unistd.h>
+
 #include "Cleaner.hpp"
 #include "Commands.hpp"
 #include "Rewriting.hpp"
+#include "Terminal.hpp"
 
 namespace Report {
 
@@ -14,7 +17,8 @@ int clean(const Arguments& arguments) {
                              .map = arguments.map.value_or(output + ".map"),
                              .words = arguments.words,
                              .runFile = sidecarToRewrite(arguments),
-                             .limits = arguments.limits});
+                             .limits = arguments.limits,
+                             .summary = isTerminal(STDERR_FILENO)});
     });
 }
 

@@ -1,9 +1,12 @@
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <exception>
 #include <optional>
 #include <ostream>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -14,6 +17,7 @@
 #include "Message.hpp"
 #include "Output.hpp"
 #include "Packages.hpp"
+#include "Terminal.hpp"
 
 namespace Report {
 namespace {
@@ -35,6 +39,11 @@ int runCommand(const CommandLine& commandLine) {
     if (commandLine.text) {
         print(*commandLine.text);
         return 0;
+    }
+    const std::vector<std::string>& files = commandLine.arguments.files;
+    const bool readsText = commandLine.command == Command::restore;  // it may be typed in
+    if (!readsText && std::ranges::find(files, "-") != files.end() && isTerminal(STDIN_FILENO)) {
+        throw std::runtime_error("standard input is a terminal");
     }
     if (commandLine.command != Command::clean && commandLine.command != Command::restore) {
         checkOutput(commandLine.arguments);

@@ -107,10 +107,10 @@ std::string_view addLine(std::string_view line, Mapping& mapping) {
 
 void checkHeader(std::string_view line) {
     if (!line.starts_with(header)) {
-        throw std::invalid_argument("line 1: not a mapping of korvel-report");
+        throw std::invalid_argument("line 1: not a map of korvel-report");
     }
     if (line.substr(header.size()) != version) {
-        throw std::invalid_argument("line 1: a mapping of another version: " + std::string(line));
+        throw std::invalid_argument("line 1: a map of another version: " + std::string(line));
     }
 }
 

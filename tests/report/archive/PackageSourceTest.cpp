@@ -148,17 +148,19 @@ TEST_F(PackageSourceTest, WhatIsNoFileIsRefusedWithAReason) {
     const struct {
         std::string path;
         std::errc reason;
+        std::string words;
     } cases[] = {
-        {folder, std::errc::is_a_directory},
-        {"/dev/null", std::errc::not_supported},
-        {folder / "missing", std::errc::no_such_file_or_directory},
+        {folder, std::errc::is_a_directory, "Is a directory"},
+        {"/dev/null", std::errc::not_supported, "not a file or a pipe"},
+        {folder / "missing", std::errc::no_such_file_or_directory, "No such file or directory"},
     };
-    for (const auto& [path, reason] : cases) {
+    for (const auto& [path, reason, words] : cases) {
         try {
             const PackageSource source(path, enough);
             ADD_FAILURE() << path;
         } catch (const std::system_error& error) {
             EXPECT_EQ(error.code(), reason);
+            EXPECT_EQ(error.code().message(), words);
         }
     }
 }

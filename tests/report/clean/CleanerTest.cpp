@@ -135,6 +135,19 @@ TEST_F(CleanerTest, RefusesAListWithALineThatIsNoWord) {
     expectRefusal(request, "3: DIR/words: No such file or directory");
 }
 
+TEST_F(CleanerTest, CountsWhatItReplacesIfThisIsWanted) {
+    write("in.tgz", PackageBuilder()
+                        .ownedBy("alice", "radio")
+                        .file("./linux/system.log", "10.0.0.1 10.0.0.1 00:11:22:33:44:55 127.0.0.1 eth1\n")
+                        .tgz());
+    write("words", "eth1\nunseen\n");
+    Report::CleanRequest request = cleanRequest();
+    request.words = path("words");
+    request.summary = true;
+    EXPECT_EQ(notesOf(request),
+              "DIR/out.tgz: 2 addresses and 3 names replaced; the map is DIR/out.tgz.map\n");
+}
+
 TEST_F(CleanerTest, LeavesFixedNames) {
     const std::string text = "root@fuse:\n<netfp_proxy_dump>\n</netfp_proxy_dump>\n";
     write("in.tgz",
@@ -313,7 +326,7 @@ TEST_F(CleanerTest, RefusesAnOriginalWithoutAReplacement) {
     write("out.tgz.map", "korvel-report map 1\nip4 10.0.0.1 99.4.6.2\n");
     writeText("::ffff:a00:1\n");
     expectRefusal(cleanRequest(),
-                  "1: the replacement in the mapping does not fit into the spelling ::ffff:a00:1");
+                  "1: the replacement in the map does not fit into the spelling ::ffff:a00:1");
 }
 
 TEST_F(CleanerTest, FindsALeakInACleanPackage) {

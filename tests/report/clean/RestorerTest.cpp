@@ -87,7 +87,7 @@ TEST_F(RestorerTest, RefusesWhatItCannotRestore) {
     write("out.tgz", PackageBuilder().symbolicLink("./x", "y").tgz());
     EXPECT_EQ(refusalOf(restoreRequest()), "1: DIR/out.tgz: ./x: it is a link, which is not followed");
     write("out.tgz.map", "x\n");
-    EXPECT_EQ(refusalOf(restoreRequest()), "3: DIR/out.tgz.map: line 1: not a mapping of korvel-report");
+    EXPECT_EQ(refusalOf(restoreRequest()), "3: DIR/out.tgz.map: line 1: not a map of korvel-report");
     std::filesystem::remove(path("out.tgz.map"));
     EXPECT_EQ(refusalOf(restoreRequest()), "3: DIR/out.tgz.map: No such file or directory");
     std::filesystem::remove(path("out.tgz"));

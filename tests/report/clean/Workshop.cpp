@@ -82,7 +82,8 @@ Report::CleanRequest Workshop::cleanRequest() const {
             .map = path("out.tgz.map"),
             .words = {},
             .runFile = {},
-            .limits = {}};
+            .limits = {},
+            .summary = false};
 }
 
 Report::RestoreRequest Workshop::restoreRequest() const {

@@ -78,6 +78,28 @@ class TerminalTest(ReportTest):
         self.assertEqual(self.on_terminal("show", "x.tgz", PAGER="no-such-pager -x", NO_COLOR="1"),
                          (0, f"korvel-report: no-such-pager -x: No such file or directory\n{self.plain}"))
 
+    def test_is_no_source_of_a_package(self) -> None:
+        message = "korvel-report: standard input is a terminal\n"
+        for words, status in ((["check", "-"], 3), (["clean", "-", "-o", "c"], 3), (["diff", "x.tgz", "-"], 2)):
+            with self.subTest(words=words):
+                self.assertEqual(self.on_terminal(*words), (status, message))
+
+    def test_shows_what_clean_replaced(self) -> None:
+        (self.folder / "words").write_text("eth1\n")
+        status, shown = self.on_terminal("clean", "x.tgz", "--words", "words", "-o", "c.tgz")
+        self.assertRegex(shown, r"^korvel-report: c\.tgz: \d+ address(es)? and \d+ names? replaced; "
+                                r"the map is c\.tgz\.map\n$")
+        self.assertEqual(status, 0)
+        self.assertEqual(self.run_report("clean", "x.tgz", "-o", "quiet.tgz").err, "")
+
+    def test_receives_no_restored_package(self) -> None:
+        (self.folder / "x.tgz.map").write_text("korvel-report map 1\nname alice bqzkd\n")
+        refusal = (3, "korvel-report: standard output is a terminal: use -o\n")
+        self.assertEqual(self.on_terminal("restore", "x.tgz"), refusal)
+        self.assertEqual(self.on_terminal("restore", "x.tgz", "-o", "-"), refusal)
+        (self.folder / "answer").write_text("bqzkd\n")
+        self.assertEqual(self.on_terminal("restore", "--map", "x.tgz.map", "answer"), (0, "alice\n"))
+
     def test_is_quiet_if_the_user_leaves_the_pager_early(self) -> None:
         self.package("archive.tgz", "archive.tgz")
         packages = ["x.tgz", "archive.tgz"] * 40  # more than a pipe holds

@@ -49,8 +49,8 @@ TEST(MappingFileTest, RefusesATextThatIsNoMapping) {
         std::string text;
         std::string error;
     } cases[] = {
-        {"", "line 1: not a mapping of korvel-report"},
-        {"korvel-report map 2\n", "line 1: a mapping of another version: korvel-report map 2"},
+        {"", "line 1: not a map of korvel-report"},
+        {"korvel-report map 2\n", "line 1: a map of another version: korvel-report map 2"},
         {preamble + "ip5 10.0.0.1 17.4.6.2\n", malformed},
         {preamble + "ip4 10.0.0.1\n", malformed},
         {preamble + "ip4 10.0.0.1 17.4.6.2 x\n", malformed},
