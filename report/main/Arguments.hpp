@@ -25,7 +25,7 @@ struct Arguments {
     Expectation expectation;
 
     std::vector<std::string> ruleFiles;
-    std::optional<std::string> explain;
+    std::optional<std::string> explain;  ///< a rule; empty if all of them are wanted
 
     std::optional<std::string> output;
     bool pager = true;

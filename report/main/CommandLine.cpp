@@ -3,10 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <iterator>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -45,10 +48,20 @@ CLI::Option* addRead(CLI::App& app, const std::string& name, const char* type, R
     return app.add_option_function<std::string>(name, checked, help)->type_name(type);
 }
 
+std::chrono::milliseconds readSeconds(const std::string& text) {
+    const std::optional<std::chrono::milliseconds> seconds = parseSeconds(text);
+    if (!seconds) {
+        throw std::invalid_argument("not a number of seconds, such as 0.5");
+    }
+    if (seconds->count() == 0) {
+        throw std::invalid_argument("too small");
+    }
+    return *seconds;
+}
+
 void addLimits(CLI::App& app, Arguments& arguments) {
     constexpr const char* size = "a size, such as 64M";
     constexpr const char* count = "a number above 0";
-    constexpr const char* seconds = "a number of seconds, such as 0.5";
     Limits& limits = arguments.limits;
     for (CLI::Option* const option : {
              addParsed(app, "--max-bytes", "SIZE", limits.maxBytes, parseSize, size,
@@ -61,8 +74,10 @@ void addLimits(CLI::App& app, Arguments& arguments) {
                        "length of a member's name (default: 4K)"),
              addParsed(app, "--max-depth", "N", limits.maxDepth, parseCount, count,
                        "layers; the package itself is the first (default: 8)"),
-             addParsed(app, "--max-seconds", "SECONDS", limits.maxTime, parseSeconds, seconds,
-                       "processor time (default: 10)"),
+             addRead<std::invalid_argument>(
+                 app, "--max-seconds", "SECONDS",
+                 [&limits](const std::string& text) { limits.maxTime = readSeconds(text); },
+                 "processor time (default: 10)"),
              addParsed(app, "--max-memory", "SIZE", limits.maxMemory, parseSize, size,
                        "memory (default: 64M)"),
          }) {
@@ -100,7 +115,11 @@ void addRules(CLI::App& app, Arguments& arguments) {
     app.add_option("--rules", arguments.ruleFiles, "add the rules in FILE; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
-    app.add_option("--explain", arguments.explain, "print a rule; needs no package")->type_name("ID");
+    app.add_option_function<std::string>(
+           "--explain", [&arguments](const std::string& rule) { arguments.explain = rule; },
+           "print a rule, or without ID all of them; takes no package")
+        ->type_name("[ID]")
+        ->expected(0, 1);
 }
 
 void addOutput(CLI::App& app, Arguments& arguments) {
@@ -114,9 +133,22 @@ void addPager(CLI::App& app, Arguments& arguments) {
         "--no-pager", [&arguments] { arguments.pager = false; }, "use no pager on a terminal");
 }
 
+TextPattern readPattern(const std::string& expression) {
+    try {
+        return TextPattern(expression);
+    } catch (const PatternError& error) {
+        std::string reason = error.what();
+        const std::string repeated = ": " + expression;  // the user sees it in front of the reason
+        if (reason.ends_with(repeated)) {
+            reason.resize(reason.size() - repeated.size());
+        }
+        throw PatternError("not a regular expression: " + reason);
+    }
+}
+
 void addChoice(CLI::App& app, Arguments& arguments) {
     constexpr const char* time =
-        "a time, such as '2026-11-22 02:46' (UTC), or -10m for 10 minutes before the package";
+        "a time: write '2026-11-22 02:46' (UTC), '2026-11-22T02:46:40Z' or -10m (s, m, h, d)";
     app.add_option("--part", arguments.part, "only this part or directory, such as mmi/sfn/HeapStats")
         ->type_name("NAME");
     app.add_flag("--log", arguments.logsOnly, "only log entries");
@@ -125,7 +157,7 @@ void addChoice(CLI::App& app, Arguments& arguments) {
     addParsed(app, "--until", "TIME", arguments.until, Moment::parse, time, "only log entries up to TIME");
     addRead<PatternError>(
         app, "--grep", "PATTERN",
-        [&arguments](const std::string& expression) { arguments.grep.emplace(expression); },
+        [&arguments](const std::string& expression) { arguments.grep = readPattern(expression); },
         "only log entries and lines of text that a regular expression fits");
 }
 
@@ -157,6 +189,7 @@ struct Row {
     const char* name;
     const char* summary;
     const char* operands;
+    const char* need;   ///< the operands in words
     std::size_t least;  ///< operands
     std::size_t most;
     std::vector<AddOptions> options;
@@ -168,6 +201,7 @@ const std::vector<Row>& rows() {
          "check",
          "Tell whether packages can be trusted, and why not.",
          "PACKAGE...",
+         "a package",
          1,
          any,
          {addIdentity, addOutput, addLimits}},
@@ -175,6 +209,7 @@ const std::vector<Row>& rows() {
          "show",
          "Print packages: verdict, findings, values, logs.",
          "PACKAGE...",
+         "a package",
          1,
          any,
          {addChoice, addPager, addIdentity, addRules, addOutput, addLimits}},
@@ -182,6 +217,7 @@ const std::vector<Row>& rows() {
          "html",
          "Make a page that shows packages in a browser.",
          "PACKAGE...",
+         "a package",
          1,
          any,
          {addIdentity, addRules, addOutput, addLimits}},
@@ -189,6 +225,7 @@ const std::vector<Row>& rows() {
          "json",
          "Print packages as JSON.",
          "PACKAGE...",
+         "a package",
          1,
          any,
          {addIdentity, addRules, addOutput, addLimits}},
@@ -196,6 +233,7 @@ const std::vector<Row>& rows() {
          "diff",
          "Print what differs between two packages.",
          "EARLIER LATER",
+         "two packages: EARLIER LATER",
          2,
          2,
          {addPager, addNoSidecar, addOutput, addLimits}},
@@ -203,6 +241,7 @@ const std::vector<Row>& rows() {
          "clean",
          "Copy a package without its addresses and names.",
          "PACKAGE -o OUT",
+         "a package",
          1,
          1,
          {addCleaning, addSidecar, addLimits}},
@@ -210,6 +249,7 @@ const std::vector<Row>& rows() {
          "restore",
          "Put the addresses and names back into a package or a text.",
          "FILE",
+         "a file",
          1,
          1,
          {addRestoring, addSidecar, addLimits}},
@@ -217,6 +257,7 @@ const std::vector<Row>& rows() {
          "metrics",
          "Print the newest values of each board for Prometheus.",
          "PACKAGE...",
+         "a package",
          1,
          any,
          {addIdentity, addOutput, addLimits}},
@@ -281,8 +322,11 @@ void addCommand(CLI::App& app, const Row& row, CommandLine& commandLine) {
 /// Conditions on the arguments as a whole.
 void checkOperands(const Row& row, const Arguments& arguments) {
     const std::vector<std::string>& files = arguments.files;
+    if (arguments.explain && !files.empty()) {
+        throw UsageError("--explain takes no package", row.command);
+    }
     if (files.size() < row.least && !arguments.explain) {
-        throw UsageError(std::string(row.name) + " takes " + row.operands, row.command);
+        throw UsageError(std::string(row.name) + " needs " + row.need, row.command);
     }
     if (files.size() > row.most) {
         throw UsageError("unexpected argument: " + files[row.most], row.command);
@@ -298,8 +342,42 @@ void checkOperands(const Row& row, const Arguments& arguments) {
 void checkSubcommand(std::span<const char* const> words) {
     const std::string_view word = words.size() > 1 ? words[1] : "-";
     if (!word.starts_with('-') && std::ranges::find(rows(), word, &Row::name) == rows().end()) {
-        throw UsageError("unknown subcommand: " + std::string(word), std::nullopt);
+        std::error_code ignored;
+        const std::string hint =
+            std::filesystem::exists(word, ignored)
+                ? "; the subcommand comes first, as in 'korvel-report check " + std::string(word) + "'"
+                : "";
+        throw UsageError("unknown subcommand: " + (word.empty() ? "''" : std::string(word)) + hint,
+                         std::nullopt);
     }
+}
+
+/// Says why a word of the command line was not taken.
+std::string unexpected(const CLI::App& app, std::optional<Command> command, const std::string& word) {
+    if (!word.starts_with('-') || word == "-") {
+        return "unexpected argument: " + word;
+    }
+    const std::string option = word.substr(0, word.find('='));
+    const auto takesOption = [&](const Row& row) {
+        return app.get_subcommand(row.name)->get_option_no_throw(option) != nullptr;
+    };
+    if (app.get_option_no_throw(option) == nullptr && std::ranges::none_of(rows(), takesOption)) {
+        return "unknown option: " + option;
+    }
+    return !command || takesOption(*rowOf(*command))
+               ? option + " goes after the subcommand"
+               : std::string(nameOf(*command)) + " has no option " + option;
+}
+
+/// Says what is wrong with the number of an option's values. CLI11's message begins with the option.
+std::string wrongNumber(const CLI::App& app, std::optional<Command> command, const std::string& message) {
+    const std::string name = message.substr(0, message.find(':'));
+    const CLI::App& scope = command ? *app.get_subcommand(rowOf(*command)->name) : app;
+    const CLI::Option* const option = scope.get_option_no_throw(name);
+    if (option == nullptr) {
+        return message;
+    }
+    return name + (option->count() > 0 ? " may be given only once" : " needs " + option->get_type_name());
 }
 
 /// The command line as CLI11 sees it. It does not take "--" after an operand, so what follows is taken here.
@@ -322,7 +400,10 @@ void parse(std::span<const char* const> words, CommandLine& commandLine) {
     } catch (const CLI::CallForVersion& version) {
         commandLine.text = version.what();
     } catch (const CLI::ExtrasError&) {
-        throw UsageError("unexpected argument: " + app.remaining(true).front(), commandLine.command);
+        throw UsageError(unexpected(app, commandLine.command, app.remaining(true).front()),
+                         commandLine.command);
+    } catch (const CLI::ArgumentMismatch& error) {
+        throw UsageError(wrongNumber(app, commandLine.command, error.what()), commandLine.command);
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what(), commandLine.command);
     }

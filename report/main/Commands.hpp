@@ -7,8 +7,8 @@
 namespace Report {
 
 // Each runs a subcommand and returns its exit status. A package that cannot be read is reported on standard
-// error; the others are still read. They throw OutputError and RuleError, and std::system_error for a rule
-// file that cannot be read.
+// error; the others are still read. They throw OutputError and RuleError, and std::system_error for a file
+// of --rules or --run that cannot be read.
 
 int check(const Arguments& arguments);
 int show(const Arguments& arguments);
@@ -19,7 +19,7 @@ int clean(const Arguments& arguments);
 int restoreFile(const Arguments& arguments);
 int metrics(const Arguments& arguments);
 
-/// Prints a rule, for --explain.
+/// Prints a rule for --explain, or a list of all rules if its name is empty.
 int explain(const Arguments& arguments, const std::string& rule);
 
 }  // namespace Report

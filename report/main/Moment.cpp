@@ -22,18 +22,21 @@ constexpr std::array units{Unit{'s', 1s}, Unit{'m', 1min}, Unit{'h', 1h}, Unit{'
 
 constexpr std::size_t dateLength = 10;         // of 2026-11-22
 constexpr std::size_t lengthWithMinutes = 16;  // of 2026-11-22 02:46
+constexpr std::string_view utc = " UTC";       // as the program prints times
 
 /// A time without its zone or without its end, in the form of RFC 3339.
 std::string completed(std::string_view text) {
-    std::string whole(text);
+    const bool inUtc = text.ends_with(utc) && text.size() > dateLength + utc.size();
+    text.remove_suffix(inUtc ? utc.size() : 0);
+    const std::string whole(text);
     if (text.size() == dateLength) {
         return whole + "T00:00:00Z";
     }
-    if (text.size() < lengthWithMinutes || text[dateLength] != ' ') {
-        return whole;
+    if (text.size() == lengthWithMinutes) {
+        return whole + ":00Z";
     }
-    whole[dateLength] = 'T';
-    return whole + (text.size() == lengthWithMinutes ? ":00Z" : "Z");
+    const bool hasZone = text.find_first_of("Zz+-", dateLength) != std::string_view::npos;
+    return hasZone && !inUtc ? whole : whole + "Z";
 }
 
 }  // namespace

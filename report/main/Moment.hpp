@@ -15,7 +15,7 @@ public:
     /// Reads the whole of a text in one of these forms:
     ///
     ///     2026-11-22T02:46:40.995104Z, 2026-11-22T03:46:40+01:00
-    ///     2026-11-22 02:46:40, 2026-11-22 02:46, 2026-11-22
+    ///     2026-11-22 02:46:40, 2026-11-22 02:46:40 UTC, 2026-11-22T02:46:40, 2026-11-22 02:46, 2026-11-22
     ///     -10m, +30s: before or after the time of the package, in s, m, h or d
     static std::optional<Moment> parse(std::string_view text);
 

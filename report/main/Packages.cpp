@@ -4,6 +4,7 @@
 #include <exception>
 #include <iterator>
 #include <new>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -13,6 +14,7 @@
 #include "Output.hpp"
 #include "Overwriting.hpp"
 #include "PackageSource.hpp"
+#include "SidecarError.hpp"
 #include "SmallFile.hpp"
 
 namespace Report {
@@ -23,13 +25,18 @@ LoadOptions optionsFor(const Arguments& arguments, const Reading& reading) {
             arguments.runFile, arguments.useRun, reading.forms};
 }
 
-/// The reason of a failure, without a path.
-std::string reasonOf(const std::exception& error) {
+/// The reason of a failure, without the path of the package.
+std::string reasonOf(const std::exception& error, const std::string& path) {
     const auto* const systemError = dynamic_cast<const std::system_error*>(&error);
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
         return "not enough memory";
     }
-    return systemError == nullptr ? error.what() : systemError->code().message();
+    if (systemError != nullptr) {
+        return systemError->code().message();
+    }
+    const std::string_view reason = error.what();
+    const bool repeated = reason.starts_with(path + ": ");
+    return std::string(reason.substr(repeated ? path.size() + 2 : 0));
 }
 
 }  // namespace
@@ -41,8 +48,10 @@ std::optional<Package> readJudged(const std::string& path, const Arguments& argu
         Package package = loadPackage(source, optionsFor(arguments, reading));
         judge(package, arguments.expectation);
         return package;
+    } catch (const SidecarError&) {
+        throw;  // the package itself can be read
     } catch (const std::exception& error) {
-        complain((path == "-" ? "standard input" : path) + ": " + reasonOf(error));
+        complain((path == "-" ? "standard input" : path) + ": " + reasonOf(error, path));
         return std::nullopt;
     }
 }

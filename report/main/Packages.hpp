@@ -21,7 +21,8 @@ struct Reading {
         nullptr;  ///< of log lines, from rules; not needed without log entries
 };
 
-/// Reads and judges a package. A package that cannot be read is reported on standard error.
+/// Reads and judges a package. A package that cannot be read is reported on standard error. Throws
+/// SidecarError for the file of --run.
 std::optional<Package> readJudged(const std::string& path, const Arguments& arguments,
                                   const Reading& reading);
 

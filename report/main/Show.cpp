@@ -32,7 +32,8 @@ std::optional<Time> timeOf(const std::optional<Moment>& moment, const Package& p
 
 ShowChoice choiceFor(const Package& package, const Arguments& arguments) {
     if (arguments.part && !hasChosenPart(package, *arguments.part)) {
-        throw ChoiceError("no part is named " + *arguments.part);
+        throw ChoiceError("no part is named '" + *arguments.part +
+                          "'; 'korvel-report check PACKAGE' lists the parts");
     }
     return {.part = arguments.part,
             .logsOnly = arguments.logsOnly,

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "Sidecar.hpp"
+#include "SidecarError.hpp"
 #include "SystemCall.hpp"
 #include "UniqueFd.hpp"
 
@@ -76,7 +77,10 @@ SidecarResult readSidecar(const std::string& path, bool named, std::string_view 
         }
         result.sidecar = parseSidecar(text, result.error);
     } catch (const std::system_error& error) {
-        const bool absent = !named && error.code() == std::errc::no_such_file_or_directory;
+        if (named) {
+            throw SidecarError(error.code(), path);
+        }
+        const bool absent = error.code() == std::errc::no_such_file_or_directory;
         result.state = absent ? SidecarState::absent : SidecarState::unreadable;
         result.error = absent ? "" : error.code().message();
         return result;

@@ -7,7 +7,8 @@
 namespace Report {
 
 void complain(std::string_view text) {
-    std::cerr << "korvel-report: " << forTerminal(text, true) << '\n';
+    const bool nameless = text.starts_with(": ");  // the name of a file, which is empty
+    std::cerr << "korvel-report: " << (nameless ? "''" : "") << forTerminal(text, true) << '\n';
 }
 
 }  // namespace Report

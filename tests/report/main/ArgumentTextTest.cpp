@@ -26,6 +26,9 @@ TEST(Size, IsANumberOfBytesWithAnOptionalFactor) {
              SizeCase{"4096", 4096},
              SizeCase{"4K", 4096},
              SizeCase{"64M", 64U << 20U},
+             SizeCase{"4k", 4096},
+             SizeCase{"64m", 64U << 20U},
+             SizeCase{"2g", std::uint64_t{2} << 30U},
              SizeCase{"2G", std::uint64_t{2} << 30U},
              SizeCase{"18446744073709551615", UINT64_MAX},
          }) {
@@ -34,18 +37,21 @@ TEST(Size, IsANumberOfBytesWithAnOptionalFactor) {
 }
 
 TEST(Size, IsNothingElse) {
-    for (const std::string_view text : {"", "K", "0", "0K", "-1", "+1", " 1", "1 ", "1k", "1KB", "1.5K",
+    for (const std::string_view text : {"", "K", "0", "0K", "-1", "+1", " 1", "1 ", "1T", "1KB", "1.5K",
                                         "0x10", "1K2", "18446744073709551616", "17179869184G"}) {
         EXPECT_EQ(parseSize(text), std::nullopt) << text;
     }
 }
 
-TEST(Seconds, HaveAtMostThreeDigitsAfterThePoint) {
+TEST(Seconds, AreADecimalNumberOfWhichThousandthsCount) {
     EXPECT_EQ(parseSeconds("10"), 10s);
     EXPECT_EQ(parseSeconds("0.5"), 500ms);
     EXPECT_EQ(parseSeconds("0.001"), 1ms);
-    for (const std::string_view text :
-         {"", ".", "0", "0.0", ".5", "5.", "0.0001", "-1", "1e3", "10000000000"}) {
+    EXPECT_EQ(parseSeconds("1.23456"), 1234ms);
+    for (const std::string_view text : {"0", "0.0", "0.0004", "0.000001"}) {
+        EXPECT_EQ(parseSeconds(text), 0ms) << text;
+    }
+    for (const std::string_view text : {"", ".", ".5", "5.", "1.5.5", "0.000x", "-1", "1e3", "10000000000"}) {
         EXPECT_EQ(parseSeconds(text), std::nullopt) << text;
     }
 }
@@ -62,6 +68,12 @@ TEST(TimeOnTheCommandLine, IsATimeOrADistanceFromThePackage) {
              MomentCase{"2026-11-22T03:46:40+01:00", day + 2h + 46min + 40s},
              MomentCase{"2026-11-22 02:46:40.5", day + 2h + 46min + 40s + 500ms},
              MomentCase{"2026-11-22 02:46:40", day + 2h + 46min + 40s},
+             MomentCase{"2026-11-22 02:46:40 UTC", day + 2h + 46min + 40s},
+             MomentCase{"2026-11-22 02:46:40.5 UTC", day + 2h + 46min + 40s + 500ms},
+             MomentCase{"2026-11-22T02:46:40", day + 2h + 46min + 40s},
+             MomentCase{"2026-11-22 03:46:40+01:00", day + 2h + 46min + 40s},
+             MomentCase{"2026-11-22T02:46", day + 2h + 46min},
+             MomentCase{"2026-11-22 02:46 UTC", day + 2h + 46min},
              MomentCase{"2026-11-22 02:46", day + 2h + 46min},
              MomentCase{"2026-11-22", day},
              MomentCase{"-30s", packageTime - 30s},
@@ -78,7 +90,8 @@ TEST(TimeOnTheCommandLine, IsATimeOrADistanceFromThePackage) {
 TEST(TimeOnTheCommandLine, IsNothingElse) {
     for (const std::string_view text :
          {"", "-", "-m", "10m", "-10", "-10x", "-1.5h", "-99999999d", "now", "02:46", "2026-11-22 2:46",
-          "2026-11-22 02:46 ", "2026-13-01", "2026-11-22T02:46:40"}) {
+          "2026-11-22 02:46 ", "2026-13-01", "2026-11-22 UTC", "2026-11-22 02:46:40Z UTC",
+          "2026-11-22 02:46:40 CET"}) {
         EXPECT_EQ(Moment::parse(text), std::nullopt) << text;
     }
 }

@@ -57,6 +57,7 @@ Present
         self.assertEqual(outcome.out.count("\n\nnetfp_logs_sup.tgz: whole\n"), 1)
         self.assertTrue(outcome.out.startswith("netfp_logs_sup.tgz: whole\n"))
         self.assertEqual(outcome.status, 3)
+        self.assertEqual(self.run_report("check", ""), Outcome(3, "", "korvel-report: '': No such file or directory\n"))
 
     def test_reads_standard_input_once(self) -> None:
         with open(PACKAGES / "netfp_logs_sup.tgz", "rb") as package:
@@ -64,6 +65,10 @@ Present
         self.assertEqual((outcome.status, outcome.out.splitlines()[0], outcome.err), (0, "-: whole", ""))
         self.assertEqual(self.run_report("check", "-", "-"),
                          Outcome(3, "", "korvel-report: standard input can be read only once\n" + hint("check")))
+        self.assertEqual(self.run_report("check", "-", stdin=subprocess.DEVNULL),
+                         Outcome(3, "", "korvel-report: standard input: not a file or a pipe\n"))
+        self.assertEqual(self.run_report("check", "--max-memory=9", "-", stdin=None, input=b"1234567890"),
+                         Outcome(3, "", "korvel-report: standard input: it holds more than 9 bytes\n"))
 
     def test_does_not_call_a_package_whole_that_a_limit_cut(self) -> None:
         package = self.package("netfp_logs_sup.tgz")
@@ -93,6 +98,16 @@ Present
         self.assertIn("\nSidecar  none: ", self.run_report("check", package).out)
         self.assertEqual(self.run_report("check", "--run", "elsewhere", package).out, beside)
 
+    def test_refuses_a_sidecar_that_is_named_and_cannot_be_read(self) -> None:
+        package = self.package("x.tgz")
+        for subcommand in (["check"], ["json"], ["metrics"], ["restore", "--map", "m"], ["clean"]):
+            with self.subTest(subcommand=subcommand):
+                (self.folder / "m").write_text("korvel-report map 1\n")
+                self.assertEqual(self.run_report(*subcommand, "--run", "nowhere", "x.tgz", "-o", "c"),
+                                 Outcome(3, "", "korvel-report: nowhere: No such file or directory\n"))
+        (self.folder / "text").write_text("a text\n")
+        self.assertEqual(self.run_report("check", "--run", "text", package).status, 0)
+
     def test_expects_the_parts_of_the_given_keywords(self) -> None:
         package = self.package("antenna-7.tgz", "antenna-7.tgz")
         self.assertEqual(self.run_report("check", package).status, 1)
@@ -104,22 +119,36 @@ Present
 
 class Usage(ReportTest):
     def test_is_refused_with_one_line_and_a_hint(self) -> None:
-        takes = "takes PACKAGE..."
+        self.package("board-7.tgz")
+        times = "'2026-11-22 02:46' (UTC), '2026-11-22T02:46:40Z' or -10m (s, m, h, d)"
         for words, message, subcommand in (
                 ([], "a subcommand is missing", ""),
                 (["chekc", "x"], "unknown subcommand: chekc", ""),
-                (["--frob"], "unexpected argument: --frob", ""),
-                (["check"], f"check {takes}", "check"),
-                (["check", "--log", "x"], "unexpected argument: --log", "check"),
-                (["show", "--grep", "(", "x"], "--grep '(': missing ): (", "show"),
+                ([""], "unknown subcommand: ''", ""),
+                (["board-7.tgz"], "unknown subcommand: board-7.tgz; the subcommand comes first, "
+                 "as in 'korvel-report check board-7.tgz'", ""),
+                (["--frob"], "unknown option: --frob", ""),
+                (["check", "--frob=1", "x"], "unknown option: --frob", "check"),
+                (["check", "--log", "x"], "check has no option --log", "check"),
+                (["check", "--version"], "check has no option --version", "check"),
+                (["--log", "show", "x"], "--log goes after the subcommand", "show"),
+                (["check"], "check needs a package", "check"),
+                (["restore"], "restore needs a file", "restore"),
+                (["show", "--grep", "a", "--grep", "b", "x"], "--grep may be given only once", "show"),
+                (["show", "x", "--part"], "--part needs NAME", "show"),
+                (["check", "x", "-o"], "--output needs FILE", "check"),
+                (["show", "--explain", "x", "x"], "--explain takes no package", "show"),
+                (["show", "--grep", "(", "x"], "--grep '(': not a regular expression: missing )", "show"),
+                (["show", "--grep", "x[z-a]", "x"],
+                 "--grep 'x[z-a]': not a regular expression: invalid character class range: z-a", "show"),
+                (["check", "--max-seconds", "0.000001", "x"], "--max-seconds '0.000001': too small", "check"),
                 (["check", "--max-bytes", "2T", "x"], "--max-bytes '2T': not a size, such as 64M", "check"),
                 (["check", "--max-depth", "0", "x"], "--max-depth '0': not a number above 0", "check"),
                 (["check", "--max-seconds", "x", "x"], "--max-seconds 'x': not a number of seconds, such as 0.5",
                  "check"),
                 (["check", "--kind", "trs", "x"], "--kind 'trs': not pkg, pkg-trs, pkg-sup, pkg-pm or pkg-sdown",
                  "check"),
-                (["show", "--since", "noon", "x"], "--since 'noon': not a time, such as '2026-11-22 02:46' (UTC), or "
-                 "-10m for 10 minutes before the package", "show"),
+                (["show", "--since", "noon", "x"], f"--since 'noon': not a time: write {times}", "show"),
                 (["check", "--run", "x", "--no-run", "x"], "--run excludes --no-run", "check"),
                 (["check", "--run", "x", "x", "y"], "--run needs a single package", "check"),
                 (["clean", "x"], "--output is required", "clean"),
@@ -131,7 +160,7 @@ class Usage(ReportTest):
 
     def test_of_diff_is_trouble(self) -> None:
         self.assertEqual(self.run_report("diff", "x"),
-                         Outcome(2, "", "korvel-report: diff takes EARLIER LATER\n" + hint("diff")))
+                         Outcome(2, "", "korvel-report: diff needs two packages: EARLIER LATER\n" + hint("diff")))
         self.assertEqual(self.run_report("diff", "x", self.package("y")),
                          Outcome(2, "", "korvel-report: x: No such file or directory\n"))
 
@@ -164,7 +193,8 @@ class Show(ReportTest):
     def test_refuses_a_part_that_does_not_exist(self) -> None:
         package = self.package("x.tgz")
         self.assertEqual(self.run_report("show", "--part", "mmi/x", package.name),
-                         Outcome(3, "", "korvel-report: x.tgz: no part is named mmi/x\n"))
+                         Outcome(3, "", "korvel-report: x.tgz: no part is named 'mmi/x'; "
+                                              "'korvel-report check PACKAGE' lists the parts\n"))
 
     def test_succeeds_for_a_damaged_package(self) -> None:
         self.assertEqual(self.run_report("show", self.cut("x.tgz")).status, 0)
@@ -216,10 +246,18 @@ class Rules(ReportTest):
         unknown = self.run_report("--explain", "x")
         self.assertEqual((unknown.status, unknown.out), (3, ""))
         message, *names = unknown.err.splitlines()
-        self.assertEqual(message, "korvel-report: no rule is named x; the rules are:")
+        self.assertEqual(message, "korvel-report: no rule is named 'x'; the rules are:")
         explained = self.run_report("show", "--explain", names[0].strip())
         self.assertEqual((explained.status, explained.err), (0, ""))
         self.assertIn(names[0].strip(), explained.out)
+
+    def test_are_listed_without_a_name(self) -> None:
+        names = [line.strip() for line in self.run_report("--explain", "x").err.splitlines()[1:]]
+        for words in (["--explain"], ["show", "--explain"]):
+            listed = self.run_report(*words)
+            self.assertEqual((listed.status, listed.err), (0, ""))
+            self.assertEqual([line.split("  ")[0] for line in listed.out.splitlines()], names)
+        self.assertRegex(listed.out, r"(?m)^heartbeat-lost +A process was unhealthy, or did not answer a heartbeat\.$")
 
     def test_of_a_file_that_is_wrong_or_missing_are_refused(self) -> None:
         (self.folder / "rules.toml").write_text("[[rule]\n")

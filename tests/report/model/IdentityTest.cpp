@@ -15,6 +15,7 @@
 #include "Names.hpp"
 #include "PackageBuilder.hpp"
 #include "PackageLoader.hpp"
+#include "SidecarError.hpp"
 #include "UniqueFd.hpp"
 
 namespace ReportTest {
@@ -262,7 +263,7 @@ TEST_F(SidecarTest, IsTheOneThatTheUserNames) {
     const std::string other = "board board-7, 2026-11-22 08:30:33, kind , zone -, sidecar ";
     LoadOptions named;
     named.runFile = folder.path("elsewhere");
-    EXPECT_EQ(identity(named), other + "unreadable: No such file or directory");
+    EXPECT_THROW(identity(named), Report::SidecarError);
     folder.write("elsewhere", "format: 1\nboard: b\nsha256: " + sha256() + "\n\n");
     EXPECT_EQ(identity(named), used);
     EXPECT_EQ(identity(), other + "absent");
@@ -279,7 +280,7 @@ TEST_F(SidecarTest, IsARegularFileUnlessTheUserNamesIt) {
     EXPECT_EQ(identity(), other + "unreadable: Invalid argument");
     LoadOptions named;
     named.runFile = folder.path(".");
-    EXPECT_EQ(identity(named), other + "unreadable: Is a directory");
+    EXPECT_THROW(identity(named), Report::SidecarError);
 }
 
 TEST(SidecarParserTest, KeepsEverythingThatTheSidecarHolds) {
