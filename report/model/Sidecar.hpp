@@ -48,7 +48,8 @@ struct SidecarResult {
 };
 
 /// Reads the sidecar of a package with the checksum `sha256`. `named` says that the user named the file: it
-/// must then exist, and may be a pipe. Otherwise only a regular file is read.
+/// may then be a pipe, and SidecarError is thrown if it cannot be read. Otherwise only a regular file is
+/// read.
 SidecarResult readSidecar(const std::string& path, bool named, std::string_view sha256);
 
 }  // namespace Report
