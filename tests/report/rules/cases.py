@@ -1,4 +1,4 @@
-"""Texts that fast paths, kernels and daemons write, and whether a support engineer should be told.
+"""Texts that fast paths, kernels and daemons write, and whether a support engineer must see them.
 
 They were written without knowledge of the simulated board's texts.
 

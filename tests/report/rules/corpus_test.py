@@ -1,4 +1,4 @@
-"""Whether the shipped rules tell of what a support engineer should know, and of nothing else."""
+"""Whether the shipped rules find what a support engineer must see, and nothing else."""
 
 import io
 import itertools
@@ -44,8 +44,8 @@ class Case(NamedTuple):
 
 
 class Limits(NamedTuple):
-    precision: float  # share of the told cases that should be told
-    recall: float  # share of the cases that should be told
+    precision: float  # of the found cases, the share that must be found
+    recall: float  # of the cases that must be found, the share that is found
 
 
 LIMITS = {
@@ -123,20 +123,20 @@ def all_findings() -> dict[str, list[list[Finding]]]:
 
 
 class Corpus(unittest.TestCase):
-    """Notes do not count as told. Cases whose labels have a question mark are shown, but do not count."""
+    """Notes do not count as found. Cases whose labels have a question mark are shown, but do not count."""
 
     @classmethod
     def setUpClass(cls) -> None:
         cls.findings = all_findings()
 
     def judge(self, group: str) -> None:
-        counts = {(expected, told): 0 for expected in (True, False) for told in (True, False)}
+        counts = {(expected, found): 0 for expected in (True, False) for found in (True, False)}
         for case, about in zip(GROUPS[group], self.findings[group]):
-            told = any(finding["severity"] != "note" for finding in about)
-            counts[case.expected, told] += case.clear
-            if told != case.expected:
+            found = any(finding["severity"] != "note" for finding in about)
+            counts[case.expected, found] += case.clear
+            if found != case.expected:
                 rules = ", ".join(f"{finding['rule']} ({finding['severity']})" for finding in about)
-                fault = "false alarm" if told else "miss"
+                fault = "false alarm" if found else "miss"
                 print(f"{group}: {fault}{'' if case.clear else '?'}: {case.part}: {' | '.join(case.lines)}  {rules}")
         precision = counts[True, True] / (counts[True, True] + counts[False, True])
         recall = counts[True, True] / (counts[True, True] + counts[True, False])
