@@ -16,7 +16,8 @@ namespace {
 bool writeHex(std::span<char> digits, unsigned value) {
     for (std::size_t index = digits.size(); index > 0; --index) {
         char& digit = digits[index - 1];
-        // g++ 12 takes the first character of `(upper ? "..." : "...")[value % 16]` with -fsanitize=undefined.
+        // g++ 12 takes the first character of `(upper ? "..." : "...")[value % 16]` with
+        // -fsanitize=undefined.
         const bool upper = digit >= 'A' && digit <= 'F';
         const std::string_view values = upper ? "0123456789ABCDEF" : "0123456789abcdef";
         digit = values[value % 16];
