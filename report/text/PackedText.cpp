@@ -1,24 +1,22 @@
 #include "PackedText.hpp"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 
-#include <zlib.h>
+#include <zstd.h>
 
 namespace Report {
 namespace {
 
 constexpr std::size_t blockSize = std::size_t{256} << 10;
 constexpr std::size_t smallestBlock = std::size_t{1} << 10;  // less is hardly worth the time
-constexpr int fastest = 1;
+constexpr int level = 1;  // three times as fast as zlib at its fastest, and smaller
 
 void expand(const std::string& packed, std::string& text, std::size_t size) {
     text.resize(size);
-    uLongf length = size;
-    const int result = ::uncompress(reinterpret_cast<Bytef*>(text.data()), &length,
-                                    reinterpret_cast<const Bytef*>(packed.data()), packed.size());
-    if (result != Z_OK || length != size) {
-        throw std::runtime_error("a text in memory cannot be inflated");
+    if (::ZSTD_decompress(text.data(), size, packed.data(), packed.size()) != size) {
+        throw std::runtime_error("a text in memory cannot be decompressed");
     }
 }
 
@@ -44,10 +42,9 @@ void PackedText::finish() {
 }
 
 void PackedText::closeBlock() {
-    std::string packed(::compressBound(open.size()), '\0');
-    uLongf size = packed.size();
-    if (::compress2(reinterpret_cast<Bytef*>(packed.data()), &size,
-                    reinterpret_cast<const Bytef*>(open.data()), open.size(), fastest) != Z_OK) {
+    std::string packed(::ZSTD_compressBound(open.size()), '\0');
+    const std::size_t size = ::ZSTD_compress(packed.data(), packed.size(), open.data(), open.size(), level);
+    if (::ZSTD_isError(size) != 0) {
         throw std::bad_alloc();
     }
     packed.resize(size);
