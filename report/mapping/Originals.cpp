@@ -39,8 +39,10 @@ SeenFilter::SeenFilter()
 }
 
 void SeenFilter::add(std::size_t hash) {
-    const std::size_t bit = hash % filterBits;
-    bits[bit / 64] |= std::uint64_t{1} << (bit % 64);
+    if (!mayContain(hash)) {  // most texts repeat; a look does not write to the cache
+        const std::size_t bit = hash % filterBits;
+        bits[bit / 64] |= std::uint64_t{1} << (bit % 64);
+    }
 }
 
 bool SeenFilter::mayContain(std::size_t hash) const {
@@ -66,12 +68,15 @@ bool Originals::address(const FoundAddress& token, std::span<char> spelling) {
 }
 
 void Originals::word(std::span<char> text) {
-    fold({text.data(), text.size()}, foldedWord);
-    if (earlier.isReplacement(foldedWord)) {
-        addName(foldedWord);
-    } else {
-        seen.add(TextHash()(foldedWord));
+    const std::string_view word{text.data(), text.size()};
+    if (earlier.originals().filter.mayContain(word)) {
+        fold(word, foldedWord);
+        if (earlier.isReplacement(foldedWord)) {
+            addName(foldedWord);
+            return;
+        }
     }
+    seen.add(foldedHash(word));
 }
 
 void Originals::addName(const std::string& name) {

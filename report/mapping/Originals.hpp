@@ -10,6 +10,7 @@
 #include <unordered_map>
 
 #include "Budget.hpp"
+#include "Letters.hpp"
 #include "Mapping.hpp"
 #include "Spelling.hpp"
 #include "TokenScanner.hpp"
@@ -57,7 +58,7 @@ public:
 
     /// Whether something in the texts may be taken for this address or folded word.
     bool mayOccur(const Address& address) const { return seen.mayContain(AddressHash()(address)); }
-    bool mayOccur(std::string_view word) const { return seen.mayContain(TextHash()(word)); }
+    bool mayOccur(std::string_view word) const { return seen.mayContain(foldedHash(word)); }
 
 private:
     using AddressTable = std::unordered_map<Address, SpellingNeeds, AddressHash>;

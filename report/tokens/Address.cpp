@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 namespace Report {
 
@@ -89,11 +90,13 @@ std::string textOf(const Address& address) {
 }
 
 std::size_t AddressHash::operator()(const Address& address) const noexcept {
-    constexpr std::uint64_t prime = 0x100000001b3;
-    std::uint64_t hash = 0xcbf29ce484222325 ^ static_cast<std::uint64_t>(address.kind);
-    for (const std::uint8_t octet : address.octets) {
-        hash = (hash ^ octet) * prime;
-    }
+    constexpr std::uint64_t multiplier = 0x9e3779b97f4a7c15;
+    std::uint64_t high = 0;
+    std::uint64_t low = 0;
+    std::memcpy(&high, address.octets.data(), sizeof(high));
+    std::memcpy(&low, address.octets.data() + sizeof(high), sizeof(low));
+    std::uint64_t hash = (high ^ static_cast<std::uint64_t>(address.kind)) * multiplier;
+    hash = (hash ^ (hash >> 32U) ^ low) * multiplier;
     return static_cast<std::size_t>(hash ^ (hash >> 32U));
 }
 

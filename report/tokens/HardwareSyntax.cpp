@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -13,6 +14,15 @@ struct Layout {
     AddressKind kind;
     char separator;                     ///< of the groups; NUL for bare digits
     std::array<std::size_t, 8> groups;  ///< digits of each group, then zeros
+
+    /// Where the last separator stands in the spelling; 0 for bare digits.
+    constexpr std::size_t lastSeparator() const {
+        std::size_t place = 0;
+        for (std::size_t group = 1; group < groups.size() && groups[group] > 0; ++group) {
+            place += groups[group - 1] + (group > 1 ? 1 : 0);
+        }
+        return place;
+    }
 };
 
 /// Longer spellings first, since shorter ones are pieces of them.
@@ -27,6 +37,12 @@ constexpr std::array layouts{
     Layout{AddressKind::mac, '.', {4, 4, 4}},
     Layout{AddressKind::mac, '\0', {12}},
 };
+
+constexpr auto lastSeparators = [] {
+    std::array<std::size_t, layouts.size()> places{};
+    std::ranges::transform(layouts, places.begin(), &Layout::lastSeparator);
+    return places;
+}();
 
 /// Appends the octets of hexadecimal digits, with the digits before them if those were odd in number.
 void appendDigits(std::string_view digits, Address& address, std::size_t& nibbles) {
@@ -88,24 +104,27 @@ std::optional<FoundAddress> readLayout(std::string_view text, std::size_t begin,
     return found;
 }
 
-/// Whether the first two groups can have this layout. Most texts, such as times, fail here.
-bool canHave(std::string_view text, Run run, const Layout& layout) {
+/// Whether a text has the first and the last separator of a layout. Most texts, such as times, fail here.
+bool canHave(std::string_view text, Run run, const Layout& layout, std::size_t lastSeparator) {
     if (run.size() != layout.groups[0]) {
         return false;
     }
-    const std::size_t second = run.end + 1 + layout.groups[1];
+    const std::size_t last = run.begin + lastSeparator;
     return layout.separator == '\0' ||
-           (second < text.size() && text[run.end] == layout.separator && text[second] == layout.separator);
+           (last < text.size() && text[last] == layout.separator && text[run.end] == layout.separator);
 }
 
 }  // namespace
 
 std::optional<FoundAddress> hardwareAddressAt(std::string_view text, Run run) {
-    for (const Layout& layout : layouts) {
-        std::optional<FoundAddress> found =
-            canHave(text, run, layout) ? readLayout(text, run.begin, layout) : std::nullopt;
-        if (found && (found->address.kind == AddressKind::mac ||
-                      macIn(std::span(found->address.octets).first<8>(), false))) {
+    for (std::size_t index = 0; index < layouts.size(); ++index) {
+        const Layout& layout = layouts[index];
+        if (!canHave(text, run, layout, lastSeparators[index])) {
+            continue;
+        }
+        std::optional<FoundAddress> found = readLayout(text, run.begin, layout);
+        if (found &&
+            (layout.kind == AddressKind::mac || macIn(std::span(found->address.octets).first<8>(), false))) {
             return found;
         }
     }

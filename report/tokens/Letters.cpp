@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cstdint>
 #include <cwctype>
+#include <functional>
 
 #include "ByteClass.hpp"
 #include "Utf8.hpp"
@@ -46,6 +48,10 @@ Utf8Character characterAt(std::string_view text) {
     return character.length > 0 ? character : Utf8Character{.length = 1};
 }
 
+char smallLetter(char byte) {
+    return static_cast<char>(isOf(byte, letterByte) ? byte | 0x20 : byte);
+}
+
 }  // namespace
 
 bool isWordCharacter(char32_t code) {
@@ -72,7 +78,7 @@ void fold(std::string_view word, std::string& result) {
     unsigned kinds = 0;
     for (char& byte : result) {
         kinds |= classOf(byte);
-        byte = static_cast<char>(isOf(byte, letterByte) ? byte | 0x20 : byte);
+        byte = smallLetter(byte);
     }
     if ((kinds & highByte) == 0) {
         return;
@@ -90,6 +96,20 @@ std::string folded(std::string_view word) {
     std::string result;
     fold(word, result);
     return result;
+}
+
+std::size_t foldedHash(std::string_view word) {
+    constexpr std::uint64_t multiplier = 0x100000001b3;
+    std::uint64_t hash = 0xcbf29ce484222325;
+    unsigned kinds = 0;
+    for (const char byte : word) {
+        kinds |= classOf(byte);
+        hash = (hash ^ static_cast<unsigned char>(smallLetter(byte))) * multiplier;
+    }
+    if ((kinds & highByte) != 0) {
+        return std::hash<std::string>()(folded(word));
+    }
+    return static_cast<std::size_t>(hash ^ (hash >> 32U));
 }
 
 bool sameCharacterLengths(std::string_view one, std::string_view other) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,6 +18,9 @@ bool isWord(std::string_view text);
 void fold(std::string_view word, std::string& result);
 
 std::string folded(std::string_view word);
+
+/// A hash of the folded word.
+std::size_t foldedHash(std::string_view word);
 
 /// Whether two words have the same number of characters, and each two of them the same number of bytes.
 bool sameCharacterLengths(std::string_view one, std::string_view other);

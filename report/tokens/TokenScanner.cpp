@@ -15,6 +15,9 @@ constexpr std::size_t window = 512;
 constexpr std::size_t longestRun = 256;
 static_assert(longestRun + farthestLook <= window && longestWord < longestRun);
 
+constexpr std::size_t longestGroup = 6;       ///< the first one of a grouped address
+constexpr std::size_t fewestBareDigits = 12;  ///< of an address without separators
+
 /// Whether the character that ends at `end` belongs to a word.
 bool isWordBefore(std::string_view text, std::size_t end) {
     if (end == 0 || !isOf(text[end - 1], highByte)) {
@@ -96,10 +99,24 @@ void TokenScanner::stepRun() {
     }
     const Run run{place, place + static_cast<std::size_t>(end - begin)};
     const bool hex = (kinds & ~static_cast<unsigned>(hexByte)) == 0;
-    const std::optional<FoundAddress> found = addressIn(run, hex);
-    if (!found || !takeAddress(*found)) {
+    if (!mayBeAddress(run, hex) || !takeAddressIn(run, hex)) {
         joinWord(run.end);
     }
+}
+
+/// Whether an address may begin with the run, or with its last digits. Most words fail here.
+bool TokenScanner::mayBeAddress(Run run, bool hex) const {
+    const char next = byteAt(run.end);
+    if (next == '.' && isOf(byteAt(run.end + 1), digitByte)) {
+        return true;
+    }
+    const bool grouped = next == ':' || next == '-' || next == '.';
+    return hex && ((grouped && run.size() <= longestGroup) || run.size() >= fewestBareDigits);
+}
+
+bool TokenScanner::takeAddressIn(Run run, bool hex) {
+    const std::optional<FoundAddress> found = addressIn(run, hex);
+    return found && takeAddress(*found);
 }
 
 bool TokenScanner::takeAddress(const FoundAddress& found) {
@@ -114,20 +131,16 @@ bool TokenScanner::takeAddress(const FoundAddress& found) {
 }
 
 std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
-    const char next = byteAt(run.end);
-    const bool separated = next == ':' || next == '-' || next == '.';
-    if (!separated && run.size() < 12) {
-        return std::nullopt;  // most words
-    }
     const bool wholeRun = run.begin == 0 || !isOf(view[run.begin - 1], alnumByte);
-    std::optional<FoundAddress> found;
     if (hex && wholeRun) {
-        found = run.size() == bareIp6Digits ? bareIp6At(view, run) : groupsAt(run);
+        const std::optional<FoundAddress> found =
+            run.size() == bareIp6Digits ? bareIp6At(view, run) : groupsAt(run);
+        if (found) {
+            return found;
+        }
     }
-    if (!found && next == '.' && isOf(byteAt(run.end + 1), digitByte)) {
-        found = ip4Behind(run.end);
-    }
-    return found;
+    const bool dotted = byteAt(run.end) == '.' && isOf(byteAt(run.end + 1), digitByte);
+    return dotted ? ip4Behind(run.end) : std::nullopt;
 }
 
 /// An address that is written in groups of hexadecimal digits. An IPv6 address can begin like a hardware

@@ -51,6 +51,8 @@ private:
     void stepColon();
     void stepHigh();
     void endWord();
+    bool mayBeAddress(Run run, bool hex) const;
+    bool takeAddressIn(Run run, bool hex);
     bool takeAddress(const FoundAddress& found);
     std::optional<FoundAddress> addressIn(Run run, bool hex) const;
     std::optional<FoundAddress> groupsAt(Run run) const;
