@@ -58,6 +58,24 @@ Alphabet alphabetOf(Utf8Character character) {
     return isOf(byte, digitByte) ? digits : Alphabet{character.code, 0, 1};
 }
 
+/// Whether each number of a folded name that is too large for an octet is one in the word, too. They have
+/// their digits in the same places.
+bool keepsLargeNumbers(std::string_view name, std::string_view word) {
+    constexpr std::string_view largestOctet = "255";
+    const auto isDigit = [](char byte) { return isOf(byte, digitByte); };
+    for (std::size_t begin = 0; begin < name.size();) {
+        const auto end = static_cast<std::size_t>(
+            std::find_if_not(name.begin() + static_cast<std::ptrdiff_t>(begin), name.end(), isDigit) -
+            name.begin());
+        if (end - begin == largestOctet.size() && name.substr(begin, end - begin) > largestOctet &&
+            word.substr(begin, end - begin) <= largestOctet) {
+            return false;
+        }
+        begin = end + 1;
+    }
+    return true;
+}
+
 }  // namespace
 
 std::optional<std::string> chooseName(std::string_view name, Random& random,
@@ -65,11 +83,11 @@ std::optional<std::string> chooseName(std::string_view name, Random& random,
     constexpr std::uint64_t mostTries = std::uint64_t{1} << 20;
     std::vector<Alphabet> alphabets;
     std::vector<std::size_t> sizes;
-    while (!name.empty()) {
-        const Utf8Character character = firstCharacter(name);
+    for (std::string_view rest = name; !rest.empty();) {
+        const Utf8Character character = firstCharacter(rest);
         alphabets.push_back(alphabetOf(character));
         sizes.push_back(alphabets.back().count);
-        name.remove_prefix(character.length);
+        rest.remove_prefix(character.length);
     }
     Odometer odometer(sizes, mostTries, random);
     do {
@@ -78,7 +96,7 @@ std::optional<std::string> chooseName(std::string_view name, Random& random,
             const Alphabet& alphabet = alphabets[index];
             word += utf8Of(alphabet.first + alphabet.step * static_cast<char32_t>(odometer.choices()[index]));
         }
-        if (isFree(word)) {
+        if (keepsLargeNumbers(name, word) && isFree(word)) {
             return word;
         }
     } while (odometer.advance());

@@ -1,5 +1,7 @@
 #include "Originals.hpp"
 
+#include <algorithm>
+#include <bit>
 #include <new>
 #include <optional>
 
@@ -9,7 +11,8 @@ namespace Report {
 
 namespace {
 
-constexpr std::size_t filterBits = std::size_t{1} << 25;
+constexpr std::uint64_t fewestBits = 64;
+constexpr std::uint64_t mostBits = std::uint64_t{1} << 25;
 
 /// About what an address or a name needs in all tables of a run. A package with too many of them reaches the
 /// memory limit, so that its reading ends.
@@ -31,8 +34,9 @@ std::optional<std::span<const std::uint8_t, 8>> eui64In(const Address& address) 
 
 }  // namespace
 
-SeenFilter::SeenFilter()
-    : bits(static_cast<std::uint64_t*>(std::calloc(filterBits / 64, sizeof(std::uint64_t)))) {
+SeenFilter::SeenFilter(std::uint64_t mostBytes)
+    : size(std::bit_ceil(std::clamp(mostBytes, fewestBits, mostBits))),
+      bits(static_cast<std::uint64_t*>(std::calloc(size / 64, sizeof(std::uint64_t)))) {
     if (!bits) {
         throw std::bad_alloc();
     }
@@ -40,13 +44,13 @@ SeenFilter::SeenFilter()
 
 void SeenFilter::add(std::size_t hash) {
     if (!mayContain(hash)) {  // most texts repeat; a look does not write to the cache
-        const std::size_t bit = hash % filterBits;
+        const std::size_t bit = place(hash);
         bits[bit / 64] |= std::uint64_t{1} << (bit % 64);
     }
 }
 
 bool SeenFilter::mayContain(std::size_t hash) const {
-    const std::size_t bit = hash % filterBits;
+    const std::size_t bit = place(hash);
     return (bits[bit / 64] >> (bit % 64) & 1U) != 0;
 }
 

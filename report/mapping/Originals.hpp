@@ -20,16 +20,20 @@ namespace Report {
 /// A set of hashes of fixed size: a text that was added is in it, and of others a few seem to be.
 class SeenFilter {
 public:
-    SeenFilter();
+    /// For the texts that a package of up to `mostBytes` can hold.
+    explicit SeenFilter(std::uint64_t mostBytes);
 
     void add(std::size_t hash);
     bool mayContain(std::size_t hash) const;
 
 private:
+    std::size_t place(std::size_t hash) const { return hash & (size - 1); }
+
     struct Free {
         void operator()(std::uint64_t* memory) const noexcept { std::free(memory); }
     };
 
+    std::size_t size;                             ///< in bits, a power of two
     std::unique_ptr<std::uint64_t[], Free> bits;  ///< pages that stay zero use no memory
 };
 
@@ -39,7 +43,8 @@ class Originals : public TokenHandler {
 public:
     /// `known` are replacements of earlier packages: if they occur in this one, they are originals as well.
     /// Memory counts towards the budget. Both must outlive this object.
-    Originals(const Mapping& known, Budget& memory) : earlier(known), budget(memory) {}
+    Originals(const Mapping& known, Budget& memory)
+        : earlier(known), budget(memory), seen(memory.limits().maxBytes) {}
 
     /// Takes the tokens of a text.
     bool address(const FoundAddress& token, std::span<char> spelling) override;

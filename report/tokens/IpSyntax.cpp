@@ -36,14 +36,14 @@ std::size_t readOctet(std::string_view text, std::size_t begin, std::uint8_t& oc
     return end;
 }
 
-/// Reads four octets with dots between them. Returns their end, or `nowhere`.
-std::size_t readFourOctets(std::string_view text, std::size_t begin, std::span<std::uint8_t> octets) {
+/// Reads octets with dots between them. Returns their end, or `nowhere`.
+std::size_t readOctets(std::string_view text, std::size_t begin, std::span<std::uint8_t> octets) {
     std::size_t end = readOctet(text, begin, octets[0]);
-    for (const std::size_t index : {1U, 2U, 3U}) {
+    for (std::uint8_t& octet : octets.subspan(1)) {
         if (end == nowhere || !isAt(text, end, '.')) {
             return nowhere;
         }
-        end = readOctet(text, end + 1, octets[index]);
+        end = readOctet(text, end + 1, octet);
     }
     return end;
 }
@@ -61,7 +61,7 @@ std::size_t nextNumber(std::string_view text, std::size_t dot) {
 
 std::optional<FoundAddress> ip4At(std::string_view text, std::size_t begin) {
     FoundAddress found{.address = {.kind = AddressKind::ip4}, .begin = begin};
-    found.end = readFourOctets(text, begin, std::span(found.address.octets).first<4>());
+    found.end = readOctets(text, begin, std::span(found.address.octets).first<4>());
     if (found.end == nowhere) {
         return std::nullopt;
     }
@@ -81,6 +81,16 @@ Address withoutMapping(const Address& address) {
         return address;
     }
     return {.kind = AddressKind::ip4, .octets = {octets[12], octets[13], octets[14], octets[15]}};
+}
+
+/// Whether the text has a number of three digits at `begin`. A group of an IPv6 address that begins with one
+/// is no group beside three octets: its replacement could complete an IPv4 address.
+bool hasThreeDigits(std::string_view text, std::size_t begin) {
+    std::size_t end = begin;
+    while (end - begin < 4 && isDigitAt(text, end)) {
+        ++end;
+    }
+    return end - begin == 3;
 }
 
 /// Reads the groups of an IPv6 address.
@@ -138,8 +148,13 @@ private:
         if (!isGroup(run)) {
             return false;
         }
-        if (isAt(text, run.end, '.') && readDottedEnd()) {
-            return true;
+        if (isAt(text, run.end, '.') && canEndDotted()) {
+            if (readDottedEnd()) {
+                return true;
+            }
+            if (isLikeDottedEnd(run)) {
+                return false;
+            }
         }
         unsigned value = 0;
         for (const char digit : text.substr(run.begin, run.size())) {
@@ -151,11 +166,21 @@ private:
         return true;
     }
 
+    /// Whether an IPv4 address can stand in place of the last two groups.
+    bool canEndDotted() const { return gap == noGap ? count == groupCount - 2 : count + 2 <= groupCount; }
+
+    /// Whether the group would be the beginning of an IPv4 address if its value were smaller.
+    bool isLikeDottedEnd(Run group) const {
+        std::array<std::uint8_t, 3> octets{};
+        return group.size() == 3 && hasThreeDigits(text, group.begin) &&
+               readOctets(text, group.end + 1, octets) != nowhere;
+    }
+
     /// Reads an IPv4 address in place of the last two groups.
     bool readDottedEnd() {
         std::array<std::uint8_t, 4> octets{};
-        const std::size_t behind = count + 2 <= groupCount ? readFourOctets(text, end, octets) : nowhere;
-        if (behind == nowhere || (gap == noGap && count != groupCount - 2)) {
+        const std::size_t behind = readOctets(text, end, octets);
+        if (behind == nowhere) {
             return false;
         }
         append(static_cast<unsigned>(octets[0] << 8U) | octets[1]);
@@ -200,6 +225,24 @@ private:
     bool allTwoDigits = true;
 };
 
+/// Whether three decimal numbers, each with a dot behind it, end at `end`.
+bool areThreeNumbersBefore(std::string_view text, std::size_t end) {
+    std::size_t place = end;
+    for (int number = 0; number < 3; ++number) {
+        if (place == 0 || text[place - 1] != '.') {
+            return false;
+        }
+        const std::size_t dot = --place;
+        while (place > 0 && dot - place < 4 && isOf(text[place - 1], digitByte)) {
+            --place;
+        }
+        if (place == dot || dot - place > 3) {
+            return false;
+        }
+    }
+    return true;
+}
+
 /// Whether an IPv6 address can begin here: not inside a word, and not inside a chain of groups.
 bool canBeginIp6(std::string_view text, std::size_t begin) {
     if (begin == 0) {
@@ -209,7 +252,7 @@ bool canBeginIp6(std::string_view text, std::size_t begin) {
         return false;
     }
     if (text[begin - 1] != ':') {
-        return true;
+        return !hasThreeDigits(text, begin) || !areThreeNumbersBefore(text, begin);
     }
     std::size_t group = begin - 1;
     while (group > 0 && begin - group < farthestLookBack && isOf(text[group - 1], alnumByte)) {

@@ -243,6 +243,18 @@ TEST_F(AssignmentTest, ChoosesNamesOfTheSameForm) {
     }
 }
 
+// Otherwise rack300.1.2.3 could become rack217.1.2.3, which holds an IPv4 address.
+TEST_F(AssignmentTest, KeepsNumbersOfNamesTooLargeForOctets) {
+    std::vector<std::string> names;
+    for (int number = 256; number < 1000; ++number) {
+        names.push_back("b" + std::to_string(number) + "x");
+    }
+    assign("", names);
+    for (const std::string& name : names) {
+        EXPECT_GT(mapping.replacements().names.at(name).substr(1, 3), "255");
+    }
+}
+
 TEST_F(AssignmentTest, DoesNotAlwaysChooseTheSame) {
     std::set<std::string> replacements;
     for (int run = 0; run < 5; ++run) {

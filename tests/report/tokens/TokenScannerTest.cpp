@@ -91,6 +91,26 @@ TEST(TokenScannerTest, TakesNoTimesNamesOrChainsForIp6Addresses) {
     });
 }
 
+// A replacement such as 1.2.3.217:: would be read as another address.
+TEST(TokenScannerTest, TakesNoIp6AddressWhoseFirstGroupCouldBecomeTheEndOfAnIp4Address) {
+    expectTokens({
+        {"1.2.3.300::1 1.2.3.300a::1", "1 2 3 300 1 1 2 3 300a 1"},
+        {"1.2.3.a00::1 1.2.3.3000::1", "1 2 3 ip6(a00::1) 1 2 3 ip6(3000::1)"},
+        {"2.3.300::1 1234.2.3.300::1", "2 3 ip6(300::1) 1234 2 3 ip6(300::1)"},
+        {"eth0.300::1", "eth0 ip6(300::1)"},
+    });
+}
+
+// A replacement such as fe80::217.1.2.3 would be read as another address.
+TEST(TokenScannerTest, TakesNoIp6AddressWhoseLastGroupCouldBecomeTheBeginningOfAnIp4Address) {
+    expectTokens({
+        {"fe80::300.1.2.3 1::2:999.1.2.3", "fe80 300 1 2 3 1 2 999 1 2 3"},
+        {"fe80::300.1.2 fe80::30a.1.2.3", "ip6(fe80::300) 1 2 ip6(fe80::30a) 1 2 3"},
+        {"fe80::300.1.2.999 fe80::3000.1.2.3", "ip6(fe80::300) 1 2 999 ip6(fe80::3000) 1 2 3"},
+        {"1:2:3:4:5:6:7:300.1.2.3", "ip6(1:2:3:4:5:6:7:300) 1 2 3"},
+    });
+}
+
 TEST(TokenScannerTest, FindsHardwareAddressesInAllTheirSpellings) {
     expectTokens({
         {"00:11:22:33:44:5f 00-11-22-33-44-5F 0011.2233.445f",
