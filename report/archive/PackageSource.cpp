@@ -39,12 +39,6 @@ std::error_code reasonFor(mode_t kind) {
 
 }  // namespace
 
-struct PackageSource::Content {
-    Base::UniqueFd file;              ///< of a regular file
-    off_t begin = 0;                  ///< where the package begins in `file`
-    std::vector<std::string> chunks;  ///< of what can be read only once
-};
-
 namespace {
 
 /// Reads with pread, so that several streams can share a descriptor.
@@ -74,6 +68,22 @@ private:
     std::string name;
 };
 
+std::size_t readPiece(int stream, std::span<char> buffer, const std::string& name) {
+    return static_cast<std::size_t>(Base::checked(
+        Base::uninterrupted([&] { return ::read(stream, buffer.data(), buffer.size()); }), name));
+}
+
+class PipeStream : public ByteSource {
+public:
+    PipeStream(int descriptor, std::string path) : pipe(descriptor), name(std::move(path)) {}
+
+    std::size_t read(std::span<char> buffer) override { return readPiece(pipe, buffer, name); }
+
+private:
+    int pipe;
+    std::string name;
+};
+
 class MemoryStream : public ByteSource {
 public:
     explicit MemoryStream(const std::vector<std::string>& content) : chunks(content) {}
@@ -97,11 +107,10 @@ private:
     std::size_t offset = 0;
 };
 
-Base::UniqueFd openFile(const std::string& name) {
-    const bool standardInput = name == "-";
+Base::UniqueFd openFile(const std::string& path, const std::string& name) {
     return Base::UniqueFd(
-        Base::checked(standardInput ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : Base::uninterrupted([&] {
-                          return ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+        Base::checked(path == "-" ? ::fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0) : Base::uninterrupted([&] {
+                          return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
                       }),
                       name));
 }
@@ -111,12 +120,11 @@ std::string readChunk(int stream, const std::string& name) {
     std::string chunk(chunkSize, '\0');
     std::size_t filled = 0;
     while (filled < chunk.size()) {
-        const ssize_t count = Base::checked(
-            Base::uninterrupted([&] { return ::read(stream, &chunk[filled], chunk.size() - filled); }), name);
+        const std::size_t count = readPiece(stream, std::span(chunk).subspan(filled), name);
         if (count == 0) {
             break;
         }
-        filled += static_cast<std::size_t>(count);
+        filled += count;
     }
     chunk.resize(filled);
     return chunk;
@@ -137,27 +145,31 @@ std::vector<std::string> readStream(int stream, std::size_t mostBytes, const std
 
 }  // namespace
 
-PackageSource::PackageSource(std::string path, std::size_t mostBytes) : name(std::move(path)) {
-    auto opened = std::make_shared<Content>();
-    opened->file = openFile(name);
+PackageSource::PackageSource(std::string path)
+    : name(std::move(path)), shown(name == "-" ? "standard input" : name), file(openFile(name, shown)) {
     struct stat status {};
-    Base::checked(::fstat(opened->file.get(), &status), name);
+    Base::checked(::fstat(file.get(), &status), shown);
     if (S_ISREG(status.st_mode)) {
-        opened->begin = Base::checked(::lseek(opened->file.get(), 0, SEEK_CUR), name);
-    } else if (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) {
-        opened->chunks = readStream(opened->file.get(), mostBytes, name);
-        opened->file.reset();
-    } else {
-        throw std::system_error(reasonFor(status.st_mode), name);
+        begin = Base::checked(::lseek(file.get(), 0, SEEK_CUR), shown);
+    } else if (!S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode)) {
+        throw std::system_error(reasonFor(status.st_mode), shown);
     }
-    content = std::move(opened);
+}
+
+void PackageSource::keepPipe(std::size_t mostBytes) {
+    if (!begin) {
+        chunks = readStream(file.get(), mostBytes, shown);
+    }
 }
 
 std::unique_ptr<ByteSource> PackageSource::open() const {
-    if (content->file) {
-        return std::make_unique<FileStream>(content->file.get(), content->begin, name);
+    if (begin) {
+        return std::make_unique<FileStream>(file.get(), *begin, shown);
     }
-    return std::make_unique<MemoryStream>(content->chunks);
+    if (chunks) {
+        return std::make_unique<MemoryStream>(*chunks);
+    }
+    return std::make_unique<PipeStream>(file.get(), shown);
 }
 
 }  // namespace Report

@@ -1,31 +1,43 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
+
+#include <sys/types.h>
 
 #include "ByteSource.hpp"
+#include "UniqueFd.hpp"
 
 namespace Report {
 
-/// A package that can be read several times: a file, or standard input, which is kept in memory. Regular
-/// files, pipes and FIFOs are accepted. The package is never unpacked to disk.
+/// A package to read: a regular file, a pipe or a FIFO. The package is never unpacked to disk.
 class PackageSource {
 public:
-    /// Opens `path`; "-" is standard input. Throws std::system_error if that fails, for a directory too, and
-    /// std::length_error if standard input holds more than `mostBytes` bytes.
-    PackageSource(std::string path, std::size_t mostBytes);
+    /// Opens `path`; "-" is standard input. Throws std::system_error if that fails, for a directory too.
+    explicit PackageSource(std::string path);
+
+    /// Keeps what comes from a pipe in memory, so that it can be read several times. Call it before open().
+    /// Throws std::length_error if it holds more than `mostBytes` bytes, and std::system_error.
+    void keepPipe(std::size_t mostBytes);
 
     /// "-" for standard input.
     const std::string& path() const { return name; }
 
-    /// A new stream from the first byte. The source must outlive it.
+    /// The path, in words for standard input.
+    const std::string& shownPath() const { return shown; }
+
+    /// A new stream from the first byte, of a pipe that is not kept the only one. The source must outlive it.
     std::unique_ptr<ByteSource> open() const;
 
 private:
-    struct Content;  ///< a descriptor, or the bytes of standard input
-
     std::string name;
-    std::shared_ptr<const Content> content;
+    std::string shown;
+    Base::UniqueFd file;
+    std::optional<off_t> begin;                      ///< where the package begins in a regular file
+    std::optional<std::vector<std::string>> chunks;  ///< of a pipe that is kept
 };
 
 }  // namespace Report

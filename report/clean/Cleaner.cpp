@@ -108,7 +108,7 @@ class Cleaning {
 public:
     explicit Cleaning(const CleanRequest& what)
         : request(what),
-          source(what.package, what.limits.maxMemory),
+          source(what.package),
           mapFile(what.map, what.limits.maxMemory),
           mapping(mapFile.readIfExists()),
           budget(what.limits),
@@ -116,6 +116,7 @@ public:
           finder(originals) {}
 
     std::vector<std::string> run() {
+        source.keepPipe(request.limits.maxMemory);
         takeWords();
         readOriginals();
         Random random = unpredictable();
@@ -166,7 +167,7 @@ void Cleaning::takeWords() {
 }
 
 void Cleaning::readOriginals() {
-    PackageGuard guard(source.path(), budget, finder);
+    PackageGuard guard(source.shownPath(), budget, finder);
     const PackageFacts facts = readPackage(*source.open(), budget, guard);
     guard.checkEnd(facts);
     if (request.runFile) {
@@ -199,13 +200,13 @@ void Cleaning::writePackage(const AsideFile& output) {
     Budget limits(withoutTimeLimit(request.limits));
     PackageWriter writer(sink, limits);
     PackageRewriter rewriter(mapping.replacements(), writer);
-    PackageGuard guard(source.path(), limits, rewriter);
+    PackageGuard guard(source.shownPath(), limits, rewriter);
     guard.checkEnd(readPackage(*source.open(), limits, guard));
 }
 
 /// Reads the clean package again. Returns its checksum.
 std::string Cleaning::checkPackage(const AsideFile& output) {
-    const PackageSource copy(output.temporaryName(), request.limits.maxMemory);
+    const PackageSource copy(output.temporaryName());
     Budget limits(withoutTimeLimit(request.limits));
     LeakCheck check(mapping);
     PackageGuard guard(request.output, limits, check);

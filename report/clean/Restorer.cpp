@@ -92,8 +92,8 @@ void Restoring::restorePackage(ByteSink& sink) {
     }
 }
 
-std::string checksumOf(const std::string& path, std::size_t mostBytes) {
-    const PackageSource file(path, mostBytes);
+std::string checksumOf(const std::string& path) {
+    const PackageSource file(path);
     const std::unique_ptr<ByteSource> bytes = file.open();
     HashedStream stream(*bytes);
     while (!stream.next().empty()) {
@@ -110,8 +110,7 @@ void Restoring::restoreSidecar(const std::string& sha256) {
     Rewriter rewriter(mapping.originals());
     const std::string text = handleSidecar(sidecar->text, rewriter);
     AsideFile file(name);
-    DescriptorSink(file.descriptor(), name)
-        .write(withChecksum(text, checksumOf(output->temporaryName(), request.limits.maxMemory)));
+    DescriptorSink(file.descriptor(), name).write(withChecksum(text, checksumOf(output->temporaryName())));
     file.keep();
 }
 

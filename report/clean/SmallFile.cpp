@@ -9,7 +9,7 @@
 namespace Report {
 
 std::string readSmallFile(const std::string& path, std::size_t most) {
-    const PackageSource file(path, most);
+    const PackageSource file(path);
     const std::unique_ptr<ByteSource> stream = file.open();
     std::array<char, std::size_t{16} << 10> buffer{};
     std::string text;

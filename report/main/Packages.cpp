@@ -26,7 +26,7 @@ LoadOptions optionsFor(const Arguments& arguments, const Reading& reading) {
 }
 
 /// The reason of a failure, without the path of the package.
-std::string reasonOf(const std::exception& error, const std::string& path) {
+std::string reasonOf(const std::exception& error) {
     const auto* const systemError = dynamic_cast<const std::system_error*>(&error);
     if (dynamic_cast<const std::bad_alloc*>(&error) != nullptr) {
         return "not enough memory";
@@ -34,9 +34,7 @@ std::string reasonOf(const std::exception& error, const std::string& path) {
     if (systemError != nullptr) {
         return systemError->code().message();
     }
-    const std::string_view reason = error.what();
-    const bool repeated = reason.starts_with(path + ": ");
-    return std::string(reason.substr(repeated ? path.size() + 2 : 0));
+    return error.what();
 }
 
 }  // namespace
@@ -44,14 +42,14 @@ std::string reasonOf(const std::exception& error, const std::string& path) {
 std::optional<Package> readJudged(const std::string& path, const Arguments& arguments,
                                   const Reading& reading) {
     try {
-        const PackageSource source(path, arguments.limits.maxMemory);
+        const PackageSource source(path);
         Package package = loadPackage(source, optionsFor(arguments, reading));
         judge(package, arguments.expectation);
         return package;
     } catch (const SidecarError&) {
         throw;  // the package itself can be read
     } catch (const std::exception& error) {
-        complain((path == "-" ? "standard input" : path) + ": " + reasonOf(error, path));
+        complain((path == "-" ? "standard input" : path) + ": " + reasonOf(error));
         return std::nullopt;
     }
 }

@@ -87,7 +87,7 @@ protected:
 };
 
 TEST_F(PackageSourceTest, AFileHasIndependentStreams) {
-    const PackageSource source(write("0123456789"), enough);
+    const PackageSource source(write("0123456789"));
     const auto first = source.open();
     const auto second = source.open();
     std::string buffer(4, '\0');
@@ -103,14 +103,14 @@ TEST_F(PackageSourceTest, StandardInputIsReadFromWhereItStands) {
     ASSERT_EQ(::lseek(file.get(), 3, SEEK_SET), 3);
     const StandardInput input(file.get());
 
-    const PackageSource source("-", enough);
+    const PackageSource source("-");
 
     EXPECT_EQ(source.path(), "-");
     EXPECT_EQ(allOf(*source.open()), "3456789");
     EXPECT_EQ(allOf(*source.open()), "3456789");
 }
 
-TEST_F(PackageSourceTest, APipeIsKeptInMemory) {
+TEST_F(PackageSourceTest, APipeIsKeptInMemoryOnRequest) {
     for (const std::size_t size : {std::size_t{0}, std::size_t{5}, enough / 2, enough}) {
         std::array<int, 2> ends{};
         ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
@@ -119,7 +119,8 @@ TEST_F(PackageSourceTest, APipeIsKeptInMemory) {
         const Base::UniqueFd readEnd(ends[0]);
         const StandardInput input(readEnd.get());
 
-        const PackageSource source("-", enough);
+        PackageSource source("-");
+        source.keepPipe(enough);
 
         EXPECT_EQ(allOf(*source.open()), bytes);
         EXPECT_EQ(allOf(*source.open(), 300'000), bytes);
@@ -131,17 +132,19 @@ TEST_F(PackageSourceTest, AFifoIsReadLikeAPipe) {
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
     const Writer writer([fifo] { return ::open(fifo.c_str(), O_WRONLY | O_CLOEXEC); }, "package");
 
-    const PackageSource source(fifo, enough);
+    const PackageSource source(fifo);
 
     EXPECT_EQ(allOf(*source.open()), "package");
+    EXPECT_EQ(allOf(*source.open()), "") << "a pipe can be read only once";
 }
 
-TEST_F(PackageSourceTest, MoreThanFitsIntoMemoryIsRefused) {
+TEST_F(PackageSourceTest, APipeThatDoesNotFitIntoMemoryIsNotKept) {
     const std::string fifo = folder / "fifo";
     ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
     const Writer writer([fifo] { return ::open(fifo.c_str(), O_WRONLY | O_CLOEXEC); }, "12345678");
 
-    EXPECT_THROW(PackageSource(fifo, 7), std::length_error);
+    PackageSource source(fifo);
+    EXPECT_THROW(source.keepPipe(7), std::length_error);
 }
 
 TEST_F(PackageSourceTest, WhatIsNoFileIsRefusedWithAReason) {
@@ -156,7 +159,7 @@ TEST_F(PackageSourceTest, WhatIsNoFileIsRefusedWithAReason) {
     };
     for (const auto& [path, reason, words] : cases) {
         try {
-            const PackageSource source(path, enough);
+            const PackageSource source(path);
             ADD_FAILURE() << path;
         } catch (const std::system_error& error) {
             EXPECT_EQ(error.code(), reason);

@@ -151,7 +151,7 @@ Report::Package FuzzPackage::load(Report::Keep keep, std::shared_ptr<const Repor
         options.runFile = pathOf(runFile);
     }
     const Base::UniqueFd file = memoryFile(package);
-    return loadPackage(Report::PackageSource(pathOf(file), options.limits.maxMemory), options);
+    return loadPackage(Report::PackageSource(pathOf(file)), options);
 }
 
 }  // namespace ReportFuzz

@@ -67,8 +67,15 @@ Present
                          Outcome(3, "", "korvel-report: standard input can be read only once\n" + hint("check")))
         self.assertEqual(self.run_report("check", "-", stdin=subprocess.DEVNULL),
                          Outcome(3, "", "korvel-report: standard input: not a file or a pipe\n"))
-        self.assertEqual(self.run_report("check", "--max-memory=9", "-", stdin=None, input=b"1234567890"),
-                         Outcome(3, "", "korvel-report: standard input: it holds more than 9 bytes\n"))
+
+    def test_reads_a_pipe_without_keeping_it_in_memory(self) -> None:
+        package = (PACKAGES / "netfp_logs_sup.tgz").read_bytes()
+        for option, verdict, status in (("--max-memory=64M", "whole", 0), ("--max-memory=1", "not fully read", 1)):
+            with self.subTest(option):
+                outcome = self.run_report("check", option, "-", stdin=None, input=package)
+                self.assertEqual((outcome.status, outcome.out.splitlines()[0]), (status, f"-: {verdict}"))
+        self.assertEqual(self.run_report("clean", "--max-memory=9", "-", "-o", "clean.tgz", stdin=None, input=package),
+                         Outcome(1, "", "korvel-report: standard input: it holds more than 9 bytes\n"))
 
     def test_does_not_call_a_package_whole_that_a_limit_cut(self) -> None:
         package = self.package("netfp_logs_sup.tgz")

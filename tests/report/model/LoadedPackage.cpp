@@ -27,10 +27,9 @@ std::string TemporaryFolder::write(const std::string& name, const std::string& c
 }
 
 Report::Package loadFile(const std::string& path, const Report::LoadOptions& options) {
-    constexpr std::size_t largest = std::size_t{1} << 30;
     Report::LoadOptions atTestTime = options;
     atTestTime.now = testTime;
-    return Report::loadPackage(Report::PackageSource(path, largest), atTestTime);
+    return Report::loadPackage(Report::PackageSource(path), atTestTime);
 }
 
 Report::Package load(const std::string& bytes, const Report::LoadOptions& options, const std::string& name) {
