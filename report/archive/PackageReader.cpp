@@ -99,7 +99,7 @@ LayerEnd LayerReader::readTar(PieceSource& contents, std::size_t depth) {
 
 void LayerReader::readMember(TarReader& tar, const TarMember& member, std::size_t depth) {
     visitor.beginMember(member.header);
-    if (member.nameCut) {
+    if (member.cut) {
         return visitor.endMember(endByLimit(Limit::name));
     }
     Lookahead contents(tar.contents());

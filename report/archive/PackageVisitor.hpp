@@ -16,6 +16,7 @@ enum class MemberType : std::uint8_t { file, directory, symbolicLink, hardLink, 
 /// The header of a member of a tar archive. The names are bytes as they are in the archive: any byte but NUL.
 struct MemberHeader {
     std::string name;
+    bool nameCut = false;  ///< `name` is only the beginning, as long as the limit allows
     MemberType type = MemberType::file;
     std::uint64_t size = 0;  ///< bytes of its contents; 0 unless it is a file
     std::timespec time = {};

@@ -78,6 +78,7 @@ TarMember memberOf(archive_entry* entry, std::size_t mostName) {
     TarMember member;
     MemberHeader& header = member.header;
     header.name = copy(::archive_entry_pathname(entry));
+    header.nameCut = copy.wasCut();
     header.type = typeOf(entry);
     header.time = {::archive_entry_mtime(entry), ::archive_entry_mtime_nsec(entry)};
     header.mode = ::archive_entry_perm(entry);
@@ -90,7 +91,7 @@ TarMember memberOf(archive_entry* entry, std::size_t mostName) {
     if (header.type == MemberType::file) {
         header.size = static_cast<std::uint64_t>(std::max<std::int64_t>(::archive_entry_size(entry), 0));
     }
-    member.nameCut = copy.wasCut();
+    member.cut = copy.wasCut();
     return member;
 }
 

@@ -12,7 +12,7 @@ namespace Report {
 
 struct TarMember {
     MemberHeader header;
-    bool nameCut = false;  ///< a name in the header is longer than the limit
+    bool cut = false;  ///< a name in the header is longer than the limit
 };
 
 /// Reads a tar archive from its first byte to the end of the stream. Stops at the first damaged header.

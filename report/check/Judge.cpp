@@ -15,6 +15,7 @@
 #include "Content.hpp"
 #include "Diagnosis.hpp"
 #include "ExpectedParts.hpp"
+#include "MemberName.hpp"
 #include "PartCauses.hpp"
 #include "PartTable.hpp"
 #include "RunCauses.hpp"
@@ -41,6 +42,14 @@ bool isEndUnknown(const Package& package) {
            std::ranges::any_of(package.unread, [](const Unread& unread) { return unread.member.empty(); });
 }
 
+/// Whether a member whose name was not read to its end can be this part.
+bool mayHaveCutName(const Package& package, std::string_view part) {
+    return std::ranges::any_of(package.unread, [part](const Unread& unread) {
+        const std::string beginning = normalName(unread.member);
+        return unread.limit == Limit::name && (part.starts_with(beginning) || beginning.starts_with(part));
+    });
+}
+
 /// Marks the parts that a limit left out, at least partly: nobody knows whether the rest is as it should be.
 void markUnreadParts(Package& package) {
     std::set<std::string_view> unread;
@@ -63,7 +72,7 @@ std::set<std::string> addExpectedParts(Package& package, const Expectation& expe
         present.emplace(part.name, index);
     }
     std::set<std::string> assumed;
-    const State state = isEndUnknown(package) ? State::notRead : State::missing;
+    const bool endUnknown = isEndUnknown(package);
     for (const ExpectedPart& expected : expectedParts(package, expectation)) {
         const auto [begin, end] = present.equal_range(expected.name);
         for (auto entry = begin; entry != end; ++entry) {
@@ -73,7 +82,7 @@ std::set<std::string> addExpectedParts(Package& package, const Expectation& expe
             Part& part = package.parts.emplace_back();
             part.name = expected.name;
             part.expected = true;
-            part.state = state;
+            part.state = endUnknown || mayHaveCutName(package, part.name) ? State::notRead : State::missing;
             if (expected.assumed) {
                 assumed.insert(expected.name);
             }

@@ -42,7 +42,10 @@ std::optional<Limit> limitOf(const Package& package, const Part& part) {
         return part.end.limit;
     }
     const auto unread = std::ranges::find(package.unread, part.member, &Unread::member);
-    return unread == package.unread.end() ? package.end.limit : unread->limit;
+    if (unread != package.unread.end()) {
+        return unread->limit;
+    }
+    return package.end.limit ? package.end.limit : Limit::name;  // the part may have a name that was cut
 }
 
 Answer byReader(const Clues& clues, const Subject& subject) {

@@ -204,15 +204,16 @@ bool PackageAssembler::addFolders(Level& level, std::string_view normal, bool is
     return true;
 }
 
-/// Begins a part for a file. Returns what is odd about it if there cannot be one.
+/// Begins a part for a file. Returns what is odd about it if there cannot be one. Names that were cut may be
+/// equal.
 std::string PackageAssembler::addPart(Level& level, const MemberHeader& header, const std::string& normal) {
     if (level.fileNames.contains(normal)) {
-        return "duplicate name";
+        return header.nameCut ? "" : "duplicate name";
     }
     std::string_view name = partName(normal);
     name = level.partNames.contains(name) ? std::string_view(normal) : name;
     if (level.partNames.contains(name)) {
-        return "name of another part";
+        return header.nameCut ? "" : "name of another part";
     }
     if (!memory.keepName(rowMemory<Part>(4 * header.name.size()) + 2 * rowMemory<std::string>(0))) {
         return {};

@@ -872,6 +872,16 @@ TEST(Judge, NeverCallsUnreadPartsMissing) {
              fixture.package.unread.push_back({"./ti/netfp_proxy.log", Limit::name});
          },
          "ti/netfp_proxy: not read, certain: not read, because of the limit --max-name\nnot fully read\n"},
+        {"the name of one member was not read to its end",
+         [](PackageFixture& fixture) {
+             fixture.remove("ti/netfp_proxy");
+             fixture.remove("ti/netfp_server");
+             fixture.package.unread.push_back({"./ti/netfp_p", Limit::name});
+         },
+         "ti/netfp_proxy: not read, certain: not read, because of the limit --max-name\n"
+         "ti/netfp_server: missing, likely: netfp_server wrote no dump within a second: it is stopped or "
+         "hangs\n"
+         "not fully read\n"},
         {"a line of one member was not read to its end",
          [](PackageFixture& fixture) {
              fixture.package.unread.push_back({"./ti/netfp_proxy.log", Limit::line});

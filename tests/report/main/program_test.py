@@ -77,6 +77,12 @@ Present
         self.assertEqual(self.run_report("clean", "--max-memory=9", "-", "-o", "clean.tgz", stdin=None, input=package),
                          Outcome(1, "", "korvel-report: standard input: it holds more than 9 bytes\n"))
 
+    def test_calls_no_part_missing_whose_name_may_have_been_cut(self) -> None:
+        outcome = self.run_report("check", "--max-name=12", self.package("netfp_logs_sup.tgz").name)
+        self.assertEqual((outcome.status, outcome.out.splitlines()[0]), (1, "netfp_logs_sup.tgz: not fully read"))
+        for word in ("missing", "duplicate", "Likely"):
+            self.assertNotIn(word, outcome.out)
+
     def test_does_not_call_a_package_whole_that_a_limit_cut(self) -> None:
         package = self.package("netfp_logs_sup.tgz")
         for option in ("--max-members=5", "--max-bytes=4K", "--max-memory=1"):
