@@ -133,7 +133,9 @@ private:
     void readOriginals();
     void writeOutputs();
     void writePackage(const AsideFile& output);
+    std::string cleanSidecar(const std::string& name) const;
     std::string checkPackage(const AsideFile& output);
+    static void refuseLeak(const std::string& name, const std::optional<std::string>& leak, bool restored);
     std::string summary() const;
 
     const CleanRequest& request;
@@ -187,8 +189,7 @@ void Cleaning::writeOutputs() {
     std::optional<AsideFile> runFile;
     if (sidecar) {
         const std::string name = request.output + ".run";
-        Rewriter rewriter(mapping.replacements());
-        writeText(runFile.emplace(name), name, withChecksum(handleSidecar(sidecar->text, rewriter), sha256));
+        writeText(runFile.emplace(name), name, withChecksum(cleanSidecar(name), sha256));
         files.push_back(&*runFile);
     }
     files.push_back(&output);
@@ -204,6 +205,25 @@ void Cleaning::writePackage(const AsideFile& output) {
     guard.checkEnd(readPackage(*source.open(), limits, guard));
 }
 
+void Cleaning::refuseLeak(const std::string& name, const std::optional<std::string>& leak, bool restored) {
+    if (leak) {
+        throw CleanRefusal(CleanRefusal::notClean, name + ": it would still hold " + *leak);
+    }
+    if (!restored) {
+        throw CleanRefusal(CleanRefusal::notClean, name + ": it could not be restored exactly");
+    }
+}
+
+/// The sidecar's text with the replacements.
+std::string Cleaning::cleanSidecar(const std::string& name) const {
+    Rewriter rewriter(mapping.replacements());
+    const std::string clean = handleSidecar(sidecar->text, rewriter);
+    LeakFinder leaks(mapping);
+    const std::string restored = handleSidecar(clean, leaks);
+    refuseLeak(name, leaks.leak(), restored == sidecar->text);
+    return clean;
+}
+
 /// Reads the clean package again. Returns its checksum.
 std::string Cleaning::checkPackage(const AsideFile& output) {
     const PackageSource copy(output.temporaryName());
@@ -212,12 +232,7 @@ std::string Cleaning::checkPackage(const AsideFile& output) {
     PackageGuard guard(request.output, limits, check);
     const PackageFacts facts = readPackage(*copy.open(), limits, guard);
     guard.checkEnd(facts);
-    if (check.leak()) {
-        throw CleanRefusal(CleanRefusal::notClean, request.output + ": it would still hold " + *check.leak());
-    }
-    if (check.restored() != finder.digest()) {
-        throw CleanRefusal(CleanRefusal::notClean, request.output + ": it could not be restored exactly");
-    }
+    refuseLeak(request.output, check.leak(), check.restored() == finder.digest());
     return facts.sha256;
 }
 

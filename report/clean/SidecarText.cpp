@@ -44,11 +44,10 @@ std::optional<UsedSidecar> readUsedSidecar(const std::string& path, std::string_
     std::string error;
     std::optional<Sidecar> sidecar = parseSidecar(text, error);
     if (sidecar) {
-        const std::string* const checksum = sidecar->find("sha256");
-        if (checksum != nullptr && folded(*checksum) == sha256) {
-            return UsedSidecar{text, std::move(*sidecar)};
-        }
-        error = "its checksum is not the package's";
+        error = whyForeign(*sidecar, sha256);
+    }
+    if (error.empty()) {
+        return UsedSidecar{text, std::move(*sidecar)};
     }
     notes.push_back(path + ": left out: " + error);
     return std::nullopt;

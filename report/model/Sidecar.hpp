@@ -47,6 +47,10 @@ struct SidecarResult {
     std::optional<Sidecar> sidecar;
 };
 
+/// Why a sidecar does not belong to the package with this checksum, which is empty if it is unknown. Empty if
+/// the sidecar does.
+std::string whyForeign(const Sidecar& sidecar, std::string_view sha256);
+
 /// Reads the sidecar of a package with the checksum `sha256`. `named` says that the user named the file: it
 /// may then be a pipe, and SidecarError is thrown if it cannot be read. Otherwise only a regular file is
 /// read.

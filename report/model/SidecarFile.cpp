@@ -52,7 +52,8 @@ bool sameChecksum(std::string_view written, std::string_view sha256) {
     return std::ranges::equal(written, sha256, {}, lower);
 }
 
-/// Why a sidecar does not belong to the package with this checksum; empty if it does.
+}  // namespace
+
 std::string whyForeign(const Sidecar& sidecar, std::string_view sha256) {
     const std::string* const written = sidecar.find("sha256");
     if (written == nullptr) {
@@ -63,8 +64,6 @@ std::string whyForeign(const Sidecar& sidecar, std::string_view sha256) {
     }
     return sameChecksum(*written, sha256) ? "" : "its checksum is not the package's";
 }
-
-}  // namespace
 
 SidecarResult readSidecar(const std::string& path, bool named, std::string_view sha256) {
     SidecarResult result;

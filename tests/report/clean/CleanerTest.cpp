@@ -225,6 +225,8 @@ TEST_F(CleanerTest, LeavesOutASidecarOfAnotherPackage) {
     EXPECT_EQ(notesOf(request), "DIR/in.tgz.run: left out: its checksum is not the package's\n");
     EXPECT_EQ(files(), (std::vector<std::string>{"in.tgz", "in.tgz.run", "out.tgz", "out.tgz.map"}));
     EXPECT_THAT(read("out.tgz.map"), Not(HasSubstr("bts-17")));
+    write("in.tgz.run", "format: 1\nboard: bts-17\n\n");
+    EXPECT_EQ(notesOf(request), "DIR/in.tgz.run: left out: it has no checksum of the package\n");
 }
 
 TEST_F(CleanerTest, RefusesADamagedPackageAndLeavesNothing) {

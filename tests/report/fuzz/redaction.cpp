@@ -1,4 +1,5 @@
-// Redaction and its undoing. The section `map` is the mapping of an earlier package, `words` a list of words.
+// Redaction and its undoing. The section `map` is the mapping of an earlier package, `words` a list of words,
+// `run` the sidecar.
 
 #include <optional>
 #include <stdexcept>
@@ -15,6 +16,7 @@
 #include "PackageGuard.hpp"
 #include "PackageRewriter.hpp"
 #include "ReadOutcome.hpp"
+#include "SidecarText.hpp"
 #include "WordList.hpp"
 
 namespace {
@@ -64,6 +66,30 @@ void addWords(const FuzzPackage& description, Report::Originals& originals) {
     }
 }
 
+/// The text of the sidecar, if there is one.
+std::optional<std::string> sidecarText(const FuzzPackage& description) {
+    std::string error;
+    const std::optional<std::string> text = description.find("run");
+    return text && Report::parseSidecar(*text, error) ? text : std::nullopt;
+}
+
+void takeSidecar(const FuzzPackage& description, Report::OriginalsFinder& finder) {
+    std::string error;
+    if (const std::optional<std::string> text = sidecarText(description)) {
+        finder.takeSidecar(*Report::parseSidecar(*text, error), *text);
+    }
+}
+
+void checkSidecar(const FuzzPackage& description, const Report::Mapping& mapping) {
+    if (const std::optional<std::string> text = sidecarText(description)) {
+        Report::Rewriter rewriter(mapping.replacements());
+        Report::LeakFinder leaks(mapping);
+        require(handleSidecar(handleSidecar(*text, rewriter), leaks) == *text,
+                "the restored sidecar is the original");
+        require(!leaks.leak(), "nothing leaks into the sidecar");
+    }
+}
+
 /// Completes the mapping. Returns what the package holds.
 Report::PackageDigest assign(const FuzzPackage& description, Report::Mapping& mapping) {
     Report::Budget budget(ReportFuzz::smallLimits());
@@ -71,6 +97,8 @@ Report::PackageDigest assign(const FuzzPackage& description, Report::Mapping& ma
     Report::OriginalsFinder finder(originals);
     addWords(description, originals);
     read(description.bytes(), budget, finder);
+    takeSidecar(description, finder);
+    originals.settle();
     Report::Random random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): a finding can be repeated
     assignReplacements(originals, mapping, random);
     return finder.digest();
@@ -118,6 +146,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
         checkMapping(mapping);
         const std::string clean = rewritten(description.bytes(), mapping.replacements());
         checkClean(clean, mapping, digest);
+        checkSidecar(description, mapping);
         require(eventsOf(rewritten(clean, mapping.originals())) == eventsOf(description.bytes()),
                 "the restored package is the original");
     } catch (const Report::CleanRefusal&) {
