@@ -41,7 +41,8 @@ _korvel_report() {
         --expect)
             _korvel_report_offer 'all netfp proxy server master resmgr slog dall dinf dstat dlog' "$current"
             ;;
-        --board | --part | --since | --until | --grep | --explain | --max-*) ;;
+        --explain) _korvel_report_offer "$(command korvel-report --explain 2> /dev/null | sed 's/ .*//')" "$current" ;;
+        --board | --part | --since | --until | --grep | --max-*) ;;
         *)
             if [[ $current == -* ]]; then
                 _korvel_report_offer "$(_korvel_report_options "$subcommand")" "$current" "${COMP_WORDS[@]:1:COMP_CWORD - 1}"

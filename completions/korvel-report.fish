@@ -32,7 +32,7 @@ complete -c korvel-report -n "__korvel_report_is $identity" -l expect -xa 'all n
 complete -c korvel-report -n "__korvel_report_is $identity clean restore" -l run -rF -d 'Use this sidecar'
 complete -c korvel-report -n "__korvel_report_is $all" -l no-run -d 'Read no sidecar'
 complete -c korvel-report -n $rules -l rules -rF -d 'Add the rules of a file'
-complete -c korvel-report -n $rules -l explain -x -d 'Print a rule'
+complete -c korvel-report -n $rules -l explain -xa "(command korvel-report --explain 2> /dev/null | string replace -r ' +' \\t)" -d 'Print a rule, or a list of them'
 complete -c korvel-report -n '__korvel_report_is show' -l part -x -d 'Only a part or a directory'
 complete -c korvel-report -n '__korvel_report_is show' -l log -d 'Only log entries'
 complete -c korvel-report -n '__korvel_report_is show' -l since -x -d 'Only log entries from a time on'

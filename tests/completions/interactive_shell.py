@@ -56,8 +56,8 @@ class InteractiveShell:
         arguments, settings = KINDS[kind]
         share = home / "share"
         places = {"home": home, "share": share, "functions": next(share.rglob("_korvel")).parent}
-        environment = {"HOME": str(home), "PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "INPUTRC": "/dev/null",
-                       "XDG_DATA_DIRS": str(share), "XDG_CONFIG_HOME": f"{home}/config",
+        environment = {"HOME": str(home), "PATH": f"{BUILD}/bin:/usr/bin:/bin", "LANG": "C.UTF-8",
+                       "INPUTRC": "/dev/null", "XDG_DATA_DIRS": str(share), "XDG_CONFIG_HOME": f"{home}/config",
                        "XDG_RUNTIME_DIR": str(home)}
         environment |= {name: value.format(**places) for name, value in settings.items()}
         self.terminal = pexpect.spawn(arguments[0], arguments[1:], cwd=home, env=environment, encoding="utf-8",

@@ -48,6 +48,7 @@ class ReportCompletionTest(unittest.TestCase):
     def test_offers_the_values_of_options(self) -> None:
         self.assert_offers("check --kind ", PACKAGES)
         self.assert_offers("check --expect ", COVERAGE)
+        self.assert_offers("show --explain log-", ["log-full", "log-overlap", "log-perhaps-lost"])
         for option in ("show --rules", "json --run", "html -o", "diff --output", "clean --words", "restore --map"):
             self.assert_offers(f"{option} net", ["netfp_logs.tgz"])
 
