@@ -50,7 +50,8 @@ fuzz() {
     [ ! -f "$words" ] || options+=(-dict="$words")
     mkdir -p "$corpus"
     # Freed memory is used again soon, because new memory costs more time than the run itself.
-    ASAN_OPTIONS=quarantine_size_mb=1:thread_local_quarantine_size_kb=64 \
+    GLIBC_TUNABLES=glibc.malloc.trim_threshold=268435456:glibc.malloc.mmap_threshold=134217728 \
+        ASAN_OPTIONS=quarantine_size_mb=1:thread_local_quarantine_size_kb=64 \
         "build-$preset/tests/fuzz_$target" "$corpus" "$seeds/$target" "${options[@]}" 2>&1 |
         awk -v runs="$runs" '{ print } /^#/ && runs > 0 { printf "[%d/%d]\n", substr($1, 2), runs; fflush() }'
 }
