@@ -13,7 +13,9 @@ std::string expressionOf(std::string_view glob) {
         if (glob.front() == '*') {
             expression += any ? ".*" : "[^/]*";
         } else {
-            expression += std::isalnum(static_cast<unsigned char>(glob.front())) != 0 ? "" : "\\";
+            const auto byte = static_cast<unsigned char>(glob.front());
+            const bool special = byte < 0x80 && std::isalnum(byte) == 0;
+            expression += special ? "\\" : "";
             expression += glob.front();
         }
         glob.remove_prefix(any ? 2 : 1);

@@ -352,6 +352,12 @@ void checkSubcommand(std::span<const char* const> words) {
     }
 }
 
+/// The subcommand that an app of CLI11 stands for; none for the program itself.
+std::optional<Command> commandOf(const CLI::App& app) {
+    const auto row = std::ranges::find(rows(), std::string_view(app.get_name()), &Row::name);
+    return row == rows().end() ? std::nullopt : std::optional(row->command);
+}
+
 /// Says why a word of the command line was not taken.
 std::string unexpected(const CLI::App& app, std::optional<Command> command, const std::string& word) {
     if (!word.starts_with('-') || word == "-") {
@@ -380,6 +386,34 @@ std::string wrongNumber(const CLI::App& app, std::optional<Command> command, con
     return name + (option->count() > 0 ? " may be given only once" : " needs " + option->get_type_name());
 }
 
+/// CLI11 takes the next word for an empty value, and ignores the value of a flag.
+void checkValue(const CLI::App& app, std::string_view word) {
+    const std::size_t sign = word.find('=');
+    if (!word.starts_with("--") || sign == std::string_view::npos) {
+        return;
+    }
+    const std::string name(word.substr(0, sign));
+    const CLI::Option* const option = app.get_option_no_throw(name);
+    if (option != nullptr && option->get_items_expected_max() == 0) {
+        throw UsageError(name + " takes no value", commandOf(app));
+    }
+    if (option != nullptr && sign + 1 == word.size()) {
+        throw UsageError(name + " needs " + option->get_type_name(), commandOf(app));
+    }
+}
+
+/// Checks the words before CLI11 reads them. An option that is no subcommand's goes before it.
+void checkValues(const CLI::App& app, std::span<const char* const> words) {
+    const CLI::App* scope = &app;
+    for (const std::string_view word : words.subspan(1)) {
+        checkValue(*scope, word);
+        if (const auto row = std::ranges::find(rows(), word, &Row::name);
+            scope == &app && row != rows().end()) {
+            scope = app.get_subcommand(row->name);
+        }
+    }
+}
+
 /// The command line as CLI11 sees it. It does not take "--" after an operand, so what follows is taken here.
 void parse(std::span<const char* const> words, CommandLine& commandLine) {
     CLI::App app;
@@ -391,8 +425,10 @@ void parse(std::span<const char* const> words, CommandLine& commandLine) {
         addCommand(app, row, commandLine);
     }
     const auto mark = std::ranges::find(words, std::string_view("--"));
+    const auto count = static_cast<std::size_t>(mark - words.begin());
+    checkValues(app, words.first(count));
     try {
-        app.parse(static_cast<int>(mark - words.begin()), words.data());
+        app.parse(static_cast<int>(count), words.data());
     } catch (const CLI::CallForHelp&) {
         const auto* const row = commandLine.command ? rowOf(*commandLine.command) : nullptr;
         commandLine.text =
@@ -406,6 +442,10 @@ void parse(std::span<const char* const> words, CommandLine& commandLine) {
         throw UsageError(wrongNumber(app, commandLine.command, error.what()), commandLine.command);
     } catch (const CLI::ParseError& error) {
         throw UsageError(error.what(), commandLine.command);
+    }
+    if (commandLine.command && !commandLine.arguments.ruleFiles.empty() &&
+        app.get_subcommand(rowOf(*commandLine.command)->name)->get_option_no_throw("--rules") == nullptr) {
+        throw UsageError(unexpected(app, commandLine.command, "--rules"), commandLine.command);
     }
     if (mark != words.end()) {
         std::ranges::copy(mark + 1, words.end(), std::back_inserter(commandLine.arguments.files));

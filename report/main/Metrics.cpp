@@ -18,7 +18,9 @@ int metrics(const Arguments& arguments) {
     });
     Output output({arguments.output});
     const Time now = std::chrono::floor<Time::duration>(std::chrono::system_clock::now());
-    output.write([&](std::ostream& out, const TextStyle&) { renderMetrics(out, packages, now); });
+    if (!packages.empty()) {  // a collector keeps the last values
+        output.write([&](std::ostream& out, const TextStyle&) { renderMetrics(out, packages, now); });
+    }
     output.finish();
     return status;
 }

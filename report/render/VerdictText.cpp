@@ -1,5 +1,6 @@
 #include "VerdictText.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <set>
 #include <string_view>
@@ -22,12 +23,29 @@ std::string othersText(const Package& package) {
                          : " " + counted(troubled, "other part").append(areNotAsTheyShouldBe(troubled));
 }
 
+/// A sentence about collectors without parts, after a blank, or nothing. Their directory is not in the
+/// package, perhaps because they were not asked.
+std::string absentText(const Package& package) {
+    std::string names;
+    for (const std::string_view folder : {"fuse", "mmi", "ti"}) {
+        const auto isExpectedOfIt = [folder](const Part& part) {
+            return part.expected && part.name.starts_with(folder) && part.name[folder.size()] == '/';
+        };
+        if (std::ranges::none_of(package.parts, isExpectedOfIt)) {
+            names.append(names.empty() ? " No part of " : " or ").append(folder);
+        }
+    }
+    return names.empty() ? names : names + " was expected.";
+}
+
 std::string troubledText(const Package& package) {
     const std::size_t expected = countExpected(package);
     const std::size_t troubled = countTroubled(package, true);
+    if (expected == 0) {
+        return "No part was expected: the archive has none that korvel makes." + othersText(package);
+    }
     if (troubled == 0) {
-        return (expected == 0 ? "No part was expected." : "Every expected part is present.") +
-               othersText(package);
+        return "Every expected part is present." + absentText(package) + othersText(package);
     }
     return std::to_string(troubled) + " of " +
            counted(expected, "expected part").append(areNotAsTheyShouldBe(troubled)) + othersText(package);

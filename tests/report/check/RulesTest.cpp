@@ -548,6 +548,18 @@ TEST(RuleSet, NamesAValueWithItsTitle) {
     }
 }
 
+TEST(RuleSet, TakesAnyCharacterInTheNameOfAPart) {
+    const RuleSet rules = rulesOf(std::string("[[rule]]\nid = 'own'\nwhere = 'linux/\u0451.+_ (1)*'\n"
+                                              "severity = 'note'\nvalue = 'n'\nis = '> 0'\n") +
+                                  texts);
+    Value value;
+    value.name = "n";
+    value.part = "linux/\u0451.+_ (1).txt";
+    EXPECT_TRUE(rules.names(value));
+    value.part = "linux/\u0450.+_ (1).txt";
+    EXPECT_FALSE(rules.names(value));
+}
+
 TEST(RuleSet, ComparesNumbersOfAllTypes) {
     const struct {
         const char* is;

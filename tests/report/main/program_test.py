@@ -164,6 +164,10 @@ class Usage(ReportTest):
                 (["show", "--since", "noon", "x"], f"--since 'noon': not a time: write {times}", "show"),
                 (["check", "--run", "x", "--no-run", "x"], "--run excludes --no-run", "check"),
                 (["check", "--run", "x", "x", "y"], "--run needs a single package", "check"),
+                (["check", "--kind=", "x"], "--kind needs KEYWORD", "check"),
+                (["check", "--no-run=yes", "x"], "--no-run takes no value", "check"),
+                (["--rules", "x", "check", "y"], "check has no option --rules", "check"),
+                (["--rules=", "show", "y"], "--rules needs FILE", ""),
                 (["clean", "x"], "--output is required", "clean"),
                 (["clean", "x", "y", "-o", "z"], "unexpected argument: y", "clean"),
         ):

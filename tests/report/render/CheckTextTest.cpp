@@ -4,7 +4,7 @@
 #include <sstream>
 #include <string>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "Renderers.hpp"
 #include "SamplePackage.hpp"
@@ -164,6 +164,18 @@ Every expected part is present. 1 other part is not as it should be.)");
               Possible cause: the log was full
               it ends early
 )");
+}
+
+TEST(CheckText, NamesCollectorsWithoutParts) {
+    Package package = wholePackage();
+    std::erase_if(package.parts, [](const Part& part) { return part.name.starts_with("ti/"); });
+    EXPECT_THAT(check(package),
+                testing::HasSubstr("Every expected part is present. No part of ti was expected."));
+    std::erase_if(package.parts, [](const Part& part) { return part.name.starts_with("mmi/"); });
+    EXPECT_THAT(check(package), testing::HasSubstr(" No part of mmi or ti was expected."));
+    package.parts.clear();
+    EXPECT_THAT(check(package),
+                testing::HasSubstr("No part was expected: the archive has none that korvel makes."));
 }
 
 TEST(CheckText, NamesAPartThatALimitCutOnlyOnce) {
