@@ -31,6 +31,12 @@ bool isDamaged(const Package& package) {
     return package.end.integrity == Integrity::cut || package.end.integrity == Integrity::altered;
 }
 
+/// Whether a package inside is damaged, at any depth.
+bool isDamagedInside(const Package& package) {
+    return std::ranges::any_of(
+        package.nested, [](const Package& nested) { return isDamaged(nested) || isDamagedInside(nested); });
+}
+
 bool isUnread(const Package& package) {
     return package.end.integrity == Integrity::notRead || !package.unread.empty() ||
            std::ranges::any_of(package.nested, isUnread);
@@ -222,7 +228,7 @@ Verdict verdictOf(const Package& package) {
     const bool incomplete =
         std::ranges::any_of(package.parts,
                             [](const Part& part) { return part.expected && part.state != State::present; }) ||
-        std::ranges::any_of(package.nested, isDamaged);
+        isDamagedInside(package);
     return incomplete ? Verdict::incomplete : Verdict::whole;
 }
 

@@ -1,5 +1,6 @@
 #include <optional>
 #include <ostream>
+#include <string>
 
 #include "Commands.hpp"
 #include "Difference.hpp"
@@ -12,8 +13,9 @@ namespace Report {
 
 int diff(const Arguments& arguments) {
     const Reading reading{.forms = readRules(arguments).logForms()};
-    const std::optional<Package> before = readJudged(arguments.files[0], arguments, reading);
-    const std::optional<Package> after = readJudged(arguments.files[1], arguments, reading);
+    std::string reason;
+    const std::optional<Package> before = readJudged(arguments.files[0], arguments, reading, reason);
+    const std::optional<Package> after = readJudged(arguments.files[1], arguments, reading, reason);
     if (!before || !after) {
         return exitTroubleOfDiff;
     }

@@ -1,3 +1,4 @@
+#include <cstddef>
 #include <ostream>
 #include <string>
 
@@ -11,10 +12,11 @@ namespace Report {
 
 int json(const Arguments& arguments) {
     Packages packages = readAll(arguments, readRules(arguments));
-    for (const std::string& path : packages.unreadable) {
+    for (const auto& [path, reason, place] : packages.unreadable) {
         Package unreadable;  // a program finds every package that it asked for
         unreadable.source = path;
-        packages.list.push_back(unreadable);
+        unreadable.end.reason = reason;
+        packages.list.insert(packages.list.begin() + static_cast<std::ptrdiff_t>(place), unreadable);
     }
     Output output({arguments.output});
     output.write([&](std::ostream& out, const TextStyle&) {

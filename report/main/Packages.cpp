@@ -39,8 +39,8 @@ std::string reasonOf(const std::exception& error) {
 
 }  // namespace
 
-std::optional<Package> readJudged(const std::string& path, const Arguments& arguments,
-                                  const Reading& reading) {
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, const Reading& reading,
+                                  std::string& reason) {
     try {
         const PackageSource source(path);
         Package package = loadPackage(source, optionsFor(arguments, reading));
@@ -49,7 +49,8 @@ std::optional<Package> readJudged(const std::string& path, const Arguments& argu
     } catch (const SidecarError&) {
         throw;  // the package itself can be read
     } catch (const std::exception& error) {
-        complain((path == "-" ? "standard input" : path) + ": " + reasonOf(error));
+        reason = reasonOf(error);
+        complain((path == "-" ? "standard input" : path) + ": " + reason);
         return std::nullopt;
     }
 }
@@ -57,7 +58,8 @@ std::optional<Package> readJudged(const std::string& path, const Arguments& argu
 int useEach(const Arguments& arguments, const Reading& reading, const std::function<int(Package&)>& use) {
     int status = 0;
     for (const std::string& path : arguments.files) {
-        std::optional<Package> package = readJudged(path, arguments, reading);
+        std::string reason;
+        std::optional<Package> package = readJudged(path, arguments, reading, reason);
         status = std::max(status, package ? use(*package) : exitTrouble);
     }
     return status;
@@ -67,9 +69,10 @@ Packages readAll(const Arguments& arguments, const RuleSet& rules) {
     Packages packages;
     const Reading reading{.forms = rules.logForms()};
     for (const std::string& path : arguments.files) {
-        std::optional<Package> package = readJudged(path, arguments, reading);
+        std::string reason;
+        std::optional<Package> package = readJudged(path, arguments, reading, reason);
         if (!package) {
-            packages.unreadable.push_back(path);
+            packages.unreadable.push_back({path, reason, packages.list.size() + packages.unreadable.size()});
             continue;
         }
         rules.apply(*package, arguments.limits.maxLine);

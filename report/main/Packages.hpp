@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,19 +22,26 @@ struct Reading {
         nullptr;  ///< of log lines, from rules; not needed without log entries
 };
 
-/// Reads and judges a package. A package that cannot be read is reported on standard error. Throws
-/// SidecarError for the file of --run.
-std::optional<Package> readJudged(const std::string& path, const Arguments& arguments,
-                                  const Reading& reading);
+/// Reads and judges a package. A package that cannot be read is reported on standard error, and `reason` is
+/// why. Throws SidecarError for the file of --run.
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, const Reading& reading,
+                                  std::string& reason);
 
 /// Calls `use` with each package of the command line, one after the other. Returns the highest status: those
 /// of `use`, and exitTrouble for a package that cannot be read.
 int useEach(const Arguments& arguments, const Reading& reading, const std::function<int(Package&)>& use);
 
+/// A package of the command line that cannot be read.
+struct UnreadablePackage {
+    std::string path;
+    std::string reason;
+    std::size_t place;  ///< on the command line
+};
+
 /// All packages of the command line, with findings.
 struct Packages {
     std::vector<Package> list;
-    std::vector<std::string> unreadable;  ///< paths
+    std::vector<UnreadablePackage> unreadable;
 };
 
 Packages readAll(const Arguments& arguments, const RuleSet& rules);

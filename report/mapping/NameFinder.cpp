@@ -49,6 +49,13 @@ bool isNameByte(char byte) {
     return isOf(byte, alnumByte | joinerByte | highByte) || byte == '.';
 }
 
+/// Whether a prompt can go on with this text behind the host. `bracket` says that one stands before the user.
+bool endsPrompt(std::string_view text, bool bracket) {
+    constexpr std::string_view ends = ":#$%>";
+    return (!text.empty() && ends.find(text.front()) != std::string_view::npos) ||
+           text.starts_with(bracket ? " "sv : " ~"sv);
+}
+
 /// Names of network interfaces in listings such as "eth0@if5:".
 bool isInterface(std::string_view name) {
     constexpr std::array stems{"eth"sv, "if"sv,    "veth"sv, "vlan"sv, "bond"sv, "br"sv,
@@ -104,12 +111,27 @@ bool skipTime(std::string_view& line) {
     return takeSyslogTime(line).has_value();
 }
 
-/// The host of a line of syslog; empty if there is none. The tag behind it ends with a colon, except in the
-/// newer form, which has a version behind the priority.
-std::string_view hostOf(std::string_view line) {
+bool isLevel(std::string_view word) {
     constexpr std::array levels{"trace"sv,   "debug"sv, "info"sv,  "notice"sv, "warn"sv,
                                 "warning"sv, "err"sv,   "error"sv, "crit"sv,   "critical"sv,
                                 "alert"sv,   "emerg"sv, "fatal"sv, "panic"sv};
+    return contains(levels, folded(word));
+}
+
+/// Whether a line of syslog has a host in front of this text: a tag that ends with a colon, a facility and a
+/// level such as "daemon.info", or a text of the logging daemon itself.
+bool followsHost(std::string_view text) {
+    constexpr std::array ownTexts{" -- MARK --"sv, " last message repeated "sv};
+    if (std::ranges::any_of(ownTexts, [text](std::string_view own) { return text.starts_with(own); })) {
+        return true;
+    }
+    const std::string_view field = takeField(text);
+    const std::size_t dot = field.find('.');
+    return field.ends_with(':') || (dot != std::string_view::npos && isLevel(field.substr(dot + 1)));
+}
+
+/// The host of a line of syslog; empty if there is none. The newer form has a version behind the priority.
+std::string_view hostOf(std::string_view line) {
     if (line.starts_with('<')) {
         line.remove_prefix(std::min(line.find('>'), line.size() - 1) + 1);
     }
@@ -119,10 +141,8 @@ std::string_view hostOf(std::string_view line) {
         return {};
     }
     const std::string_view host = takeField(line);
-    const bool tagged = versioned || takeField(line).ends_with(':');
-    return tagged && std::ranges::all_of(host, isNameByte) && !contains(levels, folded(host))
-               ? host
-               : std::string_view();
+    const bool isHost = (versioned || followsHost(line)) && std::ranges::all_of(host, isNameByte);
+    return isHost && !isLevel(host) ? host : std::string_view();
 }
 
 }  // namespace
@@ -160,7 +180,9 @@ void NameFinder::finish() {
 }
 
 void NameFinder::takeLine(std::string_view line) {
+    line.remove_suffix(line.ends_with('\r') ? 1 : 0);
     takePrompts(line);
+    takeLogin(line);
     takeSyslog(line);
     takeListing(line);
 }
@@ -183,10 +205,9 @@ void NameFinder::takePrompt(std::string_view line, std::size_t at) {
     }
     const std::string_view user = line.substr(begin, userEnd - begin);
     const std::string_view host = line.substr(at + 1, end - at - 1);
-    const char before = begin > 0 ? line[begin - 1] : '\0';
-    const char behind = end < line.size() ? line[end] : '\0';
-    const bool prompt = behind == ':' || (before == '[' && behind == ' ');
-    if (prompt && !user.empty() && !host.empty() && !isInterface(user) && !isUnit(host)) {
+    const bool bracket = begin > 0 && line[begin - 1] == '[';
+    if (endsPrompt(line.substr(end), bracket) && !user.empty() && !host.empty() && !isInterface(user) &&
+        !isUnit(host)) {
         takeWords(user);
         takeHost(host);
     }
@@ -248,9 +269,33 @@ void NameFinder::takeListedUser(std::string_view user) {
     takeWords(user);
 }
 
+/// The end of a domain name remains if it says nothing of anyone: that of a country, or a usual one.
 void NameFinder::takeHost(std::string_view text) {
+    constexpr std::array usual{"com"sv,   "net"sv,         "org"sv,  "edu"sv,      "gov"sv,     "int"sv,
+                               "local"sv, "localdomain"sv, "lan"sv,  "internal"sv, "home"sv,    "arpa"sv,
+                               "test"sv,  "example"sv,     "info"sv, "biz"sv,      "invalid"sv, "mil"sv};
     const std::size_t dot = text.rfind('.');
-    takeWords(text.substr(0, dot));
+    if (dot != std::string_view::npos) {
+        const std::string end = folded(text.substr(dot + 1));
+        const bool country =
+            end.size() == 2 && std::ranges::all_of(end, [](char byte) { return isOf(byte, letterByte); });
+        text = country || contains(usual, end) ? text.substr(0, dot) : text;
+    }
+    takeWords(text);
+}
+
+/// Takes the names of a line such as "bts-17 login: alice".
+void NameFinder::takeLogin(std::string_view line) {
+    constexpr std::string_view question = "login:";
+    const std::string_view host = takeField(line);
+    if (!std::ranges::all_of(host, isNameByte) || takeField(line) != question) {
+        return;
+    }
+    const std::string_view user = takeField(line);
+    if (takeField(line).empty() && std::ranges::all_of(user, isNameByte)) {
+        takeHost(host);
+        takeWords(user);
+    }
 }
 
 void NameFinder::takeWords(std::string_view text) {

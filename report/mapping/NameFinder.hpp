@@ -36,6 +36,7 @@ private:
     void takeOpenLine(bool complete);
     void takePrompts(std::string_view line);
     void takePrompt(std::string_view line, std::size_t at);
+    void takeLogin(std::string_view line);
     void takeSyslog(std::string_view line);
     void takeListing(std::string_view line);
     void takeListedUser(std::string_view user);

@@ -30,6 +30,7 @@ constexpr std::array layouts{
     Layout{AddressKind::eui64, ':', {2, 2, 2, 2, 2, 2, 2, 2}},
     Layout{AddressKind::eui64, '-', {2, 2, 2, 2, 2, 2, 2, 2}},
     Layout{AddressKind::eui64, '.', {4, 4, 4, 4}},
+    Layout{AddressKind::eui64, ':', {4, 4, 4, 4}},
     Layout{AddressKind::eui64, '.', {6, 4, 6}},
     Layout{AddressKind::eui64, '\0', {16}},
     Layout{AddressKind::mac, ':', {2, 2, 2, 2, 2, 2}},

@@ -15,6 +15,7 @@ constexpr std::size_t window = 512;
 constexpr std::size_t longestRun = 256;
 static_assert(longestRun + farthestLook <= window && longestWord < longestRun);
 
+constexpr std::string_view numberPrefix = "0x";
 constexpr std::size_t longestGroup = 6;       ///< the first one of a grouped address
 constexpr std::size_t fewestBareDigits = 12;  ///< of an address without separators
 
@@ -97,11 +98,22 @@ void TokenScanner::stepRun() {
         kinds |= kind;
         ++end;
     }
-    const Run run{place, place + static_cast<std::size_t>(end - begin)};
-    const bool hex = (kinds & ~static_cast<unsigned>(hexByte)) == 0;
+    Run run{place, place + static_cast<std::size_t>(end - begin)};
+    bool hex = (kinds & ~static_cast<unsigned>(hexByte)) == 0;
+    if (isPrefixed(run)) {
+        run.begin += numberPrefix.size();
+        hex = true;
+    }
     if (!mayBeAddress(run, hex) || !takeAddressIn(run, hex)) {
         joinWord(run.end);
     }
+}
+
+/// Whether a run is a long hexadecimal number such as 0x001122334455.
+bool TokenScanner::isPrefixed(Run run) const {
+    const std::string_view text = view.substr(run.begin, run.size());
+    return run.size() >= numberPrefix.size() + fewestBareDigits && text.starts_with(numberPrefix) &&
+           isHex(view, {run.begin + numberPrefix.size(), run.end});
 }
 
 /// Whether an address may begin with the run, or with its last digits. Most words fail here.
@@ -132,7 +144,8 @@ bool TokenScanner::takeAddress(const FoundAddress& found) {
 
 std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
     const bool wholeRun = run.begin == 0 || !isOf(view[run.begin - 1], alnumByte);
-    if (hex && wholeRun) {
+    const bool number = view.substr(0, run.begin).ends_with(numberPrefix);
+    if (hex && (wholeRun || number)) {
         const std::optional<FoundAddress> found =
             run.size() == bareIp6Digits ? bareIp6At(view, run) : groupsAt(run);
         if (found) {
@@ -144,14 +157,12 @@ std::optional<FoundAddress> TokenScanner::addressIn(Run run, bool hex) const {
 }
 
 /// An address that is written in groups of hexadecimal digits. An IPv6 address can begin like a hardware
-/// address.
+/// address, and eight groups of two digits with ff:fe in the middle are an EUI-64.
 std::optional<FoundAddress> TokenScanner::groupsAt(Run run) const {
     const std::optional<FoundAddress> hardware = hardwareAddressAt(view, run);
-    if (hardware && hardware->address.kind == AddressKind::eui64) {
-        return hardware;
-    }
     const std::optional<FoundAddress> ip6 = canBeIp6(run) ? ip6At(view, run.begin) : std::nullopt;
-    return ip6 ? ip6 : hardware;
+    const bool eui64 = hardware && hardware->address.kind == AddressKind::eui64;
+    return ip6 && !(eui64 && hardware->end >= ip6->end) ? ip6 : hardware;
 }
 
 /// Whether a second colon follows the first group, or the second one. Times without hours fail here.

@@ -51,6 +51,7 @@ private:
     void stepColon();
     void stepHigh();
     void endWord();
+    bool isPrefixed(Run run) const;
     bool mayBeAddress(Run run, bool hex) const;
     bool takeAddressIn(Run run, bool hex);
     bool takeAddress(const FoundAddress& found);

@@ -42,11 +42,26 @@ bool mayBeEmpty(const Part& part, const PartPlace& place) {
            !(place.collector == Collector::archive && isPiece(part));
 }
 
+/// Where the last line that is `wanted` begins, without the blanks around it.
+std::size_t lastLine(std::string_view text, std::string_view wanted) {
+    constexpr std::string_view blanks = " \t\r";
+    for (std::size_t place = text.rfind(wanted); place != std::string_view::npos && place > 0;
+         place = text.rfind(wanted, place - 1)) {
+        const std::size_t before = text.find_last_not_of(blanks, place - 1);
+        const std::size_t behind = text.find_first_not_of(blanks, place + wanted.size());
+        if ((before == std::string_view::npos || text[before] == '\n') &&
+            (behind == std::string_view::npos || text[behind] == '\n')) {
+            return place;
+        }
+    }
+    return text == wanted ? 0 : std::string_view::npos;
+}
+
 State stateOfDump(const Part& part, const PartPlace& place) {
     const std::string closing = "</" + std::string(place.leaf) + "_dump>";
     const std::string opening = "<" + std::string(place.leaf) + "_dump>";
     const std::string text = evidenceTextOf(part);
-    const std::size_t end = text.rfind(closing);
+    const std::size_t end = lastLine(text, closing);
     if (end == std::string::npos) {
         return State::cut;
     }

@@ -253,6 +253,17 @@ TEST(Judge, ExplainsDumpsAndLogsOfTheNetfpProcesses) {
              fixture.kill("netfp_master");
          },
          "ti/netfp_master: cut, likely: netfp_master died while it wrote its dump\nincomplete\n"},
+        {"a line of a dump only mentions the closing line",
+         [](PackageFixture& fixture) {
+             fixture.write("ti/netfp_master", "<netfp_master_dump>\nx </netfp_master_dump> y\nmaster:\n");
+         },
+         "ti/netfp_master: cut, likely: netfp_master did not finish its dump within a second\nincomplete\n"},
+        {"blanks are around the closing line, and lines behind it",
+         [](PackageFixture& fixture) {
+             fixture.write("ti/netfp_master",
+                           "<netfp_master_dump>\na: 1\n </netfp_master_dump>\t\r\n\nend\n");
+         },
+         "whole\n"},
         {"a large dump has its closing line",
          [](PackageFixture& fixture) {
              fixture.writeLarge("ti/netfp_master", 1U << 20U);
@@ -909,6 +920,15 @@ TEST(Judge, ToldANestedPackageIsDamagedCallsTheOuterOneIncomplete) {
               "netfp_logs_post_mortem: cut, likely: the copy of the post-mortem package is incomplete: no "
               "room was left "
               "in /tmp, or the original was incomplete\nincomplete\n");
+}
+
+TEST(Judge, CallsAPackageIncompleteWithADamagedOneAtAnyDepthInside) {
+    PackageFixture fixture;
+    fixture.write("netfp_logs_post_mortem", "x");
+    Package& inner = fixture.package.nested.emplace_back().nested.emplace_back();
+    EXPECT_EQ(fixture.judged(), "whole\n");
+    inner.end = {Integrity::altered, "the checksum differs", {}};
+    EXPECT_EQ(fixture.judged(), "incomplete\n");
 }
 
 TEST(Judge, NamesTheEvidenceOfTheListingTheLogsAndTheRun) {

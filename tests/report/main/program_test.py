@@ -223,7 +223,8 @@ class OtherResults(ReportTest):
         outcome = self.run_report("json", "x.tgz", "nowhere.tgz", "x.tgz")
         packages = json.loads(outcome.out)["packages"]
         self.assertEqual([(one["source"], one["verdict"]) for one in packages],
-                         [("x.tgz", "whole"), ("x.tgz", "whole"), ("nowhere.tgz", "unreadable")])
+                         [("x.tgz", "whole"), ("nowhere.tgz", "unreadable"), ("x.tgz", "whole")])
+        self.assertEqual(packages[1]["reason"], "No such file or directory")
         self.assertEqual((outcome.status, outcome.err), (3, "korvel-report: nowhere.tgz: No such file or directory\n"))
 
     def test_of_html_and_metrics_leave_out_what_cannot_be_read(self) -> None:

@@ -24,6 +24,15 @@ TEST(NameFinderTest, FindsUsersAndHostsInPrompts) {
     EXPECT_EQ(namesIn("[bob@bts-18 /tmp]$ scp carol@bts-19.site.example.net:/x .\n"),
               "bob bts-18 bts-19 carol example site");
     EXPECT_EQ(namesIn("root@10.0.0.1:~# ssh first.last@localhost:\n"), "first last");
+    EXPECT_EQ(namesIn("alice@a1# x\nbob@b1% x\ncarol@c1$ x\ndave@d1> x\nerin@e1 ~ $ x\n"),
+              "a1 alice b1 bob c1 carol d1 dave e1 erin");
+    EXPECT_EQ(namesIn("bts-20 login: frank\nbts-21 login:\r\nLast login: Sun Nov 22 06:03:09\n"),
+              "bts-20 bts-21 frank");
+}
+
+TEST(NameFinderTest, LeavesTheUsualEndsOfDomainNames) {
+    EXPECT_EQ(namesIn("a@gate.intranet: b@x.y.com: c@z.acme: d@w.de: e@v.west9: f@u.local:\n"),
+              "a acme b c d e f gate intranet u v w west9 x y z");
 }
 
 TEST(NameFinderTest, TakesNothingElseWithAnAtSignForAPrompt) {
@@ -52,6 +61,10 @@ TEST(NameFinderTest, FindsTheHostInLinesOfSyslog) {
     EXPECT_EQ(namesIn("<14>Nov 22 06:03:09 bts-17 sshd[12]: x\r\n"), "bts-17");
     EXPECT_EQ(namesIn("2026-11-22T06:03:09.143577+00:00 bts-19.site.net systemd[1]: x\n"), "bts-19 site");
     EXPECT_EQ(namesIn("<14>1 2026-11-22T06:03:09Z bts-20 korvel 12 - - x\n"), "bts-20");
+    EXPECT_EQ(namesIn("Nov 22 06:03:09 bts-21 user.info korvel: x\n"), "bts-21");
+    EXPECT_EQ(
+        namesIn("Nov 22 06:03:09 bts-22 -- MARK --\nNov 22 06:03:10 bts-23 last message repeated 2 times\n"),
+        "bts-22 bts-23");
 }
 
 TEST(NameFinderTest, TakesNoTagOrLevelForAHost) {

@@ -121,6 +121,8 @@ TEST(TokenScannerTest, FindsHardwareAddressesInAllTheirSpellings) {
         {"0011.2233.445f.log", "mac(0011.2233.445f) log"},
         {"02:11:22:ff:fe:33:44:5f 02-11-22-FF-FE-33-44-5F",
          "eui64(02:11:22:ff:fe:33:44:5f) eui64(02-11-22-FF-FE-33-44-5F)"},
+        {"0211:22ff:fe33:445f, 0211:22ff:fe33:445f:0001:0002:0003:0004",
+         "eui64(0211:22ff:fe33:445f) ip6(0211:22ff:fe33:445f:0001:0002:0003:0004)"},
         {"0211.22ff.fe33.445f 001122.fffe.33445f", "eui64(0211.22ff.fe33.445f) eui64(001122.fffe.33445f)"},
     });
 }
@@ -128,6 +130,8 @@ TEST(TokenScannerTest, FindsHardwareAddressesInAllTheirSpellings) {
 TEST(TokenScannerTest, FindsHardwareAddressesThatMayBeSomethingElseAsUncertain) {
     expectTokens({
         {"00112233445f 001122fffe33445f", "mac?(00112233445f) eui64?(001122fffe33445f)"},
+        {"0x00112233445f 0x0011223344 0x001122fffe33445f",
+         "mac?(00112233445f) 0x0011223344 eui64?(001122fffe33445f)"},
         {"123e4567-e89b-12d3-a456-426614174000", "mac?(426614174000)"},
         {"01:00:11:22:33:44:5f", "mac?(01:00:11:22:33:44) 5f"},
         {"2026-11-22-08-30-33-12", "mac?(11-22-08-30-33-12)"},
@@ -160,7 +164,7 @@ TEST(TokenScannerTest, FindsWordsAndOtherAddressesInUncertainOnesThatAreNotTaken
 
 TEST(TokenScannerTest, TakesNoPartsOfLongerHexadecimalNumbersForHardwareAddresses) {
     expectTokens({
-        {"a00112233445f 00112233445 0x00112233445f", "a00112233445f 00112233445 0x00112233445f"},
+        {"a00112233445f 00112233445 00112233445f6", "a00112233445f 00112233445 00112233445f6"},
         {"e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855",
          "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855"},
         {"0:11:22:33:44:55 000:11:22:33:44:55", "0 11 22 33 44 55 000 11 22 33 44 55"},
