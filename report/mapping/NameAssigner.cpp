@@ -21,6 +21,7 @@ struct Alphabet {
 };
 
 constexpr Alphabet digits{'0', 1, 10};
+constexpr Alphabet hundreds{'3', 1, 7};  ///< that are more than an octet, whatever digits follow
 constexpr Alphabet hexLetters{'a', 1, 6};
 constexpr Alphabet otherLetters{'g', 1, 20};
 constexpr Alphabet latin1{0xe0, 1, 23};                 ///< two bytes, without the division sign behind them
@@ -58,22 +59,13 @@ Alphabet alphabetOf(Utf8Character character) {
     return isOf(byte, digitByte) ? digits : Alphabet{character.code, 0, 1};
 }
 
-/// Whether each number of a folded name that is too large for an octet is one in the word, too. They have
-/// their digits in the same places.
-bool keepsLargeNumbers(std::string_view name, std::string_view word) {
+/// Whether a number of three digits that is too large for an octet begins at `place`.
+bool beginsLargeNumber(std::string_view name, std::size_t place) {
     constexpr std::string_view largestOctet = "255";
-    const auto isDigit = [](char byte) { return isOf(byte, digitByte); };
-    for (std::size_t begin = 0; begin < name.size();) {
-        const auto end = static_cast<std::size_t>(
-            std::find_if_not(name.begin() + static_cast<std::ptrdiff_t>(begin), name.end(), isDigit) -
-            name.begin());
-        if (end - begin == largestOctet.size() && name.substr(begin, end - begin) > largestOctet &&
-            word.substr(begin, end - begin) <= largestOctet) {
-            return false;
-        }
-        begin = end + 1;
-    }
-    return true;
+    const auto isDigitAt = [name](std::size_t at) { return at < name.size() && isOf(name[at], digitByte); };
+    const std::string_view number = name.substr(place, largestOctet.size());
+    return !(place > 0 && isDigitAt(place - 1)) && isDigitAt(place) && isDigitAt(place + 1) &&
+           isDigitAt(place + 2) && !isDigitAt(place + 3) && number > largestOctet;
 }
 
 }  // namespace
@@ -83,11 +75,11 @@ std::optional<std::string> chooseName(std::string_view name, Random& random,
     constexpr std::uint64_t mostTries = std::uint64_t{1} << 20;
     std::vector<Alphabet> alphabets;
     std::vector<std::size_t> sizes;
-    for (std::string_view rest = name; !rest.empty();) {
-        const Utf8Character character = firstCharacter(rest);
-        alphabets.push_back(alphabetOf(character));
+    for (std::size_t place = 0; place < name.size();) {
+        const Utf8Character character = firstCharacter(name.substr(place));
+        alphabets.push_back(beginsLargeNumber(name, place) ? hundreds : alphabetOf(character));
         sizes.push_back(alphabets.back().count);
-        rest.remove_prefix(character.length);
+        place += character.length;
     }
     Odometer odometer(sizes, mostTries, random);
     do {
@@ -96,7 +88,7 @@ std::optional<std::string> chooseName(std::string_view name, Random& random,
             const Alphabet& alphabet = alphabets[index];
             word += utf8Of(alphabet.first + alphabet.step * static_cast<char32_t>(odometer.choices()[index]));
         }
-        if (keepsLargeNumbers(name, word) && isFree(word)) {
+        if (isFree(word)) {
             return word;
         }
     } while (odometer.advance());
