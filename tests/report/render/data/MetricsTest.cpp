@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "ExpectedFile.hpp"
 #include "HandMadePackage.hpp"
