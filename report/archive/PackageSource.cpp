@@ -37,10 +37,6 @@ std::error_code reasonFor(mode_t kind) {
     return S_ISDIR(kind) ? std::make_error_code(std::errc::is_a_directory) : std::error_code(1, category);
 }
 
-}  // namespace
-
-namespace {
-
 /// Reads with pread, so that several streams can share a descriptor.
 class FileStream : public ByteSource {
 public:

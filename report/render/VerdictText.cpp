@@ -1,6 +1,7 @@
 #include "VerdictText.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <set>
 #include <string_view>
@@ -23,15 +24,20 @@ std::string othersText(const Package& package) {
                          : " " + counted(troubled, "other part").append(areNotAsTheyShouldBe(troubled));
 }
 
+/// The directories of the collectors that coverage keywords choose.
+constexpr std::array<std::string_view, 3> collectors{"fuse", "mmi", "ti"};
+
+bool isOf(std::string_view folder, const Part& part) {
+    return part.name.starts_with(folder) && part.name.substr(folder.size()).starts_with('/');
+}
+
 /// A sentence about collectors without parts, after a blank, or nothing. Their directory is not in the
 /// package, perhaps because they were not asked.
 std::string absentText(const Package& package) {
     std::string names;
-    for (const std::string_view folder : {"fuse", "mmi", "ti"}) {
-        const auto isExpectedOfIt = [folder](const Part& part) {
-            return part.expected && part.name.starts_with(folder) && part.name[folder.size()] == '/';
-        };
-        if (std::ranges::none_of(package.parts, isExpectedOfIt)) {
+    for (const std::string_view folder : collectors) {
+        if (std::ranges::none_of(
+                package.parts, [folder](const Part& part) { return part.expected && isOf(folder, part); })) {
             names.append(names.empty() ? " No part of " : " or ").append(folder);
         }
     }
@@ -42,7 +48,13 @@ std::string troubledText(const Package& package) {
     const std::size_t expected = countExpected(package);
     const std::size_t troubled = countTroubled(package, true);
     if (expected == 0) {
-        return "No part was expected: the archive has none that korvel makes." + othersText(package);
+        const bool foreign = std::ranges::none_of(package.parts, [](const Part& part) {
+            return std::ranges::any_of(collectors,
+                                       [&part](std::string_view folder) { return isOf(folder, part); });
+        });
+        return (foreign ? "No part was expected: the archive has none that korvel makes."
+                        : "No part was expected.") +
+               othersText(package);
     }
     if (troubled == 0) {
         return "Every expected part is present." + absentText(package) + othersText(package);

@@ -45,16 +45,17 @@ bool mayBeEmpty(const Part& part, const PartPlace& place) {
 /// Where the last line that is `wanted` begins, without the blanks around it.
 std::size_t lastLine(std::string_view text, std::string_view wanted) {
     constexpr std::string_view blanks = " \t\r";
-    for (std::size_t place = text.rfind(wanted); place != std::string_view::npos && place > 0;
-         place = text.rfind(wanted, place - 1)) {
-        const std::size_t before = text.find_last_not_of(blanks, place - 1);
+    constexpr std::size_t nowhere = std::string_view::npos;
+    std::size_t place = text.rfind(wanted);
+    while (place != nowhere) {
+        const std::size_t before = text.substr(0, place).find_last_not_of(blanks);
         const std::size_t behind = text.find_first_not_of(blanks, place + wanted.size());
-        if ((before == std::string_view::npos || text[before] == '\n') &&
-            (behind == std::string_view::npos || text[behind] == '\n')) {
-            return place;
+        if ((before == nowhere || text[before] == '\n') && (behind == nowhere || text[behind] == '\n')) {
+            break;
         }
+        place = place == 0 ? nowhere : text.rfind(wanted, place - 1);
     }
-    return text == wanted ? 0 : std::string_view::npos;
+    return place;
 }
 
 State stateOfDump(const Part& part, const PartPlace& place) {

@@ -258,6 +258,9 @@ TEST(Judge, ExplainsDumpsAndLogsOfTheNetfpProcesses) {
              fixture.write("ti/netfp_master", "<netfp_master_dump>\nx </netfp_master_dump> y\nmaster:\n");
          },
          "ti/netfp_master: cut, likely: netfp_master did not finish its dump within a second\nincomplete\n"},
+        {"a dump begins with its closing line",
+         [](PackageFixture& fixture) { fixture.write("ti/netfp_master", "</netfp_master_dump>\nend\n"); },
+         "whole\n"},
         {"blanks are around the closing line, and lines behind it",
          [](PackageFixture& fixture) {
              fixture.write("ti/netfp_master",

@@ -28,7 +28,7 @@ struct Section {
 
 constexpr std::string_view mark = "== ";
 
-/// Compression takes time, and the readers are given compressed data by the target `archive`.
+/// Compression takes time. The target `archive` covers compressed data.
 constexpr int stored = 0;
 
 std::vector<Section> sectionsOf(std::string_view text) {

@@ -239,6 +239,11 @@ class OtherResults(ReportTest):
         self.assertEqual(self.run_report("html", "nowhere.tgz", "-o", "page.html").status, 3)
         self.assertEqual(os.listdir(self.folder), [])
 
+    def test_of_metrics_without_any_package_keep_the_file(self) -> None:
+        self.damaged("korvel.prom", b"last values\n")
+        self.assertEqual(self.run_report("metrics", "nowhere.tgz", "-o", "korvel.prom").status, 3)
+        self.assertEqual((self.folder / "korvel.prom").read_bytes(), b"last values\n")
+
     def test_of_diff_set_the_exit_status(self) -> None:
         one, same = self.package("one.tgz"), self.package("same.tgz")
         other = self.package("other.tgz", "netfp_logs.tgz")

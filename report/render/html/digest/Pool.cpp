@@ -117,6 +117,11 @@ std::optional<Pool> poolOf(const Roles& roles) {
     return pool;
 }
 
+/// The free blocks of a heap are the gaps between the others, and no capacity.
+bool countsGaps(const std::string& name, const Roles& roles) {
+    return !roles.contains(Role::all) && (name == "blocks" || name.ends_with(" blocks"));
+}
+
 }  // namespace
 
 std::vector<Pool> poolsOf(const std::vector<Value>& values) {
@@ -142,6 +147,9 @@ std::vector<Pool> poolsOf(const std::vector<Value>& values) {
     }
     std::vector<Pool> pools;
     for (const Candidate& candidate : candidates) {
+        if (countsGaps(candidate.name, candidate.roles)) {
+            continue;
+        }
         if (auto pool = poolOf(candidate.roles)) {
             pool->part = candidate.part;
             pool->name = candidate.name.empty() ? candidate.part : candidate.name;

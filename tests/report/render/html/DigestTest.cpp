@@ -231,6 +231,8 @@ TEST(PoolTest, NeedsTwoOfItsValuesFromOnePart) {
     EXPECT_THAT(poolsOf(valuesNamed({{"contexts in use", 4}, {"contexts in use, highest", 5}, {"loops", 3}})),
                 IsEmpty());
     EXPECT_THAT(poolsOf(valuesNamed({{"bytes free", -1}, {"bytes in use", 4}})), IsEmpty());
+    EXPECT_THAT(poolsOf(valuesNamed({{"blocks in use", 95}, {"blocks free", 5}})), IsEmpty());
+    EXPECT_THAT(poolsOf(valuesNamed({{"blocks in use", 95}, {"blocks", 100}})), Not(IsEmpty()));
     std::vector<Value> ofTwoParts = valuesNamed({{"bytes free", 1}, {"bytes in use", 4}});
     ofTwoParts[1].part = "mmi/iwf/HeapStats";
     EXPECT_THAT(poolsOf(ofTwoParts), IsEmpty());
