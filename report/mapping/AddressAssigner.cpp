@@ -213,12 +213,21 @@ bool AddressAssigner::canReplace(const Item& item, const Address& candidate) con
             return false;
         }
     }
+    return isFree(candidate);
+}
+
+/// Whether a candidate can replace any address, as far as its spelling fits.
+bool AddressAssigner::isFree(const Address& candidate) const {
     return !describesNobody(candidate) && !isAmbiguous(candidate) && !isPrefixUsed(candidate, width) &&
            !mapping.isReplacement(candidate) && !originals.mayOccur(candidate);
 }
 
 bool AddressAssigner::settle(Item& item, const Address& candidate) {
-    if (!canReplace(item, candidate) || !mapping.add(item.original, candidate)) {
+    return canReplace(item, candidate) && take(item, candidate);
+}
+
+bool AddressAssigner::take(Item& item, const Address& candidate) {
+    if (!mapping.add(item.original, candidate)) {
         return false;
     }
     item.replacement = candidate;
@@ -245,7 +254,7 @@ bool AddressAssigner::search(Item& item) {
         for (std::size_t index = 0; index < width; ++index) {
             candidate.octets[index] = octets[index][odometer.choices()[index]];
         }
-        if (settle(item, candidate)) {
+        if (isFree(candidate) && take(item, candidate)) {
             return true;
         }
     } while (odometer.advance());

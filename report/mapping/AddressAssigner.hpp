@@ -63,7 +63,9 @@ private:
     bool canReplace(const Item& item, const Address& candidate) const;
     bool holdsOriginal(const Address& candidate) const;
     bool isPrefixUsed(const Address& prefix, std::size_t length) const;
+    bool isFree(const Address& candidate) const;
     bool settle(Item& item, const Address& candidate);
+    bool take(Item& item, const Address& candidate);
 
     AddressKind kind;
     std::size_t width;
