@@ -1,21 +1,23 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "ProcessListing.hpp"
+#include "Prompt.hpp"
+
 namespace Report {
 
 /// Finds names of users and hosts in texts, at the places that name them:
 ///
-/// - prompts and remote paths: `user@host:` and `[user@host `
-/// - the column USER or UID of a process listing
-/// - the host in lines of syslog, with a time of either form: `Nov 22 08:30:33 HOST TAG[1]: ...`
+/// - prompts and remote paths (see Prompt)
+/// - the column USER or UID of a process listing (see ProcessListing)
+/// - the host in lines of syslog (see syslogHost)
 ///
 /// Names are folded words with a letter. Fixed names of packages and systems are left out. Of a host name
-/// with dots, all words but the last one are names.
+/// with dots, a usual end such as `.com` or `.de` is none.
 class NameFinder {
 public:
     using Add = std::function<void(const std::string&)>;
@@ -35,24 +37,15 @@ private:
     void takeLine(std::string_view line);
     void takeOpenLine(bool complete);
     void takePrompts(std::string_view line);
-    void takePrompt(std::string_view line, std::size_t at);
-    void takeLogin(std::string_view line);
+    void takePrompt(const std::optional<Prompt>& prompt);
     void takeSyslog(std::string_view line);
-    void takeListing(std::string_view line);
     void takeListedUser(std::string_view user);
     void takeWords(std::string_view text);
 
-    /// The columns of a process listing, counted from 0.
-    struct Listing {
-        std::size_t user = 0;
-        std::size_t process = 0;
-    };
-    static std::optional<Listing> listingOf(std::string_view heading);
-
     Add report;
-    std::string open;                ///< the beginning of a line
-    std::string lastHost;            ///< of syslog
-    std::optional<Listing> listing;  ///< the one that the line may continue
+    std::string open;      ///< the beginning of a line
+    std::string lastHost;  ///< of syslog
+    ProcessListing listing;
 };
 
 }  // namespace Report
