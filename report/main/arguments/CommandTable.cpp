@@ -1,0 +1,96 @@
+#include "CommandTable.hpp"
+
+#include <algorithm>
+
+namespace Report {
+
+namespace {
+
+constexpr std::size_t any = 1'000'000;
+
+}  // namespace
+
+const std::vector<CommandRow>& commandTable() {
+    static const std::vector<CommandRow> table{
+        {Command::check,
+         "check",
+         "Tell whether packages can be trusted, and why not.",
+         "PACKAGE...",
+         "a package",
+         1,
+         any,
+         {addIdentity, addOutput, addLimits}},
+        {Command::show,
+         "show",
+         "Print packages: verdict, findings, values, logs.",
+         "PACKAGE...",
+         "a package",
+         1,
+         any,
+         {addChoice, addPager, addIdentity, addRules, addOutput, addLimits}},
+        {Command::html,
+         "html",
+         "Make a page that shows packages in a browser.",
+         "PACKAGE...",
+         "a package",
+         1,
+         any,
+         {addIdentity, addRules, addOutput, addLimits}},
+        {Command::json,
+         "json",
+         "Print packages as JSON.",
+         "PACKAGE...",
+         "a package",
+         1,
+         any,
+         {addIdentity, addRules, addOutput, addLimits}},
+        {Command::diff,
+         "diff",
+         "Print what differs between two packages.",
+         "EARLIER LATER",
+         "two packages: EARLIER LATER",
+         2,
+         2,
+         {addPager, addNoSidecar, addOutput, addLimits}},
+        {Command::clean,
+         "clean",
+         "Copy a package without its addresses and names.",
+         "PACKAGE -o OUT",
+         "a package",
+         1,
+         1,
+         {addCleaning, addSidecar, addLimits}},
+        {Command::restore,
+         "restore",
+         "Put the addresses and names back into a package or a text.",
+         "FILE",
+         "a file",
+         1,
+         1,
+         {addRestoring, addSidecar, addLimits}},
+        {Command::metrics,
+         "metrics",
+         "Print the newest values of each board for Prometheus.",
+         "PACKAGE...",
+         "a package",
+         1,
+         any,
+         {addIdentity, addOutput, addLimits}},
+    };
+    return table;
+}
+
+const CommandRow& rowOf(Command command) {
+    return *std::ranges::find(commandTable(), command, &CommandRow::command);
+}
+
+const CommandRow* findRow(std::string_view name) {
+    const auto row = std::ranges::find(commandTable(), name, &CommandRow::name);
+    return row == commandTable().end() ? nullptr : &*row;
+}
+
+std::string_view nameOf(Command command) {
+    return rowOf(command).name;
+}
+
+}  // namespace Report

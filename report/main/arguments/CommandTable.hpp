@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "Command.hpp"
+#include "Options.hpp"
+
+namespace Report {
+
+using AddOptions = void (*)(CLI::App&, Arguments&);
+
+/// A subcommand, with the operands and options that it takes.
+struct CommandRow {
+    Command command;
+    const char* name;
+    const char* summary;
+    const char* operands;
+    const char* need;   ///< the operands in words
+    std::size_t least;  ///< operands
+    std::size_t most;
+    std::vector<AddOptions> options;
+};
+
+/// All subcommands, in the order of the help text.
+const std::vector<CommandRow>& commandTable();
+
+const CommandRow& rowOf(Command command);
+
+/// The subcommand with a name; null if there is none.
+const CommandRow* findRow(std::string_view name);
+
+}  // namespace Report
