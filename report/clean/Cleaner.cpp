@@ -103,6 +103,13 @@ Limits withoutTimeLimit(Limits limits) {
     return limits;
 }
 
+/// An original would remain, or would not come back.
+class LeakRefusal : public CleanRefusal {
+public:
+    LeakRefusal(const std::string& name, const std::string& reason)
+        : CleanRefusal(notClean, name + ": " + reason) {}
+};
+
 /// One run of clean.
 class Cleaning {
 public:
@@ -119,9 +126,7 @@ public:
         source.keepPipe(request.limits.maxMemory);
         takeWords();
         readOriginals();
-        Random random = unpredictable();
-        assignReplacements(originals, mapping, random);
-        writeOutputs();
+        writeWithoutLeak();
         if (request.summary) {
             notes.push_back(summary());
         }
@@ -131,6 +136,7 @@ public:
 private:
     void takeWords();
     void readOriginals();
+    void writeWithoutLeak();
     void writeOutputs();
     void writePackage(const AsideFile& output);
     std::string cleanSidecar(const std::string& name) const;
@@ -181,6 +187,26 @@ void Cleaning::readOriginals() {
     originals.settle();
 }
 
+/// A replacement can form an original by chance, together with a number in front of it or behind it. Other
+/// replacements need not.
+void Cleaning::writeWithoutLeak() {
+    constexpr int mostTries = 8;
+    const Mapping earlier = mapping;
+    Random random = unpredictable();
+    for (int tried = 1;; ++tried) {
+        assignReplacements(originals, mapping, random);
+        try {
+            writeOutputs();
+            return;
+        } catch (const LeakRefusal&) {
+            if (tried == mostTries) {
+                throw;
+            }
+        }
+        mapping = earlier;
+    }
+}
+
 void Cleaning::writeOutputs() {
     AsideFile output(request.output);
     writePackage(output);
@@ -207,10 +233,10 @@ void Cleaning::writePackage(const AsideFile& output) {
 
 void Cleaning::refuseLeak(const std::string& name, const std::optional<std::string>& leak, bool restored) {
     if (leak) {
-        throw CleanRefusal(CleanRefusal::notClean, name + ": it would still hold " + *leak);
+        throw LeakRefusal(name, "it would still hold " + *leak);
     }
     if (!restored) {
-        throw CleanRefusal(CleanRefusal::notClean, name + ": it could not be restored exactly");
+        throw LeakRefusal(name, "it could not be restored exactly");
     }
 }
 

@@ -161,20 +161,33 @@ bool AddressAssigner::choose(Branch& part, const std::array<bool, 256>& taken) {
     };
     const Item& first = items[part.begin];
     const bool last = part.depth + 1 == width;
-    const std::size_t start = random() % 256;
     for (const Demand& demand :
          {Demand{true, allNeeds}, Demand{true, needs}, Demand{false, allNeeds}, Demand{false, needs}}) {
-        for (std::size_t step = 0; step < 256; ++step) {
-            const auto octet = static_cast<std::uint8_t>(start + step);
+        for (const std::uint8_t octet : octetsFor(first.original, part.depth, demand.needs)) {
             part.prefix.octets[part.depth] = octet;
-            if (!taken[octet] && fits(first.original, part.depth, octet, demand.needs) &&
-                !(demand.unusedPrefix && isPrefixUsed(part.prefix, part.depth + 1)) &&
+            if (!taken[octet] && !(demand.unusedPrefix && isPrefixUsed(part.prefix, part.depth + 1)) &&
                 !(last && (holdsOriginal(part.prefix) || !canReplace(first, part.prefix)))) {
                 return true;
             }
         }
     }
     return false;
+}
+
+/// The octets that fit, from a random one on.
+std::vector<std::uint8_t> AddressAssigner::octetsFor(const Address& original, std::size_t index,
+                                                     SpellingNeeds needs) const {
+    std::vector<std::uint8_t> octets;
+    for (unsigned octet = 0; octet < 256; ++octet) {
+        if (fits(original, index, static_cast<std::uint8_t>(octet), needs)) {
+            octets.push_back(static_cast<std::uint8_t>(octet));
+        }
+    }
+    if (!octets.empty()) {
+        const std::size_t start = random() % octets.size();
+        std::ranges::rotate(octets, octets.begin() + static_cast<std::ptrdiff_t>(start));
+    }
+    return octets;
 }
 
 /// Whether an original, or the replacement of an earlier package, begins with the prefix.
@@ -238,15 +251,11 @@ bool AddressAssigner::take(Item& item, const Address& candidate) {
 /// Tries all addresses that fit into the spellings.
 bool AddressAssigner::search(Item& item) {
     constexpr std::uint64_t mostTries = std::uint64_t{1} << 22;
-    std::vector<std::vector<std::uint8_t>> octets(width);
+    std::vector<std::vector<std::uint8_t>> octets;
     std::vector<std::size_t> sizes;
     for (std::size_t index = 0; index < width; ++index) {
-        for (unsigned octet = 0; octet < 256; ++octet) {
-            if (fits(item.original, index, static_cast<std::uint8_t>(octet), item.needs)) {
-                octets[index].push_back(static_cast<std::uint8_t>(octet));
-            }
-        }
-        sizes.push_back(octets[index].size());
+        octets.push_back(octetsFor(item.original, index, item.needs));
+        sizes.push_back(octets.back().size());
     }
     Odometer odometer(sizes, mostTries, random);
     do {

@@ -57,6 +57,8 @@ private:
     std::vector<Branch> partsOf(const Branch& branch) const;
     void applyEndings(const Branch& branch);
     bool takeKnown(Branch& part) const;
+    std::vector<std::uint8_t> octetsFor(const Address& original, std::size_t index,
+                                        SpellingNeeds needs) const;
     bool choose(Branch& part, const std::array<bool, 256>& taken);
     bool search(Item& item);
     bool hasOpenItems(const Branch& branch) const;

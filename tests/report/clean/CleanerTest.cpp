@@ -331,6 +331,24 @@ TEST_F(CleanerTest, RefusesAnOriginalWithoutAReplacement) {
                   "1: the replacement in the map does not fit into the spelling ::ffff:a00:1");
 }
 
+TEST_F(CleanerTest, ChoosesAgainIfAReplacementFormsAnOriginalWithTheNumbersAroundIt) {
+    const std::vector<std::string> originals{"5.1.0.0", "5.2.0.0", "5.3.0.0", "5.4.0.0", "5.5.0.0",
+                                             "5.6.0.0", "5.7.0.0", "5.8.0.0", "5.9.0.0"};
+    // With 7.0.0.0 for 5.1.0.0, the first number would become 5.7.0.0.0.0.
+    std::string text = "5.5.1.0.0.0 5.5.2.0.0.0";
+    for (const std::string& original : originals) {
+        text += " " + original;
+    }
+    for (int run = 0; run < 20; ++run) {
+        writeText(text);
+        EXPECT_EQ(notesOf(cleanRequest()), "");
+        for (const std::string& original : originals) {
+            EXPECT_THAT(cleaned(), Not(HasSubstr(original)));
+        }
+        std::filesystem::remove(path("out.tgz.map"));
+    }
+}
+
 TEST_F(CleanerTest, FindsALeakInACleanPackage) {
     const Report::Mapping mapping = Report::parseMapping(
         "korvel-report map 1\nip4 10.0.0.1 17.4.6.2\nip4 17.4.6.2 19.3.3.8\nmac 40:11:22:33:44:5f "

@@ -91,7 +91,7 @@ void checkSidecar(const FuzzPackage& description, const Report::Mapping& mapping
 }
 
 /// Completes the mapping. Returns what the package holds.
-Report::PackageDigest assign(const FuzzPackage& description, Report::Mapping& mapping) {
+Report::PackageDigest assign(const FuzzPackage& description, Report::Mapping& mapping, unsigned seed) {
     Report::Budget budget(ReportFuzz::smallLimits());
     Report::Originals originals(mapping, budget);
     Report::OriginalsFinder finder(originals);
@@ -99,7 +99,7 @@ Report::PackageDigest assign(const FuzzPackage& description, Report::Mapping& ma
     read(description.bytes(), budget, finder);
     takeSidecar(description, finder);
     originals.settle();
-    Report::Random random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): a finding can be repeated
+    Report::Random random(seed);
     assignReplacements(originals, mapping, random);
     return finder.digest();
 }
@@ -109,13 +109,13 @@ void checkMapping(const Report::Mapping& mapping) {
     require(writeMapping(Report::parseMapping(text)) == text, "a mapping is read as it was written");
 }
 
-void checkClean(const std::string& clean, const Report::Mapping& mapping,
-                const Report::PackageDigest& digest) {
+/// Whether no original is left in a clean package.
+bool isClean(const std::string& clean, const Report::Mapping& mapping, const Report::PackageDigest& digest) {
     Report::Budget budget(ReportFuzz::smallLimits());
     Report::LeakCheck check(mapping);
     read(clean, budget, check);
-    require(!check.leak(), "nothing leaks");
-    require(check.restored() == digest, "restoring gives the same texts");
+    require(check.leak() || check.restored() == digest, "restoring gives the same texts");
+    return !check.leak();
 }
 
 /// The events without the sizes of compressed members, which another compression changes.
@@ -136,19 +136,34 @@ std::string eventsOf(const std::string& package) {
     return recorder.text();
 }
 
+/// As often does clean choose replacements again if one forms an original with what is around it.
+constexpr unsigned mostTries = 8;
+
+/// Cleans and restores. Returns whether the clean package is clean.
+bool passes(const FuzzPackage& description, unsigned seed) {
+    Report::Mapping mapping = earlierMapping(description);
+    const Report::PackageDigest digest = assign(description, mapping, seed);
+    checkMapping(mapping);
+    const std::string clean = rewritten(description.bytes(), mapping.replacements());
+    if (!isClean(clean, mapping, digest)) {
+        return false;
+    }
+    checkSidecar(description, mapping);
+    require(eventsOf(rewritten(clean, mapping.originals())) == eventsOf(description.bytes()),
+            "the restored package is the original");
+    return true;
+}
+
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const FuzzPackage description(ReportFuzz::textOf(data, size), {"map", "words"});
-    Report::Mapping mapping = earlierMapping(description);
     try {
-        const Report::PackageDigest digest = assign(description, mapping);
-        checkMapping(mapping);
-        const std::string clean = rewritten(description.bytes(), mapping.replacements());
-        checkClean(clean, mapping, digest);
-        checkSidecar(description, mapping);
-        require(eventsOf(rewritten(clean, mapping.originals())) == eventsOf(description.bytes()),
-                "the restored package is the original");
+        unsigned seed = 1;
+        while (!passes(description, seed)) {
+            ++seed;
+            require(seed <= mostTries, "nothing leaks");
+        }
     } catch (const Report::CleanRefusal&) {
         return 0;
     } catch (const Report::NoReplacement&) {
