@@ -185,7 +185,7 @@ std::vector<std::uint8_t> AddressAssigner::octetsFor(const Address& original, st
     }
     if (!octets.empty()) {
         const std::size_t start = random() % octets.size();
-        std::ranges::rotate(octets, octets.begin() + static_cast<std::ptrdiff_t>(start));
+        std::rotate(octets.begin(), octets.begin() + static_cast<std::ptrdiff_t>(start), octets.end());
     }
     return octets;
 }
