@@ -3,13 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "FindingList.hpp"
-#include "LineRules.hpp"
+#include "CompiledRules.hpp"
 #include "Names.hpp"
-#include "PackageRules.hpp"
 #include "Rule.hpp"
 #include "ShippedRules.hpp"
-#include "ValueRules.hpp"
 
 namespace Report {
 namespace {
@@ -70,41 +67,12 @@ std::string explanationOf(const FormRule& form) {
            "File:     " + form.file + "\n";
 }
 
-class Application {
-public:
-    Application(const std::vector<Rule>& allRules, ValueRules& rulesOnValues, std::size_t longestLine)
-        : rules(allRules),
-          packageRules(allRules),
-          valueRules(rulesOnValues),
-          lineRules(allRules),
-          maxLine(longestLine) {}
-
-    void apply(Package& package, bool isNested) {
-        FindingList findings(rules);
-        packageRules.apply(package, isNested, findings);
-        valueRules.apply(package, findings);
-        lineRules.apply(package, maxLine, findings);
-        package.findings = findings.take();
-        for (Package& nested : package.nested) {
-            apply(nested, true);
-        }
-    }
-
-private:
-    const std::vector<Rule>& rules;
-    PackageRules packageRules;
-    ValueRules& valueRules;
-    LineRules lineRules;
-    std::size_t maxLine;
-};
-
 }  // namespace
 
 struct RuleSet::Rules {
     std::vector<Rule> all;
-    std::unique_ptr<ValueRules> onValues;
-
     std::vector<FormRule> forms;
+    std::unique_ptr<CompiledRules> ofAll;  ///< null until a package needs it
 
     const Rule* find(std::string_view identifier) const {
         const auto found = std::ranges::find(all, identifier, &Rule::id);
@@ -114,7 +82,14 @@ struct RuleSet::Rules {
     void add(RuleFile added) {
         replace(all, std::move(added.rules));
         replace(forms, std::move(added.forms));
-        onValues = std::make_unique<ValueRules>(all);
+        ofAll.reset();
+    }
+
+    CompiledRules& compiled() {
+        if (ofAll == nullptr) {
+            ofAll = std::make_unique<CompiledRules>(all);
+        }
+        return *ofAll;
     }
 
     template <typename Row>
@@ -174,11 +149,11 @@ std::shared_ptr<const LogForms> RuleSet::logForms() const {
 }
 
 void RuleSet::apply(Package& package, std::size_t maxLine) const {
-    Application(rules->all, *rules->onValues, maxLine).apply(package, false);
+    rules->compiled().apply(package, false, maxLine);
 }
 
 bool RuleSet::names(const Value& value) const {
-    return rules->onValues->names(value);
+    return rules->compiled().names(value);
 }
 
 }  // namespace Report

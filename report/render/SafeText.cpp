@@ -1,6 +1,8 @@
 #include "SafeText.hpp"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
@@ -8,8 +10,6 @@
 
 namespace Report {
 namespace {
-
-constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
 
 /// Whether a terminal would act on this character instead of showing it, or show what follows in another
 /// order.
@@ -29,46 +29,23 @@ std::string escaped(char32_t code) {
     return text.data();
 }
 
-/// Calls `valid` with each character of the text and `invalid` with each byte that belongs to none.
-template <typename Valid, typename Invalid>
-void walk(std::string_view bytes, Valid valid, Invalid invalid) {
-    while (!bytes.empty()) {
-        const Utf8Character character = firstCharacter(bytes);
-        if (character.length == 0) {
-            invalid(static_cast<std::uint8_t>(bytes.front()));
-            bytes.remove_prefix(1);
-        } else {
-            valid(character.code, bytes.substr(0, character.length));
-            bytes.remove_prefix(character.length);
-        }
-    }
-}
-
 }  // namespace
 
 std::string forTerminal(std::string_view bytes, bool lines) {
     std::string safe;
     safe.reserve(bytes.size());
-    walk(
-        bytes,
-        [&](char32_t code, std::string_view character) {
-            if (code == '\t' || (lines && code == '\n') || !isActive(code)) {
-                safe += character;
-            } else {
-                safe += escaped(code);
-            }
-        },
-        [&](std::uint8_t byte) { safe += escaped(byte); });
+    while (!bytes.empty()) {
+        const Utf8Character character = firstCharacter(bytes);
+        if (character.length == 0) {
+            safe += escaped(static_cast<std::uint8_t>(bytes.front()));
+        } else if (character.code == '\t' || (lines && character.code == '\n') || !isActive(character.code)) {
+            safe += bytes.substr(0, character.length);
+        } else {
+            safe += escaped(character.code);
+        }
+        bytes.remove_prefix(std::max<std::size_t>(character.length, 1));
+    }
     return safe;
-}
-
-std::string validUtf8(std::string_view bytes) {
-    std::string valid;
-    valid.reserve(bytes.size());
-    walk(
-        bytes, [&](char32_t, std::string_view character) { valid += character; },
-        [&](std::uint8_t) { valid += replacementCharacter; });
-    return valid;
 }
 
 }  // namespace Report

@@ -10,7 +10,4 @@ namespace Report {
 /// remain, line feeds only with `lines`.
 std::string forTerminal(std::string_view bytes, bool lines = false);
 
-/// Text from a package as valid UTF-8: each invalid byte becomes U+FFFD. Everything else remains.
-std::string validUtf8(std::string_view bytes);
-
 }  // namespace Report

@@ -56,4 +56,16 @@ Utf8Character firstCharacter(std::string_view text) {
     return code >= form->smallest && isCharacter(code) ? Utf8Character{code, form->length} : Utf8Character{};
 }
 
+std::string validUtf8(std::string_view text) {
+    constexpr std::string_view replacement = "\xEF\xBF\xBD";
+    std::string valid;
+    valid.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = firstCharacter(text).length;
+        valid += length == 0 ? replacement : text.substr(0, length);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return valid;
+}
+
 }  // namespace Report

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace Report {
@@ -14,5 +15,8 @@ struct Utf8Character {
 /// Decodes the first character. Overlong forms, surrogates and codes beyond U+10FFFF are not valid. Neither
 /// is an incomplete character at the end of the text.
 Utf8Character firstCharacter(std::string_view text);
+
+/// Text from a package as valid UTF-8: each invalid byte becomes U+FFFD. Everything else remains.
+std::string validUtf8(std::string_view text);
 
 }  // namespace Report

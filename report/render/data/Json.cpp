@@ -11,8 +11,8 @@
 #include "Names.hpp"
 #include "PackageLoader.hpp"
 #include "Renderers.hpp"
-#include "SafeText.hpp"
 #include "TimeText.hpp"
+#include "Utf8.hpp"
 
 // A package can hold millions of log entries, so no object of JSON holds more than one part, value or entry.
 // The objects are written as they are made, each on a line of its own.
