@@ -7,6 +7,7 @@ _korvel_report_options() {
     local choice='--part --log --since --until --grep --no-pager'
     local limits='--max-bytes --max-members --max-line --max-name --max-depth --max-seconds --max-memory'
     case $1 in
+        add) echo "$identity $rules $limits" ;;
         check | metrics) echo "$identity $output $limits" ;;
         show) echo "$choice $identity $rules $output $limits" ;;
         html | json) echo "$identity $rules $output $limits" ;;
@@ -29,7 +30,7 @@ _korvel_report_offer() {
 }
 
 _korvel_report() {
-    local subcommands='check show html json diff clean restore metrics'
+    local subcommands='check show html json diff clean restore metrics add'
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} subcommand='' word
     COMPREPLY=()
     for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do

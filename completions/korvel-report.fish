@@ -7,7 +7,7 @@ end
 
 # Whether the line has no subcommand yet.
 function __korvel_report_is_first
-    not __korvel_report_is check show html json diff clean restore metrics
+    not __korvel_report_is check show html json diff clean restore metrics add
 end
 
 complete -c korvel-report -s h -l help -d 'Print the help text'
@@ -21,10 +21,12 @@ complete -c korvel-report -n __korvel_report_is_first -f -a diff -d 'Print what 
 complete -c korvel-report -n __korvel_report_is_first -f -a clean -d 'Copy a package without addresses and names'
 complete -c korvel-report -n __korvel_report_is_first -f -a restore -d 'Put addresses and names back'
 complete -c korvel-report -n __korvel_report_is_first -f -a metrics -d 'Print values for Prometheus'
+complete -c korvel-report -n __korvel_report_is_first -f -a add -d 'Add packages to a store'
 
-set -l identity check show html json metrics
+set -l identity check show html json metrics add
 set -l all $identity diff clean restore
-set -l rules '__korvel_report_is_first; or __korvel_report_is show html json'
+set -l writers check show html json metrics diff clean restore
+set -l rules '__korvel_report_is_first; or __korvel_report_is show html json add'
 
 complete -c korvel-report -n "__korvel_report_is $identity" -l board -x -d 'The name of the board'
 complete -c korvel-report -n "__korvel_report_is $identity" -l kind -xa 'pkg pkg-trs pkg-sup pkg-pm pkg-sdown' -d 'The keyword that made the package'
@@ -41,7 +43,7 @@ complete -c korvel-report -n '__korvel_report_is show' -l grep -x -d 'Only entri
 complete -c korvel-report -n '__korvel_report_is show diff' -l no-pager -d 'Use no pager'
 complete -c korvel-report -n '__korvel_report_is clean restore' -l map -rF -d 'Use this file of originals and replacements'
 complete -c korvel-report -n '__korvel_report_is clean' -l words -rF -d 'Replace the words in a file, too'
-complete -c korvel-report -n "__korvel_report_is $all" -s o -l output -rF -d 'Write to a file'
+complete -c korvel-report -n "__korvel_report_is $writers" -s o -l output -rF -d 'Write to a file'
 
 complete -c korvel-report -n "__korvel_report_is $all" -l max-bytes -x -d 'Limit of inflated bytes'
 complete -c korvel-report -n "__korvel_report_is $all" -l max-members -x -d 'Limit of members'

@@ -29,6 +29,9 @@ public:
     /// The path, in words for standard input.
     const std::string& shownPath() const { return shown; }
 
+    /// Whether it is a regular file, which can be read several times.
+    bool isFile() const { return begin.has_value(); }
+
     /// A new stream from the first byte, of a pipe that is not kept the only one. The source must outlive it.
     std::unique_ptr<ByteSource> open() const;
 

@@ -187,8 +187,8 @@ void Cleaning::readOriginals() {
     originals.settle();
 }
 
-/// A replacement can form an original, or another replacement, by chance, together with a number in front of it
-/// or behind it. Other replacements need not.
+/// A replacement can form an original, or another replacement, by chance, together with a number in front of
+/// it or behind it. Other replacements need not.
 void Cleaning::writeWithoutLeak() {
     constexpr int mostTries = 8;
     const Mapping earlier = mapping;

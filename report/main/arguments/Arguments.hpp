@@ -16,6 +16,7 @@ namespace Report {
 /// does not take are as they are here.
 struct Arguments {
     std::vector<std::string> files;  ///< packages, or the text of restore; "-" is standard input
+    std::string store;               ///< the first operand of the subcommands that take one
     Limits limits;
 
     std::optional<std::string> board;

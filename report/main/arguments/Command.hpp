@@ -8,7 +8,7 @@
 
 namespace Report {
 
-enum class Command : std::uint8_t { check, show, html, json, diff, clean, restore, metrics };
+enum class Command : std::uint8_t { check, show, html, json, diff, clean, restore, metrics, add };
 
 /// As the user writes it: "check".
 std::string_view nameOf(Command command);

@@ -106,6 +106,13 @@ void parse(std::span<const char* const> words, CommandLine& commandLine) {
     }
 }
 
+void takeStore(const CommandRow& row, Arguments& arguments) {
+    if (row.takesStore && !arguments.files.empty()) {
+        arguments.store = std::move(arguments.files.front());
+        arguments.files.erase(arguments.files.begin());
+    }
+}
+
 }  // namespace
 
 CommandLine parseCommandLine(int argc, const char* const* argv) {
@@ -117,7 +124,9 @@ CommandLine parseCommandLine(int argc, const char* const* argv) {
         return commandLine;
     }
     if (commandLine.command) {
-        checkOperands(rowOf(*commandLine.command), commandLine.arguments);
+        const CommandRow& row = rowOf(*commandLine.command);
+        checkOperands(row, commandLine.arguments);
+        takeStore(row, commandLine.arguments);
     } else if (!commandLine.arguments.explain) {
         throw UsageError("a subcommand is missing", std::nullopt);
     }

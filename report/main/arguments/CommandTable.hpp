@@ -20,6 +20,7 @@ struct CommandRow {
     const char* need;   ///< the operands in words
     std::size_t least;  ///< operands
     std::size_t most;
+    bool takesStore;  ///< the first operand is a store
     std::vector<AddOptions> options;
 };
 

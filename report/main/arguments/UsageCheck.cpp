@@ -70,10 +70,14 @@ void checkOperands(const CommandRow& row, const Arguments& arguments) {
     if (files.size() > row.most) {
         throw UsageError("unexpected argument: " + files[row.most], row.command);
     }
+    if (row.takesStore && !files.empty() && files.front() == "-") {
+        throw UsageError("the store must be a file", row.command);
+    }
     if (std::ranges::count(files, "-") > 1) {
         throw UsageError("standard input can be read only once", row.command);
     }
-    if (files.size() > 1 && arguments.runFile) {
+    const std::size_t packages = files.size() - (row.takesStore ? 1 : 0);
+    if (packages > 1 && arguments.runFile) {
         throw UsageError("--run needs a single package", row.command);
     }
 }

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "Package.hpp"
+
+namespace Report {
+
+/// A store to which packages are added. What was added is on the disk after commit(); a process that is
+/// killed leaves the store as the last commit() did. Each function throws StoreError.
+class Store {
+public:
+    /// Opens the store at `path`, or makes one. Waits up to a minute for another process that writes to it.
+    explicit Store(const std::string& path);
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+    Store(Store&&) = delete;
+    Store& operator=(Store&&) = delete;
+    /// Drops what was added since the last commit().
+    ~Store();
+
+    /// Whether the package with this checksum is in the store, or was added.
+    bool contains(const std::string& sha256);
+
+    /// Adds a judged package, with its findings. Its parts and values are those of the package itself, not of
+    /// packages inside. Returns false, and adds nothing, if the store contains it.
+    bool add(const Package& package);
+
+    void commit();
+
+private:
+    class Rows;
+
+    template <typename Step>
+    auto guarded(Step step);
+
+    std::string path;
+    std::unique_ptr<Rows> rows;
+};
+
+}  // namespace Report
