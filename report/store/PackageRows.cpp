@@ -26,6 +26,7 @@ public:
         statement.bind(++column, number);
         return *this;
     }
+    Row& addFlag(bool flag) { return add(std::int64_t{flag ? 1 : 0}); }
     Row& add(double number) {
         statement.bind(++column, number);
         return *this;
@@ -118,7 +119,7 @@ bool PackageRows::addPackage(const Package& package) {
                .add(package.sha256)
                .addUnlessEmpty(package.board.value_or(""))
                .add(package.time)
-               .add(std::int64_t{package.clockUnset})
+               .addFlag(package.clockUnset)
                .addUnlessEmpty(keywordOf(package.kind))
                .add(nameOf(package.verdict))
                .addUnlessEmpty(package.cause)
@@ -135,7 +136,7 @@ void PackageRows::addParts(const Package& package, std::int64_t identifier) {
             .add(identifier)
             .add(++number)
             .add(part.name)
-            .add(std::int64_t{part.expected})
+            .addFlag(part.expected)
             .add(nameOf(part.state))
             .addUnlessEmpty(part.cause)
             .addUnlessEmpty(part.certainty ? nameOf(*part.certainty) : "")

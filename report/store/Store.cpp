@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <optional>
+#include <utility>
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Exception.h>
@@ -61,7 +62,7 @@ auto Store::guarded(Step step) {
     }
 }
 
-Store::Store(const std::string& where) : path(where) {
+Store::Store(std::string where) : path(std::move(where)) {
     guarded([this] { rows = std::make_unique<Rows>(path); });
 }
 

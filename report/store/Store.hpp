@@ -11,8 +11,8 @@ namespace Report {
 /// killed leaves the store as the last commit() did. Each function throws StoreError.
 class Store {
 public:
-    /// Opens the store at `path`, or makes one. Waits up to a minute for another process that writes to it.
-    explicit Store(const std::string& path);
+    /// Opens the store at a path, or makes one. Waits up to a minute for another process that writes to it.
+    explicit Store(std::string where);
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
     Store(Store&&) = delete;
