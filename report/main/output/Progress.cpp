@@ -27,7 +27,7 @@ void Progress::finish() {
     print("");
 }
 
-void Progress::print(const std::string& text) {
+void Progress::print(const std::string& text) const {
     if (shown) {
         std::cerr << "\r\033[K" << text << std::flush;
     }

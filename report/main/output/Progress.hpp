@@ -18,7 +18,7 @@ public:
     void finish();
 
 private:
-    void print(const std::string& text);
+    void print(const std::string& text) const;
 
     std::string name;
     std::size_t all;
