@@ -64,7 +64,9 @@ void addCommand(CLI::App& app, const CommandRow& row, CommandLine& commandLine) 
     command->set_help_flag("-h,--help", "print this help text");
     command->add_option("operands", commandLine.arguments.files)->type_name("");
     for (const AddOptions add : row.options) {
-        add(*command, commandLine.arguments);
+        if (add != nullptr) {
+            add(*command, commandLine.arguments);
+        }
     }
     command->preparse_callback([&commandLine, &row](std::size_t) { commandLine.command = row.command; });
 }

@@ -1,8 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <span>
 #include <string_view>
-#include <vector>
 
 #include "Command.hpp"
 #include "Options.hpp"
@@ -20,12 +21,12 @@ struct CommandRow {
     const char* need;   ///< the operands in words
     std::size_t least;  ///< operands
     std::size_t most;
-    bool takesStore;  ///< the first operand is a store
-    std::vector<AddOptions> options;
+    bool takesStore;                    ///< the first operand is a store
+    std::array<AddOptions, 6> options;  ///< null behind the last one
 };
 
 /// All subcommands, in the order of the help text.
-const std::vector<CommandRow>& commandTable();
+std::span<const CommandRow> commandTable();
 
 const CommandRow& rowOf(Command command);
 
