@@ -2,7 +2,6 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <iostream>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -17,6 +16,7 @@
 #include "Packages.hpp"
 #include "Progress.hpp"
 #include "RuleSet.hpp"
+#include "SafeText.hpp"
 #include "Store.hpp"
 #include "Words.hpp"
 
@@ -126,7 +126,7 @@ void Adding::commitSometimes() {
 }
 
 std::string Adding::summary() const {
-    std::string text = arguments.store + ": " + counted(added, "package") + " added";
+    std::string text = forTerminal(arguments.store) + ": " + counted(added, "package") + " added";
     if (damaged > 0) {
         text += " (" + grouped(damaged) + " damaged)";
     }

@@ -18,8 +18,13 @@ namespace {
 
 constexpr int patience = 60'000;  // milliseconds
 
+/// SQLite takes an empty name and ":memory:" for a database that vanishes at the end.
+std::string fileName(const std::string& path) {
+    return path.starts_with('/') ? path : "./" + path;
+}
+
 SQLite::Database opened(const std::string& path) {
-    SQLite::Database database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, patience);
+    SQLite::Database database(fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, patience);
     makeTables(database, path);
     return database;
 }

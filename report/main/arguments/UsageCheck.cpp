@@ -70,7 +70,7 @@ void checkOperands(const CommandRow& row, const Arguments& arguments) {
     if (files.size() > row.most) {
         throw UsageError("unexpected argument: " + files[row.most], row.command);
     }
-    if (row.takesStore && !files.empty() && files.front() == "-") {
+    if (row.takesStore && !files.empty() && (files.front() == "-" || files.front().empty())) {
         throw UsageError("the store must be a file", row.command);
     }
     if (std::ranges::count(files, "-") > 1) {

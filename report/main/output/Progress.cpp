@@ -1,5 +1,6 @@
 #include "Progress.hpp"
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -27,9 +28,12 @@ void Progress::finish() {
     print("");
 }
 
-void Progress::print(const std::string& text) const {
+/// Blanks erase the rest of the line, on each terminal.
+void Progress::print(const std::string& text) {
     if (shown) {
-        std::cerr << "\r\033[K" << text << std::flush;
+        const std::size_t rest = width - std::min(width, text.size());
+        std::cerr << '\r' << text << std::string(rest, ' ') << std::string(rest, '\b') << std::flush;
+        width = text.size();
     }
 }
 

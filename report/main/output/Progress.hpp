@@ -18,12 +18,13 @@ public:
     void finish();
 
 private:
-    void print(const std::string& text) const;
+    void print(const std::string& text);
 
     std::string name;
     std::size_t all;
     std::size_t done = 0;
     bool shown;
+    std::size_t width = 0;  ///< of the text on the line
     std::chrono::steady_clock::time_point printed;
 };
 

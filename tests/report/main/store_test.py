@@ -97,6 +97,8 @@ class Add(ReportTest):
         for words, message in (
                 (["site.db"], f"add needs a store and a package: STORE PACKAGE...\n{HINT}"),
                 (["-", "lab-17.tgz"], f"the store must be a file\n{HINT}"),
+                (["", "lab-17.tgz"], f"the store must be a file\n{HINT}"),
+                (["lab-17.tgz", "lab-17.tgz"], "lab-17.tgz: file is not a database\n"),
                 (["--run", "x", "site.db", "lab-17.tgz", "lab-17.tgz"], f"--run needs a single package\n{HINT}"),
                 (["notes.txt", "lab-17.tgz"], "notes.txt: file is not a database\n"),
                 (["nowhere/site.db", "lab-17.tgz"], "nowhere/site.db: unable to open database file\n")):
@@ -110,6 +112,15 @@ class Add(ReportTest):
             self.assertEqual(self.run_report("add", "site.db", "lab-17.tgz", capture_output=False, stdout=full,
                                              stderr=subprocess.PIPE).status, 3)
         self.assertEqual(self.store("SELECT count(*) FROM package"), [(1,)])
+
+    def test_makes_a_file_whatever_the_name_is(self) -> None:
+        self.package("lab-17.tgz")
+        for name, shown in ((":memory:", ":memory:"), ("file:x?mode=memory", "file:x?mode=memory"),
+                            ("a b\n.db", "a b\\x0a.db")):
+            with self.subTest(name=name):
+                self.assertEqual(self.run_report("add", name, "lab-17.tgz"),
+                                 Outcome(0, f"{shown}: 1 package added\n", ""))
+                self.assertGreater((self.folder / name).stat().st_size, 0)
 
     def test_reports_a_store_that_cannot_grow(self) -> None:
         packages = self.packages(50)

@@ -66,6 +66,12 @@ class TerminalTest(ReportTest):
         self.assertEqual(chosen, (0, "done\n"))
         self.assertIn(COLOUR, (self.folder / "file").read_text())
 
+    def test_shows_how_far_a_long_run_is(self) -> None:
+        status, shown = self.on_terminal("add", "site.db", "x.tgz", "x.tgz")
+        self.assertEqual(status, 0)
+        self.assertTrue(shown.startswith("\r1 of 2 packages"), shown)
+        self.assertTrue(shown.endswith("\bsite.db: 1 package added, 1 already there\n"), shown)
+
     def test_gives_less_its_options(self) -> None:
         self.assertEqual(self.on_terminal("show", "x.tgz", PAGER="cat >file; echo $LESS"), (0, "FRX\n"))
         self.assertEqual(self.on_terminal("show", "x.tgz", PAGER="cat >file; echo $LESS", LESS="M"), (0, "M\n"))
