@@ -100,7 +100,8 @@ void Adding::addTo(const std::string& path, const std::optional<std::string>& ch
         package->sha256 = checksum.value_or("");
     }
     if (package && package->sha256.empty()) {
-        complain(path + ": its checksum is not known, since it was not fully read");
+        complain((path == "-" ? "standard input" : path) +
+                 ": its checksum is not known, since it was not fully read");
         package.reset();
     }
     if (!package) {

@@ -85,8 +85,9 @@ PackageRows::PackageRows(SQLite::Database& store)
     : database(store),
       findPackage(store, "SELECT 1 FROM package WHERE sha256 = ?"),
       insertPackage(store,
-                    "INSERT OR IGNORE INTO package (sha256, board, time, clock_unset, kind, verdict, cause, "
-                    "release, source, size) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+                    "INSERT INTO package (sha256, board, time, clock_unset, kind, verdict, cause, "
+                    "release, source, size) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
+                    "ON CONFLICT (sha256) DO NOTHING"),
       insertPart(store, "INSERT INTO part VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
       findSeries(store, "SELECT part, title, name, occurrence, id FROM series WHERE board = ?"),
       insertSeries(store, "INSERT INTO series (board, part, title, name, occurrence) VALUES (?, ?, ?, ?, ?)"),

@@ -14,9 +14,6 @@ constexpr int storeIdentifier = 0x4b525354;
 
 /// Makes the tables of an empty database, in a transaction of its own. Throws StoreError for a database that
 /// is no store, or one of a newer version. `path` is for the message.
-void makeTables(SQLite::Database& database, const std::string& path);
-
-/// Throws StoreError as makeTables() does, and for an empty database too.
-void checkTables(SQLite::Database& database, const std::string& path);
+void prepareTables(SQLite::Database& database, const std::string& path);
 
 }  // namespace Report

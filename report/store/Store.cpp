@@ -1,6 +1,5 @@
 #include "Store.hpp"
 
-#include <chrono>
 #include <optional>
 #include <utility>
 
@@ -25,7 +24,7 @@ std::string fileName(const std::string& path) {
 
 SQLite::Database opened(const std::string& path) {
     SQLite::Database database(fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, patience);
-    makeTables(database, path);
+    prepareTables(database, path);
     return database;
 }
 

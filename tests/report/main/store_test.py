@@ -86,6 +86,16 @@ class Add(ReportTest):
                              f"site.db: {message}\n")
         self.assertEqual(self.store("SELECT board, source FROM package"), [(None, "-")])
 
+    def test_adds_nothing_from_a_pipe_that_is_not_read_to_its_end(self) -> None:
+        endless = subprocess.Popen("exec gzip -1 < /dev/zero", shell=True, stdout=subprocess.PIPE)
+        outcome = self.run_report("add", "site.db", "--max-seconds", "0.05", "-", stdin=endless.stdout)
+        endless.stdout.close()
+        endless.wait()
+        self.assertEqual(outcome, Outcome(3, "site.db: 0 packages added\n",
+                                          "korvel-report: standard input: its checksum is not known, since it was "
+                                          "not fully read\n"))
+        self.assertEqual(self.store("SELECT count(*) FROM package"), [(0,)])
+
     def test_takes_what_is_known_of_a_package_from_the_command_line(self) -> None:
         self.package("x.tgz")
         self.run_report("add", "site.db", "--board", "lab-17", "--kind", "pkg-pm", "x.tgz")

@@ -240,6 +240,12 @@ TEST_F(StoreTest, RefusesWhatIsNoStore) {
     EXPECT_EQ(refusal(), "STORE: unable to open database file");
 }
 
+TEST_F(StoreTest, RefusesAStoreWithoutAVersion) {
+    add({});
+    execute("PRAGMA user_version = 0");
+    EXPECT_EQ(refusal(), "STORE: not a store of korvel-report");
+}
+
 TEST_F(StoreTest, RefusesAStoreOfANewerVersion) {
     add({});
     execute("PRAGMA user_version = " + std::to_string(Report::schemaVersion + 1));
