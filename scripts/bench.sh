@@ -3,7 +3,7 @@
 # long-running jobs while idle. Prints a table of figures. Exits 1 if a figure exceeds its limit.
 #   scripts/bench.sh [-v | --verbose]     also prints the build and each measurement
 #   scripts/bench.sh --footprint          prints the size and memory tables of docs/footprint.md
-#   scripts/bench.sh --report             measures korvel-report: large packages, then hostile ones
+#   scripts/bench.sh --report             measures korvel-report: large packages, many packages, then hostile ones
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -53,6 +53,7 @@ CMAKE_GENERATOR=Ninja prepare cmake --preset release -DKORVEL_BENCH=ON
 if [ "$mode" = report ]; then
     prepare cmake --build --preset release --target korvel boardsim korvel-report
     python3 tests/report/bench/report_bench.py build-release || status=1
+    python3 tests/report/bench/store_bench.py build-release || status=1
     KORVEL_SOURCE=$PWD KORVEL_BUILD=$PWD/build-release python3 tests/report/program/hostile_test.py --whole || status=1
     exit "$status"
 fi
