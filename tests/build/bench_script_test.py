@@ -63,13 +63,14 @@ class BenchScript(unittest.TestCase):
 
     def test_measures_the_reader_of_packages(self) -> None:
         self.put("bin/python3", 'echo "${1##*/}" "$2"; exit 1')
-        self.assertEqual(self.bench("--report"), (1, "report_bench.py build-release\nhostile_test.py --whole\n", ""))
+        printed = "report_bench.py build-release\nstore_bench.py build-release\nhostile_test.py --whole\n"
+        self.assertEqual(self.bench("--report"), (1, printed, ""))
 
     def test_prints_its_usage_for_an_unknown_option(self) -> None:
         usage = (
             "scripts/bench.sh [-v | --verbose]     also prints the build and each measurement\n"
             "scripts/bench.sh --footprint          prints the size and memory tables of docs/footprint.md\n"
-            "scripts/bench.sh --report             measures korvel-report: large packages, then hostile ones\n"
+            "scripts/bench.sh --report             measures korvel-report: large packages, many packages, then hostile ones\n"
         )
         self.assertEqual(self.bench("--quiet"), (2, "", usage))
 
