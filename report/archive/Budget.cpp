@@ -22,7 +22,7 @@ constexpr std::array options{
 
 std::chrono::nanoseconds processorTime() {
     timespec time{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
 }
 

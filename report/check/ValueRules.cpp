@@ -2,17 +2,14 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
-#include <limits>
 #include <string_view>
-#include <variant>
+#include <utility>
 
 namespace Report {
 namespace {
 
 constexpr double hundredPercent = 100;
-constexpr std::string_view sumSign = " + ";
 
 std::vector<std::string> namePatterns(const std::vector<Rule>& rules) {
     std::vector<std::string> patterns;
@@ -22,20 +19,6 @@ std::vector<std::string> namePatterns(const std::vector<Rule>& rules) {
         }
     }
     return patterns;
-}
-
-/// A number that has no type is too large for one.
-double numberOf(const Value& value) {
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    return std::visit(
-        [&](const auto& number) {
-            if constexpr (std::is_same_v<std::decay_t<decltype(number)>, std::monostate>) {
-                return value.text.starts_with('-') ? -infinite : infinite;
-            } else {
-                return static_cast<double>(number);
-            }
-        },
-        value.number);
 }
 
 bool compare(double left, Relation relation, double right) {
@@ -54,28 +37,6 @@ bool compare(double left, Relation relation, double right) {
             return left > right;
     }
     return false;
-}
-
-std::string keyOf(const Value& value, std::string_view name) {
-    std::string key = value.part;
-    key.append(1, '\0').append(value.title).append(1, '\0').append(name).append(1, '\0');
-    return key.append(std::to_string(value.occurrence));
-}
-
-/// The sum of the values of "NAME + NAME". No value if one of them is missing.
-std::optional<double> sumOf(const Value& value, std::string_view names,
-                            const std::unordered_map<std::string, double>& numbers) {
-    double sum = 0;
-    while (!names.empty()) {
-        const std::size_t end = std::min(names.find(sumSign), names.size());
-        const auto found = numbers.find(keyOf(value, names.substr(0, end)));
-        if (found == numbers.end()) {
-            return std::nullopt;
-        }
-        sum += found->second;
-        names.remove_prefix(std::min(end + sumSign.size(), names.size()));
-    }
-    return sum;
 }
 
 std::string shownValue(const Value& value) {
@@ -102,31 +63,55 @@ ValueRules::ValueRules(const std::vector<Rule>& allRules)
     }
 }
 
-bool ValueRules::isNamed(ValueRule& rule, const Value& value) {
-    return rule.pattern.counts(value.name) && rule.where.fits(value.part);
+std::vector<ValueRules::Naming> ValueRules::findNamings(const Value& value) {
+    std::vector<std::size_t> places;
+    nameSet.find(value.name, places);
+    std::vector<Naming> found;
+    for (const std::size_t place : places) {
+        ValueRule& valueRule = valueRules[place];
+        if (!valueRule.pattern.counts(value.name) || !valueRule.where.fits(value.part)) {
+            continue;
+        }
+        const Rule& rule = rules[valueRule.index];
+        Naming& naming = found.emplace_back(Naming{&rule, valueRule.index, {}});
+        for (const std::string& form : rule.of) {
+            naming.totals.push_back(valueRule.pattern.expand(value.name, form));
+        }
+    }
+    return found;
+}
+
+const std::vector<ValueRules::Naming>& ValueRules::namingsOf(const Value& value) {
+    constexpr std::size_t largest = std::size_t{256} << 10;  // bytes of keys that a hostile package can leave
+    std::string key = value.part + '\0' + value.name;
+    if (const auto known = namings.find(key); known != namings.end()) {
+        return known->second;
+    }
+    if (namingsSize > largest) {
+        namings.clear();
+        namingsSize = 0;
+    }
+    namingsSize += key.size();
+    return namings.emplace(std::move(key), findNamings(value)).first->second;
 }
 
 bool ValueRules::names(const Value& value) {
-    std::vector<std::size_t> found;
-    nameSet.find(value.name, found);
-    return std::ranges::any_of(found, [&](std::size_t index) { return isNamed(valueRules[index], value); });
+    return !namingsOf(value).empty();
 }
 
-std::optional<std::string> ValueRules::evidenceOf(ValueRule& valueRule, const Value& value,
-                                                  const Numbers& numbers) const {
-    const Rule& rule = rules[valueRule.index];
-    const Comparison& comparison = rule.comparison;
+std::optional<std::string> ValueRules::evidenceOf(const Naming& naming, const Value& value,
+                                                  PackageNumbers& numbers) {
+    const Comparison& comparison = naming.rule->comparison;
     if (!comparison.percent) {
         const bool found = compare(numberOf(value), comparison.relation, comparison.number);
         return found ? std::optional(shownValue(value)) : std::nullopt;
     }
-    for (const std::string& form : rule.of) {
-        const std::string names = valueRule.pattern.expand(value.name, form);
-        const std::optional<double> whole = sumOf(value, names, numbers);
+    for (const std::string& total : naming.totals) {
+        const std::optional<double> whole = numbers.sumOf(value, total);
         if (whole && *whole > 0) {
             const double share = numberOf(value) / *whole * hundredPercent;
             return compare(share, comparison.relation, comparison.number)
-                       ? std::optional(shownValue(value) + " of " + shownTotal(names, *whole))
+                       ? std::optional(shownValue(value) + " of " + shownTotal(total, *whole))
                        : std::nullopt;
         }
     }
@@ -134,20 +119,11 @@ std::optional<std::string> ValueRules::evidenceOf(ValueRule& valueRule, const Va
 }
 
 void ValueRules::apply(const Package& package, FindingList& findings) {
-    Numbers numbers;
+    PackageNumbers numbers(package);
     for (const Value& value : package.values) {
-        numbers.emplace(keyOf(value, value.name), numberOf(value));
-    }
-    std::vector<std::size_t> found;
-    for (const Value& value : package.values) {
-        nameSet.find(value.name, found);
-        for (const std::size_t place : found) {
-            ValueRule& valueRule = valueRules[place];
-            if (!isNamed(valueRule, value)) {
-                continue;
-            }
-            if (const auto evidence = evidenceOf(valueRule, value, numbers)) {
-                findings.add(valueRule.index, value.part, value.part, *evidence);
+        for (const Naming& naming : namingsOf(value)) {
+            if (const auto evidence = evidenceOf(naming, value, numbers)) {
+                findings.add(naming.index, value.part, value.part, *evidence);
             }
         }
     }

@@ -9,6 +9,7 @@
 
 #include "FindingList.hpp"
 #include "Package.hpp"
+#include "PackageNumbers.hpp"
 #include "PartPattern.hpp"
 #include "PatternSet.hpp"
 #include "Rule.hpp"
@@ -33,16 +34,25 @@ private:
         PartPattern where;
         RulePattern pattern;
     };
-    using Numbers = std::unordered_map<std::string, double>;  // by part, title, name and occurrence
+    struct Naming {
+        const Rule* rule = nullptr;
+        std::size_t index = 0;            // in all rules
+        std::vector<std::string> totals;  // "NAME + NAME": of what the value is a share
+    };
 
-    static bool isNamed(ValueRule& rule, const Value& value);
+    /// The rules that name a value. Valid until the next call.
+    const std::vector<Naming>& namingsOf(const Value& value);
+    std::vector<Naming> findNamings(const Value& value);
     /// The value as evidence, or no value if the rule does not find it.
-    std::optional<std::string> evidenceOf(ValueRule& valueRule, const Value& value,
-                                          const Numbers& numbers) const;
+    static std::optional<std::string> evidenceOf(const Naming& naming, const Value& value,
+                                                 PackageNumbers& numbers);
 
     const std::vector<Rule>& rules;
     std::vector<ValueRule> valueRules;
     PatternSet nameSet;
+    // Packages have the same values again and again.
+    std::unordered_map<std::string, std::vector<Naming>> namings;  // by part and name
+    std::size_t namingsSize = 0;                                   // bytes of the keys
 };
 
 }  // namespace Report

@@ -2,19 +2,23 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
 #include <system_error>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "Commands.hpp"
 #include "ExitStatus.hpp"
 #include "HashedStream.hpp"
-#include "Message.hpp"
 #include "Output.hpp"
 #include "Packages.hpp"
 #include "Progress.hpp"
+#include "ReadAhead.hpp"
 #include "RuleSet.hpp"
 #include "SafeText.hpp"
 #include "Store.hpp"
@@ -42,25 +46,78 @@ std::optional<std::string> checksumOf(const std::string& path) {
     }
 }
 
+/// What was read of a package.
+struct Candidate {
+    bool known = false;              ///< the store contains it
+    std::optional<Package> package;  ///< with findings; none if it is known or cannot be read
+    std::string reason;              ///< why it cannot be read
+};
+
+/// Reads packages in one thread.
+class Candidates {
+public:
+    /// `contains` tells whether the store has the package of a checksum.
+    Candidates(const Arguments& what, std::function<bool(const std::string&)> contains)
+        : arguments(what),
+          isKnown(std::move(contains)),
+          rules(readRules(what)),
+          reading{.forms = rules.logForms()} {}
+
+    Candidate read(const std::string& path) const {
+        Candidate candidate;
+        const std::optional<std::string> checksum = checksumOf(path);
+        candidate.known = checksum && isKnown(*checksum);
+        if (!candidate.known) {
+            candidate.package = readPackage(path, checksum, candidate.reason);
+        }
+        return candidate;
+    }
+
+private:
+    std::optional<Package> readPackage(const std::string& path, const std::optional<std::string>& checksum,
+                                       std::string& reason) const;
+
+    const Arguments& arguments;
+    std::function<bool(const std::string&)> isKnown;
+    RuleSet rules;
+    Reading reading;
+};
+
+std::optional<Package> Candidates::readPackage(const std::string& path,
+                                               const std::optional<std::string>& checksum,
+                                               std::string& reason) const {
+    std::optional<Package> package = tryReadJudged(path, arguments, reading, reason);
+    if (!package) {
+        return std::nullopt;
+    }
+    if (package->sha256.empty()) {  // its end lies beyond the time limit
+        package->sha256 = checksum.value_or("");
+    }
+    if (package->sha256.empty()) {
+        reason = "its checksum is not known, since it was not fully read";
+        return std::nullopt;
+    }
+    rules.apply(*package, arguments.limits.maxLine);
+    return package;
+}
+
 /// One run of add.
 class Adding {
 public:
-    explicit Adding(const Arguments& what)
-        : arguments(what), rules(readRules(what)), reading{.forms = rules.logForms()}, store(what.store) {}
+    explicit Adding(const Arguments& what) : arguments(what), store(what.store) {}
 
     int run();
 
 private:
-    void take(const std::string& path);
-    void addTo(const std::string& path, const std::optional<std::string>& checksum);
+    std::vector<ReadAhead<Candidate>::Maker> readers();
+    void take(const Candidate& candidate, const std::string& path);
+    void addNew(const Package& package);
     void commitSometimes();
     std::string summary() const;
 
     using Clock = std::chrono::steady_clock;
 
     const Arguments& arguments;
-    RuleSet rules;
-    Reading reading;
     Store store;
     Clock::time_point committed = Clock::now();
     std::size_t added = 0;
@@ -69,53 +126,56 @@ private:
     int status = 0;
 };
 
+/// To read packages takes twice as long as to write their rows.
+std::vector<ReadAhead<Candidate>::Maker> Adding::readers() {
+    std::vector<ReadAhead<Candidate>::Maker> makers(std::clamp(std::thread::hardware_concurrency(), 1U, 2U));
+    for (auto& maker : makers) {
+        const auto candidates = std::make_shared<const Candidates>(
+            arguments, [this](const std::string& checksum) { return store.contains(checksum); });
+        maker = [this, candidates](std::size_t number) { return candidates->read(arguments.files[number]); };
+    }
+    return makers;
+}
+
 int Adding::run() {
     Progress progress("packages", arguments.files.size());
+    ReadAhead<Candidate> candidates(arguments.files.size(), readers());
     for (const std::string& path : arguments.files) {
-        take(path);
+        const Candidate candidate = candidates.take();
+        if (!candidate.reason.empty()) {
+            progress.clear();
+        }
+        take(candidate, path);
         commitSometimes();
         progress.advance();
     }
     store.commit();
-    progress.finish();
+    progress.clear();
     Output output({});
     output.write([this](std::ostream& out, const TextStyle&) { out << summary(); });
     output.finish();
     return status;
 }
 
-void Adding::take(const std::string& path) {
-    const std::optional<std::string> checksum = checksumOf(path);
-    if (checksum && store.contains(*checksum)) {
+void Adding::take(const Candidate& candidate, const std::string& path) {
+    if (candidate.known) {
         ++known;
+    } else if (candidate.package) {
+        addNew(*candidate.package);
     } else {
-        addTo(path, checksum);
+        complainOf(path, candidate.reason);
+        status = exitTrouble;
     }
 }
 
-void Adding::addTo(const std::string& path, const std::optional<std::string>& checksum) {
-    std::string reason;
-    std::optional<Package> package = readJudged(path, arguments, reading, reason);
-    if (package && package->sha256.empty()) {  // its end lies beyond the time limit
-        package->sha256 = checksum.value_or("");
-    }
-    if (package && package->sha256.empty()) {
-        complain((path == "-" ? "standard input" : path) +
-                 ": its checksum is not known, since it was not fully read");
-        package.reset();
-    }
-    if (!package) {
-        status = exitTrouble;
-        return;
-    }
-    rules.apply(*package, arguments.limits.maxLine);
-    if (!store.add(*package)) {
+void Adding::addNew(const Package& package) {
+    if (!store.add(package)) {
         ++known;
         return;
     }
     ++added;
     constexpr std::array damages{Verdict::cut, Verdict::altered, Verdict::unreadable};
-    damaged += std::ranges::find(damages, package->verdict) == damages.end() ? 0 : 1;
+    damaged += std::ranges::find(damages, package.verdict) == damages.end() ? 0 : 1;
 }
 
 /// Writes take long, and a killed run loses what is not committed.

@@ -39,8 +39,8 @@ std::string reasonOf(const std::exception& error) {
 
 }  // namespace
 
-std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, const Reading& reading,
-                                  std::string& reason) {
+std::optional<Package> tryReadJudged(const std::string& path, const Arguments& arguments,
+                                     const Reading& reading, std::string& reason) {
     try {
         const PackageSource source(path);
         Package package = loadPackage(source, optionsFor(arguments, reading));
@@ -50,9 +50,21 @@ std::optional<Package> readJudged(const std::string& path, const Arguments& argu
         throw;  // the package itself can be read
     } catch (const std::exception& error) {
         reason = reasonOf(error);
-        complain((path == "-" ? "standard input" : path) + ": " + reason);
         return std::nullopt;
     }
+}
+
+void complainOf(const std::string& path, const std::string& reason) {
+    complain((path == "-" ? "standard input" : path) + ": " + reason);
+}
+
+std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, const Reading& reading,
+                                  std::string& reason) {
+    std::optional<Package> package = tryReadJudged(path, arguments, reading, reason);
+    if (!package) {
+        complainOf(path, reason);
+    }
+    return package;
 }
 
 int useEach(const Arguments& arguments, const Reading& reading, const std::function<int(Package&)>& use) {

@@ -22,8 +22,15 @@ struct Reading {
         nullptr;  ///< of log lines, from rules; not needed without log entries
 };
 
-/// Reads and judges a package. A package that cannot be read is reported on standard error, and `reason` is
-/// why. Throws SidecarError for the file of --run.
+/// Reads and judges a package. If it cannot be read, `reason` is why. Throws SidecarError for the file of
+/// --run.
+std::optional<Package> tryReadJudged(const std::string& path, const Arguments& arguments,
+                                     const Reading& reading, std::string& reason);
+
+/// Reports on standard error why something cannot be done with a package.
+void complainOf(const std::string& path, const std::string& reason);
+
+/// As tryReadJudged, and complains of a package that cannot be read.
 std::optional<Package> readJudged(const std::string& path, const Arguments& arguments, const Reading& reading,
                                   std::string& reason);
 

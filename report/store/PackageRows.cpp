@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstddef>
 #include <limits>
 #include <optional>
-#include <set>
 #include <string_view>
-#include <utility>
 #include <variant>
 
 #include "Names.hpp"
@@ -32,7 +29,8 @@ public:
         return *this;
     }
     Row& add(std::string_view text) {
-        statement.bind(++column, validUtf8(text));
+        const std::string_view valid = validUtf8(text, buffer);
+        statement.bind(++column, std::string(valid));
         return *this;
     }
     Row& add(const std::optional<Time>& time) {
@@ -53,6 +51,7 @@ private:
 
     SQLite::Statement& statement;
     int column = 0;
+    std::string buffer;
 };
 
 std::int64_t signedOf(std::uint64_t number) {
@@ -89,7 +88,7 @@ PackageRows::PackageRows(SQLite::Database& store)
                     "release, source, size) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
                     "ON CONFLICT (sha256) DO NOTHING"),
       insertPart(store, "INSERT INTO part VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?)"),
-      findSeries(store, "SELECT part, title, name, occurrence, id FROM series WHERE board = ?"),
+      findSeries(store, "SELECT part, title, name, occurrence, id FROM series WHERE board = ? ORDER BY id"),
       insertSeries(store, "INSERT INTO series (board, part, title, name, occurrence) VALUES (?, ?, ?, ?, ?)"),
       insertValue(store, "INSERT INTO value VALUES (?, ?, ?)"),
       insertFinding(store, "INSERT INTO finding VALUES (?, ?, ?, ?, ?, ?, ?)") {
@@ -151,46 +150,53 @@ void PackageRows::addValues(const Package& package, std::int64_t identifier) {
     if (package.values.empty()) {
         return;
     }
-    const std::string board = validUtf8(boardOfSeries(package));
-    Identifiers known = seriesOf(board);
-    std::set<std::int64_t> used;
+    std::string buffer;
+    const std::string_view board = validUtf8(boardOfSeries(package), buffer);
+    BoardSeries known = seriesOf(board);
     for (const Value& value : package.values) {
-        Key key{validUtf8(value.part), validUtf8(value.title), validUtf8(value.name),
-                signedOf(value.occurrence)};
-        auto found = known.find(key);
-        // Names that differ only in bytes that are not UTF-8 are equal here.
-        while (found != known.end() && used.contains(found->second)) {
-            ++std::get<3>(key);
-            found = known.find(key);
-        }
-        if (found == known.end()) {
-            const std::int64_t added = addSeries(board, key);
-            found = known.emplace(std::move(key), added).first;
-        }
-        used.insert(found->second);
         Row row(insertValue);
-        row.add(identifier).add(found->second);
+        row.add(identifier).add(seriesFor(value, board, known));
         addNumber(row, value);
         row.insert();
     }
 }
 
-PackageRows::Identifiers PackageRows::seriesOf(const std::string& board) {
-    Identifiers found;
+BoardSeries PackageRows::seriesOf(std::string_view board) {
+    BoardSeries found;
     findSeries.reset();
-    findSeries.bind(1, board);
+    findSeries.bind(1, std::string(board));
     while (findSeries.executeStep()) {
-        Key key{findSeries.getColumn(0).getString(), findSeries.getColumn(1).getString(),
-                findSeries.getColumn(2).getString(), findSeries.getColumn(3).getInt64()};
-        found.emplace(std::move(key), findSeries.getColumn(4).getInt64());
+        const std::string part = findSeries.getColumn(0).getString();
+        const std::string title = findSeries.getColumn(1).getString();
+        const std::string name = findSeries.getColumn(2).getString();
+        found.add({part, title, name, findSeries.getColumn(3).getInt64()},
+                  findSeries.getColumn(4).getInt64());
     }
     findSeries.reset();
     return found;
 }
 
-std::int64_t PackageRows::addSeries(const std::string& board, const Key& key) {
-    const auto& [part, title, name, occurrence] = key;
-    Row(insertSeries).add(board).add(part).add(title).add(name).add(occurrence).insert();
+std::int64_t PackageRows::seriesFor(const Value& value, std::string_view board, BoardSeries& known) {
+    std::string part;
+    std::string title;
+    std::string name;
+    SeriesKey key{validUtf8(value.part, part), validUtf8(value.title, title), validUtf8(value.name, name),
+                  signedOf(value.occurrence)};
+    BoardSeries::Series* series = known.find(key);
+    // Names that differ only in bytes that are not UTF-8 are equal here.
+    while (series != nullptr && series->used) {
+        ++key.occurrence;
+        series = known.find(key);
+    }
+    if (series == nullptr) {
+        series = &known.add(key, addSeries(board, key));
+    }
+    series->used = true;
+    return series->identifier;
+}
+
+std::int64_t PackageRows::addSeries(std::string_view board, const SeriesKey& key) {
+    Row(insertSeries).add(board).add(key.part).add(key.title).add(key.name).add(key.occurrence).insert();
     return database.getLastInsertRowid();
 }
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
-#include <tuple>
+#include <string_view>
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 
+#include "BoardSeries.hpp"
 #include "Package.hpp"
 
 namespace Report {
@@ -25,16 +25,14 @@ public:
     bool add(const Package& package);
 
 private:
-    /// Part, title, name and occurrence.
-    using Key = std::tuple<std::string, std::string, std::string, std::int64_t>;
-    using Identifiers = std::map<Key, std::int64_t>;
-
     bool addPackage(const Package& package);
     void addParts(const Package& package, std::int64_t identifier);
     void addValues(const Package& package, std::int64_t identifier);
     void addFindings(const Package& package, std::int64_t identifier);
-    Identifiers seriesOf(const std::string& board);
-    std::int64_t addSeries(const std::string& board, const Key& key);
+    BoardSeries seriesOf(std::string_view board);
+    /// The number of the series for a value. Adds it if there is none.
+    std::int64_t seriesFor(const Value& value, std::string_view board, BoardSeries& known);
+    std::int64_t addSeries(std::string_view board, const SeriesKey& key);
 
     SQLite::Database& database;
     SQLite::Statement findPackage;

@@ -1,5 +1,6 @@
 #include "Store.hpp"
 
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -23,7 +24,8 @@ std::string fileName(const std::string& path) {
 }
 
 SQLite::Database opened(const std::string& path) {
-    SQLite::Database database(fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE, patience);
+    SQLite::Database database(
+        fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_FULLMUTEX, patience);
     prepareTables(database, path);
     return database;
 }
@@ -35,7 +37,10 @@ class Store::Rows {
 public:
     explicit Rows(const std::string& path) : database(opened(path)), packages(database) {}
 
-    bool contains(const std::string& sha256) { return packages.contains(sha256); }
+    bool contains(const std::string& sha256) {
+        const std::scoped_lock lock(asking);
+        return packages.contains(sha256);
+    }
 
     bool add(const Package& package) {
         if (!transaction) {
@@ -54,6 +59,7 @@ public:
 private:
     SQLite::Database database;
     PackageRows packages;
+    std::mutex asking;  // a statement serves one thread; the database itself serves several
     std::optional<SQLite::Transaction> transaction;
 };
 

@@ -20,7 +20,8 @@ public:
     /// Drops what was added since the last commit().
     ~Store();
 
-    /// Whether the package with this checksum is in the store, or was added.
+    /// Whether the package with this checksum is in the store, or was added. Other threads can ask this while
+    /// one adds.
     bool contains(const std::string& sha256);
 
     /// Adds a judged package, with its findings. Its parts and values are those of the package itself, not of

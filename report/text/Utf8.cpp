@@ -68,4 +68,12 @@ std::string validUtf8(std::string_view text) {
     return valid;
 }
 
+std::string_view validUtf8(std::string_view text, std::string& buffer) {
+    if (std::ranges::none_of(text, [](char character) { return byteOf(character) >= 0x80; })) {
+        return text;
+    }
+    buffer = validUtf8(text);
+    return buffer;
+}
+
 }  // namespace Report

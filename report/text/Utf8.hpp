@@ -19,4 +19,7 @@ Utf8Character firstCharacter(std::string_view text);
 /// Text from a package as valid UTF-8: each invalid byte becomes U+FFFD. Everything else remains.
 std::string validUtf8(std::string_view text);
 
+/// As above, without a copy if the text is ASCII: then it is returned, else what `buffer` holds afterwards.
+std::string_view validUtf8(std::string_view text, std::string& buffer);
+
 }  // namespace Report

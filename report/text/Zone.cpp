@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdlib>
 #include <ctime>
+#include <mutex>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -24,7 +25,9 @@ constexpr std::size_t longestName = 128;
 constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
 constexpr std::string_view digits = "0123456789";
 
-/// Sets the C library's zone, and restores it at the end. The reader has one thread.
+std::mutex zoneInUse;  // the C library has one zone for all threads
+
+/// Sets the C library's zone, and restores it at the end.
 class ScopedZone {
 public:
     explicit ScopedZone(const std::string& rules) {
@@ -49,6 +52,7 @@ private:
         ::tzset();
     }
 
+    std::scoped_lock<std::mutex> lock{zoneInUse};
     std::optional<std::string> before;
 };
 

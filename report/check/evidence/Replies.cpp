@@ -15,16 +15,19 @@ bool isDigit(char character) {
     return std::isdigit(static_cast<unsigned char>(character)) != 0;
 }
 
+/// `name` consists of small letters.
 bool startsWithName(std::string_view text, std::string_view name) {
+    constexpr unsigned caseBit = 0x20;
     return text.size() >= name.size() &&
            std::equal(name.begin(), name.end(), text.begin(), [](char expected, char character) {
-               return expected == std::tolower(static_cast<unsigned char>(character));
+               return static_cast<unsigned>(expected) == (static_cast<unsigned char>(character) | caseBit);
            });
 }
 
 /// The line without numbers and without blanks at its end, and with a mark in place of the dispatcher's name.
 std::string shapeOf(std::string_view line, std::string_view dispatcher) {
     std::string shape;
+    shape.reserve(line.size());
     while (!line.empty()) {
         const bool isName = startsWithName(line, dispatcher);
         if (isName || !isDigit(line.front())) {

@@ -24,7 +24,7 @@ void Progress::advance() {
     }
 }
 
-void Progress::finish() {
+void Progress::clear() {
     print("");
 }
 

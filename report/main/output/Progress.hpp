@@ -14,8 +14,8 @@ public:
 
     void advance();
 
-    /// Removes the line.
-    void finish();
+    /// Removes the line. Call it before anything else is printed.
+    void clear();
 
 private:
     void print(const std::string& text);

@@ -184,6 +184,18 @@ TEST_F(StoreTest, ContinuesTheSeriesOfABoard) {
         "1|bts-17|a|1\n2|bts-17|b|2,3\n3|bts-17|c|4\n4|bts-18|a|5\n");
 }
 
+TEST_F(StoreTest, ContinuesTheSeriesAlsoIfTheValuesStandInAnotherOrder) {
+    Report::Package first = packageOf("bts-17", "abc");
+    first.values = {valueOf("a", 1), valueOf("b", 2), valueOf("c", 3)};
+    Report::Package second = packageOf("bts-17", "def");
+    second.values = {valueOf("c", 4), valueOf("d", 5), valueOf("a", 6), valueOf("b", 7)};
+    add({first, second});
+
+    EXPECT_EQ(rows("SELECT name, occurrence, group_concat(value, ' ') FROM series JOIN value ON series = id "
+                   "GROUP BY id ORDER BY id"),
+              "a|1|1 6\nb|1|2 7\nc|1|3 4\nd|1|5\n");
+}
+
 TEST_F(StoreTest, NeverJoinsPackagesOfUnknownBoards) {
     Report::Package one = packageOf("", "abc");
     one.board.reset();

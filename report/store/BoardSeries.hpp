@@ -1,0 +1,56 @@
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace Report {
+
+/// What identifies a value of a board.
+struct SeriesKey {
+    std::string_view part;
+    std::string_view title;
+    std::string_view name;
+    std::int64_t occurrence = 0;
+
+    auto operator<=>(const SeriesKey&) const = default;
+};
+
+/// The series of one board that a store contains, while a package of the board is added.
+class BoardSeries {
+public:
+    struct Series {
+        std::int64_t identifier = 0;
+        bool used = false;  ///< by a value of the package
+    };
+
+    /// Copies the key's texts. The result remains valid.
+    Series& add(const SeriesKey& key, std::int64_t identifier);
+
+    /// Null if the store does not contain it.
+    Series* find(const SeriesKey& key);
+
+private:
+    struct Entry {
+        std::string part;
+        std::string title;
+        std::string name;
+        std::int64_t occurrence = 0;
+        Series series;
+
+        SeriesKey key() const { return {part, title, name, occurrence}; }
+    };
+
+    void fillIndex();
+
+    std::deque<Entry> entries;
+    std::size_t next = 0;  // behind the one that was found last: most packages have the values in this order
+    std::map<SeriesKey, std::size_t> index;  // of the first `indexed` entries
+    std::size_t indexed = 0;
+};
+
+}  // namespace Report
