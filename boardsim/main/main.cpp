@@ -12,6 +12,7 @@
 #include "PeerCatalog.hpp"
 #include "PeerProcess.hpp"
 #include "SandboxRun.hpp"
+#include "SshServer.hpp"
 #include "StatusCommand.hpp"
 #include "Supervisor.hpp"
 #include "UsageError.hpp"
@@ -41,16 +42,19 @@ int runBoardsim(int argc, char** argv) {
         std::cout << request.help();
         return EXIT_SUCCESS;
     }
-    return runInSandbox(request.scenario, request.command);
+    return runInSandbox(request.scenario, request.ssh, request.command);
 }
 
-/// The same program is the board's first process and every peer. argv[0] selects the role.
+/// The same program is the board's first process, its SSH server and every peer. argv[0] selects the role.
 int runAs(const std::string& name, int argc, char** argv) {
     if (const PeerEntry* peer = findPeer(name)) {
         return runPeerProcess(*peer);
     }
     if (name == "init" && argc > 2) {
         return runInit(argc, argv);
+    }
+    if (name == "ssh_server") {
+        return runSshServer();
     }
     return runBoardsim(argc, argv);
 }

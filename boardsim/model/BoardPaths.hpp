@@ -16,6 +16,12 @@ constexpr const char* systemLog = "/run/boardsim/system.log";
 constexpr const char* trafficStart = "/run/boardsim/traffic_start";
 /// Link to boardsim: the name makes it the sandbox's first process.
 constexpr const char* init = "/run/boardsim/init";
+/// Link to boardsim: the name makes it the board's SSH server.
+constexpr const char* sshServer = "/run/boardsim/ssh_server";
+/// The board's private key for SSH, as its user gave it.
+constexpr const char* hostKey = "/run/boardsim/host_key";
+/// Where the SSH server keeps its own keys.
+constexpr const char* serverKeys = "/etc/dropbear";
 /// One log file per peer, for people.
 constexpr const char* logDir = "/run/boardsim/log";
 /// One file per peer with every byte that it received.

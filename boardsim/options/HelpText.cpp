@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "PeerCatalog.hpp"
+#include "ProgramOptions.hpp"
 #include "Scenario.hpp"
 #include "ScenarioKeys.hpp"
 
@@ -40,6 +41,8 @@ Examples:
       A board with two faulty peers.
   boardsim --traffic leak:60
       A board on which allocations soon fail.
+  ssh -o ProxyCommand='boardsim --ssh --authorized-keys FILE' root@board
+      A login by SSH. Each connection has a new board.
   boardsim --scenario FILE
       The same board from a file. Its keys are the names of the options:
           fault = ["netfp_master=slow:300", "iwf_dispatcher=endless"]
@@ -49,7 +52,8 @@ Exit status:
   128 + N               if signal N ended COMMAND
   127, 126              if COMMAND was not found, or could not be run
   2                     if the command line or the scenario is invalid
-  3                     if no board could be started
+  3                     if no board or no SSH server could be started
+  that of the server    with --ssh
   1                     from status, if no board is running
 
 See also: boardsim(1), and docs/boardsim.md in the documentation of Korvel.
@@ -110,12 +114,13 @@ std::string options() {
         const std::string argument = key.argument.empty() ? "" : " " + std::string(key.argument);
         text += row("--" + std::string(key.name) + argument, optionHelp(key));
     }
-    text += heading("Other options");
-    text += row("--scenario FILE",
-                "a TOML file with the names of these options as keys; options override it, --without and "
-                "--fault add to it");
-    text += row("-h", "print the usage and the options");
-    return text + row("--help", "print this help: the options, the peers and their faults");
+    for (const ProgramOption& each : programOptions()) {
+        text += each.section == section ? "" : heading(each.section);
+        section = each.section;
+        const std::string argument = each.argument.empty() ? "" : " " + std::string(each.argument);
+        text += row(each.spelling() + argument, std::string(each.help));
+    }
+    return text;
 }
 
 std::string peers() {

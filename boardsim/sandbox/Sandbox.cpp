@@ -22,10 +22,11 @@ namespace {
 /// process list leave such lines out.
 constexpr const char* peersTree = "/opt/board";
 
-/// The files that programs need in the board's /etc.
+/// The files that programs need in the board's /etc. There is no group "tty", because an SSH server would
+/// give it each terminal, and root without capabilities may not.
 constexpr std::array<std::pair<const char*, std::string_view>, 4> etcFiles{{
     {"/etc/passwd", "root:x:0:0:root:/root:/bin/bash\nnobody:x:65534:65534:nobody:/:/bin/false\n"},
-    {"/etc/group", "root:x:0:\ntty:x:5:\nnogroup:x:65534:\n"},
+    {"/etc/group", "root:x:0:\nnogroup:x:65534:\n"},
     {"/etc/hosts", "127.0.0.1 localhost board\n"},
     {"/etc/hostname", "board\n"},
 }};
@@ -115,6 +116,19 @@ void addScenario(BwrapArguments& arguments, Scenario scenario) {
     arguments.addFile("--file", scenarioText(scenario), BoardPaths::scenario);
 }
 
+/// The SSH server uses files of its users only if nobody else can write to them, and refuses a shell that
+/// /etc/shells does not list.
+void addSshFiles(BwrapArguments& arguments, const SshAccess& ssh, const ProgramTree& tree) {
+    arguments.add({"--symlink", peersTree / tree.programInTree(), BoardPaths::sshServer});
+    arguments.add({"--perms", "0700", "--dir", "/root/.ssh", "--perms", "0600"});
+    arguments.addFile("--file", ssh.authorizedKeys.value_or(""), "/root/.ssh/authorized_keys");
+    arguments.addFile("--file", "/bin/bash\n", "/etc/shells");
+    arguments.add({"--dir", BoardPaths::serverKeys});
+    if (ssh.hostKey) {
+        arguments.addFile("--file", *ssh.hostKey, BoardPaths::hostKey);
+    }
+}
+
 void addEnvironment(BwrapArguments& arguments, const ProgramTree& tree) {
     const std::string path = tree.programsOnBoard().string() + ":" + tree.commandsOnBoard().string() +
                              ":/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin";
@@ -125,7 +139,7 @@ void addEnvironment(BwrapArguments& arguments, const ProgramTree& tree) {
 
 }  // namespace
 
-BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tree) {
+BwrapArguments sandboxArguments(const Scenario& scenario, const SshAccess& ssh, const ProgramTree& tree) {
     BwrapArguments arguments;
     addLimits(arguments);
     addPrograms(arguments);
@@ -133,6 +147,9 @@ BwrapArguments sandboxArguments(const Scenario& scenario, const ProgramTree& tre
     addFolders(arguments, scenario);
     addTree(arguments, tree);
     addScenario(arguments, scenario);
+    if (ssh.on) {
+        addSshFiles(arguments, ssh, tree);
+    }
     addEnvironment(arguments, tree);
     return arguments;
 }

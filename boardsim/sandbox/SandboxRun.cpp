@@ -79,10 +79,12 @@ int forwardSignals(pid_t child, const Base::UniqueFd& signals, const ControlLine
 
 }  // namespace
 
-int runInSandbox(const Scenario& scenario, std::vector<std::string> command) {
+int runInSandbox(const Scenario& scenario, const SshAccess& ssh, std::vector<std::string> command) {
     const ProgramTree tree = ProgramTree::ofThisProgram();
-    BwrapArguments arguments = sandboxArguments(scenario, tree);
-    if (command.empty()) {
+    BwrapArguments arguments = sandboxArguments(scenario, ssh, tree);
+    if (ssh.on) {
+        command = {BoardPaths::sshServer};
+    } else if (command.empty()) {
         command = {"bash", "--norc"};
         arguments.add({"--setenv", "PS1", "board# "});
     }

@@ -31,7 +31,11 @@ constexpr std::array<std::uint64_t, 2> inputRequests{TIOCSTI, TIOCLINUX};
 /// The user's keys belong to the session, which the sandbox shares.
 constexpr std::array keyCalls{SCMP_SYS(add_key), SCMP_SYS(request_key), SCMP_SYS(keyctl)};
 
+/// A login sets the user's groups, which needs a privilege. All users of a board are the user who started it.
+constexpr std::array groupCalls{SCMP_SYS(setgroups), SCMP_SYS(setgroups32)};
+
 constexpr std::uint32_t refusal = SCMP_ACT_ERRNO(EPERM);
+constexpr std::uint32_t success = SCMP_ACT_ERRNO(0);  // without doing anything
 
 void check(int result, const char* what) {
     if (result < 0) {
@@ -59,6 +63,9 @@ void addRules(const Filter& filter) {
     }
     for (const int call : keyCalls) {
         check(::seccomp_rule_add_array(filter.get(), refusal, call, 0, nullptr), "seccomp_rule_add");
+    }
+    for (const int call : groupCalls) {
+        check(::seccomp_rule_add_array(filter.get(), success, call, 0, nullptr), "seccomp_rule_add");
     }
 }
 
