@@ -30,7 +30,7 @@ _korvel_report_offer() {
 }
 
 _korvel_report() {
-    local subcommands='check show html json diff clean restore metrics add'
+    local subcommands='check show html json diff clean restore metrics add export'
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} subcommand='' word
     COMPREPLY=()
     for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do

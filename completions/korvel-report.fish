@@ -7,7 +7,7 @@ end
 
 # Whether the line has no subcommand yet.
 function __korvel_report_is_first
-    not __korvel_report_is check show html json diff clean restore metrics add
+    not __korvel_report_is check show html json diff clean restore metrics add export
 end
 
 complete -c korvel-report -s h -l help -d 'Print the help text'
@@ -22,6 +22,7 @@ complete -c korvel-report -n __korvel_report_is_first -f -a clean -d 'Copy a pac
 complete -c korvel-report -n __korvel_report_is_first -f -a restore -d 'Put addresses and names back'
 complete -c korvel-report -n __korvel_report_is_first -f -a metrics -d 'Print values for Prometheus'
 complete -c korvel-report -n __korvel_report_is_first -f -a add -d 'Add packages to a store'
+complete -c korvel-report -n __korvel_report_is_first -f -a export -d 'Write the tables of a store as CSV files'
 
 set -l identity check show html json metrics add
 set -l all $identity diff clean restore

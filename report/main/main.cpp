@@ -23,7 +23,7 @@ namespace Report {
 namespace {
 
 // In the order of the enumeration.
-constexpr std::array commands{check, show, html, json, diff, clean, restoreFile, metrics, add};
+constexpr std::array commands{check, show, html, json, diff, clean, restoreFile, metrics, add, exportTables};
 
 int troubleOf(std::optional<Command> command) {
     return command == Command::diff ? exitTroubleOfDiff : exitTrouble;

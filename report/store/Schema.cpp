@@ -73,17 +73,6 @@ bool isEmpty(SQLite::Database& database) {
            database.execAndGet("SELECT count(*) FROM sqlite_master").getInt() == 0;
 }
 
-void checkTables(SQLite::Database& database, const std::string& path) {
-    const int version = pragma(database, "user_version");
-    if (pragma(database, "application_id") != storeIdentifier || version < 1) {
-        throw StoreError(path + ": not a store of korvel-report");
-    }
-    if (version > schemaVersion) {
-        throw StoreError(path + ": version " + std::to_string(version) +
-                         " of the store is not known here; a newer korvel-report made it");
-    }
-}
-
 }  // namespace
 
 void prepareTables(SQLite::Database& database, const std::string& path) {
@@ -97,6 +86,17 @@ void prepareTables(SQLite::Database& database, const std::string& path) {
         transaction.commit();
     }
     checkTables(database, path);
+}
+
+void checkTables(SQLite::Database& database, const std::string& path) {
+    const int version = pragma(database, "user_version");
+    if (pragma(database, "application_id") != storeIdentifier || version < 1) {
+        throw StoreError(path + ": not a store of korvel-report");
+    }
+    if (version > schemaVersion) {
+        throw StoreError(path + ": version " + std::to_string(version) +
+                         " of the store is not known here; a newer korvel-report made it");
+    }
 }
 
 }  // namespace Report

@@ -16,4 +16,7 @@ constexpr int storeIdentifier = 0x4b525354;
 /// is no store, or one of a newer version. `path` is for the message.
 void prepareTables(SQLite::Database& database, const std::string& path);
 
+/// Throws StoreError as prepareTables() does. Changes nothing.
+void checkTables(SQLite::Database& database, const std::string& path);
+
 }  // namespace Report

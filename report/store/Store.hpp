@@ -33,9 +33,6 @@ public:
 private:
     class Rows;
 
-    template <typename Step>
-    auto guarded(Step step);
-
     std::string path;
     std::unique_ptr<Rows> rows;
 };

@@ -15,7 +15,7 @@ namespace Report {
 /// The arguments of a subcommand, checked as far as they can be without a package. Those that a subcommand
 /// does not take are as they are here.
 struct Arguments {
-    std::vector<std::string> files;  ///< packages, or the text of restore; "-" is standard input
+    std::vector<std::string> files;  ///< packages, the text of restore, or the directory of export
     std::string store;               ///< the first operand of the subcommands that take one
     Limits limits;
 

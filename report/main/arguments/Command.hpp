@@ -8,7 +8,18 @@
 
 namespace Report {
 
-enum class Command : std::uint8_t { check, show, html, json, diff, clean, restore, metrics, add };
+enum class Command : std::uint8_t {
+    check,
+    show,
+    html,
+    json,
+    diff,
+    clean,
+    restore,
+    metrics,
+    add,
+    exportTables
+};
 
 /// As the user writes it: "check".
 std::string_view nameOf(Command command);

@@ -91,6 +91,15 @@ constexpr std::array table{
                any,
                true,
                {addIdentity, addRules, addLimits}},
+    CommandRow{Command::exportTables,
+               "export",
+               "Write the tables of a store as CSV files.",
+               "STORE DIR",
+               "a store and a directory: STORE DIR",
+               2,
+               2,
+               true,
+               {}},
 };
 
 }  // namespace

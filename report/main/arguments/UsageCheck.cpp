@@ -73,6 +73,9 @@ void checkOperands(const CommandRow& row, const Arguments& arguments) {
     if (row.takesStore && !files.empty() && (files.front() == "-" || files.front().empty())) {
         throw UsageError("the store must be a file", row.command);
     }
+    if (row.command == Command::exportTables && files.back() == "-") {
+        throw UsageError("the tables are several files, which need a directory", row.command);
+    }
     if (std::ranges::count(files, "-") > 1) {
         throw UsageError("standard input can be read only once", row.command);
     }

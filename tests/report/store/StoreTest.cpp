@@ -1,114 +1,28 @@
-#include <chrono>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <limits>
-#include <stdexcept>
 #include <string>
-#include <system_error>
-#include <vector>
+#include <variant>
 
-#include <SQLiteCpp/Database.h>
-#include <SQLiteCpp/Statement.h>
 #include <gtest/gtest.h>
 
 #include "Schema.hpp"
 #include "Store.hpp"
-#include "StoreError.hpp"
+#include "StoreFixture.hpp"
 
 namespace {
 
 using Report::Store;
+using ReportTest::packageOf;
+using ReportTest::valueOf;
 
-Report::Value valueOf(const std::string& name, Report::Number number, const std::string& text) {
-    return {.part = "mmi/sfn/HeapStats",
-            .title = "heap",
-            .name = name,
-            .occurrence = 1,
-            .number = number,
-            .text = text};
-}
-
-Report::Value valueOf(const std::string& name, std::int64_t number) {
-    return valueOf(name, number, std::to_string(number));
-}
-
-Report::Package packageOf(const std::string& board, const std::string& sha256) {
-    Report::Package package;
-    package.source = board + ".tgz";
-    package.sha256 = sha256;
-    package.size = 4711;
-    package.board = board;
-    package.time = Report::Time(std::chrono::seconds(1'795'000'000));
-    package.kind = Report::Kind::trs;
-    package.verdict = Report::Verdict::whole;
-    return package;
-}
-
-class StoreTest : public testing::Test {
-public:
-    StoreTest() : folder(makeFolder()), path(folder / "site.db") {}
-    StoreTest(const StoreTest&) = delete;
-    StoreTest& operator=(const StoreTest&) = delete;
-    StoreTest(StoreTest&&) = delete;
-    StoreTest& operator=(StoreTest&&) = delete;
-    ~StoreTest() override { std::filesystem::remove_all(folder); }
-
+class StoreTest : public ReportTest::StoreFixture {
 protected:
-    /// Adds packages, and commits.
-    void add(const std::vector<Report::Package>& packages) const {
-        Store store(path);
-        for (const Report::Package& package : packages) {
-            EXPECT_TRUE(store.add(package));
-        }
-        store.commit();
-    }
-
-    /// The rows of a query, a line each, with bars between columns.
-    std::string rows(const std::string& query) const {
-        SQLite::Database database(path);
-        SQLite::Statement statement(database, query);
-        std::string text;
-        while (statement.executeStep()) {
-            for (int column = 0; column < statement.getColumnCount(); ++column) {
-                const SQLite::Column value = statement.getColumn(column);
-                text += (column > 0 ? "|" : "") + (value.isNull() ? "null" : value.getString());
-            }
-            text += "\n";
-        }
-        return text;
-    }
-
-    /// What opening the store refuses; the path is "STORE".
+    /// What opening the store refuses.
     std::string refusal() const {
-        try {
-            const Store store(path);
-        } catch (const Report::StoreError& error) {
-            std::string text = error.what();
-            return text.replace(text.find(path), path.size(), "STORE");
-        }
-        return "";
+        return refusalOf([this] { const Store store(storePath()); });
     }
-
-    void execute(const std::string& statement) const {
-        SQLite::Database(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE).exec(statement);
-    }
-
-    std::string storePath() const { return path; }
-
-private:
-    static std::filesystem::path makeFolder() {
-        std::string name = std::filesystem::temp_directory_path() / "korvel-store.XXXXXX";
-        if (::mkdtemp(name.data()) == nullptr) {
-            throw std::filesystem::filesystem_error("mkdtemp", name,
-                                                    std::make_error_code(std::errc::io_error));
-        }
-        return name;
-    }
-
-    std::filesystem::path folder;
-    std::string path;
 };
 
 TEST_F(StoreTest, HoldsAPackageWithItsPartsValuesAndFindings) {

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+
+#include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Exception.h>
+
+#include "StoreError.hpp"
+
+namespace Report {
+
+// Each function opens the store at a path. It waits up to a minute for another process that writes to the
+// store, and so does each later access. Throws StoreError for what is no store, and SQLite::Exception.
+
+/// Makes a store if there is none.
+SQLite::Database openToAdd(const std::string& path);
+
+/// Changes nothing, except that it undoes the unfinished writes of a process that was killed.
+SQLite::Database openToRead(const std::string& path);
+
+/// Runs a step that uses the store at `path`. Throws StoreError for an error of SQLite.
+template <typename Step>
+auto useStore(const std::string& path, Step step) {
+    try {
+        return step();
+    } catch (const SQLite::Exception& error) {
+        throw StoreError(path + ": " + error.what());
+    }
+}
+
+}  // namespace Report
