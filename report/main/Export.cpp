@@ -60,7 +60,10 @@ std::uint64_t writeTables(Tables& tables, const std::string& store, const std::s
             throw OutputError(path + ": this file is the store");
         }
         files.push_back(Output({.file = path}));
-        files.back().write([&](std::ostream& out, const TextStyle&) { rows += tables.write(table, out); });
+        files.back().write([&](std::ostream& out, const TextStyle&) {
+            rows += tables.write(table, out);
+            out.flush();  // a disk that is full must show before any file takes its name
+        });
     }
     for (Output& file : files) {
         file.finish();
