@@ -19,6 +19,7 @@ int clean(const Arguments& arguments);
 int restoreFile(const Arguments& arguments);
 int metrics(const Arguments& arguments);
 int add(const Arguments& arguments);
+int trend(const Arguments& arguments);
 int exportTables(const Arguments& arguments);
 
 /// Prints a rule for --explain, or a list of all rules if its name is empty.

@@ -96,6 +96,9 @@ Packages readAll(const Arguments& arguments, const RuleSet& rules) {
 void checkOutput(const Arguments& arguments) {
     std::vector<std::string> inputs = arguments.files;
     inputs.insert(inputs.end(), arguments.ruleFiles.begin(), arguments.ruleFiles.end());
+    if (!arguments.store.empty()) {
+        inputs.push_back(arguments.store);
+    }
     if (arguments.runFile) {
         inputs.push_back(*arguments.runFile);
     } else if (arguments.useRun) {

@@ -54,7 +54,7 @@ struct Packages {
 Packages readAll(const Arguments& arguments, const RuleSet& rules);
 
 /// Throws OutputError if --output names a file that the arguments have the program read: a package, its
-/// sidecar, a file of rules. clean and restore check more files themselves.
+/// sidecar, a store, a file of rules. clean and restore check more files themselves.
 void checkOutput(const Arguments& arguments);
 
 /// The shipped rules and those of --rules. Throws RuleError, and std::system_error for a file that cannot be

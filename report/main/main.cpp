@@ -23,7 +23,8 @@ namespace Report {
 namespace {
 
 // In the order of the enumeration.
-constexpr std::array commands{check, show, html, json, diff, clean, restoreFile, metrics, add, exportTables};
+constexpr std::array commands{check,       show,    html, json,  diff,        clean,
+                              restoreFile, metrics, add,  trend, exportTables};
 
 int troubleOf(std::optional<Command> command) {
     return command == Command::diff ? exitTroubleOfDiff : exitTrouble;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,6 +37,9 @@ struct Arguments {
     std::optional<Moment> since;
     std::optional<Moment> until;
     std::optional<TextPattern> grep;
+
+    std::size_t limit = 20;  ///< rows of a trend
+    bool asPage = false;     ///< a trend as HTML
 
     std::optional<std::string> map;
     std::optional<std::string> words;

@@ -18,6 +18,7 @@ enum class Command : std::uint8_t {
     restore,
     metrics,
     add,
+    trend,
     exportTables
 };
 

@@ -2,9 +2,12 @@
 
 #include <CLI/CLI.hpp>
 #include <chrono>
+#include <cstdint>
+#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "Names.hpp"
 #include "Quantity.hpp"
@@ -12,6 +15,9 @@
 namespace Report {
 
 namespace {
+
+constexpr const char* timeForm =
+    "a time: write '2026-11-22 02:46' (UTC), '2026-11-22T02:46:40Z' or -10m (s, m, h, d)";
 
 /// Adds an option whose value `parse` reads. `form` says what a value looks like.
 template <typename Target, typename Parse>
@@ -50,6 +56,11 @@ std::chrono::milliseconds readSeconds(const std::string& text) {
         throw std::invalid_argument("too small");
     }
     return *seconds;
+}
+
+/// 0 is for no limit.
+std::optional<std::uint64_t> parseLimit(std::string_view text) {
+    return text == "0" ? std::numeric_limits<std::uint64_t>::max() : parseCount(text);
 }
 
 TextPattern readPattern(const std::string& expression) {
@@ -147,18 +158,27 @@ void addPager(CLI::App& app, Arguments& arguments) {
 }
 
 void addChoice(CLI::App& app, Arguments& arguments) {
-    constexpr const char* time =
-        "a time: write '2026-11-22 02:46' (UTC), '2026-11-22T02:46:40Z' or -10m (s, m, h, d)";
     app.add_option("--part", arguments.part, "only this part or directory, such as mmi/sfn/HeapStats")
         ->type_name("NAME");
     app.add_flag("--log", arguments.logsOnly, "only log entries");
-    addParsed(app, "--since", "TIME", arguments.since, Moment::parse, time,
+    addParsed(app, "--since", "TIME", arguments.since, Moment::parse, timeForm,
               "only log entries from TIME on: '2026-11-22 02:46', or -10m from the package's time");
-    addParsed(app, "--until", "TIME", arguments.until, Moment::parse, time, "only log entries up to TIME");
+    addParsed(app, "--until", "TIME", arguments.until, Moment::parse, timeForm,
+              "only log entries up to TIME");
     addRead<PatternError>(
         app, "--grep", "PATTERN",
         [&arguments](const std::string& expression) { arguments.grep = readPattern(expression); },
         "only log entries and lines of text that a regular expression fits");
+}
+
+void addTrend(CLI::App& app, Arguments& arguments) {
+    app.add_option("--board", arguments.board, "only this board: the values that changed")->type_name("NAME");
+    addParsed(app, "--since", "TIME", arguments.since, Moment::parse, timeForm,
+              "only packages from TIME on: '2026-11-22 02:46', or -7d from the newest package");
+    addParsed(app, "--until", "TIME", arguments.until, Moment::parse, timeForm, "only packages up to TIME");
+    addParsed(app, "--limit", "N", arguments.limit, parseLimit, "a number, or 0 for all",
+              "at most N values; 0: all of them (default: 20)");
+    app.add_flag("--html", arguments.asPage, "make a page with plots for a browser");
 }
 
 void addCleaning(CLI::App& app, Arguments& arguments) {

@@ -27,6 +27,8 @@ void addOutput(CLI::App& app, Arguments& arguments);
 void addPager(CLI::App& app, Arguments& arguments);
 /// What is shown: --part, --log, --since, --until, --grep.
 void addChoice(CLI::App& app, Arguments& arguments);
+/// What is compared over time, and how it is shown: --board, --since, --until, --limit, --html.
+void addTrend(CLI::App& app, Arguments& arguments);
 /// --output, --map and --words.
 void addCleaning(CLI::App& app, Arguments& arguments);
 /// --map and --output.

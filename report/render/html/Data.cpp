@@ -4,10 +4,10 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
-#include <type_traits>
-#include <variant>
 
+#include "PageFrame.hpp"
 #include "Phrases.hpp"
+#include "PlotData.hpp"
 #include "SafeText.hpp"
 
 namespace Report::Html {
@@ -15,19 +15,8 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// JSON without `<`, in ASCII: nothing in it ends the element or begins a comment.
-std::string embeddable(const Json& json) {
-    const std::string text = json.dump(-1, ' ', true, Json::error_handler_t::replace);
-    std::string safe;
-    safe.reserve(text.size());
-    for (const char letter : text) {
-        if (letter == '<') {
-            safe += "\\u003c";
-        } else {
-            safe += letter;
-        }
-    }
-    return safe;
+std::string dataText(const Json& json) {
+    return embeddable(json.dump(-1, ' ', true, Json::error_handler_t::replace));
 }
 
 /// Numbers texts that occur often.
@@ -67,7 +56,7 @@ void writeEntries(std::ostream& out, const std::vector<KeptEntry>& entries, Dict
     const char* separator = "";
     for (const KeptEntry& kept : entries) {
         const std::int64_t now = kept.entry.time ? microsecondsOf(*kept.entry.time) : last;
-        out << separator << embeddable(entryData(kept, now - last, tags.numberOf(kept.entry.tag)));
+        out << separator << dataText(entryData(kept, now - last, tags.numberOf(kept.entry.tag)));
         last = now;
         separator = ",\n";
     }
@@ -82,46 +71,18 @@ Json columnData(const std::vector<DensityColumn>& columns) {
     return list;
 }
 
-Json numberData(const Number& number) {
-    return std::visit(
-        [](auto value) {
-            if constexpr (std::is_same_v<decltype(value), std::monostate>) {
-                return Json();
-            } else {
-                return Json(value);
-            }
-        },
-        number);
-}
-
-Json plotData(const TrendPlot& plot) {
-    Json lines = Json::array();
-    for (const TrendLine& line : plot.lines) {
-        Json numbers = Json::array();
-        for (const Value* const value : line.values) {
-            numbers.push_back(value == nullptr ? Json() : numberData(value->number));
-        }
-        lines.push_back({{"label", line.dispatcher}, {"numbers", std::move(numbers)}});
-    }
-    return {{"part", forTerminal(shortened(plot.part, 200))},
-            {"name", forTerminal(shortened(plot.name, 200))},
-            {"lines", std::move(lines)}};
-}
-
-Json trendData(const Trend& trend, std::size_t number) {
-    Json times = Json::array();
-    for (const View* const view : trend.packages) {
-        times.push_back(static_cast<double>(microsecondsOf(*view->package->time)) / 1e6);
-    }
-    Json plots = Json::array();
+std::vector<Plot> plotsOf(const Trend& trend) {
+    std::vector<Plot> plots;
     for (const TrendPlot& plot : trend.plots) {
-        plots.push_back(plotData(plot));
+        Plot& added = plots.emplace_back(Plot{shortened(plot.part, 200), shortened(plot.name, 200), {}});
+        for (const TrendLine& line : plot.lines) {
+            PlotLine& numbers = added.lines.emplace_back(PlotLine{line.dispatcher, {}});
+            for (const Value* const value : line.values) {
+                numbers.numbers.push_back(value == nullptr ? Number() : value->number);
+            }
+        }
     }
-    return {{"id", trendId(number)}, {"times", std::move(times)}, {"plots", std::move(plots)}};
-}
-
-void beginData(std::ostream& out, const char* identifier) {
-    out << "<script type=\"application/json\" id=\"" << identifier << "\">";
+    return plots;
 }
 
 }  // namespace
@@ -133,19 +94,23 @@ void writeTimelineData(std::ostream& out, const Timeline& timeline) {
     }
     Dictionary tags;
     beginData(out, "timeline-data");
-    out << "{\"logs\":" << embeddable(logs) << ",\n\"columns\":" << embeddable(columnData(timeline.columns))
+    out << "{\"logs\":" << dataText(logs) << ",\n\"columns\":" << dataText(columnData(timeline.columns))
         << ",\n\"entries\":[\n";
     writeEntries(out, timeline.entries, tags);
-    out << "],\n\"tags\":" << embeddable(tags.texts()) << "}</script>\n";
+    out << "],\n\"tags\":" << dataText(tags.texts()) << "}";
+    endData(out);
 }
 
 void writeTrendData(std::ostream& out, const std::vector<Trend>& trends) {
-    Json list = Json::array();
-    for (std::size_t index = 0; index < trends.size(); ++index) {
-        list.push_back(trendData(trends[index], index + 1));
+    std::vector<PlotSection> sections;
+    for (const Trend& trend : trends) {
+        PlotSection& section = sections.emplace_back(PlotSection{trendId(sections.size() + 1), {}, {}});
+        for (const View* const view : trend.packages) {
+            section.times.push_back(static_cast<double>(microsecondsOf(*view->package->time)) / 1e6);
+        }
+        section.plots = plotsOf(trend);
     }
-    beginData(out, "trend-data");
-    out << embeddable(list) << "</script>\n";
+    writePlotData(out, sections);
 }
 
 }  // namespace Report::Html

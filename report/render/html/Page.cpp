@@ -4,10 +4,10 @@
 #include <string>
 #include <utility>
 
-#include "Assets.hpp"
 #include "Data.hpp"
 #include "Differences.hpp"
 #include "Names.hpp"
+#include "PageFrame.hpp"
 #include "Phrases.hpp"
 #include "Renderers.hpp"
 #include "Sections.hpp"
@@ -38,7 +38,7 @@ struct Page {
     std::vector<Trend> trends;
     std::uint64_t textShare;
 
-    const char* script() const { return trends.empty() ? "page.js" : "page-with-plots.js"; }
+    Script script() const { return trends.empty() ? Script::page : Script::pageWithPlots; }
 };
 
 Fields contentsLink(std::string target, std::string text, std::uint64_t count,
@@ -55,21 +55,16 @@ Fields timelineLink(const Page& page) {
 }
 
 void writeHead(const Page& page, const std::string& title) {
-    fill(page.out, "head",
-         Fields{}
-             .set("scriptHash", webAssetHash(page.script()))
-             .set("styleHash", webAssetHash("page.css"))
-             .set("title", title));
-    page.out << "<style>" << webAsset("page.css") << "</style>\n";
+    writePageHead(page.out, title, page.script());
 }
 
 void writeBottom(const Page& page) {
-    fill(page.out, "bottom", Fields{});
+    writePageFooter(page.out, "the packages named above");
     writeTimelineData(page.out, page.timeline);
     if (!page.trends.empty()) {
         writeTrendData(page.out, page.trends);
     }
-    page.out << "<script>" << webAsset(page.script()) << "</script>\n</body>\n</html>\n";
+    writePageEnd(page.out, page.script());
 }
 
 void writeNested(const Page& page, const View& view);
