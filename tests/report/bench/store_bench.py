@@ -1,4 +1,4 @@
-"""Measures korvel-report add with 10,000 packages: 2,000 boards, five hours. Exits 1 if a limit is exceeded.
+"""Measures korvel-report add and export with 10,000 packages: 2,000 boards, five hours. Exits 1 if a limit is exceeded.
 
     store_bench.py BUILD
 """
@@ -29,6 +29,12 @@ def main() -> int:
                 sys.exit(f"add failed with status {usage.status}")
             table.row(f"add, 10,000 packages, {run}", usage.wall, limit, "s")
             table.row(f"add, 10,000 packages, {run}: memory", usage.memory, 32, "MiB")
+        usage = measured.run([build / "korvel-report", "export", folder / "site.db", folder / "csv"],
+                             stdout=subprocess.DEVNULL)
+        if usage.status != 0:
+            sys.exit(f"export failed with status {usage.status}")
+        table.row("export, 10,000 packages", usage.wall, 8, "s")
+        table.row("export, 10,000 packages: memory", usage.memory, 16, "MiB")
         print(f"The store has {(folder / 'site.db').stat().st_size / MIB:.1f} MiB.")
     return 0 if table.holds else 1
 

@@ -9,7 +9,6 @@ import contextlib
 import hashlib
 import io
 import math
-import re
 import sqlite3
 import subprocess
 import sys
@@ -28,6 +27,7 @@ import duckdb_program  # noqa: E402
 import many_packages  # noqa: E402
 import odd_packages  # noqa: E402
 from many_packages import BEGIN, Outlier  # noqa: E402
+from scale_page import LOAD_CSV, QUERIES, READ_PARQUET, WRITE_PARQUET  # noqa: E402
 
 Row = tuple[object, ...]
 
@@ -36,18 +36,9 @@ BOARDS = 2000 if LARGE else 40
 DAY = 86_400
 CUT = "packing was interrupted, no room was left below /ffs/run/logs, or the transfer ended early"
 ALTERED = "changed or mixed up after it was made"
-PAGE = (SOURCE / "docs/packages-at-scale.md").read_text()
 OUTLIERS = (Outlier("board-0007", "fuse/sfn/dmaStats", "transfers failed", 400),
             Outlier("board-0012", "mmi/iwf/HeapStats", "bytes in use", 30_000_000),
             Outlier("board-0003", "mmi/iwf/HeapStats", "bytes free", -3_000_000))
-
-
-def blocks(language: str) -> list[str]:
-    return re.findall(rf"^```{language}\n(.*?)^```$", PAGE, re.M | re.S)
-
-
-QUERIES = {block.splitlines()[0].removeprefix("-- "): block for block in blocks("sql")}
-LOAD, WRITE_PARQUET, READ_PARQUET = blocks("duckdb")
 
 
 def dated(package: bytes, time: int) -> bytes:
@@ -133,22 +124,20 @@ class Queries(unittest.TestCase):
             with self.subTest(title=title):
                 self.assertNotEqual(rows, [])
 
-    def assert_the_same_answers(self, prepare: str) -> None:
-        statements = [statement for statement in prepare.split(";") if statement.strip()]
-        told = duckdb_program.run([*statements, *QUERIES.values()], self.folder)[len(statements):]
+    def assert_the_same_answers(self, load: list[str]) -> None:
+        told = duckdb_program.run([*load, *QUERIES.values()], self.folder)[len(load):]
         for (title, rows), answer in zip(self.answers.items(), told, strict=True):
             with self.subTest(title=title):
                 same = len(rows) == len(answer.rows) and all(map(close, chain(*rows), chain(*answer.rows)))
-                if not same:
-                    self.assertEqual(answer.rows, rows)
+                self.assertTrue(same, f"SQLite: {rows[:20]}\nDuckDB: {answer.rows[:20]}")
 
     @unittest.skipUnless(duckdb_program.INSTALLED, duckdb_program.WHY_NOT)
     def test_have_the_same_answers_in_duckdb(self) -> None:
-        self.assert_the_same_answers(LOAD)
+        self.assert_the_same_answers(LOAD_CSV)
 
     @unittest.skipUnless(duckdb_program.INSTALLED, duckdb_program.WHY_NOT)
     def test_have_the_same_answers_from_parquet_files(self) -> None:
-        duckdb_program.run([*LOAD.split(";")[:-1], *WRITE_PARQUET.split(";")[:-1]], self.folder)
+        duckdb_program.run([*LOAD_CSV, *WRITE_PARQUET], self.folder)
         self.assert_the_same_answers(READ_PARQUET)
 
 
