@@ -27,7 +27,7 @@ import duckdb_program  # noqa: E402
 import many_packages  # noqa: E402
 import odd_packages  # noqa: E402
 from many_packages import BEGIN, Outlier  # noqa: E402
-from scale_page import LOAD_CSV, QUERIES, READ_PARQUET, WRITE_PARQUET  # noqa: E402
+from scale_page import LOAD_CSV, QUERIES, READ_PARQUET, WRITE_PARQUET, WRITE_VALUES  # noqa: E402
 
 Row = tuple[object, ...]
 
@@ -139,6 +139,16 @@ class Queries(unittest.TestCase):
     def test_have_the_same_answers_from_parquet_files(self) -> None:
         duckdb_program.run([*LOAD_CSV, *WRITE_PARQUET], self.folder)
         self.assert_the_same_answers(READ_PARQUET)
+
+    @unittest.skipUnless(duckdb_program.INSTALLED, duckdb_program.WHY_NOT)
+    def test_find_all_values_in_one_parquet_file(self) -> None:
+        question = """SELECT board, part, title, name, occurrence, count(*), min(time), max(time), count(DISTINCT value)
+                      FROM {0} GROUP BY 1, 2, 3, 4, 5 ORDER BY 1, 2, 3, 4, 5"""
+        joined = """(SELECT series.board, package.time, part, title, name, occurrence, value FROM value
+                     JOIN series ON series.id = value.series JOIN package ON package.id = value.package) AS joined"""
+        *_, told = duckdb_program.run([*LOAD_CSV, *WRITE_VALUES, question.format("'values-*.parquet'")], self.folder)
+        with contextlib.closing(sqlite3.connect(self.folder / "site.db")) as store:
+            self.assertTrue(told.rows == store.execute(question.format(joined)).fetchall())
 
 
 if __name__ == "__main__":

@@ -16,4 +16,4 @@ def statements(block: str) -> list[str]:
 
 
 QUERIES = {block.splitlines()[0].removeprefix("-- "): block for block in blocks("sql")}  # by their questions
-LOAD_CSV, WRITE_PARQUET, READ_PARQUET = map(statements, blocks("duckdb"))
+LOAD_CSV, WRITE_PARQUET, READ_PARQUET, WRITE_VALUES = map(statements, blocks("duckdb"))
