@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "CommandLine.hpp"
+#include "HelpText.hpp"
 #include "PeerCatalog.hpp"
 #include "PeerProcess.hpp"
 #include "SandboxRun.hpp"
@@ -38,8 +39,8 @@ int runBoardsim(int argc, char** argv) {
         return runStatus({argv + 2, argv + argc});
     }
     const Request request = parseCommandLine(argc, argv);
-    if (request.help != nullptr) {
-        std::cout << request.help();
+    if (request.help != Help::none) {
+        std::cout << (request.help == Help::full ? helpText() : shortHelpText());
         return EXIT_SUCCESS;
     }
     return runInSandbox(request.scenario, request.ssh, request.command);

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "HelpText.hpp"
 #include "ScenarioFile.hpp"
 #include "UserFile.hpp"
 
@@ -29,9 +28,9 @@ constexpr std::array options{
                   "override it, --without and --fault add to it",
                   [](Request& r, const std::string& v) { loadScenario(v, r.scenario); }},
     ProgramOption{"h", otherSection, "", "print the usage and the options",
-                  [](Request& r, const std::string&) { r.help = shortHelpText; }},
+                  [](Request& r, const std::string&) { r.help = Help::brief; }},
     ProgramOption{"help", otherSection, "", "print this help: the options, the peers and their faults",
-                  [](Request& r, const std::string&) { r.help = helpText; }},
+                  [](Request& r, const std::string&) { r.help = Help::full; }},
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -8,9 +9,11 @@
 
 namespace Boardsim {
 
+enum class Help : std::uint8_t { none, brief, full };
+
 /// The parsed command line.
 struct Request {
-    std::string (*help)() = nullptr;  ///< the help text to print; null: run a board
+    Help help = Help::none;  ///< the help text to print; none: run a board
     Scenario scenario;
     SshAccess ssh;
     std::vector<std::string> command;  ///< empty: a shell, or the SSH server

@@ -6,6 +6,7 @@
 
 #include "HelpText.hpp"
 #include "PeerCatalog.hpp"
+#include "ProgramOptions.hpp"
 #include "ScenarioKeys.hpp"
 
 using Boardsim::FaultGroup;
@@ -13,6 +14,8 @@ using Boardsim::FaultKind;
 using Boardsim::helpText;
 using Boardsim::peerCatalog;
 using Boardsim::PeerEntry;
+using Boardsim::ProgramOption;
+using Boardsim::programOptions;
 using Boardsim::ScenarioKey;
 using Boardsim::scenarioKeys;
 using Boardsim::shortHelpText;
@@ -42,16 +45,20 @@ TEST(HelpTextTest, HasARowForEachOption) {
         EXPECT_THAT(helpText(), hasRow("  --" + std::string(key.name) + argument));
         EXPECT_FALSE(key.help.empty()) << key.name;
     }
-    EXPECT_THAT(helpText(), hasRow("  --scenario FILE"));
-    EXPECT_THAT(helpText(), hasRow("  -h"));
-    EXPECT_THAT(helpText(), hasRow("  --help"));
+    for (const ProgramOption& option : programOptions()) {
+        const std::string argument = option.argument.empty() ? "" : " " + std::string(option.argument);
+        EXPECT_THAT(helpText(), hasRow("  " + option.spelling() + argument));
+        EXPECT_FALSE(option.help.empty()) << option.name;
+    }
 }
 
 TEST(HelpTextTest, HasEachOptionInItsShortFormToo) {
     for (const ScenarioKey& key : scenarioKeys()) {
         EXPECT_THAT(shortHelpText(), testing::HasSubstr("\n  --" + std::string(key.name)));
     }
-    EXPECT_THAT(shortHelpText(), hasRow("  --scenario FILE"));
+    for (const ProgramOption& option : programOptions()) {
+        EXPECT_THAT(shortHelpText(), testing::HasSubstr("\n  " + option.spelling()));
+    }
     EXPECT_THAT(shortHelpText(), testing::Not(testing::HasSubstr("Faults of")));
 }
 
