@@ -5,12 +5,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/lib/progress.sh
 . scripts/lib/progress.sh
-
-build() {
-    CMAKE_GENERATOR=Ninja cmake -B build -DKORVEL_BOARDSIM=ON -DKORVEL_REPORT=ON && cmake --build build
-}
-
-section() { printf '\n== %s\n' "$*"; }
+# shellcheck source=scripts/lib/demo.sh
+. scripts/lib/demo.sh
 
 # on_board [OPTION...] -- [NOTE COMMAND]...
 # Runs the commands on one board, which boardsim's options describe. Shows each as if it were typed there.
@@ -75,12 +71,6 @@ show_everything() {
         'tail -n 2 /tmp/korvel/archive/*/runtime.log'
 }
 
-# on_host NOTE COMMAND: runs a command on this machine, and shows it as if it were typed here.
-on_host() {
-    printf '\n# %s\n$ %s\n' "$1" "$2"
-    eval "$2"
-}
-
 # The words in single quotes are commands.
 # shellcheck disable=SC2016
 read_package() {
@@ -114,7 +104,7 @@ END
 }
 
 scripts/setup.sh build board report
-with_progress build/demo.log "Building Korvel, the simulated board and the reader of packages" build
+build_everything build/demo.log
 show_everything
 read_package
 next_steps
