@@ -42,8 +42,8 @@ check_formatting() {
 }
 
 check_scripts() {
-    shellcheck .ci/run scripts/*.sh scripts/lib/*.sh systemd/libexec/* boardsim/commands/fp_linux_log_collect \
-        completions/*.bash tests/support/privileged/*
+    shellcheck .ci/run scripts/*.sh scripts/lib/*.sh systemd/libexec/* fleet/job.sh \
+        boardsim/commands/fp_linux_log_collect completions/*.bash tests/support/privileged/*
 }
 
 # build PRESET [cmake option...]

@@ -11,8 +11,8 @@ from pathlib import Path
 SOURCE = Path(os.environ["KORVEL_SOURCE"])
 BUILD = Path(os.environ["KORVEL_BUILD"])
 
-# The recipe does not build the reader of packages.
-NOT_ON_A_BOARD = "korvel-report"
+# The recipe does not build what reads packages and asks many boards.
+NOT_ON_A_BOARD = re.compile("korvel-(report|fleet)")
 
 # The values of BitBake's folder variables in an installation below /usr.
 FOLDERS = {
@@ -53,7 +53,7 @@ def installed_files() -> list[str]:
         command = ["cmake", "--install", BUILD, "--prefix", "/usr"]
         subprocess.run(command, env=os.environ | {"DESTDIR": root}, capture_output=True, check=True)
         files = sorted("/" + str(path.relative_to(root)) for path in Path(root).rglob("*") if not path.is_dir())
-        return [file for file in files if NOT_ON_A_BOARD not in file]
+        return [file for file in files if not NOT_ON_A_BOARD.search(file)]
 
 
 def matches(entry: str, file: str) -> bool:

@@ -1,0 +1,16 @@
+#!/usr/bin/python3
+"""Starts korvel-fleet. Its modules are in ../share/korvel-fleet, so the installation can be moved as a whole."""
+
+import sys
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent / "@modules@"))
+try:
+    import ClusterShell  # noqa: F401
+except ImportError:
+    print("korvel-fleet: ClusterShell is not installed; on Debian, it is the package clustershell", file=sys.stderr)
+    sys.exit(3)
+
+from korvel_fleet.cli import main  # noqa: E402
+
+sys.exit(main())

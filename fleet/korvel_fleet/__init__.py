@@ -1,0 +1,3 @@
+"""korvel-fleet: asks many boards at once."""
+
+VERSION = "@PROJECT_VERSION@"

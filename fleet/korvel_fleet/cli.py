@@ -1,0 +1,123 @@
+"""The command line of korvel-fleet."""
+
+import argparse
+import os
+import shlex
+import shutil
+import sys
+from collections.abc import Callable
+from typing import NoReturn
+
+from korvel_fleet import VERSION
+from korvel_fleet.collect import collect
+from korvel_fleet.errors import Trouble, WrongUsage
+from korvel_fleet.texts import visible
+
+PACKAGES = ("pkg", "pkg-trs", "pkg-sup", "pkg-pm", "pkg-sdown")
+FANOUT = 64
+TROUBLE = 3
+
+
+class _Parser(argparse.ArgumentParser):
+    def error(self, message: str) -> NoReturn:
+        raise WrongUsage(f"{message}\nTry '{self.prog} --help'.")
+
+
+def positive(text: str) -> int:
+    number = int(text) if text.isascii() and text.isdigit() else 0
+    if number <= 0:
+        raise argparse.ArgumentTypeError(f"not a number above 0: '{text}'")
+    return number
+
+
+def seconds(text: str) -> float:
+    try:
+        number = float(text)
+    except ValueError:
+        number = 0
+    if not 0 < number < 1e6:
+        raise argparse.ArgumentTypeError(f"not a number of seconds above 0: '{text}'")
+    return number
+
+
+def size(text: str) -> int:
+    factor = {"K": 1 << 10, "M": 1 << 20, "G": 1 << 30}.get(text[-1:].upper())
+    return positive(text[:-1]) * factor if factor else positive(text)
+
+
+def ssh_command(text: str) -> list[str]:
+    try:
+        words = shlex.split(text)
+    except ValueError as error:
+        raise argparse.ArgumentTypeError(f"wrong quotes: '{text}'") from error
+    if not words or shutil.which(words[0]) is None:
+        raise argparse.ArgumentTypeError(f"no such program: '{words[0] if words else ''}'")
+    return words
+
+
+def interfaces(text: str) -> list[str]:
+    names = text.split(",")
+    if not all(names):
+        raise argparse.ArgumentTypeError(f"an empty name of an interface: '{text}'")
+    return names
+
+
+def _add_boards(parser: argparse.ArgumentParser, timeout: float) -> None:
+    parser.add_argument("-w", dest="nodes", metavar="NODES", action="append", required=True,
+                        help="the boards, as a node set: 'board[1-32]', '@racks'; may be repeated")
+    parser.add_argument("-x", dest="exclude", metavar="NODES", action="append", default=[],
+                        help="boards to leave out; may be repeated")
+    parser.add_argument("--fanout", metavar="N", type=positive, default=FANOUT,
+                        help=f"ask at most N boards at the same time (default: {FANOUT})")
+    parser.add_argument("--timeout", metavar="SECONDS", type=seconds, default=timeout,
+                        help=f"give a board this time for its answer (default: {timeout:g})")
+    parser.add_argument("--ssh", metavar="COMMAND", type=ssh_command, default=["ssh"],
+                        help="the ssh command, with options such as 'ssh -F FILE' (default: ssh)")
+
+
+def _add_port(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument("--port", metavar="IF,...", type=interfaces, default=[],
+                        help="also ask for the switch ports of these interfaces")
+
+
+def _add_collect(parser: argparse.ArgumentParser) -> None:
+    _add_boards(parser, 300)
+    parser.add_argument("-o", dest="output", metavar="DIR", required=True, help="the directory for the packages")
+    parser.add_argument("--package", metavar="KEYWORD", choices=PACKAGES, default="pkg-pm",
+                        help="the kind of package: " + ", ".join(PACKAGES) + " (default: pkg-pm)")
+    _add_port(parser)
+    parser.add_argument("--resume", action="store_true", help="ask only boards without a whole package in DIR")
+    parser.add_argument("--max-bytes", metavar="SIZE", type=size, default=64 << 20,
+                        help="refuse larger packages; SIZE is in bytes, or ends in K, M or G (default: 64M)")
+
+
+SUBCOMMANDS: dict[str, tuple[Callable[[argparse.Namespace], int], Callable[[argparse.ArgumentParser], None], str]] = {
+    "collect": (collect, _add_collect, "Collect a package from each board."),
+}
+
+
+def _parser() -> argparse.ArgumentParser:
+    parser = _Parser(prog="korvel-fleet", allow_abbrev=False,
+                     description="Asks many boards at once, over ssh.")
+    parser.add_argument("--version", action="version", version=f"korvel-fleet {VERSION}")
+    subparsers = parser.add_subparsers(metavar="SUBCOMMAND", required=True, parser_class=_Parser)
+    for name, (run, add_arguments, text) in SUBCOMMANDS.items():
+        subparser = subparsers.add_parser(name, help=text, description=text, allow_abbrev=False)
+        add_arguments(subparser)
+        subparser.set_defaults(run=run)
+    return parser
+
+
+def main() -> int:
+    try:
+        arguments = _parser().parse_args()
+        status = arguments.run(arguments)
+        sys.stdout.flush()
+        return status
+    except (WrongUsage, Trouble) as error:
+        print(f"korvel-fleet: {visible(str(error))}", file=sys.stderr)
+    except BrokenPipeError:
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+    except OSError as error:
+        print(f"korvel-fleet: {error}", file=sys.stderr)
+    return TROUBLE

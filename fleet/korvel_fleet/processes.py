@@ -1,0 +1,168 @@
+"""Many processes at once, started and read by ClusterShell's engine.
+
+ClusterShell's own workers read lines. A board also sends a package, so the workers here pass on bytes as they come, and
+keep nothing of them.
+"""
+
+import ctypes
+import functools
+import os
+import signal
+import time
+from collections.abc import Callable
+from dataclasses import dataclass
+from typing import Protocol
+
+from ClusterShell.Engine.Engine import FANOUT_DEFAULT, FANOUT_UNLIMITED
+from ClusterShell.NodeSet import NodeSet
+from ClusterShell.Task import Task, task_self
+from ClusterShell.Worker.EngineClient import EngineClientEOF
+from ClusterShell.Worker.Exec import ExecClient, ExecWorker
+from ClusterShell.Worker.fastsubprocess import PIPE, Popen
+
+# A process that closed its outputs is given this time to end.
+SECONDS_TO_END = 1.0
+PR_SET_PDEATHSIG = 1
+CHUNK = 1 << 16
+SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
+
+_libc = ctypes.CDLL(None)
+
+
+class Conversation(Protocol):
+    """What is done with the output of one process."""
+
+    def received(self, data: bytes) -> bool:
+        """Takes standard output. False ends the process: nothing more is wanted of it."""
+
+    def complained(self, data: bytes) -> None:
+        """Takes standard error."""
+
+    def ended(self, status: int | None) -> None:
+        """Takes the exit status, negative for a signal, and None after the timeout."""
+
+
+@dataclass(frozen=True)
+class Command:
+    """A command line, and the file that is its standard input."""
+
+    words: list[str]
+    stdin: str = os.devnull
+
+
+class Interrupted(Exception):
+    """A signal asked korvel-fleet to end. All processes have ended."""
+
+    def __init__(self, signal_number: int) -> None:
+        super().__init__(signal.Signals(signal_number).name)
+        self.signal_number = signal_number
+
+
+def _prepare_child(parent: int) -> None:
+    """In a new process: a session of its own, so that it can be ended with its children and asks no terminal for a
+    password. The kernel ends it with korvel-fleet.
+    """
+    os.setsid()
+    _libc.prctl(PR_SET_PDEATHSIG, signal.SIGKILL)
+    if os.getppid() != parent:
+        os._exit(1)
+    signal.signal(signal.SIGPIPE, signal.SIG_DFL)  # Python ignores the signal
+
+
+class _Child(ExecClient):
+    """One process of the engine."""
+
+    def _start(self) -> "_Child":
+        self.conversation: Conversation | None = self.worker.begin(self.key)
+        command = self.worker.command_of(self.key)
+        stdin = os.open(command.stdin, os.O_RDONLY | os.O_CLOEXEC)
+        try:
+            self.popen = Popen(command.words, stdin=stdin, stdout=PIPE, stderr=PIPE,
+                               preexec_fn=functools.partial(_prepare_child, os.getpid()))
+        finally:
+            os.close(stdin)
+        self.streams.set_reader(self.worker.SNAME_STDOUT, self.popen.stdout)
+        self.streams.set_reader(self.worker.SNAME_STDERR, self.popen.stderr)
+        return self
+
+    def _handle_read(self, sname: str) -> None:
+        data = os.read(self.streams[sname].fd, CHUNK)
+        if not data:
+            raise EngineClientEOF()
+        self._set_reading(sname)
+        if sname == self.worker.SNAME_STDERR:
+            self.conversation.complained(data)
+        elif not self.conversation.received(data):
+            self.abort()
+
+    def _close(self, abort: bool, timeout: bool) -> None:
+        status = self._end(at_once=abort)
+        self.streams.clear()
+        self.invalidate()
+        # The worker keeps this object until all processes have ended; what belongs to this one is dropped now.
+        conversation, self.conversation, self.popen = self.conversation, None, None
+        if not self.worker.is_stopped():
+            conversation.ended(None if timeout else status)
+        self.worker._check_fini()
+
+    def _end(self, at_once: bool) -> int:
+        """Ends the process and its children. The process stays a zombie until its children got the signal, so its
+        number cannot belong to others.
+        """
+        deadline = time.monotonic() + (0 if at_once else SECONDS_TO_END)
+        flags = os.WEXITED | os.WNOWAIT | os.WNOHANG
+        while os.waitid(os.P_PID, self.popen.pid, flags) is None and time.monotonic() < deadline:
+            time.sleep(0.002)
+        for kill in (os.killpg, os.kill):  # it has no group of its own until it called setsid()
+            try:
+                kill(self.popen.pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+        return self.popen.wait()
+
+
+class _Children(ExecWorker):
+    """The processes of many boards."""
+
+    SHELL_CLASS = _Child
+
+    def __init__(self, names: NodeSet, begin: Callable[[str], Conversation], command_of: Callable[[str], Command],
+                 timeout: float, is_stopped: Callable[[], bool]) -> None:
+        self.begin = begin
+        self.command_of = command_of
+        self.is_stopped = is_stopped
+        super().__init__(names, handler=None, timeout=timeout, command=" ", stderr=True)
+
+
+class Processes:
+    """Starts processes and reads their output, until all have ended."""
+
+    def __init__(self, fanout: int) -> None:
+        self._task: Task = task_self()
+        self._task.set_info("fanout", fanout)
+        self._stopped = False
+
+    def add(self, names: NodeSet, begin: Callable[[str], Conversation], command_of: Callable[[str], Command],
+            timeout: float, *, counts: bool = True) -> None:
+        """Adds a process for each name. At most `fanout` of those that count run at the same time. May be called
+        while run() runs.
+        """
+        worker = _Children(names, begin, command_of, timeout, lambda: self._stopped)
+        worker._fanout = FANOUT_DEFAULT if counts else FANOUT_UNLIMITED
+        self._task.schedule(worker)
+
+    def run(self) -> None:
+        """Runs until all processes have ended. A signal ends them all at once, and raises Interrupted."""
+        handlers = {number: signal.signal(number, self._stop) for number in SIGNALS}
+        try:
+            self._task.run()
+        finally:
+            self._stopped = True
+            self._task.abort()
+            for number, handler in handlers.items():
+                signal.signal(number, handler)
+
+    def _stop(self, number: int, _frame: object) -> None:
+        if not self._stopped:
+            self._stopped = True
+            raise Interrupted(number)

@@ -1,0 +1,39 @@
+"""The result of each board."""
+
+from collections.abc import Iterable
+from dataclasses import asdict, dataclass, field
+from typing import Any
+
+from ClusterShell.NodeSet import NodeSet
+
+
+@dataclass(slots=True)
+class BoardResult:
+    """What became of one board. The names of the fields are the keys in summary.json."""
+
+    board: str
+    state: str  # whole, incomplete, cut, refused, failed or not asked
+    cause: str | None = None  # None for a whole package
+    evidence: str | None = None  # the message behind the cause
+    verdict: str | None = None  # that of korvel-report, if a package arrived
+    file: str | None = None  # the package, in the folder of summary.json
+    sha256: str | None = None
+    size: int | None = None  # bytes
+    package_time: str | None = None  # when the package was made, by the board's clock
+    began: str | None = None  # by the clock here
+    ended: str | None = None
+    findings: dict[str, int] = field(default_factory=dict)  # number by severity
+    probes: dict[str, str] = field(default_factory=dict)
+
+    def as_json(self) -> dict[str, Any]:
+        return asdict(self)
+
+
+def folded_causes(results: Iterable[BoardResult]) -> list[tuple[NodeSet, str]]:
+    """The boards of each cause, the most frequent first."""
+    boards: dict[str, list[str]] = {}
+    for result in results:
+        if result.cause is not None:
+            boards.setdefault(result.cause, []).append(result.board)
+    return sorted(((NodeSet.fromlist(names), cause) for cause, names in boards.items()),
+                  key=lambda item: (-len(item[0]), str(item[0])))
