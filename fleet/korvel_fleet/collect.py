@@ -28,8 +28,9 @@ class CollectRun:
         self._arguments = arguments
         self._boards = boards_of(arguments.nodes, arguments.exclude)
         self._processes = Processes(arguments.fanout)
-        self._judges = Judges(self._processes, find_program(), arguments.package)
+        program = find_program()
         self._folder = Folder(Path(arguments.output))
+        self._judges = Judges(self._processes, program, arguments.package, self._folder.sync)
         self._results: dict[str, BoardResult] = {}
         self._earlier = {result.board: result for result in self._read_earlier()}
 
@@ -78,7 +79,7 @@ class CollectRun:
         if earlier and earlier.state == "whole" and earlier.sha256 == checksum:
             self._results[board] = earlier
         else:
-            self._judges.judge(board, package, lambda verdict: self._take_recalled(board, package, verdict))
+            self._judges.judge(package, lambda verdict: self._take_recalled(board, package, verdict))
 
     def _take_recalled(self, board: str, package: Path, verdict: Verdict) -> None:
         self._results[board] = BoardResult(

@@ -76,7 +76,7 @@ class Collection:
             self._cause = self._cause_of_the_job() or "korvel made no package"
             self._finish()
         else:
-            self._plan.judges.judge(self._result.board, self._arrival.package, self._take_verdict)
+            self._plan.judges.judge(self._arrival.package, self._take_verdict)
 
     def _cause_of_the_job(self) -> str | None:
         return JOB_CAUSES["no-room"] if self._has_no_room() else JOB_CAUSES.get(self._stream.failure or "")

@@ -1,29 +1,25 @@
 """What korvel-report says of a package: verdict, cause and findings."""
 
+import functools
 import json
 import os
 import shutil
 import sys
 from collections import deque
-from collections.abc import Callable
+from collections.abc import Callable, Sequence
 from dataclasses import dataclass, field
 from pathlib import Path
+from typing import Any
 
 from ClusterShell.NodeSet import NodeSet
 
 from korvel_fleet.errors import Trouble
 from korvel_fleet.processes import Command, Processes
-from korvel_fleet.texts import decoded, one_line
+from korvel_fleet.texts import Tail, one_line
 
-SECONDS = 60  # korvel-report itself stops after ten seconds of processor time
+BATCH = 32  # korvel-report needs longer to read its rules than to read a package
+SECONDS = 20  # for each package; korvel-report itself stops after ten seconds of processor time
 MAX_LINE = 8 * 1024 * 1024
-
-# `korvel-report json` writes each package, part, finding, value and log entry on a line of its own. So this program
-# reads a line at a time, and stops before the values and logs.
-_PACKAGE = b'{"source":'
-_FINDING = b'{"rule":'
-_PART = b'{"name":'
-_VALUES = b'"values":['
 
 
 @dataclass
@@ -54,88 +50,140 @@ def find_program() -> str:
     return program
 
 
-def command_line(program: str, keyword: str, package: Path) -> Command:
-    return Command([program, "json", "--kind", keyword, str(package)])
+def command_line(program: str, keyword: str, packages: Sequence[Path]) -> Command:
+    return Command([program, "json", "--kind", keyword, *(str(package.absolute()) for package in packages)])
 
 
-class Reader:
-    """Reads the lines of `korvel-report json` as they come."""
+class JsonLines:
+    """Reads `korvel-report json` while it arrives: the document has a line for each package, part, finding, value and
+    log entry. Packages inside packages are skipped: they could pretend to be those of other boards.
+    """
 
-    def __init__(self, take: Callable[[Verdict], None]) -> None:
-        self.verdict = Verdict()
-        self.errors = b""
-        self._take_result = take
+    def __init__(self) -> None:
+        self.verdicts: list[Verdict] = []  # in the order of the command line
+        self.complete = 0  # the number of verdicts that are complete
         self._rest = b""
-        self._known = False
+        self._depth = 0
+        self._between_packages = True
 
-    def received(self, data: bytes) -> bool:
-        """False once all was read that is needed, or if a line is too long."""
+    def feed(self, data: bytes) -> bool:
+        """False if a line is too long."""
         lines = (self._rest + data).split(b"\n")
         self._rest = lines.pop()
-        return all(self._take(line) for line in lines) and len(self._rest) <= MAX_LINE
+        for line in lines:
+            if self._between_packages:
+                self._enter(line)
+            else:
+                self._take(line)
+        return len(self._rest) <= MAX_LINE
+
+    def _enter(self, line: bytes) -> None:
+        if line.startswith(b'{"source":'):
+            self._between_packages = False
+            if self._depth == 0:
+                self.verdicts.append(self._verdict(json.loads(line.rstrip(b",") + b"}")))
+        elif line.startswith(b"]") and self._depth > 0:
+            self._depth -= 1
+            self._leave()
+
+    def _take(self, line: bytes) -> None:
+        if line.startswith(b'"nested":[]'):
+            self._leave()
+        elif line.startswith(b'"nested":['):
+            self._depth += 1
+            self._between_packages = True
+        elif self._depth == 0:
+            self._take_part_or_finding(line)
+
+    def _leave(self) -> None:
+        self._between_packages = True
+        self.complete += self._depth == 0
+
+    def _take_part_or_finding(self, line: bytes) -> None:
+        verdict = self.verdicts[-1]
+        if line.startswith(b'{"rule":'):
+            severity = json.loads(line.rstrip(b","))["severity"]
+            verdict.findings[severity] = verdict.findings.get(severity, 0) + 1
+        elif line.startswith(b'{"name":') and not verdict.cause and not verdict.is_whole:
+            # The object goes on in later lines.
+            part = json.loads(line.partition(b',"evidence":')[0] + b"}")
+            if part["expected"] and part["state"] != "present":
+                verdict.cause = one_line(f"{part['name']} {part['state']}: {part['cause'] or 'cause unknown'}")
+
+    @staticmethod
+    def _verdict(package: dict[str, Any]) -> Verdict:
+        contents = package["sidecar"]["contents"] or {"probes": []}
+        return Verdict(
+            verdict=package["verdict"], cause=one_line(package["cause"] or package["reason"] or ""),
+            board=package["board"], run_file=package["sidecar"]["state"], sha256=package["sha256"],
+            size=package["size"], time=package["time"],
+            probes={one_line(probe["name"]): one_line(probe["result"]) for probe in contents["probes"]})
+
+
+@dataclass(frozen=True)
+class Case:
+    """A package to be judged, and who wants to know."""
+
+    package: Path
+    take: Callable[[Verdict], None]
+
+
+class _Session:
+    """One run of korvel-report."""
+
+    def __init__(self, done: Callable[[list[Verdict], str], None]) -> None:
+        self._done = done
+        self._lines = JsonLines()
+        self._errors = Tail()
+
+    def received(self, data: bytes) -> bool:
+        return self._lines.feed(data)
 
     def complained(self, data: bytes) -> None:
-        self.errors = (self.errors + data)[:4096]
+        self._errors.add(data)
 
     def ended(self, _status: int | None) -> None:
-        if not self._known:
-            self.verdict.cause = f"korvel-report failed: {one_line(decoded(self.errors)) or 'no output'}"
-        self._take_result(self.verdict)
-
-    def _take(self, line: bytes) -> bool:
-        if line.startswith(_PACKAGE) and not self._known:
-            self._take_package(json.loads(line.rstrip(b",") + b"}"))
-        elif line.startswith(_PART) and not self.verdict.cause and not self.verdict.is_whole:
-            self._take_part(line)
-        elif line.startswith(_FINDING):
-            severity = json.loads(line.rstrip(b","))["severity"]
-            self.verdict.findings[severity] = self.verdict.findings.get(severity, 0) + 1
-        return not line.startswith(_VALUES)
-
-    def _take_package(self, package: dict) -> None:
-        self._known = True
-        verdict = self.verdict
-        for name in ("verdict", "board", "sha256", "size", "time"):
-            setattr(verdict, name, package[name])
-        verdict.cause = one_line(package["cause"] or package["reason"] or "")
-        verdict.run_file = package["sidecar"]["state"]
-        contents = package["sidecar"]["contents"] or {"probes": []}
-        verdict.probes = {one_line(probe["name"]): one_line(probe["result"]) for probe in contents["probes"]}
-
-    def _take_part(self, line: bytes) -> None:
-        """The first part that is not as it should be is the cause. The object goes on in later lines."""
-        head = line.partition(b',"evidence":')[0]
-        part = json.loads(head + b"}")
-        if part["expected"] and part["state"] != "present":
-            self.verdict.cause = one_line(f"{part['name']} {part['state']}: {part['cause'] or 'cause unknown'}")
+        self._done(self._lines.verdicts[:self._lines.complete], self._errors.last_line())
 
 
 class Judges:
-    """Runs korvel-report for packages while others still arrive: as many at once as there are processors."""
+    """Runs korvel-report for packages while others still arrive: as many at once as there are processors, each for all
+    packages that wait. `sync` is called before the verdicts of a run are handed out.
+    """
 
-    def __init__(self, processes: Processes, program: str, keyword: str) -> None:
+    def __init__(self, processes: Processes, program: str, keyword: str, sync: Callable[[], None]) -> None:
         self._processes = processes
         self._program = program
         self._keyword = keyword
+        self._sync = sync
         self._free = os.cpu_count() or 1
-        self._waiting: deque[tuple[str, Path, Callable[[Verdict], None]]] = deque()
+        self._waiting: deque[Case] = deque()
 
-    def judge(self, board: str, package: Path, take: Callable[[Verdict], None]) -> None:
+    def judge(self, package: Path, take: Callable[[Verdict], None]) -> None:
         """Calls `take` with the verdict, later."""
-        self._waiting.append((board, package, take))
-        self._start()
+        self._waiting.append(Case(package, take))
+        self._start(BATCH)
 
-    def _start(self) -> None:
+    def _start(self, most: int) -> None:
         while self._free and self._waiting:
             self._free -= 1
-            board, package, take = self._waiting.popleft()
+            cases = [self._waiting.popleft() for _ in range(min(most, len(self._waiting)))]
+            command = command_line(self._program, self._keyword, [case.package for case in cases])
             self._processes.add(
-                NodeSet(board),
-                begin=lambda _: Reader(lambda verdict, take=take: self._take(take, verdict)),
-                command_of=lambda _, package=package: command_line(self._program, self._keyword, package),
-                timeout=SECONDS, counts=False)
+                NodeSet("korvel-report"),
+                begin=lambda _, cases=cases: _Session(functools.partial(self._hand_out, cases)),
+                command_of=lambda _, command=command: command, timeout=SECONDS * len(cases), counts=False)
 
-    def _take(self, take: Callable[[Verdict], None], verdict: Verdict) -> None:
+    def _hand_out(self, cases: list[Case], verdicts: list[Verdict], error: str) -> None:
+        """Packages after one that korvel-report cannot cope with are judged again, each for itself."""
         self._free += 1
-        take(verdict)
-        self._start()
+        self._sync()
+        for case, verdict in zip(cases, verdicts):
+            case.take(verdict)
+        left = cases[len(verdicts):]
+        if len(cases) == 1 and left:
+            left[0].take(Verdict(cause=f"korvel-report failed: {error or 'no result'}"))
+        elif left:
+            self._waiting.extendleft(reversed(left))
+            self._start(1)
+        self._start(BATCH)
