@@ -292,7 +292,7 @@ probe_board() {
 }
 
 run_command() {
-    need_korvel
+    command -v korvel > /dev/null || exit 127
     exec korvel "$@"
 }
 

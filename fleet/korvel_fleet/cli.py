@@ -11,6 +11,9 @@ from typing import NoReturn
 from korvel_fleet import VERSION
 from korvel_fleet.collect import collect
 from korvel_fleet.errors import Trouble, WrongUsage
+from korvel_fleet.probe import probe
+from korvel_fleet.run import run
+from korvel_fleet.status import status
 from korvel_fleet.texts import visible
 
 PACKAGES = ("pkg", "pkg-trs", "pkg-sup", "pkg-pm", "pkg-sdown")
@@ -87,12 +90,36 @@ def _add_collect(parser: argparse.ArgumentParser) -> None:
                         help="the kind of package: " + ", ".join(PACKAGES) + " (default: pkg-pm)")
     _add_port(parser)
     parser.add_argument("--resume", action="store_true", help="ask only boards without a whole package in DIR")
-    parser.add_argument("--max-bytes", metavar="SIZE", type=size, default=64 << 20,
-                        help="refuse larger packages; SIZE is in bytes, or ends in K, M or G (default: 64M)")
+    _add_max_bytes(parser, "64M", "refuse larger packages")
+
+
+def _add_max_bytes(parser: argparse.ArgumentParser, default: str, text: str) -> None:
+    parser.add_argument("--max-bytes", metavar="SIZE", type=size, default=default,
+                        help=f"{text}; SIZE is in bytes, or ends in K, M or G (default: {default})")
+
+
+def _add_run(parser: argparse.ArgumentParser) -> None:
+    _add_boards(parser, 60)
+    _add_max_bytes(parser, "1M", "end a board that prints more")
+    parser.add_argument("words", metavar="ARGUMENT", nargs="+", help="the arguments of korvel, after --")
+
+
+def _add_probe(parser: argparse.ArgumentParser) -> None:
+    _add_boards(parser, 60)
+    _add_port(parser)
+
+
+def _add_status(parser: argparse.ArgumentParser) -> None:
+    parser.add_argument("folder", metavar="DIR", help="the directory of the packages")
+    parser.add_argument("--metrics", metavar="FILE",
+                        help="write FILE for the textfile collector of node_exporter, and print nothing")
 
 
 SUBCOMMANDS: dict[str, tuple[Callable[[argparse.Namespace], int], Callable[[argparse.ArgumentParser], None], str]] = {
     "collect": (collect, _add_collect, "Collect a package from each board."),
+    "run": (run, _add_run, "Run a command line of korvel on each board."),
+    "probe": (probe, _add_probe, "Tell how the boards are: heartbeats, ports, platform."),
+    "status": (status, _add_status, "Tell what a directory of collected packages holds."),
 }
 
 

@@ -1,7 +1,6 @@
 """korvel-fleet collect: a package from each board."""
 
 import secrets
-import sys
 from argparse import Namespace
 from pathlib import Path
 
@@ -17,7 +16,7 @@ from korvel_fleet.judge import Judges, Verdict, find_program
 from korvel_fleet.page import page_lines
 from korvel_fleet.processes import Interrupted, Processes
 from korvel_fleet.progress import Progress
-from korvel_fleet.results import BoardResult, folded_causes
+from korvel_fleet.results import BoardResult, print_results
 from korvel_fleet.ssh import command_line
 
 
@@ -57,10 +56,8 @@ class CollectRun:
             signal_number = interruption.signal_number
         self._progress.clear()
         self._write()
-        self._print()
-        if signal_number is not None:
-            return 128 + signal_number
-        return 0 if all(result.state == "whole" for result in self._results.values()) else 1
+        status = print_results(self._results.values(), self._folder.path)
+        return status if signal_number is None else 128 + signal_number
 
     def _whole_boards(self) -> NodeSet:
         """The boards whose packages are already there. Without --resume, there must be none."""
@@ -100,13 +97,6 @@ class CollectRun:
         keyword = self._arguments.package
         self._folder.write(summary.NAME, summary.summary_lines(results, keyword))
         self._folder.write("index.html", page_lines(results))
-
-    def _print(self) -> None:
-        results = self._results.values()
-        for boards, cause in folded_causes(results):
-            print(f"{boards}: {cause}")
-        whole = sum(result.state == "whole" for result in results)
-        print(f"{whole} of {len(results)} boards have a whole package in {self._folder.path}")
 
 
 def collect(arguments: Namespace) -> int:

@@ -92,7 +92,7 @@ class JsonLines:
         elif line.startswith(b'"nested":['):
             self._depth += 1
             self._between_packages = True
-        elif self._depth == 0:
+        elif self._depth == 0 and line.startswith(b"{"):
             self._take_part_or_finding(line)
 
     def _leave(self) -> None:

@@ -1,7 +1,8 @@
 """The result of each board."""
 
-from collections.abc import Iterable
+from collections.abc import Collection, Iterable
 from dataclasses import asdict, dataclass, field
+from pathlib import Path
 from typing import Any
 
 from ClusterShell.NodeSet import NodeSet
@@ -37,3 +38,12 @@ def folded_causes(results: Iterable[BoardResult]) -> list[tuple[NodeSet, str]]:
             boards.setdefault(result.cause, []).append(result.board)
     return sorted(((NodeSet.fromlist(names), cause) for cause, names in boards.items()),
                   key=lambda item: (-len(item[0]), str(item[0])))
+
+
+def print_results(results: Collection[BoardResult], folder: Path) -> int:
+    """Prints the causes and the number of whole packages. Returns the exit status."""
+    for boards, cause in folded_causes(results):
+        print(f"{boards}: {cause}")
+    whole = sum(result.state == "whole" for result in results)
+    print(f"{whole} of {len(results)} boards have a whole package in {folder}")
+    return 0 if whole == len(results) else 1

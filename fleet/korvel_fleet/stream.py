@@ -10,6 +10,8 @@ MAX_JUNK = 64 * 1024  # what shell startup files may print before the first line
 MAX_LINE = 256
 MAX_RUN_FILE = 1024 * 1024
 
+NOT_THE_JOB = "the board sent something else than the job's answer"
+
 _ANNOUNCEMENT = re.compile(rb"(run) (\d{1,12})|(package) (\d{1,12}) ([0-9a-f]{64})|(failed) ([a-z-]{1,40})|(end)")
 
 
@@ -25,6 +27,28 @@ class Sink(Protocol):
     def write_package(self, data: bytes) -> None: ...
 
 
+class FirstLine:
+    """Skips what shell startup files print before the job's first line. The token in it is new in each run, so nothing
+    else can be that line.
+    """
+
+    def __init__(self, token: str) -> None:
+        self._line = f"{VERSION} {token}\n".encode()
+        self._junk = b""
+        self.found = False
+
+    def skip(self, data: bytes) -> bytes:
+        """Returns what follows the line."""
+        if self.found:
+            return data
+        junk, line, rest = (self._junk + data).partition(self._line)
+        self.found = bool(line)
+        if not self.found and len(junk) > MAX_JUNK:
+            raise Refused(f"too much output: more than {MAX_JUNK // 1024} KiB before the job's first line")
+        self._junk = b"" if self.found else junk
+        return rest
+
+
 @dataclass
 class _Announced:
     kind: str
@@ -35,18 +59,22 @@ class JobStream:
     """Takes the stream in pieces of any size."""
 
     def __init__(self, token: str, max_bytes: int, sink: Sink) -> None:
-        self._first_line = f"{VERSION} {token}\n".encode()
+        self._first_line = FirstLine(token)
         self._max_bytes = max_bytes
         self._sink = sink
-        self._buffer = b""  # less than a line, or than the junk before the first one
+        self._line = b""  # the beginning of a line
         self._announced: _Announced | None = None
         self._checksum = hashlib.sha256()
         self._expected_checksum = ""
-        self.began = False
         self.complete = False  # the last line was read
         self.failure: str | None = None  # the cause in the last line
         self.package_bytes = 0
         self.announced_bytes: int | None = None  # of the package
+
+    @property
+    def began(self) -> bool:
+        """Whether the job runs."""
+        return self._first_line.found
 
     @property
     def sha256(self) -> str | None:
@@ -55,6 +83,7 @@ class JobStream:
 
     def feed(self, data: bytes) -> None:
         """Takes the next bytes. Raises Refused, and OSError from the sink."""
+        data = self._first_line.skip(data)
         while data:
             if self.complete:
                 raise Refused("the board sent more after the end of the job's answer")
@@ -64,27 +93,13 @@ class JobStream:
                 data = self._take_line(data)
 
     def _take_line(self, data: bytes) -> bytes:
-        buffer = self._buffer + data
-        if not self.began:
-            self._buffer, rest = self._skip_junk(buffer)
-            return rest
-        line, found, rest = buffer.partition(b"\n")
+        line, found, rest = (self._line + data).partition(b"\n")
         if len(line) > MAX_LINE:
-            raise Refused("the board sent something else than the job's answer")
-        self._buffer = b"" if found else line
+            raise Refused(NOT_THE_JOB)
+        self._line = b"" if found else line
         if found:
             self._obey(line)
         return rest
-
-    def _skip_junk(self, buffer: bytes) -> tuple[bytes, bytes]:
-        """Returns what is kept of the junk, and what follows the first line."""
-        start = buffer.find(self._first_line)
-        if start >= 0:
-            self.began = True
-            return b"", buffer[start + len(self._first_line):]
-        if len(buffer) > MAX_JUNK:
-            raise Refused(f"the board printed more than {MAX_JUNK // 1024} KiB before the job's first line")
-        return buffer, b""
 
     def _obey(self, line: bytes) -> None:
         match = _ANNOUNCEMENT.fullmatch(line)
@@ -101,7 +116,7 @@ class JobStream:
         elif kind == b"end":
             self.complete = True
         else:
-            raise Refused("the board sent something else than the job's answer")
+            raise Refused(NOT_THE_JOB)
 
     def _announce(self, kind: str, length: int, limit: int) -> None:
         if length > limit:
