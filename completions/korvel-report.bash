@@ -13,6 +13,7 @@ _korvel_report_options() {
         html | json) echo "$identity $rules $output $limits" ;;
         diff) echo "--no-pager --no-run $output $limits" ;;
         clean) echo "$output --map --words --run --no-run $limits" ;;
+        trend) echo "--board --since --until --limit --html --no-pager $output" ;;
         restore) echo "--map $output --run --no-run $limits" ;;
         '') echo "$rules --version" ;;
     esac
@@ -30,7 +31,7 @@ _korvel_report_offer() {
 }
 
 _korvel_report() {
-    local subcommands='check show html json diff clean restore metrics add export'
+    local subcommands='check show html json diff clean restore metrics add trend export'
     local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} subcommand='' word
     COMPREPLY=()
     for word in "${COMP_WORDS[@]:1:COMP_CWORD - 1}"; do
@@ -43,7 +44,7 @@ _korvel_report() {
             _korvel_report_offer 'all netfp proxy server master resmgr slog dall dinf dstat dlog' "$current"
             ;;
         --explain) _korvel_report_offer "$(command korvel-report --explain 2> /dev/null | sed 's/ .*//')" "$current" ;;
-        --board | --part | --since | --until | --grep | --max-*) ;;
+        --board | --part | --since | --until | --grep | --limit | --max-*) ;;
         *)
             if [[ $current == -* ]]; then
                 _korvel_report_offer "$(_korvel_report_options "$subcommand")" "$current" "${COMP_WORDS[@]:1:COMP_CWORD - 1}"

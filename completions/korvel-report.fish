@@ -7,7 +7,7 @@ end
 
 # Whether the line has no subcommand yet.
 function __korvel_report_is_first
-    not __korvel_report_is check show html json diff clean restore metrics add export
+    not __korvel_report_is check show html json diff clean restore metrics add trend export
 end
 
 complete -c korvel-report -s h -l help -d 'Print the help text'
@@ -22,11 +22,12 @@ complete -c korvel-report -n __korvel_report_is_first -f -a clean -d 'Copy a pac
 complete -c korvel-report -n __korvel_report_is_first -f -a restore -d 'Put addresses and names back'
 complete -c korvel-report -n __korvel_report_is_first -f -a metrics -d 'Print values for Prometheus'
 complete -c korvel-report -n __korvel_report_is_first -f -a add -d 'Add packages to a store'
+complete -c korvel-report -n __korvel_report_is_first -f -a trend -d 'Print values over time'
 complete -c korvel-report -n __korvel_report_is_first -f -a export -d 'Write the tables of a store as CSV files'
 
 set -l identity check show html json metrics add
 set -l all $identity diff clean restore
-set -l writers check show html json metrics diff clean restore
+set -l writers check show html json metrics diff clean restore trend
 set -l rules '__korvel_report_is_first; or __korvel_report_is show html json add'
 
 complete -c korvel-report -n "__korvel_report_is $identity" -l board -x -d 'The name of the board'
@@ -41,7 +42,12 @@ complete -c korvel-report -n '__korvel_report_is show' -l log -d 'Only log entri
 complete -c korvel-report -n '__korvel_report_is show' -l since -x -d 'Only log entries from a time on'
 complete -c korvel-report -n '__korvel_report_is show' -l until -x -d 'Only log entries up to a time'
 complete -c korvel-report -n '__korvel_report_is show' -l grep -x -d 'Only entries and lines that fit'
-complete -c korvel-report -n '__korvel_report_is show diff' -l no-pager -d 'Use no pager'
+complete -c korvel-report -n '__korvel_report_is show diff trend' -l no-pager -d 'Use no pager'
+complete -c korvel-report -n '__korvel_report_is trend' -l board -x -d 'Only the values of a board'
+complete -c korvel-report -n '__korvel_report_is trend' -l since -x -d 'Only packages from a time on'
+complete -c korvel-report -n '__korvel_report_is trend' -l until -x -d 'Only packages up to a time'
+complete -c korvel-report -n '__korvel_report_is trend' -l limit -x -d 'At most so many values'
+complete -c korvel-report -n '__korvel_report_is trend' -l html -d 'Make a page with plots'
 complete -c korvel-report -n '__korvel_report_is clean restore' -l map -rF -d 'Use this file of originals and replacements'
 complete -c korvel-report -n '__korvel_report_is clean' -l words -rF -d 'Replace the words in a file, too'
 complete -c korvel-report -n "__korvel_report_is $writers" -s o -l output -rF -d 'Write to a file'

@@ -26,6 +26,12 @@ bool isWhole(double number) {
     return std::abs(number) < largestWhole && std::abs(number - std::round(number)) == 0;
 }
 
+/// A number that is at least `large`, without its fraction.
+double rounded(double number, double large) {
+    const double size = std::abs(number);
+    return size >= large && size < largestWhole ? std::round(number) : number;
+}
+
 std::string timeOf(std::int64_t seconds) {
     return secondsText(Time(std::chrono::seconds(seconds)));
 }
@@ -33,17 +39,18 @@ std::string timeOf(std::int64_t seconds) {
 }  // namespace
 
 std::string numberText(double number) {
-    return isWhole(number) ? formatted(number, std::chars_format::fixed, 0)
-                           : formatted(number, std::chars_format::general, 6);
+    constexpr double large = 1e5;  // a median of large numbers needs no digits behind the point
+    const double shown = rounded(number, large);
+    return isWhole(shown) ? formatted(shown, std::chars_format::fixed, 0)
+                          : formatted(shown, std::chars_format::general, 6);
 }
 
 std::string hourlyText(const std::optional<double>& perHour) {
     if (!perHour) {
         return "-";
     }
-    constexpr double small = 100;  // smaller ones need digits behind the point
-    const double shown =
-        std::abs(*perHour) >= small && std::abs(*perHour) < largestWhole ? std::round(*perHour) : *perHour;
+    constexpr double large = 100;
+    const double shown = rounded(*perHour, large);
     return (shown < 0 ? "" : "+") + (isWhole(shown) ? formatted(shown, std::chars_format::fixed, 0)
                                                     : formatted(shown, std::chars_format::general, 3));
 }
