@@ -17,9 +17,9 @@ make_scenarios() {
     scenario board1 'traffic = "steady:600"'
     scenario board2 'traffic = "steady:600"' 'seed = 2'
     scenario board3 'traffic = "busy:600"'
-    scenario board4 'traffic = "flood:40"'
+    scenario board4 'traffic = "flood:640"'
     scenario board5 'traffic = "steady:600"' 'fault = ["sfn_dispatcher=silent", "sfn_dispatcher=netlink-silent"]'
-    scenario board6 'traffic = "leak:80"'
+    scenario board6 'traffic = "leak:600"'
     scenario board7 'traffic = "flapping:600"' 'deployment = "iwf"'
     scenario board8 'traffic = "steady:600"' 'deployment = "sfn-antenna"'
 }
@@ -89,7 +89,7 @@ collect() {
         'build/korvel-report show build/demo-fleet/packages/board6.tgz | sed -n "/^Findings/,+7p"'
     on_host 'How does it differ from the package of a healthy board? The heap is used up.' \
         'build/korvel-report diff build/demo-fleet/packages/board{1,6}.tgz |
-    sed -n "/^ .* before/p; /iwf.HeapStats/,/bytes free/p" | cut -c -58 || echo "exit status $?"'
+    sed -n "/^ .* before/p; /iwf.HeapStats/,/bytes free/p" || echo "exit status $?"'
 
     section "5. Once more, only where a package is missing"
     on_host 'Board8 is up again: delete the entry that stands for a board that is down.' \
@@ -106,6 +106,8 @@ show_all() {
     section "6. All packages together"
     on_host 'Add the packages to a store: one SQLite file.' \
         'build/korvel-report add build/demo-fleet/store.db build/demo-fleet/packages/*.tgz'
+    on_host 'Which boards differ most from the others? Board3 has more traffic.' \
+        'build/korvel-report trend --limit 3 build/demo-fleet/store.db'
     on_host 'What does the directory hold?' \
         'build/korvel-fleet status build/demo-fleet/packages'
     on_host 'All boards on one page. Open it in a browser.' \
