@@ -89,6 +89,7 @@ TEST(BoardsimCommandTest, RefusesACommandLineThatMakesNoSense) {
     } cases[] = {
         {{"--colour"}, "boardsim: unknown option: --colour\n"},
         {{"-x"}, "boardsim: unknown option: -x\n"},
+        {{"--secured=yes"}, "boardsim: unknown option: --secured=yes\n"},
         {{"--without"}, "boardsim: missing value: --without\n"},
         {{"--without", "nobody"},
          "boardsim: --without: unknown peer: 'nobody'\n"
