@@ -156,11 +156,12 @@ constexpr std::array keys{
     ScenarioKey{"ffs-size", boardSection, KeyForm::single, "SIZE", "size of the disk at /ffs, likewise",
                 [](Scenario& s, const std::string& v) { s.ffsSize = parseSize(v); },
                 [](const Scenario& s) { return sizeOf(s.ffsSize); }},
-    ScenarioKey{"bare", boardSection, KeyForm::toggle, "",
-                "only the sandbox: no peers, no files under /rom; of the other options, only --cmdline and "
-                "the sizes apply",
-                [](Scenario& s, const std::string& v) { s.bare = parseBoolean(v); },
-                [](const Scenario& s) { return valueOf(s.bare); }},
+    ScenarioKey{
+        "bare", boardSection, KeyForm::toggle, "",
+        "only the sandbox: no peers, no files under /rom; of the other options of a scenario, only --cmdline "
+        "and the sizes apply",
+        [](Scenario& s, const std::string& v) { s.bare = parseBoolean(v); },
+        [](const Scenario& s) { return valueOf(s.bare); }},
     ScenarioKey{"without", peersSection, KeyForm::list, "PEER", "does not start PEER; repeatable",
                 [](Scenario& s, const std::string& v) { s.without.insert(parsePeerName(v)); },
                 [](const Scenario& s) { return Values(s.without.begin(), s.without.end()); }},
