@@ -1,9 +1,11 @@
 #!/usr/bin/python3
 """Starts korvel-fleet. Its modules are in ../share/korvel-fleet, so the installation can be moved as a whole."""
 
+import signal
 import sys
 from pathlib import Path
 
+signal.signal(signal.SIGINT, signal.SIG_DFL)  # Ctrl-C ends the program without a traceback
 sys.path.insert(0, str(Path(__file__).resolve().parent / "@modules@"))
 try:
     import ClusterShell  # noqa: F401

@@ -2,6 +2,7 @@
 
 import argparse
 import os
+import re
 import shlex
 import shutil
 import sys
@@ -27,10 +28,9 @@ class _Parser(argparse.ArgumentParser):
 
 
 def positive(text: str) -> int:
-    number = int(text) if text.isascii() and text.isdigit() else 0
-    if number <= 0:
+    if not re.fullmatch("[1-9][0-9]{0,8}", text):
         raise argparse.ArgumentTypeError(f"not a number above 0: '{text}'")
-    return number
+    return int(text)
 
 
 def seconds(text: str) -> float:
@@ -44,8 +44,11 @@ def seconds(text: str) -> float:
 
 
 def size(text: str) -> int:
-    factor = {"K": 1 << 10, "M": 1 << 20, "G": 1 << 30}.get(text[-1:].upper())
-    return positive(text[:-1]) * factor if factor else positive(text)
+    factor = {"K": 1 << 10, "M": 1 << 20, "G": 1 << 30}.get(text[-1:].upper(), 1)
+    digits = text if factor == 1 else text[:-1]
+    if not re.fullmatch("[1-9][0-9]{0,11}", digits):
+        raise argparse.ArgumentTypeError(f"not a size: '{text}'")
+    return int(digits) * factor
 
 
 def ssh_command(text: str) -> list[str]:

@@ -12,12 +12,13 @@ from korvel_fleet.collection import Collection, Plan
 from korvel_fleet.errors import WrongUsage
 from korvel_fleet.folder import Folder, checksum_of
 from korvel_fleet.job import JOB
-from korvel_fleet.judge import Judges, Verdict, find_program
+from korvel_fleet.judge import Judges, find_program
 from korvel_fleet.page import page_lines
 from korvel_fleet.processes import Interrupted, Processes
 from korvel_fleet.progress import Progress
 from korvel_fleet.results import BoardResult, print_results
 from korvel_fleet.ssh import command_line
+from korvel_fleet.verdicts import Verdict
 
 
 class CollectRun:

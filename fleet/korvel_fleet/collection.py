@@ -7,10 +7,11 @@ from pathlib import Path
 from korvel_fleet import ssh
 from korvel_fleet.clock import now
 from korvel_fleet.folder import Folder, run_file_of
-from korvel_fleet.judge import Judges, Verdict
+from korvel_fleet.judge import Judges
 from korvel_fleet.results import BoardResult
 from korvel_fleet.stream import MAX_RUN_FILE, JobStream, Refused
-from korvel_fleet.texts import Tail, one_line
+from korvel_fleet.texts import TOO_MANY_ERRORS, Tail, one_line
+from korvel_fleet.verdicts import Verdict
 
 # The causes that the job names, see job.sh.
 JOB_CAUSES = {
@@ -59,8 +60,10 @@ class Collection:
             self._cause = f"cannot write to {self._plan.folder.path}: {error.strerror}"
         return self._cause is None
 
-    def complained(self, data: bytes) -> None:
-        self._messages.add(data)
+    def complained(self, data: bytes) -> bool:
+        if not self._messages.add(data):
+            self._cause = TOO_MANY_ERRORS
+        return self._cause is None
 
     def ended(self, status: int | None) -> None:
         self._arrival.close()

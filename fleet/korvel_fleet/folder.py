@@ -100,8 +100,9 @@ class Folder:
         return self.path / f"{board}.tgz.part"
 
     def arrival(self, board: str) -> Arrival:
-        """A place for a new package. Keeps what an interrupted run left there."""
+        """A place for a new package. Keeps what is in its way."""
         self.keep(board, "cut")
+        self._set_unverified_aside(board)
         return Arrival(self.part(board))
 
     def has_whole(self, board: str) -> bool:
@@ -137,8 +138,8 @@ class Folder:
             path.rename(kept if path == part else run_file_of(kept))
         return kept
 
-    def set_unverified_aside(self, board: str) -> None:
-        """Makes room for a new package if the one that is there lacks its run file, or is another one."""
+    def _set_unverified_aside(self, board: str) -> None:
+        """Renames a package that is not the one of its run file: has_whole() has found no whole one."""
         package = self.package(board)
         if package.exists():
             package.rename(self.part(board))

@@ -1,44 +1,23 @@
-"""What korvel-report says of a package: verdict, cause and findings."""
+"""Runs korvel-report for packages that arrived."""
 
 import functools
-import json
 import os
 import shutil
 import sys
 from collections import deque
 from collections.abc import Callable, Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 from pathlib import Path
-from typing import Any
 
 from ClusterShell.NodeSet import NodeSet
 
 from korvel_fleet.errors import Trouble
 from korvel_fleet.processes import Command, Processes
-from korvel_fleet.texts import Tail, one_line
+from korvel_fleet.texts import Tail
+from korvel_fleet.verdicts import JsonLines, Verdict
 
 BATCH = 32  # korvel-report needs longer to read its rules than to read a package
 SECONDS = 20  # for each package; korvel-report itself stops after ten seconds of processor time
-MAX_LINE = 8 * 1024 * 1024
-
-
-@dataclass
-class Verdict:
-    """What is known of a package."""
-
-    verdict: str = "unreadable"
-    cause: str = ""
-    board: str | None = None
-    run_file: str = "absent"  # used, absent, foreign or unreadable
-    sha256: str | None = None
-    size: int | None = None
-    time: str | None = None
-    probes: dict[str, str] = field(default_factory=dict)
-    findings: dict[str, int] = field(default_factory=dict)  # by severity
-
-    @property
-    def is_whole(self) -> bool:
-        return self.verdict == "whole"
 
 
 def find_program() -> str:
@@ -52,72 +31,6 @@ def find_program() -> str:
 
 def command_line(program: str, keyword: str, packages: Sequence[Path]) -> Command:
     return Command([program, "json", "--kind", keyword, *(str(package.absolute()) for package in packages)])
-
-
-class JsonLines:
-    """Reads `korvel-report json` while it arrives: the document has a line for each package, part, finding, value and
-    log entry. Packages inside packages are skipped: they could pretend to be those of other boards.
-    """
-
-    def __init__(self) -> None:
-        self.verdicts: list[Verdict] = []  # in the order of the command line
-        self.complete = 0  # the number of verdicts that are complete
-        self._rest = b""
-        self._depth = 0
-        self._between_packages = True
-
-    def feed(self, data: bytes) -> bool:
-        """False if a line is too long."""
-        lines = (self._rest + data).split(b"\n")
-        self._rest = lines.pop()
-        for line in lines:
-            if self._between_packages:
-                self._enter(line)
-            else:
-                self._take(line)
-        return len(self._rest) <= MAX_LINE
-
-    def _enter(self, line: bytes) -> None:
-        if line.startswith(b'{"source":'):
-            self._between_packages = False
-            if self._depth == 0:
-                self.verdicts.append(self._verdict(json.loads(line.rstrip(b",") + b"}")))
-        elif line.startswith(b"]") and self._depth > 0:
-            self._depth -= 1
-            self._leave()
-
-    def _take(self, line: bytes) -> None:
-        if line.startswith(b'"nested":[]'):
-            self._leave()
-        elif line.startswith(b'"nested":['):
-            self._depth += 1
-            self._between_packages = True
-        elif self._depth == 0 and line.startswith(b"{"):
-            self._take_part_or_finding(line)
-
-    def _leave(self) -> None:
-        self._between_packages = True
-        self.complete += self._depth == 0
-
-    def _take_part_or_finding(self, line: bytes) -> None:
-        verdict = self.verdicts[-1]
-        if line.startswith(b'{"rule":'):
-            severity = json.loads(line.rstrip(b","))["severity"]
-            verdict.findings[severity] = verdict.findings.get(severity, 0) + 1
-        elif line.startswith(b'{"name":') and not verdict.cause and not verdict.is_whole:
-            # The object goes on in later lines.
-            part = json.loads(line.partition(b',"evidence":')[0] + b"}")
-            if part["expected"] and part["state"] != "present":
-                verdict.cause = one_line(f"{part['name']} {part['state']}: {part['cause'] or 'cause unknown'}")
-
-    @staticmethod
-    def _verdict(package: dict[str, Any]) -> Verdict:
-        contents = package["sidecar"]["contents"] or {"probes": []}
-        return Verdict(
-            verdict=package["verdict"], cause=one_line(package["cause"] or package["reason"] or ""),
-            board=package["board"], run_file=package["sidecar"]["state"], sha256=package["sha256"],
-            size=package["size"], time=package["time"],
-            probes={one_line(probe["name"]): one_line(probe["result"]) for probe in contents["probes"]})
 
 
 @dataclass(frozen=True)
@@ -139,8 +52,8 @@ class _Session:
     def received(self, data: bytes) -> bool:
         return self._lines.feed(data)
 
-    def complained(self, data: bytes) -> None:
-        self._errors.add(data)
+    def complained(self, data: bytes) -> bool:
+        return self._errors.add(data)
 
     def ended(self, _status: int | None) -> None:
         self._done(self._lines.verdicts[:self._lines.complete], self._errors.last_line())

@@ -7,7 +7,7 @@ from korvel_fleet.answers import Answers, ask
 from korvel_fleet.collection import JOB_CAUSES
 from korvel_fleet.ssh import why_it_ended
 from korvel_fleet.stream import JobStream, Refused
-from korvel_fleet.texts import Tail
+from korvel_fleet.texts import TOO_MANY_ERRORS, Tail
 
 # The keys of the run file that are the same in each run on the board.
 STATE = (b"korvel", b"deployment", b"kernel", b"zone")
@@ -46,8 +46,10 @@ class Probing:
             self._refusal = str(error)
         return self._refusal is None
 
-    def complained(self, data: bytes) -> None:
-        self._messages.add(data)
+    def complained(self, data: bytes) -> bool:
+        if not self._messages.add(data):
+            self._refusal = TOO_MANY_ERRORS
+        return self._refusal is None
 
     def ended(self, status: int | None) -> None:
         if self._refusal is None and not self._stream.complete:

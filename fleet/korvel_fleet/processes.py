@@ -14,6 +14,7 @@ from dataclasses import dataclass
 from typing import Protocol
 
 from ClusterShell.Engine.Engine import FANOUT_DEFAULT, FANOUT_UNLIMITED
+from ClusterShell.Event import EventHandler
 from ClusterShell.NodeSet import NodeSet
 from ClusterShell.Task import Task, task_self
 from ClusterShell.Worker.EngineClient import EngineClientEOF
@@ -35,8 +36,8 @@ class Conversation(Protocol):
     def received(self, data: bytes) -> bool:
         """Takes standard output. False ends the process: nothing more is wanted of it."""
 
-    def complained(self, data: bytes) -> None:
-        """Takes standard error."""
+    def complained(self, data: bytes) -> bool:
+        """Takes standard error. The result is as for received()."""
 
     def ended(self, status: int | None) -> None:
         """Takes the exit status, negative for a signal, and None after the timeout."""
@@ -90,9 +91,9 @@ class _Child(ExecClient):
         if not data:
             raise EngineClientEOF()
         self._set_reading(sname)
-        if sname == self.worker.SNAME_STDERR:
-            self.conversation.complained(data)
-        elif not self.conversation.received(data):
+        is_error = sname == self.worker.SNAME_STDERR
+        take = self.conversation.complained if is_error else self.conversation.received
+        if not take(data):
             self.abort()
 
     def _close(self, abort: bool, timeout: bool) -> None:
@@ -134,35 +135,47 @@ class _Children(ExecWorker):
         super().__init__(names, handler=None, timeout=timeout, command=" ", stderr=True)
 
 
+class _Watch(EventHandler):
+    """Looks now and then whether a signal came. A signal handler that raises an exception could do so anywhere, also
+    where Python ignores exceptions.
+    """
+
+    SECONDS = 0.1
+
+    def __init__(self) -> None:
+        self.signal_number: int | None = None
+
+    def note(self, number: int, _frame: object) -> None:
+        self.signal_number = self.signal_number or number
+
+    def ev_timer(self, _timer: object) -> None:
+        if self.signal_number is not None:
+            raise Interrupted(self.signal_number)
+
+
 class Processes:
     """Starts processes and reads their output, until all have ended."""
 
     def __init__(self, fanout: int) -> None:
         self._task: Task = task_self()
         self._task.set_info("fanout", fanout)
-        self._stopped = False
+        self._watch = _Watch()
 
     def add(self, names: NodeSet, begin: Callable[[str], Conversation], command_of: Callable[[str], Command],
             timeout: float, *, counts: bool = True) -> None:
         """Adds a process for each name. At most `fanout` of those that count run at the same time. May be called
         while run() runs.
         """
-        worker = _Children(names, begin, command_of, timeout, lambda: self._stopped)
+        worker = _Children(names, begin, command_of, timeout, lambda: self._watch.signal_number is not None)
         worker._fanout = FANOUT_DEFAULT if counts else FANOUT_UNLIMITED
         self._task.schedule(worker)
 
     def run(self) -> None:
         """Runs until all processes have ended. A signal ends them all at once, and raises Interrupted."""
-        handlers = {number: signal.signal(number, self._stop) for number in SIGNALS}
+        handlers = {number: signal.signal(number, self._watch.note) for number in SIGNALS}
+        self._task.timer(_Watch.SECONDS, self._watch, interval=_Watch.SECONDS, autoclose=True)
         try:
             self._task.run()
         finally:
-            self._stopped = True
-            self._task.abort()
             for number, handler in handlers.items():
                 signal.signal(number, handler)
-
-    def _stop(self, number: int, _frame: object) -> None:
-        if not self._stopped:
-            self._stopped = True
-            raise Interrupted(number)

@@ -31,9 +31,9 @@ class Output:
             self._refusal = str(error)
         return self._is_bounded()
 
-    def complained(self, data: bytes) -> None:
-        if self._is_bounded():
-            self._errors += data
+    def complained(self, data: bytes) -> bool:
+        self._errors += data
+        return self._is_bounded()
 
     def _is_bounded(self) -> bool:
         if len(self._out) + len(self._errors) > self._max_bytes:

@@ -35,9 +35,11 @@ def _age_text(time: str | None) -> str:
 
 
 def _checked(result: BoardResult, folder: Path) -> BoardResult:
-    """The result, unless the package disappeared or changed its place since."""
-    if result.state == "whole" and recorded_checksum(folder / result.file) != result.sha256:
-        result.state, result.cause = "missing", "the package is no longer there"
+    """The result, unless the package is no longer there."""
+    if result.state == "whole":
+        package = folder / str(result.file)
+        if not package.is_file() or recorded_checksum(package) != result.sha256:
+            result.state, result.cause = "missing", "the package is no longer there"
     return result
 
 

@@ -15,6 +15,9 @@ NOT_THE_JOB = "the board sent something else than the job's answer"
 _ANNOUNCEMENT = re.compile(rb"(run) (\d{1,12})|(package) (\d{1,12}) ([0-9a-f]{64})|(failed) ([a-z-]{1,40})|(end)")
 
 
+_NAMES = {"run": "a run file", "package": "a package"}
+
+
 class Refused(Exception):
     """The stream is none of a job, or goes beyond a limit. The text says why."""
 
@@ -66,6 +69,7 @@ class JobStream:
         self._announced: _Announced | None = None
         self._checksum = hashlib.sha256()
         self._expected_checksum = ""
+        self._has_run_file = False
         self.complete = False  # the last line was read
         self.failure: str | None = None  # the cause in the last line
         self.package_bytes = 0
@@ -104,7 +108,8 @@ class JobStream:
     def _obey(self, line: bytes) -> None:
         match = _ANNOUNCEMENT.fullmatch(line)
         kind = next(filter(None, match.group(1, 3, 6, 8))) if match else b""
-        if kind == b"run":
+        if kind == b"run" and not self._has_run_file:
+            self._has_run_file = True
             self._announce("run", int(match[2]), MAX_RUN_FILE)
         elif kind == b"package" and self.announced_bytes is None:
             self._announce("package", int(match[4]), self._max_bytes)
@@ -120,7 +125,7 @@ class JobStream:
 
     def _announce(self, kind: str, length: int, limit: int) -> None:
         if length > limit:
-            raise Refused(f"too much output: a {kind} of {length} bytes, more than the limit of {limit} bytes")
+            raise Refused(f"too much output: {_NAMES[kind]} of {length} bytes, more than the limit of {limit} bytes")
         self._announced = _Announced(kind, length) if length else None
 
     def _take_bytes(self, data: bytes) -> bytes:

@@ -1,9 +1,8 @@
 """Texts of boards, made safe for terminals, files and pages."""
 
 import re
-from collections.abc import Iterable
 
-from ClusterShell.NodeSet import NodeSet
+TOO_MANY_ERRORS = "too much output on standard error"
 
 _CONTROL = re.compile(r"[\x00-\x08\x0b-\x1f\x7f-\x9f\u200e\u200f\u202a-\u202e\u2066-\u2069\ud800-\udfff]")
 
@@ -24,23 +23,21 @@ def decoded(data: bytes) -> str:
     return data.decode("utf-8", "replace")
 
 
-def folded(boards: Iterable[str]) -> str:
-    """Names as a node set, such as board[1-3]."""
-    return str(NodeSet.fromlist(list(boards)))
-
-
-
-
 class Tail:
-    """The end of a text that comes in pieces."""
+    """The end of what a process prints on standard error."""
 
-    MAX_BYTES = 8192
+    KEPT = 8192
+    MAX_BYTES = 1 << 20
 
     def __init__(self) -> None:
         self._data = b""
+        self._total = 0
 
-    def add(self, data: bytes) -> None:
-        self._data = (self._data + data)[-self.MAX_BYTES:]
+    def add(self, data: bytes) -> bool:
+        """Takes the next piece. False if it is too much."""
+        self._total += len(data)
+        self._data = (self._data + data)[-self.KEPT:]
+        return self._total <= self.MAX_BYTES
 
     def text(self) -> str:
         return decoded(self._data)

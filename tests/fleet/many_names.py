@@ -3,9 +3,9 @@ four causes. Prints the time, and the memory of korvel-fleet itself.
 """
 
 import json
-import resource
 import subprocess
 import sys
+import tempfile
 import time
 from pathlib import Path
 from typing import NamedTuple
@@ -74,7 +74,6 @@ def collect(folder: Path, number: int) -> Outcome:
 
 
 def main() -> None:
-    import tempfile
     number = int(sys.argv[1]) if len(sys.argv) > 1 else 10000
     with tempfile.TemporaryDirectory(prefix="korvel-fleet-") as folder:
         outcome = collect(Path(folder), number)
