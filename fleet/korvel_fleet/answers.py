@@ -64,8 +64,8 @@ def ask(arguments: Namespace, mode: Callable[[str], list[str]],
     """
     answers = Answers(boards_of(arguments.nodes, arguments.exclude))
     processes = Processes(arguments.fanout)
-    processes.add(answers.boards, lambda board: begin(answers, board),
-                  lambda board: command_line(arguments.ssh, board, mode(board), JOB), arguments.timeout)
+    processes.add_boards(answers.boards, lambda board: begin(answers, board),
+                         lambda board: command_line(arguments.ssh, board, mode(board), JOB), arguments.timeout)
     try:
         processes.run()
     except Interrupted as interruption:

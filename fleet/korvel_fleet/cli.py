@@ -6,8 +6,8 @@ import re
 import shlex
 import shutil
 import sys
-from collections.abc import Callable
-from typing import NoReturn
+from collections.abc import Callable, Iterable
+from typing import Any, NoReturn
 
 from korvel_fleet import VERSION
 from korvel_fleet.collect import collect
@@ -22,7 +22,21 @@ FANOUT = 64
 TROUBLE = 3
 
 
+class _HelpFormatter(argparse.HelpFormatter):
+    """The titles as in the help texts of the other programs."""
+
+    def add_usage(self, usage: str | None, actions: Iterable[argparse.Action], groups: Iterable[object],
+                  prefix: str | None = None) -> None:
+        super().add_usage(usage, actions, groups, "Usage: " if prefix is None else prefix)
+
+    def start_section(self, heading: str | None) -> None:
+        super().start_section(heading.capitalize() if heading else heading)
+
+
 class _Parser(argparse.ArgumentParser):
+    def __init__(self, **settings: Any) -> None:
+        super().__init__(allow_abbrev=False, formatter_class=_HelpFormatter, **settings)
+
     def error(self, message: str) -> NoReturn:
         raise WrongUsage(f"{message}\nTry '{self.prog} --help'.")
 
@@ -127,12 +141,11 @@ SUBCOMMANDS: dict[str, tuple[Callable[[argparse.Namespace], int], Callable[[argp
 
 
 def _parser() -> argparse.ArgumentParser:
-    parser = _Parser(prog="korvel-fleet", allow_abbrev=False,
-                     description="Asks many boards at once, over ssh.")
+    parser = _Parser(prog="korvel-fleet", description="Asks many boards at once, over ssh.")
     parser.add_argument("--version", action="version", version=f"korvel-fleet {VERSION}")
-    subparsers = parser.add_subparsers(metavar="SUBCOMMAND", required=True, parser_class=_Parser)
+    subparsers = parser.add_subparsers(title="subcommands", metavar="SUBCOMMAND", required=True, parser_class=_Parser)
     for name, (run, add_arguments, text) in SUBCOMMANDS.items():
-        subparser = subparsers.add_parser(name, help=text, description=text, allow_abbrev=False)
+        subparser = subparsers.add_parser(name, help=text, description=text)
         add_arguments(subparser)
         subparser.set_defaults(run=run)
     return parser

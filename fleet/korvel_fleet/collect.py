@@ -46,10 +46,9 @@ class CollectRun:
         arguments = self._arguments
         words = ["collect", plan.token]
         rest = [arguments.package, str(arguments.max_bytes), *arguments.port]
-        if missing:
-            self._processes.add(missing, lambda board: Collection(plan, board),
-                                lambda board: command_line(arguments.ssh, board, [*words, board, *rest], JOB),
-                                arguments.timeout)
+        self._processes.add_boards(missing, lambda board: Collection(plan, board),
+                                   lambda board: command_line(arguments.ssh, board, [*words, board, *rest], JOB),
+                                   arguments.timeout)
         signal_number = None
         try:
             self._processes.run()

@@ -9,8 +9,6 @@ from collections.abc import Callable, Sequence
 from dataclasses import dataclass
 from pathlib import Path
 
-from ClusterShell.NodeSet import NodeSet
-
 from korvel_fleet.errors import Trouble
 from korvel_fleet.processes import Command, Processes
 from korvel_fleet.texts import Tail
@@ -82,10 +80,8 @@ class Judges:
             self._free -= 1
             cases = [self._waiting.popleft() for _ in range(min(most, len(self._waiting)))]
             command = command_line(self._program, self._keyword, [case.package for case in cases])
-            self._processes.add(
-                NodeSet("korvel-report"),
-                begin=lambda _, cases=cases: _Session(functools.partial(self._hand_out, cases)),
-                command_of=lambda _, command=command: command, timeout=SECONDS * len(cases), counts=False)
+            session = _Session(functools.partial(self._hand_out, cases))
+            self._processes.add("korvel-report", session, command, SECONDS * len(cases))
 
     def _hand_out(self, cases: list[Case], verdicts: list[Verdict], error: str) -> None:
         """Packages after one that korvel-report cannot cope with are judged again, each for itself."""

@@ -100,11 +100,9 @@ class _Child(ExecClient):
         status = self._end(at_once=abort)
         self.streams.clear()
         self.invalidate()
-        # The worker keeps this object until all processes have ended; what belongs to this one is dropped now.
+        # The worker keeps this object until all of its processes have ended; what belongs to this one is dropped now.
         conversation, self.conversation, self.popen = self.conversation, None, None
-        if not self.worker.is_stopped():
-            conversation.ended(None if timeout else status)
-        self.worker._check_fini()
+        self.worker.ended(conversation, None if timeout else status)
 
     def _end(self, at_once: bool) -> int:
         """Ends the process and its children. The process stays a zombie until its children got the signal, so its
@@ -128,10 +126,10 @@ class _Children(ExecWorker):
     SHELL_CLASS = _Child
 
     def __init__(self, names: NodeSet, begin: Callable[[str], Conversation], command_of: Callable[[str], Command],
-                 timeout: float, is_stopped: Callable[[], bool]) -> None:
+                 timeout: float, ended: Callable[[Conversation, int | None], None]) -> None:
         self.begin = begin
         self.command_of = command_of
-        self.is_stopped = is_stopped
+        self.ended = ended
         super().__init__(names, handler=None, timeout=timeout, command=" ", stderr=True)
 
 
@@ -157,18 +155,51 @@ class Processes:
     """Starts processes and reads their output, until all have ended."""
 
     def __init__(self, fanout: int) -> None:
+        self._piece = max(256, 2 * fanout)
         self._task: Task = task_self()
         self._task.set_info("fanout", fanout)
         self._watch = _Watch()
 
-    def add(self, names: NodeSet, begin: Callable[[str], Conversation], command_of: Callable[[str], Command],
-            timeout: float, *, counts: bool = True) -> None:
-        """Adds a process for each name. At most `fanout` of those that count run at the same time. May be called
-        while run() runs.
+    def add(self, name: str, conversation: Conversation, command: Command, timeout: float) -> None:
+        """Adds a process that starts at once. May be called while run() runs."""
+        self._schedule(_Children(NodeSet(name), lambda _: conversation, lambda _: command, timeout, self._end),
+                       FANOUT_UNLIMITED)
+
+    def add_boards(self, boards: NodeSet, begin: Callable[[str], Conversation], command_of: Callable[[str], Command],
+                   timeout: float) -> None:
+        """Adds a process for each board. At most `fanout` of them run at the same time. They are handed to ClusterShell
+        in pieces, because each takes some kilobytes there from the start.
         """
-        worker = _Children(names, begin, command_of, timeout, lambda: self._watch.signal_number is not None)
-        worker._fanout = FANOUT_DEFAULT if counts else FANOUT_UNLIMITED
+        waiting = iter(range(0, len(boards), self._piece))
+        left = 0
+
+        def end(conversation: Conversation, status: int | None) -> None:
+            nonlocal left
+            left -= 1
+            self._end(conversation, status)
+            if left < self._piece // 2:
+                add_piece()
+
+        def add_piece() -> None:
+            nonlocal left
+            start = next(waiting, None)
+            if start is not None and not self._is_stopped():
+                piece = boards[start:start + self._piece]
+                left += len(piece)
+                self._schedule(_Children(piece, begin, command_of, timeout, end), FANOUT_DEFAULT)
+
+        add_piece()
+
+    def _schedule(self, worker: _Children, fanout: int | None) -> None:
+        worker._fanout = fanout
         self._task.schedule(worker)
+
+    def _is_stopped(self) -> bool:
+        return self._watch.signal_number is not None
+
+    def _end(self, conversation: Conversation, status: int | None) -> None:
+        if not self._is_stopped():
+            conversation.ended(status)
 
     def run(self) -> None:
         """Runs until all processes have ended. A signal ends them all at once, and raises Interrupted."""

@@ -35,16 +35,22 @@ def summary_lines(results: list[BoardResult], keyword: str) -> Iterator[str]:
     yield "\n]}\n"
 
 
+def _result_or_object(value: dict[str, Any]) -> BoardResult | dict[str, Any]:
+    """Makes results while the document is read, so that a large fleet takes little memory."""
+    if "board" not in value:
+        return value
+    return BoardResult(**{key: content for key, content in value.items() if key in _FIELDS})
+
+
 def read_summary(folder: Path) -> tuple[dict[str, Any], list[BoardResult]] | None:
     """The document without its boards, and the boards. None if there is none."""
     path = folder / NAME
     try:
-        document = json.loads(path.read_text(encoding="utf-8"))
+        document = json.loads(path.read_text(encoding="utf-8"), object_hook=_result_or_object)
         boards = document.pop("boards")
-        if document["schema"] != SCHEMA:
-            raise Trouble(f"{path} has an unknown schema")
-        return document, [BoardResult(**{key: value for key, value in board.items() if key in _FIELDS})
-                          for board in boards]
+        if document["schema"] != SCHEMA or not all(isinstance(board, BoardResult) for board in boards):
+            raise ValueError
+        return document, boards
     except FileNotFoundError:
         return None
     except OSError as error:

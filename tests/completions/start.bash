@@ -11,6 +11,7 @@ korvel() {
     printf 'END\n'
 }
 korvel-report() { korvel "$@"; }
+korvel-fleet() { korvel "$@"; }
 
 for script in $COMPLETION_SCRIPTS; do
     # shellcheck source=/dev/null

@@ -12,6 +12,9 @@ end
 function korvel-report
     korvel $argv
 end
+function korvel-fleet
+    korvel $argv
+end
 
 function insert_all
     set -l found (complete --do-complete (commandline --cut-at-cursor --current-process) | string split -f1 \t)

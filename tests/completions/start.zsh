@@ -9,6 +9,7 @@ korvel() {
     printf 'END\n'
 }
 korvel-report() { korvel "$@" }
+korvel-fleet() { korvel "$@" }
 
 fpath=($COMPLETION_FOLDER $fpath)
 autoload -Uz compinit

@@ -41,6 +41,21 @@ def boardsim_faults() -> dict[str, set[str]]:
     return {title: set(re.findall(r"^    ([a-z-]+)", rows, re.M)) for title, rows in tables}
 
 
+def options_in(text: str) -> set[str]:
+    """Each option has a row, which may give it two names: `-h, --help`."""
+    names = re.findall(r"^  (-[^\s,]+(?:, -\S+)*)", text, re.M)
+    return {name for row in names for name in row.split(", ")}
+
+
+def fleet_subcommands() -> list[str]:
+    return re.findall(r"^    (\w+) ", help_of("korvel-fleet").split("Subcommands:\n")[1], re.M)
+
+
+def fleet_options(*subcommand: str) -> set[str]:
+    """The options of a subcommand, or those without one."""
+    return options_in(help_of("korvel-fleet", *subcommand))
+
+
 def report_subcommands() -> list[str]:
     rows = help_of("korvel-report").split("Subcommands:\n")[1].split("\n\n")[0]
     return re.findall(r"^  (\w+)", rows, re.M)
@@ -48,5 +63,4 @@ def report_subcommands() -> list[str]:
 
 def report_options(*subcommand: str) -> set[str]:
     """The options of a subcommand, or those without one."""
-    names = re.findall(r"^  (-[^\s,]+(?:, -\S+)*)", help_of("korvel-report", *subcommand), re.M)
-    return {name for row in names for name in row.split(", ")}
+    return options_in(help_of("korvel-report", *subcommand))
