@@ -11,7 +11,7 @@ namespace {
 constexpr std::string_view sshSection = "Access by SSH";
 constexpr std::string_view otherSection = "Other options";
 
-constexpr std::array options{
+constexpr std::array table{
     ProgramOption{"ssh", sshSection, "",
                   "runs an SSH server on the board, for one connection through the standard streams: "
                   "ssh -o ProxyCommand='boardsim --ssh ...' root@board",
@@ -36,7 +36,7 @@ constexpr std::array options{
 }  // namespace
 
 std::span<const ProgramOption> programOptions() {
-    return options;
+    return table;
 }
 
 }  // namespace Boardsim
