@@ -19,7 +19,7 @@ import many_packages
 from report_bench import MIB, measured, two_packages
 
 import duckdb_program
-from scale_page import LOAD_CSV, QUERIES, READ_PARQUET, WRITE_PARQUET
+from scale_page import LOAD_CSV, QUERIES, READ_PARQUET, WRITE_PARQUET, WRITE_VALUES
 
 
 def run(command: Sequence[str | Path], folder: Path) -> measured.Usage:
@@ -50,11 +50,13 @@ def export(report: Path, folder: Path) -> None:
 
 
 def write_parquet(folder: Path) -> None:
-    answers = duckdb_program.run([*LOAD_CSV, *WRITE_PARQUET], folder)
-    load, write = answers[:len(LOAD_CSV)], answers[len(LOAD_CSV):]
-    print(f"DuckDB: loads the CSV files in {sum(answer.seconds for answer in load):.1f} s")
-    print(f"Parquet: written in {sum(answer.seconds for answer in write):.1f} s, "
-          f"{mebibytes(folder.glob('*.parquet')):.1f} MiB")
+    answers = duckdb_program.run([*LOAD_CSV, *WRITE_PARQUET, *WRITE_VALUES], folder)
+    load, write, values = answers[:len(LOAD_CSV)], answers[len(LOAD_CSV):-1], answers[-1]
+    tables = [folder / file.with_suffix(".parquet").name for file in (folder / "csv").iterdir()]
+    print(f"DuckDB loads the CSV files: {sum(answer.seconds for answer in load):.1f} s")
+    print(f"DuckDB writes the Parquet files: {sum(answer.seconds for answer in write):.1f} s")
+    print(f"Parquet files of the five tables: {mebibytes(tables):.1f} MiB")
+    print(f"Parquet file with all values: {mebibytes(folder.glob('values-*.parquet')):.1f} MiB, {values.seconds:.1f} s")
 
 
 def sqlite_seconds(folder: Path) -> list[float]:
