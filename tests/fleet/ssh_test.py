@@ -11,7 +11,7 @@ ON_BOARD = f"'{fleet.BUILD}/boardsim' --ssh --host-key '%(host)s' --authorized-k
 # A package of 40 KiB, so that a connection can end in its middle.
 LARGE = f"{ON_BOARD} --full-logs"
 RELAY = "dd bs=1 count=20000 status=none"  # writes each byte at once
-# Each ProxyCommand, which ssh runs with exec, and what is told about the board. Without a text, the package is whole.
+# The ProxyCommand of a board, which ssh runs with exec, and the cause. Without a cause, the package is whole.
 BOARDS: dict[int, tuple[str, str | None]] = {
     3: ("false", "connection closed"),
     7: ("sleep 600", "connection timed out"),

@@ -29,6 +29,13 @@ class FleetPageTest(unittest.TestCase):
         causes = re.findall(r'", "([^"]+)"\),$', table, re.M)
         self.assertEqual([cause for cause in causes if cause not in text], [])
 
+    def test_has_every_key_of_a_board_in_the_summary(self) -> None:
+        code = (manual.SOURCE / "fleet/korvel_fleet/results.py").read_text(encoding="utf-8")
+        keys = re.findall(r"^    (\w+): ", re.search(r"^class BoardResult:(.*?)^    def ", code, re.M | re.S)[1], re.M)
+        described = re.search(r"^\.Ss The summary\n(.*?)^\.Sh ", manual.source_of(PAGE), re.M | re.S)[1]
+        heads = re.findall(r"^\.It Em (.*)$", described, re.M)
+        self.assertEqual([word for head in heads for word in head.split(" , ")], keys)
+
 
 if __name__ == "__main__":
     unittest.main()
