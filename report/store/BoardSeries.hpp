@@ -1,12 +1,12 @@
 #pragma once
 
-#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 namespace Report {
 
@@ -17,7 +17,11 @@ struct SeriesKey {
     std::string_view name;
     std::int64_t occurrence = 0;
 
-    auto operator<=>(const SeriesKey&) const = default;
+    bool operator==(const SeriesKey&) const = default;
+    bool operator<(const SeriesKey& other) const {
+        return std::tie(part, title, name, occurrence) <
+               std::tie(other.part, other.title, other.name, other.occurrence);
+    }
 };
 
 /// The series of one board that a store contains, while a package of the board is added.

@@ -7,7 +7,7 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "Time.hpp"
@@ -21,7 +21,10 @@ struct SeriesName {
     std::string name;
     std::int64_t occurrence = 1;
 
-    auto operator<=>(const SeriesName&) const = default;
+    bool operator<(const SeriesName& other) const {
+        return std::tie(part, title, name, occurrence) <
+               std::tie(other.part, other.title, other.name, other.occurrence);
+    }
 };
 
 /// A value at a time.
