@@ -4,25 +4,10 @@
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <string>
-#include <string_view>
-#include <tuple>
+
+#include "SeriesName.hpp"
 
 namespace Report {
-
-/// What identifies a value of a board.
-struct SeriesKey {
-    std::string_view part;
-    std::string_view title;
-    std::string_view name;
-    std::int64_t occurrence = 0;
-
-    bool operator==(const SeriesKey&) const = default;
-    bool operator<(const SeriesKey& other) const {
-        return std::tie(part, title, name, occurrence) <
-               std::tie(other.part, other.title, other.name, other.occurrence);
-    }
-};
 
 /// The series of one board that a store contains, while a package of the board is added.
 class BoardSeries {
@@ -40,13 +25,8 @@ public:
 
 private:
     struct Entry {
-        std::string part;
-        std::string title;
-        std::string name;
-        std::int64_t occurrence = 0;
+        SeriesName name;
         Series series;
-
-        SeriesKey key() const { return {part, title, name, occurrence}; }
     };
 
     void fillIndex();

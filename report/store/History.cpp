@@ -141,7 +141,8 @@ void History::Reader::readValues(BoardRows& board, std::int64_t package, std::in
     values.reset();
     values.bind(1, package);
     while (values.executeStep()) {
-        board.add(values.getColumn(0).getInt64(), {time, std::clamp(values.getColumn(1).getDouble(), -largest, largest)});
+        board.add(values.getColumn(0).getInt64(),
+                  {time, std::clamp(values.getColumn(1).getDouble(), -largest, largest)});
     }
 }
 

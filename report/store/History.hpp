@@ -7,25 +7,11 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <tuple>
 #include <vector>
 
-#include "Time.hpp"
+#include "SeriesName.hpp"
 
 namespace Report {
-
-/// Where a value stands on a board. Packages of a board have the same series again and again.
-struct SeriesName {
-    std::string part;
-    std::string title;
-    std::string name;
-    std::int64_t occurrence = 1;
-
-    bool operator<(const SeriesName& other) const {
-        return std::tie(part, title, name, occurrence) <
-               std::tie(other.part, other.title, other.name, other.occurrence);
-    }
-};
 
 /// A value at a time.
 struct Point {
