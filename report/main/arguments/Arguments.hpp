@@ -33,13 +33,12 @@ struct Arguments {
     bool pager = true;
 
     std::optional<std::string> part;
+    std::size_t limit = 20;  ///< rows of a trend
+    bool asPage = false;     ///< a trend as HTML
     bool logsOnly = false;
     std::optional<Moment> since;
     std::optional<Moment> until;
     std::optional<TextPattern> grep;
-
-    std::size_t limit = 20;  ///< rows of a trend
-    bool asPage = false;     ///< a trend as HTML
 
     std::optional<std::string> map;
     std::optional<std::string> words;

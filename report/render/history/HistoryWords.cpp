@@ -18,7 +18,7 @@ constexpr double largestWhole = 1e15;  // each whole number up to here has its o
 
 std::string formatted(double number, std::chars_format format, int precision) {
     std::array<char, 40> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number, format, precision).ptr;
+    char* const end = std::to_chars(text.data(), text.data() + text.size(), number, format, precision).ptr;
     return {text.data(), end};
 }
 
