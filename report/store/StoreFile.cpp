@@ -25,7 +25,7 @@ SQLite::Database openToAdd(const std::string& path) {
 SQLite::Database openToRead(const std::string& path) {
     // SQLite undoes unfinished writes only if it may write. It opens a file without write permission all the
     // same.
-    SQLite::Database database(fileName(path), SQLite::OPEN_READWRITE, patience);
+    SQLite::Database database(fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, patience);
     database.exec("PRAGMA query_only = 1");
     checkTables(database, path);
     return database;

@@ -15,7 +15,8 @@ namespace Report {
 /// Makes a store if there is none.
 SQLite::Database openToAdd(const std::string& path);
 
-/// Changes nothing, except that it undoes the unfinished writes of a process that was killed.
+/// For use by one thread at a time. Changes nothing, except that it undoes the unfinished writes of a process
+/// that was killed.
 SQLite::Database openToRead(const std::string& path);
 
 /// Runs a step that uses the store at `path`. Throws StoreError for an error of SQLite.

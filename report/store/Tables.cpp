@@ -17,11 +17,12 @@ namespace Report {
 namespace {
 
 void addField(CsvLine& line, const SQLite::Column& value) {
-    if (value.isNull()) {
+    const int type = value.getType();
+    if (type == SQLite::Null) {
         line.addUnknown();
-    } else if (value.isInteger()) {
+    } else if (type == SQLite::INTEGER) {
         line.add(value.getInt64());
-    } else if (value.isFloat()) {
+    } else if (type == SQLite::FLOAT) {
         line.add(value.getDouble());
     } else {
         const char* const text = value.getText();

@@ -34,6 +34,7 @@ Row = tuple[object, ...]
 LARGE = "--large" in sys.argv
 BOARDS = 2000 if LARGE else 40
 DAY = 86_400
+TABLES = ("package", "part", "series", "value", "finding")
 CUT = "packing was interrupted, no room was left below /ffs/run/logs, or the transfer ended early"
 ALTERED = "changed or mixed up after it was made"
 OUTLIERS = (Outlier("board-0007", "fuse/sfn/dmaStats", "transfers failed", 400),
@@ -121,7 +122,8 @@ class Queries(unittest.TestCase):
                          [("1.0.0", BOARDS - 10), ("1.1.0", 10), (None, 6)])
 
     def test_find_the_boards_whose_values_stand_out(self) -> None:
-        for beginning, board in (("How did a value grow per hour", "board-0007"), ("On which boards does a value", "board-0012"),
+        for beginning, board in (("How did a value grow per hour", "board-0007"),
+                                 ("On which boards does a value", "board-0012"),
                                  ("What will be used up first", "board-0003")):
             with self.subTest(beginning=beginning):
                 self.assertEqual(self.answer(beginning)[0][0], board)
@@ -141,7 +143,7 @@ class Queries(unittest.TestCase):
     @unittest.skipIf(LARGE, "the rows are too many to compare one by one")
     @unittest.skipUnless(duckdb_program.INSTALLED, duckdb_program.WHY_NOT)
     def test_have_the_same_rows_in_duckdb(self) -> None:
-        queries = [f"SELECT * FROM {table} ORDER BY 1, 2" for table in ("package", "part", "series", "value", "finding")]
+        queries = [f"SELECT * FROM {table} ORDER BY 1, 2" for table in TABLES]
         told = duckdb_program.run([*LOAD_CSV, *queries], self.folder)[-len(queries):]
         with contextlib.closing(sqlite3.connect(self.folder / "site.db")) as store:
             for query, answer in zip(queries, told, strict=True):
