@@ -2,7 +2,6 @@
 #include <array>
 #include <chrono>
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -56,17 +55,14 @@ struct Candidate {
 /// Reads packages in one thread.
 class Candidates {
 public:
-    /// `contains` tells whether the store has the package of a checksum.
-    Candidates(const Arguments& what, std::function<bool(const std::string&)> contains)
-        : arguments(what),
-          isKnown(std::move(contains)),
-          rules(readRules(what)),
-          reading{.forms = rules.logForms()} {}
+    /// `inStore` are the packages that need not be read.
+    Candidates(const Arguments& what, const Checksums& inStore)
+        : arguments(what), known(inStore), rules(readRules(what)), reading{.forms = rules.logForms()} {}
 
     Candidate read(const std::string& path) const {
         Candidate candidate;
         const std::optional<std::string> checksum = checksumOf(path);
-        candidate.known = checksum && isKnown(*checksum);
+        candidate.known = checksum && known.contains(*checksum);
         if (!candidate.known) {
             candidate.package = readPackage(path, checksum, candidate.reason);
         }
@@ -78,7 +74,7 @@ private:
                                        std::string& reason) const;
 
     const Arguments& arguments;
-    std::function<bool(const std::string&)> isKnown;
+    const Checksums& known;
     RuleSet rules;
     Reading reading;
 };
@@ -104,7 +100,7 @@ std::optional<Package> Candidates::readPackage(const std::string& path,
 /// One run of add.
 class Adding {
 public:
-    explicit Adding(const Arguments& what) : arguments(what), store(what.store) {}
+    explicit Adding(const Arguments& what) : arguments(what), store(what.store), inStore(store.checksums()) {}
 
     int run();
 
@@ -119,6 +115,7 @@ private:
 
     const Arguments& arguments;
     Store store;
+    const Checksums inStore;  ///< before this run
     Clock::time_point committed = Clock::now();
     std::size_t added = 0;
     std::size_t damaged = 0;  ///< of those that were added
@@ -130,8 +127,7 @@ private:
 std::vector<ReadAhead<Candidate>::Maker> Adding::readers() {
     std::vector<ReadAhead<Candidate>::Maker> makers(std::clamp(std::thread::hardware_concurrency(), 1U, 2U));
     for (auto& maker : makers) {
-        const auto candidates = std::make_shared<const Candidates>(
-            arguments, [this](const std::string& checksum) { return store.contains(checksum); });
+        const auto candidates = std::make_shared<const Candidates>(arguments, inStore);
         maker = [this, candidates](std::size_t number) { return candidates->read(arguments.files[number]); };
     }
     return makers;

@@ -82,7 +82,6 @@ const std::string& boardOfSeries(const Package& package) {
 
 PackageRows::PackageRows(SQLite::Database& store)
     : database(store),
-      findPackage(store, "SELECT 1 FROM package WHERE sha256 = ?"),
       insertPackage(store,
                     "INSERT INTO package (sha256, board, time, clock_unset, kind, verdict, cause, "
                     "release, source, size) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
@@ -92,14 +91,6 @@ PackageRows::PackageRows(SQLite::Database& store)
       insertSeries(store, "INSERT INTO series (board, part, title, name, occurrence) VALUES (?, ?, ?, ?, ?)"),
       insertValue(store, "INSERT INTO value VALUES (?, ?, ?)"),
       insertFinding(store, "INSERT INTO finding VALUES (?, ?, ?, ?, ?, ?, ?)") {
-}
-
-bool PackageRows::contains(const std::string& sha256) {
-    findPackage.reset();
-    findPackage.bind(1, sha256);
-    const bool found = findPackage.executeStep();
-    findPackage.reset();
-    return found;
 }
 
 bool PackageRows::add(const Package& package) {

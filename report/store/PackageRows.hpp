@@ -18,8 +18,6 @@ public:
     /// `store` must outlive this object.
     explicit PackageRows(SQLite::Database& store);
 
-    bool contains(const std::string& sha256);
-
     /// Adds all rows of a package, in the transaction of the caller. Returns false, and adds nothing, if
     /// there is a package with its checksum.
     bool add(const Package& package);
@@ -35,7 +33,6 @@ private:
     std::int64_t addSeries(std::string_view board, const SeriesKey& key);
 
     SQLite::Database& database;
-    SQLite::Statement findPackage;
     SQLite::Statement insertPackage;
     SQLite::Statement insertPart;
     SQLite::Statement findSeries;

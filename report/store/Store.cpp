@@ -1,10 +1,11 @@
 #include "Store.hpp"
 
-#include <mutex>
 #include <optional>
 #include <utility>
 
+#include <SQLiteCpp/Column.h>
 #include <SQLiteCpp/Database.h>
+#include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
 
 #include "PackageRows.hpp"
@@ -17,9 +18,13 @@ class Store::Rows {
 public:
     explicit Rows(const std::string& path) : database(openToAdd(path)), packages(database) {}
 
-    bool contains(const std::string& sha256) {
-        const std::scoped_lock lock(asking);
-        return packages.contains(sha256);
+    Checksums checksums() {
+        Checksums found;
+        SQLite::Statement rows(database, "SELECT sha256 FROM package ORDER BY sha256");
+        while (rows.executeStep()) {
+            found.append(rows.getColumn(0).getString());
+        }
+        return found;
     }
 
     bool add(const Package& package) {
@@ -39,7 +44,6 @@ public:
 private:
     SQLite::Database database;
     PackageRows packages;
-    std::mutex asking;  // a statement serves one thread; the database itself serves several
     std::optional<SQLite::Transaction> transaction;
 };
 
@@ -49,8 +53,8 @@ Store::Store(std::string where) : path(std::move(where)) {
 
 Store::~Store() = default;
 
-bool Store::contains(const std::string& sha256) {
-    return useStore(path, [&] { return rows->contains(sha256); });
+Checksums Store::checksums() {
+    return useStore(path, [this] { return rows->checksums(); });
 }
 
 bool Store::add(const Package& package) {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "Checksums.hpp"
 #include "Package.hpp"
 
 namespace Report {
@@ -20,9 +21,8 @@ public:
     /// Drops what was added since the last commit().
     ~Store();
 
-    /// Whether the package with this checksum is in the store, or was added. Other threads can ask this while
-    /// one adds.
-    bool contains(const std::string& sha256);
+    /// Those of all packages in the store.
+    Checksums checksums();
 
     /// Adds a judged package, with its findings. Its parts and values are those of the package itself, not of
     /// packages inside. Returns false, and adds nothing, if the store contains it.

@@ -16,8 +16,8 @@ std::string fileName(const std::string& path) {
 }  // namespace
 
 SQLite::Database openToAdd(const std::string& path) {
-    SQLite::Database database(
-        fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_FULLMUTEX, patience);
+    SQLite::Database database(fileName(path),
+                              SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, patience);
     prepareTables(database, path);
     return database;
 }

@@ -10,13 +10,13 @@
 namespace Report {
 
 // Each function opens the store at a path. It waits up to a minute for another process that writes to the
-// store, and so does each later access. Throws StoreError for what is no store, and SQLite::Exception.
+// store, and so does each later access. Throws StoreError for what is no store, and SQLite::Exception. The
+// database is for use by one thread at a time.
 
 /// Makes a store if there is none.
 SQLite::Database openToAdd(const std::string& path);
 
-/// For use by one thread at a time. Changes nothing, except that it undoes the unfinished writes of a process
-/// that was killed.
+/// Changes nothing, except that it undoes the unfinished writes of a process that was killed.
 SQLite::Database openToRead(const std::string& path);
 
 /// Runs a step that uses the store at `path`. Throws StoreError for an error of SQLite.

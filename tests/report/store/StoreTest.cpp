@@ -73,14 +73,24 @@ TEST_F(StoreTest, HoldsWhyAPackageIsDamagedAndWhichReleaseMadeIt) {
 TEST_F(StoreTest, AddsAPackageOnlyOnce) {
     add({packageOf("bts-17", "abc")});
     Store store(storePath());
-    EXPECT_TRUE(store.contains("abc"));
-    EXPECT_FALSE(store.contains("def"));
     EXPECT_FALSE(store.add(packageOf("another-name", "abc")));
     EXPECT_TRUE(store.add(packageOf("bts-17", "def")));
     EXPECT_FALSE(store.add(packageOf("bts-17", "def")));
     store.commit();
 
     EXPECT_EQ(rows("SELECT board, sha256 FROM package"), "bts-17|abc\nbts-17|def\n");
+}
+
+TEST_F(StoreTest, TellsTheChecksumsOfItsPackages) {
+    const std::string first(64, '1');
+    const std::string second = std::string(63, '0') + "f";
+    add({packageOf("bts-17", first), packageOf("bts-18", second), packageOf("bts-19", "none of SHA-256")});
+
+    const Report::Checksums checksums = Store(storePath()).checksums();
+    EXPECT_TRUE(checksums.contains(first));
+    EXPECT_TRUE(checksums.contains(second));
+    EXPECT_FALSE(checksums.contains(std::string(64, '0')));
+    EXPECT_FALSE(checksums.contains("none of SHA-256"));
 }
 
 TEST_F(StoreTest, ContinuesTheSeriesOfABoard) {
