@@ -122,8 +122,8 @@ const CommandRow& rowOf(Command command) {
 }
 
 const CommandRow* findRow(std::string_view name) {
-    const auto row = std::ranges::find(table, name, &CommandRow::name);
-    return row == table.end() ? nullptr : &*row;
+    const auto* const row = std::ranges::find(table, name, &CommandRow::name);
+    return row == table.end() ? nullptr : row;
 }
 
 std::string_view nameOf(Command command) {

@@ -23,6 +23,7 @@ std::size_t made(std::size_t number) {
 TEST(ReadAhead, HandsResultsOverInOrderHoweverLongEachTakes) {
     Numbers numbers(20, {made, made, made});
     std::vector<std::size_t> taken;
+    taken.reserve(20);
     for (int count = 0; count < 20; ++count) {
         taken.push_back(numbers.take());
     }
