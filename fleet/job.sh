@@ -49,15 +49,26 @@ probe() {
     echo
 }
 
+# The newest result of a cycle in the log of the dispatchers. korvel makes directories even if it only prints.
+logged_heartbeat() {
+    missing=
+    for folder in "$work/fuse" "$work"; do
+        exists "$folder" || missing="$missing $folder"
+    done
+    korvel print dlog 2> /dev/null | sed -n '/Supervision: Starting/ h
+        /Supervision: Heartbeat status:/ H
+        $ { x; s/^[^\n]*//; s/.*Heartbeat status: *//p; }'
+    # shellcheck disable=SC2086 # the names have no blanks
+    [ -z "$missing" ] || rmdir $missing 2> /dev/null
+}
+
 # Supervision runs for ever while all is well, so it is ended after a cycle. It prints an answer that is an error, and
 # only logs an answer that is missing.
 heartbeat() {
     printed=$(timeout "$heartbeat_seconds" korvel supervision 2>&1)
     ended=$?
     line=$(printf '%s\n' "$printed" | sed -n 's/^Heartbeat status: *//p')
-    [ -n "$line" ] || line=$(korvel print dlog 2> /dev/null | sed -n '/Supervision: Starting/ h
-        /Supervision: Heartbeat status:/ H
-        $ { x; s/^[^\n]*//; s/.*Heartbeat status: *//p; }')
+    [ -n "$line" ] || line=$(logged_heartbeat)
     case $ended:$line in
         124: | 143:) echo healthy ;;
         *) echo "unhealthy: ${line:-supervision ended with status $ended}" ;;

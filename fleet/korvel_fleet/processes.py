@@ -103,6 +103,7 @@ class _Child(ExecClient):
         # The worker keeps this object until all of its processes have ended; what belongs to this one is dropped now.
         conversation, self.conversation, self.popen = self.conversation, None, None
         self.worker.ended(conversation, None if timeout else status)
+        self.worker._check_fini()
 
     def _end(self, at_once: bool) -> int:
         """Ends the process and its children. The process stays a zombie until its children got the signal, so its
@@ -131,6 +132,13 @@ class _Children(ExecWorker):
         self.command_of = command_of
         self.ended = ended
         super().__init__(names, handler=None, timeout=timeout, command=" ", stderr=True)
+
+    def _check_fini(self) -> None:
+        """Drops everything after the last process: the engine counts workers, and so keeps some of them."""
+        super()._check_fini()
+        if self._close_count == len(self._clients):
+            self._clients = []
+            del self.begin, self.command_of, self.ended
 
 
 class _Watch(EventHandler):

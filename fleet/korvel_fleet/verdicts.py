@@ -1,6 +1,7 @@
 """What korvel-report says of packages, read from its JSON."""
 
 import json
+import sys
 from dataclasses import dataclass, field
 from typing import Any
 
@@ -76,7 +77,7 @@ class JsonLines:
     def _take_part_or_finding(self, line: bytes) -> None:
         verdict = self.verdicts[-1]
         if line.startswith(b'{"rule":'):
-            severity = json.loads(line.rstrip(b","))["severity"]
+            severity = sys.intern(json.loads(line.rstrip(b","))["severity"])
             verdict.findings[severity] = verdict.findings.get(severity, 0) + 1
         elif line.startswith(b'{"name":') and not verdict.cause and not verdict.is_whole:
             # The object goes on in later lines.
@@ -88,7 +89,7 @@ class JsonLines:
     def _verdict(package: dict[str, Any]) -> Verdict:
         contents = package["sidecar"]["contents"] or {"probes": []}
         return Verdict(
-            verdict=package["verdict"], cause=one_line(package["cause"] or package["reason"] or ""),
+            verdict=sys.intern(package["verdict"]), cause=one_line(package["cause"] or package["reason"] or ""),
             board=package["board"], run_file=package["sidecar"]["state"], sha256=package["sha256"],
             size=package["size"], time=package["time"],
-            probes={one_line(probe["name"]): one_line(probe["result"]) for probe in contents["probes"]})
+            probes={sys.intern(one_line(probe["name"])): one_line(probe["result"]) for probe in contents["probes"]})

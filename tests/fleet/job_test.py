@@ -41,6 +41,18 @@ class TheJob(unittest.TestCase):
                     files | diff /tmp/before - && contents | diff /tmp/before.md5 -""")
                 self.assertEqual(outcome, (0, "status 0\nend\n", ""))
 
+    def test_leaves_nothing_of_a_probe(self) -> None:
+        outcome = run("files > /tmp/before; job probe TOKEN lab-17 eth0 > /dev/null; files | diff /tmp/before -")
+        self.assertEqual(outcome, (0, "", ""))
+
+    def test_cleans_up_if_the_connection_breaks(self) -> None:
+        outcome = run("""
+            echo old > netfp_logs_post_mortem.tgz; mkdir -p /tmp/korvel/mmi; echo older > /tmp/korvel/mmi/x
+            files > /tmp/before; contents > /tmp/before.md5
+            job collect TOKEN lab-17 pkg-pm 10000000 2> /dev/null | head -n 1
+            files | diff /tmp/before - && contents | diff /tmp/before.md5 -""")
+        self.assertEqual(outcome, (0, "korvel-fleet/1 TOKEN\n", ""))
+
     def test_sends_a_package_of_this_run_only(self) -> None:
         _, out, _ = run("""
             korvel pkg-pm 2> /dev/null; echo older > /tmp/korvel/mmi/iwf/Old.log; rm *

@@ -27,14 +27,14 @@ TROUBLE = {number: text for number, (_, text) in BOARDS.items() if text is not N
 KEPT = {11: "cut", 17: "cut", 19: "cut"}
 
 
-def write_configuration(folder: Path) -> Path:
-    """Keys, and a configuration of ssh for all boards."""
+def write_configuration(folder: Path, proxies: dict[int, str]) -> Path:
+    """Keys, and a configuration of ssh for all boards. `proxies` are the ProxyCommands that are not the usual one."""
     keys = {name: folder / name for name in ("user", "host", "stranger")}
     for path in keys.values():
         subprocess.run(["ssh-keygen", "-q", "-t", "ed25519", "-N", "", "-f", path], check=True)
     host = (folder / "host.pub").read_text(encoding="ascii")
     (folder / "known_hosts").write_text(f"board* {host}", encoding="ascii")
-    lines = [f"Host board{number}\n    ProxyCommand {BOARDS.get(number, (ON_BOARD, None))[0] % keys}"
+    lines = [f"Host board{number}\n    ProxyCommand {proxies.get(number, ON_BOARD) % keys}"
              for number in range(1, NUMBER + 1)]
     lines.append(f"Host *\n    User root\n    IdentityFile {keys['user']}\n    IdentitiesOnly yes\n"
                  f"    UserKnownHostsFile {folder}/known_hosts\n    StrictHostKeyChecking yes\n    GlobalKnownHostsFile none\n")
@@ -45,7 +45,8 @@ def write_configuration(folder: Path) -> Path:
 
 class ThirtyTwoBoards(fleet.FolderCase):
     def test_are_each_collected_or_named_with_their_cause(self) -> None:
-        ssh = f"ssh -F {write_configuration(self.folder)} -o ConnectTimeout=15"
+        proxies = {number: proxy for number, (proxy, _) in BOARDS.items()}
+        ssh = f"ssh -F {write_configuration(self.folder, proxies)} -o ConnectTimeout=15"
         outcome = fleet.run("collect", "-w", f"board[1-{NUMBER}]", "-o", self.packages, "--ssh", ssh, "--timeout", "25")
 
         summary = fleet.summary_of(self.packages)
