@@ -79,8 +79,9 @@ class CollectRun:
             self._judges.judge(package, lambda verdict: self._take_recalled(board, package, verdict))
 
     def _take_recalled(self, board: str, package: Path, verdict: Verdict) -> None:
+        state, cause = ("whole", None) if verdict.is_whole else ("altered", f"package {verdict.verdict}: {verdict.cause}")
         self._results[board] = BoardResult(
-            board, "whole", verdict=verdict.verdict, file=package.name, sha256=verdict.sha256, size=verdict.size,
+            board, state, cause, verdict=verdict.verdict, file=package.name, sha256=verdict.sha256, size=verdict.size,
             package_time=verdict.time, findings=verdict.findings, probes=verdict.probes)
 
     def _take(self, result: BoardResult) -> None:
@@ -91,7 +92,8 @@ class CollectRun:
         """Writes about all boards of the folder, also those that this run did not name."""
         for board in self._boards:
             if board not in self._results:
-                self._results[board] = BoardResult(board, "not asked", "the run was interrupted")
+                self._results[board] = self._earlier.get(board) or BoardResult(
+                    board, "not asked", "the run was interrupted")
         everything = {**self._earlier, **self._results}
         results = [everything[board] for board in NodeSet.fromlist(list(everything))]
         keyword = self._arguments.package

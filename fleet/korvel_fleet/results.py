@@ -13,7 +13,7 @@ class BoardResult:
     """What became of one board. The names of the fields are the keys in summary.json."""
 
     board: str
-    state: str  # whole, incomplete, cut, refused, failed or not asked
+    state: str  # whole, incomplete, cut, altered, refused, failed or not asked
     cause: str | None = None  # None for a whole package
     evidence: str | None = None  # the message behind the cause
     verdict: str | None = None  # that of korvel-report, if a package arrived

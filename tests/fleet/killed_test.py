@@ -107,6 +107,18 @@ class Killed(fleet.FolderCase):
         self.assertEqual(self.asked(), [])
         self.assertEqual(len(self.assert_only_whole_packages()), NUMBER)
 
+    def test_shows_what_earlier_runs_found_if_the_next_one_is_interrupted(self) -> None:
+        self.ssh.write_text("#!/bin/sh\necho 'Connection refused' >&2\nexit 255\n", encoding="ascii")
+        self.start().communicate(timeout=60)
+        self.ssh.write_text("#!/bin/sh\nsleep 600\n", encoding="ascii")
+        process = self.start("--resume")
+        while len(processes_below(self.ssh)) < 8:
+            time.sleep(0.01)
+        process.send_signal(signal.SIGTERM)
+        out, _ = process.communicate(timeout=60)
+        self.assertEqual((process.returncode, out), (
+            143, f"{self.nodes}: connection refused\n0 of {NUMBER} boards have a whole package in {self.packages}\n"))
+
     def test_keeps_a_package_without_its_run_file_and_asks_again(self) -> None:
         self.start().communicate(timeout=60)
         (self.packages / "board1.tgz.run").unlink()

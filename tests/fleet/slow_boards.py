@@ -1,5 +1,5 @@
-"""Measures whether boards are asked at the same time: 28 boards over ssh, each of which waits five seconds before its
-server answers, must take at most 1.3 times as long as one.
+"""Measures whether boards are asked at the same time. The SSH servers of 28 boards each wait five seconds before they
+answer. All of them must take at most 1.3 times as long as one.
 """
 
 import sys
