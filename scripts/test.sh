@@ -72,7 +72,7 @@ print_summary() {
     sed -n '/% tests passed/,$p' "$last_run"
 }
 
-scripts/setup.sh build board report test lint || exit 1
+scripts/setup.sh build board report fleet test lint || exit 1
 last_run=$(mktemp)
 trap 'rm -f "$last_run"' EXIT
 
