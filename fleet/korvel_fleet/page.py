@@ -17,7 +17,7 @@ h2 { font-size: 1.1rem; margin: 1.5rem 0 .5rem; }
 table { border-collapse: collapse; width: 100%; }
 th, td { border-bottom: 1px solid var(--line); padding: .35rem .6rem .35rem 0; text-align: left; vertical-align: top; }
 th { font-weight: 600; }
-td { overflow-wrap: anywhere; }
+td.cause { overflow-wrap: anywhere; }
 td.number, th.number { text-align: right; font-variant-numeric: tabular-nums; }
 tr.trouble { background: var(--soft); }
 tr.trouble td.state { font-weight: 600; }
@@ -28,6 +28,7 @@ small { display: block; }
     td, td.number { border: 0; display: block; padding: .1rem 0; text-align: left; }
     td::before { content: attr(data-name) ": "; font-weight: 600; }
     td:empty { display: none; }
+    td { overflow-wrap: anywhere; }
 }
 @media print { body { max-width: none; } }
 """
@@ -49,8 +50,8 @@ def _link(file: str, text: str) -> str:
 
 
 def _cause(result: BoardResult) -> str:
-    evidence = result.evidence if result.evidence != result.cause else None
-    return escape(result.cause or "") + (f"<small>{escape(evidence)}</small>" if evidence else "")
+    cause, evidence = result.cause or "", result.evidence or ""
+    return escape(cause) + (f"<small>{escape(evidence)}</small>" if evidence not in cause else "")
 
 
 def _row(result: BoardResult) -> str:
@@ -58,7 +59,7 @@ def _row(result: BoardResult) -> str:
                 for severity, title in SEVERITIES]
     trouble = "" if result.state == "whole" else ' class="trouble"'
     cells = [_cell("Board", escape(result.board)), _cell("State", escape(result.state), "state"),
-             _cell("Cause", _cause(result)), *findings,
+             _cell("Cause", _cause(result), "cause"), *findings,
              _cell("Heartbeat", escape(result.probes.get("heartbeat", ""))),
              _cell("Package", _link(result.file, result.file) if result.file else "")]
     return f"<tr{trouble}>{''.join(cells)}</tr>\n"
@@ -87,4 +88,5 @@ def page_lines(results: list[BoardResult]) -> Iterator[str]:
         for result in results:
             if (result.state != "whole") is in_trouble:
                 yield _row(result)
-    yield "</tbody>\n</table>\n</main>\n</body>\n</html>\n"
+    yield ("</tbody>\n</table>\n<p><code>korvel-report html FILE</code> makes a page of a package.</p>\n"
+           "</main>\n</body>\n</html>\n")
