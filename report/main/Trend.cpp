@@ -1,5 +1,3 @@
-#include "Trends.hpp"
-
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -11,6 +9,7 @@
 #include "HistoryRenderers.hpp"
 #include "Message.hpp"
 #include "Output.hpp"
+#include "Trends.hpp"
 
 namespace Report {
 
