@@ -9,7 +9,7 @@ import subprocess
 import unittest
 
 from browser import BUILD, WIDTHS, PageTest, skip
-from sample_pages import page_of_neighbours, troubled_page
+from sample_pages import page_of_neighbours, trend_page, troubled_page
 
 VERSION = "4.10.3"
 SHA256 = "880970c081707360e64f34cea25ff91892f5bc95675b0776925b9709dd8a68bb"
@@ -44,7 +44,7 @@ def axe() -> str:
 class AccessibilityTest(PageTest):
     def test_has_no_violation_in_light_and_dark_at_any_width(self) -> None:
         script = axe()
-        for page in (troubled_page(self.folder), page_of_neighbours(self.folder)):
+        for page in (troubled_page(self.folder), page_of_neighbours(self.folder), trend_page(self.folder)):
             for width in WIDTHS:
                 self.browser.show(page, width)
                 self.browser.open_everything()

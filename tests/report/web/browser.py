@@ -67,8 +67,12 @@ def write_package(file: Path, members: Members, made: float = MADE, owner: str =
     return file
 
 
+def run_program(*words: str | Path) -> None:
+    subprocess.run([BUILD / "korvel-report", *words], check=True, timeout=60, stdout=subprocess.DEVNULL)
+
+
 def make_page(page: Path, *arguments: str | Path) -> Path:
-    subprocess.run([BUILD / "korvel-report", "html", "-o", page, *arguments], check=True, timeout=60)
+    run_program("html", "-o", page, *arguments)
     return page
 
 

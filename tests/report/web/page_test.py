@@ -4,7 +4,8 @@ import json
 import unittest
 
 from browser import WIDTHS, PageTest
-from sample_pages import HOSTILE, VISIBLE_ESCAPES, hostile_page, ordinary_page, page_of_a_long_log, page_of_neighbours
+from sample_pages import (HOSTILE, VISIBLE_ESCAPES, hostile_page, ordinary_page, page_of_a_long_log, page_of_neighbours,
+                          trend_page)
 from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
@@ -53,7 +54,8 @@ class PageInABrowserTest(PageTest):
         cls.ordinary = ordinary_page(cls.folder)
         cls.neighbours = page_of_neighbours(cls.folder)
         cls.hostile = hostile_page(cls.folder)
-        cls.pages = (cls.ordinary, cls.neighbours, cls.hostile)
+        cls.trend = trend_page(cls.folder)
+        cls.pages = (cls.ordinary, cls.neighbours, cls.hostile, cls.trend)
 
     def texts(self, selector: str) -> list[str]:
         """What a reader sees of the elements, also of those that are out of view."""
@@ -214,6 +216,14 @@ class PageInABrowserTest(PageTest):
         self.assertEqual(self.texts(".plot .readout"), ["iwf: 950", "iwf: 50"])
         for pixels in self.browser.script(PIXELS_OF_LINES):
             self.assertGreater(pixels, 100)
+
+    def test_plots_the_values_of_a_store_that_stand_out(self) -> None:
+        self.browser.show(self.trend)
+        self.browser.open_everything()
+        self.assertEqual(self.texts("#outliers tbody th"), ["board-0"])
+        self.assertEqual(self.texts(".plot figcaption"), [f"{HOSTILE[1]} mmi/iwf/HeapStats"])
+        self.assertEqual(self.texts(".plot .readout"), ["board-0: 0usual now: 7"])
+        self.assertEqual(self.browser.events("Page.javascriptDialogOpening"), [])
 
     def test_shows_what_differs_between_neighbours(self) -> None:
         self.browser.show(self.neighbours, javascript=False)

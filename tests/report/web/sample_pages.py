@@ -4,7 +4,7 @@ import hashlib
 from collections.abc import Iterable
 from pathlib import Path
 
-from browser import MADE, PACKAGES, make_page, members_of, write_package
+from browser import MADE, PACKAGES, make_page, members_of, run_program, write_package
 
 # In each of these, a page that trusts a text would run it, follow it, fill it in, or lose the rest of the page.
 HOSTILE = (
@@ -81,6 +81,21 @@ def hostile_members(number: int) -> dict[str, bytes]:
     members["./mmi/iwf/HeapStats.log"] = values.encode()
     members["./ti/netfp_proxy.log"] = HOSTILE[1].encode()
     return members
+
+
+def trend_page(folder: Path) -> Path:
+    """The page of a store of six boards over two times, with a hostile text in the name of a value that stands out."""
+    packages = []
+    for board in range(6):
+        for hour in range(2):
+            text = f"  {HOSTILE[1]}  {9000 * hour if board == 0 else 7}\n  bytes in use  {board + hour}\n"
+            packages.append(write_package(folder / f"board-{board}-{hour}.tgz", {"./mmi/iwf/HeapStats.log": text.encode()},
+                                          MADE - 3600 * hour))
+            write_run(packages[-1], f"board-{board}", ())
+    store, page = folder / "trend.db", folder / "trend.html"
+    run_program("add", store, *packages)
+    run_program("trend", store, "--html", "-o", page)
+    return page
 
 
 def hostile_page(folder: Path) -> Path:
