@@ -5,6 +5,7 @@ import os
 import re
 import shlex
 import shutil
+import signal
 import sys
 from collections.abc import Callable, Iterable
 from typing import Any, NoReturn
@@ -118,7 +119,7 @@ def _add_max_bytes(parser: argparse.ArgumentParser, default: str, text: str) -> 
 def _add_run(parser: argparse.ArgumentParser) -> None:
     _add_boards(parser, 60)
     _add_max_bytes(parser, "1M", "end a board that prints more")
-    parser.add_argument("words", metavar="ARGUMENT", nargs="+", help="the arguments of korvel, after --")
+    parser.add_argument("words", metavar="ARGUMENT", nargs="+", help="the arguments of korvel, without its name, after --")
 
 
 def _add_probe(parser: argparse.ArgumentParser) -> None:
@@ -144,23 +145,39 @@ def _parser() -> argparse.ArgumentParser:
     parser = _Parser(prog="korvel-fleet", description="Asks many boards at once, over ssh.")
     parser.add_argument("--version", action="version", version=f"korvel-fleet {VERSION}")
     subparsers = parser.add_subparsers(title="subcommands", metavar="SUBCOMMAND", required=True, parser_class=_Parser)
-    for name, (run, add_arguments, text) in SUBCOMMANDS.items():
+    for name, (start, add_arguments, text) in SUBCOMMANDS.items():
         subparser = subparsers.add_parser(name, help=text, description=text)
         add_arguments(subparser)
-        subparser.set_defaults(run=run)
+        subparser.set_defaults(run=start, subcommand=name)
     return parser
+
+
+def _drop_output() -> None:
+    """Python writes the rest of the output at its end, too."""
+    os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+
+
+def _parse() -> argparse.Namespace:
+    """The arguments. An error names the subcommand's own help."""
+    arguments, rest = _parser().parse_known_args()
+    if rest:
+        hint = "; write -- before the arguments of korvel" if arguments.run is run and "--" not in sys.argv else ""
+        raise WrongUsage(f"unrecognized argument: {rest[0]}{hint}\nTry 'korvel-fleet {arguments.subcommand} --help'.")
+    return arguments
 
 
 def main() -> int:
     try:
-        arguments = _parser().parse_args()
+        arguments = _parse()
         status = arguments.run(arguments)
         sys.stdout.flush()
         return status
     except (WrongUsage, Trouble) as error:
         print(f"korvel-fleet: {visible(str(error))}", file=sys.stderr)
     except BrokenPipeError:
-        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())
+        _drop_output()
+        return 128 + signal.SIGPIPE
     except OSError as error:
-        print(f"korvel-fleet: {error}", file=sys.stderr)
+        _drop_output()
+        print(f"korvel-fleet: cannot write the result: {error.strerror}", file=sys.stderr)
     return TROUBLE

@@ -85,6 +85,8 @@ class Folder:
             fcntl.flock(self._lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
         except BlockingIOError as error:
             raise Trouble(f"another korvel-fleet collects into {path}") from error
+        except FileExistsError as error:
+            raise Trouble(f"cannot use {path}: not a directory") from error
         except OSError as error:
             raise Trouble(f"cannot use {path}: {error.strerror}") from error
 

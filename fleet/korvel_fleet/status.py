@@ -10,7 +10,7 @@ from pathlib import Path
 
 from korvel_fleet import summary
 from korvel_fleet.errors import Trouble
-from korvel_fleet.folder import recorded_checksum
+from korvel_fleet.folder import checksum_of, recorded_checksum
 from korvel_fleet.judge import find_program
 from korvel_fleet.results import BoardResult, print_results
 
@@ -35,11 +35,13 @@ def _age_text(time: str | None) -> str:
 
 
 def _checked(result: BoardResult, folder: Path) -> BoardResult:
-    """The result, unless the package is no longer there."""
+    """The result, unless the package is no longer there, or no longer the same."""
     if result.state == "whole":
         package = folder / str(result.file)
         if not package.is_file() or recorded_checksum(package) != result.sha256:
             result.state, result.cause = "missing", "the package is no longer there"
+        elif checksum_of(package) != result.sha256:
+            result.state, result.cause = "altered", "the package was changed after it was collected"
     return result
 
 
@@ -56,7 +58,7 @@ def _table(results: list[BoardResult]) -> Iterator[str]:
 
 
 METRICS = (
-    ("korvel_fleet_collected", "1 if the folder has a whole package of the board, otherwise 0.",
+    ("korvel_fleet_collected", "1 if the directory has a whole package of the board, otherwise 0.",
      lambda result: 1 if result.state == "whole" else 0),
     ("korvel_fleet_asked_age_seconds", "Time since the board was last asked.", lambda result: _age(result.ended)),
     *((f"korvel_fleet_findings_{severity}", f"Findings of severity {severity} in the package of the board.",

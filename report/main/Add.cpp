@@ -61,6 +61,10 @@ public:
 
     Candidate read(const std::string& path) const {
         Candidate candidate;
+        if (path.ends_with(".run")) {  // a pattern such as *.tgz* names these, too
+            candidate.reason = "a sidecar, not a package";
+            return candidate;
+        }
         const std::optional<std::string> checksum = checksumOf(path);
         candidate.known = checksum && known.contains(*checksum);
         if (!candidate.known) {

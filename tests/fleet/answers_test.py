@@ -35,6 +35,10 @@ stderr: Failed to Send to Master Socket "/tmp/NetfpMaster": 2: No such file or d
 stderr: Get Port: Invalid port number "eth1"
 """) + block("board4 (1)", "2\n") + "board2: no route to the board\nboard3: korvel not found on the board\n", ""))
 
+    def test_names_boards_to_leave_out_that_are_none(self) -> None:
+        outcome = self.ask("run", "board1", {}, "-x", "bord[2-3]", "--", "getport", "eth1")
+        self.assertEqual(outcome, (0, block("board1 (1)", "2\n"), "korvel-fleet: -x: not among the boards: bord[2-3]\n"))
+
     def test_fails_if_korvel_fails_on_a_board(self) -> None:
         outcome = self.ask("run", "board1", {}, "--", "getport", "99999999999")
         self.assertEqual(outcome.status, 1)

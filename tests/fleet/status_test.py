@@ -43,6 +43,22 @@ board4: package incomplete: mmi/sfn/HeapStats empty: dispatcher sfn did not answ
         (self.packages / "board1.tgz").unlink()
         self.assertIn("\nboard1: the package is no longer there\n", fleet.run("status", self.packages).out)
 
+    def test_names_packages_that_were_changed(self) -> None:
+        with (self.packages / "board1.tgz").open("ab") as package:
+            package.write(b"more")
+        outcome = fleet.run("status", self.packages)
+        self.assertEqual(outcome.status, 1)
+        self.assertIn("\nboard1: the package was changed after it was collected\n", outcome.out)
+        metrics = self.folder / "fleet.prom"
+        fleet.run("status", "--metrics", metrics, self.packages)
+        self.assertIn('korvel_fleet_collected{board="board1"} 0\n', metrics.read_text(encoding="utf-8"))
+
+    def test_reports_output_that_cannot_be_written(self) -> None:
+        with open("/dev/full", "wb") as full:
+            outcome = subprocess.run([fleet.PROGRAM, "status", self.packages], stdout=full, stderr=subprocess.PIPE, text=True)
+        self.assertEqual((outcome.returncode, outcome.stderr),
+                         (3, "korvel-fleet: cannot write the result: No space left on device\n"))
+
     def test_writes_metrics_that_prometheus_accepts(self) -> None:
         metrics = self.folder / "fleet.prom"
         self.assertEqual(fleet.run("status", "--metrics", metrics, self.packages), (0, "", ""))

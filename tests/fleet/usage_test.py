@@ -31,10 +31,19 @@ class WrongUsage(fleet.FolderCase):
             self.assert_refused(f"{message}\n{TRY}", *arguments)
         self.assertFalse(self.packages.exists())
 
+    def test_of_arguments_is_refused(self) -> None:
+        for message, subcommand, *arguments in (
+            ("unrecognized argument: -d; write -- before the arguments of korvel", "run", "-w", "a", "-d", "all", "print"),
+            ("unrecognized argument: --resume", "status", "case", "--resume"),
+            ("unrecognized argument: other", "status", "case", "other"),
+        ):
+            self.assert_refused(f"{message}\nTry 'korvel-fleet {subcommand} --help'.\n", subcommand, *arguments)
+
     def test_of_names_is_refused(self) -> None:
         for message, nodes in (
             ("wrong node set: missing bracket: \"board[\"\n", "board["),
-            ("no boards: the node set is empty\n", "@no-such-group"),
+            ("no boards: a group without members, or not defined in groups.conf(5)\n", "@no-such-group"),
+            ("not a name of a board: board1 board4; commas separate names\n", "board1 board4"),
             ("not a name of a board: ../board\n", "../board"),
             ("not a name of a board: a/b\n", "board1,a/b"),
             ("not a name of a board: -oProxyCommand=id\n", "-oProxyCommand=id"),
@@ -42,12 +51,13 @@ class WrongUsage(fleet.FolderCase):
             ("not a name of a board: a\\x1bb\n", "a\x1bb"),
         ):
             self.assert_refused(message, *self.collect(f"-w{nodes}"))
-        self.assert_refused("no boards: the node set is empty\n", *self.collect("-w", "board[1-2]", "-x", "board[1-9]"))
+        self.assert_refused("no boards: the node set is empty\n", *self.collect("-w", "board[1-2]", "-x", "board[1-2]"))
+        self.assert_refused("no boards: the node set is empty\n", "run", "-w", "a", "-x", "a", "--", "print")
 
     def test_of_a_directory_is_refused(self) -> None:
         file = self.folder / "file"
         file.touch()
-        self.assert_refused(f"cannot use {file}: File exists\n", "collect", "-w", "a", "-o", str(file))
+        self.assert_refused(f"cannot use {file}: not a directory\n", "collect", "-w", "a", "-o", str(file))
         self.assert_refused(f"{self.folder} has no summary.json: nothing was collected into it\n", "status",
                             str(self.folder))
         (self.folder / "summary.json").write_text("[]", encoding="utf-8")

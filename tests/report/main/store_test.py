@@ -79,6 +79,12 @@ class Add(ReportTest):
                                  "korvel-report: nowhere.tgz: No such file or directory\n"
                                  "korvel-report: .: Is a directory\n"))
 
+    def test_takes_no_sidecar_for_a_package(self) -> None:
+        self.sidecar(self.package("lab-17.tgz"))
+        self.assertEqual(self.run_report("add", "site.db", "lab-17.tgz", "lab-17.tgz.run"),
+                         Outcome(3, "site.db: 1 package added\n",
+                                 "korvel-report: lab-17.tgz.run: a sidecar, not a package\n"))
+
     def test_reads_a_package_from_a_pipe(self) -> None:
         package = self.package("lab-17.tgz").read_bytes()
         for message in ("1 package added", "0 packages added, 1 already there"):
