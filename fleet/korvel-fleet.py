@@ -1,11 +1,13 @@
 #!/usr/bin/python3
 """Starts korvel-fleet. Its modules are in ../share/korvel-fleet, so the installation can be moved as a whole."""
 
-import signal
-import sys
-from pathlib import Path
+import _signal  # unlike signal, it is there at once: before this line, Ctrl-C prints a traceback
 
-signal.signal(signal.SIGINT, signal.SIG_DFL)  # Ctrl-C ends the program without a traceback
+_signal.signal(_signal.SIGINT, _signal.SIG_DFL)
+
+import sys  # noqa: E402
+from pathlib import Path  # noqa: E402
+
 sys.path.insert(0, str(Path(__file__).resolve().parent / "@modules@"))
 try:
     import ClusterShell  # noqa: F401

@@ -141,11 +141,12 @@ int Adding::run() {
     Progress progress("packages", arguments.files.size());
     ReadAhead<Candidate> candidates(arguments.files.size(), readers());
     for (const std::string& path : arguments.files) {
-        const Candidate candidate = candidates.take();
-        if (!candidate.reason.empty()) {
-            progress.clear();
-        }
-        take(candidate, path);
+        candidates.next([&](const Candidate& candidate) {
+            if (!candidate.reason.empty()) {
+                progress.clear();
+            }
+            take(candidate, path);
+        });
         commitSometimes();
         progress.advance();
     }

@@ -23,46 +23,54 @@ public:
 
     /// Makes the results of the numbers 0 to count - 1, with one thread for each maker. A maker is called by
     /// its own thread only.
-    ReadAhead(std::size_t count, std::vector<Maker> makers) : end(count), ahead(makers.size()) {
+    ReadAhead(std::size_t count, std::vector<Maker> makers)
+        : end(count), ahead(makers.size()), used(makers.size()) {
         for (Maker& maker : makers) {
-            threads.emplace_back([this, maker = std::move(maker)](const std::stop_token& stop) {
-                while (const std::optional<std::size_t> number = nextNumber(stop)) {
-                    put(*number, made(maker, *number));
+            const std::size_t place = threads.size();
+            threads.emplace_back([this, place, maker = std::move(maker)](const std::stop_token& stop) {
+                while (const std::optional<std::size_t> number = nextNumber(stop, place)) {
+                    put(*number, made(maker, *number, place));
                 }
             });
         }
     }
 
-    /// The next result. Throws what the maker threw. Call it `count` times at most.
-    Result take() {
+    /// Calls `use` with the next result. Throws what its maker threw. Call this `count` times at most.
+    template <typename Use>
+    void next(Use use) {
         std::unique_lock lock(mutex);
         changed.wait(lock, [this] { return waiting.contains(taken); });
-        auto next = waiting.extract(taken++);
+        Made made = std::move(waiting.extract(taken++).mapped());
         lock.unlock();
         changed.notify_all();
-        if (next.mapped().failure) {
-            std::rethrow_exception(next.mapped().failure);
+        if (made.failure) {
+            std::rethrow_exception(made.failure);
         }
-        return std::move(*next.mapped().result);
+        use(std::as_const(*made.result));
+        lock.lock();
+        used[made.maker].push_back(std::move(made));
     }
 
 private:
     struct Made {
         std::optional<Result> result;
         std::exception_ptr failure;  ///< null if there is a result
+        std::size_t maker = 0;
     };
 
-    static Made made(const Maker& maker, std::size_t number) {
+    static Made made(const Maker& maker, std::size_t number, std::size_t place) {
         try {
-            return {maker(number), nullptr};
+            return {maker(number), nullptr, place};
         } catch (...) {
-            return {std::nullopt, std::current_exception()};
+            return {std::nullopt, std::current_exception(), place};
         }
     }
 
     /// Waits while enough results are ahead of the caller. No number if there are no more.
-    std::optional<std::size_t> nextNumber(const std::stop_token& stop) {
+    std::optional<std::size_t> nextNumber(const std::stop_token& stop, std::size_t place) {
+        std::vector<Made> discarded;  // its memory is returned without the lock
         std::unique_lock lock(mutex);
+        discarded.swap(used[place]);
         const bool wanted =
             changed.wait(lock, stop, [this] { return begun == end || begun <= taken + ahead; });
         return wanted && begun < end ? std::optional(begun++) : std::nullopt;
@@ -83,7 +91,9 @@ private:
     std::size_t begun = 0;
     std::size_t taken = 0;
     std::map<std::size_t, Made> waiting;
-    std::vector<std::jthread> threads;  // the last member: they use the others
+    // Memory is returned by the thread that asked for it: two threads wait for each other in malloc and free.
+    std::vector<std::vector<Made>> used;  // by maker
+    std::vector<std::jthread> threads;    // the last member: they use the others
 };
 
 }  // namespace Report

@@ -20,12 +20,18 @@ std::size_t made(std::size_t number) {
     return number;
 }
 
+std::size_t next(Numbers& numbers) {
+    std::size_t result = 0;
+    numbers.next([&](std::size_t number) { result = number; });
+    return result;
+}
+
 TEST(ReadAhead, HandsResultsOverInOrderHoweverLongEachTakes) {
     Numbers numbers(20, {made, made, made});
     std::vector<std::size_t> taken;
     taken.reserve(20);
     for (int count = 0; count < 20; ++count) {
-        taken.push_back(numbers.take());
+        taken.push_back(next(numbers));
     }
     std::vector<std::size_t> expected(20);
     std::iota(expected.begin(), expected.end(), 0);
@@ -39,9 +45,9 @@ TEST(ReadAhead, ThrowsAFailureInPlaceOfTheResultAndGoesOn) {
                         }
                         return number;
                     }});
-    EXPECT_EQ(numbers.take(), 0U);
-    EXPECT_THROW(numbers.take(), std::runtime_error);
-    EXPECT_EQ(numbers.take(), 2U);
+    EXPECT_EQ(next(numbers), 0U);
+    EXPECT_THROW(next(numbers), std::runtime_error);
+    EXPECT_EQ(next(numbers), 2U);
 }
 
 TEST(ReadAhead, IsOnlyAFewResultsAheadOfTheCaller) {
@@ -52,7 +58,7 @@ TEST(ReadAhead, IsOnlyAFewResultsAheadOfTheCaller) {
     };
     {
         Numbers numbers(1000, {count, count});
-        numbers.take();
+        next(numbers);
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_LE(begun, 4U);
     }
