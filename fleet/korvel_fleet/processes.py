@@ -218,3 +218,5 @@ class Processes:
         finally:
             for number, handler in handlers.items():
                 signal.signal(number, handler)
+        if self._is_stopped():  # the last process ended before the timer looked
+            raise Interrupted(self._watch.signal_number)
