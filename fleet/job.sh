@@ -168,8 +168,10 @@ set_earlier_files_aside() {
         (lock_collection && move_collected "$work" "$own") 8< "$work" 9>&-
 }
 
-# Removes the work files of this run, except if somebody collects at the same time, and brings the earlier ones back.
+# Removes the work files of this run, and brings the earlier ones back. Removes nothing if somebody collects at the same
+# time, or if files of an earlier collection are among them.
 clear_work() {
+    ! "$mixed" || return 0
     exists "$made" && is_own_directory "$work" && [ -z "$(find "$work" -newer "$made")" ] || return 0
     for name in $collected; do
         rm -rf "${work:?}/$name"
@@ -276,7 +278,11 @@ collect() {
     description=$(describe_board "$board" && probes "$@")
     lock_packages
     settle_earlier_jobs
-    set_earlier_files_aside || say "cannot move the files of an earlier collection: the package contains them"
+    mixed=false
+    set_earlier_files_aside || {
+        mixed=true
+        say "cannot move the files of an earlier collection: the package contains them"
+    }
     make_package
     checksum=
     ! exists "$made" || checksum=$(sha256sum < "$made" | cut -d ' ' -f 1)

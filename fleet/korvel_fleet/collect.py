@@ -18,6 +18,7 @@ from korvel_fleet.processes import Interrupted, Processes
 from korvel_fleet.progress import Progress
 from korvel_fleet.results import BoardResult, print_results
 from korvel_fleet.ssh import command_line
+from korvel_fleet.texts import one_line
 from korvel_fleet.verdicts import Verdict
 
 
@@ -79,7 +80,10 @@ class CollectRun:
             self._judges.judge(package, lambda verdict: self._take_recalled(board, package, verdict))
 
     def _take_recalled(self, board: str, package: Path, verdict: Verdict) -> None:
-        state, cause = ("whole", None) if verdict.is_whole else ("altered", f"package {verdict.verdict}: {verdict.cause}")
+        foreign = f"package of another board: {one_line(verdict.board or 'unknown')}" if verdict.board != board else None
+        damage = None if verdict.is_whole else f"package {verdict.verdict}: {verdict.cause}"
+        cause = foreign or damage
+        state = "altered" if cause else "whole"
         self._results[board] = BoardResult(
             board, state, cause, verdict=verdict.verdict, file=package.name, sha256=verdict.sha256, size=verdict.size,
             package_time=verdict.time, findings=verdict.findings, probes=verdict.probes)
@@ -92,8 +96,10 @@ class CollectRun:
         """Writes about all boards of the folder, also those that this run did not name."""
         for board in self._boards:
             if board not in self._results:
-                self._results[board] = self._earlier.get(board) or BoardResult(
-                    board, "not asked", "the run was interrupted")
+                earlier = self._earlier.get(board)
+                if earlier is None or earlier.state == "whole":  # that package is gone
+                    earlier = BoardResult(board, "not asked", "the run was interrupted")
+                self._results[board] = earlier
         everything = {**self._earlier, **self._results}
         results = [everything[board] for board in NodeSet.fromlist(list(everything))]
         keyword = self._arguments.package

@@ -1,6 +1,7 @@
 #include "History.hpp"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 #include <utility>
 
@@ -19,6 +20,11 @@ constexpr const char* inTime = "board IS NOT NULL AND time IS NOT NULL AND NOT c
 constexpr const char* chosen = "(?1 IS NULL OR board = ?1) AND (time IS NULL OR time BETWEEN ?2 AND ?3)";
 
 constexpr double largest = 1e300;  // differences and sums of such numbers are still finite
+
+/// A text stands for a number that is too large for an integer, decimal or hexadecimal.
+double numberOf(const SQLite::Column& value) {
+    return value.isText() ? std::strtod(value.getText(), nullptr) : value.getDouble();
+}
 
 /// The rows of one board while they are read.
 struct BoardRows {
@@ -136,13 +142,12 @@ void History::Reader::forEachSeries(const std::string& board,
     }
 }
 
-/// A text stands for a number that is too large for an integer. SQLite converts it, if need be to infinity.
 void History::Reader::readValues(BoardRows& board, std::int64_t package, std::int64_t time) {
     values.reset();
     values.bind(1, package);
     while (values.executeStep()) {
         board.add(values.getColumn(0).getInt64(),
-                  {time, std::clamp(values.getColumn(1).getDouble(), -largest, largest)});
+                  {time, std::clamp(numberOf(values.getColumn(1)), -largest, largest)});
     }
 }
 

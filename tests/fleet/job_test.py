@@ -41,6 +41,14 @@ class TheJob(unittest.TestCase):
                     files | diff /tmp/before - && contents | diff /tmp/before.md5 -""")
                 self.assertEqual(outcome, (0, "status 0\nend\n", ""))
 
+    def test_removes_no_earlier_files_that_it_could_not_set_aside(self) -> None:
+        outcome = run("""
+            touch "/tmp/korvel-fleet-$(id -u)"; mkdir -p /tmp/korvel/ti /tmp/korvel/fuse/iwf
+            echo older > /tmp/korvel/ti/old.log; echo mine > /tmp/korvel/fuse/iwf/mine
+            collect pkg-pm; cat /tmp/korvel/ti/old.log /tmp/korvel/fuse/iwf/mine""")
+        self.assertEqual(outcome, (0, "status 0\nend\nolder\nmine\n", "korvel-fleet: cannot move the files of an earlier "
+                                   "collection: the package contains them\n"))
+
     def test_leaves_nothing_of_a_probe(self) -> None:
         outcome = run("files > /tmp/before; job probe TOKEN lab-17 eth0 > /dev/null; files | diff /tmp/before -")
         self.assertEqual(outcome, (0, "", ""))

@@ -119,6 +119,26 @@ class Killed(fleet.FolderCase):
         self.assertEqual((process.returncode, out), (
             143, f"{self.nodes}: connection refused\n0 of {NUMBER} boards have a whole package in {self.packages}\n"))
 
+    def test_does_not_call_a_package_whole_that_is_gone(self) -> None:
+        self.start().communicate(timeout=60)
+        for name in ("board1.tgz", "board1.tgz.run"):
+            (self.packages / name).unlink()
+        process = subprocess.Popen([fleet.PROGRAM, "collect", "-w", self.nodes, "-o", self.packages, "--resume", "--ssh",
+                                    fleet.write_program(self.folder / "hanging", "#!/bin/sh\nexec sleep 60\n")],
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        time.sleep(2)
+        process.send_signal(signal.SIGINT)
+        out, _ = process.communicate(timeout=60)
+        self.assertTrue(out.startswith("board1: the run was interrupted\n"), out)
+
+    def test_names_a_package_of_another_board_that_is_in_its_place(self) -> None:
+        self.start().communicate(timeout=60)
+        (self.packages / "summary.json").unlink()
+        for ending in ("", ".run"):
+            (self.packages / f"board1.tgz{ending}").write_bytes((self.packages / f"board2.tgz{ending}").read_bytes())
+        out, _ = self.start("--resume").communicate(timeout=60)
+        self.assertTrue(out.startswith("board1: package of another board: board2\n"), out)
+
     def test_keeps_a_package_without_its_run_file_and_asks_again(self) -> None:
         self.start().communicate(timeout=60)
         (self.packages / "board1.tgz.run").unlink()

@@ -162,6 +162,11 @@ class Trend(ReportTest):
         self.assertEqual([text for text in ("<script>alert", "<b>") if text in page], [])
         self.assertTrue(html.escape("<b>0") in page)
 
+    def test_reads_large_hexadecimal_numbers(self) -> None:
+        for hour, number in enumerate(("0x8000000000000000", "0xFFFFFFFFFFFFFFFF")):
+            self.package_of("lab-1", hour, {"mask": number})
+        self.assertIn("9.22337e+18", self.trend("--board", "lab-1").out)
+
     def test_a_number_beyond_all_bounds_does_no_harm(self) -> None:
         for board in range(6):
             for hour in range(3):
