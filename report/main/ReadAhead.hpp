@@ -28,8 +28,9 @@ public:
         for (Maker& maker : makers) {
             const std::size_t place = threads.size();
             threads.emplace_back([this, place, maker = std::move(maker)](const std::stop_token& stop) {
-                while (const std::optional<std::size_t> number = nextNumber(stop, place)) {
+                while (const std::optional<std::size_t> number = nextNumber(stop)) {
                     put(*number, made(maker, *number, place));
+                    discardUsed(place);
                 }
             });
         }
@@ -66,11 +67,16 @@ private:
         }
     }
 
-    /// Waits while enough results are ahead of the caller. No number if there are no more.
-    std::optional<std::size_t> nextNumber(const std::stop_token& stop, std::size_t place) {
-        std::vector<Made> discarded;  // its memory is returned without the lock
-        std::unique_lock lock(mutex);
+    /// Returns the memory of used results, without the lock and before a wait.
+    void discardUsed(std::size_t place) {
+        std::vector<Made> discarded;
+        const std::scoped_lock lock(mutex);
         discarded.swap(used[place]);
+    }
+
+    /// Waits while enough results are ahead of the caller. No number if there are no more.
+    std::optional<std::size_t> nextNumber(const std::stop_token& stop) {
+        std::unique_lock lock(mutex);
         const bool wanted =
             changed.wait(lock, stop, [this] { return begun == end || begun <= taken + ahead; });
         return wanted && begun < end ? std::optional(begun++) : std::nullopt;
