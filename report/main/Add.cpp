@@ -141,12 +141,11 @@ int Adding::run() {
     Progress progress("packages", arguments.files.size());
     ReadAhead<Candidate> candidates(arguments.files.size(), readers());
     for (const std::string& path : arguments.files) {
-        candidates.next([&](const Candidate& candidate) {
-            if (!candidate.reason.empty()) {
-                progress.clear();
-            }
-            take(candidate, path);
-        });
+        const Candidate candidate = candidates.next();
+        if (!candidate.reason.empty()) {
+            progress.clear();
+        }
+        take(candidate, path);
         commitSometimes();
         progress.advance();
     }

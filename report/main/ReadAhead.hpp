@@ -23,22 +23,18 @@ public:
 
     /// Makes the results of the numbers 0 to count - 1, with one thread for each maker. A maker is called by
     /// its own thread only.
-    ReadAhead(std::size_t count, std::vector<Maker> makers)
-        : end(count), ahead(makers.size()), used(makers.size()) {
+    ReadAhead(std::size_t count, std::vector<Maker> makers) : end(count), ahead(makers.size()) {
         for (Maker& maker : makers) {
-            const std::size_t place = threads.size();
-            threads.emplace_back([this, place, maker = std::move(maker)](const std::stop_token& stop) {
+            threads.emplace_back([this, maker = std::move(maker)](const std::stop_token& stop) {
                 while (const std::optional<std::size_t> number = nextNumber(stop)) {
-                    put(*number, made(maker, *number, place));
-                    discardUsed(place);
+                    put(*number, made(maker, *number));
                 }
             });
         }
     }
 
-    /// Calls `use` with the next result. Throws what its maker threw. Call this `count` times at most.
-    template <typename Use>
-    void next(Use use) {
+    /// Returns the next result. Throws what its maker threw. Call this `count` times at most.
+    Result next() {
         std::unique_lock lock(mutex);
         changed.wait(lock, [this] { return waiting.contains(taken); });
         Made made = std::move(waiting.extract(taken++).mapped());
@@ -47,31 +43,21 @@ public:
         if (made.failure) {
             std::rethrow_exception(made.failure);
         }
-        use(std::as_const(*made.result));
-        lock.lock();
-        used[made.maker].push_back(std::move(made));
+        return std::move(*made.result);
     }
 
 private:
     struct Made {
         std::optional<Result> result;
         std::exception_ptr failure;  ///< null if there is a result
-        std::size_t maker = 0;
     };
 
-    static Made made(const Maker& maker, std::size_t number, std::size_t place) {
+    static Made made(const Maker& maker, std::size_t number) {
         try {
-            return {maker(number), nullptr, place};
+            return {maker(number), nullptr};
         } catch (...) {
-            return {std::nullopt, std::current_exception(), place};
+            return {std::nullopt, std::current_exception()};
         }
-    }
-
-    /// Returns the memory of used results, without the lock and before a wait.
-    void discardUsed(std::size_t place) {
-        std::vector<Made> discarded;
-        const std::scoped_lock lock(mutex);
-        discarded.swap(used[place]);
     }
 
     /// Waits while enough results are ahead of the caller. No number if there are no more.
@@ -97,9 +83,7 @@ private:
     std::size_t begun = 0;
     std::size_t taken = 0;
     std::map<std::size_t, Made> waiting;
-    // Memory is returned by the thread that asked for it: two threads wait for each other in malloc and free.
-    std::vector<std::vector<Made>> used;  // by maker
-    std::vector<std::jthread> threads;    // the last member: they use the others
+    std::vector<std::jthread> threads;  // the last member: they use the others
 };
 
 }  // namespace Report

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory_resource>
+#include <string_view>
 
 #include "SeriesName.hpp"
 
@@ -25,12 +27,15 @@ public:
 
 private:
     struct Entry {
-        SeriesName name;
+        SeriesKey key;
         Series series;
     };
 
+    SeriesKey copyOf(const SeriesKey& key);
+    std::string_view copyOf(std::string_view text, std::string_view previous);
     void fillIndex();
 
+    std::pmr::monotonic_buffer_resource texts;
     std::deque<Entry> entries;
     std::size_t next = 0;  // behind the one that was found last: most packages have the values in this order
     std::map<SeriesKey, std::size_t> index;  // of the first `indexed` entries

@@ -1,12 +1,11 @@
 #include "PackageRows.hpp"
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
-#include <optional>
 #include <string_view>
 #include <variant>
 
+#include "ColumnText.hpp"
 #include "Names.hpp"
 #include "Utf8.hpp"
 
@@ -14,53 +13,13 @@ namespace Report {
 
 namespace {
 
-/// Binds the columns of a row, one after the other, and inserts it.
-class Row {
-public:
-    explicit Row(SQLite::Statement& insert) : statement(insert) { statement.reset(); }
-
-    Row& add(std::int64_t number) {
-        statement.bind(++column, number);
-        return *this;
-    }
-    Row& addFlag(bool flag) { return add(std::int64_t{flag ? 1 : 0}); }
-    Row& add(double number) {
-        statement.bind(++column, number);
-        return *this;
-    }
-    Row& add(std::string_view text) {
-        const std::string_view valid = validUtf8(text, buffer);
-        statement.bind(++column, std::string(valid));
-        return *this;
-    }
-    Row& add(const std::optional<Time>& time) {
-        return time ? add(std::int64_t{
-                          std::chrono::floor<std::chrono::seconds>(*time).time_since_epoch().count()})
-                    : addNothing();
-    }
-    Row& addUnlessEmpty(std::string_view text) { return text.empty() ? addNothing() : add(text); }
-
-    /// Returns the number of inserted rows.
-    int insert() { return statement.exec(); }
-
-private:
-    Row& addNothing() {
-        statement.bind(++column);
-        return *this;
-    }
-
-    SQLite::Statement& statement;
-    int column = 0;
-    std::string buffer;
-};
-
 std::int64_t signedOf(std::uint64_t number) {
     return static_cast<std::int64_t>(
         std::min<std::uint64_t>(number, std::numeric_limits<std::int64_t>::max()));
 }
 
 /// SQLite has no unsigned integers of 64 bits, so a large number remains text, as one beyond 64 bits does.
-void addNumber(Row& row, const Value& value) {
+void addNumber(Insertion& row, const Value& value) {
     if (const auto* number = std::get_if<std::int64_t>(&value.number)) {
         row.add(*number);
     } else if (const auto* decimal = std::get_if<double>(&value.number)) {
@@ -106,8 +65,7 @@ bool PackageRows::add(const Package& package) {
 
 bool PackageRows::addPackage(const Package& package) {
     const std::string* const release = package.sidecar ? package.sidecar->find("korvel") : nullptr;
-    return Row(insertPackage)
-               .add(package.sha256)
+    return insertPackage.add(package.sha256)
                .addUnlessEmpty(package.board.value_or(""))
                .add(package.time)
                .addFlag(package.clockUnset)
@@ -123,8 +81,7 @@ bool PackageRows::addPackage(const Package& package) {
 void PackageRows::addParts(const Package& package, std::int64_t identifier) {
     std::int64_t number = 0;
     for (const Part& part : package.parts) {
-        Row(insertPart)
-            .add(identifier)
+        insertPart.add(identifier)
             .add(++number)
             .add(part.name)
             .addFlag(part.expected)
@@ -143,28 +100,24 @@ void PackageRows::addValues(const Package& package, std::int64_t identifier) {
     }
     std::string buffer;
     const std::string_view board = validUtf8(boardOfSeries(package), buffer);
-    BoardSeries known = seriesOf(board);
+    BoardSeries known;
+    readSeries(board, known);
     for (const Value& value : package.values) {
-        Row row(insertValue);
-        row.add(identifier).add(seriesFor(value, board, known));
-        addNumber(row, value);
-        row.insert();
+        insertValue.add(identifier).add(seriesFor(value, board, known));
+        addNumber(insertValue, value);
+        insertValue.insert();
     }
 }
 
-BoardSeries PackageRows::seriesOf(std::string_view board) {
-    BoardSeries found;
+void PackageRows::readSeries(std::string_view board, BoardSeries& series) {
     findSeries.reset();
     findSeries.bind(1, std::string(board));
     while (findSeries.executeStep()) {
-        const std::string part = findSeries.getColumn(0).getString();
-        const std::string title = findSeries.getColumn(1).getString();
-        const std::string name = findSeries.getColumn(2).getString();
-        found.add({part, title, name, findSeries.getColumn(3).getInt64()},
-                  findSeries.getColumn(4).getInt64());
+        series.add({textOf(findSeries.getColumn(0)), textOf(findSeries.getColumn(1)),
+                    textOf(findSeries.getColumn(2)), findSeries.getColumn(3).getInt64()},
+                   findSeries.getColumn(4).getInt64());
     }
     findSeries.reset();
-    return found;
 }
 
 std::int64_t PackageRows::seriesFor(const Value& value, std::string_view board, BoardSeries& known) {
@@ -187,15 +140,14 @@ std::int64_t PackageRows::seriesFor(const Value& value, std::string_view board, 
 }
 
 std::int64_t PackageRows::addSeries(std::string_view board, const SeriesKey& key) {
-    Row(insertSeries).add(board).add(key.part).add(key.title).add(key.name).add(key.occurrence).insert();
+    insertSeries.add(board).add(key.part).add(key.title).add(key.name).add(key.occurrence).insert();
     return database.getLastInsertRowid();
 }
 
 void PackageRows::addFindings(const Package& package, std::int64_t identifier) {
     std::int64_t number = 0;
     for (const Finding& finding : package.findings) {
-        Row(insertFinding)
-            .add(identifier)
+        insertFinding.add(identifier)
             .add(++number)
             .add(finding.rule)
             .add(nameOf(finding.severity))

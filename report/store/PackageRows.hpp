@@ -8,6 +8,7 @@
 #include <SQLiteCpp/Statement.h>
 
 #include "BoardSeries.hpp"
+#include "Insertion.hpp"
 #include "Package.hpp"
 
 namespace Report {
@@ -27,18 +28,18 @@ private:
     void addParts(const Package& package, std::int64_t identifier);
     void addValues(const Package& package, std::int64_t identifier);
     void addFindings(const Package& package, std::int64_t identifier);
-    BoardSeries seriesOf(std::string_view board);
+    void readSeries(std::string_view board, BoardSeries& series);
     /// The number of the series for a value. Adds it if there is none.
     std::int64_t seriesFor(const Value& value, std::string_view board, BoardSeries& known);
     std::int64_t addSeries(std::string_view board, const SeriesKey& key);
 
     SQLite::Database& database;
-    SQLite::Statement insertPackage;
-    SQLite::Statement insertPart;
+    Insertion insertPackage;
+    Insertion insertPart;
     SQLite::Statement findSeries;
-    SQLite::Statement insertSeries;
-    SQLite::Statement insertValue;
-    SQLite::Statement insertFinding;
+    Insertion insertSeries;
+    Insertion insertValue;
+    Insertion insertFinding;
 };
 
 }  // namespace Report

@@ -1,6 +1,5 @@
 #include "Tables.hpp"
 
-#include <cstddef>
 #include <ostream>
 #include <string_view>
 #include <utility>
@@ -9,6 +8,7 @@
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>
 
+#include "ColumnText.hpp"
 #include "CsvLine.hpp"
 #include "StoreFile.hpp"
 
@@ -25,8 +25,7 @@ void addField(CsvLine& line, const SQLite::Column& value) {
     } else if (type == SQLite::FLOAT) {
         line.add(value.getDouble());
     } else {
-        const char* const text = value.getText();
-        line.add(std::string_view(text, static_cast<std::size_t>(value.getBytes())));
+        line.add(textOf(value));
     }
 }
 

@@ -10,7 +10,7 @@ namespace Report {
 namespace {
 
 constexpr std::size_t blockSize = std::size_t{256} << 10;
-constexpr std::size_t smallestBlock = std::size_t{1} << 10;  // less is hardly worth the time
+constexpr std::size_t smallestBlock = std::size_t{4} << 10;  // less is hardly worth the time
 constexpr int level = 1;  // three times as fast as zlib at its fastest, and smaller
 
 void expand(const std::string& packed, std::string& text, std::size_t size) {

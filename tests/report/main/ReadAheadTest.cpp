@@ -20,18 +20,12 @@ std::size_t made(std::size_t number) {
     return number;
 }
 
-std::size_t next(Numbers& numbers) {
-    std::size_t result = 0;
-    numbers.next([&](std::size_t number) { result = number; });
-    return result;
-}
-
 TEST(ReadAhead, HandsResultsOverInOrderHoweverLongEachTakes) {
     Numbers numbers(20, {made, made, made});
     std::vector<std::size_t> taken;
     taken.reserve(20);
     for (int count = 0; count < 20; ++count) {
-        taken.push_back(next(numbers));
+        taken.push_back(numbers.next());
     }
     std::vector<std::size_t> expected(20);
     std::iota(expected.begin(), expected.end(), 0);
@@ -45,9 +39,9 @@ TEST(ReadAhead, ThrowsAFailureInPlaceOfTheResultAndGoesOn) {
                         }
                         return number;
                     }});
-    EXPECT_EQ(next(numbers), 0U);
-    EXPECT_THROW(next(numbers), std::runtime_error);
-    EXPECT_EQ(next(numbers), 2U);
+    EXPECT_EQ(numbers.next(), 0U);
+    EXPECT_THROW(numbers.next(), std::runtime_error);
+    EXPECT_EQ(numbers.next(), 2U);
 }
 
 TEST(ReadAhead, IsOnlyAFewResultsAheadOfTheCaller) {
@@ -58,7 +52,7 @@ TEST(ReadAhead, IsOnlyAFewResultsAheadOfTheCaller) {
     };
     {
         Numbers numbers(1000, {count, count});
-        next(numbers);
+        numbers.next();
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         EXPECT_LE(begun, 4U);
     }
