@@ -41,6 +41,7 @@ const std::string& boardOfSeries(const Package& package) {
 
 PackageRows::PackageRows(SQLite::Database& store)
     : database(store),
+      findPartial(store, "SELECT id FROM package WHERE sha256 = ? AND verdict = 'not fully read'"),
       insertPackage(store,
                     "INSERT INTO package (sha256, board, time, clock_unset, kind, verdict, cause, "
                     "release, source, size) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?) "
@@ -53,6 +54,9 @@ PackageRows::PackageRows(SQLite::Database& store)
 }
 
 bool PackageRows::add(const Package& package) {
+    if (package.verdict != Verdict::notFullyRead) {
+        removePartial(package.sha256);
+    }
     if (!addPackage(package)) {
         return false;
     }
@@ -61,6 +65,21 @@ bool PackageRows::add(const Package& package) {
     addValues(package, identifier);
     addFindings(package, identifier);
     return true;
+}
+
+/// Removes the rows of a package that was not fully read. Its series remain: other packages may have them.
+void PackageRows::removePartial(const std::string& sha256) {
+    findPartial.reset();
+    findPartial.bind(1, sha256);
+    if (!findPartial.executeStep()) {
+        return;
+    }
+    const std::string identifier = std::to_string(findPartial.getColumn(0).getInt64());
+    findPartial.reset();
+    for (const char* const table :
+         {"part WHERE package", "value WHERE package", "finding WHERE package", "package WHERE id"}) {
+        database.exec(std::string("DELETE FROM ") + table + " = " + identifier);
+    }
 }
 
 bool PackageRows::addPackage(const Package& package) {

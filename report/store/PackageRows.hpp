@@ -20,10 +20,11 @@ public:
     explicit PackageRows(SQLite::Database& store);
 
     /// Adds all rows of a package, in the transaction of the caller. Returns false, and adds nothing, if
-    /// there is a package with its checksum.
+    /// there is a package with its checksum, unless only that one was not fully read.
     bool add(const Package& package);
 
 private:
+    void removePartial(const std::string& sha256);
     bool addPackage(const Package& package);
     void addParts(const Package& package, std::int64_t identifier);
     void addValues(const Package& package, std::int64_t identifier);
@@ -34,6 +35,7 @@ private:
     std::int64_t addSeries(std::string_view board, const SeriesKey& key);
 
     SQLite::Database& database;
+    SQLite::Statement findPartial;
     Insertion insertPackage;
     Insertion insertPart;
     SQLite::Statement findSeries;

@@ -20,7 +20,8 @@ public:
 
     Checksums checksums() {
         Checksums found;
-        SQLite::Statement rows(database, "SELECT sha256 FROM package ORDER BY sha256");
+        SQLite::Statement rows(
+            database, "SELECT sha256 FROM package WHERE verdict <> 'not fully read' ORDER BY sha256");
         while (rows.executeStep()) {
             found.append(rows.getColumn(0).getString());
         }

@@ -21,11 +21,12 @@ public:
     /// Drops what was added since the last commit().
     ~Store();
 
-    /// Those of all packages in the store.
+    /// Those of the packages that need not be read again: a limit ended the reading of the others.
     Checksums checksums();
 
     /// Adds a judged package, with its findings. Its parts and values are those of the package itself, not of
-    /// packages inside. Returns false, and adds nothing, if the store contains it.
+    /// packages inside. Returns false, and adds nothing, if the store contains it. A package that was not
+    /// fully read is replaced once it is.
     bool add(const Package& package);
 
     void commit();

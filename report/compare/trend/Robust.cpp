@@ -27,6 +27,17 @@ double medianOf(std::vector<double> numbers) {
     return std::midpoint(*std::max_element(numbers.begin(), middle), *middle);
 }
 
+double Robust::scoreOf(double number) const {
+    const double distance = number - median;
+    double unit = spread;
+    if (meanOf > 1) {
+        const auto count = static_cast<double>(meanOf);
+        const double others = (spread * count - perMeanDistance * std::abs(distance)) / (count - 1);
+        unit = std::max(others, spread / 2);
+    }
+    return unit > 0 ? distance / unit : 0;
+}
+
 Robust robustOf(const std::vector<double>& numbers) {
     const double median = medianOf(numbers);
     std::vector<double> distances;
@@ -34,11 +45,11 @@ Robust robustOf(const std::vector<double>& numbers) {
     for (const double number : numbers) {
         distances.push_back(std::abs(number - median));
     }
-    const double mean = numbers.empty() ? 0
-                                        : std::accumulate(distances.begin(), distances.end(), 0.0) /
-                                              static_cast<double>(numbers.size());
-    const double middle = medianOf(std::move(distances));
-    return {median, middle > 0 ? middle * perMedianDistance : mean * perMeanDistance};
+    const double total = std::accumulate(distances.begin(), distances.end(), 0.0);
+    if (const double middle = medianOf(std::move(distances)); middle > 0 || numbers.empty()) {
+        return {median, middle * perMedianDistance, 0};
+    }
+    return {median, total / static_cast<double>(numbers.size()) * perMeanDistance, numbers.size()};
 }
 
 }  // namespace Report

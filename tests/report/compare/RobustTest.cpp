@@ -29,7 +29,16 @@ TEST(Robust, ANumberThatStandsOutChangesNeitherMedianNorSpread) {
 }
 
 TEST(Robust, AmongEqualNumbersOneAloneStandsOut) {
-    EXPECT_NEAR(robustOf({0, 0, 0, 0, 5}).scoreOf(5), 5 / 1.2533, tolerance);
+    EXPECT_NEAR(robustOf({0, 0, 0, 0, 5}).scoreOf(5), 2 * 5 / 1.2533, tolerance);
+}
+
+TEST(Robust, AmongEqualNumbersTwoThatStandOutDoNotHideEachOther) {
+    EXPECT_NEAR(robustOf({0, 0, 0, 0, 0, 0, 70, 70}).scoreOf(70), 7 / 1.2533, tolerance);
+}
+
+TEST(Robust, AmongEqualNumbersManyOthersAreUsual) {
+    EXPECT_LT(robustOf({0, 0, 0, 0, 0, 70, 70, 70}).scoreOf(70), 3.5);
+    EXPECT_NEAR(robustOf({0, 0, 0, 0, 0, 0, 1, 70}).scoreOf(1), 7 / 1.2533 / 70, tolerance);
 }
 
 TEST(Robust, AmongEqualNumbersNoneStandsOut) {

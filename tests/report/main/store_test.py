@@ -72,6 +72,22 @@ class Add(ReportTest):
         self.assertEqual(self.store("SELECT board, verdict FROM package"),
                          [("cut", "cut"), ("altered", "altered"), ("noise", "altered")])
 
+    def test_replaces_a_package_that_a_limit_left_unread(self) -> None:
+        self.package("lab-17.tgz")
+        for _ in range(2):
+            self.run_report("add", "site.db", "--max-members", "9", "lab-17.tgz")
+            self.assertEqual(self.store("SELECT id, verdict FROM package"), [(1, "not fully read")])
+        self.package("lab-18.tgz", "antenna-7.tgz")
+        self.assertEqual(self.run_report("add", "site.db", "lab-18.tgz", "lab-17.tgz").out, "site.db: 2 packages added\n")
+        self.assertEqual(self.run_report("add", "site.db", "--max-members", "9", "lab-17.tgz").out,
+                         "site.db: 0 packages added, 1 already there\n")
+        self.assertEqual(self.store("SELECT board, verdict FROM package ORDER BY board"),
+                         [("lab-17", "whole"), ("lab-18", "incomplete")])
+        self.assertEqual(self.store("PRAGMA foreign_key_check"), [])
+        told = json.loads(self.run_report("json", "lab-17.tgz").out)["packages"][0]
+        self.assertEqual(self.store("SELECT count(*) FROM part JOIN package ON id = package WHERE board = 'lab-17'"),
+                         [(len(told["parts"]),)])
+
     def test_continues_after_a_package_that_cannot_be_read(self) -> None:
         self.package("lab-17.tgz")
         self.assertEqual(self.run_report("add", "site.db", "nowhere.tgz", ".", "lab-17.tgz"),

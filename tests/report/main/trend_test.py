@@ -72,7 +72,7 @@ class Trend(ReportTest):
             "  ti/netfp_proxy: routes learnt\n"
             "    lab-3   89.7  334    135       +77  +10.5    ▁▃▆█\n"
             "  ti/netfp_proxy: packets dropped\n"
-            "    lab-5    4.8  120      0       +40     +0    ▁▃▆█\n"), ""))
+            "    lab-5    9.6  120      0       +40     +0    ▁▃▆█\n"), ""))
 
     def test_shows_the_values_of_one_board_that_changed(self) -> None:
         self.packages_of_six_boards()
