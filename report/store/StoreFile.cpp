@@ -1,5 +1,16 @@
 #include "StoreFile.hpp"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
 #include "Schema.hpp"
 
 namespace Report {
@@ -13,7 +24,39 @@ std::string fileName(const std::string& path) {
     return path.starts_with('/') ? path : "./" + path;
 }
 
+struct Meaning {
+    int error;
+    std::string_view text;
+};
+
+// Other errors have texts of SQLite that say what is wrong.
+constexpr std::array meanings{
+    Meaning{SQLITE_BUSY, "another process has used the store for more than a minute"},
+    Meaning{SQLITE_NOTADB, "not a store of korvel-report"},
+};
+
+/// Why a file cannot be opened, or made in its directory. SQLite does not tell. 0 if it can be opened.
+int whyNotOpened(const std::string& path) {
+    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    if (file >= 0) {
+        ::close(file);
+        return 0;
+    }
+    const int error = errno;
+    const std::string directory = std::filesystem::path(fileName(path)).parent_path();
+    return error == ENOENT && ::access(directory.c_str(), W_OK) != 0 ? errno : error;
+}
+
 }  // namespace
+
+std::string meaningOf(const SQLite::Exception& error, const std::string& path) {
+    const auto* const known = std::ranges::find(meanings, error.getErrorCode(), &Meaning::error);
+    if (known != meanings.end()) {
+        return std::string(known->text);
+    }
+    const int reason = error.getErrorCode() == SQLITE_CANTOPEN ? whyNotOpened(path) : 0;
+    return reason != 0 ? std::generic_category().message(reason) : error.what();
+}
 
 SQLite::Database openToAdd(const std::string& path) {
     SQLite::Database database(fileName(path),

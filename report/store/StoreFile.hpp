@@ -19,13 +19,16 @@ SQLite::Database openToAdd(const std::string& path);
 /// Changes nothing, except that it undoes the unfinished writes of a process that was killed.
 SQLite::Database openToRead(const std::string& path);
 
+/// What an error of SQLite means for the user, in a few words. `path` is the store's.
+std::string meaningOf(const SQLite::Exception& error, const std::string& path);
+
 /// Runs a step that uses the store at `path`. Throws StoreError for an error of SQLite.
 template <typename Step>
 auto useStore(const std::string& path, Step step) {
     try {
         return step();
     } catch (const SQLite::Exception& error) {
-        throw StoreError(path + ": " + error.what());
+        throw StoreError(path + ": " + meaningOf(error, path));
     }
 }
 

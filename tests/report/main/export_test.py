@@ -205,10 +205,10 @@ class Export(ReportTest):
         self.damaged("newer.db", whole)
         self.database("newer.db").execute("PRAGMA user_version = 1000")
         for store, message in (
-                ("nowhere.db", "nowhere.db: unable to open database file"),
-                (".", ".: unable to open database file"),
-                ("notes.txt", "notes.txt: file is not a database"),
-                ("lab-17.tgz", "lab-17.tgz: file is not a database"),
+                ("nowhere.db", "nowhere.db: No such file or directory"),
+                (".", ".: Is a directory"),
+                ("notes.txt", "notes.txt: not a store of korvel-report"),
+                ("lab-17.tgz", "lab-17.tgz: not a store of korvel-report"),
                 ("empty.db", "empty.db: not a store of korvel-report"),
                 ("cut.db", "cut.db: database disk image is malformed"),
                 ("newer.db", "newer.db: version 1000 of the store is not known here; a newer korvel-report made it")):

@@ -130,10 +130,10 @@ class Add(ReportTest):
                 (["site.db"], f"add needs a store and a package: STORE PACKAGE...\n{HINT}"),
                 (["-", "lab-17.tgz"], f"the store must be a file\n{HINT}"),
                 (["", "lab-17.tgz"], f"the store must be a file\n{HINT}"),
-                (["lab-17.tgz", "lab-17.tgz"], "lab-17.tgz: file is not a database\n"),
+                (["lab-17.tgz", "lab-17.tgz"], "lab-17.tgz: not a store of korvel-report\n"),
                 (["--run", "x", "site.db", "lab-17.tgz", "lab-17.tgz"], f"--run needs a single package\n{HINT}"),
-                (["notes.txt", "lab-17.tgz"], "notes.txt: file is not a database\n"),
-                (["nowhere/site.db", "lab-17.tgz"], "nowhere/site.db: unable to open database file\n")):
+                (["notes.txt", "lab-17.tgz"], "notes.txt: not a store of korvel-report\n"),
+                (["nowhere/site.db", "lab-17.tgz"], "nowhere/site.db: No such file or directory\n")):
             with self.subTest(words=words):
                 self.assertEqual(self.run_report("add", *words), Outcome(3, "", f"korvel-report: {message}"))
         self.assertFalse((self.folder / "site.db").exists())

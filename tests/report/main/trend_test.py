@@ -182,9 +182,9 @@ class Trend(ReportTest):
         self.damaged("notes.txt", b"This is a text, and longer than the header of a database, which is 100 bytes. " * 2)
         sqlite3.connect(self.folder / "other.db").execute("CREATE TABLE notes (text)").connection.close()
         refusals = {
-            ("nowhere.db",): "nowhere.db: unable to open database file",
+            ("nowhere.db",): "nowhere.db: No such file or directory",
             ("other.db",): "other.db: not a store of korvel-report",
-            ("notes.txt",): "notes.txt: file is not a database",
+            ("notes.txt",): "notes.txt: not a store of korvel-report",
             ("site.db", "--board", "lab-2"): "site.db: no package of board lab-2",
             ("site.db", "-o", "site.db"): "site.db: --output names a file that is read",
         }

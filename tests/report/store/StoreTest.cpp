@@ -170,10 +170,10 @@ TEST_F(StoreTest, RefusesWhatIsNoStore) {
     std::ofstream(storePath())
         << "This is a text file, and longer than the header of a database is: 100 bytes."
            "It begins with no signature.";
-    EXPECT_EQ(refusal(), "STORE: file is not a database");
+    EXPECT_EQ(refusal(), "STORE: not a store of korvel-report");
     std::filesystem::remove(storePath());
     std::filesystem::create_directory(storePath());
-    EXPECT_EQ(refusal(), "STORE: unable to open database file");
+    EXPECT_EQ(refusal(), "STORE: Is a directory");
 }
 
 TEST_F(StoreTest, RefusesAStoreWithoutAVersion) {

@@ -93,7 +93,7 @@ TEST_F(TablesTest, CountsTheRows) {
 }
 
 TEST_F(TablesTest, RefusesAStoreThatIsNotThereAndMakesNone) {
-    EXPECT_EQ(refusal(), "STORE: unable to open database file");
+    EXPECT_EQ(refusal(), "STORE: No such file or directory");
     EXPECT_FALSE(std::filesystem::exists(storePath()));
 }
 
@@ -103,7 +103,7 @@ TEST_F(TablesTest, RefusesWhatIsNoStore) {
     execute("CREATE TABLE package (text)");
     EXPECT_EQ(refusal(), "STORE: not a store of korvel-report");
     std::ofstream(storePath()) << std::string(200, 'x');
-    EXPECT_EQ(refusal(), "STORE: file is not a database");
+    EXPECT_EQ(refusal(), "STORE: not a store of korvel-report");
 }
 
 TEST_F(TablesTest, RefusesAStoreOfANewerVersion) {
