@@ -10,7 +10,7 @@ namespace {
 
 /// The shortest text that is read back as the same number.
 template <typename Number>
-std::string_view textOf(Number number, std::array<char, 32>& buffer) {
+std::string_view shortestText(Number number, std::array<char, 32>& buffer) {
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
 }
@@ -29,12 +29,12 @@ void CsvLine::add(std::string_view text) {
 void CsvLine::add(std::int64_t number) {
     std::array<char, 32> buffer{};
     beginField();
-    line += textOf(number, buffer);
+    line += shortestText(number, buffer);
 }
 
 void CsvLine::add(double number) {
     std::array<char, 32> buffer{};
-    const std::string_view text = textOf(number, buffer);
+    const std::string_view text = shortestText(number, buffer);
     beginField();
     line += text;
     line += text.find_first_not_of("-0123456789") == std::string_view::npos ? ".0" : "";
