@@ -1,6 +1,8 @@
 #include "Store.hpp"
 
+#include <chrono>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include <SQLiteCpp/Column.h>
@@ -30,6 +32,7 @@ public:
 
     bool add(const Package& package) {
         if (!transaction) {
+            std::this_thread::sleep_until(nextTransaction);
             transaction.emplace(database, SQLite::TransactionBehavior::IMMEDIATE);
         }
         return packages.add(package);
@@ -39,13 +42,20 @@ public:
         if (transaction) {
             transaction->commit();
             transaction.reset();
+            nextTransaction = Clock::now() + pause;
         }
     }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    /// Between two transactions, so that another process that adds packages can begin one.
+    static constexpr std::chrono::milliseconds pause{15};
+
     SQLite::Database database;
     PackageRows packages;
     std::optional<SQLite::Transaction> transaction;
+    Clock::time_point nextTransaction;
 };
 
 Store::Store(std::string where) : path(std::move(where)) {

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 #include <fcntl.h>
 #include <sqlite3.h>
@@ -17,11 +19,25 @@ namespace Report {
 
 namespace {
 
-constexpr int patience = 60'000;  // milliseconds
+constexpr std::chrono::seconds patience{60};
+constexpr std::chrono::milliseconds step{5};  // less than Store pauses between two commits
 
 /// SQLite takes an empty name and ":memory:" for a database that vanishes at the end.
 std::string fileName(const std::string& path) {
     return path.starts_with('/') ? path : "./" + path;
+}
+
+/// SQLite calls this while another process uses the store. Its own handler looks ten times a second, and so
+/// would miss the pauses of a process that adds many packages.
+int waitForStore(void* /*unused*/, int attempts) {
+    std::this_thread::sleep_for(step);
+    return attempts < patience / step ? 1 : 0;
+}
+
+SQLite::Database open(const std::string& path, int flags) {
+    SQLite::Database database(fileName(path), flags | SQLite::OPEN_NOMUTEX);
+    ::sqlite3_busy_handler(database.getHandle(), waitForStore, nullptr);
+    return database;
 }
 
 struct Meaning {
@@ -59,8 +75,7 @@ std::string meaningOf(const SQLite::Exception& error, const std::string& path) {
 }
 
 SQLite::Database openToAdd(const std::string& path) {
-    SQLite::Database database(fileName(path),
-                              SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE | SQLite::OPEN_NOMUTEX, patience);
+    SQLite::Database database = open(path, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     prepareTables(database, path);
     return database;
 }
@@ -68,7 +83,7 @@ SQLite::Database openToAdd(const std::string& path) {
 SQLite::Database openToRead(const std::string& path) {
     // SQLite undoes unfinished writes only if it may write. It opens a file without write permission all the
     // same.
-    SQLite::Database database(fileName(path), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, patience);
+    SQLite::Database database = open(path, SQLite::OPEN_READWRITE);
     database.exec("PRAGMA query_only = 1");
     checkTables(database, path);
     return database;

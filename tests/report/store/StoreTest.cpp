@@ -1,8 +1,11 @@
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <limits>
 #include <string>
+#include <thread>
 #include <variant>
 
 #include <gtest/gtest.h>
@@ -162,6 +165,24 @@ TEST_F(StoreTest, DropsWhatWasNotCommitted) {
         EXPECT_TRUE(store.add(packageOf("bts-17", "def")));
     }
     EXPECT_EQ(rows("SELECT sha256 FROM package"), "abc\n");
+}
+
+TEST_F(StoreTest, LetsAnotherAddPackagesBetweenTwoCommits) {
+    Store store(storePath());
+    store.add(packageOf("bts-17", "first"));
+    std::atomic<bool> added = false;
+    const std::jthread other([&] {
+        Store another(storePath());
+        another.add(packageOf("bts-18", "other"));
+        another.commit();
+        added = true;
+    });
+    for (int number = 0; !added; ++number) {
+        store.add(packageOf("bts-17", std::to_string(number)));
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        store.commit();
+    }
+    EXPECT_EQ(rows("SELECT count(*) FROM package WHERE board = 'bts-18'"), "1\n");
 }
 
 TEST_F(StoreTest, RefusesWhatIsNoStore) {
