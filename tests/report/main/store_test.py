@@ -1,6 +1,7 @@
 """korvel-report add: many packages in one SQLite file."""
 
 import json
+import os
 import re
 import resource
 import signal
@@ -168,14 +169,18 @@ class Add(ReportTest):
         steps = [(call, count) for call, number in self.calls_that_write(packages).items()
                  for count in range(1, number + 1)]
         self.assertGreater(len(steps), 10)
+        statuses: Counter[int] = Counter()
         for call, count in steps[::max(1, len(steps) // 40)]:
             with self.subTest(call=call, count=count):
                 self.remove_store()
-                self.assertEqual(self.strace("-o/dev/null", f"-einject={call}:signal=KILL:when={count}", *packages),
-                                 -signal.SIGKILL)
+                status = self.strace("-o/dev/null", f"-einject={call}:signal=KILL:when={count}", *packages)
+                # A slow run commits more often, so it makes calls that a fast one does not.
+                self.assertIn(status, (-signal.SIGKILL, 0))
+                statuses[status] += 1
                 self.assertEqual(self.run_report("add", "site.db", *packages).status, 0)
                 self.assertEqual(self.contents(), expected)
                 self.assertEqual(self.store("PRAGMA integrity_check"), [("ok",)])
+        self.assertGreater(statuses[-signal.SIGKILL], 10)
 
     def calls_that_write(self, packages: list[Path]) -> Counter[str]:
         """How often add calls what changes a file of the store."""
@@ -188,7 +193,8 @@ class Add(ReportTest):
     def strace(self, *words: str | Path) -> int:
         options = [word for word in words if str(word).startswith("-")]
         return subprocess.run(["strace", "-qq", *options, PROGRAM, "add", "site.db", *words[len(options):]],
-                              cwd=self.folder, check=False, capture_output=True).returncode
+                              cwd=self.folder, check=False, capture_output=True,
+                              env=os.environ | {"ASAN_OPTIONS": "detect_leaks=0"}).returncode  # it cannot be traced, too
 
     def remove_store(self) -> None:
         for file in self.folder.glob("site.db*"):
