@@ -7,7 +7,6 @@ from ClusterShell.MsgTree import MsgTree
 from ClusterShell.NodeSet import NodeSet
 
 from korvel_fleet.boards import boards_of
-from korvel_fleet.job import JOB
 from korvel_fleet.processes import Conversation, Interrupted, Processes
 from korvel_fleet.progress import Progress
 from korvel_fleet.results import BoardResult, folded_causes
@@ -65,7 +64,7 @@ def ask(arguments: Namespace, mode: Callable[[str], list[str]],
     answers = Answers(boards_of(arguments.nodes, arguments.exclude))
     processes = Processes(arguments.fanout)
     processes.add_boards(answers.boards, lambda board: begin(answers, board),
-                         lambda board: command_line(arguments.ssh, board, mode(board), JOB), arguments.timeout)
+                         lambda board: command_line(arguments.ssh, board, mode(board)), arguments.timeout)
     try:
         processes.run()
     except Interrupted as interruption:

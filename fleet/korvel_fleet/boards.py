@@ -14,13 +14,17 @@ from korvel_fleet.texts import visible
 _NAME = re.compile(r"[A-Za-z0-9_][A-Za-z0-9_.:@-]{0,199}")
 
 
+def is_name(text: str) -> bool:
+    return _NAME.fullmatch(text) is not None
+
+
 def boards_of(include: Sequence[str], exclude: Sequence[str]) -> NodeSet:
     """The boards that -w names, without those of -x."""
     boards, left_out = _union(include), _union(exclude)
     if not boards and any("@" in text for text in include):
         raise WrongUsage("no boards: a group without members, or not defined in groups.conf(5)")
     for board in boards:
-        if not _NAME.fullmatch(board):
+        if not is_name(board):
             hint = "; commas separate names" if " " in board else ""
             raise WrongUsage(f"not a name of a board: {visible(board)}{hint}")
     if strangers := left_out - boards:

@@ -6,11 +6,11 @@ from pathlib import Path
 
 from korvel_fleet import ssh
 from korvel_fleet.clock import now
-from korvel_fleet.folder import Folder, run_file_of
+from korvel_fleet.folder import Folder
 from korvel_fleet.judge import Judges
 from korvel_fleet.results import BoardResult
 from korvel_fleet.stream import MAX_RUN_FILE, JobStream, Refused
-from korvel_fleet.texts import TOO_MANY_ERRORS, Tail, one_line
+from korvel_fleet.texts import TOO_MANY_ERRORS, Tail
 from korvel_fleet.verdicts import Verdict
 
 # The causes that the job names, see job.sh.
@@ -92,17 +92,13 @@ class Collection:
             return False
 
     def _take_verdict(self, verdict: Verdict) -> None:
-        result = self._result
-        result.verdict, result.findings, result.probes = verdict.verdict, verdict.findings, verdict.probes
-        result.sha256, result.size, result.package_time = verdict.sha256, verdict.size, verdict.time
-        if verdict.run_file != "used":
-            self._state, self._cause = "refused", f"the run file of the package is {verdict.run_file}"
-        elif verdict.board != result.board:
-            self._state, self._cause = "refused", f"package of another board: {one_line(verdict.board or 'unknown')}"
-        elif not verdict.is_whole:
-            self._state = "incomplete" if verdict.verdict in ("incomplete", "not fully read") else "cut"
-            self._cause = self._cause_of_the_job() or f"package {verdict.verdict}: {verdict.cause or 'cause unknown'}"
-            result.evidence = verdict.cause or result.evidence
+        self._result.describe(verdict)
+        flaw = verdict.flaw(self._result.board)
+        if flaw is not None:
+            self._state, self._cause = flaw
+        if self._state in ("incomplete", "cut"):
+            self._cause = self._cause_of_the_job() or self._cause
+            self._result.evidence = verdict.cause or self._result.evidence
         self._finish()
 
     def _finish(self) -> None:

@@ -14,29 +14,35 @@ from itertools import count
 from pathlib import Path
 from typing import BinaryIO
 
+from korvel_fleet.boards import is_name
 from korvel_fleet.errors import Trouble
+from korvel_fleet.stream import MAX_RUN_FILE
 
 LOCK = ".korvel-fleet.lock"
-MAX_RUN_HEAD = 64 * 1024
 
 _libc = ctypes.CDLL(None, use_errno=True)
 
-_CHECKSUM = re.compile(rb"^sha256: ([0-9a-f]{64})\r?$", re.MULTILINE)
+_KEY = re.compile(r"^(command|sha256): (.*?)\r?$", re.MULTILINE)
 
 
 def run_file_of(package: Path) -> Path:
     return package.with_name(package.name + ".run")
 
 
-def recorded_checksum(package: Path) -> str | None:
-    """The checksum in the run file of a package."""
+def recorded(package: Path) -> dict[str, str]:
+    """What the run file of a package says: the command, and the checksum of the package."""
     try:
         with run_file_of(package).open("rb") as file:
-            head = file.read(MAX_RUN_HEAD).partition(b"\n\n")[0]
+            head = file.read(MAX_RUN_FILE).partition(b"\n\n")[0]
     except OSError:
-        return None
-    match = _CHECKSUM.search(head)
-    return match[1].decode() if match else None
+        return {}
+    return dict(reversed(_KEY.findall(head.decode("utf-8", "replace"))))  # the first line of a key counts
+
+
+def described_checksum(package: Path) -> str | None:
+    """The checksum of a package that is the one of its run file."""
+    checksum = recorded(package).get("sha256")
+    return checksum if checksum is not None and checksum == checksum_of(package) else None
 
 
 def checksum_of(package: Path) -> str | None:
@@ -101,23 +107,26 @@ class Folder:
     def part(self, board: str) -> Path:
         return self.path / f"{board}.tgz.part"
 
+    def boards_with_packages(self) -> list[str]:
+        names = (path.name.removesuffix(".tgz") for path in self.path.glob("*.tgz"))
+        return [name for name in names if is_name(name)]
+
+    def keep_damaged(self, name: str) -> None:
+        """Makes room for a new file in the place of a damaged one."""
+        (self.path / name).rename(self.path / f"{name}.damaged")
+
     def arrival(self, board: str) -> Arrival:
         """A place for a new package. Keeps what is in its way."""
+        self.undo_publish(board)
         self.keep(board, "cut")
-        self._set_unverified_aside(board)
+        self.set_aside(board)
         return Arrival(self.part(board))
 
-    def has_whole(self, board: str) -> bool:
-        """Whether the package is there and is the one that its run file describes. Finishes an interrupted publish()."""
+    def undo_publish(self, board: str) -> None:
+        """Takes back the first rename of a publish() that was interrupted before the second."""
         package, part = self.package(board), self.part(board)
-        if not package.exists() and part.exists() and not run_file_of(part).exists() and self._describes(package, part):
-            part.rename(package)
-        return package.exists() and self._describes(package, package)
-
-    @staticmethod
-    def _describes(name: Path, content: Path) -> bool:
-        checksum = recorded_checksum(name)
-        return checksum is not None and checksum == checksum_of(content)
+        if part.exists() and not package.exists() and run_file_of(package).exists() and not run_file_of(part).exists():
+            run_file_of(package).rename(run_file_of(part))
 
     def publish(self, board: str) -> Path:
         """Gives a whole package its name, after sync(). The run file comes first, so that a package never lacks it."""
@@ -130,24 +139,23 @@ class Folder:
         """Gives what arrived of a package a name that is not that of a whole one, and replaces nothing. Returns the
         name, or None if nothing arrived.
         """
-        part = self.part(board)
-        arrived = [path for path in (part, run_file_of(part)) if path.exists()]
-        if not arrived:
-            return None
-        kept = next(name for name in self._endings(board, ending)
-                    if not name.exists() and not run_file_of(name).exists())
-        for path in arrived:
-            path.rename(kept if path == part else run_file_of(kept))
-        return kept
+        return self._rename_to_free(self.part(board), board, ending)
 
-    def _set_unverified_aside(self, board: str) -> None:
-        """Renames a package that is not the one of its run file: has_whole() has found no whole one."""
-        package = self.package(board)
-        if package.exists():
-            package.rename(self.part(board))
-            if run_file_of(package).exists():
-                run_file_of(package).rename(run_file_of(self.part(board)))
-            self.keep(board, "altered")
+    def set_aside(self, board: str) -> Path | None:
+        """Takes the name of a whole package away from one that is none. Returns the new name."""
+        return self._rename_to_free(self.package(board), board, "altered")
+
+    def _rename_to_free(self, old: Path, board: str, ending: str) -> Path | None:
+        """Renames a package and its run file. The package comes first, so that none stands without its run file under
+        the name of a whole one.
+        """
+        there = [path for path in (old, run_file_of(old)) if path.exists()]
+        if not there:
+            return None
+        new = next(name for name in self._endings(board, ending) if not name.exists() and not run_file_of(name).exists())
+        for path in there:
+            path.rename(new if path == old else run_file_of(new))
+        return new
 
     def _endings(self, board: str, ending: str) -> Iterator[Path]:
         yield self.path / f"{board}.tgz.{ending}"

@@ -7,6 +7,8 @@ from typing import Any
 
 from ClusterShell.NodeSet import NodeSet
 
+from korvel_fleet.verdicts import Verdict
+
 
 @dataclass(slots=True)
 class BoardResult:
@@ -25,6 +27,11 @@ class BoardResult:
     ended: str | None = None
     findings: dict[str, int] = field(default_factory=dict)  # number by severity
     probes: dict[str, str] = field(default_factory=dict)
+
+    def describe(self, verdict: Verdict) -> None:
+        """Takes what korvel-report knows of the package."""
+        self.verdict, self.findings, self.probes = verdict.verdict, verdict.findings, verdict.probes
+        self.sha256, self.size, self.package_time = verdict.sha256, verdict.size, verdict.time
 
     def as_json(self) -> dict[str, Any]:
         return asdict(self)

@@ -3,8 +3,13 @@
 import re
 import shlex
 from collections.abc import Sequence
+from pathlib import Path
 
 from korvel_fleet.processes import Command
+
+# The file of the job, beside the folder of this module. Not resolved: in the build tree, the modules are links, and the
+# job is not.
+JOB = str(Path(__file__).parent.parent / "job.sh")
 
 # The user's configuration applies. Options in the user's own ssh command come first, so they win over these.
 OPTIONS = (
@@ -35,10 +40,10 @@ CAUSES = (
 )
 
 
-def command_line(ssh: Sequence[str], board: str, arguments: Sequence[str], job: str) -> Command:
+def command_line(ssh: Sequence[str], board: str, arguments: Sequence[str]) -> Command:
     """The command that runs the job on a board. The shell there reads the job from standard input."""
     options = [word for option in OPTIONS for word in ("-o", option)]
-    return Command([*ssh, *options, "--", board, shlex.join(["sh", "-s", "--", *arguments])], stdin=job)
+    return Command([*ssh, *options, "--", board, shlex.join(["sh", "-s", "--", *arguments])], stdin=JOB)
 
 
 def cause_of(messages: str) -> str:

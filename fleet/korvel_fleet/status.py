@@ -10,7 +10,6 @@ from pathlib import Path
 
 from korvel_fleet import summary
 from korvel_fleet.errors import Trouble
-from korvel_fleet.folder import checksum_of, recorded_checksum
 from korvel_fleet.judge import find_program
 from korvel_fleet.results import BoardResult, print_results
 
@@ -32,17 +31,6 @@ def _age_text(time: str | None) -> str:
         return "-"
     size, unit = next((size, unit) for size, unit in UNITS if age >= size or size == 1)
     return f"{age / size:.0f} {unit}"
-
-
-def _checked(result: BoardResult, folder: Path) -> BoardResult:
-    """The result, unless the package is no longer there, or no longer the same."""
-    if result.state == "whole":
-        package = folder / str(result.file)
-        if not package.is_file() or recorded_checksum(package) != result.sha256:
-            result.state, result.cause = "missing", "the package is no longer there"
-        elif checksum_of(package) != result.sha256:
-            result.state, result.cause = "altered", "the package was changed after it was collected"
-    return result
 
 
 def _table(results: list[BoardResult]) -> Iterator[str]:
@@ -104,7 +92,7 @@ def status(arguments: Namespace) -> int:
     found = summary.read_summary(folder)
     if found is None:
         raise Trouble(f"{folder} has no {summary.NAME}: nothing was collected into it")
-    results = [_checked(result, folder) for result in found[1]]
+    results = [summary.verified(result, folder) for result in found.results]
     if arguments.metrics is not None:
         _write_metrics(Path(arguments.metrics), folder, results)
         return 0

@@ -1,18 +1,23 @@
 """summary.json: the results of a folder, read back by --resume and status."""
 
 import json
-from collections.abc import Iterator
-from dataclasses import fields
+from collections.abc import Callable, Iterator
+from dataclasses import dataclass, field, fields, replace
+from datetime import datetime
 from pathlib import Path
 from typing import Any
 
 from korvel_fleet import VERSION
+from korvel_fleet.boards import is_name
 from korvel_fleet.clock import now
 from korvel_fleet.errors import Trouble
+from korvel_fleet.folder import checksum_of, recorded
 from korvel_fleet.results import BoardResult, folded_causes
+from korvel_fleet.texts import visible
 
 NAME = "summary.json"
 SCHEMA = "urn:korvel-fleet:summary:1"
+MAX_BYTES = 256 * 1024 * 1024
 _FIELDS = {field.name for field in fields(BoardResult)}
 
 
@@ -35,25 +40,101 @@ def summary_lines(results: list[BoardResult], keyword: str) -> Iterator[str]:
     yield "\n]}\n"
 
 
+class Damaged(Trouble):
+    """The file is there, but is no summary."""
+
+
+@dataclass(frozen=True)
+class Summary:
+    """What is read back of the document."""
+
+    kind: str | None = None  # of the packages
+    results: list[BoardResult] = field(default_factory=list)
+    is_damaged: bool = False
+
+
+def _is_text(value: Any) -> bool:
+    return isinstance(value, str)
+
+
+def _is_number(value: Any) -> bool:
+    return type(value) is int and 0 <= value < 1 << 63
+
+
+def _is_time(value: Any) -> bool:
+    return _is_text(value) and datetime.fromisoformat(value).tzinfo is not None
+
+
+def _is_table(is_value: Callable[[Any], bool]) -> Callable[[Any], bool]:
+    return lambda value: isinstance(value, dict) and all(map(_is_text, value)) and all(map(is_value, value.values()))
+
+
+def _or_none(is_value: Callable[[Any], bool]) -> Callable[[Any], bool]:
+    return lambda value: value is None or is_value(value)
+
+
+# What the fields of a result may hold: the file could be damaged, or be made by somebody else.
+_CHECKS: dict[str, Callable[[Any], bool]] = {
+    "board": lambda value: _is_text(value) and is_name(value), "state": _is_text, "size": _or_none(_is_number),
+    "began": _or_none(_is_time), "ended": _or_none(_is_time),
+    "findings": _is_table(_is_number), "probes": _is_table(_is_text),
+}
+_check_text = _or_none(_is_text)
+
+
+def _safe(value: Any) -> Any:
+    """A value of a result, with safe texts."""
+    if isinstance(value, dict):
+        return {visible(key): _safe(content) for key, content in value.items()}
+    return visible(value) if isinstance(value, str) else value
+
+
 def _result_or_object(value: dict[str, Any]) -> BoardResult | dict[str, Any]:
     """Makes results while the document is read, so that a large fleet takes little memory."""
     if "board" not in value:
         return value
-    return BoardResult(**{key: content for key, content in value.items() if key in _FIELDS})
+    known = {key: content for key, content in value.items() if key in _FIELDS}
+    if not all(_CHECKS.get(key, _check_text)(content) for key, content in known.items()):
+        raise ValueError(f"wrong values of a board: {value}")
+    return BoardResult(**{key: _safe(content) for key, content in known.items()})
 
 
-def read_summary(folder: Path) -> tuple[dict[str, Any], list[BoardResult]] | None:
-    """The document without its boards, and the boards. None if there is none."""
+def _parse(text: str) -> Summary:
+    document = json.loads(text, object_hook=_result_or_object)
+    boards = document["boards"]
+    names = {board.board for board in boards}
+    if document["schema"] != SCHEMA or not isinstance(boards, list) or len(names) != len(boards):
+        raise ValueError("another document")
+    if not _is_text(document["package"]):
+        raise ValueError("without a kind")
+    return Summary(document["package"], boards)
+
+
+def read_summary(folder: Path) -> Summary | None:
+    """The summary of a folder. None if there is none."""
     path = folder / NAME
     try:
-        document = json.loads(path.read_text(encoding="utf-8"), object_hook=_result_or_object)
-        boards = document.pop("boards")
-        if document["schema"] != SCHEMA or not all(isinstance(board, BoardResult) for board in boards):
-            raise ValueError
-        return document, boards
+        with path.open("rb") as file:
+            data = file.read(MAX_BYTES + 1)
+        if len(data) > MAX_BYTES:
+            raise Damaged(f"{path} is too large for a summary of korvel-fleet")
+        return _parse(data.decode())
     except FileNotFoundError:
         return None
     except OSError as error:
         raise Trouble(f"cannot read {path}: {error.strerror}") from error
-    except (ValueError, KeyError, TypeError, AttributeError) as error:
-        raise Trouble(f"{path} is not a summary of korvel-fleet") from error
+    except (ValueError, KeyError, TypeError, AttributeError, RecursionError) as error:
+        raise Damaged(f"{path} is not a summary of korvel-fleet") from error
+
+
+def verified(result: BoardResult, folder: Path) -> BoardResult:
+    """The result. If it is of a package that was whole, the package is looked at again."""
+    package = folder / f"{result.board}.tgz"
+    if result.file != package.name:
+        return result
+    checksum = checksum_of(package)
+    if checksum is None or recorded(package).get("sha256") != result.sha256:
+        return replace(result, state="missing", cause="the package is no longer there")
+    if checksum != result.sha256:
+        return replace(result, state="altered", cause="the package was changed after it was collected")
+    return replace(result, state="whole", cause=None)

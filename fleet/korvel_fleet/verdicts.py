@@ -28,6 +28,17 @@ class Verdict:
     def is_whole(self) -> bool:
         return self.verdict == "whole"
 
+    def flaw(self, board: str) -> tuple[str, str] | None:
+        """The state and the cause of a package that is not a whole one of the board."""
+        if self.run_file != "used":
+            return "refused", f"the run file of the package is {self.run_file}"
+        if self.board != board:
+            return "refused", f"package of another board: {one_line(self.board or 'unknown')}"
+        if not self.is_whole:
+            state = "incomplete" if self.verdict in ("incomplete", "not fully read") else "cut"
+            return state, f"package {self.verdict}: {self.cause or 'cause unknown'}"
+        return None
+
 
 class JsonLines:
     """Reads `korvel-report json` while it arrives: the document has a line for each package, part, finding, value and

@@ -108,7 +108,7 @@ class Killed(fleet.FolderCase):
         self.assertEqual(len(self.assert_only_whole_packages()), NUMBER)
 
     def test_shows_what_earlier_runs_found_if_the_next_one_is_interrupted(self) -> None:
-        self.ssh.write_text("#!/bin/sh\necho 'Connection refused' >&2\nexit 255\n", encoding="ascii")
+        self.ssh.write_text("#!/bin/sh\necho 'ssh: connect to host board port 22: Connection refused' >&2\nexit 255\n", encoding="ascii")
         self.start().communicate(timeout=60)
         self.ssh.write_text("#!/bin/sh\nsleep 600\n", encoding="ascii")
         process = self.start("--resume")
@@ -131,13 +131,16 @@ class Killed(fleet.FolderCase):
         out, _ = process.communicate(timeout=60)
         self.assertTrue(out.startswith("board1: the run was interrupted\n"), out)
 
-    def test_names_a_package_of_another_board_that_is_in_its_place(self) -> None:
+    def test_takes_the_name_from_a_package_of_another_board_and_asks_again(self) -> None:
         self.start().communicate(timeout=60)
         (self.packages / "summary.json").unlink()
         for ending in ("", ".run"):
             (self.packages / f"board1.tgz{ending}").write_bytes((self.packages / f"board2.tgz{ending}").read_bytes())
-        out, _ = self.start("--resume").communicate(timeout=60)
-        self.assertTrue(out.startswith("board1: package of another board: board2\n"), out)
+        (self.folder / "asked").unlink()
+        self.start("--resume").communicate(timeout=60)
+        self.assertEqual(self.asked(), ["board1"])
+        self.assertEqual(len(self.assert_only_whole_packages()), NUMBER)
+        self.assertTrue((self.packages / "board1.tgz.altered.run").exists())
 
     def test_keeps_a_package_without_its_run_file_and_asks_again(self) -> None:
         self.start().communicate(timeout=60)
