@@ -112,9 +112,9 @@ class JobStream:
             self._has_run_file = True
             self._announce("run", int(match[2]), MAX_RUN_FILE)
         elif kind == b"package" and self.announced_bytes is None:
-            self._announce("package", int(match[4]), self._max_bytes)
-            self.announced_bytes = int(match[4])
             self._expected_checksum = match[5].decode()
+            self.announced_bytes = int(match[4])
+            self._announce("package", self.announced_bytes, self._max_bytes)
         elif kind == b"failed":
             self.failure = match[7].decode()
             self.complete = True
@@ -126,7 +126,8 @@ class JobStream:
     def _announce(self, kind: str, length: int, limit: int) -> None:
         if length > limit:
             raise Refused(f"too much output: {_NAMES[kind]} of {length} bytes, more than the limit of {limit} bytes")
-        self._announced = _Announced(kind, length) if length else None
+        self._announced = _Announced(kind, length)
+        self._take_bytes(b"")  # there may be none
 
     def _take_bytes(self, data: bytes) -> bytes:
         piece, rest = data[:self._announced.left], data[self._announced.left:]

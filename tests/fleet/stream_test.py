@@ -83,6 +83,13 @@ class AStream(unittest.TestCase):
     def test_with_another_package_than_announced_is_refused(self) -> None:
         self.assert_refused("the package changed on its way: its checksum differs",
                             WHOLE.replace(bytes(range(256)), bytes(256), 1))
+        self.assert_refused("the package changed on its way: its checksum differs",
+                            FIRST + b"package 0 " + CHECKSUM + b"\nend\n")
+
+    def test_with_an_empty_package_has_its_checksum(self) -> None:
+        empty = hashlib.sha256(b"").hexdigest()
+        stream, memory = read(FIRST + f"run 0\npackage 0 {empty}\nend\n".encode())
+        self.assertEqual((stream.complete, stream.sha256, memory.package), (True, empty, b""))
 
 
 class VerdictsOfKorvelReport(unittest.TestCase):
