@@ -1,9 +1,10 @@
 """Boards that are asked for a text: each board's answer, folded by equal texts."""
 
+import hashlib
+import io
 from argparse import Namespace
-from collections.abc import Callable, Sequence
+from collections.abc import Callable
 
-from ClusterShell.MsgTree import MsgTree
 from ClusterShell.NodeSet import NodeSet
 
 from korvel_fleet.boards import boards_of
@@ -14,24 +15,37 @@ from korvel_fleet.ssh import command_line
 from korvel_fleet.texts import decoded, visible
 
 RULE = "-" * 15
+MAX_BYTES = 128 * 1024 * 1024
+TOO_MUCH_IN_ALL = f"too much output: the answers of all boards have more than {MAX_BYTES >> 20} MiB"
 
 
 class Answers:
-    """What the boards answered. Equal lines of several boards are kept once."""
+    """What the boards answered. Equal answers are kept once, and all of them together have a limit."""
 
     def __init__(self, boards: NodeSet) -> None:
         self.boards = boards
-        self._tree = MsgTree()
-        self._answered: set[str] = set()
+        self._texts: dict[bytes, bytes] = {}  # by checksum
+        self._boards: dict[bytes, list[str]] = {}
         self._failed: dict[str, BoardResult] = {}
+        self._held = 0
         self.all_well = True
         self._progress = Progress(len(boards))
 
-    def add(self, board: str, lines: Sequence[bytes], *, well: bool) -> None:
-        """Takes an answer. It is `well` if the exit status of korvel-fleet can be 0."""
-        self._answered.add(board)
-        for line in lines or [b""]:
-            self._tree.add(board, line)
+    def hold(self, size: int) -> bool:
+        """Counts bytes of answers in memory. False if they are too many."""
+        self._held += size
+        return self._held <= MAX_BYTES
+
+    def add(self, board: str, text: bytes, *, well: bool) -> None:
+        """Takes an answer, with a line feed at its end. It is `well` if the exit status of korvel-fleet can be 0."""
+        checksum = hashlib.sha256(text).digest()
+        if checksum not in self._texts:
+            if not self.hold(len(text)):
+                self.hold(-len(text))
+                self.fail(board, TOO_MUCH_IN_ALL)
+                return
+            self._texts[checksum] = text
+        self._boards.setdefault(checksum, []).append(board)
         self.all_well = self.all_well and well
         self._progress.count(failed=not well)
 
@@ -44,14 +58,15 @@ class Answers:
     def print(self) -> None:
         """Prints each answer below the boards that gave it, as clush -b does, then the causes of failures."""
         self._progress.clear()
+        answered = {board for boards in self._boards.values() for board in boards}
         for board in self.boards:
-            if board not in self._answered and board not in self._failed:
+            if board not in answered and board not in self._failed:
                 self.fail(board, "the run was interrupted")
-        answers = [(NodeSet.fromlist(boards), message) for message, boards in self._tree.walk()]
-        for boards, message in sorted(answers, key=lambda answer: (-len(answer[0]), str(answer[0]))):
+        answers = [(NodeSet.fromlist(boards), self._texts[checksum]) for checksum, boards in self._boards.items()]
+        for boards, text in sorted(answers, key=lambda answer: (-len(answer[0]), str(answer[0]))):
             print(f"{RULE}\n{boards} ({len(boards)})\n{RULE}")
-            for line in message:
-                print(visible(decoded(line)))
+            for line in io.BytesIO(text or b"\n"):
+                print(visible(decoded(line)), end="")
         for boards, cause in folded_causes(self._failed.values()):
             print(f"{boards}: {cause}")
 

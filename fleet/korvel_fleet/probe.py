@@ -60,7 +60,7 @@ class Probing:
             self._answers.fail(self._board, self._refusal)
         else:
             lines = self._lines()
-            self._answers.add(self._board, lines, well=HEALTHY in lines)
+            self._answers.add(self._board, b"".join(line + b"\n" for line in lines), well=HEALTHY in lines)
 
     def _lines(self) -> list[bytes]:
         """The probes, then the state of the platform."""

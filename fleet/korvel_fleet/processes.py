@@ -7,6 +7,7 @@ keep nothing of them.
 import ctypes
 import functools
 import os
+import resource
 import signal
 import time
 from collections.abc import Callable
@@ -22,7 +23,10 @@ from ClusterShell.Worker.Exec import ExecClient, ExecWorker
 from ClusterShell.Worker.fastsubprocess import PIPE, Popen
 
 # A process that closed its outputs is given this time to end.
-SECONDS_TO_END = 1.0
+SECONDS_TO_END = 5.0
+END = "end"  # the stream that is readable once the process has ended
+FILES = 3  # that are open for each process: standard output, standard error and END
+OTHER_FILES = 64
 PR_SET_PDEATHSIG = 1
 CHUNK = 1 << 16
 SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
@@ -71,7 +75,7 @@ def _prepare_child(parent: int) -> None:
 
 
 class _Child(ExecClient):
-    """One process of the engine."""
+    """One process of the engine. Its end is an event like its output, so that nothing waits for it."""
 
     def _start(self) -> "_Child":
         self.conversation: Conversation | None = self.worker.begin(self.key)
@@ -84,20 +88,52 @@ class _Child(ExecClient):
             os.close(stdin)
         self.streams.set_reader(self.worker.SNAME_STDOUT, self.popen.stdout)
         self.streams.set_reader(self.worker.SNAME_STDERR, self.popen.stderr)
+        self.streams.set_reader(END, os.pidfd_open(self.popen.pid))
         return self
 
+    def _outputs(self) -> list[str]:
+        return [name for name in (self.worker.SNAME_STDOUT, self.worker.SNAME_STDERR) if name in self.streams]
+
     def _handle_read(self, sname: str) -> None:
+        if sname == END:
+            self._finish()
+        elif not self._read_piece(sname):
+            raise EngineClientEOF()
+
+    def _read_piece(self, sname: str) -> bool:
+        """False at the end."""
         data = os.read(self.streams[sname].fd, CHUNK)
         if not data:
-            raise EngineClientEOF()
+            return False
         self._set_reading(sname)
         is_error = sname == self.worker.SNAME_STDERR
         take = self.conversation.complained if is_error else self.conversation.received
         if not take(data):
             self.abort()
+        return True
+
+    def _finish(self) -> None:
+        """Reads what the process has left in its pipes. Its children may keep them open."""
+        for sname in self._outputs():
+            try:
+                while self._engine and self._read_piece(sname):
+                    pass
+            except BlockingIOError:
+                pass
+        if self._engine:
+            self._engine.remove(self)
+
+    def _close_stream(self, sname: str) -> None:
+        super()._close_stream(sname)
+        if not self._outputs() and self._timercase.fire_date - time.time() > SECONDS_TO_END:
+            self.set_nextfire(SECONDS_TO_END)
+
+    def _fire(self) -> None:
+        if self._engine:
+            self._engine.remove(self, abort=True, did_timeout=bool(self._outputs()))
 
     def _close(self, abort: bool, timeout: bool) -> None:
-        status = self._end(at_once=abort)
+        status = self._end(abort)
         self.streams.clear()
         self.invalidate()
         # The worker keeps this object until all of its processes have ended; what belongs to this one is dropped now.
@@ -105,19 +141,17 @@ class _Child(ExecClient):
         self.worker.ended(conversation, None if timeout else status)
         self.worker._check_fini()
 
-    def _end(self, at_once: bool) -> int:
-        """Ends the process and its children. The process stays a zombie until its children got the signal, so its
-        number cannot belong to others.
+    def _end(self, abort: bool) -> int:
+        """Returns the exit status. After a normal end, children may live on: an ssh that shares its connection leaves
+        one. Otherwise, they are ended. The process stays a zombie until its children got the signal, so its number
+        cannot belong to others.
         """
-        deadline = time.monotonic() + (0 if at_once else SECONDS_TO_END)
-        flags = os.WEXITED | os.WNOWAIT | os.WNOHANG
-        while os.waitid(os.P_PID, self.popen.pid, flags) is None and time.monotonic() < deadline:
-            time.sleep(0.002)
-        for kill in (os.killpg, os.kill):  # it has no group of its own until it called setsid()
-            try:
-                kill(self.popen.pid, signal.SIGKILL)
-            except ProcessLookupError:
-                pass
+        if abort or os.waitid(os.P_PID, self.popen.pid, os.WEXITED | os.WNOWAIT).si_code != os.CLD_EXITED:
+            for kill in (os.killpg, os.kill):  # it has no group of its own until it called setsid()
+                try:
+                    kill(self.popen.pid, signal.SIGKILL)
+                except ProcessLookupError:
+                    pass
         return self.popen.wait()
 
 
@@ -159,10 +193,21 @@ class _Watch(EventHandler):
             raise Interrupted(self.signal_number)
 
 
+def _possible(fanout: int) -> int:
+    """The fan-out, or a lower one if fewer files may be open."""
+    soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
+    needed = fanout * FILES + OTHER_FILES
+    if needed > soft:
+        soft = needed if hard == resource.RLIM_INFINITY else min(needed, hard)
+        resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
+    return max(1, min(fanout, (soft - OTHER_FILES) // FILES))
+
+
 class Processes:
     """Starts processes and reads their output, until all have ended."""
 
     def __init__(self, fanout: int) -> None:
+        fanout = _possible(fanout)
         self._piece = max(256, 2 * fanout)
         self._task: Task = task_self()
         self._task.set_info("fanout", fanout)

@@ -11,20 +11,34 @@ from korvel_fleet.processes import Command
 # job is not.
 JOB = str(Path(__file__).parent.parent / "job.sh")
 
-# The user's configuration applies. Options in the user's own ssh command come first, so they win over these.
+# The user's configuration applies, except for these options. Options in the user's own ssh command come first, so they win.
 OPTIONS = (
     "BatchMode=yes",  # never asks for a password
     "ConnectTimeout=10",
     "ServerAliveInterval=15",
     "ServerAliveCountMax=3",
+    # Only the job runs, in the foreground, with its own standard input.
+    "StdinNull=no",
+    "ForkAfterAuthentication=no",
+    "SessionType=default",
+    "RemoteCommand=none",
+    "RequestTTY=no",
+    # Nothing else happens here or on the board.
+    "PermitLocalCommand=no",
+    "Tunnel=no",
     "ClearAllForwardings=yes",
     "ForwardAgent=no",
     "ForwardX11=no",
-    "RequestTTY=no",
-    "RemoteCommand=none",
 )
 
 FAILED = 255  # ssh's own exit status
+
+# How ssh's own messages begin. Other lines can be a banner of the board, or what a program there printed.
+OWN_MESSAGE = re.compile(
+    r"ssh: |ssh_\w+: |kex_|client_loop: |mux_client|banner exchange: |channel \d+: open failed: |Host key |Timeout, server |"
+    r"Connection (closed by|reset by|to) |Connection (timed out|closed|reset) |Read from remote host |Received disconnect from |"
+    r"Disconnected from |[^ ]+: Permission denied \(|Corrupted MAC |Bad packet length |No .* host key is known ")
+LAST_LINES = 8
 
 # The first pattern that matches a message of ssh names the cause.
 CAUSES = (
@@ -46,10 +60,21 @@ def command_line(ssh: Sequence[str], board: str, arguments: Sequence[str]) -> Co
     return Command([*ssh, *options, "--", board, shlex.join(["sh", "-s", "--", *arguments])], stdin=JOB)
 
 
+def _last_lines(messages: str) -> list[str]:
+    return [line.strip() for line in messages.splitlines() if line.strip()][-LAST_LINES:]
+
+
+def ends_with_own_message(messages: str) -> bool:
+    """Whether the last line is a message of ssh."""
+    return any(OWN_MESSAGE.match(line) for line in _last_lines(messages)[-1:])
+
+
 def cause_of(messages: str) -> str:
-    """What ssh's messages say in a few words."""
+    """What ssh's messages say in a few words. Its last one ends the run; those of a jump host come shortly before."""
+    lines = _last_lines(messages)
+    own = "\n".join([*filter(OWN_MESSAGE.match, lines[:-1]), *lines[-1:]])
     for pattern, cause in CAUSES:
-        if re.search(pattern, messages):
+        if re.search(pattern, own):
             return cause
     return "cannot connect"
 

@@ -1,6 +1,7 @@
 """korvel-fleet run and probe on simulated boards, through a stand-in for ssh."""
 
 import os
+import subprocess
 import unittest
 
 import fleet
@@ -58,6 +59,49 @@ stderr: Get Port: Invalid port number "eth1"
         self.assertEqual(outcome, (1, block("board2 (1)", "a\\x1b[31m\nb\n") + """\
 board[1,3]: too much output: more than 10240 bytes
 """, ""))
+
+    def ask_for_long_answers(self, begin: str) -> list[str]:
+        """Eight boards with 40 MiB each. Returns the other lines of the output."""
+        answer = f"set -- $command; echo korvel-fleet/1 $5; {begin}; yes {'0' * 1000} | head -c 40M; echo"
+        outcome = self.ask("run", "board[1-8]", {"*": answer}, "--fanout", "1", "--max-bytes", "50M", "--", "print")
+        return [line for line in outcome.out.splitlines() if line.strip("0") and line != RULE]
+
+    def test_keeps_equal_answers_once(self) -> None:
+        self.assertEqual(self.ask_for_long_answers("true"), ["board[1-8] (8)"])
+
+    def test_names_the_boards_whose_answers_are_beyond_the_limit_of_all(self) -> None:
+        lines = self.ask_for_long_answers("echo $board")
+        self.assertEqual(len(lines), 7, "three answers of two lines, and the cause of the others")
+        self.assertRegex(lines[-1], "^board.*: too much output: the answers of all boards have more than 128 MiB$")
+
+    def test_takes_little_more_memory_than_the_answers_have(self) -> None:
+        ssh = fleet.write_stand_in(self.folder / "ssh", {
+            "*": "set -- $command; echo korvel-fleet/1 $5; seq $((150000 + ${board#board}))"})
+        process = subprocess.Popen([fleet.PROGRAM, "run", "-w", "board[1-8]", "--ssh", ssh, "--", "print"],
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+        peak = fleet.PeakMemory(process.pid)
+        out, _ = process.communicate(timeout=100)
+        self.assertEqual(out.count("\n150001\n"), 8)
+        self.assertLess(peak.mebibytes(), 100)
+
+    def test_shows_the_exit_status_of_korvel_also_if_ssh_has_the_same_one(self) -> None:
+        outcome = self.ask("run", "board[1-2]", {
+            "board1": "set -- $command; echo korvel-fleet/1 $5; echo 'it: Connection refused' >&2; exit 255",
+            "board2": "set -- $command; echo korvel-fleet/1 $5; echo 'client_loop: send disconnect: Broken pipe' >&2; exit 255",
+        }, "--", "print")
+        self.assertEqual(outcome, (1, block("board1 (1)", "stderr: it: Connection refused\nexit status: 255\n")
+                                   + "board2: stopped answering: connection closed\n", ""))
+
+    def test_does_not_take_a_banner_for_a_message_of_ssh(self) -> None:
+        """The banner comes before the board accepts a key."""
+        banner = "printf 'Permission denied to strangers\\nREMOTE HOST IDENTIFICATION HAS CHANGED\\n%s: Connection timed out\\n'"
+        outcome = self.ask("run", "board[1-3]", {
+            "board1": f"{banner} >&2; echo 'Connection closed by 192.0.2.1 port 22' >&2; exit 255",
+            "board2": f"{banner} >&2; echo 'root@board2: Permission denied (publickey,password).' >&2; exit 255",
+            "board3": """printf 'channel 0: open failed: connect failed: Connection refused\nstdio forwarding failed
+kex_exchange_identification: Connection closed by remote host\nConnection closed by UNKNOWN port 65535\n' >&2; exit 255""",
+        }, "--", "print")
+        self.assertEqual(outcome, (1, "board1: connection closed\nboard2: permission denied\nboard3: connection refused\n", ""))
 
     def test_names_boards_that_hang(self) -> None:
         outcome = self.ask("run", "board[1-2]", {

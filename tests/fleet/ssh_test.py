@@ -72,5 +72,33 @@ class ThirtyTwoBoards(fleet.FolderCase):
         self.assertIn("\nbegan: 2005-01-01T", (self.packages / "board23.tgz.run").read_text(encoding="utf-8"))
 
 
+class AConnection(fleet.FolderCase):
+    """One board, and a configuration of the user."""
+
+    def configure(self, *lines: str) -> str:
+        proxy = f"sh -c \"echo >> {self.folder}/connections; exec {ON_BOARD}\""
+        path = write_configuration(self.folder, {1: proxy})
+        mine = "".join(f"    {line}\n" for line in lines)
+        path.write_text(f"Host board1\n{mine}{path.read_text(encoding='utf-8')}", encoding="utf-8")
+        return f"ssh -F {path}"
+
+    def ask(self, ssh: str) -> fleet.Outcome:
+        return fleet.run("run", "-w", "board1", "--ssh", ssh, "--", "getport", "eth1")
+
+    def test_that_is_shared_stays_for_the_next_run(self) -> None:
+        ssh = self.configure("ControlMaster auto", f"ControlPath {self.folder}/%C", "ControlPersist 60")
+        self.addCleanup(subprocess.run, [*ssh.split(), "-O", "exit", "board1"], capture_output=True)
+        answer = (0, f"{'-' * 15}\nboard1 (1)\n{'-' * 15}\n2\n", "")
+        self.assertEqual([self.ask(ssh), self.ask(ssh)], [answer, answer])
+        self.assertEqual((self.folder / "connections").read_text(encoding="ascii"), "\n")
+
+    def test_is_not_disturbed_by_options_for_people(self) -> None:
+        ssh = self.configure(
+            "StdinNull yes", "ForkAfterAuthentication yes", "SessionType none", "RequestTTY force", "RemoteCommand ls",
+            "PermitLocalCommand yes", "LocalCommand echo local", "LocalForward 1 localhost:1", "ExitOnForwardFailure yes",
+            "ForwardAgent yes", "ForwardX11 yes", "Tunnel yes")
+        self.assertEqual(self.ask(ssh), (0, f"{'-' * 15}\nboard1 (1)\n{'-' * 15}\n2\n", ""))
+
+
 if __name__ == "__main__":
     unittest.main()

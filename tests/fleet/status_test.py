@@ -13,7 +13,7 @@ class Status(fleet.FolderCase):
     def setUp(self) -> None:
         super().setUp()
         ssh = fleet.write_stand_in(self.folder / "ssh", {
-            "board[23]": "echo 'Permission denied' >&2; exit 255", "board4": "on_board --fault sfn_dispatcher=silent"})
+            "board[23]": "echo 'root@board: Permission denied (publickey).' >&2; exit 255", "board4": "on_board --fault sfn_dispatcher=silent"})
         fleet.run("collect", "-w", "board[1-4]", "-o", self.packages, "--ssh", ssh)
 
     def make_older(self, **age: float) -> None:
