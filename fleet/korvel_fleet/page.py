@@ -7,7 +7,7 @@ from html import escape
 from urllib.parse import quote
 
 from korvel_fleet.clock import now
-from korvel_fleet.results import BoardResult, folded_causes
+from korvel_fleet.results import SEVERITIES, BoardResult, folded_causes
 
 STYLE = """
 :root { color-scheme: light dark; --line: #8886; --soft: #8882; }
@@ -22,6 +22,8 @@ td.number, th.number { text-align: right; font-variant-numeric: tabular-nums; }
 tr.trouble { background: var(--soft); }
 tr.trouble td.state { font-weight: 600; }
 small { display: block; }
+details ul { margin: .25rem 0; padding-left: 1.2rem; }
+summary { cursor: pointer; white-space: nowrap; }
 @media (max-width: 40rem) {
     thead { display: none; }
     tr { display: block; border-bottom: 1px solid var(--line); padding: .4rem .3rem; }
@@ -32,7 +34,8 @@ small { display: block; }
 }
 @media print { body { max-width: none; } }
 """
-SEVERITIES = (("error", "Errors"), ("warning", "Warnings"), ("note", "Notes"))
+TITLES = ("Errors", "Warnings", "Notes")
+MAX_TEXTS = 4 * 1024 * 1024  # bytes of findings in a page, so that it stays usable
 
 
 def _policy() -> str:
@@ -54,12 +57,33 @@ def _cause(result: BoardResult) -> str:
     return escape(cause) + (f"<small>{escape(evidence)}</small>" if evidence not in cause else "")
 
 
-def _row(result: BoardResult) -> str:
-    findings = [_cell(title, str(result.findings.get(severity, 0)) if result.verdict else "", "number")
-                for severity, title in SEVERITIES]
+class _Findings:
+    """The findings of each board, folded in, until the page has enough of them."""
+
+    def __init__(self) -> None:
+        self._left = MAX_TEXTS
+
+    def cell(self, result: BoardResult) -> str:
+        number = sum(result.findings.values())
+        if not result.verdict or not number:
+            return _cell("Findings", "")
+        items = "".join(f"<li>{escape(text)}</li>" for text in result.finding_texts)
+        more = number - len(result.finding_texts)
+        if more > 0:
+            items += f"<li>{more} more</li>"
+        self._left -= len(items)
+        if self._left < 0:
+            return _cell("Findings", f"{number} findings")
+        summary = f"<summary>{escape(result.verdict)}: {number} findings</summary>"
+        return _cell("Findings", f"<details>{summary}<ul>{items}</ul></details>")
+
+
+def _row(result: BoardResult, texts: _Findings) -> str:
+    numbers = [_cell(title, str(result.findings.get(severity, 0)) if result.verdict else "", "number")
+               for severity, title in zip(SEVERITIES, TITLES)]
     trouble = "" if result.state == "whole" else ' class="trouble"'
     cells = [_cell("Board", escape(result.board)), _cell("State", escape(result.state), "state"),
-             _cell("Cause", _cause(result), "cause"), *findings,
+             _cell("Cause", _cause(result), "cause"), *numbers, texts.cell(result),
              _cell("Heartbeat", escape(result.probes.get("heartbeat", ""))),
              _cell("Package", _link(result.file, result.file) if result.file else "")]
     return f"<tr{trouble}>{''.join(cells)}</tr>\n"
@@ -80,13 +104,15 @@ def page_lines(results: list[BoardResult]) -> Iterator[str]:
         for boards, cause in causes:
             yield f"<li>{escape(str(boards))}: {escape(cause)}</li>\n"
         yield "</ul>\n"
-    numbers = "".join(f'<th scope="col" class="number">{name}</th>' for _, name in SEVERITIES)
+    numbers = "".join(f'<th scope="col" class="number">{title}</th>' for title in TITLES)
     yield ('<h2>Boards</h2>\n<table>\n<thead><tr><th scope="col">Board</th><th scope="col">State</th>'
-           f'<th scope="col">Cause</th>{numbers}<th scope="col">Heartbeat</th><th scope="col">Package</th></tr></thead>\n'
-           "<tbody>\n")
+           f'<th scope="col">Cause</th>{numbers}<th scope="col">Findings</th><th scope="col">Heartbeat</th>'
+           '<th scope="col">Package</th></tr></thead>\n<tbody>\n')
+    texts = _Findings()
     for in_trouble in (True, False):
         for result in results:
             if (result.state != "whole") is in_trouble:
-                yield _row(result)
-    yield ("</tbody>\n</table>\n<p><code>korvel-report html FILE</code> makes a page of a package.</p>\n"
+                yield _row(result, texts)
+    yield ("</tbody>\n</table>\n<p><code>korvel-report show FILE</code> prints all findings of a package, and "
+           "<code>korvel-report html FILE</code> makes a page of it.</p>\n"
            "</main>\n</body>\n</html>\n")

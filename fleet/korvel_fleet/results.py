@@ -2,12 +2,15 @@
 
 from collections.abc import Collection, Iterable
 from dataclasses import asdict, dataclass, field
+from datetime import datetime, timezone
 from pathlib import Path
 from typing import Any
 
 from ClusterShell.NodeSet import NodeSet
 
 from korvel_fleet.verdicts import Verdict
+
+SEVERITIES = ("error", "warning", "note")
 
 
 @dataclass(slots=True)
@@ -26,15 +29,24 @@ class BoardResult:
     began: str | None = None  # by the clock here
     ended: str | None = None
     findings: dict[str, int] = field(default_factory=dict)  # number by severity
+    finding_texts: list[str] = field(default_factory=list)  # of the gravest ones
     probes: dict[str, str] = field(default_factory=dict)
 
     def describe(self, verdict: Verdict) -> None:
         """Takes what korvel-report knows of the package."""
-        self.verdict, self.findings, self.probes = verdict.verdict, verdict.findings, verdict.probes
+        self.verdict, self.probes = verdict.verdict, verdict.probes
+        self.findings, self.finding_texts = verdict.findings, verdict.finding_texts
         self.sha256, self.size, self.package_time = verdict.sha256, verdict.size, verdict.time
 
     def as_json(self) -> dict[str, Any]:
         return asdict(self)
+
+
+def age(time: str | None) -> float | None:
+    """Seconds since a time of a result."""
+    if time is None:
+        return None
+    return max(0.0, (datetime.now(timezone.utc) - datetime.fromisoformat(time)).total_seconds())
 
 
 def folded_causes(results: Iterable[BoardResult]) -> list[tuple[NodeSet, str]]:

@@ -36,8 +36,8 @@ FAILED = 255  # ssh's own exit status
 # How ssh's own messages begin. Other lines can be a banner of the board, or what a program there printed.
 OWN_MESSAGE = re.compile(
     r"ssh: |ssh_\w+: |kex_|client_loop: |mux_client|banner exchange: |channel \d+: open failed: |Host key |Timeout, server |"
-    r"Connection (closed by|reset by|to) |Connection (timed out|closed|reset) |Read from remote host |Received disconnect from |"
-    r"Disconnected from |[^ ]+: Permission denied \(|Corrupted MAC |Bad packet length |No .* host key is known ")
+    r"Connection (closed|reset|timed out|to) |Read from remote host |Received disconnect from |Disconnected from |"
+    r"[^ ]+: Permission denied \(|Corrupted MAC |Bad packet length |No .* host key is known ")
 LAST_LINES = 8
 
 # The first pattern that matches a message of ssh names the cause.

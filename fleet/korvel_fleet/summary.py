@@ -1,6 +1,7 @@
 """summary.json: the results of a folder, read back by --resume and status."""
 
 import json
+import sys
 from collections.abc import Callable, Iterator
 from dataclasses import dataclass, field, fields, replace
 from datetime import datetime
@@ -69,6 +70,10 @@ def _is_table(is_value: Callable[[Any], bool]) -> Callable[[Any], bool]:
     return lambda value: isinstance(value, dict) and all(map(_is_text, value)) and all(map(is_value, value.values()))
 
 
+def _is_list_of_texts(value: Any) -> bool:
+    return isinstance(value, list) and all(map(_is_text, value))
+
+
 def _or_none(is_value: Callable[[Any], bool]) -> Callable[[Any], bool]:
     return lambda value: value is None or is_value(value)
 
@@ -77,7 +82,7 @@ def _or_none(is_value: Callable[[Any], bool]) -> Callable[[Any], bool]:
 _CHECKS: dict[str, Callable[[Any], bool]] = {
     "board": lambda value: _is_text(value) and is_name(value), "state": _is_text, "size": _or_none(_is_number),
     "began": _or_none(_is_time), "ended": _or_none(_is_time),
-    "findings": _is_table(_is_number), "probes": _is_table(_is_text),
+    "finding_texts": _is_list_of_texts, "findings": _is_table(_is_number), "probes": _is_table(_is_text),
 }
 _check_text = _or_none(_is_text)
 
@@ -86,6 +91,8 @@ def _safe(value: Any) -> Any:
     """A value of a result, with safe texts."""
     if isinstance(value, dict):
         return {visible(key): _safe(content) for key, content in value.items()}
+    if isinstance(value, list):
+        return [sys.intern(_safe(content)) for content in value]
     return visible(value) if isinstance(value, str) else value
 
 

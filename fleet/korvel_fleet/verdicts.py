@@ -8,6 +8,7 @@ from typing import Any
 from korvel_fleet.texts import one_line
 
 MAX_LINE = 8 * 1024 * 1024
+MAX_TEXTS = 10  # of findings of a package; korvel-report writes the gravest first
 
 
 @dataclass
@@ -23,6 +24,7 @@ class Verdict:
     time: str | None = None
     probes: dict[str, str] = field(default_factory=dict)
     findings: dict[str, int] = field(default_factory=dict)  # by severity
+    finding_texts: list[str] = field(default_factory=list)  # of the first ones
 
     @property
     def is_whole(self) -> bool:
@@ -88,13 +90,20 @@ class JsonLines:
     def _take_part_or_finding(self, line: bytes) -> None:
         verdict = self.verdicts[-1]
         if line.startswith(b'{"rule":'):
-            severity = sys.intern(json.loads(line.rstrip(b","))["severity"])
-            verdict.findings[severity] = verdict.findings.get(severity, 0) + 1
+            self._take_finding(json.loads(line.rstrip(b",")))
         elif line.startswith(b'{"name":') and not verdict.cause and not verdict.is_whole:
             # The object goes on in later lines.
             part = json.loads(line.partition(b',"evidence":')[0] + b"}")
             if part["expected"] and part["state"] != "present":
                 verdict.cause = one_line(f"{part['name']} {part['state']}: {part['cause'] or 'cause unknown'}")
+
+    def _take_finding(self, finding: dict[str, Any]) -> None:
+        """Texts are kept once: those of many packages are equal."""
+        verdict, severity = self.verdicts[-1], sys.intern(finding["severity"])
+        verdict.findings[severity] = verdict.findings.get(severity, 0) + 1
+        if len(verdict.finding_texts) < MAX_TEXTS:
+            pieces = filter(None, (severity, finding.get("part"), finding.get("meaning")))
+            verdict.finding_texts.append(sys.intern(one_line(": ".join(pieces))))
 
     @staticmethod
     def _verdict(package: dict[str, Any]) -> Verdict:

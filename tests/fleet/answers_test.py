@@ -94,10 +94,11 @@ board[1,3]: too much output: more than 10240 bytes
 
     def test_does_not_take_a_banner_for_a_message_of_ssh(self) -> None:
         """The banner comes before the board accepts a key."""
-        banner = "printf 'Permission denied to strangers\\nREMOTE HOST IDENTIFICATION HAS CHANGED\\n%s: Connection timed out\\n'"
+        banner = ("printf 'Permission denied to strangers\\nREMOTE HOST IDENTIFICATION HAS CHANGED\\n'; "
+                  "echo 'Idle? Connection timed out'")
         outcome = self.ask("run", "board[1-3]", {
-            "board1": f"{banner} >&2; echo 'Connection closed by 192.0.2.1 port 22' >&2; exit 255",
-            "board2": f"{banner} >&2; echo 'root@board2: Permission denied (publickey,password).' >&2; exit 255",
+            "board1": f"exec >&2; {banner}; echo 'Connection closed by 192.0.2.1 port 22'; exit 255",
+            "board2": f"exec >&2; {banner}; echo 'root@board2: Permission denied (publickey,password).'; exit 255",
             "board3": """printf 'channel 0: open failed: connect failed: Connection refused\nstdio forwarding failed
 kex_exchange_identification: Connection closed by remote host\nConnection closed by UNKNOWN port 65535\n' >&2; exit 255""",
         }, "--", "print")

@@ -2,6 +2,7 @@
 
 import hashlib
 import html.parser
+import re
 import unittest
 from pathlib import Path
 
@@ -43,6 +44,7 @@ class Collect(fleet.FolderCase):
         for key in ("began", "ended", "package_time"):
             self.assertRegex(result.pop(key), r"^\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d(\.\d+)?Z$")
         self.assertGreater(result.pop("findings")["note"], 0)
+        self.assertRegex(result.pop("finding_texts")[0], "^[a-z]+: .*: .*[.]$")
         self.assertEqual(result, {
             "board": "board2", "state": "whole", "cause": None, "evidence": None, "verdict": "whole",
             "file": "board2.tgz", "probes": {"getport eth0": "1", "getport eth1": "2", "heartbeat": "healthy"}})
@@ -133,6 +135,16 @@ board6: too much output: more than 64 KiB before the job's first line
         self.assertNotIn("<script", page)
         self.assertIn('<a href="board1.tgz">board1.tgz</a>', page)
         self.assertRegex(page, r"Content-Security-Policy\" content=\"default-src &#x27;none&#x27;; style-src &#x27;sha256-")
+        self.assert_is_balanced(page)
+
+    def test_shows_the_findings_of_each_board_on_the_page(self) -> None:
+        self.collect("board[1-2]", {"board2": "on_board --fault sfn_dispatcher=silent"})
+        page = (self.packages / "index.html").read_text(encoding="utf-8")
+        rows = re.findall("<tr.*</tr>", page)[1:]
+        details = "<details><summary>{}: [0-9]+ findings</summary><ul><li>{}: .*<li>[0-9]+ more</li></ul></details>"
+        self.assertRegex(rows[0], "board2.*" + details.format("incomplete", "error: mmi/sfn/HeapStats"))
+        self.assertRegex(rows[1], "board1.*" + details.format("whole", "warning"))
+        self.assertEqual([row.count("<li>") for row in rows], [11, 11])
         self.assert_is_balanced(page)
 
     def assert_is_balanced(self, page: str) -> None:

@@ -108,7 +108,8 @@ class Killed(fleet.FolderCase):
         self.assertEqual(len(self.assert_only_whole_packages()), NUMBER)
 
     def test_shows_what_earlier_runs_found_if_the_next_one_is_interrupted(self) -> None:
-        self.ssh.write_text("#!/bin/sh\necho 'ssh: connect to host board port 22: Connection refused' >&2\nexit 255\n", encoding="ascii")
+        refusal = "ssh: connect to host board port 22: Connection refused"
+        self.ssh.write_text(f"#!/bin/sh\necho '{refusal}' >&2\nexit 255\n", encoding="ascii")
         self.start().communicate(timeout=60)
         self.ssh.write_text("#!/bin/sh\nsleep 600\n", encoding="ascii")
         process = self.start("--resume")

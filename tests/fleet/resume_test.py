@@ -126,6 +126,7 @@ class ADamagedSummary(Resume):
               {"evidence": []}, {"ended": "yesterday"}, {"ended": "2026-01-01T00:00:00"}, {"began": 1}, {"size": "1"},
               {"size": 1e999}, {"size": True}, {"size": -1}, {"findings": []}, {"findings": {"error": 10**400}},
               {"findings": {"error": "1"}}, {"findings": {"board": "x"}}, {"probes": "x"}, {"probes": {"a": 1}},
+              {"finding_texts": "x"}, {"finding_texts": [1]},
               {"file": {"board": "x"}}, {"sha256": 1}, {"verdict": ["whole"]}, {"package_time": 1})
 
     def setUp(self) -> None:

@@ -5,6 +5,7 @@ import re
 import subprocess
 import unittest
 from datetime import datetime, timedelta, timezone
+from pathlib import Path
 
 import fleet
 
@@ -13,7 +14,8 @@ class Status(fleet.FolderCase):
     def setUp(self) -> None:
         super().setUp()
         ssh = fleet.write_stand_in(self.folder / "ssh", {
-            "board[23]": "echo 'root@board: Permission denied (publickey).' >&2; exit 255", "board4": "on_board --fault sfn_dispatcher=silent"})
+            "board[23]": "echo 'root@board: Permission denied (publickey).' >&2; exit 255",
+            "board4": "on_board --fault sfn_dispatcher=silent"})
         fleet.run("collect", "-w", "board[1-4]", "-o", self.packages, "--ssh", ssh)
 
     def make_older(self, **age: float) -> None:
@@ -76,6 +78,62 @@ board4: package incomplete: mmi/sfn/HeapStats empty: dispatcher sfn did not answ
         metrics = self.folder / "missing/fleet.prom"
         self.assertEqual(fleet.run("status", "--metrics", metrics, self.packages),
                          (3, "", f"korvel-fleet: cannot write {metrics}: No such file or directory\n"))
+
+    def test_writes_metrics_of_more_packages_than_a_command_line_can_name(self) -> None:
+        boards = self.multiply(1500)
+        metrics = self.folder / "fleet.prom"
+        done = subprocess.run(["sh", "-c", 'ulimit -s 512; exec "$@"', "-", fleet.PROGRAM, "status", "--metrics", metrics,
+                               self.packages], stdin=subprocess.DEVNULL, capture_output=True, text=True)
+        self.assertEqual((done.returncode, done.stdout, done.stderr), (0, "", ""))
+        text = metrics.read_text(encoding="utf-8")
+        checked = subprocess.run(["promtool", "check", "metrics"], input=text, capture_output=True, text=True)
+        self.assertEqual((checked.returncode, checked.stdout, checked.stderr), (0, "", ""))
+        self.assertEqual(text.count("# HELP korvel_package_verdict "), 1)
+        for board in boards:
+            self.assertIn(f'\nkorvel_package_verdict{{board="{board}",verdict="whole"}} 1\n', text)
+
+    def multiply(self, number: int) -> list[str]:
+        """Makes many boards of the first one."""
+        path = self.packages / "summary.json"
+        document = json.loads(path.read_text(encoding="utf-8"))
+        first = document["boards"][0]
+        run_file = (self.packages / "board1.tgz.run").read_text(encoding="utf-8")
+        boards = [f"{'long' * 20}-{index}" for index in range(number)]
+        for board in boards:
+            (self.packages / f"{board}.tgz").hardlink_to(self.packages / "board1.tgz")
+            (self.packages / f"{board}.tgz.run").write_text(run_file.replace("board: board1\n", f"board: {board}\n"),
+                                                            encoding="utf-8")
+        document["boards"] = [{**first, "board": board, "file": f"{board}.tgz"} for board in boards]
+        path.write_text(json.dumps(document), encoding="utf-8")
+        return boards
+
+    def test_names_a_package_that_korvel_report_cannot_read_and_keeps_the_metrics_of_the_others(self) -> None:
+        boards = self.multiply(3)
+        bad = self.packages / f"{boards[1]}.tgz"
+        metrics = self.folder / "fleet.prom"
+        for failure, message in (("rm -f $bad", "No such file or directory"),
+                                 ("case \"$*\" in *$bad*) kill -SEGV $$ ;; esac", "ended with status -11")):
+            with self.subTest(failure):
+                program = self.program_with(f"bad={bad}; {failure}")
+                done = subprocess.run([program, "status", "--metrics", metrics, self.packages], stdin=subprocess.DEVNULL,
+                                      capture_output=True, text=True)
+                self.assertEqual((done.returncode, done.stdout, done.stderr),
+                                 (1, "", f"korvel-report: {bad}: {message}\n"))
+                text = metrics.read_text(encoding="utf-8")
+                self.assertEqual([f'korvel_package_age_seconds{{board="{board}"}}' in text for board in boards],
+                                 [True, False, True])
+                if not bad.exists():
+                    bad.hardlink_to(self.packages / "board1.tgz")
+
+    def program_with(self, commands: str) -> Path:
+        """korvel-fleet beside a korvel-report that does something first."""
+        for name in ("bin", "share"):
+            (self.folder / name).mkdir(exist_ok=True)
+        (self.folder / "share/korvel-fleet").unlink(missing_ok=True)
+        (self.folder / "share/korvel-fleet").symlink_to(fleet.BUILD / "share/korvel-fleet")
+        fleet.write_program(self.folder / "bin/korvel-report",
+                            f"#!/bin/sh\n{commands}\nexec {fleet.BUILD}/korvel-report \"$@\"\n")
+        return fleet.write_program(self.folder / "bin/korvel-fleet", fleet.PROGRAM.read_text(encoding="utf-8"))
 
     def test_goes_on_with_korvel_report(self) -> None:
         store = self.folder / "store"
