@@ -48,8 +48,9 @@ class CollectRun:
             return Summary(is_damaged=True)
 
     def run(self) -> int:
-        # Without a summary, only the names of packages tell the boards of the folder.
-        known = self._boards if self._summary.kind else self._boards | NodeSet.fromlist(self._folder.boards_with_packages())
+        known = self._boards
+        if self._summary.kind is None and (boards := self._folder.boards_with_packages()):  # their names tell the boards
+            known = known | NodeSet.fromlist(boards)
         found = self._find(known)
         if self._summary.is_damaged:
             self._folder.keep_damaged(summary.NAME)
@@ -78,6 +79,8 @@ class CollectRun:
 
     def _ask(self, boards: NodeSet) -> None:
         arguments = self._arguments
+        for board in boards:
+            self._folder.free_name(board)
         progress = Progress(len(boards))
 
         def take(result: BoardResult) -> None:

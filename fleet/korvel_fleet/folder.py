@@ -117,12 +117,15 @@ class Folder:
 
     def arrival(self, board: str) -> Arrival:
         """A place for a new package. Keeps what is in its way."""
-        self.undo_publish(board)
         self.keep(board, "cut")
-        self.set_aside(board)
         return Arrival(self.part(board))
 
-    def undo_publish(self, board: str) -> None:
+    def free_name(self, board: str) -> None:
+        """Takes the name of a whole package away from what is none, such as half of a publish()."""
+        self._undo_publish(board)
+        self.set_aside(board)
+
+    def _undo_publish(self, board: str) -> None:
         """Takes back the first rename of a publish() that was interrupted before the second."""
         package, part = self.package(board), self.part(board)
         if part.exists() and not package.exists() and run_file_of(package).exists() and not run_file_of(part).exists():

@@ -45,8 +45,7 @@ class Recall:
             elif board in found:
                 self._judges.judge(self._folder.package(board), functools.partial(self._take_package, board))
             else:
-                self._folder.undo_publish(board)
-                self._folder.set_aside(board)
+                self._folder.free_name(board)
                 self._judge_arrived(board)
 
     def _judge_arrived(self, board: str) -> None:

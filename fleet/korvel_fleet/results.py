@@ -29,7 +29,7 @@ class BoardResult:
     began: str | None = None  # by the clock here
     ended: str | None = None
     findings: dict[str, int] = field(default_factory=dict)  # number by severity
-    finding_texts: list[str] = field(default_factory=list)  # of the gravest ones
+    finding_texts: tuple[str, ...] = ()  # of the gravest ones
     probes: dict[str, str] = field(default_factory=dict)
 
     def describe(self, verdict: Verdict) -> None:

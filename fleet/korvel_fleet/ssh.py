@@ -85,8 +85,10 @@ def why_it_ended(status: int | None, messages: str, began: bool, timeout: float)
         return f"stopped answering: ended after {timeout:g} s" if began else f"no answer within {timeout:g} s"
     if status < 0:
         return f"ssh was ended by signal {-status}"
+    if status == FAILED and began:
+        return f"stopped answering: {cause_of(messages)}" if ends_with_own_message(messages) else "stopped answering"
     if status == FAILED:
-        return f"stopped answering: {cause_of(messages)}" if began else cause_of(messages)
+        return cause_of(messages)
     if began:
         return f"the job ended early with status {status}"
     return f"the job did not start: the board's shell ended with status {status}"

@@ -92,7 +92,7 @@ def _safe(value: Any) -> Any:
     if isinstance(value, dict):
         return {visible(key): _safe(content) for key, content in value.items()}
     if isinstance(value, list):
-        return [sys.intern(_safe(content)) for content in value]
+        return tuple(sys.intern(_safe(content)) for content in value)
     return visible(value) if isinstance(value, str) else value
 
 

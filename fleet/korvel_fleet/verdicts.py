@@ -24,7 +24,7 @@ class Verdict:
     time: str | None = None
     probes: dict[str, str] = field(default_factory=dict)
     findings: dict[str, int] = field(default_factory=dict)  # by severity
-    finding_texts: list[str] = field(default_factory=list)  # of the first ones
+    finding_texts: tuple[str, ...] = ()  # of the first ones
 
     @property
     def is_whole(self) -> bool:
@@ -103,7 +103,7 @@ class JsonLines:
         verdict.findings[severity] = verdict.findings.get(severity, 0) + 1
         if len(verdict.finding_texts) < MAX_TEXTS:
             pieces = filter(None, (severity, finding.get("part"), finding.get("meaning")))
-            verdict.finding_texts.append(sys.intern(one_line(": ".join(pieces))))
+            verdict.finding_texts += (sys.intern(one_line(": ".join(pieces))),)
 
     @staticmethod
     def _verdict(package: dict[str, Any]) -> Verdict:

@@ -103,6 +103,11 @@ board6: too much output: more than 64 KiB before the job's first line
         self.assertEqual(self.causes(),
                          {"board1": "no answer within 2 s", "board2": "too much output on standard error"})
 
+    def test_does_not_say_that_it_cannot_reach_a_board_that_answered(self) -> None:
+        """ssh has this exit status, and no message, if a signal ends the job on the board."""
+        self.collect("board1", {"board1": SENDS + "echo 'cannot say why' >&2; exit 255"})
+        self.assertEqual(self.causes(), {"board1": "stopped answering"})
+
     def test_ignores_what_startup_files_print(self) -> None:
         outcome = self.collect("board1", {"board1": "echo 'Welcome!'; printf 'package 3 '; on_board"})
         self.assertEqual(outcome, (0, self.total("1 of 1 boards"), ""))

@@ -120,6 +120,19 @@ class Killed(fleet.FolderCase):
         self.assertEqual((process.returncode, out), (
             143, f"{self.nodes}: connection refused\n0 of {NUMBER} boards have a whole package in {self.packages}\n"))
 
+    def test_leaves_no_name_of_a_whole_package_to_others_although_it_asked_few_boards(self) -> None:
+        self.packages.mkdir()
+        for number in range(1, NUMBER + 1):
+            (self.packages / f"board{number}.tgz").write_bytes(b"no package")
+        self.ssh.write_text("#!/bin/sh\nsleep 600\n", encoding="ascii")
+        process = self.start()
+        while len(processes_below(self.ssh)) < 8:
+            time.sleep(0.01)
+        process.send_signal(signal.SIGINT)
+        process.communicate(timeout=60)
+        self.assertEqual(self.assert_only_whole_packages(), [])
+        self.assertEqual(len(list(self.packages.glob("*.altered"))), NUMBER)
+
     def test_does_not_call_a_package_whole_that_is_gone(self) -> None:
         self.start().communicate(timeout=60)
         for name in ("board1.tgz", "board1.tgz.run"):

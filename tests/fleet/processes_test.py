@@ -11,6 +11,9 @@ import fleet
 sys.path.append(str(fleet.BUILD / "share/korvel-fleet"))
 from korvel_fleet.processes import Command, Processes  # noqa: E402
 
+# Waits for a file, but not longer than the test lives.
+WAIT = "wait_for() { until [ -e $1 ] || [ ! -d $PWD ]; do sleep 0.01; done; }; "
+
 
 class Heard:
     """Notes what a process prints, and may react to it."""
@@ -38,24 +41,25 @@ class TheEngine(fleet.FolderCase):
         processes = Processes(2)
         heard = Heard(), Heard(creates=reaction)
         for name, text, conversation in zip("ab", (first, second), heard):
-            processes.add(name, conversation, Command(["sh", "-c", f"cd {self.folder}; {text}"]), 100)
+            command = Command(["sh", "-c", f"cd {self.folder}; {WAIT}{text}"])
+            processes.add(name, conversation, command, 100)
         processes.run()
         return heard
 
     def test_goes_on_while_a_process_without_outputs_lives_on(self) -> None:
         """The first process ends when the output of the second one was read."""
         first, second = self.run_both(
-            "exec >&- 2>&-; : > closed; until [ -e heard ]; do sleep 0.01; done; exit 7",
-            "until [ -e closed ]; do sleep 0.01; done; sleep 0.1; echo b", self.folder / "heard")
+            "exec >&- 2>&-; : > closed; wait_for heard; exit 7",
+            "wait_for closed; sleep 0.1; echo b", self.folder / "heard")
         self.assertEqual((first.status, second.status), (7, 0))
 
     def test_ends_with_a_process_whose_child_keeps_the_outputs(self) -> None:
         """The second process ends the child of the first one."""
-        first, _ = self.run_both("(until [ -e over ]; do sleep 0.01; done) & seq 10000; exit 7", "true; sleep 0.1; : > over")
+        first, _ = self.run_both("(wait_for over) & seq 10000; exit 7", "true; sleep 0.1; : > over")
         self.assertEqual((first.status, first.out.count(b"\n")), (7, 10000))
 
     def test_leaves_the_children_of_a_process_that_ended_by_itself(self) -> None:
-        self.run_both("(until [ -e go ]; do sleep 0.01; done; : > alive) > /dev/null 2>&1 &", "true")
+        self.run_both("(wait_for go; : > alive) > /dev/null 2>&1 &", "true")
         (self.folder / "go").touch()
         deadline = time.monotonic() + 30
         while not (self.folder / "alive").exists() and time.monotonic() < deadline:
