@@ -8,7 +8,8 @@ from pathlib import Path
 
 import fleet
 
-sys.path.append(str(fleet.BUILD / "share/korvel-fleet"))
+# ClusterShell is Debian's; this interpreter may be another one.
+sys.path += [str(fleet.BUILD / "share/korvel-fleet"), "/usr/lib/python3/dist-packages"]
 from korvel_fleet.processes import Command, Processes  # noqa: E402
 
 # Waits for a file, but not longer than the test lives.
