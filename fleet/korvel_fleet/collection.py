@@ -16,11 +16,12 @@ from korvel_fleet.verdicts import Verdict
 # The causes that the job names, see job.sh.
 JOB_CAUSES = {
     "no-korvel": "korvel not found on the board",
+    "no-tool": "a tool is missing on the board",
     "no-room": "no room on the board",
-    "no-run": "the job could not describe its run",
     "no-directory": "no directory for packages on the board",
     "no-package": "korvel made no package",
     "locked": "another run was busy on the board",
+    "hung": "korvel hung on the board",
     "too-large": "too much output",
 }
 # What the system says on the board where a disk is full.

@@ -32,6 +32,12 @@ lock_collection() {
     done
 }
 
+# await PID: waits for a child process, also if signals interrupt the wait. Some shells print how it ended.
+await() {
+    while wait "$1"; awaited=$?; kill -0 "$1"; do :; done
+    return "$awaited"
+} 2> /dev/null
+
 now() { date -u +%Y-%m-%dT%H:%M:%SZ; }
 
 # The zone of local times, by name if it has one, otherwise as an offset.

@@ -1,39 +1,15 @@
 """The job of korvel-fleet on a board: what it leaves there, and what it sends if something is in its way."""
 
 import re
-import subprocess
 import unittest
 
-import fleet
+from job_board import BoardCase
 
-JOB = "/opt/korvel/share/korvel-fleet/job.sh"  # the build tree's path on the board
-BOARD = f"""
-cd /ffs/run/logs
-sed 's/^heartbeat_seconds=3 /heartbeat_seconds=0.1 /' {JOB} > /tmp/job  # only one test needs the whole cycle
-job() {{ sh -s -- "$@" < /tmp/job; }}
-collect() {{
-    job collect TOKEN lab-17 "$1" 10000000 > /tmp/stream
-    echo "status $?"; tail -c 40 /tmp/stream | grep -ao 'end$\\|failed .*$'
-}}
-files() {{ find /ffs/run /tmp/korvel /tmp/korvel-fleet-* 2> /dev/null | sort; }}
-contents() {{ find /ffs/run /tmp/korvel -type f | sort | xargs md5sum; }}
-"""
-
-
-def run(script: str, *options: str) -> tuple[int, str, str]:
-    """Runs shell commands on a simulated board."""
-    done = subprocess.run([fleet.BUILD / "boardsim", *options, "--", "sh", "-c", BOARD + script],
-                          stdin=subprocess.DEVNULL, capture_output=True, text=True, errors="replace", timeout=100)
-    return done.returncode, done.stdout, done.stderr
-
-
-class TheJob(unittest.TestCase):
-    maxDiff = None
-
+class TheJob(BoardCase):
     def test_removes_nothing_that_was_on_the_board_and_leaves_nothing_of_its_own(self) -> None:
         for keyword in ("pkg", "pkg-pm"):
             with self.subTest(keyword):
-                outcome = run(f"""
+                outcome = self.run_on_board(f"""
                     korvel pkg-pm 2> /dev/null; echo old > netfp_logs_post_mortem.tgz; echo run > netfp_logs_post_mortem.tgz.run
                     mkdir -p /tmp/korvel/archive; echo kept > /tmp/korvel/archive/x; echo older > /tmp/korvel/mmi/iwf/Old.log
                     files > /tmp/before; contents > /tmp/before.md5
@@ -42,19 +18,33 @@ class TheJob(unittest.TestCase):
                 self.assertEqual(outcome, (0, "status 0\nend\n", ""))
 
     def test_removes_no_earlier_files_that_it_could_not_set_aside(self) -> None:
-        outcome = run("""
+        outcome = self.run_on_board("""
             touch "/tmp/korvel-fleet-$(id -u)"; mkdir -p /tmp/korvel/ti /tmp/korvel/fuse/iwf
             echo older > /tmp/korvel/ti/old.log; echo mine > /tmp/korvel/fuse/iwf/mine
             collect pkg-pm; cat /tmp/korvel/ti/old.log /tmp/korvel/fuse/iwf/mine""")
         self.assertEqual(outcome, (0, "status 0\nend\nolder\nmine\n", "korvel-fleet: cannot move the files of an earlier "
                                    "collection: the package contains them\n"))
 
+    def test_touches_nothing_in_a_directory_that_somebody_else_prepared(self) -> None:
+        _, out, _ = self.run_on_board("""
+            mkdir -p /tmp/other /tmp/korvel/ti; ln -s /tmp/other /tmp/korvel-fleet-0; remember
+            replace_korvel 'case $1 in pkg*) mkdir -p /tmp/other/mmi; echo x > /tmp/other/mmi/x
+                for job in /proc/[0-9]*; do ln -s mmi "/tmp/other/${job##*/}" 2> /dev/null; done ;; esac; real "$@"'
+            collect pkg-pm; ls /tmp/other/mmi; grep -rl ^x /tmp/korvel/x""")
+        self.assertEqual(out, "status 0\nend\nx\n")
+
+    def test_keeps_much_of_a_long_standard_error(self) -> None:
+        _, out, _ = self.run_on_board("""
+            replace_korvel 'case $1 in pkg*) head -c 3000000 /dev/zero | tr "\\000" x >&2 ;; esac; real "$@"'
+            collect pkg-pm; tr -cd x < /tmp/stream | wc -c | cut -c 1-3""")
+        self.assertEqual(out, "status 0\nend\n104\n")
+
     def test_leaves_nothing_of_a_probe(self) -> None:
-        outcome = run("files > /tmp/before; job probe TOKEN lab-17 eth0 > /dev/null; files | diff /tmp/before -")
+        outcome = self.run_on_board("files > /tmp/before; job probe TOKEN lab-17 eth0 > /dev/null; files | diff /tmp/before -")
         self.assertEqual(outcome, (0, "", ""))
 
     def test_cleans_up_if_the_connection_breaks(self) -> None:
-        outcome = run("""
+        outcome = self.run_on_board("""
             echo old > netfp_logs_post_mortem.tgz; mkdir -p /tmp/korvel/mmi; echo older > /tmp/korvel/mmi/x
             files > /tmp/before; contents > /tmp/before.md5
             job collect TOKEN lab-17 pkg-pm 10000000 2> /dev/null | head -n 1
@@ -62,7 +52,7 @@ class TheJob(unittest.TestCase):
         self.assertEqual(outcome, (0, "korvel-fleet/1 TOKEN\n", ""))
 
     def test_sends_a_package_of_this_run_only(self) -> None:
-        _, out, _ = run("""
+        _, out, _ = self.run_on_board("""
             korvel pkg-pm 2> /dev/null; echo older > /tmp/korvel/mmi/iwf/Old.log; rm *
             collect pkg-pm
             size=$(sed -n 's/^package \\([0-9]*\\) .*/\\1/p' /tmp/stream)
@@ -71,7 +61,7 @@ class TheJob(unittest.TestCase):
         self.assertEqual(out, "status 0\nend\n9\n0\n")
 
     def test_describes_its_run_and_the_board(self) -> None:
-        _, out, _ = run("""
+        _, out, _ = self.run_on_board("""
             printf '#!/bin/sh\\necho "first line" >&2; printf "no end" >&2; exec /opt/korvel/bin/korvel "$@"\\n' > /tmp/korvel-1
             mkdir /tmp/bin; mv /tmp/korvel-1 /tmp/bin/korvel; chmod +x /tmp/bin/korvel; PATH=/tmp/bin:$PATH
             job collect TOKEN lab-17 pkg-pm 10000000 eth1 nix | sed -n '/^format/,/package [0-9]/p'""")
@@ -96,35 +86,10 @@ first line
 no endpackage N SUM
 """)
 
-    def test_tells_which_process_has_no_heartbeat(self) -> None:
-        for fault, text in (
-            ("sfn_dispatcher=netlink-silent", "IWF Dispatcher:OK SFN Dispatcher:NOT_RECEIVED NetfpProxy: OK"),
-            ("netfp_proxy=netlink-error:3", "IWF Dispatcher:OK SFN Dispatcher:OK NetfpProxy: ERROR"),
-        ):
-            _, out, _ = run(f"sh -s -- probe TOKEN lab-17 < {JOB} | sed -n 's/^probe: //p'", "--fault", fault)
-            self.assertEqual(out, f"heartbeat: unhealthy: {text}\n")
-
-    def test_cleans_up_after_a_job_that_was_killed(self) -> None:
-        """The numbers are those of processes that no longer run."""
-        outcome = run("""
-            mkdir -p -m 0700 /tmp/korvel-fleet-0/999999/mmi; echo earlier > /tmp/korvel-fleet-0/999999/mmi/x
-            mkdir /tmp/korvel
-            echo previous > netfp_logs_post_mortem.tgz.before-fleet.999999
-            echo unsent > netfp_logs_999999.tgz.fleet.999999
-            collect pkg-pm; ls; cat netfp_logs_post_mortem.tgz /tmp/korvel/mmi/x; ls -d /tmp/korvel-fleet-0""")
-        self.assertEqual(outcome, (2, "status 0\nend\nnetfp_logs_post_mortem.tgz\nprevious\nearlier\n",
-                                   "ls: cannot access '/tmp/korvel-fleet-0': No such file or directory\n"))
-
-    def test_never_replaces_a_newer_package_by_one_that_a_killed_job_set_aside(self) -> None:
-        _, out, _ = run("""
-            echo previous > netfp_logs_post_mortem.tgz.before-fleet.999999; echo newer > netfp_logs_post_mortem.tgz
-            collect pkg-pm; cat netfp_logs_post_mortem.tgz netfp_logs_post_mortem.tgz.before-fleet.999999""")
-        self.assertEqual(out, "status 0\nend\nnewer\nprevious\n")
-
     def test_waits_for_the_package_services_of_the_board(self) -> None:
-        _, out, err = run("""
+        _, out, err = self.run_on_board("""
             sed -i 's/^lock_tries=60 /lock_tries=1 /' /tmp/job
-            flock /ffs/run/logs sh -s -- collect TOKEN lab-17 pkg-pm 10000000 < /tmp/job""")
+            exec 5< /ffs/run/logs; flock 5; job collect TOKEN lab-17 pkg-pm 10000000""")
         self.assertEqual((out, err), ("korvel-fleet/1 TOKEN\nfailed locked\n",
                                       "korvel-fleet: another run held /ffs/run/logs for 1 seconds\n"))
 
@@ -134,13 +99,17 @@ no endpackage N SUM
             ("cd /; rmdir /ffs/run/logs; job collect TOKEN a pkg 10", "failed no-directory", "/ffs/run/logs is missing"),
             ("job collect TOKEN a pkg 10 | grep -ao 'failed .*'", "failed too-large", "the package has "),
         ):
-            outcome = run(script)
+            outcome = self.run_on_board(script)
             self.assertEqual(outcome[1].splitlines()[-1], out)
             self.assertIn(f"korvel-fleet: {err}", outcome[2])
 
     def test_says_that_no_room_is_left_if_that_cut_its_package(self) -> None:
-        _, out, _ = run("collect pkg-pm", "--full-logs", "--ffs-size", "32K")
+        _, out, _ = self.run_on_board("collect pkg-pm", "--full-logs", "--ffs-size", "32K")
         self.assertEqual(out.splitlines()[-1], "failed no-room")
+
+
+class InBusybox(TheJob):
+    shell = "busybox"
 
 
 if __name__ == "__main__":

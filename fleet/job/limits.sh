@@ -1,0 +1,73 @@
+# shellcheck shell=sh disable=SC2013,SC2046,SC2086 # lists of numbers, and a waiter that has words
+# Ends programs that take too long. A board may lack `timeout`, and the one of busybox signals only the program itself.
+# korvel ignores TERM while it makes a package: the programs that it started must end, so that it can go on without them.
+
+was_ended=124  # the status of a program that ended within the grace time
+was_killed=137
+overdue=9  # the statuses of the watcher
+killed=10
+
+# Prints the process and its descendants.
+tree() {
+    echo "$1"
+    for child in $(grep -l "^PPid:[[:space:]]*$1\$" /proc/[0-9]*/status 2> /dev/null); do
+        child=${child#/proc/}
+        tree "${child%/status}"
+    done
+}
+
+# running PROCESS...: prints those that run.
+running() {
+    for process in "$@"; do
+        ! [ -d "/proc/$process" ] || echo "$process"
+    done
+}
+
+# stop PID GRACE: TERM for the process and its descendants, then KILL for the rest. The status is 1 if there was a rest.
+stop() {
+    left=$2
+    victims=$(tree "$1")
+    kill -TERM $victims
+    while victims=$(running $victims) && [ -n "$victims" ]; do
+        [ "$left" -gt 0 ] || break
+        left=$((left - 1))
+        sleep 1
+    done
+    [ -n "$victims" ] || return 0
+    kill -KILL $victims $(tree "$1")
+    return 1
+}
+
+# watch PID GRACE WAITER...: ends the process when the waiter is over. TERM ends the watch.
+watch() {
+    process=$1 grace=$2
+    shift 2
+    waiter=
+    trap '[ -z "$waiter" ] || kill $(tree "$waiter"); exit 0' TERM
+    "$@" &
+    waiter=$!
+    wait "$waiter"
+    trap '' TERM
+    stop "$process" "$grace" || exit "$killed"
+    exit "$overdue"
+}
+
+# within GRACE WAITER COMMAND...: runs the command until the waiter is over, such as 'sleep 10'. Descriptors 4 and above
+# are closed in the watcher: nothing but the command may keep a pipe or a lock.
+within() {
+    grace=$1 waiter=$2
+    shift 2
+    "$@" < /dev/null &
+    command=$!
+    watch "$command" "$grace" $waiter > /dev/null 2>&1 4>&- 5>&- 9>&- &
+    watcher=$!
+    await "$command"
+    ended=$?
+    kill "$watcher" 2> /dev/null
+    await "$watcher"
+    case $? in
+        "$overdue") return "$was_ended" ;;
+        "$killed") return "$was_killed" ;;
+    esac
+    return "$ended"
+}

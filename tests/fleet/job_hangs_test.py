@@ -1,0 +1,102 @@
+"""The job of korvel-fleet on a board where korvel, or something that it needs, hangs or is missing."""
+
+import unittest
+
+from job_board import BoardCase
+
+QUICK = "sed -i 's/^collection_seconds=180$/collection_seconds=1/; s/^probe_seconds=10 /probe_seconds=1 /' /tmp/job\n"
+PROBE = "job probe TOKEN lab-17 eth1 | sed -n 's/^probe: //p'\n"
+HUNG = "korvel-fleet: korvel hung: it was ended after 1 seconds\n"
+
+
+class KorvelThatHangs(BoardCase):
+    def test_is_ended_and_named(self) -> None:
+        outcome = self.run_on_board(QUICK + """
+            replace_korvel 'case $1 in pkg*) trap "" TERM; echo begun >&2; sleep 600; sleep 600 ;; *) real "$@" ;; esac'
+            echo old > netfp_logs_post_mortem.tgz; mkdir /tmp/korvel; remember
+            collect pkg-pm; sed -n '/^$/,$p' /tmp/stream; compare
+            flock -n /ffs/run/logs echo free; ps -C sleep -o args= | grep -c 600""")
+        self.assertEqual(outcome, (1, "status 1\nfailed hung\n\nbegun\nkorvel-fleet: korvel hung: it was ended after 1 "
+                                   "seconds\nfailed hung\nfree\n0\n", HUNG))
+
+    def test_in_a_program_that_it_started_still_makes_a_package_that_is_sent(self) -> None:
+        outcome = self.run_on_board(QUICK + """
+            mkdir -p /tmp/bin; printf '#!/bin/sh\\nsleep 600\\n' > /tmp/bin/fp_linux_log_collect
+            chmod +x /tmp/bin/fp_linux_log_collect; PATH=/tmp/bin:$PATH
+            sed -i 's/collection_grace=2 /collection_grace=60 /' /tmp/job
+            collect pkg-pm
+            size=$(sed -n 's/^package \\([0-9]*\\) .*/\\1/p' /tmp/stream)
+            head -c -12 /tmp/stream | tail -c "$size" | tar -tzf - | grep -c 'iwf/'""")
+        self.assertEqual(outcome, (0, "status 1\nfailed hung\n9\n", HUNG))
+
+    def test_does_not_keep_a_probe(self) -> None:
+        _, out, _ = self.run_on_board(QUICK + """
+            replace_korvel 'case $1 in getport) exec sleep 600 ;; *) real "$@" ;; esac'\n""" + PROBE)
+        self.assertEqual(out, "getport eth1: korvel hung: it was ended after 1 seconds\nheartbeat: healthy\n")
+
+
+class TheHeartbeat(BoardCase):
+    UNKNOWN = "heartbeat: unknown: the log of the dispatchers does not show that supervision began\n"
+
+    def heartbeat(self, script: str, *options: str) -> str:
+        return self.run_on_board(QUICK + script + "\n" + PROBE + "rmdir /tmp/korvel 2> /dev/null", *options)[1].partition("\n")[2]
+
+    def test_names_a_process_that_does_not_answer(self) -> None:
+        for fault, text in (
+            ("sfn_dispatcher=netlink-silent", "IWF Dispatcher:OK SFN Dispatcher:NOT_RECEIVED NetfpProxy: OK"),
+            ("netfp_proxy=netlink-error:3", "IWF Dispatcher:OK SFN Dispatcher:OK NetfpProxy: ERROR"),
+        ):
+            self.assertEqual(self.heartbeat("sed -i 's/^heartbeat_seconds=0.1 /heartbeat_seconds=3 /' /tmp/job", "--fault", fault),
+                             f"heartbeat: unhealthy: {text}\n")
+
+    def test_is_unknown_if_supervision_hangs_before_it_begins(self) -> None:
+        self.assertEqual(self.heartbeat("""korvel supervision & sleep 1; kill $!
+            replace_korvel 'case $1 in supervision) exec sleep 600 ;; *) real "$@" ;; esac'"""), self.UNKNOWN)
+
+    def test_is_unknown_if_the_log_cannot_be_read(self) -> None:
+        for text in ("exit 1", "exec sleep 600"):
+            self.assertEqual(self.heartbeat(f"""
+                replace_korvel 'case $1 in print) {text} ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'"""), self.UNKNOWN)
+
+    def test_is_unknown_if_supervision_hangs_in_its_cycle(self) -> None:
+        self.assertEqual(self.heartbeat("""
+            sed -i 's/^heartbeat_seconds=0.1 /heartbeat_seconds=2 /' /tmp/job
+            replace_korvel 'case $1 in supervision) /opt/korvel/bin/korvel "$@" & sleep 0.5; kill -STOP $!; trap "" TERM; wait ;;
+                *) real "$@" ;; esac'"""), "heartbeat: unknown: supervision hung\n")
+
+    def test_is_unhealthy_if_supervision_ends(self) -> None:
+        self.assertEqual(self.heartbeat("""
+            replace_korvel 'case $1 in supervision) exit 1 ;; *) real "$@" ;; esac'"""),
+            "heartbeat: unhealthy: supervision ended with status 1\n")
+
+
+class ABoard(BoardCase):
+    def test_without_a_tool_is_named_with_it(self) -> None:
+        for tool in ("flock", "sha256sum", "find"):
+            outcome = self.run_on_board(f"""
+                mkdir /tmp/few; for folder in /usr/bin /bin; do ln -sf $folder/* /tmp/few; done
+                ln -sf /opt/korvel/bin/korvel /tmp/few; rm -f /tmp/few/{tool} /tmp/applets/{tool}
+                sed -i 's|^PATH=.*|PATH=${{PATH%%:/*}}:/tmp/few|' /tmp/job; PATH=/tmp/few:$PATH
+                collect pkg-pm""")
+            self.assertEqual(outcome[1], "status 1\nfailed no-tool\n")
+            self.assertIn(f"korvel-fleet: {tool} is not installed: not found in ", outcome[2])
+
+    def test_with_a_find_that_lacks_a_test_is_named_with_it(self) -> None:
+        outcome = self.run_on_board("""
+            mkdir -p /tmp/bin /tmp/applets; rm -f /tmp/applets/find
+            printf '#!/bin/sh\\ncase $* in *-newer*) exit 1 ;; esac; exec /usr/bin/find "$@"\\n' > /tmp/bin/find
+            chmod +x /tmp/bin/find; PATH=/tmp/bin:$PATH
+            collect pkg-pm""")
+        self.assertEqual(outcome[1:], ("status 1\nfailed no-tool\n", "korvel-fleet: find does not know -user or -newer\n"))
+
+
+class InBusybox(KorvelThatHangs, TheHeartbeat):
+    shell = "busybox"
+
+
+class InBash(KorvelThatHangs):
+    shell = "bash"
+
+
+if __name__ == "__main__":
+    unittest.main()
