@@ -127,7 +127,7 @@ collect() {
     trap 'exit 1' HUP INT TERM PIPE
     description=$(describe_board "$board" && probes "$@")
     lock_packages
-    run=$(make_package && echo .) || give_up no-room "cannot rename the previous package"
+    run=$(make_package) || give_up no-room "cannot rename the previous package"
     cause=$(cause_of_run)
     has_package=false
     ! exists "$made" || { open_package && has_package=true; }

@@ -3,9 +3,8 @@
 # korvel ignores TERM while it makes a package: the programs that it started must end, so that it can go on without them.
 
 was_ended=124  # the status of a program that ended within the grace time
+was_ended_early=125  # the same, but the waiter failed
 was_killed=137
-overdue=9  # the statuses of the watcher
-killed=10
 
 # Prints the process and its descendants.
 tree() {
@@ -38,18 +37,19 @@ stop() {
     return 1
 }
 
-# watch PID GRACE WAITER...: ends the process when the waiter is over. TERM ends the watch.
+# watch PID GRACE WAITER...: ends the process when the waiter is over. USR1 ends the watch: TERM may be ignored.
 watch() {
     process=$1 grace=$2
     shift 2
     waiter=
-    trap '[ -z "$waiter" ] || kill $(tree "$waiter"); exit 0' TERM
+    trap '[ -z "$waiter" ] || kill -KILL $(tree "$waiter"); exit 0' USR1
     "$@" &
     waiter=$!
-    wait "$waiter"
-    trap '' TERM
-    stop "$process" "$grace" || exit "$killed"
-    exit "$overdue"
+    result=$was_ended
+    wait "$waiter" || result=$was_ended_early
+    trap '' USR1
+    stop "$process" "$grace" || result=$was_killed
+    exit "$result"
 }
 
 # within GRACE WAITER COMMAND...: runs the command until the waiter is over, such as 'sleep 10'. Descriptors 4 and above
@@ -63,11 +63,11 @@ within() {
     watcher=$!
     await "$command"
     ended=$?
-    kill "$watcher" 2> /dev/null
+    kill -USR1 "$watcher" 2> /dev/null
     await "$watcher"
-    case $? in
-        "$overdue") return "$was_ended" ;;
-        "$killed") return "$was_killed" ;;
+    watched=$?
+    case $watched in
+        "$was_ended" | "$was_ended_early" | "$was_killed") return "$watched" ;;
     esac
     return "$ended"
 }

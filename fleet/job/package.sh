@@ -114,10 +114,12 @@ describe_run() {
     printf '\n%s' "$errors"
 }
 
-# Makes the package $made, and prints its run file. This is a process of its own, which continues after signals, and if
-# the job is killed: it ends soon, holds the lock until then, and leaves the board as it was.
-make_package() (
-    trap : HUP INT TERM PIPE
+# Makes the package $made, and prints its run file, and a dot that protects line feeds. Runs in a process of its own,
+# which continues after signals, and if the job is killed: it ends soon, holds the lock until then, and leaves the board
+# as it was. Its tools inherit the ignored signals. korvel has a handler while it packs, so the programs that it starts
+# do not inherit TERM.
+make_package() {
+    trap '' HUP INT TERM PIPE
     set_earlier_files_aside || {
         bring_earlier_files_back
         exit 1
@@ -128,5 +130,5 @@ make_package() (
     bring_earlier_files_back
     text=$(describe_run && echo .)
     # In one piece: bash reports only the first failure. It fails if the job was killed.
-    printf '%s' "${text%.}" 2> /dev/null || rm -f "$made"
-)
+    printf '%s' "$text" 2> /dev/null || rm -f "$made"
+}

@@ -44,12 +44,12 @@ logged_trouble() {
             /./ p; }'
 }
 
-# Waits until supervision has begun, and then for one cycle.
+# Waits until supervision has begun, and then for one cycle. Fails if nothing shows that it began.
 one_cycle() {
     tries=$begin_tries
     until has_begun; do
         tries=$((tries - 1))
-        [ "$tries" -gt 0 ] || return
+        [ "$tries" -gt 0 ] || return 1
         sleep 1
     done
     sleep "$heartbeat_seconds"
@@ -59,14 +59,12 @@ supervise_once() {
     earlier_start=$(last_start)
     printed=$(within "$probe_grace" one_cycle korvel supervision 2>&1)
     ended=$?
-    began=false
-    ! has_begun || began=true
     line=$(printf '%s\n' "$printed" | sed -n 's/^Heartbeat status: *//p')
-    [ -n "$line" ] || ! "$began" || line=$(logged_trouble)
-    case $ended:$began:$line in
-        "$was_killed":*:) echo "unknown: supervision hung" ;;
-        "$was_ended":true:) echo healthy ;;
-        "$was_ended":false:) echo "unknown: the log of the dispatchers does not show that supervision began" ;;
+    [ -n "$line" ] || ! has_begun || line=$(logged_trouble)
+    case $ended:$line in
+        "$was_ended":) echo healthy ;;
+        "$was_killed":) echo "unknown: supervision hung" ;;
+        "$was_ended_early":) echo "unknown: the log of the dispatchers does not show that supervision began" ;;
         *) echo "unhealthy: ${line:-supervision ended with status $ended}" ;;
     esac
 }

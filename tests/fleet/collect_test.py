@@ -71,6 +71,12 @@ board6: package cut: packing was interrupted, no room was left below /ffs/run/lo
             "board6.tgz.cut", "board6.tgz.cut.run", "board7.tgz", "board7.tgz.run", "index.html", "summary.json"])
         self.assertEqual(fleet.verdict(self.packages / "board3.tgz.incomplete"), 1)
 
+    def test_names_the_cause_that_the_job_found(self) -> None:
+        self.collect("board[1-2]", {"board1": SENDS + "echo failed hung",
+                                    "board2": SENDS + "echo 'korvel-fleet: flock is not installed' >&2; echo failed no-tool"})
+        self.assertEqual(self.causes(), {"board1": "korvel hung on the board", "board2": "a tool is missing on the board"})
+        self.assertEqual(fleet.summary_of(self.packages)["board2"]["evidence"], "korvel-fleet: flock is not installed")
+
     def test_refuses_what_is_not_the_package_of_the_board(self) -> None:
         package = fleet.package(self.folder / "package").read_bytes()
         run_file = "format: 1\nboard: NAME\nsha256: SUM\n\n"

@@ -10,8 +10,7 @@ JOB = "/opt/korvel/share/korvel-fleet/job.sh"  # the build tree's path on the bo
 # Limits are short, and most tests need no whole cycle of heartbeats.
 FUNCTIONS = f"""
 cd /ffs/run/logs
-sed 's/^heartbeat_seconds=3 /heartbeat_seconds=0.1 /; s/^begin_tries=3 /begin_tries=1 /
-    s/^collection_grace=20 /collection_grace=2 /' {JOB} > /tmp/job
+sed 's/^heartbeat_seconds=3 /heartbeat_seconds=0.1 /; s/^collection_grace=20 /collection_grace=2 /' {JOB} > /tmp/job
 applets=
 if [ "$SHELL_OF_JOB" = busybox ]; then
     applets=/tmp/applets:
@@ -25,9 +24,9 @@ collect() {{
     job collect TOKEN lab-17 "$1" 10000000 > /tmp/stream
     result "$?"
 }}
-# start KEYWORD: a job in the background, as $job.
+# start KEYWORD: a job in the background, as $job, in a process group of its own.
 start() {{
-    PATH=$applets$PATH $SHELL_OF_JOB -s -- collect TOKEN lab-17 "$1" 10000000 < /tmp/job > /tmp/stream &
+    PATH=$applets$PATH setsid $SHELL_OF_JOB -s -- collect TOKEN lab-17 "$1" 10000000 < /tmp/job > /tmp/stream &
     job=$!
 }}
 # replace_korvel TEXT: a program in place of korvel, which can run the real one.

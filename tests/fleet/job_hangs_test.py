@@ -39,7 +39,7 @@ class TheHeartbeat(BoardCase):
     UNKNOWN = "heartbeat: unknown: the log of the dispatchers does not show that supervision began\n"
 
     def heartbeat(self, script: str, *options: str) -> str:
-        return self.run_on_board(QUICK + script + "\n" + PROBE + "rmdir /tmp/korvel 2> /dev/null", *options)[1].partition("\n")[2]
+        return self.run_on_board(f"{QUICK}{script}\n{PROBE}", *options)[1].partition("\n")[2]
 
     def test_names_a_process_that_does_not_answer(self) -> None:
         for fault, text in (
@@ -53,6 +53,13 @@ class TheHeartbeat(BoardCase):
         self.assertEqual(self.heartbeat("""korvel supervision & sleep 1; kill $!
             replace_korvel 'case $1 in supervision) exec sleep 600 ;; *) real "$@" ;; esac'"""), self.UNKNOWN)
 
+    def test_is_unknown_if_supervision_begins_too_late(self) -> None:
+        self.assertEqual(self.heartbeat("""
+            sed -i 's/^begin_tries=3 /begin_tries=1 /' /tmp/job
+            replace_korvel 'begin_late() { /opt/korvel/bin/korvel supervision & sleep 0.5; kill $!; exit; }
+                case $1 in supervision) trap begin_late TERM; sleep 600 & wait ;; *) real "$@" ;; esac'"""),
+            self.UNKNOWN)
+
     def test_is_unknown_if_the_log_cannot_be_read(self) -> None:
         for text in ("exit 1", "exec sleep 600"):
             self.assertEqual(self.heartbeat(f"""
@@ -60,7 +67,7 @@ class TheHeartbeat(BoardCase):
 
     def test_is_unknown_if_supervision_hangs_in_its_cycle(self) -> None:
         self.assertEqual(self.heartbeat("""
-            sed -i 's/^heartbeat_seconds=0.1 /heartbeat_seconds=2 /' /tmp/job
+            sed -i 's/^heartbeat_seconds=0.1 /heartbeat_seconds=2 /; s/^begin_tries=1 /begin_tries=9 /' /tmp/job
             replace_korvel 'case $1 in supervision) /opt/korvel/bin/korvel "$@" & sleep 0.5; kill -STOP $!; trap "" TERM; wait ;;
                 *) real "$@" ;; esac'"""), "heartbeat: unknown: supervision hung\n")
 

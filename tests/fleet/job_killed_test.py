@@ -6,9 +6,9 @@ import unittest
 
 from job_board import BoardCase
 
-# A package takes a while after it has its name.
+# As korvel, it ignores TERM while it makes a package. A package takes a while after it has its name.
 SLOW = """
-replace_korvel 'case $1 in pkg*) real "$@"; touch /tmp/made; sleep 1 ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'
+replace_korvel 'case $1 in pkg*) trap "" TERM; real "$@"; touch /tmp/made; sleep 1 ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'
 """
 EARLIER = """
 korvel pkg-pm 2> /dev/null; echo old > netfp_logs_post_mortem.tgz; echo run > netfp_logs_post_mortem.tgz.run
@@ -25,6 +25,12 @@ class AJobThatIsEnded(BoardCase):
                     start {keyword}; until_exists /tmp/made; kill "$job"; wait "$job" 2> /dev/null
                     compare && flock -n /ffs/run/logs echo free""")
                 self.assertEqual(outcome, (0, "free\n", ""))
+
+    def test_by_term_to_all_its_processes_leaves_the_board_as_it_was(self) -> None:
+        outcome = self.run_on_board(EARLIER + SLOW + """
+            start pkg-pm; until_exists /tmp/made; kill -TERM "-$job"; wait "$job" 2> /dev/null
+            compare && flock -n /ffs/run/logs echo free""")
+        self.assertEqual(outcome, (0, "free\n", ""))
 
     def test_by_kill_while_korvel_runs_leaves_the_board_as_it_was_soon(self) -> None:
         for keyword in ("pkg", "pkg-pm"):
