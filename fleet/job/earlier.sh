@@ -5,7 +5,7 @@
 #   $private/PID/                      the work files of an earlier collection, and the time when korvel ended
 #   $directory/*.tgz.fleet.PID         a new package
 
-private=/tmp/korvel-fleet-$(id -u)
+private=/tmp/korvel-fleet-$user
 own=$private/$$
 
 # --- Packages ----------------------------------------------------------------------------------------------------

@@ -9,11 +9,22 @@ was_killed=137
 # Prints the process and its descendants.
 tree() {
     echo "$1"
-    for child in $(grep -l "^PPid:[[:space:]]*$1\$" /proc/[0-9]*/status 2> /dev/null); do
-        child=${child#/proc/}
-        tree "${child%/status}"
+    for child in $(children "$1"); do
+        tree "$child"
     done
 }
+
+# A kernel may not list children, but each process names its parent. That takes longer.
+children() {
+    if [ -e "/proc/$$/task/$$/children" ]; then
+        for list in "/proc/$1"/task/*/children; do
+            read -r numbers < "$list"
+            echo "$numbers"
+        done
+    else
+        grep -l "^PPid:[[:space:]]*$1\$" /proc/[0-9]*/status | sed 's,/proc/,,; s,/status,,'
+    fi
+} 2> /dev/null
 
 # running PROCESS...: prints those that run.
 running() {
@@ -27,6 +38,7 @@ stop() {
     left=$2
     victims=$(tree "$1")
     kill -TERM $victims
+    sleep 0.1 2> /dev/null  # most programs end at once; the sleep of some boards needs whole seconds
     while victims=$(running $victims) && [ -n "$victims" ]; do
         [ "$left" -gt 0 ] || break
         left=$((left - 1))

@@ -31,13 +31,13 @@ getport() {
 
 dispatchers_log() { within "$probe_grace" "sleep $probe_seconds" korvel print dlog 2> /dev/null; }
 
-last_start() { dispatchers_log | sed -n '/Supervision: Starting/ h; $ { x; p; }'; }
+last_start() { sed -n '/Supervision: Starting/ h; $ { x; p; }'; }
 
-has_begun() { [ "$(last_start)" != "$earlier_start" ]; }
+has_begun() { [ "$(dispatchers_log | last_start)" != "$earlier_start" ]; }
 
 # What supervision logged after its last start: the newest result of a cycle, or a request that failed.
 logged_trouble() {
-    dispatchers_log | sed -n '/Supervision: Starting/ h
+    sed -n '/Supervision: Starting/ h
         /Supervision: Heartbeat status:/ H
         /Supervision: Error while sending/ H
         $ { x; s/^[^\n]*//; s/.*Supervision: //; s/^Heartbeat status: *//p; t
@@ -56,11 +56,13 @@ one_cycle() {
 }
 
 supervise_once() {
-    earlier_start=$(last_start)
+    earlier_start=$(dispatchers_log | last_start)
     printed=$(within "$probe_grace" one_cycle korvel supervision 2>&1)
     ended=$?
     line=$(printf '%s\n' "$printed" | sed -n 's/^Heartbeat status: *//p')
-    [ -n "$line" ] || ! has_begun || line=$(logged_trouble)
+    log=$(dispatchers_log)
+    [ -n "$line" ] || [ "$(printf '%s\n' "$log" | last_start)" = "$earlier_start" ] ||
+        line=$(printf '%s\n' "$log" | logged_trouble)
     case $ended:$line in
         "$was_ended":) echo healthy ;;
         "$was_killed":) echo "unknown: supervision hung" ;;
@@ -82,10 +84,10 @@ heartbeat() {
 
 # --- The description ---------------------------------------------------------------------------------------------
 
-# The release in the program's ELF note.
+# The release in the program's ELF note, which is at the beginning of the program.
 release() {
-    tr -c '[:print:]' '\n' < "$(command -v korvel)" | sed -n 's/.*"name":"korvel","version":"\([^"]*\)".*/\1/p' |
-        head -n 1
+    head -c 65536 "$(command -v korvel)" | tr -c '[:print:]' '\n' |
+        sed -n 's/.*"name":"korvel","version":"\([^"]*\)".*/\1/p' | head -n 1
 }
 
 # describe_board BOARD

@@ -7,13 +7,15 @@ work=/tmp/korvel
 collected='fuse mmi ti linux netfp_logs_post_mortem.tgz'
 errors_kept=1044480  # bytes of standard error; korvel-report reads up to 1 MiB of PACKAGE.run
 
+user=$(id -u)
+
 exists() { [ -e "$1" ] || [ -L "$1" ]; }
 
 # gzip detects a truncated file. tar detects an archive that was truncated before its compression.
 is_whole() { [ ! -L "$1" ] && gzip -t "$1" && gzip -dc "$1" | tar -tf - > /dev/null; } 2> /dev/null
 
 # Whether $1 is a directory, not a link to one, and belongs to the user who runs this.
-is_own_directory() { [ -n "$(find "$1" -prune -type d -user "$(id -u)")" ]; } 2> /dev/null
+is_own_directory() { [ -n "$(find "$1" -prune -type d -user "$user")" ]; } 2> /dev/null
 
 # Prints those of the collected files that exist.
 earlier_files() {
@@ -68,7 +70,12 @@ deployment() {
 }
 
 # key NAME VALUE: one line, even if the value has several.
-key() { printf '%s: %s\n' "$1" "$(printf %s "$2" | tr -d '[:cntrl:]')"; }
+key() {
+    case $2 in
+        *[[:cntrl:]]*) printf '%s: %s\n' "$1" "$(printf %s "$2" | tr -d '[:cntrl:]')" ;;
+        *) printf '%s: %s\n' "$1" "$2" ;;
+    esac
+}
 
 digits='[0-9][0-9][0-9][0-9][0-9][0-9]'
 
