@@ -73,6 +73,15 @@ limited() {
     cat > /dev/null
 }
 
+# Passes lines on until one ends with the token, which gets a line feed in its place. Not until the pipe is closed: a
+# program that outlives korvel may keep it open for ever.
+until_token() {
+    sed "/$token\$/ {
+        s///
+        q
+    }"
+}
+
 # Sets errors and status. The status goes around the pipe, and follows the text on a line of its own.
 run_korvel() {
     began=$(now)
@@ -82,13 +91,15 @@ run_korvel() {
                 within "$collection_grace" "sleep $collection_seconds" \
                     korvel "$keyword" 2>&1 > /dev/null 4>&- 5>&- 9>&-
                 echo "$?" >&4
-            } | tr -d '\000' | limited >&5
+                printf '%s\n\n' "$token"  # busybox's sed acts on a line when the next one is there
+            } | until_token | tr -d '\000' | limited >&5
         } 4>&1)
         printf '\n%s' "$status"
     } 5>&1)
     ended=$(now)
     status=${errors##*"$newline"}
     errors=${errors%"$newline"*}
+    errors=${errors%"$newline"}
     case $status in
         "$was_ended" | "$was_killed")
             errors=${errors%"$newline"}

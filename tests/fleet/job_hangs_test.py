@@ -29,6 +29,12 @@ class KorvelThatHangs(BoardCase):
             head -c -12 /tmp/stream | tail -c "$size" | tar -tzf - | grep -c 'iwf/'""")
         self.assertEqual(outcome, (0, "status 1\nfailed hung\n9\n", HUNG))
 
+    def test_leaves_a_program_behind_that_does_not_keep_the_job(self) -> None:
+        outcome = self.run_on_board("""
+            replace_korvel 'case $1 in pkg*) sleep 600 & printf "no end of line" >&2 ;; esac; real "$@"'
+            collect pkg-pm; grep -ao '^no end of linepackage' /tmp/stream; flock -n /ffs/run/logs echo free""")
+        self.assertEqual(outcome, (0, "status 0\nend\nno end of linepackage\nfree\n", ""))
+
     def test_does_not_keep_a_probe(self) -> None:
         _, out, _ = self.run_on_board(QUICK + """
             replace_korvel 'case $1 in getport) exec sleep 600 ;; *) real "$@" ;; esac'\n""" + PROBE)
