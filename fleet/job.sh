@@ -127,7 +127,10 @@ collect() {
     trap 'exit 1' HUP INT TERM PIPE
     description=$(describe_board "$board" && probes "$@")
     lock_packages
-    run=$(make_package) || give_up no-room "cannot rename the previous package"
+    run=$(make_package) || {
+        ! has_no_room || give_up no-room "no room is left below $directory"
+        give_up no-package "the previous package cannot be renamed, or the collection was killed"
+    }
     cause=$(cause_of_run)
     has_package=false
     ! exists "$made" || { open_package && has_package=true; }

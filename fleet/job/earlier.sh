@@ -63,15 +63,15 @@ merge() {
     rmdir "$1"
 } 2> /dev/null
 
-# take_back FOLDER: moves work files back. If somebody collected meanwhile, files of the same names stay aside; only the
-# newest such files are kept, because /tmp is small.
+# take_back FOLDER: moves work files back. If somebody collected meanwhile, files of the same names stay aside.
 take_back() {
     rm -f "$1/ended"
     mkdir "$work" 2> /dev/null
     is_own_directory "$work" && merge "$1" "$work" && return
     ! exists "$1" || {
-        rm -rf "$private/earlier" && mv "$1" "$private/earlier" &&
-            say "$work has newer files: those of an earlier collection are in $private/earlier"
+        kept=$private/earlier
+        while exists "$kept"; do kept=$kept-; done
+        mv "$1" "$kept" && say "$work has newer files: those of an earlier collection are in $kept"
     }
 }
 

@@ -102,7 +102,7 @@ def _add_port(parser: argparse.ArgumentParser) -> None:
 
 
 def _add_collect(parser: argparse.ArgumentParser) -> None:
-    _add_boards(parser, 300)
+    _add_boards(parser, 600)
     parser.add_argument("-o", dest="output", metavar="DIR", required=True, help="the directory for the packages")
     parser.add_argument("--package", metavar="KEYWORD", choices=PACKAGES, default="pkg-pm",
                         help="the kind of package: " + ", ".join(PACKAGES) + " (default: pkg-pm)")

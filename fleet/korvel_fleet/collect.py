@@ -11,7 +11,7 @@ from korvel_fleet import summary
 from korvel_fleet.boards import boards_of
 from korvel_fleet.collection import Collection, Plan
 from korvel_fleet.errors import WrongUsage
-from korvel_fleet.folder import Folder
+from korvel_fleet.folder import Folder, boards_with_packages
 from korvel_fleet.judge import Judges, find_program
 from korvel_fleet.page import page_lines
 from korvel_fleet.processes import Interrupted, Processes
@@ -48,9 +48,9 @@ class CollectRun:
             return Summary(is_damaged=True)
 
     def run(self) -> int:
-        known = self._boards
-        if self._summary.kind is None and (boards := self._folder.boards_with_packages()):  # their names tell the boards
-            known = known | NodeSet.fromlist(boards)
+        # The names of packages tell the boards of runs that were killed before they wrote a summary.
+        unknown = [board for board in boards_with_packages(self._folder.path) if board not in self._earlier]
+        known = self._boards | NodeSet.fromlist(unknown)
         found = self._find(known)
         if self._summary.is_damaged:
             self._folder.keep_damaged(summary.NAME)

@@ -5,10 +5,12 @@ behind its run file, and is never replaced. Renaming is the last step, so a kill
 """
 
 import ctypes
+import errno
 import fcntl
 import hashlib
 import os
 import re
+import stat
 from collections.abc import Iterator
 from itertools import count
 from pathlib import Path
@@ -29,10 +31,19 @@ def run_file_of(package: Path) -> Path:
     return package.with_name(package.name + ".run")
 
 
+def _open_regular(path: Path) -> BinaryIO:
+    """Opens a file to read. Fails for a pipe, which could keep the program waiting for ever."""
+    file = open(os.open(path, os.O_RDONLY | os.O_CLOEXEC | os.O_NONBLOCK), "rb")
+    if not stat.S_ISREG(os.fstat(file.fileno()).st_mode):
+        file.close()
+        raise OSError(errno.EINVAL, "not a regular file")
+    return file
+
+
 def recorded(package: Path) -> dict[str, str]:
     """What the run file of a package says: the command, and the checksum of the package."""
     try:
-        with run_file_of(package).open("rb") as file:
+        with _open_regular(run_file_of(package)) as file:
             head = file.read(MAX_RUN_FILE).partition(b"\n\n")[0]
     except OSError:
         return {}
@@ -47,10 +58,15 @@ def described_checksum(package: Path) -> str | None:
 
 def checksum_of(package: Path) -> str | None:
     try:
-        with package.open("rb") as file:
+        with _open_regular(package) as file:
             return hashlib.file_digest(file, "sha256").hexdigest()
     except OSError:
         return None
+
+
+def boards_with_packages(folder: Path) -> list[str]:
+    names = (path.name.removesuffix(".tgz") for path in folder.glob("*.tgz"))
+    return [name for name in names if is_name(name)]
 
 
 class Arrival:
@@ -106,10 +122,6 @@ class Folder:
 
     def part(self, board: str) -> Path:
         return self.path / f"{board}.tgz.part"
-
-    def boards_with_packages(self) -> list[str]:
-        names = (path.name.removesuffix(".tgz") for path in self.path.glob("*.tgz"))
-        return [name for name in names if is_name(name)]
 
     def keep_damaged(self, name: str) -> None:
         """Makes room for a new file in the place of a damaged one."""

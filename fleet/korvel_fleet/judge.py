@@ -28,7 +28,8 @@ def find_program() -> str:
 
 
 def command_line(program: str, keyword: str, packages: Sequence[Path]) -> Command:
-    return Command([program, "json", "--kind", keyword, *(str(package.absolute()) for package in packages)])
+    """The job collects everything, so a collector that left no part at all is missing."""
+    return Command([program, "json", "--kind", keyword, "--expect", "all", *(str(package.absolute()) for package in packages)])
 
 
 @dataclass(frozen=True)

@@ -10,7 +10,7 @@ from pathlib import Path
 from typing import BinaryIO
 
 from korvel_fleet.errors import Trouble
-from korvel_fleet.judge import find_program
+from korvel_fleet.judge import SECONDS, find_program
 from korvel_fleet.results import SEVERITIES, BoardResult, age
 from korvel_fleet.texts import decoded, visible
 
@@ -49,8 +49,7 @@ class _PackageMetrics:
     def read(self, program: str, packages: Sequence[Path]) -> None:
         """Adds the values of some packages. A package that korvel-report cannot cope with does not affect the others."""
         with tempfile.TemporaryFile() as output:
-            done = subprocess.run([program, "metrics", *(str(package.absolute()) for package in packages)],
-                                  stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.PIPE)
+            done = self._run(program, packages, output)
             if done.returncode < 0 and len(packages) > 1:
                 for package in packages:
                     self.read(program, [package])
@@ -58,6 +57,15 @@ class _PackageMetrics:
             output.seek(0)
             self._take(output)
         self._report(done, packages)
+
+    @staticmethod
+    def _run(program: str, packages: Sequence[Path], output: BinaryIO) -> subprocess.CompletedProcess[bytes]:
+        command = [program, "metrics", *(str(package.absolute()) for package in packages)]
+        try:
+            return subprocess.run(command, stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.PIPE,
+                                  timeout=SECONDS * len(packages))
+        except subprocess.TimeoutExpired:
+            raise Trouble(f"korvel-report did not end within {SECONDS * len(packages)} s") from None
 
     def _report(self, done: subprocess.CompletedProcess[bytes], packages: Sequence[Path]) -> None:
         if done.returncode == 0:

@@ -55,7 +55,8 @@ class Probing:
         if self._refusal is None and not self._stream.complete:
             self._refusal = why_it_ended(status, self._messages.text(), self._stream.began, self._timeout)
         elif self._stream.failure is not None:
-            self._refusal = JOB_CAUSES.get(self._stream.failure, "the job failed")
+            evidence = self._messages.last_line().removeprefix("korvel-fleet: ")
+            self._refusal = JOB_CAUSES.get(self._stream.failure, "the job failed") + (f": {evidence}" if evidence else "")
         if self._refusal is not None:
             self._answers.fail(self._board, self._refusal)
         else:

@@ -1,11 +1,15 @@
 """korvel-fleet status: what a folder of collected packages holds."""
 
+import sys
 from argparse import Namespace
 from collections.abc import Iterator
 from pathlib import Path
 
+from ClusterShell.NodeSet import NodeSet
+
 from korvel_fleet import summary
 from korvel_fleet.errors import Trouble
+from korvel_fleet.folder import boards_with_packages
 from korvel_fleet.metrics import write_metrics
 from korvel_fleet.results import SEVERITIES, BoardResult, age, print_results
 
@@ -39,6 +43,10 @@ def status(arguments: Namespace) -> int:
     if found is None:
         raise Trouble(f"{folder} has no {summary.NAME}: nothing was collected into it")
     results = [summary.verified(result, folder) for result in found.results]
+    unknown = set(boards_with_packages(folder)) - {result.board for result in results}
+    if unknown:
+        print(f"korvel-fleet: {folder} also has packages of {NodeSet.fromlist(list(unknown))}, of a run that was killed: "
+              "collect --resume looks at them", file=sys.stderr)
     if arguments.metrics is not None:
         return write_metrics(Path(arguments.metrics), folder, results)
     for line in _table(results):

@@ -58,7 +58,7 @@ int trend(const Arguments& arguments) {
     History history(arguments.store, choiceOf(arguments));
     const HistoryHead head{arguments.store, history.summary()};
     if (arguments.board && head.summary.packages == 0) {
-        complain(arguments.store + ": no package of board " + *arguments.board);
+        complain(arguments.store + ": no package of board " + *arguments.board + " in this time");
         return exitTrouble;
     }
     Output output({arguments.output, arguments.pager && !arguments.asPage});

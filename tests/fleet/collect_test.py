@@ -2,7 +2,9 @@
 
 import hashlib
 import html.parser
+import io
 import re
+import tarfile
 import unittest
 from pathlib import Path
 
@@ -32,6 +34,17 @@ class Collect(fleet.FolderCase):
 
     def causes(self) -> dict[str, str]:
         return {board: result["cause"] for board, result in fleet.summary_of(self.packages).items()}
+
+    def test_misses_a_collector_that_left_no_part(self) -> None:
+        packed = io.BytesIO()
+        with tarfile.open(fleet.package(self.folder / "all.tgz")) as old, tarfile.open(fileobj=packed, mode="w:gz") as new:
+            for member in old.getmembers():
+                if not member.name.startswith(("mmi", "./mmi")):
+                    new.addfile(member, old.extractfile(member) if member.isfile() else None)
+        outcome = self.collect("board1", {"board1": sends("format: 1\nboard: board1\nsha256: SUM\n\n", packed.getvalue(),
+                                                          self.folder)})
+        self.assertEqual(outcome.status, 1)
+        self.assertRegex(self.causes()["board1"], "^package incomplete: mmi/iwf/")
 
     def test_of_healthy_boards_succeeds(self) -> None:
         outcome = self.collect("board[1-2]", {}, "--port", "eth0,eth1", "--package", "pkg-trs")

@@ -92,13 +92,14 @@ class AfterAJobWasKilledWithAllItsProcesses(BoardCase):
             mkdir -p -m 0700 /tmp/korvel-fleet-0/999999/mmi/iwf /tmp/korvel/mmi/iwf
             for name in Free Used; do echo earlier > /tmp/korvel-fleet-0/999999/mmi/iwf/$name; done
             echo newer > /tmp/korvel/mmi/iwf/Used
+            mkdir /tmp/korvel-fleet-0/earlier; echo first > /tmp/korvel-fleet-0/earlier/x
             collect pkg-pm; collect pkg-pm 2>&1
             cd /tmp; grep -r . korvel korvel-fleet-0 | sort""")
         self.assertEqual(outcome, (0, "status 0\nend\nstatus 0\nend\n"
-                                   "korvel-fleet-0/earlier/mmi/iwf/Used:earlier\n"
+                                   "korvel-fleet-0/earlier-/mmi/iwf/Used:earlier\nkorvel-fleet-0/earlier/x:first\n"
                                    "korvel/mmi/iwf/Free:earlier\nkorvel/mmi/iwf/Used:newer\n",
                                    "korvel-fleet: /tmp/korvel has newer files: those of an earlier collection are in "
-                                   "/tmp/korvel-fleet-0/earlier\n"))
+                                   "/tmp/korvel-fleet-0/earlier-\n"))
 
 
 class AJobWithoutAPackage(BoardCase):

@@ -44,6 +44,23 @@ class Resume(fleet.FolderCase):
             self.assertEqual(fleet.verdict(package), 0, package)
 
 
+class PackagesWithoutASummary(Resume):
+    """A run that was killed has published packages, and not yet written about them."""
+
+    def test_are_named_by_status_and_taken_by_a_run_for_other_boards(self) -> None:
+        self.collect("board[1-2]")
+        path = self.packages / "summary.json"
+        document = json.loads(path.read_text(encoding="utf-8"))
+        del document["boards"][1]
+        path.write_text(json.dumps(document), encoding="utf-8")
+        self.assertEqual(fleet.run("status", self.packages).err,
+                         f"korvel-fleet: {self.packages} also has packages of board2, of a run that was killed: collect "
+                         "--resume looks at them\n")
+        self.assertEqual(self.collect("board1", "--resume").status, 0)
+        self.assertEqual(self.states(), {"board1": "whole", "board2": "whole"})
+        self.assertEqual(self.asked(), [])
+
+
 class KindOfAFolder(Resume):
     def test_is_that_of_its_summary(self) -> None:
         self.collect("board1", "--package", "pkg-trs")

@@ -1,6 +1,7 @@
 """korvel-fleet status: what a folder holds, as a table and as metrics."""
 
 import json
+import os
 import re
 import subprocess
 import unittest
@@ -44,6 +45,11 @@ board4: package incomplete: mmi/sfn/HeapStats empty: dispatcher sfn did not answ
     def test_names_packages_that_disappeared(self) -> None:
         (self.packages / "board1.tgz").unlink()
         self.assertIn("\nboard1: the package is no longer there\n", fleet.run("status", self.packages).out)
+
+    def test_does_not_wait_for_a_pipe_in_the_place_of_a_package(self) -> None:
+        (self.packages / "board1.tgz").unlink()
+        os.mkfifo(self.packages / "board1.tgz")
+        self.assertEqual(fleet.run("status", self.packages).status, 1)
 
     def test_names_packages_that_were_changed(self) -> None:
         with (self.packages / "board1.tgz").open("ab") as package:
@@ -98,9 +104,11 @@ board4: package incomplete: mmi/sfn/HeapStats empty: dispatcher sfn did not answ
         document = json.loads(path.read_text(encoding="utf-8"))
         first = document["boards"][0]
         run_file = (self.packages / "board1.tgz.run").read_text(encoding="utf-8")
+        (self.packages / "board1.tgz.run").unlink()
+        self.original = (self.packages / "board1.tgz").rename(self.folder / "original.tgz")
         boards = [f"{'long' * 20}-{index}" for index in range(number)]
         for board in boards:
-            (self.packages / f"{board}.tgz").hardlink_to(self.packages / "board1.tgz")
+            (self.packages / f"{board}.tgz").hardlink_to(self.original)
             (self.packages / f"{board}.tgz.run").write_text(run_file.replace("board: board1\n", f"board: {board}\n"),
                                                             encoding="utf-8")
         document["boards"] = [{**first, "board": board, "file": f"{board}.tgz"} for board in boards]
@@ -123,7 +131,7 @@ board4: package incomplete: mmi/sfn/HeapStats empty: dispatcher sfn did not answ
                 self.assertEqual([f'korvel_package_age_seconds{{board="{board}"}}' in text for board in boards],
                                  [True, False, True])
                 if not bad.exists():
-                    bad.hardlink_to(self.packages / "board1.tgz")
+                    bad.hardlink_to(self.original)
 
     def program_with(self, commands: str) -> Path:
         """korvel-fleet beside a korvel-report that does something first."""

@@ -185,7 +185,7 @@ class Trend(ReportTest):
             ("nowhere.db",): "nowhere.db: No such file or directory",
             ("other.db",): "other.db: not a store of korvel-report",
             ("notes.txt",): "notes.txt: not a store of korvel-report",
-            ("site.db", "--board", "lab-2"): "site.db: no package of board lab-2",
+            ("site.db", "--board", "lab-2"): "site.db: no package of board lab-2 in this time",
             ("site.db", "-o", "site.db"): "site.db: --output names a file that is read",
         }
         for words, message in refusals.items():
