@@ -110,6 +110,7 @@ def write_metrics(target: Path, folder: Path, results: list[BoardResult]) -> int
         part.chmod(0o644)
         part.rename(target)
     except OSError as error:
-        part.unlink(missing_ok=True)
         raise Trouble(f"cannot write {target}: {error.strerror}") from error
+    finally:
+        part.unlink(missing_ok=True)
     return int(values.failed)

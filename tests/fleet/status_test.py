@@ -85,6 +85,15 @@ board4: package incomplete: mmi/sfn/HeapStats empty: dispatcher sfn did not answ
         self.assertEqual(fleet.run("status", "--metrics", metrics, self.packages),
                          (3, "", f"korvel-fleet: cannot write {metrics}: No such file or directory\n"))
 
+    def test_leaves_no_half_of_the_metrics_without_korvel_report(self) -> None:
+        program = self.program_with("")
+        (self.folder / "bin/korvel-report").unlink()
+        done = subprocess.run([program, "status", "--metrics", self.folder / "fleet.prom", self.packages],
+                              stdin=subprocess.DEVNULL, capture_output=True, text=True, env={"PATH": "/nowhere"})
+        self.assertEqual((done.returncode, done.stdout), (3, ""))
+        self.assertIn("korvel-report is not installed", done.stderr)
+        self.assertEqual(list(self.folder.glob("*fleet.prom*")) + list(self.folder.glob(".*")), [])
+
     def test_writes_metrics_of_more_packages_than_a_command_line_can_name(self) -> None:
         boards = self.multiply(1500)
         metrics = self.folder / "fleet.prom"
