@@ -52,13 +52,22 @@ void writeFleet(std::ostream& out, const Arguments& arguments, const HistoryHead
     }
 }
 
+/// Why there is nothing to show of a board.
+std::string withoutPackages(const Arguments& arguments, const HistorySummary& summary) {
+    const std::string packages = "no package of board " + *arguments.board;
+    if (summary.timeless > 0) {
+        return packages + " has a place in time";
+    }
+    return arguments.since || arguments.until ? packages + " in this time" : packages;
+}
+
 }  // namespace
 
 int trend(const Arguments& arguments) {
     History history(arguments.store, choiceOf(arguments));
     const HistoryHead head{arguments.store, history.summary()};
     if (arguments.board && head.summary.packages == 0) {
-        complain(arguments.store + ": no package of board " + *arguments.board + " in this time");
+        complain(arguments.store + ": " + withoutPackages(arguments, head.summary));
         return exitTrouble;
     }
     Output output({arguments.output, arguments.pager && !arguments.asPage});

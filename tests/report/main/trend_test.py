@@ -178,6 +178,7 @@ class Trend(ReportTest):
 
     def test_refuses_what_it_cannot_read(self) -> None:
         self.package_of("lab-1", 0, {ROUTES: 1})
+        self.package_of("lab-3", 0, {ROUTES: 1}, date="1970-01-01")
         self.trend()
         self.damaged("notes.txt", b"This is a text, and longer than the header of a database, which is 100 bytes. " * 2)
         sqlite3.connect(self.folder / "other.db").execute("CREATE TABLE notes (text)").connection.close()
@@ -185,7 +186,9 @@ class Trend(ReportTest):
             ("nowhere.db",): "nowhere.db: No such file or directory",
             ("other.db",): "other.db: not a store of korvel-report",
             ("notes.txt",): "notes.txt: not a store of korvel-report",
-            ("site.db", "--board", "lab-2"): "site.db: no package of board lab-2 in this time",
+            ("site.db", "--board", "lab-2"): "site.db: no package of board lab-2",
+            ("site.db", "--board", "lab-1", "--since", "2026-11-20"): "site.db: no package of board lab-1 in this time",
+            ("site.db", "--board", "lab-3"): "site.db: no package of board lab-3 has a place in time",
             ("site.db", "-o", "site.db"): "site.db: --output names a file that is read",
         }
         for words, message in refusals.items():
