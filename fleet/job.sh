@@ -18,8 +18,8 @@ umask 077
 
 PATH=${PATH:-/usr/bin:/bin}:/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin
 lock_tries=60  # seconds
-probe_tools='cut date grep head id ls rmdir sed sleep tr uname wc'
-collect_tools='cat find flock gzip mkdir mv rm sha256sum tar touch'
+probe_tools='date grep head id ls rmdir sed sleep tr wc'
+collect_tools='cat find flock gzip mkdir mv rm sha256sum tar'
 
 @collection@
 @limits@
@@ -49,14 +49,12 @@ need_tools() {
     [ -d "/proc/$$" ] || give_up no-tool "/proc is not mounted"
 }
 
-need_find() {
-    find / -prune -type d -user 0 -newer / > /dev/null 2>&1 || give_up no-tool "find does not know -user or -newer"
-}
+need_find() { find / -prune -newer / > /dev/null 2>&1 || give_up no-tool "find does not know -newer"; }
 
 # send_run TEXT: the text ends with a dot, which protects line feeds.
 send_run() {
     text=${1%.}
-    answer "run $(printf '%s' "$text" | wc -c | tr -d ' ')"
+    answer "run $(LC_ALL=C && echo "${#text}")"  # bytes, not characters
     printf '%s' "$text"
 }
 
@@ -80,7 +78,12 @@ has_no_room() {
 }
 
 # run_value KEY: the value in the run file.
-run_value() { printf '%s\n' "$run" | sed -n "s/^$1: //p; /^\$/q"; }
+run_value() {
+    value=$newline${run%%"$newline$newline"*}
+    case $value in
+        *"$newline$1: "*) value=${value#*"$newline$1: "} && echo "${value%%"$newline"*}" ;;
+    esac
+}
 
 # Why the package may be incomplete, or nothing.
 cause_of_run() {
@@ -95,7 +98,7 @@ cause_of_run() {
 
 # After this, the package has no name: nothing is left if the job is killed, and the next job can have the lock.
 open_package() {
-    size=$(wc -c < "$made" | tr -d ' ')
+    size=$(($(wc -c < "$made")))
     exec 7< "$made"
     rm -f "$made"
 }
@@ -123,11 +126,10 @@ collect() {
     need_tools $probe_tools $collect_tools
     need_find
     made=$directory/netfp_logs_$$.tgz.fleet.$$
-    trap 'rm -f "$made"' EXIT
+    trap '! exists "$made" || rm -f "$made"' EXIT
     trap 'exit 1' HUP INT TERM PIPE
-    description=$(describe_board "$board" && probes "$@")
     lock_packages
-    run=$(make_package) || {
+    run=$(make_package "$@") || {
         ! has_no_room || give_up no-room "no room is left below $directory"
         give_up no-package "the previous package cannot be renamed, or the collection was killed"
     }
@@ -150,7 +152,8 @@ probe_board() {
     need_korvel
     # shellcheck disable=SC2086 # the names have no blanks
     need_tools $probe_tools
-    description=$(describe_board "$board" && probes "$@")
+    without_folders supervise_once
+    description=$(describe_board "$board" && probe_interfaces "$@" && heartbeat_line)
     send_run "$description$newline$newline."
     answer end
 }

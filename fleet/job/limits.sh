@@ -1,9 +1,8 @@
-# shellcheck shell=sh disable=SC2013,SC2046,SC2086 # lists of numbers, and a waiter that has words
+# shellcheck shell=sh disable=SC2013,SC2046,SC2086 # lists of numbers
 # Ends programs that take too long. A board may lack `timeout`, and the one of busybox signals only the program itself.
 # korvel ignores TERM while it makes a package: the programs that it started must end, so that it can go on without them.
 
 was_ended=124  # the status of a program that ended within the grace time
-was_ended_early=125  # the same, but the waiter failed
 was_killed=137
 
 # Prints the process and its descendants.
@@ -26,10 +25,20 @@ children() {
     fi
 } 2> /dev/null
 
+# A process that ended is a zombie until its parent waits for it.
+is_running() {
+    key='' state=''
+    while read -r key state _ && [ "$key" != State: ]; do :; done < "/proc/$1/status"
+    case $key$state in
+        State:[!XZ]) return 0 ;;
+    esac
+    return 1
+} 2> /dev/null
+
 # running PROCESS...: prints those that run.
 running() {
     for process in "$@"; do
-        ! [ -d "/proc/$process" ] || echo "$process"
+        ! is_running "$process" || echo "$process"
     done
 }
 
@@ -38,7 +47,7 @@ stop() {
     left=$2
     victims=$(tree "$1")
     kill -TERM $victims
-    sleep 0.1 2> /dev/null  # most programs end at once; the sleep of some boards needs whole seconds
+    sleep 0.1  # most programs end at once; the sleep of some boards needs whole seconds, and fails
     while victims=$(running $victims) && [ -n "$victims" ]; do
         [ "$left" -gt 0 ] || break
         left=$((left - 1))
@@ -47,39 +56,46 @@ stop() {
     [ -n "$victims" ] || return 0
     kill -KILL $victims $(tree "$1")
     return 1
-}
+} 2> /dev/null
 
-# watch PID GRACE WAITER...: ends the process when the waiter is over. USR1 ends the watch: TERM may be ignored.
+# watch PID SECONDS GRACE: ends the process when the time is over. USR1 ends the watch: TERM may be ignored.
 watch() {
-    process=$1 grace=$2
-    shift 2
     waiter=
-    trap '[ -z "$waiter" ] || kill -KILL $(tree "$waiter"); exit 0' USR1
-    "$@" &
+    trap '[ -z "$waiter" ] || kill -KILL "$waiter"; exit 0' USR1
+    sleep "$2" &
     waiter=$!
-    result=$was_ended
-    wait "$waiter" || result=$was_ended_early
+    wait "$waiter"
     trap '' USR1
-    stop "$process" "$grace" || result=$was_killed
-    exit "$result"
+    stop "$1" "$3" || exit "$was_killed"
+    exit "$was_ended"
 }
 
-# within GRACE WAITER COMMAND...: runs the command until the waiter is over, such as 'sleep 10'. Descriptors 4 and above
-# are closed in the watcher: nothing but the command may keep a pipe or a lock.
-within() {
-    grace=$1 waiter=$2
+# start_limited SECONDS GRACE COMMAND...: runs the command in the background, as $command, for a limited time.
+# Descriptors 4 and above are closed: nothing may keep a pipe or the lock.
+start_limited() {
+    seconds=$1 grace=$2
     shift 2
-    "$@" < /dev/null &
+    "$@" < /dev/null 4>&- 5>&- 9>&- &
     command=$!
-    watch "$command" "$grace" $waiter > /dev/null 2>&1 4>&- 5>&- 9>&- &
+    watch "$command" "$seconds" "$grace" > /dev/null 2>&1 4>&- 5>&- 9>&- &
     watcher=$!
+}
+
+# Waits for the end of $command. Returns its status, or $was_ended or $was_killed.
+finish_limited() {
     await "$command"
-    ended=$?
+    result=$?
     kill -USR1 "$watcher" 2> /dev/null
     await "$watcher"
     watched=$?
     case $watched in
-        "$was_ended" | "$was_ended_early" | "$was_killed") return "$watched" ;;
+        "$was_ended" | "$was_killed") return "$watched" ;;
     esac
-    return "$ended"
+    return "$result"
+}
+
+# within SECONDS GRACE COMMAND...
+within() {
+    start_limited "$@"
+    finish_limited
 }

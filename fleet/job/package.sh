@@ -1,5 +1,6 @@
 # shellcheck shell=sh disable=SC2154 # collection.sh, limits.sh and earlier.sh assign some variables
-# One run of korvel that makes a package, between setting the earlier files aside and bringing them back.
+# One run of korvel that makes a package, between setting the earlier files aside and bringing them back. A cycle of
+# heartbeats lasts three seconds, so the rest is done meanwhile.
 
 collection_seconds=180
 collection_grace=20  # korvel packs what it has after the programs that it started are ended
@@ -32,7 +33,7 @@ new_plain_package() {
 
 # The collection lock must be free: nobody may collect while files are moved.
 with_work_lock() {
-    mkdir "$work" 2> /dev/null
+    exists "$work" || mkdir "$work" 2> /dev/null
     is_own_directory "$work" || return 1
     # shellcheck disable=SC2094 # the descriptor is for the lock
     (lock_collection && "$@") 8< "$work" 9>&-
@@ -45,7 +46,7 @@ set_earlier_files_aside() {
         [ -z "$(earlier_files)" ] || say "cannot move the files of an earlier collection: the package contains them"
     }
     settle_packages
-    before=$(plain_packages)
+    [ "$keyword" != pkg ] || before=$(plain_packages)
     fixed=$(name_of_package "$keyword")
     [ -n "$fixed" ] && exists "$directory/$fixed" || return 0
     mv "$directory/$fixed" "$directory/$fixed.before-fleet.$$"
@@ -62,9 +63,11 @@ bring_earlier_files_back() {
 # Removes the work files of this run, unless somebody has collected since.
 clear_work() {
     newer=$(find "$work" -newer "$own/ended" 2> /dev/null) && [ -z "$newer" ] || return
+    set --
     for name in $collected; do
-        rm -rf "${work:?}/$name"
+        set -- "$@" "${work:?}/$name"
     done
+    rm -rf "$@"
 }
 
 # Prints up to errors_kept bytes, and reads the rest.
@@ -88,10 +91,10 @@ run_korvel() {
     errors=$({
         status=$({
             {
-                within "$collection_grace" "sleep $collection_seconds" \
-                    korvel "$keyword" 2>&1 > /dev/null 4>&- 5>&- 9>&-
+                within "$collection_seconds" "$collection_grace" korvel "$keyword" 2>&1 > /dev/null
                 echo "$?" >&4
-                printf '%s\n\n' "$token"  # busybox's sed acts on a line when the next one is there
+                # busybox's sed acts on a line when the next one is there. bash writes line by line: sed may have ended.
+                printf '%s\n\n' "$token" 2> /dev/null
             } | until_token | tr -d '\000' | limited >&5
         } 4>&1)
         printf '\n%s' "$status"
@@ -117,12 +120,22 @@ take_package() {
 
 describe_run() {
     printf '%s\n' "$description"
+    heartbeat_line
     key command "korvel $keyword"
     key status "$status"
     key began "$began"
     key ended "$ended"
-    ! exists "$made" || key sha256 "$(sha256sum < "$made" | cut -d ' ' -f 1)"
+    [ -z "$sum" ] || key sha256 "${sum%% *}"
     printf '\n%s' "$errors"
+}
+
+# A healthy cycle beside the collection is enough. The collection may have delayed an answer, so trouble is looked for
+# again without it.
+settle_heartbeat() {
+    finish_heartbeat
+    case $heartbeat in
+        unhealthy:*) supervise_once ;;
+    esac
 }
 
 # Makes the package $made, and prints its run file, and a dot that protects line feeds. Runs in a process of its own,
@@ -135,10 +148,15 @@ make_package() {
         bring_earlier_files_back
         exit 1
     }
+    start_heartbeat
+    description=$(describe_board "$board" && probe_interfaces "$@")
     run_korvel
-    ! "$is_work_clear" || touch "$own/ended" 2> /dev/null
+    ! "$is_work_clear" || : > "$own/ended"
     take_package
     bring_earlier_files_back
+    sum=
+    ! exists "$made" || sum=$(sha256sum < "$made")
+    without_folders settle_heartbeat
     text=$(describe_run && echo .)
     # In one piece: bash reports only the first failure. It fails if the job was killed.
     printf '%s' "$text" 2> /dev/null || rm -f "$made"

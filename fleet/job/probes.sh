@@ -3,8 +3,9 @@
 
 probe_seconds=10  # the master has one second, and another collection must not delay the log for long
 heartbeat_seconds=3  # a missing answer is logged after two
-begin_tries=3  # seconds
+begin_tries=30  # tenths of a second
 probe_grace=2  # seconds
+supervision_seconds=300  # longer than a collection; only if the job is killed, this limit ends supervision
 
 # One line without control characters, of bounded length.
 one_line() { tr '[:cntrl:]' ' ' | head -c 400 | sed 's/  *$//'; }
@@ -18,76 +19,119 @@ probe() {
 }
 
 getport() {
-    within "$probe_grace" "sleep $probe_seconds" korvel getport "$1"
+    within "$probe_seconds" "$probe_grace" korvel getport "$1"
     case $? in
         "$was_ended" | "$was_killed") echo "korvel hung: it was ended after $probe_seconds seconds" ;;
     esac
 }
 
 # --- The heartbeat -----------------------------------------------------------------------------------------------
-# Supervision prints an answer that is an error, and only logs an answer that is missing. After a healthy cycle, it
-# prints and logs nothing. So a cycle was healthy if the log shows that supervision began, and nothing else in the time
-# that a missing answer needs.
+# After a healthy cycle, supervision prints and logs nothing. So a cycle was healthy if supervision began, and the log has
+# no trouble after the time that a missing answer needs. Other work can be done between start_heartbeat and
+# finish_heartbeat.
 
-dispatchers_log() { within "$probe_grace" "sleep $probe_seconds" korvel print dlog 2> /dev/null; }
+dispatchers_log() { within "$probe_seconds" "$probe_grace" korvel print dlog 2> /dev/null; }
 
-last_start() { sed -n '/Supervision: Starting/ h; $ { x; p; }'; }
-
-has_begun() { [ "$(dispatchers_log | last_start)" != "$earlier_start" ]; }
-
-# What supervision logged after its last start: the newest result of a cycle, or a request that failed.
+# What supervision logged after its last start: the newest result of a cycle, a request that failed, or "none". Nothing
+# if the log cannot be read.
 logged_trouble() {
     sed -n '/Supervision: Starting/ h
         /Supervision: Heartbeat status:/ H
         /Supervision: Error while sending/ H
-        $ { x; s/^[^\n]*//; s/.*Supervision: //; s/^Heartbeat status: *//p; t
-            /./ p; }'
+        $ {
+            x
+            /Supervision: Starting/ !d
+            s/^[^\n]*//
+            s/^$/none/
+            s/.*Supervision: //
+            s/^Heartbeat status: *//
+            p
+        }'
 }
 
-# Waits until supervision has begun, and then for one cycle. Fails if nothing shows that it began.
-one_cycle() {
+# The job may ignore TERM, but TERM ends supervision.
+supervise() {
+    trap - TERM
+    exec korvel supervision
+}
+
+# Supervision has begun when it has its netlink socket (protocol 2), whose port is the number of its process.
+has_begun() { grep -q "^[^ ]* *2  *$command " /proc/net/netlink; }
+
+nap() { sleep 0.1 2> /dev/null || sleep 1; }  # the sleep of some boards needs whole seconds
+
+# Starts supervision, and waits until it has begun. From then on, $cycle is a process that ends with the first cycle.
+start_heartbeat() {
+    start_limited "$supervision_seconds" "$probe_grace" supervise > /dev/null 2>&1
     tries=$begin_tries
+    begun=true
     until has_begun; do
         tries=$((tries - 1))
-        [ "$tries" -gt 0 ] || return 1
-        sleep 1
+        if [ "$tries" -eq 0 ] || ! is_running "$command"; then
+            begun=false
+            break
+        fi
+        nap
     done
-    sleep "$heartbeat_seconds"
+    sleep "$heartbeat_seconds" > /dev/null 2>&1 9>&- &
+    cycle=$!
 }
 
-supervise_once() {
-    earlier_start=$(dispatchers_log | last_start)
-    printed=$(within "$probe_grace" one_cycle korvel supervision 2>&1)
-    ended=$?
-    line=$(printf '%s\n' "$printed" | sed -n 's/^Heartbeat status: *//p')
-    log=$(dispatchers_log)
-    [ -n "$line" ] || [ "$(printf '%s\n' "$log" | last_start)" = "$earlier_start" ] ||
-        line=$(printf '%s\n' "$log" | logged_trouble)
-    case $ended:$line in
-        "$was_ended":) echo healthy ;;
-        "$was_killed":) echo "unknown: supervision hung" ;;
-        "$was_ended_early":) echo "unknown: the log of the dispatchers does not show that supervision began" ;;
-        *) echo "unhealthy: ${line:-supervision ended with status $ended}" ;;
+# Supervision that ends at once prints why.
+printed_trouble() {
+    within "$heartbeat_seconds" "$probe_grace" korvel supervision 2>&1 | sed -n 's/^Heartbeat status: *//p'
+}
+
+# Sets $heartbeat.
+finish_heartbeat() {
+    await "$cycle"
+    end=by-itself
+    ! is_running "$command" || {
+        end=hung
+        ! stop "$command" "$probe_grace" || end=stopped
+    }
+    finish_limited
+    supervision_status=$?
+    if "$begun"; then
+        trouble=$(dispatchers_log | logged_trouble)
+    else
+        trouble=
+        [ "$end" != by-itself ] || trouble=$(printed_trouble)
+    fi
+    case $begun:$end:$trouble in
+        *:by-itself: | *:by-itself:none) heartbeat="unhealthy: supervision ended with status $supervision_status" ;;
+        *:hung: | *:hung:none) heartbeat='unknown: supervision hung' ;;
+        false:stopped:) heartbeat='unknown: supervision did not begin' ;;
+        true:stopped:) heartbeat='unknown: the log of the dispatchers does not show that supervision began' ;;
+        *:stopped:none) heartbeat=healthy ;;
+        *) heartbeat="unhealthy: $trouble" ;;
     esac
 }
 
 # korvel makes directories even if it only prints.
-heartbeat() {
+without_folders() {
     missing=
     for folder in "$work/fuse" "$work"; do
         exists "$folder" || missing="$missing $folder"
     done
-    supervise_once
+    "$@"
     # shellcheck disable=SC2086 # the names have no blanks
     [ -z "$missing" ] || rmdir $missing 2> /dev/null
 }
 
+supervise_once() {
+    start_heartbeat
+    finish_heartbeat
+}
+
+heartbeat_line() { key "probe: heartbeat" "$(printf '%.400s' "$heartbeat")"; }
+
 # --- The description ---------------------------------------------------------------------------------------------
 
-# The release in the program's ELF note, which is at the beginning of the program.
+# The release in the program's ELF note, which is near the beginning of the program.
 release() {
-    head -c 65536 "$(command -v korvel)" | tr -c '[:print:]' '\n' |
-        sed -n 's/.*"name":"korvel","version":"\([^"]*\)".*/\1/p' | head -n 1
+    tr -c '[:print:]' '\n' < "$(command -v korvel)" 2> /dev/null |
+        sed -n '/.*"name":"korvel","version":"\([^"]*\)".*/ { s//\1/p; q; }'
 }
 
 # describe_board BOARD
@@ -98,13 +142,13 @@ describe_board() {
     [ -z "$release" ] || key korvel "$release"
     key zone "$(zone)"
     key deployment "$(deployment)"
-    key kernel "$(uname -r)"
+    read -r kernel < /proc/sys/kernel/osrelease
+    key kernel "$kernel"
 }
 
-# probes INTERFACE...
-probes() {
+# probe_interfaces INTERFACE...
+probe_interfaces() {
     for interface in "$@"; do
         probe "getport $interface" getport "$interface"
     done
-    probe heartbeat heartbeat
 }

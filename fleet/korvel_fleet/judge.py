@@ -14,7 +14,10 @@ from korvel_fleet.processes import Command, Processes
 from korvel_fleet.texts import Tail
 from korvel_fleet.verdicts import JsonLines, Verdict
 
-BATCH = 32  # korvel-report needs longer to read its rules than to read a package
+# korvel-report needs longer to read its rules than to read a package. So it waits for some packages, but not for long.
+BATCH = 32
+FEW = 8
+PATIENCE = 0.5  # seconds
 SECONDS = 20  # for each package; korvel-report itself stops after ten seconds of processor time
 
 
@@ -59,8 +62,8 @@ class _Session:
 
 
 class Judges:
-    """Runs korvel-report for packages while others still arrive: as many at once as there are processors, each for all
-    packages that wait. `sync` is called before the verdicts of a run are handed out.
+    """Runs korvel-report for packages while others still arrive: as many at once as there are processors, each for
+    several packages that wait. `sync` is called before the verdicts of a run are handed out.
     """
 
     def __init__(self, processes: Processes, program: str, keyword: str, sync: Callable[[], None]) -> None:
@@ -70,10 +73,19 @@ class Judges:
         self._sync = sync
         self._free = os.cpu_count() or 1
         self._waiting: deque[Case] = deque()
+        self._is_patient = False
 
     def judge(self, package: Path, take: Callable[[Verdict], None]) -> None:
         """Calls `take` with the verdict, later."""
         self._waiting.append(Case(package, take))
+        if len(self._waiting) >= FEW or not self._processes.boards_left:
+            self._start(BATCH)
+        elif not self._is_patient:
+            self._is_patient = True
+            self._processes.later(PATIENCE, self._lose_patience)
+
+    def _lose_patience(self) -> None:
+        self._is_patient = False
         self._start(BATCH)
 
     def _start(self, most: int) -> None:

@@ -193,6 +193,16 @@ class _Watch(EventHandler):
             raise Interrupted(self.signal_number)
 
 
+class _Later(EventHandler):
+    """Calls a function once."""
+
+    def __init__(self, act: Callable[[], None]) -> None:
+        self._act = act
+
+    def ev_timer(self, _timer: object) -> None:
+        self._act()
+
+
 def _possible(fanout: int) -> int:
     """The fan-out, or a lower one if fewer files may be open."""
     soft, hard = resource.getrlimit(resource.RLIMIT_NOFILE)
@@ -212,6 +222,16 @@ class Processes:
         self._task: Task = task_self()
         self._task.set_info("fanout", fanout)
         self._watch = _Watch()
+        self._boards_left = 0
+
+    @property
+    def boards_left(self) -> int:
+        """How many of the boards have not answered to the end."""
+        return self._boards_left
+
+    def later(self, seconds: float, act: Callable[[], None]) -> None:
+        """Calls `act` while run() runs, which lasts until then."""
+        self._task.timer(seconds, _Later(act))
 
     def add(self, name: str, conversation: Conversation, command: Command, timeout: float) -> None:
         """Adds a process that starts at once. May be called while run() runs."""
@@ -223,12 +243,14 @@ class Processes:
         """Adds a process for each board. At most `fanout` of them run at the same time. They are handed to ClusterShell
         in pieces, because each takes some kilobytes there from the start.
         """
+        self._boards_left += len(boards)
         waiting = iter(range(0, len(boards), self._piece))
         left = 0
 
         def end(conversation: Conversation, status: int | None) -> None:
             nonlocal left
             left -= 1
+            self._boards_left -= 1
             self._end(conversation, status)
             if left < self._piece // 2:
                 add_piece()

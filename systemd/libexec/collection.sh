@@ -15,7 +15,8 @@ exists() { [ -e "$1" ] || [ -L "$1" ]; }
 is_whole() { [ ! -L "$1" ] && gzip -t "$1" && gzip -dc "$1" | tar -tf - > /dev/null; } 2> /dev/null
 
 # Whether $1 is a directory, not a link to one, and belongs to the user who runs this.
-is_own_directory() { [ -n "$(find "$1" -prune -type d -user "$user")" ]; } 2> /dev/null
+# shellcheck disable=SC3067 # the shells of boards know -O
+is_own_directory() { [ -d "$1" ] && [ ! -L "$1" ] && [ -O "$1" ]; }
 
 # Prints those of the collected files that exist.
 earlier_files() {
@@ -50,7 +51,10 @@ zone() {
     [ -n "$name" ] || name=$(readlink /etc/localtime)
     name=${name##*/zoneinfo/}
     case $name in
-        '' | *[./]localtime | /* | .*) date +%z | sed 's/..$/:&/' ;;
+        '' | *[./]localtime | /* | .*)
+            name=$(date +%z)
+            echo "${name%??}:${name#???}"
+            ;;
         *) echo "$name" ;;
     esac
 }
