@@ -2,7 +2,7 @@
 # The job that korvel-fleet runs on a board, with one ssh: `sh -s -- MODE TOKEN ...`, and this text as standard input.
 #   collect TOKEN BOARD KEYWORD LIMIT INTERFACE...   probes, makes a package, sends its run file and the package
 #   probe TOKEN BOARD INTERFACE...                   probes, sends a run file without a command
-#   run TOKEN ARGUMENT...                            runs korvel with the arguments
+#   run TOKEN SECONDS ARGUMENT...                    runs korvel with the arguments, for a limited time
 # Standard output is a stream of lines, some of which announce bytes:
 #   korvel-fleet/1 TOKEN    the first line; what shell startup files printed before it does not count
 #   run LENGTH              the run file follows
@@ -158,9 +158,13 @@ probe_board() {
     answer end
 }
 
+# korvel does not notice that a connection broke, and some of its commands never end.
 run_command() {
     command -v korvel > /dev/null || exit 127
-    exec korvel "$@"
+    limit=$1
+    shift
+    command -v sleep > /dev/null || exec korvel "$@"
+    within "$limit" "$probe_grace" korvel "$@"
 }
 
 # The shell reads this text while it runs it, so nothing may read standard input, and nothing runs before all is read.

@@ -1,5 +1,6 @@
 """korvel-fleet run: a command line of korvel on many boards."""
 
+import math
 import secrets
 from argparse import Namespace
 
@@ -80,5 +81,5 @@ class Output:
 
 def run(arguments: Namespace) -> int:
     token = secrets.token_hex(8)
-    return ask(arguments, lambda board: ["run", token, *arguments.words],
+    return ask(arguments, lambda board: ["run", token, str(math.ceil(arguments.timeout)), *arguments.words],
                lambda answers, board: Output(answers, board, token, arguments.max_bytes, arguments.timeout))

@@ -40,6 +40,13 @@ class KorvelThatHangs(BoardCase):
             replace_korvel 'case $1 in getport) exec sleep 600 ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'\n""" + PROBE)
         self.assertEqual(out, "getport eth1: korvel hung: it was ended after 1 seconds\nheartbeat: healthy\n")
 
+    def test_does_not_outlive_the_time_of_a_run(self) -> None:
+        outcome = self.run_on_board("""
+            job run TOKEN 1 supervision; echo "status $?"; ps -C korvel -o args=
+            job run TOKEN 60 getport eth1; replace_korvel 'exit 7'; job run TOKEN 60 getport eth1; echo "status $?"
+            """)
+        self.assertEqual(outcome, (0, "korvel-fleet/1 TOKEN\nstatus 124\nkorvel-fleet/1 TOKEN\n2\nkorvel-fleet/1 TOKEN\nstatus 7\n", ""))
+
 
 class TheHeartbeat(BoardCase):
     NOT_BEGUN = "heartbeat: unknown: supervision did not begin\n"
