@@ -10,14 +10,18 @@ from korvel_fleet.clock import now
 from korvel_fleet.results import SEVERITIES, BoardResult, folded_causes
 
 STYLE = """
-:root { color-scheme: light dark; --line: #8886; --soft: #8882; }
-body { font: 16px/1.45 system-ui, sans-serif; margin: 0 auto; max-width: 72rem; padding: 1rem; }
+:root { color-scheme: light dark; --page: #fff; --text: #1a1a1a; --link: #0645ad; --line: #bbb; --soft: #f0f0f0; }
+@media (prefers-color-scheme: dark) {
+    :root { --page: #121212; --text: #e8e8e8; --link: #8ab4f8; --line: #555; --soft: #262626; }
+}
+body { background: var(--page); color: var(--text); font: 16px/1.45 system-ui, sans-serif; margin: 0 auto; max-width: 72rem; padding: 1rem; }
 h1 { font-size: 1.4rem; margin: 0 0 .5rem; }
 h2 { font-size: 1.1rem; margin: 1.5rem 0 .5rem; }
 table { border-collapse: collapse; width: 100%; }
 th, td { border-bottom: 1px solid var(--line); padding: .35rem .6rem .35rem 0; text-align: left; vertical-align: top; }
 th { font-weight: 600; }
-td.cause { overflow-wrap: anywhere; }
+a { color: var(--link); }
+ul, td.text { overflow-wrap: anywhere; }
 td.number, th.number { text-align: right; font-variant-numeric: tabular-nums; }
 tr.trouble { background: var(--soft); }
 tr.trouble td.state { font-weight: 600; }
@@ -75,7 +79,7 @@ class _Findings:
         if self._left < 0:
             return _cell("Findings", f"{number} findings")
         summary = f"<summary>{escape(result.verdict)}: {number} findings</summary>"
-        return _cell("Findings", f"<details>{summary}<ul>{items}</ul></details>")
+        return _cell("Findings", f"<details>{summary}<ul>{items}</ul></details>", "text")
 
 
 def _row(result: BoardResult, texts: _Findings) -> str:
@@ -83,9 +87,9 @@ def _row(result: BoardResult, texts: _Findings) -> str:
                for severity, title in zip(SEVERITIES, TITLES)]
     trouble = "" if result.state == "whole" else ' class="trouble"'
     cells = [_cell("Board", escape(result.board)), _cell("State", escape(result.state), "state"),
-             _cell("Cause", _cause(result), "cause"), *numbers, texts.cell(result),
-             _cell("Heartbeat", escape(result.probes.get("heartbeat", ""))),
-             _cell("Package", _link(result.file, result.file) if result.file else "")]
+             _cell("Cause", _cause(result), "text"), *numbers, texts.cell(result),
+             _cell("Heartbeat", escape(result.probes.get("heartbeat", "")), "text"),
+             _cell("Package", _link(result.file, result.file) if result.file else "", "text")]
     return f"<tr{trouble}>{''.join(cells)}</tr>\n"
 
 
