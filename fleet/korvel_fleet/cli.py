@@ -11,12 +11,12 @@ from collections.abc import Callable, Iterable
 from typing import Any, NoReturn
 
 from korvel_fleet import VERSION
-from korvel_fleet.collect import collect
-from korvel_fleet.errors import Trouble, WrongUsage
-from korvel_fleet.probe import probe
-from korvel_fleet.run import run
-from korvel_fleet.status import status
-from korvel_fleet.texts import visible
+from korvel_fleet.commands.collect import collect
+from korvel_fleet.commands.probe import probe
+from korvel_fleet.commands.run import run
+from korvel_fleet.commands.status import status
+from korvel_fleet.common.errors import Trouble, WrongUsage
+from korvel_fleet.common.texts import visible
 
 PACKAGES = ("pkg", "pkg-trs", "pkg-sup", "pkg-pm", "pkg-sdown")
 FANOUT = 64

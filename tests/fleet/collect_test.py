@@ -35,6 +35,14 @@ class Collect(fleet.FolderCase):
     def causes(self) -> dict[str, str]:
         return {board: result["cause"] for board, result in fleet.summary_of(self.packages).items()}
 
+    def test_prints_the_most_frequent_cause_first_and_then_in_the_order_of_the_boards(self) -> None:
+        says = "echo 'ssh: {}' >&2; exit 255"
+        outcome = self.collect("board[1-3,10,20]", {
+            "board10": says.format("Permission denied"), "board2": says.format("connect to host: Connection refused"),
+            "board1": says.format("No route to host"), "*": says.format("Could not resolve hostname")})
+        self.assertEqual(outcome.out, "board[3,20]: name not known\nboard1: no route to the board\nboard2: connection refused\n"
+                         "board10: permission denied\n" + self.total("0 of 5 boards"))
+
     def test_misses_a_collector_that_left_no_part(self) -> None:
         packed = io.BytesIO()
         with tarfile.open(fleet.package(self.folder / "all.tgz")) as old, tarfile.open(fileobj=packed, mode="w:gz") as new:

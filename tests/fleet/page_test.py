@@ -12,8 +12,8 @@ sys.path[:0] = [str(SOURCE / "tests/report/web"), str(SOURCE / "fleet")]
 
 import accessibility_test
 from browser import WIDTHS, PageTest
-from korvel_fleet.page import page_lines
-from korvel_fleet.results import BoardResult
+from korvel_fleet.packages.page import page_lines
+from korvel_fleet.packages.results import BoardResult
 from sample_pages import ESCAPES, HOSTILE, LONG_NAME
 
 

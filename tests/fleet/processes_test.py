@@ -10,7 +10,7 @@ import fleet
 
 # ClusterShell is Debian's; this interpreter may be another one.
 sys.path += [str(fleet.BUILD / "share/korvel-fleet"), "/usr/lib/python3/dist-packages"]
-from korvel_fleet.processes import Command, Processes  # noqa: E402
+from korvel_fleet.boards.processes import Command, Processes  # noqa: E402
 
 # Waits for a file, but not longer than the test lives.
 WAIT = "wait_for() { until [ -e $1 ] || [ ! -d $PWD ]; do sleep 0.01; done; }; "

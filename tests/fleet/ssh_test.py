@@ -7,9 +7,9 @@ from pathlib import Path
 import fleet
 
 NUMBER = 32
-# Two boards use all of their time. A board that computes here, beside other tests, may need much of it, too.
+# A board that computes here, beside other tests, may need much time. One never answers. Another falls silent: ssh notices it
+# after a minute.
 CONNECT_TIMEOUT = 60
-TIMEOUT = 90
 ON_BOARD = f"'{fleet.BUILD}/boardsim' --ssh --host-key '%(host)s' --authorized-keys '%(user)s.pub'"
 # A package of 40 KiB, so that a connection can end in its middle.
 LARGE = f"{ON_BOARD} --full-logs"
@@ -18,8 +18,7 @@ RELAY = "dd bs=1 count=20000 status=none"  # writes each byte at once
 BOARDS: dict[int, tuple[str, str | None]] = {
     3: ("false", "connection closed"),
     7: ("sleep 600", "connection timed out"),
-    11: (f"{LARGE} | {{ {RELAY}; exec sleep 600; }}",
-         f"stopped answering: ended after {TIMEOUT} s in the middle of the package"),
+    11: (f"{LARGE} | {{ {RELAY}; exec sleep 600; }}", "stopped answering in the middle of the package"),
     13: (ON_BOARD.replace("%(user)s", "%(stranger)s"), "permission denied"),
     17: (f"{ON_BOARD} --full-logs --ffs-size 32K", "no room on the board"),
     19: (f"{LARGE} | {RELAY}", "stopped answering: connection closed in the middle of the package"),
@@ -50,8 +49,7 @@ class ThirtyTwoBoards(fleet.FolderCase):
     def test_are_each_collected_or_named_with_their_cause(self) -> None:
         proxies = {number: proxy for number, (proxy, _) in BOARDS.items()}
         ssh = f"ssh -F {write_configuration(self.folder, proxies)} -o ConnectTimeout={CONNECT_TIMEOUT}"
-        outcome = fleet.run("collect", "-w", f"board[1-{NUMBER}]", "-o", self.packages, "--ssh", ssh,
-                            "--timeout", str(TIMEOUT), timeout=300)
+        outcome = fleet.run("collect", "-w", f"board[1-{NUMBER}]", "-o", self.packages, "--ssh", ssh, timeout=300)
 
         summary = fleet.summary_of(self.packages)
         self.assertEqual({board: result["cause"] for board, result in summary.items() if result["cause"]},

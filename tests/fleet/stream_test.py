@@ -7,8 +7,8 @@ import unittest
 import fleet
 
 sys.path.append(str(fleet.BUILD / "share/korvel-fleet"))
-from korvel_fleet.stream import JobStream, Refused  # noqa: E402
-from korvel_fleet.verdicts import JsonLines  # noqa: E402
+from korvel_fleet.boards.stream import JobStream, Refused  # noqa: E402
+from korvel_fleet.packages.verdicts import JsonLines  # noqa: E402
 
 TOKEN = "0123456789abcdef"
 FIRST = f"korvel-fleet/1 {TOKEN}\n".encode()

@@ -23,14 +23,14 @@ class FleetPageTest(unittest.TestCase):
         self.assertEqual(manual.options_of(PAGE), options)
 
     def test_has_every_cause_that_ssh_names(self) -> None:
-        code = (manual.SOURCE / "fleet/korvel_fleet/ssh.py").read_text(encoding="utf-8")
+        code = (manual.SOURCE / "fleet/korvel_fleet/boards/ssh.py").read_text(encoding="utf-8")
         table = re.search(r"^CAUSES = \((.*?)^\)", code, re.M | re.S)[1]
         text = manual.text_of(PAGE)
         causes = re.findall(r'", "([^"]+)"\),$', table, re.M)
         self.assertEqual([cause for cause in causes if cause not in text], [])
 
     def test_has_every_key_of_a_board_in_the_summary(self) -> None:
-        code = (manual.SOURCE / "fleet/korvel_fleet/results.py").read_text(encoding="utf-8")
+        code = (manual.SOURCE / "fleet/korvel_fleet/packages/results.py").read_text(encoding="utf-8")
         keys = re.findall(r"^    (\w+): ", re.search(r"^class BoardResult:(.*?)^    def ", code, re.M | re.S)[1], re.M)
         described = re.search(r"^\.Ss The summary\n(.*?)^\.Sh ", manual.source_of(PAGE), re.M | re.S)[1]
         heads = re.findall(r"^\.It Em (.*)$", described, re.M)

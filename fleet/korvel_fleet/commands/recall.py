@@ -4,11 +4,11 @@ import functools
 from collections.abc import Callable, Iterable
 from pathlib import Path
 
-from korvel_fleet.errors import WrongUsage
-from korvel_fleet.folder import Folder, described_checksum, recorded
-from korvel_fleet.judge import Judges
-from korvel_fleet.results import BoardResult
-from korvel_fleet.verdicts import Verdict
+from korvel_fleet.common.errors import WrongUsage
+from korvel_fleet.packages.folder import Folder, described_checksum, recorded
+from korvel_fleet.packages.judge import Judges
+from korvel_fleet.packages.results import BoardResult
+from korvel_fleet.packages.verdicts import Verdict
 
 
 class Recall:

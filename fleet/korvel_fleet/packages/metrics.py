@@ -9,10 +9,10 @@ from collections.abc import Iterator, Sequence
 from pathlib import Path
 from typing import BinaryIO
 
-from korvel_fleet.errors import Trouble
-from korvel_fleet.judge import SECONDS, find_program
-from korvel_fleet.results import SEVERITIES, BoardResult, age
-from korvel_fleet.texts import decoded, visible
+from korvel_fleet.common.errors import Trouble
+from korvel_fleet.common.texts import decoded, visible
+from korvel_fleet.packages.judge import SECONDS, find_program
+from korvel_fleet.packages.results import SEVERITIES, BoardResult, age
 
 BATCH = 200  # packages in one run of korvel-report: a command line has a limit, and all of them are in its memory
 

@@ -7,19 +7,19 @@ from pathlib import Path
 
 from ClusterShell.NodeSet import NodeSet
 
-from korvel_fleet import summary
-from korvel_fleet.boards import boards_of
-from korvel_fleet.collection import Collection, Plan
-from korvel_fleet.errors import WrongUsage
-from korvel_fleet.folder import Folder, boards_with_packages
-from korvel_fleet.judge import Judges, find_program
-from korvel_fleet.page import page_lines
-from korvel_fleet.processes import Interrupted, Processes
-from korvel_fleet.progress import Progress
-from korvel_fleet.recall import Recall
-from korvel_fleet.results import BoardResult, print_results
-from korvel_fleet.ssh import command_line
-from korvel_fleet.summary import Damaged, Summary, verified
+from korvel_fleet.boards.names import boards_of
+from korvel_fleet.boards.processes import Interrupted, Processes
+from korvel_fleet.boards.progress import Progress
+from korvel_fleet.boards.ssh import command_line
+from korvel_fleet.commands.collection import Collection, Plan
+from korvel_fleet.commands.recall import Recall
+from korvel_fleet.common.errors import WrongUsage
+from korvel_fleet.packages import summary
+from korvel_fleet.packages.folder import Folder, boards_with_packages
+from korvel_fleet.packages.judge import Judges, find_program
+from korvel_fleet.packages.page import page_lines
+from korvel_fleet.packages.results import BoardResult, print_results
+from korvel_fleet.packages.summary import Damaged, Summary, verified
 
 
 class CollectRun:

@@ -1,5 +1,6 @@
 """The result of each board."""
 
+import re
 from collections.abc import Collection, Iterable
 from dataclasses import asdict, dataclass, field
 from datetime import datetime, timezone
@@ -8,7 +9,7 @@ from typing import Any
 
 from ClusterShell.NodeSet import NodeSet
 
-from korvel_fleet.verdicts import Verdict
+from korvel_fleet.packages.verdicts import Verdict
 
 SEVERITIES = ("error", "warning", "note")
 
@@ -49,6 +50,12 @@ def age(time: str | None) -> float | None:
     return max(0.0, (datetime.now(timezone.utc) - datetime.fromisoformat(time)).total_seconds())
 
 
+def _natural(nodes: NodeSet) -> list[tuple[bool, int, str]]:
+    """A key that sorts board2 before board10."""
+    parts = re.split(r"(\d+)", str(nodes))
+    return [(part.isdigit(), int(part) if part.isdigit() else 0, part) for part in parts]
+
+
 def folded_causes(results: Iterable[BoardResult]) -> list[tuple[NodeSet, str]]:
     """The boards of each cause, the most frequent first."""
     boards: dict[str, list[str]] = {}
@@ -56,7 +63,7 @@ def folded_causes(results: Iterable[BoardResult]) -> list[tuple[NodeSet, str]]:
         if result.cause is not None:
             boards.setdefault(result.cause, []).append(result.board)
     return sorted(((NodeSet.fromlist(names), cause) for cause, names in boards.items()),
-                  key=lambda item: (-len(item[0]), str(item[0])))
+                  key=lambda item: (-len(item[0]), _natural(item[0])))
 
 
 def print_results(results: Collection[BoardResult], folder: Path) -> int:

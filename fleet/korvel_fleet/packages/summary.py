@@ -9,12 +9,12 @@ from pathlib import Path
 from typing import Any
 
 from korvel_fleet import VERSION
-from korvel_fleet.boards import is_name
-from korvel_fleet.clock import now
-from korvel_fleet.errors import Trouble
-from korvel_fleet.folder import checksum_of, recorded
-from korvel_fleet.results import BoardResult, folded_causes
-from korvel_fleet.texts import visible
+from korvel_fleet.boards.names import is_name
+from korvel_fleet.common.clock import now
+from korvel_fleet.common.errors import Trouble
+from korvel_fleet.common.texts import visible
+from korvel_fleet.packages.folder import checksum_of, recorded
+from korvel_fleet.packages.results import BoardResult, folded_causes
 
 NAME = "summary.json"
 SCHEMA = "urn:korvel-fleet:summary:1"

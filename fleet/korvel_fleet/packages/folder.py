@@ -16,9 +16,9 @@ from itertools import count
 from pathlib import Path
 from typing import BinaryIO
 
-from korvel_fleet.boards import is_name
-from korvel_fleet.errors import Trouble
-from korvel_fleet.stream import MAX_RUN_FILE
+from korvel_fleet.boards.names import is_name
+from korvel_fleet.boards.stream import MAX_RUN_FILE
+from korvel_fleet.common.errors import Trouble
 
 LOCK = ".korvel-fleet.lock"
 

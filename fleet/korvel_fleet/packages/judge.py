@@ -9,10 +9,10 @@ from collections.abc import Callable, Sequence
 from dataclasses import dataclass
 from pathlib import Path
 
-from korvel_fleet.errors import Trouble
-from korvel_fleet.processes import Command, Processes
-from korvel_fleet.texts import Tail
-from korvel_fleet.verdicts import JsonLines, Verdict
+from korvel_fleet.boards.processes import Command, Processes
+from korvel_fleet.common.errors import Trouble
+from korvel_fleet.common.texts import Tail
+from korvel_fleet.packages.verdicts import JsonLines, Verdict
 
 # korvel-report needs longer to read its rules than to read a package. So it waits for some packages, but not for long.
 BATCH = 32

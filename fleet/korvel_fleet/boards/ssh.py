@@ -5,11 +5,11 @@ import shlex
 from collections.abc import Sequence
 from pathlib import Path
 
-from korvel_fleet.processes import Command
+from korvel_fleet.boards.processes import Command
 
-# The file of the job, beside the folder of this module. Not resolved: in the build tree, the modules are links, and the
+# The file of the job, beside the folder of all modules. Not resolved: in the build tree, the modules are links, and the
 # job is not.
-JOB = str(Path(__file__).parent.parent / "job.sh")
+JOB = str(Path(__file__).parents[2] / "job.sh")
 
 # The user's configuration applies, except for these options. Options in the user's own ssh command come first, so they win.
 OPTIONS = (
@@ -40,6 +40,8 @@ OWN_MESSAGE = re.compile(
     r"[^ ]+: Permission denied \(|Corrupted MAC |Bad packet length |No .* host key is known ")
 LAST_LINES = 8
 
+STOPPED = "stopped answering"
+
 # The first pattern that matches a message of ssh names the cause.
 CAUSES = (
     (r"REMOTE HOST IDENTIFICATION HAS CHANGED|Host key verification failed|host key is known", "host key not accepted"),
@@ -47,7 +49,7 @@ CAUSES = (
     (r"Could not resolve hostname|Name or service not known", "name not known"),
     (r"Connection refused", "connection refused"),
     (r"No route to host|Network is unreachable|Host is down", "no route to the board"),
-    (r"Timeout, server .* not responding", "stopped answering"),
+    (r"Timeout, server .* not responding", STOPPED),
     (r"timed out", "connection timed out"),
     (r"Connection closed|Connection reset|closed by remote host|Broken pipe|kex_exchange", "connection closed"),
     (r"Bad configuration option|terminating, \d+ bad|Can't open user config", "wrong configuration of ssh"),
@@ -82,11 +84,12 @@ def cause_of(messages: str) -> str:
 def why_it_ended(status: int | None, messages: str, began: bool, timeout: float) -> str:
     """Why an ssh ended before the job did. `status` is None after the timeout, and negative for a signal."""
     if status is None:
-        return f"stopped answering: ended after {timeout:g} s" if began else f"no answer within {timeout:g} s"
+        return f"{STOPPED}: ended after {timeout:g} s" if began else f"no answer within {timeout:g} s"
     if status < 0:
         return f"ssh was ended by signal {-status}"
     if status == FAILED and began:
-        return f"stopped answering: {cause_of(messages)}" if ends_with_own_message(messages) else "stopped answering"
+        cause = cause_of(messages) if ends_with_own_message(messages) else STOPPED
+        return STOPPED if cause == STOPPED else f"{STOPPED}: {cause}"
     if status == FAILED:
         return cause_of(messages)
     if began:

@@ -7,11 +7,11 @@ from pathlib import Path
 
 from ClusterShell.NodeSet import NodeSet
 
-from korvel_fleet import summary
-from korvel_fleet.errors import Trouble
-from korvel_fleet.folder import boards_with_packages
-from korvel_fleet.metrics import write_metrics
-from korvel_fleet.results import SEVERITIES, BoardResult, age, print_results
+from korvel_fleet.common.errors import Trouble
+from korvel_fleet.packages import summary
+from korvel_fleet.packages.folder import boards_with_packages
+from korvel_fleet.packages.metrics import write_metrics
+from korvel_fleet.packages.results import SEVERITIES, BoardResult, age, print_results
 
 UNITS = ((86400, "d"), (3600, "h"), (60, "min"), (1, "s"))
 COLUMNS = ("Board", "State", "Age", "Errors", "Warnings", "Notes", "Package")

@@ -7,12 +7,12 @@ from collections.abc import Callable
 
 from ClusterShell.NodeSet import NodeSet
 
-from korvel_fleet.boards import boards_of
-from korvel_fleet.processes import Conversation, Interrupted, Processes
-from korvel_fleet.progress import Progress
-from korvel_fleet.results import BoardResult, folded_causes
-from korvel_fleet.ssh import command_line
-from korvel_fleet.texts import decoded, visible
+from korvel_fleet.boards.names import boards_of
+from korvel_fleet.boards.processes import Conversation, Interrupted, Processes
+from korvel_fleet.boards.progress import Progress
+from korvel_fleet.boards.ssh import command_line
+from korvel_fleet.common.texts import decoded, visible
+from korvel_fleet.packages.results import BoardResult, folded_causes
 
 RULE = "-" * 15
 MAX_BYTES = 128 * 1024 * 1024

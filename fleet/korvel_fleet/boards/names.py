@@ -7,8 +7,8 @@ from collections.abc import Sequence
 from ClusterShell.NodeSet import NodeSet, NodeSetException
 from ClusterShell.NodeUtils import GroupResolverError
 
-from korvel_fleet.errors import WrongUsage
-from korvel_fleet.texts import visible
+from korvel_fleet.common.errors import WrongUsage
+from korvel_fleet.common.texts import visible
 
 # A name becomes a file name and an argument of ssh.
 _NAME = re.compile(r"[A-Za-z0-9_][A-Za-z0-9_.:@-]{0,199}")

@@ -3,11 +3,11 @@
 import secrets
 from argparse import Namespace
 
-from korvel_fleet.answers import Answers, ask
-from korvel_fleet.collection import JOB_CAUSES
-from korvel_fleet.ssh import why_it_ended
-from korvel_fleet.stream import JobStream, Refused
-from korvel_fleet.texts import TOO_MANY_ERRORS, Tail
+from korvel_fleet.boards.ssh import why_it_ended
+from korvel_fleet.boards.stream import JobStream, Refused
+from korvel_fleet.commands.answers import Answers, ask
+from korvel_fleet.commands.collection import JOB_CAUSES
+from korvel_fleet.common.texts import TOO_MANY_ERRORS, Tail
 
 # The keys of the run file that are the same in each run on the board.
 STATE = (b"korvel", b"deployment", b"kernel", b"zone")

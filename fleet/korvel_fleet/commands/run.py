@@ -4,10 +4,10 @@ import math
 import secrets
 from argparse import Namespace
 
-from korvel_fleet.answers import TOO_MUCH_IN_ALL, Answers, ask
-from korvel_fleet.ssh import FAILED, ends_with_own_message, why_it_ended
-from korvel_fleet.stream import FirstLine, Refused
-from korvel_fleet.texts import Tail
+from korvel_fleet.boards.ssh import FAILED, ends_with_own_message, why_it_ended
+from korvel_fleet.boards.stream import FirstLine, Refused
+from korvel_fleet.commands.answers import TOO_MUCH_IN_ALL, Answers, ask
+from korvel_fleet.common.texts import Tail
 
 NOT_FOUND = 127
 

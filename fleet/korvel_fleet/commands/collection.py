@@ -4,14 +4,14 @@ from collections.abc import Callable
 from dataclasses import dataclass
 from pathlib import Path
 
-from korvel_fleet import ssh
-from korvel_fleet.clock import now
-from korvel_fleet.folder import Folder
-from korvel_fleet.judge import Judges
-from korvel_fleet.results import BoardResult
-from korvel_fleet.stream import MAX_RUN_FILE, JobStream, Refused
-from korvel_fleet.texts import TOO_MANY_ERRORS, Tail
-from korvel_fleet.verdicts import Verdict
+from korvel_fleet.boards import ssh
+from korvel_fleet.boards.stream import MAX_RUN_FILE, JobStream, Refused
+from korvel_fleet.common.clock import now
+from korvel_fleet.common.texts import TOO_MANY_ERRORS, Tail
+from korvel_fleet.packages.folder import Folder
+from korvel_fleet.packages.judge import Judges
+from korvel_fleet.packages.results import BoardResult
+from korvel_fleet.packages.verdicts import Verdict
 
 # The causes that the job names, see job.sh.
 JOB_CAUSES = {

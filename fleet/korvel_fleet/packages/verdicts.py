@@ -5,7 +5,7 @@ import sys
 from dataclasses import dataclass, field
 from typing import Any
 
-from korvel_fleet.texts import one_line
+from korvel_fleet.common.texts import one_line
 
 MAX_LINE = 8 * 1024 * 1024
 MAX_TEXTS = 10  # of findings of a package; korvel-report writes the gravest first

@@ -6,8 +6,8 @@ from collections.abc import Iterator
 from html import escape
 from urllib.parse import quote
 
-from korvel_fleet.clock import now
-from korvel_fleet.results import SEVERITIES, BoardResult, folded_causes
+from korvel_fleet.common.clock import now
+from korvel_fleet.packages.results import SEVERITIES, BoardResult, folded_causes
 
 STYLE = """
 :root { color-scheme: light dark; --page: #fff; --text: #1a1a1a; --link: #0645ad; --line: #bbb; --soft: #f0f0f0; }

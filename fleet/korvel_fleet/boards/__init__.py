@@ -1,0 +1,1 @@
+"""Asks boards: their names, processes with ssh, and the stream of the job."""

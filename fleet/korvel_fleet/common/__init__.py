@@ -1,0 +1,1 @@
+"""What all modules use: errors, texts, the time."""
