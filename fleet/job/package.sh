@@ -138,25 +138,31 @@ settle_heartbeat() {
     esac
 }
 
+collect_package() {
+    start_supervision
+    is_ready=true
+    set_earlier_files_aside || is_ready=false
+    await_begin
+    description=$(describe_board "$board" && probe_interfaces "$@")
+    ! "$is_ready" || {
+        run_korvel
+        ! "$is_work_clear" || : > "$own/ended"
+        take_package
+    }
+    bring_earlier_files_back
+    sum=
+    ! exists "$made" || sum=$(sha256sum < "$made")
+    settle_heartbeat
+    "$is_ready"
+}
+
 # Makes the package $made, and prints its run file, and a dot that protects line feeds. Runs in a process of its own,
 # which continues after signals, and if the job is killed: it ends soon, holds the lock until then, and leaves the board
 # as it was. Its tools inherit the ignored signals. korvel has a handler while it packs, so the programs that it starts
 # do not inherit TERM.
 make_package() {
     trap '' HUP INT TERM PIPE
-    set_earlier_files_aside || {
-        bring_earlier_files_back
-        exit 1
-    }
-    start_heartbeat
-    description=$(describe_board "$board" && probe_interfaces "$@")
-    run_korvel
-    ! "$is_work_clear" || : > "$own/ended"
-    take_package
-    bring_earlier_files_back
-    sum=
-    ! exists "$made" || sum=$(sha256sum < "$made")
-    without_folders settle_heartbeat
+    without_folders collect_package "$@" || exit 1
     text=$(describe_run && echo .)
     # In one piece: bash reports only the first failure. It fails if the job was killed.
     printf '%s' "$text" 2> /dev/null || rm -f "$made"

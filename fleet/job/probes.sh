@@ -3,6 +3,7 @@
 
 probe_seconds=10  # the master has one second, and another collection must not delay the log for long
 heartbeat_seconds=3  # a missing answer is logged after two
+ending_seconds=5  # a process that reports an error answers within two
 begin_tries=30  # tenths of a second
 probe_grace=2  # seconds
 supervision_seconds=300  # longer than a collection; only if the job is killed, this limit ends supervision
@@ -27,7 +28,7 @@ getport() {
 
 # --- The heartbeat -----------------------------------------------------------------------------------------------
 # After a healthy cycle, supervision prints and logs nothing. So a cycle was healthy if supervision began, and the log has
-# no trouble after the time that a missing answer needs. Other work can be done between start_heartbeat and
+# no trouble after the time that a missing answer needs. Other work can be done between start_supervision, await_begin and
 # finish_heartbeat.
 
 dispatchers_log() { within "$probe_seconds" "$probe_grace" korvel print dlog 2> /dev/null; }
@@ -60,9 +61,12 @@ has_begun() { grep -q "^[^ ]* *2  *$command " /proc/net/netlink; }
 
 nap() { sleep 0.1 2> /dev/null || sleep 1; }  # the sleep of some boards needs whole seconds
 
-# Starts supervision, and waits until it has begun. From then on, $cycle is a process that ends with the first cycle.
-start_heartbeat() {
+start_supervision() {
     start_limited "$supervision_seconds" "$probe_grace" supervise > /dev/null 2>&1
+}
+
+# Waits until supervision has begun. From then on, $cycle is a process that ends with the first cycle.
+await_begin() {
     tries=$begin_tries
     begun=true
     until has_begun; do
@@ -79,25 +83,23 @@ start_heartbeat() {
 
 # Supervision that ends at once prints why.
 printed_trouble() {
-    within "$heartbeat_seconds" "$probe_grace" korvel supervision 2>&1 | sed -n 's/^Heartbeat status: *//p'
+    within "$ending_seconds" "$probe_grace" korvel supervision 2>&1 | sed -n 's/^Heartbeat status: *//p'
 }
 
 # Sets $heartbeat.
 finish_heartbeat() {
     await "$cycle"
     end=by-itself
-    ! is_running "$command" || {
-        end=hung
-        ! stop "$command" "$probe_grace" || end=stopped
+    ! is_running "$command" || end=stopped
+    trouble=
+    ! "$begun" || {
+        kill -TERM "$command" 2> /dev/null  # it ends while the log is read
+        trouble=$(dispatchers_log | logged_trouble)
     }
+    ! is_running "$command" || stop "$command" "$probe_grace" || end=hung
     finish_limited
     supervision_status=$?
-    if "$begun"; then
-        trouble=$(dispatchers_log | logged_trouble)
-    else
-        trouble=
-        [ "$end" != by-itself ] || trouble=$(printed_trouble)
-    fi
+    [ "$begun:$end" != false:by-itself ] || trouble=$(printed_trouble)
     case $begun:$end:$trouble in
         *:by-itself: | *:by-itself:none) heartbeat="unhealthy: supervision ended with status $supervision_status" ;;
         *:hung: | *:hung:none) heartbeat='unknown: supervision hung' ;;
@@ -115,12 +117,15 @@ without_folders() {
         exists "$folder" || missing="$missing $folder"
     done
     "$@"
+    set -- "$?"
     # shellcheck disable=SC2086 # the names have no blanks
     [ -z "$missing" ] || rmdir $missing 2> /dev/null
+    return "$1"
 }
 
 supervise_once() {
-    start_heartbeat
+    start_supervision
+    await_begin
     finish_heartbeat
 }
 

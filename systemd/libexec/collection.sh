@@ -53,7 +53,7 @@ zone() {
     case $name in
         '' | *[./]localtime | /* | .*)
             name=$(date +%z)
-            echo "${name%??}:${name#???}"
+            printf "%s:%s\n" "${name%??}" "${name#???}"
             ;;
         *) echo "$name" ;;
     esac

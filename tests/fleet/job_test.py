@@ -39,6 +39,10 @@ class TheJob(BoardCase):
             collect pkg-pm; tr -cd x < /tmp/stream | wc -c | cut -c 1-3""")
         self.assertEqual(out, "status 0\nend\n104\n")
 
+    def test_leaves_nothing_where_nothing_was(self) -> None:
+        outcome = self.run_on_board("files > /tmp/before; collect pkg-pm; files | diff /tmp/before -")
+        self.assertEqual(outcome, (0, "status 0\nend\n", ""))
+
     def test_leaves_nothing_of_a_probe(self) -> None:
         outcome = self.run_on_board("files > /tmp/before; job probe TOKEN lab-17 eth0 > /dev/null; files | diff /tmp/before -")
         self.assertEqual(outcome, (0, "", ""))
