@@ -95,7 +95,12 @@ inline constexpr std::string_view allLogs = "logs";
 inline constexpr std::string_view sidecarLines = "sidecar";
 inline constexpr std::string_view wholePackage = "package";
 
+/// Whether to compile each pattern, to find errors in it. That takes longer than all else, and the tests do
+/// it for the shipped rules.
+enum class PatternCheck { compile, skip };
+
 /// Reads a file of rules. Throws RuleError with `file`, line and reason.
-RuleFile parseRules(const std::string& text, const std::string& file);
+RuleFile parseRules(const std::string& text, const std::string& file,
+                    PatternCheck check = PatternCheck::compile);
 
 }  // namespace Report

@@ -19,7 +19,8 @@ namespace {
 /// One table of a rule file, with its place for messages.
 class RuleTable {
 public:
-    RuleTable(const toml::table& tomlTable, const std::string& fileName) : table(tomlTable), file(fileName) {}
+    RuleTable(const toml::table& tomlTable, const std::string& fileName, PatternCheck patternCheck)
+        : table(tomlTable), file(fileName), check(patternCheck) {}
 
     [[noreturn]] void refuse(const toml::node& node, const std::string& reason) const {
         throw RuleError(file + ":" + std::to_string(node.source().begin.line) + ": " + reason);
@@ -75,20 +76,25 @@ public:
             return std::nullopt;
         }
         std::string pattern = textOf(key);
-        try {
-            const TextPattern compiled(pattern, TextPattern::Mode::anyCase);
-        } catch (const PatternError& error) {
-            refuse(*find(key), "'" + std::string(key) + "' is no pattern: " + error.what());
+        if (checksPatterns()) {
+            try {
+                const TextPattern compiled(pattern, TextPattern::Mode::anyCase);
+            } catch (const PatternError& error) {
+                refuse(*find(key), "'" + std::string(key) + "' is no pattern: " + error.what());
+            }
         }
         return pattern;
     }
 
+    bool checksPatterns() const { return check == PatternCheck::compile; }
+
     const toml::table& keys() const { return table; }
-    const std::string& fileName() const { return file; }
+    RuleTable rowsOf(const toml::table& inside) const { return {inside, file, check}; }
 
 private:
     const toml::table& table;
     const std::string& file;
+    PatternCheck check;
 };
 
 /// The enumerator of a name, of the first `count` ones.
@@ -115,6 +121,15 @@ void readPattern(const RuleTable& table, Rule& rule) {
     }
 }
 
+void checkGroups(const RuleTable& table, const Rule& rule) {
+    const TextPattern pattern(*rule.value, TextPattern::Mode::anyCase);
+    for (const std::string& form : rule.of) {
+        if (!pattern.canExpand(form)) {
+            table.refuse(*table.find("of"), "'value' does not have the groups of '" + form + "'");
+        }
+    }
+}
+
 void readValue(const RuleTable& table, Rule& rule) {
     rule.value = table.patternOf("value");
     rule.except = table.patternOf("except");
@@ -124,11 +139,8 @@ void readValue(const RuleTable& table, Rule& rule) {
     if (rule.comparison.percent == rule.of.empty()) {
         table.refuse(*table.find("is"), "'of' belongs to a comparison in %, and only to one");
     }
-    const TextPattern pattern(*rule.value, TextPattern::Mode::anyCase);
-    for (const std::string& form : rule.of) {
-        if (!pattern.canExpand(form)) {
-            table.refuse(*table.find("of"), "'value' does not have the groups of '" + form + "'");
-        }
+    if (table.checksPatterns()) {
+        checkGroups(table, rule);
     }
 }
 
@@ -214,7 +226,7 @@ LogForms::Levels readLevels(const RuleTable& table) {
     if (words == nullptr) {
         table.refuse(*node, "'levels' must be a table of words and levels");
     }
-    const RuleTable rows(*words, table.fileName());
+    const RuleTable rows = table.rowsOf(*words);
     for (const auto& [word, level] : *words) {
         std::string lower(word.str());
         std::ranges::transform(lower, lower.begin(),
@@ -258,9 +270,9 @@ toml::table parseToml(const std::string& text, const std::string& file) {
 
 }  // namespace
 
-RuleFile parseRules(const std::string& text, const std::string& file) {
+RuleFile parseRules(const std::string& text, const std::string& file, PatternCheck check) {
     const toml::table document = parseToml(text, file);
-    const RuleTable whole(document, file);
+    const RuleTable whole(document, file, check);
     RuleFile parsed;
     std::set<std::string> identifiers;
     for (const auto& [key, node] : document) {
@@ -271,7 +283,7 @@ RuleFile parseRules(const std::string& text, const std::string& file) {
                          "'" + std::string(key.str()) + "' is not a list of tables [[rule]] or [[form]]");
         }
         for (const toml::node& item : *tables) {
-            const RuleTable table(*item.as_table(), file);
+            const RuleTable table = whole.rowsOf(*item.as_table());
             if (isForm) {
                 parsed.forms.push_back(readForm(table, file));
             } else {

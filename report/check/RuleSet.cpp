@@ -103,7 +103,9 @@ struct RuleSet::Rules {
 
 RuleSet::RuleSet() : rules(std::make_unique<Rules>()) {
     for (const ShippedRules& shipped : shippedRules()) {
-        add(std::string(shipped.text), std::string(shipped.file) + " (shipped with korvel-report)");
+        rules->add(parseRules(std::string(shipped.text),
+                              std::string(shipped.file) + " (shipped with korvel-report)",
+                              PatternCheck::skip));
     }
 }
 
