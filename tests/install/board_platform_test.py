@@ -49,6 +49,7 @@ def configure(build: Path, root: Path) -> None:
         "CMAKE_INSTALL_PREFIX": "/usr",
         # The fastest build.
         "CMAKE_BUILD_TYPE": "Debug",
+        "CMAKE_CXX_FLAGS_DEBUG": "",
         "CMAKE_UNITY_BUILD": "ON",
         "CMAKE_UNITY_BUILD_BATCH_SIZE": "0",
     }
