@@ -3,6 +3,7 @@
 import secrets
 import sys
 from argparse import Namespace
+from collections.abc import Callable
 from pathlib import Path
 
 from ClusterShell.NodeSet import NodeSet
@@ -62,8 +63,9 @@ class CollectRun:
             self._ask(self._boards - NodeSet.fromlist(list(self._results)))
         except Interrupted as interruption:
             signal_number = interruption.signal_number
-        self._write()
+        self._complete_results()
         status = print_results([self._results[board] for board in self._boards], self._folder.path)
+        self._write()
         return status if signal_number is None else 128 + signal_number
 
     def _find(self, boards: NodeSet) -> dict[str, str]:
@@ -79,13 +81,13 @@ class CollectRun:
 
     def _ask(self, boards: NodeSet) -> None:
         arguments = self._arguments
-        for board in boards:
-            self._folder.free_name(board)
         progress = Progress(len(boards))
 
         def take(result: BoardResult) -> None:
             self._results[result.board] = result
             progress.count(failed=result.state != "whole")
+
+        boards -= NodeSet.fromlist([board for board in boards if not self._has_room(board, take)])
 
         plan = Plan(self._folder, self._judges, secrets.token_hex(8), arguments.max_bytes, arguments.timeout, take)
         words = ["collect", plan.token]
@@ -98,11 +100,20 @@ class CollectRun:
         finally:
             progress.clear()
 
+    def _has_room(self, board: str, take: Callable[[BoardResult], None]) -> bool:
+        """Makes room for the package of a board. If that fails, the board is not asked."""
+        try:
+            self._folder.make_room(board)
+        except OSError as error:
+            take(BoardResult(board, "failed", self._folder.trouble(error)))
+            return False
+        return True
+
     def _take_recalled(self, result: BoardResult) -> None:
         self._results[result.board] = result
 
-    def _write(self) -> None:
-        """Writes about all boards of the folder, also those that this run did not name."""
+    def _complete_results(self) -> None:
+        """Adds the boards of the folder that this run did not ask, also those that it did not name."""
         for board in self._boards:
             if board not in self._results:
                 earlier = self._earlier.get(board)
@@ -111,6 +122,8 @@ class CollectRun:
                 self._results[board] = earlier
         for board in self._earlier.keys() - self._results.keys():
             self._results[board] = verified(self._earlier[board], self._folder.path)
+
+    def _write(self) -> None:
         results = [self._results[board] for board in NodeSet.fromlist(list(self._results))]
         self._folder.write(summary.NAME, summary.summary_lines(results, self._arguments.package))
         self._folder.write("index.html", page_lines(results))

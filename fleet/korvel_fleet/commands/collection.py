@@ -58,7 +58,7 @@ class Collection:
         except Refused as error:
             self._state, self._cause = "refused", str(error)
         except OSError as error:
-            self._cause = f"cannot write to {self._plan.folder.path}: {error.strerror}"
+            self._cause = self._plan.folder.trouble(error)
         return self._cause is None
 
     def complained(self, data: bytes) -> bool:
@@ -114,7 +114,7 @@ class Collection:
                 kept = folder.keep(result.board, self._state if self._state != "failed" else "cut")
         except OSError as error:
             kept = None
-            self._state, self._cause = "failed", f"cannot rename in {folder.path}: {error.strerror}"
+            self._state, self._cause = "failed", folder.trouble(error)
         result.state, result.cause = self._state, self._cause
         # Without a package, only its run file arrived, perhaps not even that.
         result.file = kept.name if kept and kept.exists() else None

@@ -44,8 +44,7 @@ class Recall:
                 self._take(known)
             elif board in found:
                 self._judges.judge(self._folder.package(board), functools.partial(self._take_package, board))
-            else:
-                self._folder.free_name(board)
+            elif self._can(self._folder.free_name, board):
                 self._judge_arrived(board)
 
     def _judge_arrived(self, board: str) -> None:
@@ -58,12 +57,20 @@ class Recall:
         if verdict.flaw(board) is None:
             self._take_whole(board, verdict)
         else:
-            self._folder.set_aside(board)
+            self._can(self._folder.set_aside, board)
 
     def _take_arrived(self, board: str, verdict: Verdict) -> None:
-        if verdict.flaw(board) is None:
-            self._folder.publish(board)
+        if verdict.flaw(board) is None and self._can(self._folder.publish, board):
             self._take_whole(board, verdict)
+
+    @staticmethod
+    def _can(rename: Callable[[str], object], board: str) -> bool:
+        """If it cannot, the board is asked again, and Folder.make_room() says what is wrong."""
+        try:
+            rename(board)
+        except OSError:
+            return False
+        return True
 
     def _take_whole(self, board: str, verdict: Verdict) -> None:
         result = BoardResult(board, "whole", file=self._folder.package(board).name)

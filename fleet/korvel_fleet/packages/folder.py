@@ -113,9 +113,16 @@ class Folder:
             raise Trouble(f"cannot use {path}: {error.strerror}") from error
 
     def sync(self) -> None:
-        """Waits until all that arrived is on the disk: for many files, one call takes less time than one for each."""
+        """Waits until all that arrived is on the disk: for many files, one call takes less time than one for each. Raises
+        OSError if the disk failed.
+        """
         if _libc.syncfs(self._lock.fileno()) != 0:
-            raise Trouble(f"cannot write to {self.path}: {os.strerror(ctypes.get_errno())}")
+            number = ctypes.get_errno()
+            raise OSError(number, os.strerror(number))
+
+    def trouble(self, error: OSError) -> str:
+        """What went wrong in the directory, as a cause."""
+        return f"cannot write to {self.path}: {error.strerror}"
 
     def package(self, board: str) -> Path:
         return self.path / f"{board}.tgz"
@@ -128,14 +135,18 @@ class Folder:
         (self.path / name).rename(self.path / f"{name}.damaged")
 
     def arrival(self, board: str) -> Arrival:
-        """A place for a new package. Keeps what is in its way."""
-        self.keep(board, "cut")
+        """A place for a new package, after make_room()."""
         return Arrival(self.part(board))
 
     def free_name(self, board: str) -> None:
         """Takes the name of a whole package away from what is none, such as half of a publish()."""
         self._undo_publish(board)
         self.set_aside(board)
+
+    def make_room(self, board: str) -> None:
+        """Renames what is in the way of a new package. Raises OSError."""
+        self.free_name(board)
+        self.keep(board, "cut")
 
     def _undo_publish(self, board: str) -> None:
         """Takes back the first rename of a publish() that was interrupted before the second."""

@@ -99,12 +99,15 @@ class Judges:
     def _hand_out(self, cases: list[Case], verdicts: list[Verdict], error: str) -> None:
         """Packages after one that korvel-report cannot cope with are judged again, each for itself."""
         self._free += 1
-        self._sync()
+        try:
+            self._sync()
+        except OSError as error:
+            verdicts = [Verdict(failure=f"the disk failed: {error.strerror}") for _ in cases]
         for case, verdict in zip(cases, verdicts):
             case.take(verdict)
         left = cases[len(verdicts):]
         if len(cases) == 1 and left:
-            left[0].take(Verdict(cause=f"korvel-report failed: {error or 'no result'}"))
+            left[0].take(Verdict(failure=f"korvel-report failed: {error or 'no result'}"))
         elif left:
             self._waiting.extendleft(reversed(left))
             self._start(1)

@@ -17,6 +17,7 @@ class Verdict:
 
     verdict: str = "unreadable"
     cause: str = ""
+    failure: str | None = None  # why there is no verdict: something here failed, not the package
     board: str | None = None
     run_file: str = "absent"  # used, absent, foreign or unreadable
     sha256: str | None = None
@@ -32,6 +33,8 @@ class Verdict:
 
     def flaw(self, board: str) -> tuple[str, str] | None:
         """The state and the cause of a package that is not a whole one of the board."""
+        if self.failure is not None:
+            return "failed", self.failure
         if self.run_file != "used":
             return "refused", f"the run file of the package is {self.run_file}"
         if self.board != board:
