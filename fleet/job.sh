@@ -85,20 +85,8 @@ run_value() {
     esac
 }
 
-# Why the package may be incomplete, or nothing.
-cause_of_run() {
-    case $(run_value status) in
-        "$was_ended" | "$was_killed")
-            echo hung
-            return
-            ;;
-    esac
-    ! has_no_room || is_whole "$made" || echo no-room
-}
-
 # After this, the package has no name: nothing is left if the job is killed, and the next job can have the lock.
 open_package() {
-    size=$(($(wc -c < "$made")))
     exec 7< "$made"
     rm -f "$made"
 }
@@ -133,12 +121,13 @@ collect() {
         ! has_no_room || give_up no-room "no room is left below $directory"
         give_up no-package "the previous package cannot be renamed, or the collection was killed"
     }
-    cause=$(cause_of_run)
-    has_package=false
-    ! exists "$made" || { open_package && has_package=true; }
+    first=${run%%"$newline"*}
+    run=${run#*"$newline"}
+    cause=${first% *} size=${first#* }
+    [ -z "$size" ] || open_package || size=
     exec 9<&-  # sending may take long
     send_run "$run"
-    if "$has_package"; then
+    if [ -n "$size" ]; then
         send_package
     elif [ "$cause" != hung ]; then
         give_up no-package "korvel made no package: it ended with status $(run_value status)"

@@ -138,6 +138,27 @@ settle_heartbeat() {
     esac
 }
 
+# Why the package may be incomplete, or nothing.
+cause_of_run() {
+    case $status in
+        "$was_ended" | "$was_killed")
+            echo hung
+            return
+            ;;
+    esac
+    ! has_no_room || is_whole "$made" || echo no-room
+}
+
+# Sets what is known of the package.
+look_at_package() {
+    size='' sum=''
+    cause=$(cause_of_run)
+    ! exists "$made" || {
+        size=$(($(wc -c < "$made")))
+        sum=$(sha256sum < "$made")
+    }
+}
+
 collect_package() {
     start_supervision
     is_ready=true
@@ -148,22 +169,21 @@ collect_package() {
         run_korvel
         ! "$is_work_clear" || : > "$own/ended"
         take_package
+        look_at_package
     }
     bring_earlier_files_back
-    sum=
-    ! exists "$made" || sum=$(sha256sum < "$made")
     settle_heartbeat
     "$is_ready"
 }
 
-# Makes the package $made, and prints its run file, and a dot that protects line feeds. Runs in a process of its own,
-# which continues after signals, and if the job is killed: it ends soon, holds the lock until then, and leaves the board
-# as it was. Its tools inherit the ignored signals. korvel has a handler while it packs, so the programs that it starts
-# do not inherit TERM.
+# Makes the package $made. Prints a line with the cause and the size, the run file, and a dot that protects line feeds.
+# Runs in a process of its own, which continues after signals, and if the job is killed: it ends soon, holds the lock
+# until then, and leaves the board as it was. Its tools inherit the ignored signals. korvel has a handler while it packs,
+# so the programs that it starts do not inherit TERM.
 make_package() {
     trap '' HUP INT TERM PIPE
     without_folders collect_package "$@" || exit 1
     text=$(describe_run && echo .)
     # In one piece: bash reports only the first failure. It fails if the job was killed.
-    printf '%s' "$text" 2> /dev/null || rm -f "$made"
+    printf '%s\n%s' "$cause $size" "$text" 2> /dev/null || rm -f "$made"
 }
