@@ -66,7 +66,8 @@ make_root() {
     # shellcheck source=/dev/null
     . /etc/os-release
     mmdebstrap --quiet --variant=minbase \
-        --include=bash-completion,bubblewrap,libarchive13,libnettle8,libre2-9,libseccomp2,libtomlplusplus3,man-db,procps,systemd \
+        --include=bash-completion,bubblewrap,clustershell,libarchive13,libnettle8,libre2-9,libseccomp2,libsqlite3-0 \
+        --include=libtomlplusplus3,man-db,openssh-client,procps,python3,systemd \
         "$VERSION_CODENAME" "$root"
 }
 
@@ -103,6 +104,10 @@ use_as_user() {
     as_user man -P cat korvel-report | grep 'read, check, compare and clean packages'
     as_user sh -c 'boardsim -- sh -c "korvel pkg; cat /ffs/run/logs/*" 2> /dev/null | korvel-report check -' |
         grep '^-: whole'
+    as_user man -P cat korvel-fleet | grep 'many boards'
+    expect "korvel-fleet $version" as_user korvel-fleet --version
+    as_user sh -c 'cd /tmp && korvel-fleet collect -w board -o packages --ssh false
+        grep -o "<li>board: the job did not start" packages/index.html && rm -r packages'
 }
 
 check_units() {

@@ -16,8 +16,8 @@ from korvel_fleet.packages.verdicts import JsonLines, Verdict
 
 # korvel-report needs longer to read its rules than to read a package. So it waits for some packages, but not for long.
 BATCH = 32
-FEW = 16
-PATIENCE = 1.0  # seconds
+FEW = 8
+PATIENCE = 0.5  # seconds
 SECONDS = 20  # for each package; korvel-report itself stops after ten seconds of processor time
 
 
