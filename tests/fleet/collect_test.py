@@ -43,6 +43,12 @@ class Collect(fleet.FolderCase):
         self.assertEqual(outcome.out, "board[3,20]: name not known\nboard1: no route to the board\nboard2: connection refused\n"
                          "board10: permission denied\n" + self.total("0 of 5 boards"))
 
+    def test_judges_what_has_arrived_as_soon_as_no_board_is_left(self) -> None:
+        package = fleet.package(self.folder / "package.tgz").read_bytes()
+        run_file = "format: 1\nboard: board1\ncommand: korvel pkg-pm\nsha256: SUM\n\n"
+        outcome = self.collect("board[1-2]", {"board1": sends(run_file, package, self.folder), "board2": "sleep 0.3; exit 255"})
+        self.assertEqual(outcome.out, "board2: cannot connect\n" + self.total("1 of 2 boards"))
+
     def test_misses_a_collector_that_left_no_part(self) -> None:
         packed = io.BytesIO()
         with tarfile.open(fleet.package(self.folder / "all.tgz")) as old, tarfile.open(fileobj=packed, mode="w:gz") as new:

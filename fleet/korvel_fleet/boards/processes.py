@@ -223,15 +223,20 @@ class Processes:
         self._task.set_info("fanout", fanout)
         self._watch = _Watch()
         self._boards_left = 0
+        self._answered: Callable[[], None] = lambda: None
 
     @property
     def boards_left(self) -> int:
         """How many of the boards have not answered to the end."""
         return self._boards_left
 
+    def when_answered(self, act: Callable[[], None]) -> None:
+        """Calls `act` when all boards have answered to the end."""
+        self._answered = act
+
     def later(self, seconds: float, act: Callable[[], None]) -> None:
-        """Calls `act` while run() runs, which lasts until then."""
-        self._task.timer(seconds, _Later(act))
+        """Calls `act`, unless all processes end before."""
+        self._task.timer(seconds, _Later(act), autoclose=True)
 
     def add(self, name: str, conversation: Conversation, command: Command, timeout: float) -> None:
         """Adds a process that starts at once. May be called while run() runs."""
@@ -252,6 +257,8 @@ class Processes:
             left -= 1
             self._boards_left -= 1
             self._end(conversation, status)
+            if not self._boards_left:
+                self._answered()
             if left < self._piece // 2:
                 add_piece()
 

@@ -74,6 +74,7 @@ class Judges:
         self._free = os.cpu_count() or 1
         self._waiting: deque[Case] = deque()
         self._is_patient = False
+        processes.when_answered(functools.partial(self._start, BATCH))
 
     def judge(self, package: Path, take: Callable[[Verdict], None]) -> None:
         """Calls `take` with the verdict, later."""
@@ -101,8 +102,8 @@ class Judges:
         self._free += 1
         try:
             self._sync()
-        except OSError as error:
-            verdicts = [Verdict(failure=f"the disk failed: {error.strerror}") for _ in cases]
+        except OSError as trouble:
+            verdicts = [Verdict(failure=f"the disk failed: {trouble.strerror}") for _ in cases]
         for case, verdict in zip(cases, verdicts):
             case.take(verdict)
         left = cases[len(verdicts):]
