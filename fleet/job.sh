@@ -129,7 +129,7 @@ collect() {
     send_run "$run"
     if [ -n "$size" ]; then
         send_package
-    elif [ "$cause" != hung ]; then
+    elif [ -z "$cause" ]; then
         give_up no-package "korvel made no package: it ended with status $(run_value status)"
     fi
     finish "$cause"

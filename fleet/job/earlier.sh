@@ -16,8 +16,8 @@ keep_both() {
     earlier=$1
     if ! exists "$newer.previous" && ! exists "$newer.previous.run"; then
         earlier=$newer.previous
-        sum=$(sha256sum < "$1")
-        ! grep -qsx "sha256: ${sum%% *}" "$newer.run" || mv "$newer.run" "$earlier.run"
+        earlier_sum=$(sha256sum < "$1")
+        ! grep -qsx "sha256: ${earlier_sum%% *}" "$newer.run" || mv "$newer.run" "$earlier.run"
         mv "$1" "$earlier"
     fi
     say "$newer is there again, perhaps from somebody else: the earlier package is $earlier"

@@ -58,13 +58,13 @@ stop() {
     return 1
 } 2> /dev/null
 
-# watch PID SECONDS GRACE: ends the process when the time is over. USR1 ends the watch: TERM may be ignored.
+# watch PID SECONDS GRACE: ends the process when the time is over. USR1 ends the watch: TERM may be ignored. It may come
+# before the next command after the sleep.
 watch() {
-    waiter=
-    trap '[ -z "$waiter" ] || kill -KILL "$waiter"; exit 0' USR1
+    earlier=$!
+    trap '[ "$!" = "$earlier" ] || kill -KILL "$!"; exit 0' USR1
     sleep "$2" &
-    waiter=$!
-    wait "$waiter"
+    wait "$!"
     trap '' USR1
     stop "$1" "$3" || exit "$was_killed"
     exit "$was_ended"
@@ -77,7 +77,8 @@ start_limited() {
     shift 2
     "$@" < /dev/null 4>&- 5>&- 9>&- &
     command=$!
-    watch "$command" "$seconds" "$grace" > /dev/null 2>&1 4>&- 5>&- 9>&- &
+    # For a redirected function, the shell would keep copies of the descriptors. exec keeps none.
+    { exec > /dev/null 2>&1 4>&- 5>&- 9>&-; watch "$command" "$seconds" "$grace"; } &
     watcher=$!
 }
 

@@ -129,12 +129,13 @@ describe_run() {
     printf '\n%s' "$errors"
 }
 
-# A healthy cycle beside the collection is enough. The collection may have delayed an answer, so trouble is looked for
-# again without it.
+# A healthy cycle beside the collection is enough. Otherwise, the collection may have delayed an answer, or the log may
+# have lost the start of supervision, so supervision runs again without it.
 settle_heartbeat() {
     finish_heartbeat
     case $heartbeat in
-        unhealthy:*) supervise_once ;;
+        healthy) ;;
+        *) supervise_once ;;
     esac
 }
 
@@ -167,7 +168,7 @@ collect_package() {
     description=$(describe_board "$board" && probe_interfaces "$@")
     ! "$is_ready" || {
         run_korvel
-        ! "$is_work_clear" || : > "$own/ended"
+        ! "$is_work_clear" || { true > "$own/ended"; } 2> /dev/null || is_work_clear=false
         take_package
         look_at_package
     }

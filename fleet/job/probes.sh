@@ -6,10 +6,10 @@ heartbeat_seconds=3  # a missing answer is logged after two
 ending_seconds=5  # a process that reports an error answers within two
 begin_tries=30  # tenths of a second
 probe_grace=2  # seconds
-supervision_seconds=300  # longer than a collection; only if the job is killed, this limit ends supervision
+supervision_seconds=600  # longer than a collection; only if the job is killed, this limit ends supervision
 
 # One line without control characters, of bounded length.
-one_line() { tr '[:cntrl:]' ' ' | head -c 400 | sed 's/  *$//'; }
+one_line() { tr '[:cntrl:]' ' ' 2> /dev/null | head -c 400 | sed 's/  *$//'; }
 
 # probe NAME COMMAND...: the line of the run file that holds the output of the command.
 probe() {
@@ -53,17 +53,16 @@ logged_trouble() {
 # The job may ignore TERM, but TERM ends supervision.
 supervise() {
     trap - TERM
-    exec korvel supervision
+    exec korvel supervision > /dev/null 2>&1
 }
 
 # Supervision has begun when it has its netlink socket (protocol 2), whose port is the number of its process.
 has_begun() { grep -q "^[^ ]* *2  *$command " /proc/net/netlink; }
 
-nap() { sleep 0.1 2> /dev/null || sleep 1; }  # the sleep of some boards needs whole seconds
+# The sleep of some boards needs whole seconds.
+nap() { sleep 0.1 2> /dev/null || { sleep 1 && tries=$((tries - 9)); }; }
 
-start_supervision() {
-    start_limited "$supervision_seconds" "$probe_grace" supervise > /dev/null 2>&1
-}
+start_supervision() { start_limited "$supervision_seconds" "$probe_grace" supervise; }
 
 # Waits until supervision has begun. From then on, $cycle is a process that ends with the first cycle.
 await_begin() {
@@ -71,7 +70,7 @@ await_begin() {
     begun=true
     until has_begun; do
         tries=$((tries - 1))
-        if [ "$tries" -eq 0 ] || ! is_running "$command"; then
+        if [ "$tries" -le 0 ] || ! is_running "$command"; then
             begun=false
             break
         fi
@@ -135,7 +134,7 @@ heartbeat_line() { key "probe: heartbeat" "$(printf '%.400s' "$heartbeat")"; }
 
 # The release in the program's ELF note, which is near the beginning of the program.
 release() {
-    tr -c '[:print:]' '\n' < "$(command -v korvel)" 2> /dev/null |
+    LC_ALL=C tr -c ' -~' '\n' < "$(command -v korvel)" 2> /dev/null |
         sed -n '/.*"name":"korvel","version":"\([^"]*\)".*/ { s//\1/p; q; }'
 }
 

@@ -37,7 +37,7 @@ lock_collection() {
 
 # await PID: waits for a child process, also if signals interrupt the wait. Some shells print how it ended.
 await() {
-    while wait "$1"; awaited=$?; kill -0 "$1"; do :; done
+    while wait "$1"; awaited=$?; [ "$awaited" -gt 128 ] && kill -0 "$1"; do :; done
     return "$awaited"
 } 2> /dev/null
 

@@ -102,6 +102,28 @@ class AfterAJobWasKilledWithAllItsProcesses(BoardCase):
                                    "/tmp/korvel-fleet-0/earlier-\n"))
 
 
+class AJobBesideOthers(BoardCase):
+    def test_sends_the_checksum_of_its_own_package_if_there_is_another_one_again(self) -> None:
+        _, out, _ = self.run_on_board("""
+            echo old > netfp_logs_post_mortem.tgz
+            replace_korvel 'case $1 in pkg*) real "$@"; { sleep 0.1; while [ -e netfp_logs_post_mortem.tgz ]; do sleep 0.01; done
+                echo other > netfp_logs_post_mortem.tgz; } > /dev/null 2>&1 & ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'
+            sed -i 's/^look_at_package() {/look_at_package() { sleep 0.5;/' /tmp/job
+            job collect TOKEN lab-17 pkg-pm 10000000 > /tmp/stream 2> /dev/null
+            set -- $(sed -n 's/^package //p' /tmp/stream)
+            head -c -4 /tmp/stream | tail -c "$1" | sha256sum | grep -c "$2"
+            cat netfp_logs_post_mortem.tgz""")
+        self.assertEqual(out, "1\nother\n")
+
+    def test_leaves_the_lock_if_the_process_that_makes_the_package_is_killed(self) -> None:
+        outcome = self.run_on_board("""
+            replace_korvel 'case $1 in pkg*) touch /tmp/begun; exec sleep 2 ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'
+            start pkg-pm; until_exists /tmp/begun
+            kill -9 $(cat "/proc/$job/task/$job/children"); wait "$job" 2> /dev/null
+            flock -w 20 /ffs/run/logs echo free""")
+        self.assertEqual(outcome[:2], (0, "free\n"))
+
+
 class AJobWithoutAPackage(BoardCase):
     def test_clears_its_own_work_files(self) -> None:
         outcome = self.run_on_board(EARLIER + """
@@ -135,7 +157,7 @@ class TwoJobs(BoardCase):
         self.assertEqual(out, "status 0\nend\nstatus first\nend\n")
 
 
-class InBusybox(AJobThatIsEnded, AfterAJobWasKilledWithAllItsProcesses, AJobWithoutAPackage, TwoJobs):
+class InBusybox(AJobBesideOthers, AJobThatIsEnded, AfterAJobWasKilledWithAllItsProcesses, AJobWithoutAPackage, TwoJobs):
     shell = "busybox"
 
 

@@ -107,6 +107,16 @@ no endpackage N SUM
             self.assertEqual(outcome[1].splitlines()[-1], out)
             self.assertIn(f"korvel-fleet: {err}", outcome[2])
 
+    def test_says_that_no_room_is_left_if_there_is_no_package(self) -> None:
+        outcome = self.run_on_board("""
+            replace_korvel 'case $1 in pkg*) exit 1 ;; *) exec /opt/korvel/bin/korvel "$@" ;; esac'
+            dd if=/dev/zero of=filled bs=1k 2> /dev/null; collect pkg-pm""", "--ffs-size", "32K")
+        self.assertEqual(outcome[1], "status 1\nfailed no-room\n")
+
+    def test_names_the_release_of_korvel(self) -> None:
+        outcome = self.run_on_board("job probe TOKEN lab-17 | grep -c '^korvel: [0-9]'")
+        self.assertEqual(outcome, (0, "1\n", ""))
+
     def test_says_that_no_room_is_left_if_that_cut_its_package(self) -> None:
         _, out, _ = self.run_on_board("collect pkg-pm", "--full-logs", "--ffs-size", "32K")
         self.assertEqual(out.splitlines()[-1], "failed no-room")

@@ -25,7 +25,7 @@ from ClusterShell.Worker.fastsubprocess import PIPE, Popen
 # A process that closed its outputs is given this time to end.
 SECONDS_TO_END = 5.0
 END = "end"  # the stream that is readable once the process has ended
-FILES = 3  # that are open for each process: standard output, standard error and END
+FILES = 5  # that are open for each process: standard output, standard error, END, a package and its run file
 OTHER_FILES = 64
 PR_SET_PDEATHSIG = 1
 CHUNK = 1 << 16
