@@ -58,8 +58,8 @@ stop() {
     return 1
 } 2> /dev/null
 
-# watch PID SECONDS GRACE: ends the process when the time is over. USR1 ends the watch: TERM may be ignored. It may come
-# before the next command after the sleep.
+# watch PID SECONDS GRACE: ends the process when the time is over. USR1 ends the watch: TERM may be ignored. USR1 may come
+# as soon as the sleep has started, so the trap uses $! and not a variable that the next command sets.
 watch() {
     earlier=$!
     trap '[ "$!" = "$earlier" ] || kill -KILL "$!"; exit 0' USR1
