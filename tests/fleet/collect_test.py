@@ -4,6 +4,8 @@ import hashlib
 import html.parser
 import io
 import re
+import shutil
+import subprocess
 import tarfile
 import unittest
 from pathlib import Path
@@ -48,6 +50,17 @@ class Collect(fleet.FolderCase):
         run_file = "format: 1\nboard: board1\ncommand: korvel pkg-pm\nsha256: SUM\n\n"
         outcome = self.collect("board[1-2]", {"board1": sends(run_file, package, self.folder), "board2": "sleep 0.3; exit 255"})
         self.assertEqual(outcome.out, "board2: cannot connect\n" + self.total("1 of 2 boards"))
+
+    def test_says_that_korvel_report_failed_and_not_the_package(self) -> None:
+        programs = self.folder / "bin"
+        programs.mkdir()
+        (self.folder / "share").symlink_to(fleet.BUILD / "share")
+        shutil.copy(fleet.PROGRAM, programs / "korvel-fleet")
+        fleet.write_program(programs / "korvel-report", "#!/bin/sh\necho broken >&2\nexit 1\n")
+        ssh = fleet.write_stand_in(self.folder / "ssh", {})
+        done = subprocess.run([programs / "korvel-fleet", "collect", "-w", "board1", "-o", self.packages, "--ssh", ssh],
+                              capture_output=True, text=True, timeout=100)
+        self.assertEqual(done.stdout, "board1: korvel-report failed: broken\n" + self.total("0 of 1 boards"))
 
     def test_misses_a_collector_that_left_no_part(self) -> None:
         packed = io.BytesIO()
