@@ -14,7 +14,8 @@ STYLE = """
 @media (prefers-color-scheme: dark) {
     :root { --page: #121212; --text: #e8e8e8; --link: #8ab4f8; --line: #555; --soft: #262626; }
 }
-body { background: var(--page); color: var(--text); font: 16px/1.45 system-ui, sans-serif; margin: 0 auto; max-width: 72rem; padding: 1rem; }
+body { background: var(--page); color: var(--text); font: 16px/1.45 system-ui, sans-serif; }
+body { margin: 0 auto; max-width: 72rem; padding: 1rem; }
 h1 { font-size: 1.4rem; margin: 0 0 .5rem; }
 h2 { font-size: 1.1rem; margin: 1.5rem 0 .5rem; }
 table { border-collapse: collapse; width: 100%; }
