@@ -55,15 +55,28 @@ class TestScript(unittest.TestCase):
         self.assertEqual({row[:20].rstrip(): row[22:29].rstrip() for row in rows}, PASSED | results)
         self.assertTrue(outcome[1].endswith(CLOSING.lstrip()), outcome[1])
 
-    def test_includes_the_reader_of_packages_in_all_steps_if_asked(self) -> None:
-        self.put("bin/cmake", f'echo "$@" >> {self.folder}/calls')
-        for options, included in ((), "OFF"), (("--full",), "ON"):
-            self.run_script(*options)
-            calls = self.folder / "calls"
-            self.assertEqual([line for line in calls.read_text().splitlines() if line.startswith("--preset")],
-                             [f"--preset lint -DKORVEL_REPORT={included}",
-                              f"--preset sanitizers -DKORVEL_REPORT={included}", "--preset release"])
-            calls.unlink()
+    def calls_with(self, *options: str) -> list[str]:
+        """What the script starts with a preset."""
+        for tool in ("cmake", "ctest"):
+            self.put(f"bin/{tool}", f'echo {tool} "$@" | sed "s/ -j.*//" >> {self.folder}/calls')
+        self.run_script(*options)
+        return [line for line in (self.folder / "calls").read_text().splitlines() if not line.startswith("cmake --build")]
+
+    def test_leaves_out_what_takes_long_and_finds_little(self) -> None:
+        self.assertEqual(self.calls_with(), [
+            "cmake --preset lint -DKORVEL_REPORT=OFF -DKORVEL_TESTS=OFF",
+            "cmake --preset sanitizers -DKORVEL_REPORT=OFF",
+            "ctest --preset sanitizers",
+            "cmake --preset release",
+            "ctest --preset release -LE shuffled"])
+
+    def test_leaves_out_nothing_if_asked(self) -> None:
+        self.assertEqual(self.calls_with("--full"), [
+            "cmake --preset lint -DKORVEL_REPORT=ON -DKORVEL_TESTS=ON",
+            "cmake --preset sanitizers -DKORVEL_REPORT=ON",
+            "ctest --preset sanitizers",
+            "cmake --preset release",
+            "ctest --preset release"])
 
     def test_refuses_other_options(self) -> None:
         self.assertEqual(self.run_script("--ful"), (2, ""))
