@@ -19,6 +19,8 @@ umask 077
 PATH=${PATH:-/usr/bin:/bin}:/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin
 lock_tries=60  # seconds
 probe_tools='date grep head id ls rmdir sed sleep tr wc'
+newline='
+'
 collect_tools='cat find flock gzip mkdir mv rm sha256sum tar'
 
 @collection@
@@ -130,7 +132,7 @@ collect() {
     if [ -n "$size" ]; then
         send_package
     elif [ -z "$cause" ]; then
-        give_up no-package "korvel made no package: it ended with status $(run_value status)"
+        give_up no-package "no package is known to be of this run: korvel ended with status $(run_value status)"
     fi
     finish "$cause"
 }
@@ -141,8 +143,7 @@ probe_board() {
     need_korvel
     # shellcheck disable=SC2086 # the names have no blanks
     need_tools $probe_tools
-    without_folders supervise_once
-    description=$(describe_board "$board" && probe_interfaces "$@" && heartbeat_line)
+    without_folders describe_and_probe "$@"
     send_run "$description$newline$newline."
     answer end
 }

@@ -1,13 +1,10 @@
 # shellcheck shell=sh disable=SC2154 # collection.sh, limits.sh and earlier.sh assign some variables
-# One run of korvel that makes a package, between setting the earlier files aside and bringing them back. A cycle of
-# heartbeats lasts three seconds, so the rest is done meanwhile.
+# One run of korvel that makes a package, between setting the earlier files aside and bringing them back.
 
 collection_seconds=180
 collection_grace=20  # korvel packs what it has after the programs that it started are ended
 
 hung="korvel-fleet: korvel hung: it was ended after $collection_seconds seconds"
-newline='
-'
 
 # The name of the package that KEYWORD makes; for plain packages, the one that was not there before.
 name_of_package() {
@@ -20,12 +17,15 @@ name_of_package() {
     esac
 }
 
-# Prints nothing if several are new: somebody else made one, too.
+# Prints nothing if several are new.
 new_plain_package() {
     new=
     for name in $(plain_packages); do
         case $before in *"$name"*) continue ;; esac
-        [ -z "$new" ] || return
+        [ -z "$new" ] || {
+            say "$new and $name are new in $directory: somebody else made one of them"
+            return
+        }
         new=$name
     done
     echo "$new"
@@ -85,6 +85,13 @@ until_token() {
     }"
 }
 
+# If another collection was running, korvel waited for it, and the work files may belong to it.
+note_other_collection() {
+    case $errors in
+        *'Another log collection is running'*) is_work_clear=false ;;
+    esac
+}
+
 # Sets errors and status. The status goes around the pipe, and follows the text on a line of its own.
 run_korvel() {
     began=$(now)
@@ -120,23 +127,12 @@ take_package() {
 
 describe_run() {
     printf '%s\n' "$description"
-    heartbeat_line
     key command "korvel $keyword"
     key status "$status"
     key began "$began"
     key ended "$ended"
     [ -z "$sum" ] || key sha256 "${sum%% *}"
     printf '\n%s' "$errors"
-}
-
-# A healthy cycle beside the collection is enough. Otherwise, the collection may have delayed an answer, or the log may
-# have lost the start of supervision, so supervision runs again without it.
-settle_heartbeat() {
-    finish_heartbeat
-    case $heartbeat in
-        healthy) ;;
-        *) supervise_once ;;
-    esac
 }
 
 # Why the package may be incomplete, or nothing.
@@ -160,20 +156,19 @@ look_at_package() {
     }
 }
 
+# The heartbeat comes first: the collection could delay an answer, and would find supervision among the processes.
 collect_package() {
-    start_supervision
+    describe_and_probe "$@"
     is_ready=true
     set_earlier_files_aside || is_ready=false
-    await_begin
-    description=$(describe_board "$board" && probe_interfaces "$@")
     ! "$is_ready" || {
         run_korvel
+        note_other_collection
         ! "$is_work_clear" || { true > "$own/ended"; } 2> /dev/null || is_work_clear=false
         take_package
         look_at_package
     }
     bring_earlier_files_back
-    settle_heartbeat
     "$is_ready"
 }
 

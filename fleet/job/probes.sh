@@ -2,11 +2,11 @@
 # What a board tells about itself: its release, its deployment, and the probes.
 
 probe_seconds=10  # the master has one second, and another collection must not delay the log for long
-heartbeat_seconds=3  # a missing answer is logged after two
+cycle_seconds=7  # each of three answers may take almost two
+timeout_seconds=2  # after this time without an answer, korvel asks again
 ending_seconds=5  # a process that reports an error answers within two
-begin_tries=30  # tenths of a second
 probe_grace=2  # seconds
-supervision_seconds=600  # longer than a collection; only if the job is killed, this limit ends supervision
+supervision_seconds=600  # only if the job is killed, this limit ends supervision
 
 # One line without control characters, of bounded length.
 one_line() { tr '[:cntrl:]' ' ' 2> /dev/null | head -c 400 | sed 's/  *$//'; }
@@ -27,9 +27,9 @@ getport() {
 }
 
 # --- The heartbeat -----------------------------------------------------------------------------------------------
-# After a healthy cycle, supervision prints and logs nothing. So a cycle was healthy if supervision began, and the log has
-# no trouble after the time that a missing answer needs. Other work can be done between start_supervision, await_begin and
-# finish_heartbeat.
+# After a healthy cycle, supervision sleeps for four seconds, and prints and logs nothing. After another one, it ends or asks
+# again. So a board is healthy if supervision sleeps before a request can have timed out. Later, or if the kernel does not
+# tell where a process waits, the log decides.
 
 dispatchers_log() { within "$probe_seconds" "$probe_grace" korvel print dlog 2> /dev/null; }
 
@@ -50,61 +50,84 @@ logged_trouble() {
         }'
 }
 
-# The job may ignore TERM, but TERM ends supervision.
-supervise() {
-    trap - TERM
-    exec korvel supervision > /dev/null 2>&1
-}
-
-# Supervision has begun when it has its netlink socket (protocol 2), whose port is the number of its process.
-has_begun() { grep -q "^[^ ]* *2  *$command " /proc/net/netlink; }
-
-# The sleep of some boards needs whole seconds.
-nap() { sleep 0.1 2> /dev/null || { sleep 1 && tries=$((tries - 9)); }; }
-
-start_supervision() { start_limited "$supervision_seconds" "$probe_grace" supervise; }
-
-# Waits until supervision has begun. From then on, $cycle is a process that ends with the first cycle.
-await_begin() {
-    tries=$begin_tries
-    begun=true
-    until has_begun; do
-        tries=$((tries - 1))
-        if [ "$tries" -le 0 ] || ! is_running "$command"; then
-            begun=false
-            break
-        fi
-        nap
-    done
-    sleep "$heartbeat_seconds" > /dev/null 2>&1 9>&- &
-    cycle=$!
-}
-
 # Supervision that ends at once prints why.
 printed_trouble() {
     within "$ending_seconds" "$probe_grace" korvel supervision 2>&1 | sed -n 's/^Heartbeat status: *//p'
 }
 
-# Sets $heartbeat.
+uptime_seconds() { read -r uptime _ < /proc/uptime && uptime=${uptime%.*}; }
+
+elapsed() { uptime_seconds && elapsed=$((uptime - started)); }
+
+supervise() { exec korvel supervision > /dev/null 2>&1; }
+
+start_supervision() {
+    uptime_seconds
+    started=$uptime
+    start_limited "$supervision_seconds" "$probe_grace" supervise
+}
+
+# Supervision has begun when it has its netlink socket (protocol 2), whose port is the number of its process.
+has_begun() { grep -q "^[^ ]* *2  *$command " /proc/net/netlink; }
+
+# Sets $place to the function of the kernel in which supervision waits, and $nap to what identifies its sleep. The time that
+# it has run is a part of this: the log may make it sleep, too, but not for long.
+look() {
+    place='' run='' nap=''
+    read -r place < "/proc/$command/wchan"
+    read -r run < "/proc/$command/schedstat"
+    case $place in
+        *sleep*) nap="$place $run" ;;
+    esac
+} 2> /dev/null
+
+# Whether supervision sleeps. Waits until it does, it ends, or the time is over.
+falls_asleep() {
+    elapsed=0 nap=''
+    while is_running "$command"; do
+        earlier=$nap
+        look
+        elapsed
+        [ -z "$nap" ] || [ "$nap" != "$earlier" ] || return 0
+        [ "$elapsed" -lt "$cycle_seconds" ] || return 1
+        sleep 0.1 2> /dev/null || sleep 1  # the sleep of some boards needs whole seconds
+    done
+    return 1
+}
+
+# Sets $cycle to healthy, quiet (not unhealthy if nothing was logged), endless, ended, or none.
+await_cycle() {
+    cycle=endless
+    if falls_asleep; then
+        cycle=quiet
+        [ "$elapsed" -ge "$timeout_seconds" ] || cycle=healthy
+    elif ! is_running "$command"; then
+        cycle=ended
+        return
+    fi
+    case $place in
+        '' | 0) cycle=quiet ;;
+    esac
+    has_begun || cycle=none
+}
+
+# Sets $heartbeat. Other work can be done between start_supervision and this.
 finish_heartbeat() {
-    await "$cycle"
-    end=by-itself
-    ! is_running "$command" || end=stopped
-    trouble=
-    ! "$begun" || {
-        kill -TERM "$command" 2> /dev/null  # it ends while the log is read
-        trouble=$(dispatchers_log | logged_trouble)
-    }
-    ! is_running "$command" || stop "$command" "$probe_grace" || end=hung
+    await_cycle
+    kill -KILL "$command" 2> /dev/null  # it has nothing to clean up, and the job may ignore TERM
     finish_limited
     supervision_status=$?
-    [ "$begun:$end" != false:by-itself ] || trouble=$(printed_trouble)
-    case $begun:$end:$trouble in
-        *:by-itself: | *:by-itself:none) heartbeat="unhealthy: supervision ended with status $supervision_status" ;;
-        *:hung: | *:hung:none) heartbeat='unknown: supervision hung' ;;
-        false:stopped:) heartbeat='unknown: supervision did not begin' ;;
-        true:stopped:) heartbeat='unknown: the log of the dispatchers does not show that supervision began' ;;
-        *:stopped:none) heartbeat=healthy ;;
+    trouble=
+    case $cycle in
+        ended) trouble=$(printed_trouble) ;;
+        quiet | endless) trouble=$(dispatchers_log | logged_trouble) ;;
+    esac
+    case $cycle:$trouble in
+        healthy: | quiet:none) heartbeat=healthy ;;
+        ended:) heartbeat="unhealthy: supervision ended with status $supervision_status" ;;
+        none:) heartbeat='unknown: supervision did not begin' ;;
+        *:) heartbeat='unknown: the log of the dispatchers does not show that supervision began' ;;
+        endless:none) heartbeat="unknown: supervision needed more than $cycle_seconds seconds for a cycle" ;;
         *) heartbeat="unhealthy: $trouble" ;;
     esac
 }
@@ -121,14 +144,6 @@ without_folders() {
     [ -z "$missing" ] || rmdir $missing 2> /dev/null
     return "$1"
 }
-
-supervise_once() {
-    start_supervision
-    await_begin
-    finish_heartbeat
-}
-
-heartbeat_line() { key "probe: heartbeat" "$(printf '%.400s' "$heartbeat")"; }
 
 # --- The description ---------------------------------------------------------------------------------------------
 
@@ -155,4 +170,14 @@ probe_interfaces() {
     for interface in "$@"; do
         probe "getport $interface" getport "$interface"
     done
+}
+
+# --- All together ------------------------------------------------------------------------------------------------
+
+# Sets $description to the lines of the run file that are known before korvel makes a package.
+describe_and_probe() {
+    start_supervision
+    description=$(describe_board "$board" && probe_interfaces "$@")
+    finish_heartbeat
+    description=$description$newline$(key "probe: heartbeat" "$(printf '%.400s' "$heartbeat")")
 }

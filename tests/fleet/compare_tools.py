@@ -3,7 +3,7 @@ same 32 boards over ssh. On two boards, a full disk cuts the package. Prints the
 tool takes for good ones although they are cut.
 
 The boards compute on this machine, so what a tool lets them do takes its time. The two tools run supervision and then
-korvel. korvel-fleet's job also describes the board, reads logs, and sets earlier files aside. Therefore GNU parallel also
+korvel. korvel-fleet's job also describes the board and sets earlier files aside. Therefore GNU parallel also
 runs this job: then the boards do the same as for korvel-fleet.
 """
 

@@ -130,7 +130,7 @@ class AJobWithoutAPackage(BoardCase):
             replace_korvel 'real "$@"; case $1 in pkg*) rm -f /ffs/run/logs/*_post_mortem.tgz ;; esac'
             collect pkg-pm; compare""")
         self.assertEqual(outcome, (0, "status 1\nfailed no-package\n",
-                                   "korvel-fleet: korvel made no package: it ended with status 0\n"))
+                                   "korvel-fleet: no package is known to be of this run: korvel ended with status 0\n"))
 
     def test_leaves_the_files_of_somebody_who_collects_at_the_same_time(self) -> None:
         _, out, _ = self.run_on_board("""
@@ -138,11 +138,22 @@ class AJobWithoutAPackage(BoardCase):
             collect pkg-pm; ls /tmp/korvel/mmi/iwf/Other""")
         self.assertEqual(out, "status 0\nend\n/tmp/korvel/mmi/iwf/Other\n")
 
-    def test_takes_no_plain_package_of_somebody_else(self) -> None:
+    def test_leaves_the_files_of_a_collection_that_korvel_waited_for(self) -> None:
         _, out, _ = self.run_on_board("""
+            replace_korvel 'case $1 in pkg*)
+                flock /tmp/korvel sh -c "touch /tmp/locked; sleep 1; mkdir -p /tmp/korvel/ti; touch /tmp/korvel/ti/other" &
+                until [ -e /tmp/locked ]; do sleep 0.05; done ;; esac; real "$@"'
+            collect pkg-pm; ls /tmp/korvel/ti/other""")
+        self.assertEqual(out, "status 0\nend\n/tmp/korvel/ti/other\n")
+
+    def test_takes_no_plain_package_of_somebody_else(self) -> None:
+        _, out, errors = self.run_on_board("""
             replace_korvel 'real "$@"; case $1 in pkg) echo other > /ffs/run/logs/netfp_logs_990101_000000.tgz ;; esac'
             collect pkg; ls | wc -l""")
         self.assertEqual(out, "status 1\nfailed no-package\n2\n")
+        self.assertRegex(errors, r"^korvel-fleet: netfp_logs_\d{6}_\d{6}.tgz and netfp_logs_\d{6}_\d{6}.tgz are new in "
+                                 r"/ffs/run/logs: somebody else made one of them\n"
+                                 "korvel-fleet: no package is known to be of this run: korvel ended with status 0\n$")
 
 
 class TwoJobs(BoardCase):
