@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <sstream>
 #include <utility>
 
@@ -87,7 +89,9 @@ std::string readScratchFile(const std::string& path) {
         size = Base::uninterrupted([&] { return ::read(file.get(), piece.data(), piece.size()); });
         content.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
     }
-    if (size > 0) {
+    if (size < 0) {
+        fail("Error while reading ", path, ": ", std::strerror(errno));
+    } else if (size > 0) {
         fail(path, " is larger than ", listingSizeLimit, " bytes, cut");
     }
     return content;

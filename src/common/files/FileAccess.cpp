@@ -1,6 +1,7 @@
 #include "FileAccess.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -59,16 +60,6 @@ private:
     std::string_view content;
 };
 
-/// Sends a request and reports a time-out, the only unexpected failure.
-FileResponse queryReportingTimeout(FileSession& session, Kind kind, const std::string& path) {
-    const FileResponse response = session.query(kind);
-    if (response.error == ETIMEDOUT) {
-        reportError(path, response.error);
-    }
-    errno = response.error;
-    return response;
-}
-
 /// Reads all pieces of the opened file, and closes it.
 void readPieces(FileSession& session, std::string& text, std::size_t limit, FileReading& reading) {
     FileResponse response = session.query(Kind::read);
@@ -85,14 +76,23 @@ void readPieces(FileSession& session, std::string& text, std::size_t limit, File
 }  // namespace
 
 bool isAccessible(const std::string& path, int mode) {
+    constexpr std::array answers{0, ENOENT, ENOTDIR, EACCES};  // others leave it open
     FileSession session(path);
     session.setAccessMode(mode);
-    return queryReportingTimeout(session, Kind::access, path).error == 0;
+    const int error = session.query(Kind::access).error;
+    if (std::ranges::find(answers, error) == answers.end()) {
+        reportError(path, error);
+    }
+    return error == 0;
 }
 
 std::optional<FileState> stateOf(const std::string& path) {
     FileSession session(path);
-    const FileResponse response = queryReportingTimeout(session, Kind::state, path);
+    const FileResponse response = session.query(Kind::state);
+    if (response.error == ETIMEDOUT) {  // the only unexpected failure
+        reportError(path, response.error);
+    }
+    errno = response.error;
     return response.error == 0 ? std::optional(response.state) : std::nullopt;
 }
 

@@ -11,7 +11,8 @@ namespace Korvel {
 // Access to files that another process provides. If a file system does not answer, each file costs five
 // seconds and the error "Error while reading PATH: Connection timed out".
 
-/// Returns true if this process has access `mode` to the file; `mode` is as for access().
+/// Returns true if this process has access `mode` to the file; `mode` is as for access(). Reports an error
+/// that leaves this open, such as EIO.
 bool isAccessible(const std::string& path, int mode);
 
 /// Returns the file's state, or nothing, with errno set, if there is none.

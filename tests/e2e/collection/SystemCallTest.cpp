@@ -215,4 +215,21 @@ TEST_F(CollectionSystemCallTest, TooFewDescriptorsForTheShellAreEnoughForTheRest
     EXPECT_EQ(workFiles(), together({stateFiles("iwf", infoStates), replyFiles("iwf", infoCommands)}));
 }
 
+TEST_F(CollectionSystemCallTest, AListingOfProcessesThatCannotBeReadIsReported) {
+    startBoard();
+    const Injection injection{.faults = {"read:error=EIO"}, .path = "/tmp/korvelpids.tmp"};
+
+    EXPECT_EQ(collectInjected(injection, {"dump", "netfp"}),
+              success("", "Error while reading /tmp/korvelpids.tmp: Input/output error\n"));
+}
+
+TEST_F(CollectionSystemCallTest, ADeploymentFileThatCannotBeCheckedIsReported) {
+    startBoard();
+    const Injection injection{
+        .faults = {"access:error=EIO"}, .path = "/rom/private/is_master", .inChildren = true};
+
+    EXPECT_EQ(collectInjected(injection, {"print", "proxy"}).err,
+              "Error while reading /rom/private/is_master: Input/output error\n");
+}
+
 }  // namespace
