@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Runs the unit tests of korvel with Valgrind. Needs the build of the preset release. Exits 1 if Valgrind reports an error or
+# lost memory. Tests that fail are not counted: Valgrind lacks system calls, and is too slow for tests of signals.
+set -uo pipefail
+cd "$(dirname "$0")/../.." || exit
+
+programs=(base common netfp l2sct_board actions dump_actions util logcollection supervision archive main reset_qos_stats)
+valgrind=(valgrind --leak-check=full --show-leak-kinds=definite)
+reports='^==[0-9]*== +(Invalid|Conditional jump|Use of uninit|Syscall param|Mismatched|Source and dest|[1-9].* definitely lost)'
+status=0
+mkdir -p build-prove
+for program in "${programs[@]}"; do
+    log=build-prove/memory-$program.log
+    # The board has the build's directory as /opt/korvel.
+    build-release/boardsim --bare -- "${valgrind[@]}" "/opt/korvel/tests/${program}_test" > "$log" 2>&1
+    printf '%-16s %s, %d reports\n' "$program" "$(tail -n 1 "$log" | grep -o '.* tests ran')" "$(grep -cE "$reports" "$log")"
+    ! grep -E -A12 "$reports" "$log" || status=1
+done
+exit "$status"

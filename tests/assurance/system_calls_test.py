@@ -1,0 +1,60 @@
+"""The search for calls that fail unnoticed finds what it is for. The search itself takes hours: scripts/prove.sh."""
+
+import unittest
+from typing import Any
+
+import judgement
+import system_calls
+from judgement import judge
+from scenarios import Scenario
+
+USUAL = {"status": 0, "hung": False, "out": "digest", "err": "", "log": "", "files": {"/ffs/a.tgz!fuse": "digest"}, "damaged": [],
+         "left": []}
+
+
+def outcome(call: str = "read", **changes: Any) -> str:
+    return judge(call, USUAL | changes, USUAL)
+
+
+class Judgement(unittest.TestCase):
+    def test_accepts_a_run_that_did_the_same(self) -> None:
+        self.assertEqual(outcome(), judgement.SAME)
+
+    def test_accepts_a_run_that_says_what_failed(self) -> None:
+        for changes in {"err": "Error\n"}, {"status": 1}, {"log": "Archive: Error while opening x"}:
+            self.assertEqual(outcome(out="other", **changes), judgement.REPORTED)
+
+    def test_accepts_the_end_by_an_assertion_with_a_message(self) -> None:
+        self.assertEqual(outcome(status=-6, err='ArchiveMgr: Assertion "a" failed.\n'), judgement.REPORTED)
+
+    def test_names_a_file_that_differs_without_a_word(self) -> None:
+        self.assertEqual(outcome(files={}), "SILENT: /ffs/a.tgz!fuse")
+
+    def test_names_a_damaged_file(self) -> None:
+        self.assertEqual(outcome(damaged=["/ffs/a.tgz: cut"]), "DAMAGED: /ffs/a.tgz: cut")
+        self.assertEqual(outcome(damaged=["/ffs/a.tgz: cut"], err="Error\n"), "REPORTED, BUT DAMAGED")
+
+    def test_names_a_crash_and_a_run_that_does_not_end(self) -> None:
+        self.assertEqual(outcome(status=-11), "CRASHED: status -11")
+        self.assertEqual(outcome(err="terminate called after throwing"), "CRASHED: status 0")
+        self.assertEqual(outcome(hung=True), "HUNG")
+
+    def test_names_a_process_that_stays(self) -> None:
+        self.assertEqual(outcome(left=["korvel pkg"]), "LEFT PROCESSES: ['korvel pkg']")
+
+
+class OnABoard(unittest.TestCase):
+    scenario = Scenario("getport eth1")
+
+    def test_a_call_fails_and_the_next_run_finds_the_board_as_it_was(self) -> None:
+        usual, calls = system_calls.on_board(self.scenario, [])
+        fault = system_calls.Fault("sendto", 1, "EIO", lasting=False)
+        self.assertIn(fault, list(system_calls.faults_of(calls)))
+        failed, undisturbed = system_calls.on_board(self.scenario, [fault.options(), []])
+        self.assertEqual((judge("sendto", failed, usual), failed["injected"]), (judgement.REPORTED, 1))
+        self.assertIn("Input/output error", failed["err"])
+        self.assertEqual((judge("", undisturbed, usual), undisturbed["injected"]), (judgement.SAME, 0))
+
+
+if __name__ == "__main__":
+    unittest.main()
