@@ -7,9 +7,10 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls full matrix fuzz memory stress arm)
+rows=(system-calls disks full matrix fuzz memory stress arm)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
+    [disks]="disks of 64 sizes, in every scenario that writes files"
     [full]="all tests; clang-tidy and the sanitizers on everything"
     [matrix]="korvel-report on packages of faulty boards"
     [fuzz]="korvel-report with made-up inputs"
@@ -17,9 +18,10 @@ declare -A titles=(
     [stress]="the quick tests, 20 times while processor, memory and disk are busy"
     [arm]="korvel for the board's processor, emulated"
 )
-declare -A minutes_of=([system-calls]=240 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30 [stress]=120 [arm]=30)
+declare -A minutes_of=([system-calls]=240 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30 [stress]=120 [arm]=30)
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
+    [disks]="python3 -B tests/assurance/disks.py"
     [full]="scripts/test.sh --full"
     [matrix]="scripts/fault-matrix.sh"
     [fuzz]="scripts/fuzz.sh --runs 2000000"

@@ -3,9 +3,10 @@ the host, so python3 reads this program from standard input:
 
     python3 - JOB < on_board.py
 
-JOB is JSON: {"words": [...], "seconds": N or null, "faults": [[...], ...]}. `words` are korvel's arguments, and korvel gets
-TERM after `seconds`. Each fault is a list of strace's options. One line of JSON is printed for each fault, see Run. Without
-faults, korvel runs undisturbed, and a second line of JSON lists its system calls.
+JOB is JSON: {"words": [...], "seconds": N or null, "faults": [[...], ...], "disk": path, "rooms": [N, ...]}. `words` are
+korvel's arguments, and korvel gets TERM after `seconds`. Each fault is a list of strace's options. With `disk`, so many bytes
+are free on this disk during each run. One line of JSON is printed for each fault or room, see Run. Without both, korvel runs
+undisturbed, and a second line of JSON lists its system calls.
 """
 
 import gzip
@@ -19,8 +20,10 @@ import subprocess
 import sys
 import tarfile
 import time
+from collections.abc import Iterator
 from dataclasses import asdict, dataclass, field
 from pathlib import Path
+from typing import Any
 
 LIMIT = 150  # seconds: korvel waits for nothing longer, except for the services of the board
 CHANGING = [Path("/tmp"), Path("/ffs")]
@@ -29,8 +32,9 @@ SYSTEM_LOG = Path("/run/boardsim/system.log")
 DISPATCHER_LOG = Path("/dev/shm/dispatcher_log_memory")
 LOGGED_ERROR = re.compile(rb"(?:Archive|Supervision): [^\0\n]*(?:[Ee]rror|Heartbeat status)[^\0\n]*")
 TRACE = "/run/trace"
+UNTRACED = ["-e", "trace=none"]
 LOGS = re.compile(r"HistoryLog|SYSLIB|sm_log|startup|middle|runtime|/linux/")  # their contents depend on the time
-STACK = re.compile(r"\(INJECTED\)\n((?: > .*\n)*)")
+STACK = re.compile(r"\(INJECTED\)\n((?:.*\n){,30})")  # strace knows no stack of clone3, but that of the next call
 LOG_LINE = re.compile(rb"^\d{4}-\d\d-\d\dT.*\n?", re.M)
 NUMBER = re.compile(rb"\b(?:0x)?[0-9a-fA-F]*\d[0-9a-fA-F]*\b|\d+|\b[a-fA-F]{8}\b")
 
@@ -183,15 +187,45 @@ def left_processes(board: Board) -> list[str]:
     return left
 
 
+class FullDisk:
+    """A disk with little room. The disks of a board are in memory."""
+
+    def __init__(self, path: str) -> None:
+        self.filler = Path(path, "filler")
+        self.filler.touch()
+
+    def leave(self, room: int) -> None:
+        self.empty()
+        state = os.statvfs(self.filler)
+        size = state.f_bavail * state.f_frsize - room
+        with self.filler.open("wb") as file:
+            os.posix_fallocate(file.fileno(), 0, size)
+
+    def empty(self) -> None:
+        self.filler.write_bytes(b"")
+
+
+def runs(job: dict[str, Any], board: Board) -> Iterator[Run]:
+    disk = FullDisk(job["disk"]) if "disk" in job else None
+    if disk:
+        board.files.add(disk.filler)
+        for room in job["rooms"]:
+            disk.leave(room)
+            run = run_korvel(job["words"], job["seconds"], UNTRACED, board)
+            disk.empty()
+            yield run
+    for fault in job.get("faults") or ([] if disk else [["-e", "trace=all"]]):
+        yield run_korvel(job["words"], job["seconds"], fault, board)
+
+
 def main() -> None:
     job = json.loads(sys.argv[1])
     subprocess.run(["korvel", "-d", "all", "print"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)  # makes its folders
     board = Board()
-    for fault in job["faults"] or [["-e", "trace=all"]]:
-        run = run_korvel(job["words"], job["seconds"], fault, board)
+    for run in runs(job, board):
         print(json.dumps(asdict(run)), flush=True)
         board.restore()
-    if not job["faults"]:
+    if not job.get("faults") and "disk" not in job:
         print(json.dumps(re.findall(r"^(\w+)\(", Path(TRACE).read_text(errors="replace"), re.M)))
 
 

@@ -22,6 +22,6 @@ COLLECTIONS = (
 SCENARIOS = (
     *(Scenario(words) for words in ACTIONS + COLLECTIONS),
     Scenario("supervision", seconds=0.7),
-    Scenario("supervision", ("--fault", "sfn_dispatcher=netlink-error:3")),
+    Scenario("supervision", ("--fault", "sfn_dispatcher=netlink-error:3"), seconds=2),
     Scenario("archive", ("--full-logs",), seconds=1.5),
 )

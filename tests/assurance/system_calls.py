@@ -54,8 +54,9 @@ class Fault:
         return self.options()[-1].removeprefix("inject=")
 
 
-def on_board(scenario: Scenario, faults: list[list[str]]) -> list[Any]:
-    job = {"words": scenario.words.split(), "seconds": scenario.seconds, "faults": faults}
+def on_board(scenario: Scenario, faults: list[list[str]], **more: Any) -> list[Any]:
+    """Runs korvel with each fault, see on_board.py."""
+    job = {"words": scenario.words.split(), "seconds": scenario.seconds, "faults": faults, **more}
     done = subprocess.run([BUILD / "boardsim", *scenario.board, "--", "python3", "-", json.dumps(job)], input=ON_BOARD,
                           capture_output=True, text=True, check=False)
     if done.returncode != 0:
