@@ -70,20 +70,22 @@ start_supervision() {
 # Supervision has begun when it has its netlink socket (protocol 2), whose port is the number of its process.
 has_begun() { grep -q "^[^ ]* *2  *$command " /proc/net/netlink; }
 
-# Sets $place to the function of the kernel in which supervision waits, and $nap to what identifies its sleep. The time that
-# it has run is a part of this: the log may make it sleep, too, but not for long.
+# Sets $nap to what identifies the sleep of supervision, and $is_told if the kernel tells where it waits. The time that it has
+# run is a part of $nap: the log may make it sleep, too, but not for long.
 look() {
     place='' run='' nap=''
     read -r place < "/proc/$command/wchan"
     read -r run < "/proc/$command/schedstat"
     case $place in
-        *sleep*) nap="$place $run" ;;
+        '' | 0) ;;  # also if it runs
+        *sleep*) is_told=true nap="$place $run" ;;
+        *) is_told=true ;;
     esac
 } 2> /dev/null
 
 # Whether supervision sleeps. Waits until it does, it ends, or the time is over.
 falls_asleep() {
-    elapsed=0 nap=''
+    elapsed=0 nap='' is_told=false
     while is_running "$command"; do
         earlier=$nap
         look
@@ -105,9 +107,7 @@ await_cycle() {
         cycle=ended
         return
     fi
-    case $place in
-        '' | 0) cycle=quiet ;;
-    esac
+    "$is_told" || cycle=quiet
     has_begun || cycle=none
 }
 
