@@ -25,16 +25,17 @@ SILENT = (
 def judge(call: str, run: Run, usual: Run) -> str:
     if run["hung"]:
         return "HUNG"
-    if TERMINATED.search(run["err"]) or (run["status"] < 0 and run["status"] != usual["status"] and not ASSERTION.search(run["err"])):
+    if TERMINATED.search(run["err"]) or (run["status"] < 0 and not run["stopped"] and not ASSERTION.search(run["err"])):
         return f"CRASHED: status {run['status']}"
     if run["left"]:
         return f"LEFT PROCESSES: {run['left']}"
-    reported = run["status"] != usual["status"] or run["err"] != usual["err"] or new_errors(run["log"], usual["log"])
+    has_other_status = run["status"] != usual["status"] and not run["stopped"]
+    reported = has_other_status or run["err"] != usual["err"] or new_errors(run["log"], usual["log"])
     if run["damaged"]:
         return "REPORTED, BUT DAMAGED" if reported else "DAMAGED: " + run["damaged"][0]
     if reported:
         return REPORTED
-    if run["out"] == usual["out"] and run["files"] == usual["files"]:
+    if all(run[key] == usual[key] for key in ("status", "out", "files")):
         return SAME
     if call in ("write", "writev"):
         return MUTE
@@ -54,4 +55,4 @@ def new_errors(log: str, usual: str) -> bool:
 
 def difference(run: Run, usual: Run) -> str:
     names = {name for name in run["files"].keys() | usual["files"].keys() if run["files"].get(name) != usual["files"].get(name)}
-    return ", ".join(sorted(names)[:4]) or "standard output"
+    return ", ".join(sorted(names)[:4]) or ("it does not end" if run["stopped"] else "standard output")

@@ -44,6 +44,7 @@ class Run:
     """What one run of korvel did."""
 
     status: int = 0  # negative: the number of the signal that ended it
+    stopped: bool = False  # it got TERM after its time
     hung: bool = False
     out: str = ""  # a digest
     err: str = ""
@@ -148,6 +149,7 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
             try:
                 out, err = process.communicate(timeout=seconds)
             except subprocess.TimeoutExpired:
+                run.stopped = True
                 os.kill(tracee(process.pid), signal.SIGTERM)
                 out, err = process.communicate(timeout=LIMIT)
         else:

@@ -8,7 +8,7 @@ import system_calls
 from judgement import judge
 from scenarios import Scenario
 
-USUAL = {"status": 0, "hung": False, "out": "digest", "err": "", "log": "", "files": {"/ffs/a.tgz!fuse": "digest"}, "damaged": [],
+USUAL = {"status": 0, "stopped": False, "hung": False, "out": "digest", "err": "", "log": "", "files": {"/ffs/a.tgz!fuse": "digest"}, "damaged": [],
          "left": []}
 
 
@@ -38,6 +38,10 @@ class Judgement(unittest.TestCase):
         self.assertEqual(outcome(status=-11), "CRASHED: status -11")
         self.assertEqual(outcome(err="terminate called after throwing"), "CRASHED: status 0")
         self.assertEqual(outcome(hung=True), "HUNG")
+
+    def test_takes_no_run_that_was_stopped_for_a_crash(self) -> None:
+        self.assertEqual(outcome(status=-15, stopped=True, err="Error\n"), judgement.REPORTED)
+        self.assertEqual(outcome(status=-15, stopped=True), "SILENT: it does not end")
 
     def test_names_a_process_that_stays(self) -> None:
         self.assertEqual(outcome(left=["korvel pkg"]), "LEFT PROCESSES: ['korvel pkg']")
