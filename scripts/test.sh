@@ -4,7 +4,8 @@
 #   scripts/test.sh [--full]
 # CI has 30 minutes on two processors. So these need --full: clang-tidy on the tests, clang-tidy and the sanitizers on
 # korvel-report, and the shuffled runs as shipped.
-# Prints a summary of all steps, then ctest's closing lines once more. The exit status is 1 if a step failed.
+# Prints a summary of all steps, what the failed tests printed, then ctest's closing lines once more. The exit status is 1
+# if a step failed.
 # shellcheck disable=SC2317 # step calls the functions
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
@@ -61,7 +62,21 @@ build() {
 # run_tests PRESET [ctest option...]
 # Most of a test's time is waiting, so four times as many tests as processors run at once.
 run_tests() {
+    last_run=$runs/$1
     ctest --preset "$@" -j "$(($(nproc) * 4))" | tee "$last_run"
+}
+
+# Prints the last lines of each failed test once more, because CI may cut the beginning of its log.
+print_failed_tests() {
+    printf '\n== Failed tests: %s\n' "${1##*/}"
+    awk -v most=40 '
+        function print_last_lines(  line) {
+            for (line = count > most ? count - most : 0; line < count; line++) print lines[line]
+            count = 0
+        }
+        /^ *Start +[0-9]+: |^ *[0-9]+\/[0-9]+ Test +#[0-9]+: |% tests passed/ { print_last_lines(); failed = 0 }
+        failed { lines[count++] = $0 }
+        / Test +#[0-9]+: .*\*\*\*/ { failed = 1; print }' "$1"
 }
 
 # build_and_test PRESET CMAKE-OPTIONS [ctest option...]
@@ -79,13 +94,17 @@ build_and_test() {
 print_summary() {
     printf '\n== Summary\n%-20s  %-7s  %7s\n' Step Result Min:s
     printf '%s\n' "${summary[@]}"
+    for run in "$runs"/*; do
+        [ ! -f "$run" ] || grep -q '^100% tests passed' "$run" || print_failed_tests "$run"
+    done
     printf '\n== The end of the last run of tests\n'
     sed -n '/% tests passed/,$p' "$last_run"
 }
 
 scripts/setup.sh build board report fleet test lint || exit 1
-last_run=$(mktemp)
-trap 'rm -f "$last_run"' EXIT
+runs=$(mktemp -d)  # the output of each run of tests
+last_run=/dev/null
+trap 'rm -r "$runs"' EXIT
 
 step "Formatting" check_formatting
 step "Scripts" check_scripts

@@ -99,6 +99,24 @@ class TestScript(unittest.TestCase):
         self.assertEqual((status, output.count("FAILED")), (1, 2))
         self.assertTrue(output.endswith(closing.lstrip()), output)
 
+    def test_repeats_what_a_failed_test_printed(self) -> None:
+        closing = CLOSING.replace("100% tests passed, 0", "86% tests passed, 1")
+        run = """\
+        Start 1: Good
+        Start 2: Bad
+1/2 Test #1: Good ...   Passed    0.01 sec
+good
+2/2 Test #2: Bad ...***Failed    0.02 sec
+first
+last
+"""
+        self.put("bin/ctest", f"cat << 'END'\n{run}{closing}END\nexit 8")
+        output = self.run_script()[1]
+        repeated = "\n== Failed tests: {}\n2/2 Test #2: Bad ...***Failed    0.02 sec\nfirst\nlast\n"
+        for preset in ("sanitizers", "release"):
+            self.assertIn(repeated.format(preset), output)
+        self.assertTrue(output.endswith(closing.lstrip()), output)
+
     def test_leaves_out_the_tests_of_a_build_that_failed(self) -> None:
         for tested in ("sanitizers", "release"):
             self.put("bin/cmake", f'case "$*" in "--build --preset {tested}") exit 1 ;; esac')
