@@ -27,6 +27,7 @@ function(korvel_use_compile_flag flag)
 endfunction()
 
 foreach(flag IN ITEMS
+        -ffunction-sections -fdata-sections
         -Wtrampolines -Wbidi-chars=any -Wreserved-identifier
         -fstack-protector-strong -fstack-clash-protection
         -fcf-protection=full -mbranch-protection=standard
@@ -62,4 +63,4 @@ check_pie_supported(LANGUAGES CXX)
 
 target_link_options(korvel_flags INTERFACE
     -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,nodlopen
-    -Wl,--as-needed -Wl,--no-copy-dt-needed-entries -Wl,--enable-new-dtags)
+    -Wl,--gc-sections -Wl,--as-needed -Wl,--no-copy-dt-needed-entries -Wl,--enable-new-dtags)

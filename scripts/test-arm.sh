@@ -11,7 +11,7 @@ board=build-arm-board  # korvel, for a board with libraries of its own
 run=build-arm-run      # what the tests run: programs of this machine, and emulated programs
 sysroot=/usr/arm-linux-gnueabihf
 list=tests/arm-left-out.txt
-size_limit=$((300 * 1024))
+size_limit=$((220 * 1024))
 
 step() {
     echo

@@ -14,8 +14,8 @@ namespace Korvel {
 namespace {
 
 constexpr unsigned lineBytes = 16;
-constexpr std::size_t flushSize = 65536;
-constexpr std::size_t columnSize = 3;  // two digits and a blank
+constexpr std::size_t flushSize = 65536;  // whole pages
+constexpr std::size_t columnSize = 3;     // two digits and a blank
 constexpr std::size_t maximumOffsetDigits = 8;
 constexpr std::size_t maximumLineLength =
     1 + maximumOffsetDigits + 2 + lineBytes * columnSize + 2 + lineBytes + 2;  // blanks, quotes and line end
@@ -70,7 +70,7 @@ public:
         }
         put("'\n");
         if (static_cast<std::size_t>(end - text.data()) >= flushSize) {
-            flush();
+            flushWholePages();
         }
     }
 
@@ -80,6 +80,14 @@ public:
     }
 
 private:
+    /// Keeps what is beyond the last whole page: a pipe takes whole pages twice as fast.
+    void flushWholePages() {
+        print(std::string_view(text.data(), flushSize));
+        const auto rest = static_cast<std::size_t>(end - text.data()) - flushSize;
+        std::memmove(text.data(), text.data() + flushSize, rest);
+        end = text.data() + rest;
+    }
+
     void put(std::string_view piece) {
         std::memcpy(end, piece.data(), piece.size());
         end += piece.size();

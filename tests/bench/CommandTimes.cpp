@@ -1,5 +1,6 @@
 #include "CommandTimes.hpp"
 
+#include <cstdio>
 #include <cstdlib>
 #include <functional>
 #include <stdexcept>
@@ -14,6 +15,9 @@
 #include "DumpedMemory.hpp"
 
 namespace {
+
+const std::string oneLineProgram = "/opt/korvel/tests/korvel_one_line_bench";
+const std::string dumpedText = "/dev/shm/dumped_text";
 
 /// Runs a command, discards its standard output and waits for its exit.
 void runCommand(std::vector<std::string> words) {
@@ -35,15 +39,29 @@ void runCommand(std::vector<std::string> words) {
     }
 }
 
-/// Makes the directories of a dump of information and statistics for both instances, with one call each.
-void makeAllDirectories() {
+void runShell(const std::string& command) {
+    if (std::system(command.c_str()) != 0) {
+        throw std::runtime_error("failed: " + command);
+    }
+}
+
+/// Starts the programs that a dump of information and statistics starts for both instances, and one like
+/// korvel itself.
+void startAllChildren() {
+    runCommand({oneLineProgram});
+    runShell("/bin/cat /proc/cmdline > /dev/null");
     for (const char* const directory : {"fuse", "mmi", "fuse/iwf/", "fuse/iwf/", "fuse/iwf/", "fuse/sfn/",
                                         "fuse/sfn/", "fuse/sfn/", "mmi/iwf/", "mmi/sfn/"}) {
-        const std::string command = std::string("mkdir -p /tmp/korvel/") + directory;
-        if (std::system(command.c_str()) != 0) {
-            throw std::runtime_error("failed: " + command);
-        }
+        runShell(std::string("mkdir -p /tmp/korvel/") + directory);
     }
+}
+
+std::string joined(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) {
+        text += word + ' ';
+    }
+    return text;
 }
 
 constexpr int manyTimes = 15;
@@ -95,11 +113,17 @@ std::map<std::string, double> measureCommandTimes(bool showAll) {
     addBenchmark(dumpInfoAndStatistics, manyTimes, [] {
         runCommand({"korvel", "-d", "all", "dump", "dinf", "dstat"});
     });
-    addBenchmark(makeDirectories, manyTimes, makeAllDirectories);
+    addBenchmark(startItsChildren, manyTimes, startAllChildren);
+    addBenchmark(printHelp, manyTimes, [] { runCommand({"korvel", "--help"}); });
+    addBenchmark(printOneLine, manyTimes, [] { runCommand({oneLineProgram}); });
     addBenchmark(getPortByName, manyTimes, [] { runCommand({"korvel", "getport", "eth1"}); });
     addBenchmark(getPortByNumber, manyTimes, [] { runCommand({"korvel", "getport", "4"}); });
     addBenchmark(swapPorts, manyTimes, [] { runCommand({"korvel", "portswap", "eth0", "eth1"}); });
     addBenchmark(dumpMemory, fewTimes, [] { runCommand(memoryDumpCommand); });
+    const std::string command = joined(memoryDumpCommand);
+    runShell(command + " > " + dumpedText);
+    addBenchmark(pipeDump, fewTimes, [&command] { runShell(command + " | cat > /dev/null"); });
+    addBenchmark(pipeText, fewTimes, [] { runShell("cat " + dumpedText + " | cat > /dev/null"); });
     addBenchmark(dumpByXxd, fewTimes, [] {
         runCommand({"xxd", "-g1", "-u", "-l", std::to_string(dumpedBytes), memoryFile});
     });
@@ -111,5 +135,6 @@ std::map<std::string, double> measureCommandTimes(bool showAll) {
     });
     MedianCollector collector(showAll);
     benchmark::RunSpecifiedBenchmarks(&collector);
+    std::remove(dumpedText.c_str());
     return collector.medians;
 }
