@@ -18,7 +18,7 @@ from typing import Any
 
 import judgement
 from scenarios import SCENARIOS, Scenario
-from system_calls import name_of, on_board
+from search import name_of, on_board
 
 SIZES = 64
 PAGE = 4096  # the disks of a simulated board are in memory

@@ -3,10 +3,11 @@ the host, so python3 reads this program from standard input:
 
     python3 - JOB < on_board.py
 
-JOB is JSON: {"words": [...], "seconds": N or null, "faults": [[...], ...], "disk": path, "rooms": [N, ...]}. `words` are
-korvel's arguments, and korvel gets TERM after `seconds`. Each fault is a list of strace's options. With `disk`, so many bytes
-are free on this disk during each run. One line of JSON is printed for each fault or room, see Run. Without both, korvel runs
-undisturbed, and a second line of JSON lists its system calls.
+JOB is JSON: {"words": [...], "seconds": N or null, "faults": [[...], ...], "again": bool, "disk": path, "rooms": [N, ...]}.
+`words` are korvel's arguments, and korvel gets TERM after `seconds`. Each fault is a list of strace's options. With `again`,
+korvel runs once more after each fault, undisturbed, on what the first run left. With `disk`, so many bytes are free on this
+disk during each run. One line of JSON is printed for each run, see Run. Without faults and rooms, korvel runs undisturbed, and
+a second line of JSON lists its system calls.
 """
 
 import gzip
@@ -32,6 +33,7 @@ SYSTEM_LOG = Path("/run/boardsim/system.log")
 DISPATCHER_LOG = Path("/dev/shm/dispatcher_log_memory")
 LOGGED_ERROR = re.compile(rb"(?:Archive|Supervision): [^\0\n]*(?:[Ee]rror|Heartbeat status)[^\0\n]*")
 TRACE = "/run/trace"
+ALLOCATIONS = Path("/run/failing_memory")  # see FailingMemory.cpp
 UNTRACED = ["-e", "trace=none"]
 LOGS = re.compile(r"HistoryLog|SYSLIB|sm_log|startup|middle|runtime|/linux/")  # their contents depend on the time
 STACK = re.compile(r"\(INJECTED\)\n((?:.*\n){,30})")  # strace knows no stack of clone3, but that of the next call
@@ -53,6 +55,8 @@ class Run:
     damaged: list[str] = field(default_factory=list)  # packages, and compressed pieces of archives
     left: list[str] = field(default_factory=list)  # processes that it left behind
     injected: int = 0
+    allocations: int = 0  # with the library failing_memory
+    callers: list[str] = field(default_factory=list)  # of the first one that failed, as offsets in the program
     stacks: str = ""  # of the calls that failed, with strace's option -k
 
 
@@ -142,6 +146,7 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
     log_before = SYSTEM_LOG.stat().st_size if SYSTEM_LOG.exists() else 0
     errors_before = len(logged_errors())
     Path(TRACE).unlink(missing_ok=True)
+    ALLOCATIONS.write_text("0 0")
     command = ["strace", "-qq", "-o", TRACE, "-e", "signal=none", *fault, "korvel", *words]
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     try:
@@ -167,7 +172,9 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
             run.log = log.read().decode(errors="replace")[:2000]
     run.log += "\n".join(logged_errors()[errors_before:])
     trace = Path(TRACE).read_text(errors="replace")
-    run.injected = trace.count("(INJECTED)")
+    allocations, failed_allocations, *run.callers = ALLOCATIONS.read_text().split()
+    run.allocations = int(allocations)
+    run.injected = trace.count("(INJECTED)") + int(failed_allocations)
     run.stacks = "".join(STACK.findall(trace)) if "-k" in fault else ""
     run.left = left_processes(board)
     look_at_files(run, board)
@@ -216,8 +223,12 @@ def runs(job: dict[str, Any], board: Board) -> Iterator[Run]:
             run = run_korvel(job["words"], job["seconds"], UNTRACED, board)
             disk.empty()
             yield run
+            board.restore()
     for fault in job.get("faults") or ([] if disk else [["-e", "trace=all"]]):
         yield run_korvel(job["words"], job["seconds"], fault, board)
+        if job.get("again"):
+            yield run_korvel(job["words"], job["seconds"], UNTRACED, board)
+        board.restore()
 
 
 def main() -> None:
@@ -226,7 +237,6 @@ def main() -> None:
     board = Board()
     for run in runs(job, board):
         print(json.dumps(asdict(run)), flush=True)
-        board.restore()
     if not job.get("faults") and "disk" not in job:
         print(json.dumps(re.findall(r"^(\w+)\(", Path(TRACE).read_text(errors="replace"), re.M)))
 

@@ -4,6 +4,7 @@ import unittest
 from typing import Any
 
 import judgement
+import search
 import system_calls
 from judgement import judge
 from scenarios import Scenario
@@ -51,10 +52,10 @@ class OnABoard(unittest.TestCase):
     scenario = Scenario("getport eth1")
 
     def test_a_call_fails_and_the_next_run_finds_the_board_as_it_was(self) -> None:
-        usual, calls = system_calls.on_board(self.scenario, [])
-        fault = system_calls.Fault("sendto", 1, "EIO", lasting=False)
-        self.assertIn(fault, list(system_calls.faults_of(calls)))
-        failed, undisturbed = system_calls.on_board(self.scenario, [fault.options(), []])
+        usual, calls = search.on_board(self.scenario, [])
+        fault = system_calls.FailingCall("sendto", 1, "EIO", lasting=False)
+        self.assertIn(fault, list(system_calls.faults_of(self.scenario, calls)))
+        failed, undisturbed = search.on_board(self.scenario, [fault.options(), []])
         self.assertEqual((judge("sendto", failed, usual), failed["injected"]), (judgement.REPORTED, 1))
         self.assertIn("Input/output error", failed["err"])
         self.assertEqual((judge("", undisturbed, usual), undisturbed["injected"]), (judgement.SAME, 0))

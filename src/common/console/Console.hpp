@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <cstring>
 #include <iostream>
-#include <sstream>
 
 #include "VerboseMode.hpp"
 
@@ -34,15 +33,14 @@ void progress(const Pieces&... pieces) {
     }
 }
 
-/// Writes one line to standard error, after flushing standard output. Always returns false, for use as
+/// Writes one line to standard error, after flushing standard output. Needs no memory. Always returns false, for use as
 /// `return fail("Get Port: ...");`
 template <typename... Pieces>
 bool fail(const Pieces&... pieces) {
     flushStandardOutput();
-    std::ostringstream line;
-    (line << ... << pieces) << '\n';
-    std::cerr.clear();        // an earlier failure must not suppress this line
-    std::cerr << line.str();  // one write, so that lines of several processes do not mix
+    std::cerr.clear();            // an earlier failure must not suppress this line
+    std::cerr << std::nounitbuf;  // one write, so that lines of several processes do not mix
+    (std::cerr << ... << pieces) << '\n' << std::flush << std::unitbuf;
     return false;
 }
 
