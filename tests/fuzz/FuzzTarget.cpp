@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace ReportFuzz {
+namespace Fuzz {
 
 void require(bool holds, const char* what) {
     if (!holds) {
@@ -12,14 +12,4 @@ void require(bool holds, const char* what) {
     }
 }
 
-Report::Limits smallLimits() {
-    Report::Limits limits;
-    limits.maxBytes = std::size_t{1} << 17;
-    limits.maxMembers = 50;
-    limits.maxLine = 1000;
-    limits.maxName = 300;
-    limits.maxDepth = 4;
-    return limits;
-}
-
-}  // namespace ReportFuzz
+}  // namespace Fuzz
