@@ -6,8 +6,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <sstream>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,15 +15,14 @@
 #include "ConsoleHeader.hpp"
 #include "DumpCopy.hpp"
 #include "FileAccess.hpp"
-#include "Number.hpp"
 #include "OutputFile.hpp"
+#include "ProcessListing.hpp"
 #include "ProcessOwner.hpp"
 #include "Shell.hpp"
 #include "SmLogReader.hpp"
 #include "SmLogs.hpp"
 #include "SystemCall.hpp"
 #include "Wait.hpp"
-#include "Words.hpp"
 
 namespace Korvel {
 namespace {
@@ -33,11 +30,9 @@ namespace {
 constexpr std::size_t expectedLogs = 10;
 constexpr unsigned syslibLogSize = 2097152;
 constexpr int dumpSignal = SIGUSR1;
-constexpr int noPid = 0;
 constexpr int lowestPid = 2;
 constexpr mode_t scratchFileMode = 0666;
 constexpr std::size_t listingSizeLimit = 16U << 20U;  // any user can start processes with long names
-constexpr unsigned pidColumn = 2;                     // of the process listing, counted from 1
 
 constexpr int maximumDumpChecks = 20;
 constexpr std::chrono::milliseconds dumpCheckInterval{50};
@@ -97,22 +92,6 @@ std::string readScratchFile(const std::string& path) {
     return content;
 }
 
-TiLogCollector::Pids parseListing(std::string listing, const std::vector<std::string>& names) {
-    TiLogCollector::Pids pids;
-    std::istringstream lines(std::move(listing));
-    for (std::string line; std::getline(lines, line);) {
-        const std::string column = getNthTokenFromString(line, pidColumn);
-        for (const std::string& name : names) {
-            if (line.find(name) != std::string::npos && !column.empty()) {
-                int pid = noPid;
-                static_cast<void>(parseNumber(column, pid));
-                pids[name] = pid;
-            }
-        }
-    }
-    return pids;
-}
-
 bool isCompleteDump(const std::string& text, const std::string& name) {
     return text.size() >= minimumCompleteDump && text.rfind("</" + name + "_dump>") != std::string::npos;
 }
@@ -148,7 +127,7 @@ TiLogCollector::Pids TiLogCollector::getPids(const std::vector<std::string>& nam
                         pidFilePath)) {
         return {};
     }
-    const Pids found = parseListing(readScratchFile(pidFilePath), names);
+    const Pids found = parseProcessListing(readScratchFile(pidFilePath), names);
     executeCommand("rm -f " + pidFilePath);
     return found;
 }

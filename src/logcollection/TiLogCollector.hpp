@@ -5,10 +5,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include <sys/types.h>
-
 #include "DumpCopy.hpp"
 #include "LogCollector.hpp"
+#include "ProcessListing.hpp"
 
 namespace Korvel {
 
@@ -24,7 +23,7 @@ public:
         allModes = 31,
     };
 
-    using Pids = std::unordered_map<std::string, pid_t>;
+    using Pids = ProcessIds;
 
     static const std::string id;
     static const std::vector<std::string> netfpProcesses;

@@ -11,6 +11,7 @@
 #include "FuzzTarget.hpp"
 #include "PackageBuilder.hpp"
 #include "ReadOutcome.hpp"
+#include "SmallLimits.hpp"
 #include "UniqueFd.hpp"
 
 namespace ReportFuzz {
@@ -59,8 +60,9 @@ std::string withChecksum(std::string text, const std::string& package) {
 
 Base::UniqueFd memoryFile(std::string_view contents) {
     Base::UniqueFd file(::memfd_create("package", MFD_CLOEXEC));
-    require(::write(file.get(), contents.data(), contents.size()) == static_cast<ssize_t>(contents.size()),
-            "a file in memory is written");
+    Fuzz::require(
+        ::write(file.get(), contents.data(), contents.size()) == static_cast<ssize_t>(contents.size()),
+        "a file in memory is written");
     return file;
 }
 

@@ -11,10 +11,11 @@
 #include "PackageBuilder.hpp"
 #include "PackageReader.hpp"
 #include "PackageWriter.hpp"
+#include "SmallLimits.hpp"
 
 namespace {
 
-using ReportFuzz::require;
+using Fuzz::require;
 
 constexpr unsigned isTar = 1;             // else a whole package
 constexpr unsigned correctChecksums = 2;  // of the headers of the tar archive
@@ -182,7 +183,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
     std::string copy;
     const unsigned kind = data[0];
-    const std::string package = packageOf(kind, std::string(ReportFuzz::textOf(data + 1, size - 1)));
+    const std::string package = packageOf(kind, std::string(Fuzz::textOf(data + 1, size - 1)));
     const std::string events = eventsOf(package, (kind & isWritten) != 0, copy);
     if (!copy.empty()) {
         std::string second;

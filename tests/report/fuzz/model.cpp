@@ -6,7 +6,7 @@
 
 namespace {
 
-using ReportFuzz::require;
+using Fuzz::require;
 
 // NOLINTNEXTLINE(misc-no-recursion): packages nest
 void checkPackage(const Report::Package& package) {
@@ -52,7 +52,7 @@ void compareJudgements(const Report::Package& one, const Report::Package& other)
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const ReportFuzz::FuzzPackage description(ReportFuzz::textOf(data, size));
+    const ReportFuzz::FuzzPackage description(Fuzz::textOf(data, size));
     Report::Package evidence = description.load(Report::Keep::evidence);
     Report::Package all = description.load(Report::Keep::all);
     judge(evidence, {});

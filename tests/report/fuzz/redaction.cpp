@@ -17,12 +17,13 @@
 #include "PackageRewriter.hpp"
 #include "ReadOutcome.hpp"
 #include "SidecarText.hpp"
+#include "SmallLimits.hpp"
 #include "WordList.hpp"
 
 namespace {
 
+using Fuzz::require;
 using ReportFuzz::FuzzPackage;
-using ReportFuzz::require;
 
 class StringSink : public Report::ByteSink {
 public:
@@ -158,7 +159,7 @@ bool passes(const FuzzPackage& description, unsigned seed) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const FuzzPackage description(ReportFuzz::textOf(data, size), {"map", "words"});
+    const FuzzPackage description(Fuzz::textOf(data, size), {"map", "words"});
     try {
         // A map that was changed by hand can hold replacements of another form, which clean never chooses.
         const bool mapGiven = description.find("map").has_value();

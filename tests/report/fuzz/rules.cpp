@@ -11,11 +11,12 @@
 #include "LineRules.hpp"
 #include "PackageRules.hpp"
 #include "RuleSet.hpp"
+#include "SmallLimits.hpp"
 #include "ValueRules.hpp"
 
 namespace {
 
-using ReportFuzz::require;
+using Fuzz::require;
 
 /// What a file of rules says; nothing if it is wrong.
 Report::RuleFile rulesOf(const std::string& file) {
@@ -59,7 +60,7 @@ void checkFindings(const std::vector<Report::Finding>& findings) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const ReportFuzz::FuzzPackage description(ReportFuzz::textOf(data, size), {"rules"});
+    const ReportFuzz::FuzzPackage description(Fuzz::textOf(data, size), {"rules"});
     const Report::RuleFile file = rulesOf(description.find("rules").value_or(""));
     if (!file.rules.empty()) {
         Report::Package package = description.load(Report::Keep::all, formsOf(file));

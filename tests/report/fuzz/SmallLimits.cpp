@@ -1,16 +1,6 @@
-#include "FuzzTarget.hpp"
-
-#include <cstdio>
-#include <cstdlib>
+#include "SmallLimits.hpp"
 
 namespace ReportFuzz {
-
-void require(bool holds, const char* what) {
-    if (!holds) {
-        std::fprintf(stderr, "does not hold: %s\n", what);
-        std::abort();
-    }
-}
 
 Report::Limits smallLimits() {
     Report::Limits limits;
