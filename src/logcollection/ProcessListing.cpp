@@ -1,9 +1,9 @@
 #include "ProcessListing.hpp"
 
-#include <sstream>
 #include <utility>
 
 #include "Number.hpp"
+#include "TextInput.hpp"
 #include "Words.hpp"
 
 namespace Korvel {
@@ -16,7 +16,7 @@ constexpr unsigned pidColumn = 2;  // counted from 1
 
 ProcessIds parseProcessListing(std::string listing, const std::vector<std::string>& names) {
     ProcessIds pids;
-    std::istringstream lines(std::move(listing));
+    std::istringstream lines = inputFrom(std::move(listing));
     for (std::string line; std::getline(lines, line);) {
         const std::string column = getNthTokenFromString(line, pidColumn);
         for (const std::string& name : names) {

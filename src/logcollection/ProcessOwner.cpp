@@ -1,9 +1,9 @@
 #include "ProcessOwner.hpp"
 
-#include <sstream>
 #include <string>
 
 #include "FileAccess.hpp"
+#include "TextInput.hpp"
 
 namespace Korvel {
 
@@ -16,7 +16,7 @@ std::optional<uid_t> fileOwnerOf(pid_t process) {
     if (line == std::string::npos) {
         return std::nullopt;
     }
-    std::istringstream fields(status.substr(line));
+    std::istringstream fields = inputFrom(status.substr(line));
     std::string key;
     uid_t real = 0;
     uid_t effective = 0;

@@ -37,6 +37,7 @@ ALLOCATIONS = Path("/run/failing_memory")  # see FailingMemory.cpp
 UNTRACED = ["-e", "trace=none"]
 LOGS = re.compile(r"HistoryLog|SYSLIB|sm_log|startup|middle|runtime|/linux/")  # their contents depend on the time
 STACK = re.compile(r"\(INJECTED\)\n((?:.*\n){,30})")  # strace knows no stack of clone3, but that of the next call
+INJECTED_SIGNAL = re.compile(r"^(?:\d+ +)?(?:--- SIG(?!CHLD)|\+\+\+ killed by)", re.M)
 LOG_LINE = re.compile(rb"^\d{4}-\d\d-\d\dT.*\n?", re.M)
 NUMBER = re.compile(rb"\b(?:0x)?[0-9a-fA-F]*\d[0-9a-fA-F]*\b|\d+|\b[a-fA-F]{8}\b")
 
@@ -174,7 +175,7 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
     trace = Path(TRACE).read_text(errors="replace")
     allocations, failed_allocations, *run.callers = ALLOCATIONS.read_text().split()
     run.allocations = int(allocations)
-    run.injected = trace.count("(INJECTED)") + int(failed_allocations)
+    run.injected = trace.count("(INJECTED)") + len(INJECTED_SIGNAL.findall(trace)) + int(failed_allocations)
     run.stacks = "".join(STACK.findall(trace)) if "-k" in fault else ""
     run.left = left_processes(board)
     look_at_files(run, board)

@@ -12,8 +12,10 @@
 #include "IsolatedCpus.hpp"
 #include "Log.hpp"
 #include "Number.hpp"
+#include "TextInput.hpp"
 #include "Trim.hpp"
 
+using Korvel::inputFrom;
 using Korvel::logf;
 
 namespace {
@@ -117,7 +119,7 @@ void Config::parseConfig(const std::string& path) {
         logf(Korvel::logError, "Error while opening '%s' file", path.c_str());
         return;
     }
-    std::istringstream lines(*content);
+    std::istringstream lines = inputFrom(*content);
     for (std::string line; std::getline(lines, line);) {
         if (!line.empty() && line.front() != '#') {
             parseLine(line);
@@ -126,7 +128,7 @@ void Config::parseConfig(const std::string& path) {
 }
 
 bool Config::parseLine(const std::string& line) {
-    std::istringstream stream(line);
+    std::istringstream stream = inputFrom(line);
     std::string key;
     std::string value;
     const bool haveKey = getEntry(stream, key);
@@ -175,7 +177,7 @@ void Config::initSFNDeploymentType() {
     } else if (fileExists(masterFlagFile)) {
         sfnDeploymentType = sfnDeploymentMaster;
     } else if (fileExists(deploymentTypeFile)) {
-        std::istringstream content(readConfiguration(deploymentTypeFile).value_or(""));
+        std::istringstream content = inputFrom(readConfiguration(deploymentTypeFile).value_or(""));
         sfnDeploymentType = fileIsEmpty(content) ? sfnDeploymentNone : parseSFNType(content);
     }
 }

@@ -3,11 +3,11 @@
 #include <array>
 #include <cstdio>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <string_view>
 
 #include "Console.hpp"
+#include "TextInput.hpp"
 
 namespace Korvel {
 namespace {
@@ -40,7 +40,7 @@ unsigned parseIsolatedCpus(const std::string& commandLine) {
     if (found == std::string::npos) {
         return 0;
     }
-    std::istringstream list(commandLine.substr(found + option.size()));
+    std::istringstream list = inputFrom(commandLine.substr(found + option.size()));
     unsigned mask = 0;
     std::string item;
     while (std::getline(list, item, ',')) {

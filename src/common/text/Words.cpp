@@ -1,11 +1,11 @@
 #include "Words.hpp"
 
-#include <sstream>
+#include "TextInput.hpp"
 
 namespace Korvel {
 
 std::string getNthTokenFromString(const std::string& text, unsigned n) {
-    std::istringstream words(text);
+    std::istringstream words = inputFrom(text);
     std::string last;
     std::string word;
     for (unsigned i = 0; i < n && words >> word; ++i) {

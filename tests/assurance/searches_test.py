@@ -1,8 +1,9 @@
-"""The search for calls that fail unnoticed finds what it is for. The search itself takes hours: scripts/prove.sh."""
+"""The searches for faults that nobody notices find what they are for. They take hours: scripts/prove.sh runs them."""
 
 import unittest
 from typing import Any
 
+import allocations
 import judgement
 import search
 import system_calls
@@ -59,6 +60,13 @@ class OnABoard(unittest.TestCase):
         self.assertEqual((judge("sendto", failed, usual), failed["injected"]), (judgement.REPORTED, 1))
         self.assertIn("Input/output error", failed["err"])
         self.assertEqual((judge("", undisturbed, usual), undisturbed["injected"]), (judgement.SAME, 0))
+
+    def test_an_allocation_fails_and_korvel_says_so(self) -> None:
+        usual, calls = search.on_board(self.scenario, [])
+        fault = [fault for fault in allocations.faults_of(self.scenario, calls) if not fault.lasting][-1]
+        [failed] = search.on_board(self.scenario, [fault.options()])
+        self.assertEqual((allocations.judge(self.scenario, fault, [failed], usual), failed["injected"]), (judgement.REPORTED, 1))
+        self.assertIn("Error: std::bad_alloc\n", failed["err"])
 
 
 if __name__ == "__main__":
