@@ -2,8 +2,9 @@
 # Runs the long tests, which look for faults that nobody thought of. docs/assurance.md describes them and their results.
 #   scripts/prove.sh [--time MINUTES] [ROW...]     default: every row, without a limit
 #   scripts/prove.sh --list                        prints the rows
-# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls,
-# kills and allocations go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2 for wrong usage.
+# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, kills and allocations
+# go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2 for wrong
+# usage.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 

@@ -60,6 +60,17 @@ private:
     std::string_view content;
 };
 
+/// Sends a request, and reports an error that does not tell whether the file is there. Sets errno.
+FileResponse queryExistence(FileSession& session, Kind kind, const std::string& path) {
+    constexpr std::array answers{0, ENOENT, ENOTDIR, EACCES};
+    const FileResponse response = session.query(kind);
+    if (std::ranges::find(answers, response.error) == answers.end()) {
+        reportError(path, response.error);
+    }
+    errno = response.error;
+    return response;
+}
+
 /// Reads all pieces of the opened file, and closes it.
 void readPieces(FileSession& session, std::string& text, std::size_t limit, FileReading& reading) {
     FileResponse response = session.query(Kind::read);
@@ -76,23 +87,14 @@ void readPieces(FileSession& session, std::string& text, std::size_t limit, File
 }  // namespace
 
 bool isAccessible(const std::string& path, int mode) {
-    constexpr std::array answers{0, ENOENT, ENOTDIR, EACCES};  // others leave it open
     FileSession session(path);
     session.setAccessMode(mode);
-    const int error = session.query(Kind::access).error;
-    if (std::ranges::find(answers, error) == answers.end()) {
-        reportError(path, error);
-    }
-    return error == 0;
+    return queryExistence(session, Kind::access, path).error == 0;
 }
 
 std::optional<FileState> stateOf(const std::string& path) {
     FileSession session(path);
-    const FileResponse response = session.query(Kind::state);
-    if (response.error == ETIMEDOUT) {  // the only unexpected failure
-        reportError(path, response.error);
-    }
-    errno = response.error;
+    const FileResponse response = queryExistence(session, Kind::state, path);
     return response.error == 0 ? std::optional(response.state) : std::nullopt;
 }
 

@@ -12,10 +12,10 @@ namespace Korvel {
 // seconds and the error "Error while reading PATH: Connection timed out".
 
 /// Returns true if this process has access `mode` to the file; `mode` is as for access(). Reports an error
-/// that leaves this open, such as EIO.
+/// that does not tell whether the file is there, such as EIO.
 bool isAccessible(const std::string& path, int mode);
 
-/// Returns the file's state, or nothing, with errno set, if there is none.
+/// Returns the file's state, or nothing, with errno set, if there is none. Reports errors as isAccessible().
 std::optional<FileState> stateOf(const std::string& path);
 
 /// How a file is read.

@@ -232,4 +232,13 @@ TEST_F(CollectionSystemCallTest, ADeploymentFileThatCannotBeCheckedIsReported) {
               "Error while reading /rom/private/is_master: Input/output error\n");
 }
 
+TEST_F(CollectionSystemCallTest, AStateDirectoryThatCannotBeCheckedIsReported) {
+    startBoard();
+    const Injection injection{
+        .faults = {"newfstatat:error=EIO"}, .path = "/tmp/fuse/sfn/", .inChildren = true};
+
+    EXPECT_EQ(collectInjected(injection, {"-d", "iwf", "print", "dstat"}).err,
+              "Error while reading /tmp/fuse/sfn/: Input/output error\n");
+}
+
 }  // namespace
