@@ -34,8 +34,8 @@ bool FakeKernel::waitForDatagram(std::chrono::milliseconds limit) {
         arrival = elapsed + (fails ? 0 : delay) * unit;
         announced = true;
     }
-    require(announced || limit >= limit.zero(), "a wait has a limit");
-    const bool arrives = announced && (limit < limit.zero() || arrival <= elapsed + limit);
+    require(announced || limit.count() >= 0, "a wait has a limit");
+    const bool arrives = announced && (limit.count() < 0 || arrival <= elapsed + limit);
     elapsed = arrives ? std::max(arrival, elapsed) : elapsed + limit;
     return arrives;
 }
