@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::chrono::milliseconds unit{20};
 constexpr std::uint64_t failure = 0xff;
+constexpr char failureToSend = '\xfe';
 
 FakeKernel* existing = nullptr;
 
@@ -52,6 +53,13 @@ int FakeKernel::receive(char* buffer, std::size_t room) {
     }
     lastReceived = input.bytes(input.number(2));
     return static_cast<int>(lastReceived.copy(buffer, room));
+}
+
+bool FakeKernel::send(std::string_view datagram) {
+    lastSent = datagram;
+    const bool refused = !announced && input.skip(failureToSend);
+    errno = refused ? ECONNREFUSED : errno;
+    return !refused;
 }
 
 }  // namespace Fuzz
