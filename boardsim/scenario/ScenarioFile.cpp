@@ -99,8 +99,11 @@ std::string scenarioText(const Scenario& scenario) {
             table.insert(key.name, *values[0].as_string());
         }
     }
+    // Only one form of a text is written in such a way that toml++ can read all texts again.
+    constexpr auto otherForms =
+        toml::format_flags::allow_literal_strings | toml::format_flags::allow_multi_line_strings;
     std::ostringstream text;
-    text << table << '\n';
+    text << toml::toml_formatter(table, toml::toml_formatter::default_flags & ~otherForms) << '\n';
     return text.str();
 }
 

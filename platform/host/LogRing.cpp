@@ -46,7 +46,8 @@ bool LogRing::prepare() {
         restart(0);
         store(header.magic, ringMagic);
     }
-    return load(header.magic) == ringMagic && load(header.head) - load(header.tail) <= capacity;
+    const Bounds kept = bounds();
+    return load(header.magic) == ringMagic && kept.head - kept.tail <= capacity;
 }
 
 void LogRing::restart(std::uint64_t written) {
@@ -54,42 +55,44 @@ void LogRing::restart(std::uint64_t written) {
     store(header.head, written);
 }
 
+LogRing::Bounds LogRing::bounds() const {
+    return {.tail = load(header.tail), .head = load(header.head)};
+}
+
 void LogRing::append(std::string_view line) {
-    const std::uint64_t head = load(header.head);
-    const std::uint64_t newHead = head + line.size();
-    if (newHead - load(header.tail) > capacity) {
-        store(header.tail, endOfLineAt(newHead - capacity - 1));
+    const Bounds kept = bounds();
+    const std::uint64_t newHead = kept.head + line.size();
+    if (newHead - kept.tail > capacity) {
+        store(header.tail, endOfLineAt(newHead - capacity - 1, kept.head));
     }
-    copyIn(head, line);
+    copyIn(kept.head, line);
     store(header.head, newHead);
 }
 
 LogRing::Excerpt LogRing::read(std::span<char> buffer, unsigned start) const {
-    const std::optional<std::uint64_t> kept = findKept(start);
-    const std::uint64_t from = kept.value_or(load(header.tail));
-    const auto size = std::min<std::uint64_t>(load(header.head) - from, buffer.size());
+    const Bounds kept = bounds();
+    const std::optional<std::uint64_t> line = findKept(start, kept);
+    const std::uint64_t from = line.value_or(kept.tail);
+    const auto size = std::min<std::uint64_t>({kept.head - from, buffer.size(), capacity});
     const std::span<char> copy = buffer.first(static_cast<std::size_t>(size));
     copyOut(from, copy);
     const std::size_t length = std::string_view(copy.data(), copy.size()).rfind('\n') + 1;  // npos + 1 is 0
-    return {.length = length, .end = positionAt(from + length), .late = start != 0 && !kept};
+    return {.length = length, .end = positionAt(from + length), .late = start != 0 && !line};
 }
 
 /// Returns the number of bytes written before `position`, if a kept line starts there or the newest line ends
 /// there.
-std::optional<std::uint64_t> LogRing::findKept(unsigned position) const {
-    const std::uint64_t head = load(header.head);
-    const std::uint64_t tail = load(header.tail);
-    const std::uint64_t distance = (positionAt(head) + positionCount - position) % positionCount;
-    if (position == 0 || distance > head - tail) {
+std::optional<std::uint64_t> LogRing::findKept(unsigned position, const Bounds& kept) const {
+    const std::uint64_t distance = (positionAt(kept.head) + positionCount - position) % positionCount;
+    if (position == 0 || distance > kept.head - kept.tail) {
         return std::nullopt;
     }
-    const std::uint64_t written = head - distance;
-    return written == tail || textAt(written - 1) == '\n' ? std::optional(written) : std::nullopt;
+    const std::uint64_t written = kept.head - distance;
+    return written == kept.tail || textAt(written - 1) == '\n' ? std::optional(written) : std::nullopt;
 }
 
 /// Returns the end of the line that contains byte number `written`, at most the head.
-std::uint64_t LogRing::endOfLineAt(std::uint64_t written) const {
-    const std::uint64_t head = load(header.head);
+std::uint64_t LogRing::endOfLineAt(std::uint64_t written, std::uint64_t head) const {
     while (written != head && textAt(written) != '\n') {
         ++written;
     }

@@ -54,8 +54,16 @@ private:
         std::uint64_t head;  ///< bytes written so far
     };
 
-    std::optional<std::uint64_t> findKept(unsigned position) const;
-    std::uint64_t endOfLineAt(std::uint64_t written) const;
+    /// The header at one moment. Each operation looks at it once, because a process that does not hold the
+    /// lock can change it at any time.
+    struct Bounds {
+        std::uint64_t tail;
+        std::uint64_t head;
+    };
+
+    Bounds bounds() const;
+    std::optional<std::uint64_t> findKept(unsigned position, const Bounds& kept) const;
+    std::uint64_t endOfLineAt(std::uint64_t written, std::uint64_t head) const;
     char& textAt(std::uint64_t written) const;
     void copyIn(std::uint64_t written, std::string_view line);
     void copyOut(std::uint64_t written, std::span<char> buffer) const;

@@ -53,7 +53,7 @@ TEST(BoardsimOptionsTest, LeavesPeersOutAndGivesOthersFaults) {
 
     EXPECT_EQ(outcome.out,
               "netfp_master\nnetfp_server\nresmgr_server\niwf_dispatcher\n"
-              "fault = [ 'netfp_master=error:-9' ]\nwithout = [ 'netfp_proxy', 'system_log' ]\n");
+              "fault = [ \"netfp_master=error:-9\" ]\nwithout = [ \"netfp_proxy\", \"system_log\" ]\n");
 }
 
 TEST(BoardsimOptionsTest, ShowsTheKernelCommandLine) {
@@ -95,19 +95,19 @@ TEST(BoardsimOptionsTest, HaveAnExampleScenarioThatSetsThemAll) {
     EXPECT_EQ(outcome,
               (Outcome{.status = 0,
                        .out = "doNotCollectLogOnExit=1\n"
-                              "cmdline = 'console=ttyS0,115200n8 root=/dev/ram0 rw mem=1G isolcpus=2,3'\n"
-                              "config = '/run/boardsim/fpdispatcher.conf'\n"
-                              "deployment = 'sfn-master'\n"
+                              "cmdline = \"console=ttyS0,115200n8 root=/dev/ram0 rw mem=1G isolcpus=2,3\"\n"
+                              "config = \"/run/boardsim/fpdispatcher.conf\"\n"
+                              "deployment = \"sfn-master\"\n"
                               "fault = [\n"
-                              "    'netfp_master=slow:300',\n"
-                              "    'netfp_proxy=netlink-error:3',\n"
-                              "    'netfp_server=unended',\n"
-                              "    'iwf_dispatcher=binary',\n"
-                              "    'sfn_dispatcher=netlink-silent'\n"
+                              "    \"netfp_master=slow:300\",\n"
+                              "    \"netfp_proxy=netlink-error:3\",\n"
+                              "    \"netfp_server=unended\",\n"
+                              "    \"iwf_dispatcher=binary\",\n"
+                              "    \"sfn_dispatcher=netlink-silent\"\n"
                               "]\n"
-                              "ffs-size = '8M'\n"
-                              "tmp-size = '16M'\n"
-                              "without = [ 'resmgr_server' ]\n",
+                              "ffs-size = \"8M\"\n"
+                              "tmp-size = \"16M\"\n"
+                              "without = [ \"resmgr_server\" ]\n",
                        .err = ""}));
     for (const char* key : {"\nsecured =", "\nsecure-error =", "\ncma-error =", "\nfull-logs =",
                             "\ntraffic =", "\nseed =", "\nbare ="}) {

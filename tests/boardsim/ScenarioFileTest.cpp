@@ -103,6 +103,13 @@ TEST(ScenarioFileTest, IsWrittenAsItIsRead) {
     EXPECT_EQ(scenarioText(load(text)), text);
 }
 
+TEST(ScenarioFileTest, KeepsQuotesBesideALineEnd) {
+    Scenario scenario;
+    scenario.cmdline = "three ''' or \"\"\" quotes\nand a line end";
+
+    EXPECT_EQ(load(scenarioText(scenario)).cmdline, scenario.cmdline);
+}
+
 TEST(ScenarioFileTest, IsRefusedWithTheLineAndTheReason) {
     const struct {
         const char* text;

@@ -125,7 +125,7 @@ class BoardTest(SshCase):
     def test_has_its_options(self) -> None:
         outcome = run([*self.ssh("--deployment", "iwf", "--fault", "netfp_master=error:-9"),
                        "ls /rom/config; korvel getport eth1; cat /run/boardsim/scenario.toml | grep fault"])
-        self.assertEqual(outcome, Outcome(0, "deployment_type\nfault = [ 'netfp_master=error:-9' ]\n",
+        self.assertEqual(outcome, Outcome(0, 'deployment_type\nfault = [ "netfp_master=error:-9" ]\n',
                                           "Response from Server was not successful.\n"
                                           'Get Port: Invalid port number "eth1"\n'))
 

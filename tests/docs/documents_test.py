@@ -145,6 +145,17 @@ class ReadmeTest(unittest.TestCase):
             self.assertTrue(reader in text_of("README.md"), reader)
 
 
+class FuzzTargetsTest(unittest.TestCase):
+    def test_have_seeds_and_a_row(self) -> None:
+        built = {name for path in files("tests/**/fuzz/CMakeLists.txt")
+                 for name in re.findall(r"^korvel_fuzz_target\((\w+)", path.read_text(encoding="utf-8"), re.M)}
+        section = text_of("docs/testing.md").partition("## Fuzz targets\n")[2].partition("\n## ")[0]
+        rows = "\n".join(re.findall(r"^\| (`.*?) \|", section, re.M))
+
+        self.assertEqual({path.name for path in files("tests/**/fuzz/corpus/*")}, built)
+        self.assertEqual(set(re.findall(r"`(\w+)`", rows)), built)
+
+
 class ScriptsTest(unittest.TestCase):
     def test_are_each_named_on_a_page(self) -> None:
         pages = "\n".join(page.read_text(encoding="utf-8") for page in PAGES)

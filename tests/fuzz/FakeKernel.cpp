@@ -9,6 +9,7 @@ namespace {
 
 constexpr std::chrono::milliseconds unit{20};
 constexpr std::uint64_t failure = 0xff;
+constexpr char failureToSend = '\xfe';
 
 FakeKernel* existing = nullptr;
 
@@ -34,8 +35,8 @@ bool FakeKernel::waitForDatagram(std::chrono::milliseconds limit) {
         arrival = elapsed + (fails ? 0 : delay) * unit;
         announced = true;
     }
-    require(announced || limit >= limit.zero(), "a wait has a limit");
-    const bool arrives = announced && (limit < limit.zero() || arrival <= elapsed + limit);
+    require(announced || limit.count() >= 0, "a wait has a limit");
+    const bool arrives = announced && (limit.count() < 0 || arrival <= elapsed + limit);
     elapsed = arrives ? std::max(arrival, elapsed) : elapsed + limit;
     return arrives;
 }
@@ -52,6 +53,13 @@ int FakeKernel::receive(char* buffer, std::size_t room) {
     }
     lastReceived = input.bytes(input.number(2));
     return static_cast<int>(lastReceived.copy(buffer, room));
+}
+
+bool FakeKernel::send(std::string_view datagram) {
+    lastSent = datagram;
+    const bool refused = !announced && input.skip(failureToSend);
+    errno = refused ? ECONNREFUSED : errno;
+    return !refused;
 }
 
 }  // namespace Fuzz

@@ -12,7 +12,8 @@ namespace Fuzz {
 /// time.
 ///
 /// Each datagram of the input is a byte that says after how many units of 20 ms it arrives, two bytes with
-/// its length, and its contents. Instead of a datagram, the byte 0xff makes receiving fail.
+/// its length, and its contents. Instead of a datagram, the byte 0xff makes receiving fail, and 0xfe the next
+/// sending.
 class FakeKernel {
 public:
     /// `source` must outlive this object. Only one object may exist.
@@ -32,7 +33,9 @@ public:
     /// The next datagram, cut to `room` bytes, or -1 with errno.
     int receive(char* buffer, std::size_t room);
 
-    void send(std::string_view datagram) { lastSent = datagram; }
+    /// Returns false, with errno, if sending fails.
+    bool send(std::string_view datagram);
+
     void pass(std::chrono::nanoseconds time) { elapsed += time; }
 
     std::chrono::nanoseconds now() const { return elapsed; }

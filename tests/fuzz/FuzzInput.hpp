@@ -37,6 +37,13 @@ public:
         return text;
     }
 
+    /// Skips the next byte if it is `byte`. Returns whether it was.
+    bool skip(char byte) {
+        const bool found = left.starts_with(byte);
+        left.remove_prefix(found ? 1 : 0);
+        return found;
+    }
+
     std::string_view rest() { return bytes(left.size()); }
 
 private:

@@ -87,8 +87,8 @@ int fakeConnect(int /*socket*/, const sockaddr* /*address*/, socklen_t /*size*/)
 
 ssize_t fakeSendto(int /*socket*/, const void* data, std::size_t size, int /*flags*/,
                    const sockaddr* /*address*/, socklen_t /*addressSize*/) {
-    FakeKernel::current().send({static_cast<const char*>(data), size});
-    return static_cast<ssize_t>(size);
+    const bool sent = FakeKernel::current().send({static_cast<const char*>(data), size});
+    return sent ? static_cast<ssize_t>(size) : -1;
 }
 
 ssize_t fakeRecv(int /*socket*/, void* buffer, std::size_t size, int /*flags*/) {

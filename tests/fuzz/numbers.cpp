@@ -7,6 +7,7 @@
 #include <string>
 
 #include "EnableWord.hpp"
+#include "FuzzInput.hpp"
 #include "FuzzTarget.hpp"
 #include "Number.hpp"
 #include "Trim.hpp"
@@ -125,8 +126,8 @@ void checkWords(const std::string& text) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string text(Fuzz::textOf(data, size));
-    const std::string word = text.c_str();  // an argument has no zero byte
+    Fuzz::FuzzInput input(Fuzz::textOf(data, size));
+    const std::string word(input.textUntil('\0'));  // an argument has no zero byte
     checkNumbers(word);
     checkWords(word);
     return 0;
