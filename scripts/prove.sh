@@ -2,15 +2,16 @@
 # Runs the long tests, which look for faults that nobody thought of. docs/assurance.md describes them and their results.
 #   scripts/prove.sh [--time MINUTES] [ROW...]     default: every row, without a limit
 #   scripts/prove.sh --list                        prints the rows
-# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, kills and allocations
-# go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2 for wrong
-# usage.
+# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, programs, kills and
+# allocations go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2
+# for wrong usage.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls kills allocations disks full matrix fuzz memory stress arm)
+rows=(system-calls programs kills allocations disks full matrix fuzz memory stress arm)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
+    [programs]="system calls of korvel and its programs fail together"
     [kills]="korvel and its programs are killed at every system call"
     [allocations]="every allocation of memory fails"
     [disks]="disks of 64 sizes, in every scenario that writes files"
@@ -21,9 +22,10 @@ declare -A titles=(
     [stress]="the quick tests, 20 times while processor, memory and disk are busy"
     [arm]="korvel for the board's processor, emulated"
 )
-declare -A minutes_of=([system-calls]=240 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30 [stress]=120 [arm]=30)
+declare -A minutes_of=([system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30 [stress]=120 [arm]=30)
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
+    [programs]="python3 -B tests/assurance/programs.py --sample 200"
     [kills]="python3 -B tests/assurance/kills.py --sample 700"
     [allocations]="python3 -B tests/assurance/allocations.py"
     [disks]="python3 -B tests/assurance/disks.py"

@@ -37,7 +37,8 @@ ALLOCATIONS = Path("/run/failing_memory")  # see FailingMemory.cpp
 UNTRACED = ["-e", "trace=none"]
 LOGS = re.compile(r"HistoryLog|SYSLIB|sm_log|startup|middle|runtime|/linux/")  # their contents depend on the time
 STACK = re.compile(r"\(INJECTED\)\n((?:.*\n){,30})")  # strace knows no stack of clone3, but that of the next call
-INJECTED_SIGNAL = re.compile(r"^(?:\d+ +)?(?:--- SIG(?!CHLD)|\+\+\+ killed by)", re.M)
+PROGRAM = re.compile(r"^\d+<([^>]*)> .*\(INJECTED\)", re.M)
+INJECTED_SIGNAL = re.compile(r"^(?:\d+\S* +)?(?:--- SIG(?!CHLD)|\+\+\+ killed by)", re.M)
 LOG_LINE = re.compile(rb"^\d{4}-\d\d-\d\dT.*\n?", re.M)
 NUMBER = re.compile(rb"\b(?:0x)?[0-9a-fA-F]*\d[0-9a-fA-F]*\b|\d+|\b[a-fA-F]{8}\b")
 
@@ -58,6 +59,7 @@ class Run:
     injected: int = 0
     allocations: int = 0  # with the library failing_memory
     callers: list[str] = field(default_factory=list)  # of the first one that failed, as offsets in the program
+    programs: list[str] = field(default_factory=list)  # whose calls failed, with strace's options -f and -Y
     stacks: str = ""  # of the calls that failed, with strace's option -k
 
 
@@ -176,6 +178,7 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
     allocations, failed_allocations, *run.callers = ALLOCATIONS.read_text().split()
     run.allocations = int(allocations)
     run.injected = trace.count("(INJECTED)") + len(INJECTED_SIGNAL.findall(trace)) + int(failed_allocations)
+    run.programs = sorted(set(PROGRAM.findall(trace)))
     run.stacks = "".join(STACK.findall(trace)) if "-k" in fault else ""
     run.left = left_processes(board)
     look_at_files(run, board)

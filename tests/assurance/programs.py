@@ -23,7 +23,7 @@ class InEveryProcess:
     failing: FailingCall  # its number is counted in each process
 
     def options(self) -> list[str]:
-        return ["-f", *self.failing.options()]
+        return ["-f", "-Y", *self.failing.options()]
 
     def __str__(self) -> str:
         return f"{self.failing} in every process"
@@ -36,7 +36,7 @@ class Pair:
 
     def options(self) -> list[str]:
         [_, _, *inject] = self.second.options()
-        return ["-f", *self.first.options(), "-e", f"trace={self.first.call},{self.second.call}", *inject]
+        return ["-f", "-Y", *self.first.options(), "-e", f"trace={self.first.call},{self.second.call}", *inject]
 
     def __str__(self) -> str:
         return f"{self.first} and {self.second}"
@@ -46,20 +46,19 @@ def faults_of(scenario: Scenario, calls: list[str]) -> Iterator[InEveryProcess |
     for call, number, error, lasting in itertools.product(CALLS, range(1, FIRST_CALLS + 1), ERRORS, (False, True)):
         yield InEveryProcess(FailingCall(call, number, error, lasting))
     of_korvel = list(faults_of_korvel(scenario, calls))
-    chance = random.Random(name_seed(scenario))
+    chance = random.Random(scenario.words)
     for _ in range(PAIRS):
         first, second = chance.sample(of_korvel, 2)
         if first.call != second.call:  # strace has one fault for each call
             yield Pair(first, second)
 
 
-def name_seed(scenario: Scenario) -> str:
-    return scenario.words
-
-
 def judge(_: Scenario, fault: InEveryProcess | Pair, runs: list[Run], usual: Run) -> str:
-    call = "write" if "write" in str(fault) else ""
-    return judgement.judge(call, runs[0], usual)
+    [run] = runs
+    outcome = judgement.judge("write" if "write:" in str(fault) else "", run, usual)
+    if outcome.startswith(judgement.SILENT_DEFECT) and "korvel" not in run["programs"]:
+        return judgement.DOCUMENTED  # the program that failed did not say so, such as ps for a process that it cannot read
+    return outcome
 
 
 if __name__ == "__main__":
