@@ -8,7 +8,7 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls programs kills allocations disks full matrix fuzz memory stress arm)
+rows=(system-calls programs kills allocations disks full matrix fuzz memory stress arm board)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
     [programs]="system calls of korvel and its programs fail together"
@@ -21,8 +21,12 @@ declare -A titles=(
     [memory]="korvel's unit tests with Valgrind"
     [stress]="the quick tests, 20 times while processor, memory and disk are busy"
     [arm]="korvel for the board's processor, emulated"
+    [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
-declare -A minutes_of=([system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30 [stress]=120 [arm]=30)
+declare -A minutes_of=(
+    [system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30
+    [stress]=120 [arm]=30 [board]=90
+)
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
     [programs]="python3 -B tests/assurance/programs.py --sample 200"
@@ -35,6 +39,7 @@ declare -A commands=(
     [memory]="tests/assurance/memory.sh"
     [stress]="tests/assurance/stress.sh"
     [arm]="scripts/test-arm.sh"
+    [board]="scripts/test-board.sh"
 )
 
 usage() {

@@ -5,7 +5,7 @@ import unittest
 
 from configuring import SOURCE
 
-USAGE = "usage: scripts/setup.sh PURPOSE...\nPurposes: build board report fleet test lint bench browser prove package arm\n"
+USAGE = "usage: scripts/setup.sh PURPOSE...\nPurposes: build board report fleet test lint bench browser prove package arm emulated\n"
 
 
 def setup(*purposes: str) -> tuple[int, str, str]:

@@ -6,7 +6,8 @@
 #include <optional>
 
 #include <sys/socket.h>
-#include <sys/syscall.h>
+
+#include "SystemCalls.hpp"
 
 /// A system call that the kernel refuses. For failures that no file and no peer can cause.
 struct FailingCall {
@@ -21,20 +22,13 @@ struct FailingCall {
     std::optional<Argument> argument = {};
 };
 
-/// The system call of poll(). Some processors have only ppoll().
-#ifdef SYS_poll
-constexpr long pollCall = SYS_poll;
-#else
-constexpr long pollCall = SYS_ppoll;
-#endif
-
 /// Opening a netlink socket fails, as if all descriptors were in use.
 constexpr FailingCall noNetlinkSocket{
     .number = SYS_socket, .error = EMFILE, .argument = FailingCall::Argument{0, AF_NETLINK}};
 
 /// Receives that do not block find nothing, even after an announcement. A receive that blocks works.
 constexpr FailingCall nothingThere{
-    .number = SYS_recvfrom, .error = EAGAIN, .argument = FailingCall::Argument{3, MSG_DONTWAIT}};
+    .number = receiveCall, .error = EAGAIN, .argument = FailingCall::Argument{3, MSG_DONTWAIT}};
 
 /// Runs `work` to its end on a thread of its own. There, and in its children, `call` fails. Throws
 /// std::system_error if the kernel refuses the filter. An exception of `work` ends the program.

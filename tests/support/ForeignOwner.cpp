@@ -1,23 +1,26 @@
 #include "ForeignOwner.hpp"
 
 #include <cstddef>
+#include <filesystem>
 #include <iomanip>
 #include <span>
 #include <sstream>
 #include <stdexcept>
 
-#include <sys/stat.h>
+#include "SystemCalls.hpp"
 
 namespace {
 
 constexpr uid_t someoneElse = 4711;
 
-/// The start of a status up to its owner (included), in hex.
-std::string upToOwner(const struct stat& status) {
-    constexpr std::size_t length = offsetof(struct stat, st_uid) + sizeof status.st_uid;
+/// The start of an answer up to its owner (included), in hex.
+std::string upToOwner(const StatusAnswer& answer) {
+    const auto bytes = std::as_bytes(std::span(&answer, 1));
+    const auto owner = std::as_bytes(std::span(&(answer.*ownerInAnswer), 1));
+    const auto length = static_cast<std::size_t>(owner.data() + owner.size() - bytes.data());
     std::ostringstream hex;
     hex << std::hex << std::setfill('0');
-    for (const std::byte each : std::as_bytes(std::span(&status, 1)).first(length)) {
+    for (const std::byte each : bytes.first(length)) {
         hex << std::setw(2) << std::to_integer<unsigned>(each);
     }
     return hex.str();
@@ -26,12 +29,14 @@ std::string upToOwner(const struct stat& status) {
 }  // namespace
 
 Injection foreignOwnerOf(const std::string& path) {
-    struct stat status {};
-    if (::lstat(path.c_str(), &status) != 0) {
+    StatusAnswer answer{};
+    if (!askStatus(path, answer)) {
         throw std::runtime_error("nothing at " + path);
     }
-    status.st_uid = someoneElse;
+    answer.*ownerInAnswer = someoneElse;
     // For a link, only the first call counts. strace treats the target of a link as the same path.
-    const std::string when = S_ISLNK(status.st_mode) ? ":when=1" : "";
-    return {.faults = {"newfstatat:poke_exit=@arg3=" + upToOwner(status) + when}, .path = path};
+    const std::string when = std::filesystem::is_symlink(path) ? ":when=1" : "";
+    return {
+        .faults = {"newfstatat:poke_exit=" + std::string(answerArgument) + "=" + upToOwner(answer) + when},
+        .path = path};
 }

@@ -1,10 +1,12 @@
 #include "Injection.hpp"
 
+#include "SystemCalls.hpp"
+
 Outcome runInjected(const Injection& injection, const std::vector<std::string>& command,
                     Surroundings surroundings) {
     std::vector<std::string> words{"strace", "--quiet=all", "-o", "/dev/null"};
     for (const std::string& fault : injection.faults) {
-        words.insert(words.end(), {"-e", "inject=" + fault});
+        words.insert(words.end(), {"-e", "inject=" + forThisProcessor(fault)});
     }
     if (!injection.path.empty()) {
         words.insert(words.end(), {"-P", injection.path});

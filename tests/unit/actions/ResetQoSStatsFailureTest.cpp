@@ -95,7 +95,7 @@ TEST_F(ResetQoSStatsFailureTest, TimesOutIfAnAnnouncedAnswerIsMissing) {
 }
 
 TEST_F(ResetQoSStatsFailureTest, FailsIfReceivingTheAnswerFails) {
-    EXPECT_FALSE(resetFailing({.number = SYS_recvfrom, .error = EIO}));
+    EXPECT_FALSE(resetFailing({.number = receiveCall, .error = EIO}));
 
     EXPECT_EQ(printed, (Printed{.err = "recv(): An error occured, errno: %sInput/output error\n"}));
 }

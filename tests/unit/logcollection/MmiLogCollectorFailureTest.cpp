@@ -107,7 +107,7 @@ TEST_F(MmiLogCollectorFailureTest, EndsAReplyIfWaitingForItFails) {
 }
 
 TEST_F(MmiLogCollectorFailureTest, EndsAReplyIfReceivingItFails) {
-    EXPECT_EQ(collectFailing({.number = SYS_recvfrom, .error = ENOMEM}, information),
+    EXPECT_EQ(collectFailing({.number = receiveCall, .error = ENOMEM}, information),
               (Printed{.err = "recv(): An error occured, errno: Cannot allocate memory\n"
                               "recv(): An error occured, errno: Cannot allocate memory\n"}));
 

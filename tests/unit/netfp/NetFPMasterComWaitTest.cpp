@@ -256,9 +256,9 @@ TEST_F(NetFPMasterComWaitTest, ReportsAFailedReceiveAndKeepsItsIdentifier) {
     } cases[] = {
         {{.number = pollCall, .error = ENOMEM},
          "Failed to receive from Linux Socket: 12: Cannot allocate memory\n"},
-        {{.number = SYS_recvfrom, .error = ENOMEM},
+        {{.number = receiveCall, .error = ENOMEM},
          "Failed to receive from Linux Socket: 12: Cannot allocate memory\n"},
-        {{.number = SYS_recvfrom, .error = EBADF},
+        {{.number = receiveCall, .error = EBADF},
          "Failed to receive from Linux Socket: 9: Bad file descriptor\n"},
     };
     for (const auto& [call, message] : cases) {

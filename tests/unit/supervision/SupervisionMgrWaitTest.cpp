@@ -127,7 +127,7 @@ TEST_F(SupervisionMgrWaitTest, StopsIfTheWaitFails) {
 TEST_F(SupervisionMgrWaitTest, StopsIfTheReceiveFails) {
     supervise({iwf});
 
-    EXPECT_EQ(cycleFailing({.number = SYS_recvfrom, .error = EIO}, {proxyAnswer()}), stop);
+    EXPECT_EQ(cycleFailing({.number = receiveCall, .error = EIO}, {proxyAnswer()}), stop);
 
     expectAbandoned("recv(): An error occured, errno: Input/output error",
                     "Heartbeat status: IWF Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED");
@@ -137,7 +137,7 @@ TEST_F(SupervisionMgrWaitTest, StopsIfItReceivesNothing) {
     supervise({sfn});
 
     // A call that fails with error 0 returns 0.
-    EXPECT_EQ(cycleFailing({.number = SYS_recvfrom, .error = 0}, {proxyAnswer()}), stop);
+    EXPECT_EQ(cycleFailing({.number = receiveCall, .error = 0}, {proxyAnswer()}), stop);
 
     expectAbandoned("recv(): Peer has performed an orderly shutdown",
                     "Heartbeat status: SFN Dispatcher:NOT_RECEIVED NetfpProxy: NOT_RECEIVED");

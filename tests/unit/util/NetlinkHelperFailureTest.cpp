@@ -51,14 +51,14 @@ TEST_F(NetlinkHelperFailureTest, TimesOutIfAnAnnouncedDatagramIsMissing) {
 }
 
 TEST_F(NetlinkHelperFailureTest, ReportsAFailedReceive) {
-    EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = ENOBUFS}),
+    EXPECT_EQ(reportsUnder({.number = receiveCall, .error = ENOBUFS}),
               reported("recv() error: No buffer space available"));
 }
 
 TEST_F(NetlinkHelperFailureTest, ReportsAReceiveOfNothingAsTheEndOfTheConnection) {
     constexpr int none = 0;  // the call then returns 0 and does nothing
 
-    EXPECT_EQ(reportsUnder({.number = SYS_recvfrom, .error = none}),
+    EXPECT_EQ(reportsUnder({.number = receiveCall, .error = none}),
               reported("Connection closed unexpectedly"));
 }
 

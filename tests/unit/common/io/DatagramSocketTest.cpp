@@ -203,7 +203,7 @@ TEST_F(ReceiveDatagram, EndsAtTheDeadlineIfAnAnnouncedDatagramIsMissing) {
 TEST_F(ReceiveDatagram, DistinguishesAFailedWaitFromAFailedReceive) {
     EXPECT_EQ(receiveUnder({.number = pollCall, .error = ENOMEM}), Arrival::waitFailed);
     EXPECT_EQ(reason, ENOMEM);
-    EXPECT_EQ(receiveUnder({.number = SYS_recvfrom, .error = EIO}), Arrival::receiveFailed);
+    EXPECT_EQ(receiveUnder({.number = receiveCall, .error = EIO}), Arrival::receiveFailed);
     EXPECT_EQ(reason, EIO);
     EXPECT_EQ(size, untouched);
 }
