@@ -18,7 +18,7 @@ declare -A titles=(
     [stress]="the quick tests, 20 times while processor, memory and disk are busy"
     [arm]="korvel for the board's processor, emulated"
 )
-declare -A minutes_of=([system-calls]=240 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30 [stress]=120 [arm]=30)
+declare -A minutes_of=([system-calls]=240 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30 [stress]=120 [arm]=30)
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
     [disks]="python3 -B tests/assurance/disks.py"
