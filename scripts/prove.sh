@@ -24,7 +24,7 @@ declare -A titles=(
     [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
 declare -A minutes_of=(
-    [system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=60 [memory]=30
+    [system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30
     [stress]=120 [arm]=30 [board]=90
 )
 declare -A commands=(
