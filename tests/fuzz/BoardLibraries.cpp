@@ -21,6 +21,7 @@ public:
 
     void vwrite(int /*level*/, const char* /*tag*/, const char* format, std::va_list arguments) override
         __attribute__((format(printf, 4, 0))) {
+        // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start has initialized it
         std::vsnprintf(nullptr, 0, format, arguments);
     }
 
