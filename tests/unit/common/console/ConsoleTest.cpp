@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include "Console.hpp"
 #include "OutputCapture.hpp"
 #include "Probe.hpp"
+#include "ResourceLimit.hpp"
 #include "TestFiles.hpp"
 
 namespace {
@@ -44,6 +46,18 @@ TEST_F(Console, ReportsAFailureAfterALineThatWasLost) {
 
     EXPECT_EQ(console.err(), "no port 7\n");
 }
+
+#ifndef __SANITIZE_ADDRESS__  // it needs terabytes of address space
+TEST_F(Console, ReportsAFailureInFullWithoutMemory) {
+    const std::string reason(std::size_t{1} << 20, 'x');
+    {
+        const ResourceLimit noMemory(RLIMIT_AS, 0);
+        EXPECT_FALSE(Korvel::fail("no port: ", reason));
+    }
+
+    EXPECT_TRUE(console.err() == "no port: " + reason + '\n');  // too long to print in a failure
+}
+#endif
 
 TEST_F(Console, ReportsWhyASystemCallFailed) {
     errno = ENOENT;

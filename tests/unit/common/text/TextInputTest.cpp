@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include "ResourceLimit.hpp"
 #include "TextInput.hpp"
 
 TEST(TextInput, ReadsTheText) {
@@ -19,13 +20,9 @@ TEST(TextInput, ReadsTheText) {
 #ifndef __SANITIZE_ADDRESS__  // it needs terabytes of address space
 TEST(TextInput, DoesNotTakeTheEndOfMemoryForTheEndOfTheText) {
     auto input = Korvel::inputFrom(std::string(std::size_t{64} << 20, 'x'));
-    const rlimit none{.rlim_cur = 0, .rlim_max = RLIM_INFINITY};
-    ASSERT_EQ(::setrlimit(RLIMIT_AS, &none), 0);
+    const ResourceLimit noMemory(RLIMIT_AS, 0);
     std::string word;
 
     EXPECT_THROW(input >> word, std::bad_alloc);
-
-    const rlimit all{.rlim_cur = RLIM_INFINITY, .rlim_max = RLIM_INFINITY};
-    ASSERT_EQ(::setrlimit(RLIMIT_AS, &all), 0);
 }
 #endif
