@@ -1,21 +1,19 @@
-// A library for LD_PRELOAD: lets memory allocations of one program fail. The environment says which:
-//   FAILING_MEMORY=FIRST-LAST   numbers of the allocations that fail; main() starts with 1
-//   FAILING_MEMORY_COUNT=PATH   a file for the result, when the program ends: the number of allocations, the
-//   number of those
-//                               that failed, and from where in the program the first one was called, as
-//                               offsets
-// Programs that this program executes are not affected.
+// A library for LD_PRELOAD: lets memory allocations of one program fail. Programs that this program executes
+// are not affected. The environment says which allocations fail:
+// - FAILING_MEMORY=FIRST-LAST: their numbers; main() starts with 1
+// - FAILING_MEMORY_COUNT=PATH: a file that gets the result when the program ends. It contains the number of
+//   allocations, the number of those that failed, and the callers of the first one that failed, as offsets.
 
 #include <array>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <span>
 
 #include <dlfcn.h>
 #include <execinfo.h>
 #include <fcntl.h>
-#include <sys/auxv.h>
 #include <unistd.h>
 
 // The allocator of glibc, under the names that no library replaces.
@@ -27,22 +25,25 @@ void* glibcRealloc(void* old, std::size_t size) __asm__("__libc_realloc");
 
 namespace {
 
+using Main = int (*)(int, char**, char**);
+Main programMain = nullptr;
+
 bool counts = false;
 unsigned long first = 0;
 unsigned long last = 0;
 unsigned long number = 0;
 unsigned long failures = 0;
 std::array<void*, 32> stack{};  // of the first failure
-int stackSize = 0;
+std::size_t stackSize = 0;
 
 /// Offsets in the program's file, which addr2line understands. Other files are left out.
 void printStack(int file) {
     Dl_info program{};
-    ::dladdr(reinterpret_cast<void*>(::getauxval(AT_ENTRY)), &program);
-    for (int i = 0; i < stackSize; ++i) {
+    ::dladdr(reinterpret_cast<void*>(programMain), &program);
+    for (void* const caller : std::span(stack).first(stackSize)) {
         Dl_info info{};
-        if (::dladdr(stack[i], &info) != 0 && info.dli_fbase == program.dli_fbase) {
-            ::dprintf(file, " %#tx", static_cast<char*>(stack[i]) - static_cast<char*>(info.dli_fbase));
+        if (::dladdr(caller, &info) != 0 && info.dli_fbase == program.dli_fbase) {
+            ::dprintf(file, " %#tx", static_cast<char*>(caller) - static_cast<char*>(info.dli_fbase));
         }
     }
 }
@@ -57,15 +58,12 @@ bool fails() {
     }
     if (++failures == 1) {
         counts = false;  // backtrace() allocates
-        stackSize = ::backtrace(stack.data(), static_cast<int>(stack.size()));
+        stackSize = static_cast<std::size_t>(::backtrace(stack.data(), static_cast<int>(stack.size())));
         counts = true;
     }
     errno = ENOMEM;
     return true;
 }
-
-using Main = int (*)(int, char**, char**);
-Main programMain = nullptr;
 
 int countingMain(int argc, char** argv, char** environment) {
     if (const char* const range = std::getenv("FAILING_MEMORY")) {
@@ -108,11 +106,11 @@ void* malloc(std::size_t size) {
     return fails() ? nullptr : glibcMalloc(size);
 }
 
-void* calloc(std::size_t count, std::size_t size) {
-    return fails() ? nullptr : glibcCalloc(count, size);
+void* calloc(std::size_t nmemb, std::size_t size) {
+    return fails() ? nullptr : glibcCalloc(nmemb, size);
 }
 
-void* realloc(void* old, std::size_t size) {
-    return fails() ? nullptr : glibcRealloc(old, size);
+void* realloc(void* ptr, std::size_t size) {
+    return fails() ? nullptr : glibcRealloc(ptr, size);
 }
 }
