@@ -3,7 +3,6 @@
 # Nothing is registered on this machine: packages for ARM are unpacked in folders, and run in a namespace of their own.
 
 machine=build-board-arm
-share=$machine/share  # the machine's folder /share
 mirror=${KORVEL_MIRROR:-http://deb.debian.org/debian}
 keys=/usr/share/keyrings/debian-archive-keyring.gpg
 # systemd and what the tests use. cmake brings ctest.
@@ -116,7 +115,7 @@ make_root_disk() {
 
 # Makes what is missing.
 make_machine() {
-    mkdir -p "$machine" "$share"
+    mkdir -p "$machine"
     machine_folder=$PWD/$machine
     [ -e "$machine/kernel" ] || with_progress "$machine/kernel.log" "Downloading a kernel for ARM" get_kernel
     [ -e "$machine/root" ] || with_progress "$machine/root.log" "Making a root file system for ARM" make_root
@@ -124,8 +123,9 @@ make_machine() {
     make_root_disk
 }
 
-# begin_job NAME: the next start of the machine runs tests/board/NAME.
+# begin_job NAME: the next start of the machine runs tests/board/NAME. Sets `share` to what is the machine's /share.
 begin_job() {
+    share=$machine/share-$1
     rm -rf "$share"
     mkdir -p "$share"
     cp "tests/board/$1" "$share/job"
@@ -139,7 +139,7 @@ run_machine() {
     timeout --kill-after=10 "$1" qemu-system-arm -M virt,gic-version=2 -cpu cortex-a15 -smp 2 -m 2048 \
         -accel tcg,thread=multi,tb-size=256 -nodefaults -nographic -serial stdio \
         -kernel "$machine/kernel/vmlinuz" -initrd "$machine/initial.gz" \
-        -append 'console=ttyAMA0 quiet panic=-1 systemd.show_status=false' \
+        -append 'console=ttyAMA0 quiet panic=-1 systemd.mask=serial-getty@ttyAMA0.service' \
         -fsdev "local,id=share,path=$share,security_model=none" -device virtio-9p-device,fsdev=share,mount_tag=share \
         -device virtio-rng-device \
         -drive "file=$machine/$2.img,format=raw,if=none,id=disk" -device virtio-blk-device,drive=disk \
