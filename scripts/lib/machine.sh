@@ -139,7 +139,7 @@ run_machine() {
     timeout --kill-after=10 "$1" qemu-system-arm -M virt,gic-version=2 -cpu cortex-a15 -smp 2 -m 2048 \
         -accel tcg,thread=multi,tb-size=256 -nodefaults -nographic -serial stdio \
         -kernel "$machine/kernel/vmlinuz" -initrd "$machine/initial.gz" \
-        -append 'console=ttyAMA0 quiet panic=-1 systemd.mask=serial-getty@ttyAMA0.service' \
+        -append 'console=ttyAMA0 quiet nowatchdog panic=-1 systemd.mask=serial-getty@ttyAMA0.service' \
         -fsdev "local,id=share,path=$share,security_model=none" -device virtio-9p-device,fsdev=share,mount_tag=share \
         -device virtio-rng-device \
         -drive "file=$machine/$2.img,format=raw,if=none,id=disk" -device virtio-blk-device,drive=disk \
