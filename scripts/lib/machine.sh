@@ -99,7 +99,7 @@ make_disk() {
     local used
     used=$(du -sm "$2" | cut -f 1)
     rm -f "$machine/$1.img"
-    mke2fs -q -t ext4 -L "$1" -m 0 -d "$2" "$machine/$1.img" "$((used * 5 / 4 + $3))M"
+    mke2fs -q -t ext4 -L "$1" -m 0 -d "$2" "$machine/$1.img" "$((used * 5 / 4 + $3))M" > /dev/null
 }
 
 make_root_disk() {
