@@ -107,8 +107,11 @@ make_root_disk() {
     install -m 644 tests/board/job.service "$root/etc/systemd/system"
     mkdir -p "$root/etc/systemd/system/graphical.target.wants"
     ln -sf ../job.service "$root/etc/systemd/system/graphical.target.wants/job.service"
-    printf '%s\n' '/dev/vda / ext4 defaults 0 0' 'share /share 9p trans=virtio,version=9p2000.L,msize=131072 0 0' \
-        'LABEL=flash /ffs ext4 nofail 0 0' > "$root/etc/fstab"
+    # The limits are for a machine that is busy with other work.
+    local patient=x-systemd.device-timeout=10min,x-systemd.mount-timeout=10min
+    printf '%s\n' '/dev/vda / ext4 defaults 0 0' \
+        "share /share 9p trans=virtio,version=9p2000.L,msize=131072,$patient 0 0" \
+        "LABEL=flash /ffs ext4 nofail,$patient 0 0" > "$root/etc/fstab"
     echo board > "$root/etc/hostname"
     make_disk root "$root" 512
 }
