@@ -2,7 +2,7 @@
 # Tests korvel on a whole emulated board: two processors for 32-bit ARM, their own kernel, systemd, disks. All C++ tests
 # run there, those of tests/arm-left-out.txt among them. Then the Debian packages are installed, and used with systemd.
 # Needs root: the script makes a root file system for ARM, in a user namespace. It installs missing packages.
-#   scripts/test-board.sh [tests [REGEX] | units]     default: both parts; REGEX chooses tests by their names
+#   scripts/test-board.sh [tests [FILTER] | units]     default: both parts; FILTER is a filter of GoogleTest
 # build-board-arm keeps kernel and root file system for the next run. Remove it to make them again.
 # shellcheck disable=SC2317 # with_progress calls functions
 set -euo pipefail
@@ -15,7 +15,7 @@ umask 022
 
 arm=build-arm
 parts=${1:-tests units}
-pattern=${2:-.}
+filter=${2:-*}
 
 usage() {
     sed -n '5s/^# *//p' "$0" >&2
@@ -45,14 +45,35 @@ make_tree_disk() {
     rm -rf "$machine/tree"
 }
 
+# GoogleTest takes one list of tests that are left out, after a hyphen.
+whole_filter() {
+    local left_out
+    left_out=$(sed -n 's/^ \+//p' tests/board/left-out.txt | paste -sd ':')
+    case $filter in
+        *-*) echo "$filter:$left_out" ;;
+        *) echo "$filter-$left_out" ;;
+    esac
+}
+
 run_tests() {
     with_progress "$machine/build.log" "Building all tests for ARM" build_tests && make_tree_disk || return
     begin_job run-tests
-    printf '%s\n' "$PWD" "$pattern" > "$share/settings"
+    printf '%s\n' "$PWD" "$(whole_filter)" > "$share/settings"
     local status=0
     with_progress "$machine/tests.log" "Running the tests on the emulated board" run_machine 7200 tree || status=1
-    sed -n '/tests passed,/,$p' "$share/tests.out"
+    report_tests
     return "$status"
+}
+
+# The failed tests, the programs that did not come to their end, and the number of tests.
+report_tests() {
+    local results=("$share"/results/*_test)
+    grep -ahE '^\[  FAILED  \] ' "${results[@]}" | sort -u
+    grep -aLE '^exit status [01]$' "${results[@]}" "$share"/results/*.part 2> /dev/null | sed 's/^/Not at its end: /'
+    cat "${results[@]}" | awk '
+        /^\[       OK \] / { passed++ }
+        /^\[  FAILED  \] [A-Za-z0-9_\/]+\.[A-Za-z0-9_\/]+$/ { failed++ }
+        END { printf "%d tests passed, %d failed.\n", passed, failed }'
 }
 
 # The profile leaves out korvel-report, which is for workstations.

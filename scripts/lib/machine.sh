@@ -3,7 +3,6 @@
 # Nothing is registered on this machine: packages for ARM are unpacked in folders, and run in a namespace of their own.
 
 machine=build-board-arm
-share=$machine/share  # the machine's folder /share
 mirror=${KORVEL_MIRROR:-http://deb.debian.org/debian}
 keys=/usr/share/keyrings/debian-archive-keyring.gpg
 # systemd and what the tests use. cmake brings ctest.
@@ -100,7 +99,7 @@ make_disk() {
     local used
     used=$(du -sm "$2" | cut -f 1)
     rm -f "$machine/$1.img"
-    mke2fs -q -t ext4 -L "$1" -m 0 -d "$2" "$machine/$1.img" "$((used * 5 / 4 + $3))M"
+    mke2fs -q -t ext4 -L "$1" -m 0 -d "$2" "$machine/$1.img" "$((used * 5 / 4 + $3))M" > /dev/null
 }
 
 make_root_disk() {
@@ -108,15 +107,18 @@ make_root_disk() {
     install -m 644 tests/board/job.service "$root/etc/systemd/system"
     mkdir -p "$root/etc/systemd/system/graphical.target.wants"
     ln -sf ../job.service "$root/etc/systemd/system/graphical.target.wants/job.service"
-    printf '%s\n' '/dev/vda / ext4 defaults 0 0' 'share /share 9p trans=virtio,version=9p2000.L,msize=131072 0 0' \
-        'LABEL=flash /ffs ext4 nofail 0 0' > "$root/etc/fstab"
+    # The limits are for a machine that is busy with other work.
+    local patient=x-systemd.device-timeout=10min,x-systemd.mount-timeout=10min
+    printf '%s\n' '/dev/vda / ext4 defaults 0 0' \
+        "share /share 9p trans=virtio,version=9p2000.L,msize=131072,$patient 0 0" \
+        "LABEL=flash /ffs ext4 nofail,$patient 0 0" > "$root/etc/fstab"
     echo board > "$root/etc/hostname"
     make_disk root "$root" 512
 }
 
 # Makes what is missing.
 make_machine() {
-    mkdir -p "$machine" "$share"
+    mkdir -p "$machine"
     machine_folder=$PWD/$machine
     [ -e "$machine/kernel" ] || with_progress "$machine/kernel.log" "Downloading a kernel for ARM" get_kernel
     [ -e "$machine/root" ] || with_progress "$machine/root.log" "Making a root file system for ARM" make_root
@@ -124,8 +126,9 @@ make_machine() {
     make_root_disk
 }
 
-# begin_job NAME: the next start of the machine runs tests/board/NAME.
+# begin_job NAME: the next start of the machine runs tests/board/NAME. Sets `share` to what is the machine's /share.
 begin_job() {
+    share=$machine/share-$1
     rm -rf "$share"
     mkdir -p "$share"
     cp "tests/board/$1" "$share/job"
@@ -139,7 +142,7 @@ run_machine() {
     timeout --kill-after=10 "$1" qemu-system-arm -M virt,gic-version=2 -cpu cortex-a15 -smp 2 -m 2048 \
         -accel tcg,thread=multi,tb-size=256 -nodefaults -nographic -serial stdio \
         -kernel "$machine/kernel/vmlinuz" -initrd "$machine/initial.gz" \
-        -append 'console=ttyAMA0 quiet panic=-1 systemd.show_status=false' \
+        -append 'console=ttyAMA0 quiet nowatchdog panic=-1 systemd.mask=serial-getty@ttyAMA0.service' \
         -fsdev "local,id=share,path=$share,security_model=none" -device virtio-9p-device,fsdev=share,mount_tag=share \
         -device virtio-rng-device \
         -drive "file=$machine/$2.img,format=raw,if=none,id=disk" -device virtio-blk-device,drive=disk \

@@ -33,14 +33,12 @@ show_percentages() {
     [ ! -t 1 ] || printf '\r\e[K'
 }
 
-# The forms are those of ninja, make, ctest, and apt-get with APT::Status-Fd, which first downloads and then installs.
+# The forms are those of ninja, make, and apt-get with APT::Status-Fd, which first downloads and then installs.
 percentage_in() {
     if [[ $1 =~ ^\[([0-9]+)/([0-9]+)\] ]]; then
         echo $((100 * BASH_REMATCH[1] / BASH_REMATCH[2]))
     elif [[ $1 =~ ^\[\ *([0-9]+)%\] ]]; then
         echo "${BASH_REMATCH[1]}"
-    elif [[ $1 =~ ^\ *([0-9]+)/([0-9]+)\ Test\  ]]; then
-        echo $((100 * BASH_REMATCH[1] / BASH_REMATCH[2]))
     elif [[ $1 =~ ^dlstatus:[^\ ]*:([0-9]+)\. ]]; then
         echo $((BASH_REMATCH[1] / 2))
     elif [[ $1 =~ ^pmstatus:[^\ ]*:([0-9]+)\. ]]; then
