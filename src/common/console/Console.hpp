@@ -33,8 +33,8 @@ void progress(const Pieces&... pieces) {
     }
 }
 
-/// Writes one line to standard error, after flushing standard output. Needs no memory. Always returns false, for use as
-/// `return fail("Get Port: ...");`
+/// Writes one line to standard error, after flushing standard output. Needs no memory. Always returns false,
+/// for use as `return fail("Get Port: ...");`
 template <typename... Pieces>
 bool fail(const Pieces&... pieces) {
     flushStandardOutput();
