@@ -10,7 +10,7 @@ from dataclasses import dataclass
 import judgement
 from judgement import Run
 from scenarios import Scenario
-from search import Kind, main
+from search import Kind, main, on_board
 from system_calls import ERRORS, FailingCall, faults_of as faults_of_korvel
 
 CALLS = "openat read write newfstatat fstat lseek mmap wait4 fcntl dup2 getdents64 unlinkat mkdir utimensat rename pipe2 clone3 vfork".split()
@@ -55,12 +55,15 @@ def faults_of(scenario: Scenario, calls: list[str]) -> Iterator[InEveryProcess |
             yield Pair(first, second)
 
 
-def judge(_: Scenario, fault: InEveryProcess | Pair, runs: list[Run], usual: Run) -> str:
+def judge(scenario: Scenario, fault: InEveryProcess | Pair, runs: list[Run], usual: Run) -> str:
     [run] = runs
     outcome = judgement.judge("write" if "write:" in str(fault) else "", run, usual)
-    if outcome.startswith(judgement.SILENT_DEFECT) and "korvel" not in run["programs"]:
+    if not outcome.startswith(judgement.SILENT_DEFECT):
+        return outcome
+    if "korvel" not in run["programs"]:
         return judgement.DOCUMENTED  # the program that failed did not say so, such as ps for a process that it cannot read
-    return outcome
+    [traced] = on_board(scenario, [fault.options() + ["-k"]])
+    return judgement.DOCUMENTED if judgement.excuse(traced["stacks"]) else outcome
 
 
 if __name__ == "__main__":
