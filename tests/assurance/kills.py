@@ -6,7 +6,6 @@ be cut, because tar writes it under its final name. But the archive keeps each p
 source. Actions that change the board differ the second time, also if nothing was killed; of these, the results do not count.
 """
 
-import re
 import sys
 from collections.abc import Iterator
 from dataclasses import dataclass
@@ -14,7 +13,7 @@ from dataclasses import dataclass
 import judgement
 from judgement import Run
 from scenarios import Scenario
-from search import Kind, main, on_board
+from search import Kind, main
 from system_calls import calls_after_loader
 
 SIGNALS = ("KILL", "TERM", "INT", "HUP", "PIPE")
@@ -32,7 +31,8 @@ class Kill:
 
     def options(self) -> list[str]:
         follow = ["-f"] if self.in_children else []
-        return [*follow, "-e", f"signal={self.signal}", "-e", f"trace={self.call}", "-e", f"inject={self.call}:signal={self.signal}:when={self.number}"]
+        return [*follow, "-e", f"signal={self.signal}", "-e", f"trace={self.call}",
+                "-e", f"inject={self.call}:signal={self.signal}:when={self.number}"]
 
     def __str__(self) -> str:
         return f"{self.call}:{self.signal}:{self.number}{' with children' if self.in_children else ''}"
@@ -58,24 +58,15 @@ def judge(scenario: Scenario, fault: Kill, runs: list[Run], usual: Run) -> str:
         return f"LEFT PROCESSES: {killed['left'] or again['left']}"
     if judgement.TERMINATED.search(killed["err"] + again["err"]):
         return "CRASHED"
-    lost = lost_pieces(killed) or lost_pieces(again)
+    lost = killed["lost"] + again["lost"]
     if lost:
-        return f"LOST: {lost}"
+        return f"LOST: {lost[0]}"
     if scenario.words.startswith(CHANGING):
         return judgement.SAME
     if again["status"] != usual["status"] or again["err"] != usual["err"] or again["out"] != usual["out"]:
         return f"THE NEXT RUN DIFFERS: {again['err'][:100] or again['status']}"
     missing = [name for name, digest in usual["files"].items() if again["files"].get(name) != digest]
     return f"THE NEXT RUN MISSES: {missing[0]}" if missing else judgement.SAME
-
-
-def lost_pieces(run: Run) -> str:
-    """A cut piece of an archive, whose source is gone."""
-    for cut in run["damaged"]:
-        path = cut.partition(":")[0]
-        if path.endswith(".gz") and path.removesuffix(".gz") not in run["files"]:
-            return path
-    return ""
 
 
 if __name__ == "__main__":

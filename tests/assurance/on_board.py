@@ -55,6 +55,7 @@ class Run:
     log: str = ""  # what it wrote to the system log, and the errors that it wrote to the log of the dispatchers
     files: dict[str, str] = field(default_factory=dict)  # digests by path; numbers in paths are #
     damaged: list[str] = field(default_factory=list)  # packages, and compressed pieces of archives
+    lost: list[str] = field(default_factory=list)  # compressed pieces that are cut, although their source is gone
     left: list[str] = field(default_factory=list)  # processes that it left behind
     injected: int = 0
     allocations: int = 0  # with the library failing_memory
@@ -137,6 +138,8 @@ def look_at_files(run: Run, board: Board) -> None:
                 contents = gzip.decompress(contents)
         except (OSError, EOFError, tarfile.TarError) as error:
             run.damaged.append(f"{name}: {error}")
+            if path.suffix == ".gz" and not path.with_suffix("").exists():
+                run.lost.append(name)
         run.files[name] = digest_of_file(str(path), contents)
 
 

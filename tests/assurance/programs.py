@@ -13,7 +13,8 @@ from scenarios import Scenario
 from search import Kind, main, on_board
 from system_calls import ERRORS, FailingCall, faults_of as faults_of_korvel
 
-CALLS = "openat read write newfstatat fstat lseek mmap wait4 fcntl dup2 getdents64 unlinkat mkdir utimensat rename pipe2 clone3 vfork".split()
+CALLS = """openat read write newfstatat fstat lseek mmap wait4 fcntl dup2 getdents64 unlinkat mkdir utimensat rename pipe2 clone3
+    vfork""".split()
 FIRST_CALLS = 60  # more than most of these programs have of a kind
 PAIRS = 1000
 

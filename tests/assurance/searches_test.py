@@ -5,6 +5,7 @@ from typing import Any
 
 import allocations
 import judgement
+import kills
 import search
 import system_calls
 from judgement import judge
@@ -47,6 +48,24 @@ class Judgement(unittest.TestCase):
 
     def test_names_a_process_that_stays(self) -> None:
         self.assertEqual(outcome(left=["korvel pkg"]), "LEFT PROCESSES: ['korvel pkg']")
+
+
+class JudgementOfKills(unittest.TestCase):
+    def outcome(self, killed: dict[str, Any], again: dict[str, Any], words: str = "archive") -> str:
+        runs = [USUAL | {"lost": []} | killed, USUAL | {"lost": []} | again]
+        return kills.judge(Scenario(words), kills.Kill("KILL", "read", 1), runs, USUAL)
+
+    def test_accepts_a_run_after_a_killed_one_that_is_as_usual(self) -> None:
+        self.assertEqual(self.outcome({"status": -9, "files": {}, "damaged": ["/ffs/a.tgz: cut"]}, {}), judgement.SAME)
+
+    def test_names_what_the_next_run_does_otherwise(self) -> None:
+        self.assertEqual(self.outcome({}, {"err": "Error"}), "THE NEXT RUN DIFFERS: Error")
+        self.assertEqual(self.outcome({}, {"files": {}}), "THE NEXT RUN MISSES: /ffs/a.tgz!fuse")
+        self.assertEqual(self.outcome({}, {"err": "Error"}, "portswap eth0 eth1"), judgement.SAME)
+
+    def test_names_lost_pieces_and_processes_that_stay(self) -> None:
+        self.assertEqual(self.outcome({"lost": ["/tmp/middle#.log.gz"]}, {}), "LOST: /tmp/middle#.log.gz")
+        self.assertEqual(self.outcome({"left": ["tar"]}, {}), "LEFT PROCESSES: ['tar']")
 
 
 class OnABoard(unittest.TestCase):
