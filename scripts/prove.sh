@@ -8,7 +8,7 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls programs kills allocations disks full matrix fuzz memory stress arm board)
+rows=(system-calls programs kills allocations disks full matrix fuzz memory endurance stress arm board)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
     [programs]="system calls of korvel and its programs fail together"
@@ -19,13 +19,14 @@ declare -A titles=(
     [matrix]="korvel-report on packages of faulty boards"
     [fuzz]="korvel, boardsim and korvel-report with made-up inputs"
     [memory]="korvel's unit tests with Valgrind"
+    [endurance]="the archiver over 10,000 rotations, and for two hours in real time"
     [stress]="the quick tests, 20 times while processor, memory and disk are busy"
     [arm]="korvel for the board's processor, emulated"
     [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
 declare -A minutes_of=(
     [system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30
-    [stress]=120 [arm]=30 [board]=90
+    [endurance]=150 [stress]=120 [arm]=30 [board]=90
 )
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
@@ -37,6 +38,7 @@ declare -A commands=(
     [matrix]="scripts/fault-matrix.sh"
     [fuzz]="scripts/fuzz.sh --runs 2000000"
     [memory]="tests/assurance/memory.sh"
+    [endurance]="tests/assurance/endurance.sh"
     [stress]="tests/assurance/stress.sh"
     [arm]="scripts/test-arm.sh"
     [board]="scripts/test-board.sh"

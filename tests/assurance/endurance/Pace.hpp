@@ -1,0 +1,34 @@
+#pragma once
+
+#include <chrono>
+
+#include "Process.hpp"
+#include "UniqueFd.hpp"
+
+/// The sleeps of a program that runs with the library paced_sleep.
+class Pace {
+public:
+    enum class Sleep {
+        untilEnded,  ///< a sleep lasts until endSleep()
+        asLongAsUsual,
+    };
+
+    /// Creates the FIFOs of the library. Throws if that fails.
+    explicit Pace(Sleep sleep);
+
+    /// For the start of the program.
+    Surroundings surroundings() const;
+
+    /// Waits until the program begins to sleep. Throws if it does not within the time.
+    void awaitSleep(std::chrono::seconds limit);
+
+    /// The test has done what it wants to do in the sleep. Throws if that took too long for a sleep of the
+    /// usual length.
+    void endSleep() const;
+
+private:
+    Sleep sleep;
+    Base::UniqueFd begin;
+    Base::UniqueFd end;
+    std::chrono::steady_clock::time_point began;
+};
