@@ -152,7 +152,7 @@ Balance ArchivedLog::finish() {
     return balance;
 }
 
-std::uint64_t ArchivedLog::bytesOf(const Piece& piece) const {
+std::uint64_t ArchivedLog::bytesOf(const Piece& piece) {
     return piece.text.size() - piece.warnings * warning.size();
 }
 

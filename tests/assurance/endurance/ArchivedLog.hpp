@@ -27,7 +27,7 @@ struct Balance {
 class ArchivedLog {
 public:
     /// The archiver has not begun yet, and there is no archive.
-    ArchivedLog(StreamedLog& log, const std::string& shortName);
+    ArchivedLog(StreamedLog& followed, const std::string& shortName);
 
     /// Before the archiver reads the log.
     void expectRead();
@@ -61,7 +61,7 @@ private:
     void checkRotation(bool rotated, unsigned failedCommands);
     void checkNews(std::string_view news, bool cut);
     std::uint64_t offsetOf(std::string_view text, bool warned, bool cut) const;
-    std::uint64_t bytesOf(const Piece& piece) const;
+    static std::uint64_t bytesOf(const Piece& piece);
 
     StreamedLog& log;
     ArchiveFiles archive;

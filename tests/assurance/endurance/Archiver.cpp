@@ -3,10 +3,11 @@
 #include <chrono>
 #include <csignal>
 #include <filesystem>
-#include <iterator>
 #include <stdexcept>
 
 #include "TestFiles.hpp"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -15,11 +16,12 @@ constexpr int signalBase = 128;
 
 }  // namespace
 
-Archiver::Archiver(Pace& pace) : process({"korvel", "archive"}, pace.surroundings()) {
+Archiver::Archiver(Pace& ofItsSleeps)
+    : pace(ofItsSleeps), process({"korvel", "archive"}, pace.surroundings()) {
     pace.awaitSleep(patience);
 }
 
-void Archiver::goOn(Pace& pace) {
+void Archiver::goOn() {
     pace.endSleep();
     pace.awaitSleep(patience);
 }
@@ -32,9 +34,11 @@ Archiver::Footprint Archiver::footprint() const {
             result.memory = std::stoul(line.substr(line.find_first_of("0123456789")));
         }
     }
-    const std::filesystem::directory_iterator descriptors(folder + "/fd");
-    result.descriptors =
-        static_cast<std::size_t>(std::distance(begin(descriptors), std::filesystem::end(descriptors)));
+    for (const auto& descriptor : fs::directory_iterator(folder + "/fd")) {
+        std::error_code closed;
+        const fs::path file = fs::read_symlink(descriptor, closed);
+        result.descriptors += closed || Pace::isFifo(file) ? 0 : 1;
+    }
     return result;
 }
 

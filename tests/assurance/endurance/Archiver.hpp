@@ -10,10 +10,10 @@
 class Archiver {
 public:
     /// Starts it. Returns when it is about to sleep: after the first read.
-    explicit Archiver(Pace& pace);
+    explicit Archiver(Pace& ofItsSleeps);
 
     /// Lets it read the logs once more.
-    void goOn(Pace& pace);
+    void goOn();
 
     /// What a process needs.
     struct Footprint {
@@ -32,5 +32,6 @@ public:
     void end();
 
 private:
+    Pace& pace;
     Process process;
 };

@@ -38,7 +38,7 @@ constexpr unsigned rotationsToGrow = 8;
 constexpr unsigned long memorySlack = 64;  // kB
 
 struct Plan {
-    std::uint64_t bytesPerRead;
+    unsigned bytesPerRead;
     Pace::Sleep sleep;
     std::uint64_t rotations;
     std::chrono::minutes time;
@@ -120,7 +120,7 @@ private:
         syslib.write(plan.bytesPerRead);
         expectRead(dispatcherArchive, syslibArchive);
         const unsigned failedBefore = archiver.failedCommands();
-        archiver.goOn(pace);
+        archiver.goOn();
         check(dispatcherArchive, syslibArchive, archiver.failedCommands() - failedBefore);
         ++reads;
     }
@@ -154,9 +154,13 @@ private:
             usual = now;
         }
         if (now.memory > usual->memory + memorySlack || now.descriptors != usual->descriptors) {
-            throw std::runtime_error("the archiver needs more: " + std::to_string(now.memory) + " kB and " +
-                                     std::to_string(now.descriptors) + " descriptors");
+            throw std::runtime_error("the archiver needed " + textOf(*usual) + ", and needs " + textOf(now));
         }
+    }
+
+    static std::string textOf(const Archiver::Footprint& footprint) {
+        return std::to_string(footprint.memory) + " kB, " + std::to_string(footprint.descriptors) +
+               " descriptors";
     }
 
     void showProgress(std::uint64_t rotations) const {
@@ -180,10 +184,10 @@ private:
 };
 
 unsigned numberFrom(const char* text) {
-    constexpr unsigned long most = 1'000'000;
+    constexpr unsigned long most = 100'000;
     const unsigned long number = std::strtoul(text, nullptr, 10);
     if (number == 0 || number > most) {
-        throw std::invalid_argument(std::string("not a number from 1 to a million: ") + text);
+        throw std::invalid_argument(std::string("not a number from 1 to 100000: ") + text);
     }
     return static_cast<unsigned>(number);
 }
@@ -197,7 +201,7 @@ Plan planFrom(std::span<char*> arguments) {
         throw std::invalid_argument("neither rotations nor minutes: " + unit);
     }
     const unsigned amount = numberFrom(arguments[3]);
-    return {.bytesPerRead = StreamedLog::kept * numberFrom(arguments[1]) / 100,
+    return {.bytesPerRead = static_cast<unsigned>(StreamedLog::kept * numberFrom(arguments[1]) / 100),
             .sleep = unit == "minutes" ? Pace::Sleep::asLongAsUsual : Pace::Sleep::untilEnded,
             .rotations = amount,
             .time = std::chrono::minutes(amount)};

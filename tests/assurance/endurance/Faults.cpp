@@ -22,42 +22,38 @@ constexpr unsigned longest = 3;  // reads
 Faults::Faults(unsigned readsPerFault) : period(readsPerFault) {
 }
 
-void Faults::change(const ArchivedLog& dispatcher, const ArchivedLog& syslib, std::uint64_t next) {
-    if (readsLeft > 0) {
-        --readsLeft;
-        if (readsLeft > 0) {
-            return;
-        }
-        clear();
-    }
-    if (random(period) != 0) {
+void Faults::change(const ArchivedLog& dispatcher, const ArchivedLog& syslib, unsigned next) {
+    if (readsLeft > 0 && --readsLeft > 0) {
         return;
     }
-    readsLeft = 1 + random(longest);
-    const std::uint64_t text = syslib.runtimeSize() + next;
+    clear();
+    if (random(period) == 0) {
+        readsLeft = 1 + random(longest);
+        begin(dispatcher, syslib, next);
+    }
+}
+
+void Faults::begin(const ArchivedLog& dispatcher, const ArchivedLog& syslib, unsigned next) {
+    enum Kind { noRoomForText, noRoomForCopy, noRoomForCompression, dispatcherCopy, syslibCopy };
+    std::discrete_distribution<int> kinds({1, 20, 20, 20, 20});
+    const std::uint64_t copy = syslib.runtimeSize() + next;
     constexpr std::uint64_t lessThanCompressed = 8192;
-    switch (random(16)) {
-        case 0:
-            leaveRoom(random(static_cast<unsigned>(next)));
-            break;  // not even for the text
-        case 1:
-        case 2:
-        case 3:
-        case 4:
-            leaveRoom(next + random(static_cast<unsigned>(text)));
-            break;  // not for a copy
-        case 5:
-        case 6:
-        case 7:
-            leaveRoom(next + text + lessThanCompressed);
+    switch (static_cast<Kind>(kinds(generator))) {
+        case noRoomForText:
+            leaveRoom(random(next));
             break;
-        case 8:
-        case 9:
-        case 10:
+        case noRoomForCopy:
+            leaveRoom(next + random(static_cast<unsigned>(copy)));
+            break;
+        case noRoomForCompression:
+            leaveRoom(next + copy + lessThanCompressed);
+            break;
+        case dispatcherCopy:
             blockCopy(dispatcher);
             break;
-        default:
+        case syslibCopy:
             blockCopy(syslib);
+            break;
     }
 }
 

@@ -1,6 +1,5 @@
 #include "Pace.hpp"
 
-#include <filesystem>
 #include <stdexcept>
 
 #include <fcntl.h>
@@ -28,6 +27,10 @@ int openFifo(const char* path) {
 }  // namespace
 
 Pace::Pace(Sleep chosen) : sleep(chosen), begin(openFifo(beginPath)), end(openFifo(endPath)) {
+}
+
+bool Pace::isFifo(const std::filesystem::path& file) {
+    return file == beginPath || file == endPath;
 }
 
 Surroundings Pace::surroundings() const {

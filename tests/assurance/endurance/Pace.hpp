@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <filesystem>
 
 #include "Process.hpp"
 #include "UniqueFd.hpp"
@@ -14,7 +15,10 @@ public:
     };
 
     /// Creates the FIFOs of the library. Throws if that fails.
-    explicit Pace(Sleep sleep);
+    explicit Pace(Sleep chosen);
+
+    /// Whether the library uses this file during a sleep.
+    static bool isFifo(const std::filesystem::path& file);
 
     /// For the start of the program.
     Surroundings surroundings() const;
