@@ -46,6 +46,12 @@ if(KORVEL_FUZZ)
         target_compile_options(korvel_flags INTERFACE -fno-sanitize-coverage=trace-cmp)
     endif()
 endif()
+if(KORVEL_COVERAGE)
+    # Relocated counters are in a mapped file, so they are complete even if a signal ends the process.
+    target_compile_options(korvel_flags INTERFACE
+        -fprofile-instr-generate -fcoverage-mapping "SHELL:-mllvm -runtime-counter-relocation")
+    target_link_options(korvel_flags INTERFACE -fprofile-instr-generate)
+endif()
 if(KORVEL_SANITIZE)
     target_compile_options(korvel_flags INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -8,7 +8,8 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls programs kills allocations disks full matrix fuzz memory endurance stress arm board)
+rows=(system-calls programs kills allocations disks full matrix fuzz memory
+    endurance unsteady coverage stress arm board)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
     [programs]="system calls of korvel and its programs fail together"
@@ -20,13 +21,15 @@ declare -A titles=(
     [fuzz]="korvel, boardsim and korvel-report with made-up inputs"
     [memory]="korvel's unit tests with Valgrind"
     [endurance]="the archiver over 10,000 rotations, and for two hours in real time"
+    [unsteady]="the end-to-end tests with short reads and writes, many signals, and wrong readiness"
+    [coverage]="which lines and branches of src and report the tests run"
     [stress]="the quick tests, 20 times while processor, memory and disk are busy"
     [arm]="korvel for the board's processor, emulated"
     [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
 declare -A minutes_of=(
     [system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30
-    [endurance]=150 [stress]=120 [arm]=30 [board]=90
+    [endurance]=150 [unsteady]=20 [coverage]=40 [stress]=120 [arm]=30 [board]=90
 )
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
@@ -39,6 +42,8 @@ declare -A commands=(
     [fuzz]="scripts/fuzz.sh --runs 2000000"
     [memory]="tests/assurance/memory.sh"
     [endurance]="tests/assurance/endurance.sh"
+    [unsteady]="tests/assurance/unsteady.sh"
+    [coverage]="scripts/coverage.sh"
     [stress]="tests/assurance/stress.sh"
     [arm]="scripts/test-arm.sh"
     [board]="scripts/test-board.sh"

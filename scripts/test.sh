@@ -52,6 +52,7 @@ check_formatting() {
 check_scripts() {
     shellcheck .ci/run scripts/*.sh scripts/lib/*.sh systemd/libexec/* fleet/job.sh fleet/job/*.sh \
         boardsim/commands/fp_linux_log_collect completions/*.bash tests/support/privileged/* tests/assurance/*.sh \
+        tests/assurance/unsteady/bwrap tests/coverage/bwrap \
         tests/board/boot tests/board/run-* tests/board/start-fastpath
 }
 

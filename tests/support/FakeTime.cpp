@@ -1,5 +1,6 @@
 #include "FakeTime.hpp"
 
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -18,10 +19,15 @@ std::string fakeTimeLibrary() {
     throw std::runtime_error("libfaketime is not installed");
 }
 
+/// Keeps a library that this process was started with.
+std::string preloaded() {
+    const char* const others = std::getenv("LD_PRELOAD");
+    return fakeTimeLibrary() + (others == nullptr ? "" : std::string(":") + others);
+}
+
 Surroundings withFakeTime(const std::string& time, Surroundings surroundings) {
-    surroundings.environment.insert({{"LD_PRELOAD", fakeTimeLibrary()},
-                                     {"FAKETIME", time},
-                                     {"ASAN_OPTIONS", "verify_asan_link_order=0"}});
+    surroundings.environment.insert(
+        {{"LD_PRELOAD", preloaded()}, {"FAKETIME", time}, {"ASAN_OPTIONS", "verify_asan_link_order=0"}});
     return surroundings;
 }
 

@@ -1,6 +1,7 @@
 #include "IsolatedCpus.hpp"
 
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -11,6 +12,13 @@
 
 namespace Korvel {
 namespace {
+
+/// True if a signal ended the last read. It can be repeated then.
+bool wasInterrupted(std::FILE* file) {
+    const bool interrupted = std::ferror(file) != 0 && errno == EINTR;
+    std::clearerr(file);
+    return interrupted;
+}
 
 std::string readKernelCommandLine() {
     flushStandardOutput();
@@ -23,9 +31,10 @@ std::string readKernelCommandLine() {
     std::string text;
     std::array<char, 256> piece{};
     std::size_t count = 0;
-    while ((count = std::fread(piece.data(), 1, piece.size(), pipe.get())) > 0) {
+    do {
+        count = std::fread(piece.data(), 1, piece.size(), pipe.get());
         text.append(piece.data(), count);
-    }
+    } while (count > 0 || wasInterrupted(pipe.get()));
     if (text.ends_with('\n')) {
         text.pop_back();
     }

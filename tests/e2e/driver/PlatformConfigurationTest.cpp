@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <chrono>
 #include <string>
 #include <thread>
@@ -9,6 +10,7 @@
 #include "Injection.hpp"
 #include "Process.hpp"
 #include "TestFiles.hpp"
+#include "Trace.hpp"
 #include "VerboseText.hpp"
 
 using Boardsim::Board;
@@ -139,6 +141,19 @@ TEST(PlatformConfiguration, IsSkippedIfReadingItWouldBlock) {
                                 "<11>korvel: Error while opening '/rom/private/fpdispatcher.conf' file",
                                 "<14>korvel: Detected L2 SCT environment in isolcpus",
                             }));
+}
+
+TEST(PlatformConfiguration, FindsTheIsolatedProcessorsEvenIfASignalInterruptsTheRead) {
+    const Board board({.deployment = Deployment::iwf});
+    const std::vector<std::string> command{"korvel", "-v", "getport", "4"};
+    std::vector<std::string> reads;
+    const Outcome undisturbed = runTraced("read", command, reads);
+    const auto found = std::ranges::find_if(
+        reads, [](const std::string& call) { return call.find("\"console=") != std::string::npos; });
+    ASSERT_NE(found, reads.end());
+    const std::string number = std::to_string(found - reads.begin() + 1);
+
+    EXPECT_EQ(runInjected({.faults = {"read:error=EINTR:when=" + number}}, command), undisturbed);
 }
 
 TEST(PlatformConfiguration, UsesItsDefaultsSilentlyIfReadingFails) {
