@@ -2,24 +2,27 @@
 # Runs the long tests, which look for faults that nobody thought of. docs/assurance.md describes them and their results.
 #   scripts/prove.sh [--time MINUTES] [ROW...]     default: every row, without a limit
 #   scripts/prove.sh --list                        prints the rows
-# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, programs, kills and
-# allocations go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2
+# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, programs, kills, together
+# and allocations go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2
 # for wrong usage.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls programs kills allocations disks full matrix fuzz memory
+rows=(system-calls programs kills together allocations disks full matrix fuzz memory sanitizers analysers
     endurance unsteady coverage stress arm board)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
     [programs]="system calls of korvel and its programs fail together"
     [kills]="korvel and its programs are killed at every system call"
+    [together]="several jobs of korvel at once, and steps of the clock"
     [allocations]="every allocation of memory fails"
     [disks]="disks of 64 sizes, in every scenario that writes files"
     [full]="all tests; clang-tidy and the sanitizers on everything"
     [matrix]="korvel-report on packages of faulty boards"
     [fuzz]="korvel, boardsim and korvel-report with made-up inputs"
     [memory]="korvel's unit tests with Valgrind"
+    [sanitizers]="clang's checks of integers, and of data races"
+    [analysers]="cppcheck, scan-build, and g++ -fanalyzer"
     [endurance]="the archiver over 10,000 rotations, and for two hours in real time"
     [unsteady]="the end-to-end tests with short reads and writes, many signals, and wrong readiness"
     [coverage]="which lines and branches of src and report the tests run"
@@ -28,19 +31,22 @@ declare -A titles=(
     [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
 declare -A minutes_of=(
-    [system-calls]=240 [programs]=120 [kills]=150 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30
+    [system-calls]=240 [programs]=120 [kills]=150 [together]=60 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30 [sanitizers]=20 [analysers]=15
     [endurance]=150 [unsteady]=20 [coverage]=40 [stress]=120 [arm]=30 [board]=90
 )
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"
     [programs]="python3 -B tests/assurance/programs.py --sample 200"
     [kills]="python3 -B tests/assurance/kills.py --sample 700"
+    [together]="python3 -B tests/assurance/together.py --sample 60"
     [allocations]="python3 -B tests/assurance/allocations.py"
     [disks]="python3 -B tests/assurance/disks.py"
     [full]="scripts/test.sh --full"
     [matrix]="scripts/fault-matrix.sh"
     [fuzz]="scripts/fuzz.sh --runs 2000000"
     [memory]="tests/assurance/memory.sh"
+    [sanitizers]="tests/assurance/sanitizers.sh"
+    [analysers]="tests/assurance/analysers.sh"
     [endurance]="tests/assurance/endurance.sh"
     [unsteady]="tests/assurance/unsteady.sh"
     [coverage]="scripts/coverage.sh"

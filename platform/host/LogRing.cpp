@@ -76,7 +76,8 @@ LogRing::Excerpt LogRing::read(std::span<char> buffer, unsigned start) const {
     const auto size = std::min<std::uint64_t>({kept.head - from, buffer.size(), capacity});
     const std::span<char> copy = buffer.first(static_cast<std::size_t>(size));
     copyOut(from, copy);
-    const std::size_t length = std::string_view(copy.data(), copy.size()).rfind('\n') + 1;  // npos + 1 is 0
+    const std::size_t lineEnd = std::string_view(copy.data(), copy.size()).rfind('\n');
+    const std::size_t length = lineEnd == std::string_view::npos ? 0 : lineEnd + 1;
     return {.length = length, .end = positionAt(from + length), .late = start != 0 && !line};
 }
 

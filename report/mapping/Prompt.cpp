@@ -64,9 +64,10 @@ std::optional<Prompt> loginPrompt(std::string_view line) {
     const bool asked = takeField(line) == question;
     const std::string_view user = takeField(line);
     const bool ends = takeField(line).empty();
-    return asked && ends && isName(host) && (user.empty() || isName(user))
-               ? std::optional<Prompt>({.user = user, .host = host})
-               : std::nullopt;
+    if (!asked || !ends || !isName(host) || !(user.empty() || isName(user))) {
+        return std::nullopt;
+    }
+    return Prompt{.user = user, .host = host};
 }
 
 }  // namespace Report

@@ -3,9 +3,10 @@ the host, so python3 reads this program from standard input:
 
     python3 - JOB < on_board.py
 
-JOB is JSON: {"words": [...], "seconds": N or null, "faults": [[...], ...], "again": bool, "disk": path, "rooms": [N, ...]}.
-`words` are korvel's arguments, and korvel gets TERM after `seconds`. Each fault is a list of strace's options. With `again`,
-korvel runs once more after each fault, undisturbed, on what the first run left. With `disk`, so many bytes are free on this
+JOB is JSON: {"words": [...], "seconds": N or null, "faults": [[...], ...], "companions": [[...], ...], "again": bool,
+"disk": path, "rooms": [N, ...]}. `words` are korvel's arguments, and korvel gets TERM after `seconds`. Each fault is a list of
+strace's options. Companions are shell commands that run at the same time; there is a list for each fault. With `again`, korvel
+runs once more after each fault, undisturbed, on what the first run left. With `disk`, so many bytes are free on this
 disk during each run. One line of JSON is printed for each run, see Run. Without faults and rooms, korvel runs undisturbed, and
 a second line of JSON lists its system calls.
 """
@@ -147,13 +148,19 @@ def logged_errors() -> list[str]:
     return [text.decode(errors="replace") for text in LOGGED_ERROR.findall(DISPATCHER_LOG.read_bytes())]
 
 
-def run_korvel(words: list[str], seconds: float | None, fault: list[str], board: Board) -> Run:
+def start_companions(commands: list[str]) -> list[subprocess.Popen[bytes]]:
+    nothing = subprocess.DEVNULL
+    return [subprocess.Popen(["sh", "-c", command], stdin=nothing, stdout=nothing, stderr=nothing) for command in commands]
+
+
+def run_korvel(words: list[str], seconds: float | None, fault: list[str], board: Board, companions: list[str]) -> Run:
     run = Run()
     log_before = SYSTEM_LOG.stat().st_size if SYSTEM_LOG.exists() else 0
     errors_before = len(logged_errors())
     Path(TRACE).unlink(missing_ok=True)
     ALLOCATIONS.write_text("0 0")
     command = ["strace", "-qq", "-o", TRACE, "-e", "signal=none", *fault, "korvel", *words]
+    beside = start_companions(companions)
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     try:
         if seconds:
@@ -169,6 +176,12 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
         run.hung = True
         process.kill()
         out, err = b"", b""
+    for companion in beside:
+        try:
+            companion.wait(LIMIT)
+        except subprocess.TimeoutExpired:
+            run.hung = True
+            companion.kill()
     run.status = process.returncode or 0
     run.out = digest(out)
     run.err = err.decode(errors="replace")[:2000]
@@ -180,7 +193,7 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
     trace = Path(TRACE).read_text(errors="replace")
     allocations, failed_allocations, *run.callers = ALLOCATIONS.read_text().split()
     run.allocations = int(allocations)
-    run.injected = trace.count("(INJECTED)") + len(INJECTED_SIGNAL.findall(trace)) + int(failed_allocations)
+    run.injected = trace.count("(INJECTED)") + len(INJECTED_SIGNAL.findall(trace)) + int(failed_allocations) + len(companions)
     run.programs = sorted(set(PROGRAM.findall(trace)))
     run.stacks = "".join(STACK.findall(trace)) if "-k" in fault else ""
     run.left = left_processes(board)
@@ -227,14 +240,15 @@ def runs(job: dict[str, Any], board: Board) -> Iterator[Run]:
         board.files.add(disk.filler)
         for room in job["rooms"]:
             disk.leave(room)
-            run = run_korvel(job["words"], job["seconds"], UNTRACED, board)
+            run = run_korvel(job["words"], job["seconds"], UNTRACED, board, [])
             disk.empty()
             yield run
             board.restore()
-    for fault in job.get("faults") or ([] if disk else [["-e", "trace=all"]]):
-        yield run_korvel(job["words"], job["seconds"], fault, board)
+    faults = job.get("faults") or ([] if disk else [["-e", "trace=all"]])
+    for fault, companions in zip(faults, job.get("companions") or [[]] * len(faults)):
+        yield run_korvel(job["words"], job["seconds"], fault, board, companions)
         if job.get("again"):
-            yield run_korvel(job["words"], job["seconds"], UNTRACED, board)
+            yield run_korvel(job["words"], job["seconds"], UNTRACED, board, [])
         board.restore()
 
 

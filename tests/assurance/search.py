@@ -39,6 +39,9 @@ class Fault(Protocol):
     def options(self) -> list[str]:
         """Options of strace."""
 
+    def companions(self) -> list[str]:
+        """Shell commands that run at the same time. A fault may lack this function."""
+
 
 @dataclass(frozen=True)
 class Kind:
@@ -101,7 +104,8 @@ class Search:
         """Returns how many faults it tried."""
         if time.monotonic() >= self.end:
             return 0
-        runs = on_board(scenario, [fault.options() for fault in faults], again=self.kind.again)
+        companions = [getattr(fault, "companions", list)() for fault in faults]
+        runs = on_board(scenario, [fault.options() for fault in faults], again=self.kind.again, companions=companions)
         runs_of_a_fault = 2 if self.kind.again else 1
         for number, fault in enumerate(faults):
             of_fault = runs[number * runs_of_a_fault:(number + 1) * runs_of_a_fault]
