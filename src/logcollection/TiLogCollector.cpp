@@ -61,14 +61,21 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
     return text;
 }
 
+/// Returns true for a directory that nobody but its trusted owner can replace by a link. The shell reports
+/// it.
+bool isTrustedDirectory(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           (status.st_uid == 0 || status.st_uid == ::geteuid());
+}
+
 /// Creates the file that the shell writes to, and replaces a file that another user may have placed at this
-/// predictable path. Returns false if another user's file cannot be replaced. The shell reports other
-/// failures.
+/// predictable path. Returns false if the path is free or belongs to another user: the shell would follow a
+/// link that is placed there.
 bool createScratchFile(const std::string& path) {
     ::unlink(path.c_str());
     const Base::UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, scratchFileMode));
-    struct stat status {};
-    return file || errno != EEXIST || (::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+    return file || isTrustedDirectory(path);
 }
 
 std::string readScratchFile(const std::string& path) {

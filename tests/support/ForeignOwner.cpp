@@ -26,17 +26,32 @@ std::string upToOwner(const StatusAnswer& answer) {
     return hex.str();
 }
 
-}  // namespace
-
-Injection foreignOwnerOf(const std::string& path) {
+StatusAnswer statusOf(const std::string& path) {
     StatusAnswer answer{};
     if (!askStatus(path, answer)) {
         throw std::runtime_error("nothing at " + path);
     }
-    answer.*ownerInAnswer = someoneElse;
-    // For a link, only the first call counts. strace treats the target of a link as the same path.
-    const std::string when = std::filesystem::is_symlink(path) ? ":when=1" : "";
+    return answer;
+}
+
+/// `when` selects calls, in strace's format.
+Injection answering(const StatusAnswer& answer, const std::string& path, const std::string& when) {
     return {
         .faults = {"newfstatat:poke_exit=" + std::string(answerArgument) + "=" + upToOwner(answer) + when},
         .path = path};
+}
+
+}  // namespace
+
+Injection foreignOwnerOf(const std::string& path) {
+    StatusAnswer answer = statusOf(path);
+    answer.*ownerInAnswer = someoneElse;
+    // For a link, only the first call counts. strace treats the target of a link as the same path.
+    return answering(answer, path, std::filesystem::is_symlink(path) ? ":when=1" : "");
+}
+
+Injection onlyNameAtFirst(const std::string& path) {
+    StatusAnswer answer = statusOf(path);
+    answer.*namesInAnswer = 1;
+    return answering(answer, path, ":when=1..2");
 }

@@ -112,6 +112,14 @@ TEST_F(OpenTrustedLinks, MayHaveALongTarget) {
     EXPECT_EQ(placeBehind("/tmp/link"), "/tmp/folder/target");
 }
 
+/// Everyone can give another name to a link of root, and so lead root there.
+TEST_F(OpenTrustedLinks, AreRefusedIfTheyHaveAnotherName) {
+    link("/tmp/link", "/tmp/folder/target");
+    fs::create_hard_link("/tmp/link", "/tmp/folder/planted");
+
+    EXPECT_EQ(placeBehind("/tmp/folder/planted"), "Permission denied");
+}
+
 TEST_F(OpenTrustedLinks, AreRefusedIfTheyBelongToAnotherUser) {
     link("/tmp/link", "folder/target");
 
