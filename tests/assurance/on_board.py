@@ -21,7 +21,7 @@ import subprocess
 import sys
 import tarfile
 import time
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from dataclasses import asdict, dataclass, field
 from pathlib import Path
 from typing import Any
@@ -33,6 +33,7 @@ SYSTEM_LOG = Path("/run/boardsim/system.log")
 DISPATCHER_LOG = Path("/dev/shm/dispatcher_log_memory")
 LOGGED_ERROR = re.compile(rb"(?:Archive|Supervision): [^\0\n]*(?:[Ee]rror|Heartbeat status)[^\0\n]*")
 TRACE = "/run/trace"
+OUTPUT = Path("/run/output")  # korvel's standard output
 ALLOCATIONS = Path("/run/failing_memory")  # see FailingMemory.cpp
 UNTRACED = ["-e", "trace=none"]
 LOGS = re.compile(r"HistoryLog|SYSLIB|sm_log|startup|middle|runtime|/linux/")  # their contents depend on the time
@@ -80,7 +81,7 @@ def digests_of_package(contents: bytes) -> dict[str, str]:
     digests = {}
     with tarfile.open(fileobj=io.BytesIO(gzip.decompress(contents))) as archive:
         for member in archive:
-            opened = archive.extractfile(member)
+            opened = archive.extractfile(member) if member.isreg() else None
             digests[member.name] = digest_of_file("/" + member.name, opened.read() if opened else b"")
     return digests
 
@@ -147,13 +148,8 @@ def logged_errors() -> list[str]:
     return [text.decode(errors="replace") for text in LOGGED_ERROR.findall(DISPATCHER_LOG.read_bytes())]
 
 
-def run_korvel(words: list[str], seconds: float | None, fault: list[str], board: Board) -> Run:
-    run = Run()
-    log_before = SYSTEM_LOG.stat().st_size if SYSTEM_LOG.exists() else 0
-    errors_before = len(logged_errors())
-    Path(TRACE).unlink(missing_ok=True)
-    ALLOCATIONS.write_text("0 0")
-    command = ["strace", "-qq", "-o", TRACE, "-e", "signal=none", *fault, "korvel", *words]
+def execute(command: list[str], seconds: float | None, run: Run) -> bytes:
+    """Runs korvel below strace. Returns its standard output."""
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     try:
         if seconds:
@@ -170,8 +166,21 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
         process.kill()
         out, err = b"", b""
     run.status = process.returncode or 0
-    run.out = digest(out)
     run.err = err.decode(errors="replace")[:2000]
+    return out
+
+
+def run_korvel(words: list[str], seconds: float | None, fault: list[str], board: Board,
+               at_end: Callable[[], None] = lambda: None) -> Run:
+    run = Run()
+    log_before = SYSTEM_LOG.stat().st_size if SYSTEM_LOG.exists() else 0
+    errors_before = len(logged_errors())
+    Path(TRACE).unlink(missing_ok=True)
+    ALLOCATIONS.write_text("0 0")
+    out = execute(["strace", "-qq", "-o", TRACE, "-e", "signal=none", *fault, "korvel", *words], seconds, run)
+    at_end()
+    OUTPUT.write_bytes(out)
+    run.out = digest(out)
     if SYSTEM_LOG.exists():
         with SYSTEM_LOG.open("rb") as log:
             log.seek(log_before)

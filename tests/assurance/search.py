@@ -37,7 +37,7 @@ class Fault(Protocol):
     """str() of a fault is unique within a scenario."""
 
     def options(self) -> list[str]:
-        """Options of strace."""
+        """Options of strace, or what Kind.on_board takes."""
 
 
 @dataclass(frozen=True)
@@ -46,6 +46,7 @@ class Kind:
     faults: Callable[[Scenario, list[str]], Iterable[Fault]]  # from korvel's system calls in an undisturbed run
     judge: Callable[[Scenario, Fault, list[Run], Run], str]  # from the runs with a fault, and the undisturbed one
     again: bool = False  # after each run with a fault, korvel runs once more without it
+    on_board: Callable[..., list[Any]] | None = None  # instead of on_board(); may list something else than system calls
 
 
 def on_board(scenario: Scenario, faults: list[list[str]], **more: Any) -> list[Any]:
@@ -68,6 +69,7 @@ class Search:
         self.end = time.monotonic() + minutes * 60
         self.jobs = jobs
         self.sample = sample
+        self.on_board = kind.on_board or on_board
         path = SOURCE / f"build-prove/{kind.name}.jsonl"
         path.parent.mkdir(exist_ok=True)
         path.touch()
@@ -83,7 +85,7 @@ class Search:
 
     def run(self, scenarios: list[Scenario]) -> None:
         with ThreadPoolExecutor(self.jobs) as pool:
-            usual = dict(zip(scenarios, pool.map(lambda scenario: on_board(scenario, []), scenarios)))
+            usual = dict(zip(scenarios, pool.map(lambda scenario: self.on_board(scenario, []), scenarios)))
             left = dict(zip(scenarios, pool.map(lambda scenario: self.faults_left(scenario, usual[scenario][1]), scenarios)))
             chunks = [(scenario, faults[i:i + RUNS_OF_A_BOARD], usual[scenario][0])
                       for scenario, faults in left.items() for i in range(0, len(faults), RUNS_OF_A_BOARD)]
@@ -101,7 +103,7 @@ class Search:
         """Returns how many faults it tried."""
         if time.monotonic() >= self.end:
             return 0
-        runs = on_board(scenario, [fault.options() for fault in faults], again=self.kind.again)
+        runs = self.on_board(scenario, [fault.options() for fault in faults], again=self.kind.again)
         runs_of_a_fault = 2 if self.kind.again else 1
         for number, fault in enumerate(faults):
             of_fault = runs[number * runs_of_a_fault:(number + 1) * runs_of_a_fault]
