@@ -13,6 +13,9 @@ namespace {
 
 constexpr uid_t someoneElse = 4711;
 
+/// For a link, only the first call counts. strace treats the target of a link as the same path.
+constexpr const char* firstLook = ":when=1";
+
 /// The start of an answer up to its owner (included), in hex.
 std::string upToOwner(const StatusAnswer& answer) {
     const auto bytes = std::as_bytes(std::span(&answer, 1));
@@ -46,12 +49,11 @@ Injection answering(const StatusAnswer& answer, const std::string& path, const s
 Injection foreignOwnerOf(const std::string& path) {
     StatusAnswer answer = statusOf(path);
     answer.*ownerInAnswer = someoneElse;
-    // For a link, only the first call counts. strace treats the target of a link as the same path.
-    return answering(answer, path, std::filesystem::is_symlink(path) ? ":when=1" : "");
+    return answering(answer, path, std::filesystem::is_symlink(path) ? firstLook : "");
 }
 
 Injection onlyNameAtFirst(const std::string& path) {
     StatusAnswer answer = statusOf(path);
     answer.*namesInAnswer = 1;
-    return answering(answer, path, ":when=1..2");
+    return answering(answer, path, std::filesystem::is_symlink(path) ? firstLook : ":when=1..2");
 }

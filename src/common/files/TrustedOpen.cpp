@@ -21,11 +21,6 @@ bool isTrustedOwner(uid_t owner) {
     return owner == 0 || owner == ::geteuid();
 }
 
-/// Everyone can give a link of a trusted user another name, which may then be in their own folder.
-bool isTrustedLink(const struct stat& status) {
-    return isTrustedOwner(status.st_uid) && status.st_nlink <= 1;
-}
-
 Base::UniqueFd failWith(int reason) {
     errno = reason;
     return {};
@@ -47,6 +42,11 @@ bool hasOnlyName(const struct stat& opened, int directory, const std::string& na
     struct stat named {};
     return ::fstatat(directory, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
            named.st_dev == opened.st_dev && named.st_ino == opened.st_ino && named.st_nlink <= 1;
+}
+
+/// Everyone can give a link of a trusted user another name, which may then be in their own folder.
+bool isTrustedLink(const struct stat& opened, int directory, const std::string& name) {
+    return isTrustedOwner(opened.st_uid) && hasOnlyName(opened, directory, name);
 }
 
 Base::UniqueFd createFile(int directory, const std::string& name) {
@@ -120,7 +120,7 @@ public:
                 return {};
             }
             if (entry && S_ISLNK(status.st_mode)) {
-                if (!followLink(entry.get(), status)) {
+                if (!followLink(entry.get(), name, status)) {
                     return {};
                 }
             } else if (rest.empty()) {
@@ -148,9 +148,13 @@ private:
         return name;
     }
 
-    bool followLink(int link, const struct stat& status) {
-        if (!isTrustedLink(status) || ++links > linkLimit) {
-            errno = isTrustedLink(status) ? ELOOP : EACCES;
+    bool followLink(int link, const std::string& name, const struct stat& status) {
+        if (!isTrustedLink(status, directory.get(), name)) {
+            errno = EACCES;
+            return false;
+        }
+        if (++links > linkLimit) {
+            errno = ELOOP;
             return false;
         }
         const std::string target = linkTarget(link);

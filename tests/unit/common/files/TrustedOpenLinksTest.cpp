@@ -120,6 +120,17 @@ TEST_F(OpenTrustedLinks, AreRefusedIfTheyHaveAnotherName) {
     EXPECT_EQ(placeBehind("/tmp/folder/planted"), "Permission denied");
 }
 
+/// In their own folder, other users can remove a name between two looks at a link.
+TEST_F(OpenTrustedLinks, AreRefusedIfTheirOtherNameWasHiddenAtFirst) {
+    link("/tmp/link", "/tmp/folder/target");
+    fs::create_hard_link("/tmp/link", "/tmp/folder/planted");
+
+    const Outcome outcome =
+        probeInjected(onlyNameAtFirst("/tmp/folder/planted"), {"openTrusted", "/tmp/folder/planted"});
+
+    EXPECT_EQ(outcome.out, "Permission denied\n");
+}
+
 TEST_F(OpenTrustedLinks, AreRefusedIfTheyBelongToAnotherUser) {
     link("/tmp/link", "folder/target");
 
