@@ -29,8 +29,10 @@ MODULES = ("on_board", "vault", "plants", "touched")
 PROGRAM = "attacks_on_board"
 WORK_FOLDER = Path("/tmp/korvel")
 PEERS_FOLDER = Path("/tmp/fuse")
-# docs/security.md: these commands follow links in a work folder of another user
-FOLLOWING = {"cp", "gzip", "mkdir", "rm", "tar", "fp_linux_log_c"}
+MASTER_SOCKET = Path("/tmp/NetfpMaster")
+# docs/security.md: these commands follow links in a work folder of another user. The kernel cuts their names.
+FOLLOWING = {"cp", "gzip", "mkdir", "rm", "tar", "fp_linux_log_co"}
+ROTATION = Scenario("archive", ("--full-logs", "--traffic", "flood"), seconds=6.5)  # runs cp and gzip
 
 
 @dataclass(frozen=True)
@@ -70,7 +72,8 @@ def faults_of(_: Scenario, paths: list[str]) -> Iterator[Attack]:
     for path, kind in itertools.product(paths, plants.KINDS):
         yield Attack(path, kind)
     for path, (kind, other) in itertools.product(paths, plants.SWAPS):
-        yield Attack(path, kind, other)
+        if other not in plants.BY_ROOT or Path(path).parent != Path("/tmp"):  # which is sticky: users cannot remove those
+            yield Attack(path, kind, other)
 
 
 def is_open(attack: Attack, harm: dict[str, Any]) -> bool:
@@ -78,7 +81,9 @@ def is_open(attack: Attack, harm: dict[str, Any]) -> bool:
     path = Path(attack.path)
     if path.is_relative_to(WORK_FOLDER):
         return bool(harm["by"]) and set(harm["by"]) <= FOLLOWING
-    return path.is_relative_to(PEERS_FOLDER) and harm["what"] == "taken"
+    if path.is_relative_to(PEERS_FOLDER):
+        return harm["what"] == "taken"
+    return path == MASTER_SOCKET and harm["what"] == "received"
 
 
 def judge(_: Scenario, attack: Attack, runs: list[Run], usual: Run) -> str:
@@ -102,4 +107,4 @@ def is_following(command: str) -> bool:
 
 
 if __name__ == "__main__":
-    sys.exit(main(Kind("attacks", faults_of, judge, on_board=on_board)))
+    sys.exit(main(Kind("attacks", faults_of, judge, on_board=on_board, more_scenarios=(ROTATION,))))

@@ -11,8 +11,10 @@ korvel runs undisturbed, and a second line lists the paths in /tmp that korvel a
 import gzip
 import json
 import os
+import select
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import time
@@ -97,7 +99,7 @@ class AttackedBoard(on_board.Board):
     def prepare(self, attack: Attack | None) -> None:
         for folder in vault.VAULT, ATTIC:
             if folder.exists():
-                remove(folder)
+                plants.remove(folder)
         ATTIC.mkdir()
         os.chown(ATTIC, plants.ATTACKER, plants.ATTACKER)
         prefix = f"{attack.path}/" if attack else "/nothing/"
@@ -123,22 +125,18 @@ class AttackedBoard(on_board.Board):
                 folder.mkdir()
                 os.chown(folder, plants.ATTACKER, plants.ATTACKER)
         if os.path.lexists(attack.path):
-            remove(attack.path)
+            plants.remove(attack.path)
 
     def restore(self) -> None:
         for process in set(on_board.processes()) - set(self.processes):
             os.kill(process, signal.SIGKILL)
         for path in [*TMP.iterdir(), *PACKAGES.iterdir()]:
             if path not in OWN and path not in self.usual:
-                remove(path)
+                plants.remove(path)
         for path in ASIDE.iterdir():
             if os.path.lexists(TMP / path.name):
-                remove(TMP / path.name)
+                plants.remove(TMP / path.name)
             path.rename(TMP / path.name)
-
-
-def remove(path: Path) -> None:
-    shutil.rmtree(path) if path.is_dir() and not path.is_symlink() else path.unlink()
 
 
 def programs(trace: list[Touch], attack: Attack, harmed: str, effect: str) -> list[str]:
@@ -165,7 +163,7 @@ def texts_of_run(run: on_board.Run) -> Iterator[tuple[str, bytes, int]]:
 
 def harms(run: AttackedRun, attack: Attack, before: dict[str, vault.State], planted: int | None) -> Iterator[Harm]:
     trace = list(touched.touches(Path(on_board.TRACE).read_text(errors="replace"), os.getcwd()))
-    for path in run.read:
+    for path in before.keys() & run.read:
         yield Harm("read", path, programs(trace, attack, path, touched.READS))
     after = vault.state()
     for path in sorted(before.keys() | after.keys()):
@@ -202,6 +200,13 @@ def run_korvel(job: dict[str, Any], board: AttackedBoard, attacker: int | None) 
     return AttackedRun(**vars(run) | {"injected": 1, "read": read})
 
 
+def socket_of_root() -> socket.socket:
+    bound = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+    bound.bind(str(vault.SOCKET))
+    vault.SOCKET.chmod(0o600)
+    return bound
+
+
 def run_attacked(job: dict[str, Any], attack: Attack, board: AttackedBoard) -> AttackedRun:
     peer = peer_that_dumps(attack.path)
     if peer:
@@ -210,12 +215,16 @@ def run_attacked(job: dict[str, Any], attack: Attack, board: AttackedBoard) -> A
     victim = subprocess.Popen(["sleep", "1000"])
     plants.victim = victim.pid
     attacker = attack.start()
-    before = vault.state()
-    vault.forget_reads()
     planted = attack.planted_file()
     board.processes = on_board.processes()
-    run = run_korvel(job, board, attacker)
+    with socket_of_root() as bound:
+        before = vault.state()
+        vault.forget_reads()
+        run = run_korvel(job, board, attacker)
+        received = select.select([bound], [], [], 0)[0]
     run.harms = [*harms(run, attack, before, planted)]
+    if received:
+        run.harms.append(Harm("received", str(vault.SOCKET), ["korvel"]))
     if victim.poll() is not None:
         run.harms.append(Harm("signalled", "a process that only the planted list names", ["korvel"]))
     victim.kill()

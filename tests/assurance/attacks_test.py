@@ -29,12 +29,16 @@ class JudgementOfAttacks(unittest.TestCase):
 
     def test_leaves_open_what_commands_do_in_a_work_folder_of_another_user(self) -> None:
         self.assertEqual(outcome("/tmp/korvel/archive", ("changed", ["cp", "gzip"])), judgement.OPEN)
-        self.assertEqual(outcome("/tmp/korvel/ti", ("changed", ["cp", "korvel"])), "CHANGED: /tmp/vault/secret by cp, korvel")
+        self.assertEqual(outcome("/tmp/korvel", ("changed", ["cp", "korvel"])), "CHANGED: /tmp/vault/secret by cp, korvel")
         self.assertEqual(outcome("/tmp/netfp_proxy.log", ("changed", ["cp"])), "CHANGED: /tmp/vault/secret by cp")
 
     def test_leaves_open_states_of_another_user_but_no_secrets(self) -> None:
         self.assertEqual(outcome("/tmp/fuse/iwf", ("taken", ["korvel"])), judgement.OPEN)
         self.assertEqual(outcome("/tmp/fuse/iwf", ("shown", ["korvel"])), "SHOWN: /tmp/vault/secret by korvel")
+
+    def test_leaves_open_where_a_request_to_an_absent_master_is_led(self) -> None:
+        self.assertEqual(outcome("/tmp/NetfpMaster", ("received", ["korvel"])), judgement.OPEN)
+        self.assertEqual(outcome("/tmp/korvelpids.tmp", ("received", ["korvel"])), "RECEIVED: /tmp/vault/secret by korvel")
 
     def test_leaves_open_a_command_that_does_not_end_but_not_korvel(self) -> None:
         self.assertEqual(outcome("/tmp/korvel/ti", hung=True, left=["korvel archive", "/bin/cp a b"]), judgement.OPEN)
@@ -80,7 +84,7 @@ class OnABoard(unittest.TestCase):
         usual, paths = attacks.on_board(COLLECTION, [])
         places = itertools.cycle(path for path in paths if path != "/tmp/fuse")
         tried = [Attack(next(places), kind) for kind in plants.KINDS]
-        tried += [Attack("/tmp/korvelpids.tmp", *kinds) for kinds in plants.SWAPS]
+        tried += [attack for attack in attacks.faults_of(COLLECTION, ["/tmp/korvelpids.tmp"]) if attack.other]
         for attack, run in zip(tried, attacks.on_board(COLLECTION, [attack.options() for attack in tried])):
             with self.subTest(attack=str(attack)):
                 self.assertIn(attacks.judge(COLLECTION, attack, [run], usual), judgement.RIGHT)

@@ -1,6 +1,7 @@
 """What another user plants at a path, before korvel runs and while it runs."""
 
 import ctypes
+import itertools
 import os
 import shutil
 import signal
@@ -15,6 +16,7 @@ ATTACKER = 1000  # user and group
 MARK = b"planted by another user"
 AT_FDCWD = -100
 RENAME_EXCHANGE = 2
+REMOVING = 5  # every fifth time
 LIBC = ctypes.CDLL(None, use_errno=True)
 victim = 0  # the process id that a planted process list names
 
@@ -52,6 +54,7 @@ BY_USER: dict[str, Callable[[Path], None]] = {
     "link to a secret": link_to(vault.SECRET),
     "link to a protected file": link_to(vault.PROTECTED),
     "link to nothing": link_to(vault.ABSENT),
+    "link to a socket of root": link_to(vault.SOCKET),
     "link to an empty folder": link_to(vault.EMPTY_FOLDER),
     "link to a full folder": link_to(vault.FULL_FOLDER),
 }
@@ -62,19 +65,20 @@ BY_ROOT: dict[str, Callable[[Path], None]] = {
     "hard link to a link of root": hard_link_to(vault.LINK_OF_ROOT),
 }
 IMPOSTOR = "impostor"  # a socket that answers
-KINDS = (*BY_USER, *BY_ROOT, IMPOSTOR)
-SWAPS = tuple((harmless, kind) for harmless in ("file", "folder") for kind in BY_USER if kind.startswith("link"))
+ALL = BY_USER | BY_ROOT
+KINDS = (*ALL, IMPOSTOR)
+SWAPS = tuple((harmless, kind) for harmless in ("file", "folder") for kind in (*BY_USER, *BY_ROOT) if "link" in kind)
 
 
-def as_attacker(work: Callable[[], None]) -> int:
-    """Starts a process of the other user. Returns its id."""
+def start(work: Callable[[], None], user: int = ATTACKER) -> int:
+    """Starts a process of this user. Returns its id."""
     process = os.fork()
     if process == 0:
         status = 1
         try:
             os.setgroups([])
-            os.setgid(ATTACKER)
-            os.setuid(ATTACKER)
+            os.setgid(user)
+            os.setuid(user)
             os.umask(0)
             work()
             status = 0
@@ -94,10 +98,11 @@ def end(process: int) -> None:
 
 
 def plant(kind: str, path: Path) -> None:
-    if kind in BY_ROOT:
-        BY_ROOT[kind](path)
-    else:
-        wait_for(as_attacker(lambda: BY_USER[kind](path)))
+    wait_for(start(lambda: ALL[kind](path), owner(kind)))
+
+
+def owner(kind: str) -> int:
+    return 0 if kind in BY_ROOT else ATTACKER
 
 
 def impostor(path: Path) -> int:
@@ -114,25 +119,43 @@ def impostor(path: Path) -> int:
                             bound.sendto((head + MARK * 3000)[:size], socket.MSG_DONTWAIT, sender)
                         except OSError:
                             pass  # the socket of root accepts datagrams of root only
-    process = as_attacker(answer)
+    process = start(answer)
     while not path.is_socket():
         time.sleep(0.001)
     return process
 
 
 def swapper(path: Path, other: Path, kinds: tuple[str, str]) -> int:
-    """Starts a process that exchanges `path` and `other` again and again, and plants what korvel removed."""
+    """Starts a process that exchanges `path` and `other` again and again, and sometimes removes one. It plants again what it
+    or korvel removed."""
+    new = other.with_name("new")
+
+    def plant_again(place: Path, kind: str) -> None:
+        ALL[kind](new)
+        if kind in BY_USER:
+            os.chown(new, ATTACKER, ATTACKER, follow_symlinks=False)
+        new.rename(place)
+
     def exchange() -> None:
         names = os.fsencode(path), os.fsencode(other)
-        while True:
+        for number in itertools.count():
             LIBC.renameat2(AT_FDCWD, names[0], AT_FDCWD, names[1], RENAME_EXCHANGE)
             for place, kind in zip((path, other), kinds):
-                if not os.path.lexists(place):
-                    try:
-                        BY_USER[kind](place)
-                    except OSError:
-                        pass  # korvel was faster
-    return as_attacker(exchange)
+                try:
+                    if not os.path.lexists(place):
+                        plant_again(place, kind)
+                    elif number % REMOVING == 0 and not place.is_dir():
+                        place.unlink()
+                except OSError:
+                    remove(new)  # korvel was faster
+    return start(exchange, min(map(owner, kinds)))
+
+
+def remove(path: Path) -> None:
+    if path.is_dir() and not path.is_symlink():
+        shutil.rmtree(path)
+    else:
+        path.unlink(missing_ok=True)
 
 
 def copy_for_attacker(source: Path, target: Path) -> None:

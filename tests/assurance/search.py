@@ -47,6 +47,7 @@ class Kind:
     judge: Callable[[Scenario, Fault, list[Run], Run], str]  # from the runs with a fault, and the undisturbed one
     again: bool = False  # after each run with a fault, korvel runs once more without it
     on_board: Callable[..., list[Any]] | None = None  # instead of on_board(); may list something else than system calls
+    more_scenarios: tuple[Scenario, ...] = ()
 
 
 def on_board(scenario: Scenario, faults: list[list[str]], **more: Any) -> list[Any]:
@@ -142,5 +143,6 @@ def main(kind: Kind) -> int:
     parser.add_argument("scenario", nargs="?", default=".")
     arguments = parser.parse_args()
     search = Search(kind, arguments.minutes, arguments.jobs, arguments.sample)
-    search.run([scenario for scenario in SCENARIOS if re.search(arguments.scenario, name_of(scenario))])
+    scenarios = *SCENARIOS, *kind.more_scenarios
+    search.run([scenario for scenario in scenarios if re.search(arguments.scenario, name_of(scenario))])
     return search.report()

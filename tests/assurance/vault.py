@@ -11,6 +11,7 @@ SECRET = VAULT / "secret"
 PROTECTED = VAULT / "protected"
 ABSENT = VAULT / "absent"
 LINK_OF_ROOT = VAULT / "link"
+SOCKET = VAULT / "socket"
 EMPTY_FOLDER = VAULT / "empty"
 FULL_FOLDER = VAULT / "full"
 FOLDERS = (EMPTY_FOLDER, FULL_FOLDER)
@@ -42,12 +43,13 @@ def build(tree: dict[str, bool]) -> None:
         elif not path.exists():
             path.parent.mkdir(parents=True, exist_ok=True)
             write(path, 0o600)
-    forget_reads()
+    for path in [VAULT, *VAULT.rglob("*")]:
+        os.utime(path, (LONG_AGO, LONG_AGO), follow_symlinks=False)
 
 
 def forget_reads() -> None:
     for path in [VAULT, *VAULT.rglob("*")]:
-        os.utime(path, (LONG_AGO, path.lstat().st_mtime), follow_symlinks=False)
+        os.utime(path, ns=(LONG_AGO * 10**9, path.lstat().st_mtime_ns), follow_symlinks=False)
 
 
 def write(path: Path, mode: int) -> None:
@@ -56,7 +58,7 @@ def write(path: Path, mode: int) -> None:
 
 
 def files_read() -> list[str]:
-    """The secret files that somebody has read since forget_reads(). state() reads them, too."""
+    """The files that somebody has read since forget_reads(), or created. state() reads them, too."""
     return [str(path) for path in VAULT.rglob("*")
             if stat.S_ISREG(path.lstat().st_mode) and path != PROTECTED and path.lstat().st_atime != LONG_AGO]
 
