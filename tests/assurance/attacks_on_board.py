@@ -79,8 +79,8 @@ class Attack:
 
     def led_to(self, touch: Touch, harmed: Path) -> bool:
         """Whether the call concerns this file, or an entry of this folder."""
-        if touch.real:  # the real path of a hard link is its own
-            return harmed in (Path(touch.real), Path(touch.real).parent) or Path(touch.real) == self.path
+        if touch.real:  # that of a hard link is the path itself, that of an exchanged file may be elsewhere
+            return harmed in (Path(touch.real), Path(touch.real).parent) or str(self.path) in (touch.real, touch.path)
         names = {harmed, self.path} | {self.path / harmed.relative_to(folder) for folder in vault.FOLDERS
                                        if harmed.is_relative_to(folder)}
         return bool(names & {Path(touch.path), Path(touch.path).parent})
@@ -247,12 +247,14 @@ def run_undisturbed(job: dict[str, Any], board: AttackedBoard) -> AttackedRun:
         path = Path(touch.path)
         for place in path, *path.parents:
             if place != TMP and place.is_relative_to(TMP):
-                board.tree[str(place)] = place != path or place.is_dir()
+                board.tree[str(place)] = board.tree.get(str(place), False) or place != path or place.is_dir()
     board.restore()
     return run
 
 
 def main() -> None:
+    if not Path("/run/boardsim/init").exists():
+        sys.exit("This program changes /tmp, so it runs only on a simulated board.")
     job = json.loads(sys.argv[1])
     on_board.LIMIT = LIMIT
     board = AttackedBoard()
