@@ -32,6 +32,7 @@ constexpr unsigned syslibLogSize = 2097152;
 constexpr int dumpSignal = SIGUSR1;
 constexpr int lowestPid = 2;
 constexpr mode_t scratchFileMode = 0666;
+constexpr std::array errorsForEveryone{EACCES, ENOENT, ENOTDIR, EROFS};  // no user can create the file
 constexpr std::size_t listingSizeLimit = 16U << 20U;  // any user can start processes with long names
 
 constexpr int maximumDumpChecks = 20;
@@ -61,14 +62,22 @@ std::string joined(const std::vector<std::string>& words, const char* separator)
     return text;
 }
 
+/// Returns true for a directory that nobody but its trusted owner can replace by a link. The shell reports
+/// it.
+bool isTrustedDirectory(const std::string& path) {
+    struct stat status {};
+    return ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+           (status.st_uid == 0 || status.st_uid == ::geteuid());
+}
+
 /// Creates the file that the shell writes to, and replaces a file that another user may have placed at this
-/// predictable path. Returns false if another user's file cannot be replaced. The shell reports other
-/// failures.
+/// predictable path. Returns false if another user may have, or may still create, a link there: the shell
+/// would follow it. The shell reports other failures.
 bool createScratchFile(const std::string& path) {
     ::unlink(path.c_str());
     const Base::UniqueFd file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, scratchFileMode));
-    struct stat status {};
-    return file || errno != EEXIST || (::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+    const bool nobodyCanCreateIt = std::ranges::find(errorsForEveryone, errno) != errorsForEveryone.end();
+    return file || nobodyCanCreateIt || isTrustedDirectory(path);
 }
 
 std::string readScratchFile(const std::string& path) {

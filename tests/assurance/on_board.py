@@ -22,7 +22,7 @@ import subprocess
 import sys
 import tarfile
 import time
-from collections.abc import Iterator
+from collections.abc import Callable, Iterator
 from dataclasses import asdict, dataclass, field
 from pathlib import Path
 from typing import Any
@@ -34,6 +34,7 @@ SYSTEM_LOG = Path("/run/boardsim/system.log")
 DISPATCHER_LOG = Path("/dev/shm/dispatcher_log_memory")
 LOGGED_ERROR = re.compile(rb"(?:Archive|Supervision): [^\0\n]*(?:[Ee]rror|Heartbeat status)[^\0\n]*")
 TRACE = "/run/trace"
+OUTPUT = Path("/run/output")  # korvel's standard output
 ALLOCATIONS = Path("/run/failing_memory")  # see FailingMemory.cpp
 UNTRACED = ["-e", "trace=none"]
 LOGS = re.compile(r"HistoryLog|SYSLIB|sm_log|startup|middle|runtime|/linux/")  # their contents depend on the time
@@ -81,7 +82,7 @@ def digests_of_package(contents: bytes) -> dict[str, str]:
     digests = {}
     with tarfile.open(fileobj=io.BytesIO(gzip.decompress(contents))) as archive:
         for member in archive:
-            opened = archive.extractfile(member)
+            opened = archive.extractfile(member) if member.isreg() else None
             digests[member.name] = digest_of_file("/" + member.name, opened.read() if opened else b"")
     return digests
 
@@ -153,14 +154,17 @@ def start_companions(commands: list[str]) -> list[subprocess.Popen[bytes]]:
     return [subprocess.Popen(["sh", "-c", command], stdin=nothing, stdout=nothing, stderr=nothing) for command in commands]
 
 
-def run_korvel(words: list[str], seconds: float | None, fault: list[str], board: Board, companions: list[str]) -> Run:
-    run = Run()
-    log_before = SYSTEM_LOG.stat().st_size if SYSTEM_LOG.exists() else 0
-    errors_before = len(logged_errors())
-    Path(TRACE).unlink(missing_ok=True)
-    ALLOCATIONS.write_text("0 0")
-    command = ["strace", "-qq", "-o", TRACE, "-e", "signal=none", *fault, "korvel", *words]
-    beside = start_companions(companions)
+def await_companions(started: list[subprocess.Popen[bytes]], run: Run) -> None:
+    for companion in started:
+        try:
+            companion.wait(LIMIT)
+        except subprocess.TimeoutExpired:
+            run.hung = True
+            companion.kill()
+
+
+def execute(command: list[str], seconds: float | None, run: Run) -> bytes:
+    """Runs korvel below strace. Returns its standard output."""
     process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     try:
         if seconds:
@@ -176,15 +180,24 @@ def run_korvel(words: list[str], seconds: float | None, fault: list[str], board:
         run.hung = True
         process.kill()
         out, err = b"", b""
-    for companion in beside:
-        try:
-            companion.wait(LIMIT)
-        except subprocess.TimeoutExpired:
-            run.hung = True
-            companion.kill()
     run.status = process.returncode or 0
-    run.out = digest(out)
     run.err = err.decode(errors="replace")[:2000]
+    return out
+
+
+def run_korvel(words: list[str], seconds: float | None, fault: list[str], board: Board,
+               at_end: Callable[[], None] = lambda: None, companions: tuple[str, ...] = ()) -> Run:
+    run = Run()
+    log_before = SYSTEM_LOG.stat().st_size if SYSTEM_LOG.exists() else 0
+    errors_before = len(logged_errors())
+    Path(TRACE).unlink(missing_ok=True)
+    ALLOCATIONS.write_text("0 0")
+    beside = start_companions(list(companions))
+    out = execute(["strace", "-qq", "-o", TRACE, "-e", "signal=none", *fault, "korvel", *words], seconds, run)
+    await_companions(beside, run)
+    at_end()
+    OUTPUT.write_bytes(out)
+    run.out = digest(out)
     if SYSTEM_LOG.exists():
         with SYSTEM_LOG.open("rb") as log:
             log.seek(log_before)
@@ -240,15 +253,15 @@ def runs(job: dict[str, Any], board: Board) -> Iterator[Run]:
         board.files.add(disk.filler)
         for room in job["rooms"]:
             disk.leave(room)
-            run = run_korvel(job["words"], job["seconds"], UNTRACED, board, [])
+            run = run_korvel(job["words"], job["seconds"], UNTRACED, board)
             disk.empty()
             yield run
             board.restore()
     faults = job.get("faults") or ([] if disk else [["-e", "trace=all"]])
     for fault, companions in zip(faults, job.get("companions") or [[]] * len(faults)):
-        yield run_korvel(job["words"], job["seconds"], fault, board, companions)
+        yield run_korvel(job["words"], job["seconds"], fault, board, companions=tuple(companions))
         if job.get("again"):
-            yield run_korvel(job["words"], job["seconds"], UNTRACED, board, [])
+            yield run_korvel(job["words"], job["seconds"], UNTRACED, board)
         board.restore()
 
 

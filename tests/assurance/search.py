@@ -37,7 +37,7 @@ class Fault(Protocol):
     """str() of a fault is unique within a scenario."""
 
     def options(self) -> list[str]:
-        """Options of strace."""
+        """Options of strace, or what Kind.on_board takes."""
 
     def companions(self) -> list[str]:
         """Shell commands that run at the same time. A fault may lack this function."""
@@ -49,6 +49,8 @@ class Kind:
     faults: Callable[[Scenario, list[str]], Iterable[Fault]]  # from korvel's system calls in an undisturbed run
     judge: Callable[[Scenario, Fault, list[Run], Run], str]  # from the runs with a fault, and the undisturbed one
     again: bool = False  # after each run with a fault, korvel runs once more without it
+    on_board: Callable[..., list[Any]] | None = None  # instead of on_board(); may list something else than system calls
+    more_scenarios: tuple[Scenario, ...] = ()
 
 
 def on_board(scenario: Scenario, faults: list[list[str]], **more: Any) -> list[Any]:
@@ -71,6 +73,7 @@ class Search:
         self.end = time.monotonic() + minutes * 60
         self.jobs = jobs
         self.sample = sample
+        self.on_board = kind.on_board or on_board
         path = SOURCE / f"build-prove/{kind.name}.jsonl"
         path.parent.mkdir(exist_ok=True)
         path.touch()
@@ -86,7 +89,7 @@ class Search:
 
     def run(self, scenarios: list[Scenario]) -> None:
         with ThreadPoolExecutor(self.jobs) as pool:
-            usual = dict(zip(scenarios, pool.map(lambda scenario: on_board(scenario, []), scenarios)))
+            usual = dict(zip(scenarios, pool.map(lambda scenario: self.on_board(scenario, []), scenarios)))
             left = dict(zip(scenarios, pool.map(lambda scenario: self.faults_left(scenario, usual[scenario][1]), scenarios)))
             chunks = [(scenario, faults[i:i + RUNS_OF_A_BOARD], usual[scenario][0])
                       for scenario, faults in left.items() for i in range(0, len(faults), RUNS_OF_A_BOARD)]
@@ -105,7 +108,7 @@ class Search:
         if time.monotonic() >= self.end:
             return 0
         companions = [getattr(fault, "companions", list)() for fault in faults]
-        runs = on_board(scenario, [fault.options() for fault in faults], again=self.kind.again, companions=companions)
+        runs = self.on_board(scenario, [fault.options() for fault in faults], again=self.kind.again, companions=companions)
         runs_of_a_fault = 2 if self.kind.again else 1
         for number, fault in enumerate(faults):
             of_fault = runs[number * runs_of_a_fault:(number + 1) * runs_of_a_fault]
@@ -144,5 +147,6 @@ def main(kind: Kind) -> int:
     parser.add_argument("scenario", nargs="?", default=".")
     arguments = parser.parse_args()
     search = Search(kind, arguments.minutes, arguments.jobs, arguments.sample)
-    search.run([scenario for scenario in SCENARIOS if re.search(arguments.scenario, name_of(scenario))])
+    scenarios = *SCENARIOS, *kind.more_scenarios
+    search.run([scenario for scenario in scenarios if re.search(arguments.scenario, name_of(scenario))])
     return search.report()

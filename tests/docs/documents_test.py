@@ -1,5 +1,6 @@
 """Links, names and numbers in the documents match the repository."""
 
+import functools
 import html
 import os
 import re
@@ -87,6 +88,39 @@ class TestNamesTest(unittest.TestCase):
         for page in PAGES:
             named = set(re.findall(r"`(\w*\.[A-Z][a-z]+[A-Z]\w+)`", page.read_text(encoding="utf-8")))
             self.assertEqual(named - known, set(), page.name)
+
+
+@functools.cache
+def known_tests() -> set[tuple[str, str]]:
+    """Suites and names."""
+    in_cpp = "\n".join(path.read_text(encoding="utf-8") for path in files("tests/**/*.cpp"))
+    found = set(re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", in_cpp, re.M))
+    for path in files("tests/**/*_test.py"):
+        for suite, body in re.findall(r"^class (\w+)(.*?)(?=^\S|\Z)", path.read_text(encoding="utf-8"), re.M | re.S):
+            found |= {(suite, test) for test in re.findall(r"^    def (test_\w+)", body, re.M)}
+    return found
+
+
+class AttacksTest(unittest.TestCase):
+    """Each row of the tables of attacks on the page about security names the tests that fail without the protection."""
+
+    def test_are_each_tried_by_existing_tests(self) -> None:
+        suite = ""
+        for row in self.rows():
+            names = re.findall(r"`([\w.]+)`", row.split(" | ")[-1])
+            with self.subTest(row=row):
+                self.assertNotEqual(names, [])
+            for name in names:
+                suite, test = name.split(".")[0] or suite, name.split(".")[-1]
+                with self.subTest(suite=suite, test=test):
+                    self.assertIn((suite, test), known_tests())
+
+    def rows(self) -> list[str]:
+        page = text_of("docs/security.md")
+        found = [row for section in re.findall(r"^## Attacks .*?(?=^## )", page, re.M | re.S)
+                 for row in re.findall(r"^\| (?!Attack \|)(.*) \|$", section, re.M)]
+        self.assertGreater(len(found), 30)
+        return found
 
 
 class ScriptMessagesTest(unittest.TestCase):

@@ -22,14 +22,16 @@ constexpr long receiveCall = SYS_recv;
 constexpr long receiveCall = SYS_recvfrom;
 #endif
 
-/// What the system call of lstat() answers, with its owner, and the argument that points to the answer.
-/// 32-bit ARM uses statx(), because its older calls cannot express times after 2038.
+/// What the system call of lstat() answers, with its number of names and its owner, and the argument that
+/// points to the answer. 32-bit ARM uses statx(), because its older calls cannot express times after 2038.
 #ifdef __arm__
 using StatusAnswer = struct statx;
+constexpr auto namesInAnswer = &StatusAnswer::stx_nlink;
 constexpr auto ownerInAnswer = &StatusAnswer::stx_uid;
 constexpr const char* answerArgument = "@arg5";
 #else
 using StatusAnswer = struct stat;
+constexpr auto namesInAnswer = &StatusAnswer::st_nlink;
 constexpr auto ownerInAnswer = &StatusAnswer::st_uid;
 constexpr const char* answerArgument = "@arg3";
 #endif

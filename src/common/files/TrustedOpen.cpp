@@ -17,8 +17,8 @@ constexpr mode_t newFileMode = 0666;
 constexpr int inputFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 constexpr int outputFlags = O_WRONLY | O_APPEND | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW;
 
-bool isTrusted(const struct stat& status) {
-    return status.st_uid == 0 || status.st_uid == ::geteuid();
+bool isTrustedOwner(uid_t owner) {
+    return owner == 0 || owner == ::geteuid();
 }
 
 Base::UniqueFd failWith(int reason) {
@@ -34,6 +34,27 @@ Base::UniqueFd openEntry(int directory, const std::string& name, int flags) {
 /// Returns true if the file belongs to the caller and has no other hard link.
 bool isExclusivelyOwned(const struct stat& status) {
     return status.st_uid == ::geteuid() && status.st_nlink <= 1;
+}
+
+/// Returns true if `name` is the only name of the opened file. A single call finds the file by its name and
+/// counts its names, so nobody can remove one in between.
+bool hasOnlyName(const struct stat& opened, int directory, const std::string& name) {
+    struct stat named {};
+    return ::fstatat(directory, name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           named.st_dev == opened.st_dev && named.st_ino == opened.st_ino && named.st_nlink <= 1;
+}
+
+/// Returns true if only a trusted user can create names in the folder.
+bool isTrustedFolder(int directory) {
+    struct stat status {};
+    return ::fstat(directory, &status) == 0 && isTrustedOwner(status.st_uid) &&
+           (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+/// Everyone can give a link of a trusted user another name, in a folder that they can write to.
+bool isTrustedLink(const struct stat& opened, int directory, const std::string& name) {
+    return isTrustedOwner(opened.st_uid) &&
+           (hasOnlyName(opened, directory, name) || isTrustedFolder(directory));
 }
 
 Base::UniqueFd createFile(int directory, const std::string& name) {
@@ -61,7 +82,22 @@ Base::UniqueFd openExisting(int directory, const std::string& name) {
     if (!S_ISREG(status.st_mode)) {
         return failWith(ENXIO);
     }
-    return isExclusivelyOwned(status) ? std::move(file) : failWith(EACCES);
+    const bool exclusive = isExclusivelyOwned(status) && hasOnlyName(status, directory, name);
+    return exclusive ? std::move(file) : failWith(EACCES);
+}
+
+/// Opens an existing file for reading. Other users can create a hard link to a file that they may not read,
+/// if its folder is theirs.
+Base::UniqueFd openInput(int directory, const std::string& name) {
+    Base::UniqueFd file = openEntry(directory, name, inputFlags);
+    struct stat status {};
+    struct stat folder {};
+    if (!file || ::fstat(file.get(), &status) != 0 || ::fstat(directory, &folder) != 0) {
+        return {};
+    }
+    const bool planted = S_ISREG(status.st_mode) && !isTrustedOwner(folder.st_uid) &&
+                         status.st_uid != folder.st_uid && !hasOnlyName(status, directory, name);
+    return planted ? failWith(EACCES) : std::move(file);
 }
 
 /// Returns the target of the link with this O_PATH descriptor, or an empty string with errno set.
@@ -92,7 +128,7 @@ public:
                 return {};
             }
             if (entry && S_ISLNK(status.st_mode)) {
-                if (!followLink(entry.get(), status)) {
+                if (!followLink(entry.get(), name, status)) {
                     return {};
                 }
             } else if (rest.empty()) {
@@ -120,9 +156,13 @@ private:
         return name;
     }
 
-    bool followLink(int link, const struct stat& status) {
-        if (!isTrusted(status) || ++links > linkLimit) {
-            errno = isTrusted(status) ? ELOOP : EACCES;
+    bool followLink(int link, const std::string& name, const struct stat& status) {
+        if (!isTrustedLink(status, directory.get(), name)) {
+            errno = EACCES;
+            return false;
+        }
+        if (++links > linkLimit) {
+            errno = ELOOP;
             return false;
         }
         const std::string target = linkTarget(link);
@@ -153,7 +193,7 @@ Base::UniqueFd openTrusted(const std::string& path, SharedFile shared) {
 
 Base::UniqueFd openTrustedInput(const std::string& path) {
     return PathWalk(path).openLast([](int directory, const std::string& name, const struct stat* /*there*/) {
-        return openEntry(directory, name, inputFlags);
+        return openInput(directory, name);
     });
 }
 

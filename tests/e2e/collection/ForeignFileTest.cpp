@@ -29,6 +29,9 @@ protected:
     static constexpr const char* replyNotOpened =
         "Error while opening /tmp/korvel/mmi/iwf/SocketSvcInfo.log\n";
     static constexpr const char* state = "/tmp/fuse/iwf/tracing_on";
+    static constexpr const char* stateNotOpened =
+        "Error while opening /tmp/fuse/iwf/tracing_on\n"
+        "Output of /tmp/korvel/fuse/iwf/tracing_on.log is empty\n";
     static constexpr const char* precious = "/tmp/precious";
     static constexpr const char* pidFile = "/tmp/korvelpids.tmp";
     static constexpr const char* dump = "/tmp/netfp_proxy.log";
@@ -51,6 +54,13 @@ protected:
         ASSERT_EQ(collectAs(alice, information), success());
         ASSERT_EQ(ownerOf(workFile), alice);
         writeFile(state, "since then\n");
+    }
+
+    /// Starts a board where this file and its folder belong to Alice.
+    void haveFolderOfAliceWith(const std::string& path) {
+        startBoard();
+        ASSERT_EQ(::chown(path.c_str(), alice, alice), 0);
+        ASSERT_EQ(::chown(fs::path(path).parent_path().c_str(), alice, alice), 0);
     }
 
     /// Lets Alice plant something at the state's file in her work directory.
@@ -190,6 +200,28 @@ TEST_F(ForeignFileTest, NothingIsReadThroughALinkOfAUser) {
     EXPECT_EQ(ownerOf(dump), alice);
 }
 
+/// Whoever is first can create /tmp/fuse/iwf. Without the kernel's protection of hard links, a link can be
+/// there.
+TEST_F(ForeignFileTest, NothingIsReadThroughAHardLinkInAFolderOfAUser) {
+    haveFolderOfAliceWith(state);
+    writePrecious();
+    fs::remove(state);
+    fs::create_hard_link(precious, state);
+
+    EXPECT_EQ(collect(information), success("", stateNotOpened));
+
+    EXPECT_EQ(workFiles(), replyFiles("iwf", infoCommands));
+}
+
+TEST_F(ForeignFileTest, AStateWithTwoNamesIsReadIfItBelongsToTheUserOfItsFolder) {
+    haveFolderOfAliceWith(state);
+    fs::create_hard_link(state, "/tmp/other");
+
+    EXPECT_EQ(collect(information), success());
+
+    EXPECT_EQ(workFiles(), informationFiles());
+}
+
 TEST_F(ForeignFileTest, ADumpOfTheProcessOwnerIsRead) {
     startBoardWithout({"netfp_proxy"});
     writeFile("/tmp/prepared", dumpText("netfp_proxy"));
@@ -244,6 +276,26 @@ TEST_F(ForeignFileTest, AProcessListingIsNotWrittenThroughALinkOfAnotherUser) {
     EXPECT_EQ(collectAs(bob, {"dump", "proxy"}), success("", "Error while opening /tmp/korvelpids.tmp\n"));
 
     EXPECT_FALSE(fs::exists("/tmp/created"));
+}
+
+/// The folder could become a link before the shell opens it.
+TEST_F(ForeignFileTest, AProcessListingIsNotWrittenToAFolderOfAnotherUser) {
+    startBoard();
+    ASSERT_EQ(run({"mkdir", pidFile}, {.user = alice}), success());
+
+    EXPECT_EQ(collect({"dump", "proxy"}), success("", "Error while opening /tmp/korvelpids.tmp\n"));
+
+    EXPECT_EQ(workFiles(), Files{});
+}
+
+/// Another user could plant a link before the shell creates the file.
+TEST_F(ForeignFileTest, AProcessListingThatCannotBeCreatedIsNotLeftToTheShell) {
+    startBoard();
+
+    EXPECT_EQ(collectInjected({.faults = {"openat:error=ENOSPC:when=1"}, .path = pidFile}, {"dump", "proxy"}),
+              success("", "Error while opening /tmp/korvelpids.tmp\n"));
+
+    EXPECT_FALSE(fs::exists(pidFile));
 }
 
 TEST_F(ForeignFileTest, RootReplacesAProcessListingOfAnotherUser) {

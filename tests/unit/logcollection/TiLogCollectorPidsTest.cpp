@@ -83,6 +83,26 @@ TEST_F(TiLogCollectorPidsTest, ReportsAPidFileThatCannotBeOpened) {
     EXPECT_EQ(printed, (Printed{.err = "Error while opening /tmp/korvelpids.tmp\n"}));
 }
 
+TEST_F(TiLogCollectorPidsTest, LeavesItToTheShellToReportAFolderInWhichNobodyCanCreateThePidFile) {
+    fs::create_directory("/tmp/closed");
+    fs::permissions("/tmp/closed", fs::perms::owner_read | fs::perms::owner_exec);
+    const struct {
+        std::string path;
+        std::string reason;
+    } cases[] = {{"/tmp/absent/pids.tmp", "Directory nonexistent"},
+                 {"/tmp/closed/pids.tmp", "Permission denied"}};
+    for (const auto& [path, reason] : cases) {
+        SCOPED_TRACE(path);
+
+        EXPECT_EQ(getPids({"one"}, path), Pids{});
+
+        EXPECT_EQ(printed,
+                  (Printed{.err = "sh: 1: cannot create " + path + ": " + reason +
+                                  "\nCommand: ps aux | grep -v -E \"grep|korvel\" | grep -E \"one\" > " +
+                                  path + " exited with error, exit code: 2\n"}));
+    }
+}
+
 TEST_F(TiLogCollectorPidsTest, ReadsTheSecondColumnOfEachLineWithTheName) {
     EXPECT_EQ(pidsIn("root 300 0.0 /usr/bin/one -d\n"
                      "root\t301\ttwo"),

@@ -112,6 +112,37 @@ TEST_F(OpenTrustedLinks, MayHaveALongTarget) {
     EXPECT_EQ(placeBehind("/tmp/link"), "/tmp/folder/target");
 }
 
+/// Everyone can give another name to a link of root, and so lead root there.
+TEST_F(OpenTrustedLinks, AreRefusedIfTheyHaveAnotherName) {
+    link("/tmp/folder/link", "/tmp/folder/target");
+    fs::create_hard_link("/tmp/folder/link", "/tmp/planted");
+
+    EXPECT_EQ(placeBehind("/tmp/planted"), "Permission denied");
+}
+
+/// Other users can remove a name between two looks at a link.
+TEST_F(OpenTrustedLinks, AreRefusedIfTheirOtherNameWasHiddenAtFirst) {
+    link("/tmp/folder/link", "/tmp/folder/target");
+    fs::create_hard_link("/tmp/folder/link", "/tmp/planted");
+
+    const Outcome outcome = probeInjected(onlyNameAtFirst("/tmp/planted"), {"openTrusted", "/tmp/planted"});
+
+    EXPECT_EQ(outcome.out, "Permission denied\n");
+}
+
+/// Some root file systems are made of hard links, also of symbolic links.
+TEST_F(OpenTrustedLinks, AreFollowedWithAnotherNameIfNobodyElseCanCreateNamesInTheFolder) {
+    link("/tmp/folder/link", "target");
+    fs::create_hard_link("/tmp/folder/link", "/tmp/folder/other");
+
+    fs::permissions("/tmp/folder", fs::perms(0755));
+    EXPECT_EQ(placeBehind("/tmp/folder/other"), "/tmp/folder/target");
+    for (const unsigned writable : {0775U, 0757U, 01777U}) {
+        fs::permissions("/tmp/folder", fs::perms(writable));
+        EXPECT_EQ(placeBehind("/tmp/folder/other"), "Permission denied");
+    }
+}
+
 TEST_F(OpenTrustedLinks, AreRefusedIfTheyBelongToAnotherUser) {
     link("/tmp/link", "folder/target");
 
