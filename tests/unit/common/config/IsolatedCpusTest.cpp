@@ -30,6 +30,7 @@ TEST(ParseIsolatedCpus, AcceptsOnlySingleDigitsUpToThree) {
         {"isolcpus=1-3", 0},
         {"isolcpus=1-2,3", 8},
         {"isolcpus=4,9,10,a", 0},
+        {"isolcpus=+,-,2", 4},
         {"isolcpus=,1,,2,", 6},
         {"isolcpus= 1", 0},
         {"isolcpus=1,2,3 quiet", 6},

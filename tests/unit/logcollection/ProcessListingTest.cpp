@@ -1,0 +1,25 @@
+#include <gtest/gtest.h>
+
+#include "ProcessListing.hpp"
+
+using Korvel::parseProcessListing;
+using Korvel::ProcessIds;
+
+namespace {
+
+TEST(ProcessListing, HasTheSecondColumnOfTheLastLineWithTheName) {
+    EXPECT_EQ(
+        parseProcessListing("root 12 netfp_proxy\nroot 34 netfp_proxy -d\nroot 56 other\n", {"netfp_proxy"}),
+        (ProcessIds{{"netfp_proxy", 34}}));
+}
+
+TEST(ProcessListing, SkipsALineWithoutASecondColumn) {
+    EXPECT_EQ(parseProcessListing("root 12 netfp_proxy\nnetfp_proxy\n", {"netfp_proxy"}),
+              (ProcessIds{{"netfp_proxy", 12}}));
+}
+
+TEST(ProcessListing, HasNothingForANameThatIsMissing) {
+    EXPECT_EQ(parseProcessListing("root 12 netfp_proxy\n", {"netfp_server"}), ProcessIds{});
+}
+
+}  // namespace
