@@ -2,19 +2,20 @@
 # Runs the long tests, which look for faults that nobody thought of. docs/assurance.md describes them and their results.
 #   scripts/prove.sh [--time MINUTES] [ROW...]     default: every row, without a limit
 #   scripts/prove.sh --list                        prints the rows
-# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, programs, kills, together
-# and allocations go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to its end, 2
-# for wrong usage.
+# A row that passed is not repeated until the code changes, unless it is named. The rows system-calls, programs, kills, together,
+# attacks and allocations go on where they were ended. Outputs are in build-prove. Exits 1 if a row failed or did not come to
+# its end, 2 for wrong usage.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-rows=(system-calls programs kills together allocations disks full matrix fuzz memory sanitizers analysers
+rows=(system-calls programs kills together attacks allocations disks full matrix fuzz memory sanitizers analysers
     endurance unsteady coverage stress arm board)
 declare -A titles=(
     [system-calls]="every system call of korvel fails, in every scenario"
     [programs]="system calls of korvel and its programs fail together"
     [kills]="korvel and its programs are killed at every system call"
     [together]="several jobs of korvel at once, and steps of the clock"
+    [attacks]="another user attacks every path in /tmp"
     [allocations]="every allocation of memory fails"
     [disks]="disks of 64 sizes, in every scenario that writes files"
     [full]="all tests; clang-tidy and the sanitizers on everything"
@@ -31,7 +32,7 @@ declare -A titles=(
     [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
 declare -A minutes_of=(
-    [system-calls]=240 [programs]=120 [kills]=150 [together]=60 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30 [sanitizers]=20 [analysers]=15
+    [system-calls]=240 [programs]=120 [kills]=150 [together]=60 [attacks]=90 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30 [sanitizers]=20 [analysers]=15
     [endurance]=150 [unsteady]=20 [coverage]=40 [stress]=120 [arm]=30 [board]=90
 )
 declare -A commands=(
@@ -39,6 +40,7 @@ declare -A commands=(
     [programs]="python3 -B tests/assurance/programs.py --sample 200"
     [kills]="python3 -B tests/assurance/kills.py --sample 700"
     [together]="python3 -B tests/assurance/together.py --sample 60"
+    [attacks]="python3 -B tests/assurance/attacks.py --sample 150"
     [allocations]="python3 -B tests/assurance/allocations.py"
     [disks]="python3 -B tests/assurance/disks.py"
     [full]="scripts/test.sh --full"

@@ -47,7 +47,7 @@ bool LogRing::prepare() {
         store(header.magic, ringMagic);
     }
     const Bounds kept = bounds();
-    return load(header.magic) == ringMagic && kept.head - kept.tail <= capacity;
+    return load(header.magic) == ringMagic && kept.tail <= kept.head && kept.head - kept.tail <= capacity;
 }
 
 void LogRing::restart(std::uint64_t written) {

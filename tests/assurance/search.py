@@ -48,6 +48,7 @@ class Kind:
     name: str
     faults: Callable[[Scenario, list[str]], Iterable[Fault]]  # from korvel's system calls in an undisturbed run
     judge: Callable[[Scenario, Fault, list[Run], Run], str]  # from the runs with a fault, and the undisturbed one
+    runs_of_a_board: int = RUNS_OF_A_BOARD
     again: bool = False  # after each run with a fault, korvel runs once more without it
     on_board: Callable[..., list[Any]] | None = None  # instead of on_board(); may list something else than system calls
     more_scenarios: tuple[Scenario, ...] = ()
@@ -91,8 +92,8 @@ class Search:
         with ThreadPoolExecutor(self.jobs) as pool:
             usual = dict(zip(scenarios, pool.map(lambda scenario: self.on_board(scenario, []), scenarios)))
             left = dict(zip(scenarios, pool.map(lambda scenario: self.faults_left(scenario, usual[scenario][1]), scenarios)))
-            chunks = [(scenario, faults[i:i + RUNS_OF_A_BOARD], usual[scenario][0])
-                      for scenario, faults in left.items() for i in range(0, len(faults), RUNS_OF_A_BOARD)]
+            chunks = [(scenario, faults[i:i + self.kind.runs_of_a_board], usual[scenario][0])
+                      for scenario, faults in left.items() for i in range(0, len(faults), self.kind.runs_of_a_board)]
             random.Random(1).shuffle(chunks)
             total = sum(len(faults) for _, faults, _ in chunks)
             print(f"{len(self.done)} faults are done, {total} are left.", flush=True)

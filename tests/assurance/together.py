@@ -2,7 +2,8 @@
 or with the archiver and supervision beside it. In other runs, the wall clock steps forward, back and beyond 2038 while
 korvel works. search.py has the options.
 
-A run must do what it does alone, or say why it does not. Files of the other jobs do not count.
+A run must do what it does alone, or say why it does not. Files of the other jobs do not count. Each run has a board of its own,
+because actions change what the NetFP processes write into their dumps. Beside such an action, these dumps do not count.
 """
 
 import sys
@@ -21,6 +22,8 @@ DELAYS = (0, 0.05, 0.3)
 FAKE_TIME = next(iter(sorted(Path("/usr/lib").glob("*/faketime/libfaketime.so.1"))), None)
 CLOCK = "/run/clock"
 SYSTEM_LOG = "/linux/system.log"
+CHANGING = ("mirrorport", "loopbackport", "portswap", "addmulticastmac", "add_interface")
+CHANGED_DUMPS = ("/ti/netfp_master.log", "/ti/netfp_proxy.log")
 STEPS = {"forward": "+86400", "back": "-86400", "beyond 2038": "@2039-05-01 12:00:00"}
 
 
@@ -73,11 +76,14 @@ def faults_of(_: Scenario, __: list[str]) -> Iterator[Beside | Step]:
             yield Step(name, delay)
 
 
-def judge(_: Scenario, __: Beside | Step, runs: list[Run], usual: Run) -> str:
+def judge(scenario: Scenario, fault: Beside | Step, runs: list[Run], usual: Run) -> str:
+    is_changed = isinstance(fault, Beside) and fault.words.startswith(CHANGING)
+    changing = (SYSTEM_LOG, *CHANGED_DUMPS) if is_changed else (SYSTEM_LOG,)  # the system log has lines of all jobs
     own = {name: digest for name, digest in runs[0]["files"].items() if name in usual["files"]}
-    other = {name: digest for name, digest in own.items() if name.endswith(SYSTEM_LOG)}  # it has lines of all jobs
-    return judgement.judge("", runs[0] | {"files": own}, usual | {"files": usual["files"] | other})
+    other = {name: digest for name, digest in own.items() if name.endswith(changing)}
+    out = runs[0]["out"] if is_changed and "print" in scenario.words else usual["out"]
+    return judgement.judge("", runs[0] | {"files": own}, usual | {"files": usual["files"] | other, "out": out})
 
 
 if __name__ == "__main__":
-    sys.exit(main(Kind("together", faults_of, judge)))
+    sys.exit(main(Kind("together", faults_of, judge, runs_of_a_board=1)))

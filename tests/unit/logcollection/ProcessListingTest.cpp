@@ -13,9 +13,9 @@ TEST(ProcessListing, HasTheSecondColumnOfTheLastLineWithTheName) {
         (ProcessIds{{"netfp_proxy", 34}}));
 }
 
-TEST(ProcessListing, SkipsALineWithoutASecondColumn) {
-    EXPECT_EQ(parseProcessListing("root 12 netfp_proxy\nnetfp_proxy\n", {"netfp_proxy"}),
-              (ProcessIds{{"netfp_proxy", 12}}));
+TEST(ProcessListing, HasZeroIfTheColumnIsNoNumber) {
+    EXPECT_EQ(parseProcessListing("root 12 netfp_proxy\nroot none netfp_proxy\n", {"netfp_proxy"}),
+              (ProcessIds{{"netfp_proxy", 0}}));
 }
 
 TEST(ProcessListing, HasNothingForANameThatIsMissing) {
