@@ -49,7 +49,8 @@ endif()
 if(KORVEL_COVERAGE)
     # Relocated counters are in a mapped file, so they are complete even if a signal ends the process.
     target_compile_options(korvel_flags INTERFACE
-        -fprofile-instr-generate -fcoverage-mapping "SHELL:-mllvm -runtime-counter-relocation")
+        "-fprofile-instr-generate=${CMAKE_BINARY_DIR}/counters/%m%c.profraw" -fcoverage-mapping
+        "SHELL:-mllvm -runtime-counter-relocation")
     target_link_options(korvel_flags INTERFACE -fprofile-instr-generate)
 endif()
 if(KORVEL_SANITIZE)

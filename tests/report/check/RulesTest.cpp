@@ -190,6 +190,7 @@ constexpr const char* texts = "meaning = 'm'\nadvice = 'a'\n";
 
 TEST(RuleSet, RefusesAWrongFileWithLineAndReason) {
     const std::string rule = std::string("[[rule]]\nid = 'x'\nwhere = 'logs'\nseverity = 'note'\n") + texts;
+    const std::string form = "[[form]]\nid = 'x'\n";
     const struct {
         std::string text;
         std::string message;
@@ -226,6 +227,11 @@ TEST(RuleSet, RefusesAWrongFileWithLineAndReason) {
          "own.toml:1: the key 'where' is missing"},
         {"[[rule]]\nid = 'x'\nwhere = 'logs'\nlevel = 'error'\nseverity = 'bad'\n",
          "own.toml:5: 'severity' cannot be 'bad'"},
+        {form + "colour = 'red'\n", "own.toml:3: 'colour' is no key of a form"},
+        {form + "pattern = 'p'\nlevels = 3\n", "own.toml:4: 'levels' must be a table of words and levels"},
+        {form + "pattern = 'p'\nlevels = {warn = 'loud'}\n", "own.toml:4: 'warn' cannot be 'loud'"},
+        {form + "pattern = 'p'\n",
+         "own.toml:3: 'pattern' is no form of log lines: the groups `time` and `text` are needed"},
     };
     for (const auto& [text, message] : cases) {
         SCOPED_TRACE(text);
