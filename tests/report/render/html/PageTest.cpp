@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "Assets.hpp"
+#include "DifferentPair.hpp"
 #include "ExpectedFile.hpp"
 #include "HandMadePackage.hpp"
 #include "Renderers.hpp"
@@ -20,6 +21,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using Report::Test::at;
+using Report::Test::DifferentPair;
 using Report::Test::expectedFile;
 using Report::Test::HandMadePackage;
 using testing::AllOf;
@@ -112,6 +114,16 @@ TEST(PageTest, ShowsAPackageInTablesThatNeedNoScript) {
 TEST(PageTest, ShowsSeveralPackagesWithTheirDifferences) {
     const std::string shown = shownPart(page(neighbours()));
     EXPECT_EQ(shown.substr(0, shown.find("<section id=\"timeline\"")), expectedFile("neighbours.html"));
+}
+
+TEST(PageTest, ShowsEachKindOfDifference) {
+    const DifferentPair pair;
+    const std::string shown = shownPart(page({pair.before, pair.after}));
+
+    for (const char* const text :
+         {"missing", "came", "present before, stale after", "new", "gone", "fell", "1 new entry"}) {
+        EXPECT_NE(shown.find(text), std::string::npos) << text;
+    }
 }
 
 TEST(PageTest, ShowsWhatIsBetweenBackquotesAsCode) {
