@@ -126,6 +126,23 @@ TEST(PageTest, ShowsEachKindOfDifference) {
     }
 }
 
+TEST(PageTest, ListsMembersThatAreMuchOlderThanTheOthersOfTheirCollector) {
+    HandMadePackage package = samplePackage();
+    package.addPart("mmi/sfn/HeapStats", "old\n").time = at(0, 0, 0);
+
+    EXPECT_THAT(shownPart(page({package})),
+                HasSubstr("older than the newest of their collector <span class=\"count\">1</span>"));
+}
+
+TEST(PageTest, SaysWhyTheRecordOfTheRunWasNotUsed) {
+    HandMadePackage package = samplePackage();
+    package.sidecarState = Report::SidecarState::foreign;
+    package.sidecarError = "it belongs to another package";
+
+    EXPECT_THAT(shownPart(page({package})),
+                HasSubstr("The record of the run was not used: it belongs to another package."));
+}
+
 TEST(PageTest, ShowsWhatIsBetweenBackquotesAsCode) {
     const struct {
         std::string advice;
