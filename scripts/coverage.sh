@@ -10,7 +10,7 @@ tree=build-coverage
 counters=$PWD/$tree/counters
 
 compile() {
-    scripts/setup.sh build board report fleet test lint &&
+    scripts/setup.sh build board report fleet test lint prove &&
         CMAKE_GENERATOR=Ninja cmake --preset coverage > /dev/null && cmake --build --preset coverage
 }
 

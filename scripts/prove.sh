@@ -32,8 +32,9 @@ declare -A titles=(
     [board]="a whole emulated board: all C++ tests, the packages and the units"
 )
 declare -A minutes_of=(
-    [system-calls]=240 [programs]=120 [kills]=150 [together]=60 [attacks]=90 [allocations]=60 [disks]=40 [full]=50 [matrix]=20 [fuzz]=240 [memory]=30 [sanitizers]=20 [analysers]=15
-    [endurance]=150 [unsteady]=20 [coverage]=40 [stress]=120 [arm]=30 [board]=90
+    [system-calls]=240 [programs]=120 [kills]=150 [together]=60 [attacks]=90 [allocations]=60 [disks]=40 [full]=50
+    [matrix]=20 [fuzz]=240 [memory]=30 [sanitizers]=20 [analysers]=15 [endurance]=150 [unsteady]=20 [coverage]=40
+    [stress]=120 [arm]=30 [board]=90
 )
 declare -A commands=(
     [system-calls]="python3 -B tests/assurance/system_calls.py"

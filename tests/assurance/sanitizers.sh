@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the unit tests of korvel and of the stand-in libraries with sanitizers that scripts/test.sh does not use:
 # - integer: overflows also of unsigned numbers, and conversions that change a value
-# - thread: data races in the stand-in libraries and in the simulated peers
+# - thread: data races in the stand-in libraries, which programs with several threads use
 # Exits 1 if a sanitizer reports something. Installs missing packages.
 set -uo pipefail
 cd "$(dirname "$0")/../.." || exit

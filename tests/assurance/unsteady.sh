@@ -14,6 +14,7 @@ declare -A left_out=(
 )
 
 status=0
+mkdir -p build-prove
 for kind in short signals readiness; do
     log=build-prove/unsteady-$kind.log
     UNSTEADY=$kind PATH=$PWD/tests/assurance/unsteady:$PATH ctest --preset release -j "$(nproc)" --no-tests=error \
